@@ -1,0 +1,59 @@
+# SPDX-FileCopyrightText: 2026 The Quayline authors
+# SPDX-License-Identifier: MIT
+
+# Warnings, Qt's strict defines and the language: every target of ours links this.
+add_library(quayline_options INTERFACE)
+target_compile_features(quayline_options INTERFACE cxx_std_23)
+target_compile_options(quayline_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor
+                                                  -Woverloaded-virtual -Werror)
+target_compile_definitions(
+  quayline_options
+  INTERFACE QT_NO_CAST_FROM_ASCII
+            QT_NO_CAST_TO_ASCII
+            QT_NO_URL_CAST_FROM_STRING
+            QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+            QT_NO_CONTEXTLESS_CONNECT
+            QT_NO_KEYWORDS
+            QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_link_options(quayline_options INTERFACE -fuse-ld=lld-19)
+if(QUAYLINE_SANITIZE)
+  target_compile_options(quayline_options INTERFACE -fsanitize=address,undefined
+                                                    -fno-omit-frame-pointer)
+  target_link_options(quayline_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# A precompiled header of the Qt Core types, made once and shared by all targets.
+function(quayline_precompile target)
+  target_precompile_headers(${target} PRIVATE <QtCore/QtCore> <memory> <optional> <expected>
+                            <functional> <vector>)
+  target_compile_options(${target} PRIVATE -Xclang -fno-pch-timestamp)
+endfunction()
+
+# quayline_library(name SOURCES ... LINK ...): one folder of the house.
+function(quayline_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC quayline_options ${ARG_LINK})
+  quayline_precompile(${name})
+endfunction()
+
+# quayline_program(name SOURCES ... LINK ...)
+function(quayline_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE quayline_options ${ARG_LINK})
+  quayline_precompile(${name})
+endfunction()
+
+# quayline_test(name SOURCES ... LINK ...): one GoogleTest binary a folder.
+function(quayline_test name)
+  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+  quayline_program(${name} SOURCES ${ARG_SOURCES} LINK quayline_test_main ${ARG_LINK})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE QUAYLINE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT
+                                          "${ARG_TIMEOUT}")
+endfunction()

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/databases.h"
+#include "core/job_flags.h"
+#include "core/maker_site.h"
+#include "core/port_list_model.h"
+#include "core/router_session.h"
+#include "core/settings.h"
+#include "i18n/translator.h"
+#include "platform/adapters.h"
+#include "platform/desktop.h"
+#include "transport/http_fetch.h"
+
+namespace quayline {
+
+// Owns what the whole run shares, and is passed by reference to whatever needs it.
+struct AppContext {
+  AppContext(const QString& folder, Adapters& system_adapters, Desktop& system_desktop)
+      : program_folder(folder),
+        settings(folder + QStringLiteral("/settings.ini")),
+        translator(folder),
+        adapters(system_adapters),
+        desktop(system_desktop) {}
+
+  QString FileInFolder(const char* name) const {
+    return program_folder + QLatin1Char('/') + QLatin1String(name);
+  }
+
+  QString program_folder;
+  Settings settings;
+  Translator translator;
+  Databases databases;
+  RouterSession session;
+  JobOptions job_options;
+  JobFlags job_flags;
+  PortListModel port_list;
+  MakerSite maker_site;
+  HttpFetch http_fetch;
+  Adapters& adapters;
+  Desktop& desktop;
+};
+
+}  // namespace quayline

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace quayline {
+
+// The values that tie a running job to its windows. One object for the whole run; every change is
+// announced, so that a wait wakes at once. InCombo and UrlSuffix are changed by scripts and keep
+// their value from entry to entry.
+class JobFlags final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit JobFlags(QObject* parent = nullptr) : QObject(parent) {}
+
+  bool JobStopRequested() const { return job_stop_requested_; }
+  bool PageErrorPending() const { return page_error_pending_; }
+  bool PageLoaded() const { return page_loaded_; }
+  bool JobDebugMode() const { return job_debug_mode_; }  // the run holds behind the next line
+
+  void SetJobStopRequested(bool value) { Set(job_stop_requested_, value); }
+  void SetPageErrorPending(bool value) { Set(page_error_pending_, value); }
+  void SetPageLoaded(bool value) { Set(page_loaded_, value); }
+  void SetJobDebugMode(bool value) { Set(job_debug_mode_, value); }
+
+  QString last_page_error;      // status text, " (", address, ")"
+  QString last_router_status;   // last line of the status box
+  QString url_suffix;           // appended to every address that a script builds
+  bool in_combo = false;        // the entry was found in the page's list of rules
+  int job_error_grace = 1;      // 1: the job forgives its next navigation error
+  int active_browser_index = 0; // the browser that the script drives; popups add to it
+
+ Q_SIGNALS:
+  void changed();
+
+ private:
+  void Set(bool& flag, bool value) {
+    if (flag != value) {
+      flag = value;
+      Q_EMIT changed();
+    }
+  }
+
+  bool job_stop_requested_ = false;
+  bool page_error_pending_ = false;
+  bool page_loaded_ = true;
+  bool job_debug_mode_ = false;
+};
+
+}  // namespace quayline

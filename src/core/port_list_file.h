@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <expected>
+
+#include "core/port_entry.h"
+
+namespace quayline {
+
+// The list file, "list.qyl" in the program's folder and every saved list: one row a line, six
+// fields joined by "|", lines ended by CR LF, no quoting, no header, in the system's encoding.
+
+// Empty lines are skipped, missing fields are empty, fields past the sixth are dropped. Lone CR or
+// LF end a line as well. Bytes that are not valid in the system's encoding are read as Windows-1252,
+// the encoding of lists that came from elsewhere; NUL bytes are dropped. Never fails.
+QList<PortEntry> ParsePortList(const QByteArray& bytes);
+
+// A line break inside a field would split the row when it is read again: it is written as a blank.
+QByteArray FormatPortList(const QList<PortEntry>& entries);
+
+enum class ListFileError {
+  kCannotOpen,  // missing, a folder, no right to read
+  kTooLarge,    // more than kMaxListFileBytes
+  kCannotWrite  // read-only folder, full disk; the old file is untouched
+};
+
+inline constexpr qint64 kMaxListFileBytes = qint64{256} << 20;
+
+std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_name);
+
+// Writes the whole file or leaves the old one.
+std::expected<void, ListFileError> SavePortList(const QList<PortEntry>& entries,
+                                                const QString& file_name);
+
+}  // namespace quayline

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace quayline {
+
+// The keys of "settings.ini", section "main", in the program's folder.
+namespace setting {
+inline constexpr char kRouter[] = "router";
+inline constexpr char kRouterIp[] = "routerip";
+inline constexpr char kHttpPort[] = "httpport";
+inline constexpr char kHttpType[] = "httptype";
+inline constexpr char kRouterUsername[] = "routerusername";
+inline constexpr char kRouterPassword[] = "routerpassword";  // in clear, as typed
+inline constexpr char kShowPassword[] = "showpassword";
+inline constexpr char kLanguage[] = "language";
+inline constexpr char kShowGettingStarted[] = "showgettingstarted";
+inline constexpr char kCheckForUpdates[] = "checkforupdates";
+inline constexpr char kLastCheck[] = "lastcheck";
+inline constexpr char kSilentMode[] = "silentmode";
+inline constexpr char kScriptThrottle[] = "scriptthrottle";
+inline constexpr char kStaticIp[] = "staticip";
+}  // namespace setting
+
+// The user's settings. Each value is written at the moment it changes: there is no save step.
+// Two copies of the program may write at once: each write reads the file anew.
+class Settings final {
+ public:
+  explicit Settings(QString file_name);
+
+  QString Value(const char* key) const;
+  // False when the file could not be written; the program goes on with what its windows show.
+  bool SetValue(const char* key, const QString& value);
+
+  // "True" and "False" in any case, and numbers, of which 0 is false. Any other text gives
+  // `otherwise`.
+  bool Boolean(const char* key, bool otherwise) const;
+  bool SetBoolean(const char* key, bool value);
+
+  const QString& FileName() const { return file_name_; }
+
+ private:
+  QString file_name_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "core/port_entry.h"
+#include "core/router_session.h"
+#include "i18n/translator.h"
+
+namespace quayline {
+
+// Where the main window puts the focus behind a refusal.
+enum class UpdateFocus { kNone, kRouter, kRouterIp, kPortList };
+
+// The outcome of pressing "Update Router".
+struct UpdateVerdict {
+  bool accepted = false;
+  QString message;  // why not, in the user's language; empty when accepted
+  UpdateFocus focus = UpdateFocus::kNone;
+  int row = -1;  // the row to select, or -1
+};
+
+// Moves each port of `entries` into the router's limits (RouterSession min_port and max_port); a
+// limit that is not a number keeps the value it had, 0 at first. Returns the rows that changed.
+QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session);
+
+// The checks of a list against the selected router, in their fixed order; the first that fails
+// decides. `entries` are already clamped. Takes well under a second for 65535 rows.
+UpdateVerdict CheckUpdate(const QList<PortEntry>& entries, const RouterSession& session,
+                          const Translator& translator);
+
+}  // namespace quayline

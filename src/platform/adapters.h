@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace quayline {
+
+// One network adapter of this computer. The addresses are dotted IPv4 text, "0.0.0.0" where the
+// adapter has none.
+struct Adapter {
+  QString description;
+  int index = 0;  // the system's own number of the adapter
+  QString address = QStringLiteral("0.0.0.0");
+  QString mask = QStringLiteral("0.0.0.0");
+  QString gateway = QStringLiteral("0.0.0.0");
+};
+
+// The adapters of the running system.
+class Adapters {
+ public:
+  virtual ~Adapters() = default;
+
+  // All adapters, in the system's order. Asked of the system anew at each call; takes well under a
+  // millisecond. Empty when the system gives no answer.
+  virtual QList<Adapter> List() const = 0;
+
+  // The address from which this computer would reach `host` (dotted IPv4 text), or an empty text.
+  // With an empty host: the address of the adapter that leads to the internet.
+  virtual QString LocalAddress(const QString& host) const = 0;
+};
+
+// The gateway of the first adapter whose address, mask and gateway all are set (none begins with
+// "0"), else that of the last adapter; "0.0.0.0" without adapters.
+QString DefaultGateway(const QList<Adapter>& adapters);
+
+}  // namespace quayline

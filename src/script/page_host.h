@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+
+#include "script/page_call.h"
+
+class QWidget;
+
+namespace quayline {
+
+// The login of the router. It is given to the browser's login question and to nobody else.
+struct PageLogin {
+  QString scheme;  // "http" or "https"
+  QString host;
+  int port = 80;
+  QString username;
+  QString password;
+};
+
+// Whether a page is on its way somewhere.
+struct NavigationState {
+  quint64 starts = 0;  // raised whenever a navigation begins in any frame of the page
+  bool busy = false;   // a navigation has begun and not ended yet
+};
+
+// One hosted browser with its current page. Quayline drives pages through this interface alone.
+// One real implementation (WebPageHost) and a recording double for tests.
+//
+// Nothing here waits: what takes time answers through a callback, which may come from inside the
+// call, or through a signal. After the host is destroyed no callback comes.
+class PageHost : public QObject {
+  Q_OBJECT
+
+ public:
+  using QObject::QObject;
+
+  // Starts a navigation. With a target frame's name, in that frame of the page; a name that the
+  // page does not have opens a popup, as a link with that target would. An address that no browser
+  // can open is answered by navigateError().
+  virtual void Navigate2(const QString& url, const QString& target_frame) = 0;
+  // Fetches the page again, past all caches.
+  virtual void Refresh2() = 0;
+  // Ends a navigation that is under way.
+  virtual void StopNavigation() = 0;
+
+  virtual void SetLogin(const PageLogin& login) = 0;
+
+  // Asks the page agent. Answers once, in the order of the calls.
+  virtual void Call(const PageCall& call, std::function<void(PageAnswer)> answer) = 0;
+  // Runs code in the top page's own world, as a script of the page.
+  virtual void RunInPage(const QString& code, std::function<void()> done) = 0;
+  // Types into the control of the page that has the focus. Special characters and names in braces
+  // have the meaning of the classic key sending: + ^ % are modifiers, ~ is Enter, {RIGHT} a key.
+  virtual void SendKeys(const QString& keys) = 0;
+  // Empties the browser's cache of pages.
+  virtual void ClearCache(std::function<void(bool cleared)> done) = 0;
+
+  virtual NavigationState Navigation() const = 0;
+  // Calls back when what the page was told until now has either begun a navigation or will not
+  // begin one any more. How this is known is told at WebPageHost.
+  virtual void ProveQuiet(std::function<void()> quiet) = 0;
+
+  // The view that shows the page; none in the double.
+  virtual QWidget* Widget() { return nullptr; }
+
+ Q_SIGNALS:
+  // `starts` or `busy` of Navigation() changed.
+  void navigationChanged();
+
+  void beforeNavigate();
+  // The new document is there; its content may still be coming.
+  void navigateComplete();
+  // The page has come to an end of loading, in whatever way, and is not busy any more.
+  void documentComplete();
+  // A navigation failed. `status` is an HTTP status (401) or one of the negative numbers that
+  // StatusText() knows. `url` never holds a login.
+  void navigateError(const QString& url, int status);
+  // The page opened a popup. Whoever hears it takes the host over; an unheard one is deleted.
+  void newWindow(quayline::PageHost* popup);
+  // The page closed itself.
+  void windowClosing();
+  void progressChanged(int percent);
+  // Something to tell in the status box: what the browser is doing, what it refused.
+  void statusTextChanged(const QString& text);
+  // A script of the page failed.
+  void scriptError(const QString& description, const QString& url, int line);
+  // The page showed a message of its own, which was answered at once (silent mode) or is to be
+  // shown to the user.
+  void pageMessage(const QString& text);
+};
+
+using PageHostFactory = std::function<PageHost*(QObject* parent)>;
+
+}  // namespace quayline

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "test_main.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+namespace quayline::testing {
+
+bool RunUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+  QElapsedTimer timer;
+  timer.start();
+  QTimer wake;
+  wake.start(1);
+  while (!condition()) {
+    if (timer.hasExpired(limit.count())) {
+      return false;
+    }
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  return true;
+}
+
+bool RunTask(Task<> task, std::chrono::milliseconds limit) {
+  Flow flow;
+  flow.Start(std::move(task));
+  return RunUntil([&] { return !flow.IsRunning(); }, limit);
+}
+
+}  // namespace quayline::testing
+
+// A binary that needs the browser defines this to prepare it ahead of QApplication.
+extern "C" [[gnu::weak]] void QuaylinePrepareTestBinary() {}
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QuaylinePrepareTestBinary();
+  testing::InitGoogleTest(&argc, argv);
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
