@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "test_main.h"
+
 namespace quayline {
 namespace {
 
@@ -21,10 +23,10 @@ TEST(DefaultGateway, IsThatOfTheAdapterInUse) {
   const Adapter home = Of("192.168.1.7", "255.255.255.0", "192.168.1.1");
   const Adapter office = Of("10.0.0.7", "255.0.0.0", "10.0.0.1");
   const struct {
-    const char* fault;
+    const char* fault = "";
     QList<Adapter> adapters;
-    qsizetype preselected;
-    const char* gateway;
+    qsizetype preselected = 0;
+    const char* gateway = "";
   } cases[] = {
       {"no adapter at all", {}, -1, "0.0.0.0"},
       {"an unplugged first adapter hides the second", {unplugged, home}, 1, "192.168.1.1"},

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/network_namespace.h"
+#include "test_main.h"
 
 namespace quayline {
 namespace {
