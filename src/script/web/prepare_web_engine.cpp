@@ -3,7 +3,10 @@
 
 #include <unistd.h>
 
-#include "script/web/web_page_host.h"
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include "script/web/web_engine.h"
 
 namespace quayline {
 
@@ -19,6 +22,9 @@ void PrepareWebEngine() {
           qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") +
               " --disable-ipc-flooding-protection --disable-background-timer-throttling"
               " --no-proxy-server --disable-background-networking");
+  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+  // The engine's account of how it paints is for its own developers.
+  QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
 }
 
 }  // namespace quayline

@@ -15,6 +15,7 @@
 #include "async/wait.h"
 #include "script/key_sequence.h"
 #include "script/status_text.h"
+#include "script/web/web_engine.h"
 #include "script/web/web_page.h"
 
 namespace quayline {
@@ -224,8 +225,9 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
   since_start.start();
   const QString id = QString::number(++proofs_);
   bool told = false;
-  const auto heard = connect(this, &WebPageHost::quietTold, this,
-                             [&told, id](const QString& which) { told = told || which == id; });
+  const QObject listener;  // ends the connection with this frame
+  connect(this, &WebPageHost::quietTold, &listener,
+          [&told, id](const QString& which) { told = told || which == id; });
   page_->runJavaScript(QStringLiteral("quaylineProveQuiet('%1')").arg(id),
                        QWebEngineScript::ApplicationWorld);
   co_await Until([&told] { return told; })

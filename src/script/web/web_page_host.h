@@ -70,13 +70,4 @@ class WebPageHost final : public PageHost {
   Flow proof_;
 };
 
-// Makes hosts on Qt WebEngine that share one off-the-record profile per factory, so that logins and
-// cookies end with the job. `options` outlives the hosts; whether silent mode is on is looked at
-// each time.
-PageHostFactory WebPageHosts(const JobOptions& options);
-
-// Sets what Qt WebEngine reads from the environment. To be called first in main(), ahead of
-// QApplication. The browser's sandbox stays on, except for root, under whom it cannot start.
-void PrepareWebEngine();
-
 }  // namespace quayline

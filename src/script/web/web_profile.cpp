@@ -9,6 +9,9 @@
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 
+// A library's resources are linked in by their name alone; the macro wants the global namespace.
+static void LinkScripts() { Q_INIT_RESOURCE(web); }
+
 namespace quayline {
 
 namespace {
@@ -40,6 +43,7 @@ WebProfile::WebProfile(const JobOptions& options)
     : options_(options), beacon_(Secret() + QLatin1Char(' ')) {
   engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+  LinkScripts();
   InstallScripts();
 }
 
