@@ -25,6 +25,7 @@ function installPageAgent(beacon, ask, reply) {
   const isTop = window === window.top;
   tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
   addEventListener('load', () => tell('load ' + (isTop ? 1 : 0) + ' ' + location.href));
+  addEventListener('keyup', (event) => event.isTrusted && tell('key'), true);
 
   // ---- What names on the page cannot hide ---------------------------------------------------
 

@@ -4,6 +4,7 @@
 #include "script/web/web_page_host.h"
 
 #include <QCoreApplication>
+#include <QHostAddress>
 #include <QJsonDocument>
 #include <QKeyEvent>
 #include <QRegularExpression>
@@ -28,12 +29,20 @@ using std::chrono::milliseconds;
 constexpr milliseconds kQuietTime(30);
 constexpr milliseconds kSilenceLimit(1000);  // of a page that is blocked, dead or in a dialog
 constexpr milliseconds kCacheClearing(50);   // no signal tells its end
+constexpr milliseconds kKeysLimit(250);      // of keys that no document has heard
 
 QString AsJavaScript(const QJsonArray& values) {
   return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
 }
 
 QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
+
+// A name that ends in a number can only be an address. The engine says nothing at all of a load
+// from one that is none, such as 192.168.1.999.
+bool IsHost(const QString& host) {
+  static const QRegularExpression numeric(QStringLiteral("(^|\\.)([0-9]+|0[xX][0-9a-fA-F]*)\\.?$"));
+  return !host.isEmpty() && (!numeric.match(host).hasMatch() || !QHostAddress(host).isNull());
+}
 
 // For an address that is none: whatever may have been meant as its login is left out.
 QString WithoutLogin(const QString& address) {
@@ -52,6 +61,10 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
+  keys_guard_.setSingleShot(true);
+  connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
+  connect(&profile_->Engine(), &QWebEngineProfile::downloadRequested, this,
+          &WebPageHost::RefuseDownload);
   ConnectPage();
 }
 
@@ -61,6 +74,7 @@ WebPageHost::~WebPageHost() {
   // In this order: the page may not outlive its profile, nor the view its page.
   delete view_;
   delete page_;
+  delete dead_page_;
   if (is_popup_) {
     profile_->ReturnPopup();
   }
@@ -88,26 +102,26 @@ void WebPageHost::ConnectPage() {
       host->is_popup_ = false;  // never counted as open
     }
   });
-  connect(&profile_->Engine(), &QWebEngineProfile::downloadRequested, this,
-          [this](QWebEngineDownloadRequest* download) {
-            if (download->page() == page_) {
-              download->cancel();
-              watch_.FrameEndedWithoutPage();
-              Q_EMIT statusTextChanged(
-                  tr("Refused: the page offered the file %1").arg(download->suggestedFileName()));
-            }
-          });
+}
+
+void WebPageHost::RefuseDownload(QWebEngineDownloadRequest* download) {
+  if (download->page() == page_) {
+    download->cancel();
+    watch_.FrameEndedWithoutPage();
+    Q_EMIT statusTextChanged(
+        tr("Refused: the page offered the file %1").arg(download->suggestedFileName()));
+  }
 }
 
 void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
   const QString url = ShownUrl(info.url());
   switch (info.status()) {
     case QWebEngineLoadingInfo::LoadStartedStatus:
-      is_renderer_gone_ = false;
       // Without an error page of its own a failed load leaves the page as it was.
       page_->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled,
                                       !profile_->Options().silent_mode);
       watch_.LoadStarted();
+      AskHeld();  // the document that would have heard the keys is going
       Q_EMIT beforeNavigate();
       Q_EMIT statusTextChanged(tr("Opening page %1").arg(url));
       return;
@@ -132,6 +146,12 @@ void WebPageHost::OnAgentSaid(const QString& text) {
     Q_EMIT quietTold(text.section(QLatin1Char(' '), 1, 1));
     return;
   }
+  if (kind == QLatin1String("key")) {
+    if (keys_under_way_ > 0 && --keys_under_way_ == 0) {
+      AskHeld();
+    }
+    return;
+  }
   const bool is_top = text.section(QLatin1Char(' '), 1, 1) == QLatin1String("1");
   const QUrl url(text.section(QLatin1Char(' '), 2));
   if (kind == QLatin1String("new") && is_top) {
@@ -154,10 +174,11 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
   }
   const QUrl url(address, QUrl::TolerantMode);
   const bool is_blank = url.scheme() == QLatin1String("about");
-  if (!url.isValid() || (url.host().isEmpty() && !is_blank)) {
+  if (!url.isValid() || !(is_blank || IsHost(url.host()))) {
     Q_EMIT navigateError(WithoutLogin(address), page_status::kInvalidUrl);
     return;
   }
+  ReplaceDeadPage();
   if (!target_frame.isEmpty()) {
     // Only a page's own script can reach a frame by its name.
     page_->runJavaScript(QStringLiteral("window.open(...%1)")
@@ -174,6 +195,10 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
 }
 
 void WebPageHost::Refresh2() {
+  if (is_renderer_gone_) {
+    Navigate2(ShownUrl(page_->url()), {});
+    return;
+  }
   watch_.LoadAsked(false);
   page_->triggerAction(QWebEnginePage::ReloadAndBypassCache);
 }
@@ -203,17 +228,30 @@ void WebPageHost::Ask(const QString& code, quint32 world, PendingAnswer done) {
   }
   const quint64 number = ++asked_;
   pending_.emplace(number, std::move(done));
-  page_->runJavaScript(code, world, [this, number, alive = alive_](const QVariant& result) {
-    if (*alive) {
-      if (auto asked = pending_.extract(number)) {
-        asked.mapped()(result);
-      }
-    }
-  });
+  held_.append({number, code, world});
+  if (keys_under_way_ == 0) {
+    AskHeld();
+  }
+}
+
+void WebPageHost::AskHeld() {
+  keys_under_way_ = 0;
+  keys_guard_.stop();
+  for (const HeldQuestion& held : std::exchange(held_, {})) {
+    page_->runJavaScript(held.code, held.world,
+                         [this, number = held.number, alive = alive_](const QVariant& result) {
+                           if (*alive) {
+                             if (auto asked = pending_.extract(number)) {
+                               asked.mapped()(result);
+                             }
+                           }
+                         });
+  }
 }
 
 void WebPageHost::OnRendererGone() {
   is_renderer_gone_ = true;
+  held_.clear();
   watch_.LoadEnded();
   const auto alive = alive_;
   const auto unanswered = std::exchange(pending_, {});
@@ -227,13 +265,31 @@ void WebPageHost::OnRendererGone() {
   }
 }
 
+void WebPageHost::ReplaceDeadPage() {
+  if (!is_renderer_gone_) {
+    return;
+  }
+  is_renderer_gone_ = false;
+  disconnect(page_, nullptr, this, nullptr);
+  delete dead_page_;
+  dead_page_ = page_;
+  page_ = new WebPage(*profile_, nullptr);
+  view_->setPage(page_);
+  ConnectPage();
+}
+
 void WebPageHost::SendKeys(const QString& keys) {
   // Another widget after each move to another site.
   QWidget* target = view_ == nullptr ? nullptr : view_->focusProxy();
   if (target == nullptr) {
     return;
   }
-  for (const KeyStroke& stroke : ParseKeys(keys)) {
+  const QList<KeyStroke> strokes = ParseKeys(keys);
+  if (!strokes.isEmpty()) {
+    keys_under_way_ += static_cast<int>(strokes.size());
+    keys_guard_.start(kKeysLimit);
+  }
+  for (const KeyStroke& stroke : strokes) {
     QKeyEvent press(QEvent::KeyPress, stroke.key, stroke.modifiers, stroke.text);
     QKeyEvent release(QEvent::KeyRelease, stroke.key, stroke.modifiers, stroke.text);
     QCoreApplication::sendEvent(target, &press);

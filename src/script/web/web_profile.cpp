@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
 
 // A library's resources are linked in by their name alone; the macro wants the global namespace.
 static void LinkScripts() { Q_INIT_RESOURCE(web); }
@@ -43,6 +44,8 @@ WebProfile::WebProfile(const JobOptions& options)
     : options_(options), beacon_(Secret() + QLatin1Char(' ')) {
   engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+  // A router is asked for nothing that the script did not ask for.
+  engine_.settings()->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
   LinkScripts();
   InstallScripts();
 }
