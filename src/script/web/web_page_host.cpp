@@ -9,7 +9,6 @@
 #include <QKeyEvent>
 #include <QRegularExpression>
 #include <QTimer>
-#include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
@@ -63,8 +62,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
   keys_guard_.setSingleShot(true);
   connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
-  connect(&profile_->Engine(), &QWebEngineProfile::downloadRequested, this,
-          &WebPageHost::RefuseDownload);
+  connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   ConnectPage();
 }
 
@@ -104,12 +102,10 @@ void WebPageHost::ConnectPage() {
   });
 }
 
-void WebPageHost::RefuseDownload(QWebEngineDownloadRequest* download) {
-  if (download->page() == page_) {
-    download->cancel();
-    watch_.FrameEndedWithoutPage();
-    Q_EMIT statusTextChanged(
-        tr("Refused: the page offered the file %1").arg(download->suggestedFileName()));
+void WebPageHost::OnDownloadRefused(const QString& file_name) {
+  watch_.FrameEndedWithoutPage();
+  if (!is_popup_) {
+    Q_EMIT statusTextChanged(tr("Refused: the page offered the file %1").arg(file_name));
   }
 }
 

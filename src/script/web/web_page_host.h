@@ -13,7 +13,6 @@
 #include "script/page_host.h"
 #include "script/web/navigation_watch.h"
 
-class QWebEngineDownloadRequest;
 class QWebEngineLoadingInfo;
 
 namespace quayline {
@@ -78,7 +77,7 @@ class WebPageHost final : public PageHost {
   // The engine starts a process that has ended anew without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
-  void RefuseDownload(QWebEngineDownloadRequest* download);
+  void OnDownloadRefused(const QString& file_name);
   Task<> Prove(std::function<void()> quiet);
 
   std::shared_ptr<WebProfile> profile_;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QUrl>
+#include <QWebEngineDownloadRequest>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
@@ -46,6 +47,11 @@ WebProfile::WebProfile(const JobOptions& options)
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
   // A router is asked for nothing that the script did not ask for.
   engine_.settings()->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
+  connect(&engine_, &QWebEngineProfile::downloadRequested, this,
+          [this](QWebEngineDownloadRequest* download) {
+            download->cancel();
+            Q_EMIT downloadRefused(download->suggestedFileName());
+          });
   LinkScripts();
   InstallScripts();
 }

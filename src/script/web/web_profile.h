@@ -35,6 +35,11 @@ class WebProfile final : public QObject {
   bool TakePopup();
   void ReturnPopup() { --popups_; }
 
+ Q_SIGNALS:
+  // Some page of the job offered a file. Of which page cannot be asked: the engine crashes over a
+  // download whose frame has gone.
+  void downloadRefused(const QString& file_name);
+
  private:
   void InstallScripts();
 
