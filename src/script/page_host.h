@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+
 #include <functional>
 
 #include "script/page_call.h"
@@ -19,6 +20,8 @@ struct PageLogin {
   int port = 80;
   QString username;
   QString password;
+
+  bool operator==(const PageLogin&) const = default;
 };
 
 // Whether a page is on its way somewhere.
@@ -68,7 +71,7 @@ class PageHost : public QObject {
   virtual QWidget* Widget() { return nullptr; }
 
  Q_SIGNALS:
-  // `starts` or `busy` of Navigation() changed.
+  // `starts` or `busy` of Navigation() changed. Comes ahead of documentComplete() and the like.
   void navigationChanged();
 
   void beforeNavigate();
