@@ -53,6 +53,7 @@ class WebPageHost final : public PageHost {
 
  Q_SIGNALS:
   void quietTold(const QString& id);
+  void workTold(const QString& id);
 
  private:
   void ConnectPage();
