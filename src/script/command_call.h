@@ -37,8 +37,8 @@ class CommandCall final {
   void LogSuccessWith(const QString& value) const;
 
   // Asks the page agent about the run's frame. What the call says for a page that is gone is the
-  // answer for one that keeps silent, too; a stop ends the silence. Whoever acts on the answer looks
-  // at Stopped() first.
+  // answer for one that keeps silent, too; a stop ends the silence. Whoever acts on the answer
+  // looks at Stopped() first.
   Task<QJsonValue> Ask(PageCall call) const;
 
   bool Stopped() const { return env.flags.JobStopRequested(); }
