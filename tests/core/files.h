@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <ctime>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -25,6 +26,9 @@ inline QByteArray ReadBytes(const QString& path) {
 inline QStringList Names(const QString& folder) {
   return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
+
+// What the process has worked so far; unlike the time of day, the same on a busy machine.
+inline qint64 WorkedMs() { return qint64{std::clock()} * 1000 / CLOCKS_PER_SEC; }
 
 // While it lives, no file of this process grows beyond `bytes`, as on a disk that is full.
 class FullDisk final {

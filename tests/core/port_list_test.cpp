@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
@@ -151,10 +150,9 @@ TEST_F(PortListOnDisk, FilesThatCannotBeAListAreToldApart) {
 TEST_F(PortListOnDisk, AMillionRowsLoadWithoutALongWait) {
   const QByteArray row = "Ftp|192.168.1.10(FrontDesk)|21|21|TCP|A program of some name\r\n";
   ASSERT_TRUE(WriteBytes(path_, row.repeated(1'000'000)));
-  QElapsedTimer timer;
-  timer.start();
+  const qint64 begun = testing::WorkedMs();
   EXPECT_EQ(LoadPortList(path_)->size(), 1'000'000);
-  EXPECT_LT(timer.elapsed(), 5000);
+  EXPECT_LT(testing::WorkedMs() - begun, 5000);
 }
 
 // Ranges as "first-last,protocol".
