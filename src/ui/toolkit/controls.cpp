@@ -57,8 +57,8 @@ void Card::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Mixed(window, text, 0.18));
-  painter.setBrush(Mixed(window, IsDark(palette()) ? text : QColor(Qt::white),
-                         IsDark(palette()) ? 0.05 : 0.6));
+  painter.setBrush(
+      Mixed(window, IsDark(palette()) ? text : QColor(Qt::white), IsDark(palette()) ? 0.05 : 0.6));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
                           kCornerRadius);
   painter.setFont(Bold(font()));
@@ -180,8 +180,8 @@ void AnimationBar::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   const qreal radius = height() / 2.0;
-  painter.setBrush(Mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText),
-                         0.12));
+  painter.setBrush(
+      Mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.12));
   painter.drawRoundedRect(rect(), radius, radius);
   if (!moving_) {
     return;

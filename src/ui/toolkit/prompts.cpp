@@ -53,8 +53,8 @@ void WindowPrompts::Notify(QWidget* window, const QString& text) {
 
 void WindowPrompts::Ask(QWidget* window, const QString& title, const QString& text,
                         std::function<void(bool yes)> answered) {
-  QMessageBox* box = MakeBox(window, QMessageBox::Question, title, text,
-                             QMessageBox::Yes | QMessageBox::No);
+  QMessageBox* box =
+      MakeBox(window, QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No);
   box->setDefaultButton(QMessageBox::Yes);
   box->setEscapeButton(QMessageBox::No);
   QObject::connect(

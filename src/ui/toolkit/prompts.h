@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+
 #include <functional>
 
 class QWidget;
@@ -12,7 +13,7 @@ namespace quayline {
 // What a file dialog offers.
 struct FileQuestion {
   QString title;
-  QString filter;         // as QFileDialog reads it
+  QString filter;          // as QFileDialog reads it
   QString default_suffix;  // without a dot; put behind a name that has none
 };
 

@@ -69,8 +69,7 @@ Theme::Theme(QApplication& application) : application_(application) {
 }
 
 bool Theme::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == &application_ && event->type() == QEvent::ApplicationPaletteChange &&
-      !applying_) {
+  if (watched == &application_ && event->type() == QEvent::ApplicationPaletteChange && !applying_) {
     Apply();
   }
   return false;

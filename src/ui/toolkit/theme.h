@@ -11,8 +11,8 @@ class QApplication;
 
 namespace quayline {
 
-// The accent on top of the system's palette: a deep harbour blue-green, lighter where the palette is
-// dark. It follows a palette that changes while the program runs. One object, owned by main().
+// The accent on top of the system's palette: a deep harbour blue-green, lighter where the palette
+// is dark. It follows a palette that changes while the program runs. One object, owned by main().
 class Theme final : public QObject {
   Q_OBJECT
 
