@@ -5,7 +5,10 @@
 add_library(quayline_options INTERFACE)
 target_compile_features(quayline_options INTERFACE cxx_std_23)
 target_compile_options(quayline_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor
-                                                  -Woverloaded-virtual -Werror)
+                                                  -Woverloaded-virtual -Werror
+                                                  # Structs give their members defaults.
+                                                  -Wno-missing-field-initializers
+                                                  -Wno-missing-designated-field-initializers)
 target_compile_definitions(
   quayline_options
   INTERFACE QT_NO_CAST_FROM_ASCII

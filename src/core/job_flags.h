@@ -26,12 +26,13 @@ class JobFlags final : public QObject {
   void SetPageLoaded(bool value) { Set(page_loaded_, value); }
   void SetJobDebugMode(bool value) { Set(job_debug_mode_, value); }
 
-  QString last_page_error;      // status text, " (", address, ")"
-  QString last_router_status;   // last line of the status box
-  QString url_suffix;           // appended to every address that a script builds
-  bool in_combo = false;        // the entry was found in the page's list of rules
-  int job_error_grace = 1;      // 1: the job forgives its next navigation error
-  int active_browser_index = 0; // the browser that the script drives; popups add to it
+  QString last_page_error;       // status text, " (", address, ")"
+  QString last_router_status;    // last line of the status box
+  QString url_suffix;            // appended to every address that a script builds
+  bool in_combo = false;         // the entry was found in the page's list of rules
+  int script_timer_ms = 0;       // interval of the scripts' timer (Timer2), which outlives a job
+  int job_error_grace = 1;       // 1: the job forgives its next navigation error
+  int active_browser_index = 0;  // the browser that the script drives; popups add to it
 
  Q_SIGNALS:
   void changed();

@@ -24,9 +24,7 @@ struct MakerSite {
   QUrl ForwardingGuides() const { return Page("/port-forwarding"); }
   QUrl TriggeringGuides() const { return Page("/port-triggering"); }
   QUrl WirelessGuides() const { return Page("/wireless-setup"); }
-  QUrl Tool(int number) const {
-    return QUrl(base + QStringLiteral("/tools/%1").arg(number));
-  }
+  QUrl Tool(int number) const { return QUrl(base + QStringLiteral("/tools/%1").arg(number)); }
   // `picture_path` is the router's picture path with "/" separators.
   QUrl Picture(const QString& picture_path) const {
     QUrl url(base);

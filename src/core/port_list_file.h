@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+
 #include <expected>
 
 #include "core/port_entry.h"
@@ -15,8 +16,8 @@ namespace quayline {
 // fields joined by "|", lines ended by CR LF, no quoting, no header, in the system's encoding.
 
 // Empty lines are skipped, missing fields are empty, fields past the sixth are dropped. Lone CR or
-// LF end a line as well. Bytes that are not valid in the system's encoding are read as Windows-1252,
-// the encoding of lists that came from elsewhere; NUL bytes are dropped. Never fails.
+// LF end a line as well. Bytes that are not valid in the system's encoding are read as
+// Windows-1252, the encoding of lists that came from elsewhere; NUL bytes are dropped. Never fails.
 QList<PortEntry> ParsePortList(const QByteArray& bytes);
 
 // A line break inside a field would split the row when it is read again: it is written as a blank.

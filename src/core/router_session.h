@@ -13,23 +13,23 @@ namespace quayline {
 // values that jobs and dialogs read. Each member names the control of FrmMain that shows it.
 // The window (or the command line) writes; nobody else does, except the chooser of addresses.
 struct RouterSession {
-  QString router_name;                                     // Combo1
-  int router_id = 0;                                       // item data of Combo1; 0: none
-  QString router_ip = QStringLiteral("0.0.0.0");           // Text1
-  QString http_port = QStringLiteral("80");                // Text10
-  QString http_type = QStringLiteral("http://");           // Combo2: "http://" or "https://"
-  QString username;                                        // Text2
-  QString password;                                        // Text3
-  bool show_password = false;                              // Check1
-  QString supports_both;                                   // Text4: routersupportsboth
-  QString needs_computer_name;                             // Text5: routerneedscomputername
-  QString max_entries;                                     // Text6: routermaxentries
-  QString max_range;                                       // Text7: routermaxrange
-  QString min_port;                                        // Text8: routerminport
-  QString max_port;                                        // Text9: routermaxport
-  QString picture_path;                                    // routerpic with "/" for every "\"
-  QStringList update_script;                               // List1
-  QStringList view_script;                                 // List2
+  QString router_name;                            // Combo1
+  int router_id = 0;                              // item data of Combo1; 0: none
+  QString router_ip = QStringLiteral("0.0.0.0");  // Text1
+  QString http_port = QStringLiteral("80");       // Text10
+  QString http_type = QStringLiteral("http://");  // Combo2: "http://" or "https://"
+  QString username;                               // Text2
+  QString password;                               // Text3
+  bool show_password = false;                     // Check1
+  QString supports_both;                          // Text4: routersupportsboth
+  QString needs_computer_name;                    // Text5: routerneedscomputername
+  QString max_entries;                            // Text6: routermaxentries
+  QString max_range;                              // Text7: routermaxrange
+  QString min_port;                               // Text8: routerminport
+  QString max_port;                               // Text9: routermaxport
+  QString picture_path;                           // routerpic with "/" for every "\"
+  QStringList update_script;                      // List1
+  QStringList view_script;                        // List2
 };
 
 // The checks of the menu Advanced. A job looks at them at every line, so a change takes effect

@@ -4,20 +4,24 @@
 
 #include <QObject>
 #include <QStringList>
-#include <vector>
+
+#include <memory>
 
 #include "async/flow.h"
 #include "async/task.h"
 #include "core/app_context.h"
+#include "script/browser_set.h"
 #include "script/job_log.h"
 #include "script/page_host.h"
+#include "script/run_environment.h"
+#include "script/script_run.h"
 
 namespace quayline {
 
 struct JobOutcome {
-  int entries = 0;          // passes that were begun
-  int entries_failed = 0;   // passes that ended in an error block
-  bool stopped = false;     // ended before the last row
+  int entries = 0;         // passes that were begun
+  int entries_failed = 0;  // passes that ended in an error block
+  bool stopped = false;    // ended before the last row
 };
 
 // A job: one pass of the router's update script for each row of the port list, in a browser that it
@@ -32,9 +36,6 @@ class JobRunner final : public QObject {
   Q_OBJECT
 
  public:
-  // The title of the notices that noticeRequested() asks for.
-  static constexpr char kTitle[] = "Quayline";
-
   JobRunner(AppContext& context, PageHostFactory make_host, QObject* parent = nullptr);
   ~JobRunner() override;
 
@@ -75,19 +76,24 @@ class JobRunner final : public QObject {
   void ended();
 
  private:
-  class Browsers;
-
   Task<> RunRows();
+  RunArguments ArgumentsOf(int row, const QString& computer_name) const;
+  void LogRowHead(int row);
+  void GiveLogin();
   void ConnectHost(PageHost* host);
   void OnNavigateError(const QString& url, int status);
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
   PageHostFactory make_host_;
-  std::vector<PageHost*> hosts_;  // children; element 0 first, then popups
   JobLog log_;
+  std::unique_ptr<BrowserSet> browsers_;
+  std::unique_ptr<RunEnvironment> environment_;
+  QList<PortEntry> rows_;
   JobOutcome outcome_;
+  bool stopped_by_user_ = false;
   bool running_ = false;
-  Flow flow_;
+  Flow flow_;  // last: its frames use what stands above
 };
 
 }  // namespace quayline

@@ -14,6 +14,8 @@ struct PageCall {
   QString operation;  // the agent's name of the operation, for example "SetElementValue"
   QJsonArray arguments;
   int frame = 0;  // 0: the top document, n: document of item n of its frames
+  // What the operation comes to when there is no page to ask.
+  QJsonValue if_gone = QStringLiteral("failed");
 
   bool operator==(const PageCall&) const = default;
 };

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+
 #include <functional>
 
 #include "script/page_call.h"
@@ -68,7 +69,7 @@ class PageHost : public QObject {
   virtual QWidget* Widget() { return nullptr; }
 
  Q_SIGNALS:
-  // `starts` or `busy` of Navigation() changed.
+  // `starts` or `busy` of Navigation() changed. Comes ahead of documentComplete() and the like.
   void navigationChanged();
 
   void beforeNavigate();

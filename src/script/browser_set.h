@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+#include <vector>
+
+#include "core/job_flags.h"
+#include "script/page_host.h"
+
+namespace quayline {
+
+// The hosted browsers of one window: the window's own, and those that the page's popups add. Keeps
+// the flags of the page on which a run waits, and knows which browser is on show. A popup takes the
+// place of the browser before it until it closes.
+class BrowserSet final : public QObject {
+  Q_OBJECT
+
+ public:
+  BrowserSet(PageHostFactory make_host, JobFlags& flags, QObject* parent = nullptr);
+  ~BrowserSet() override;
+
+  PageHost* Active() const;
+  // The browser with the window's own number; the script of a page view stays on number 0.
+  PageHost* At(int index) const;
+
+  // Over all browsers of the set: a save may begin in one and end in another.
+  NavigationState Navigation() const { return navigation_; }
+
+ Q_SIGNALS:
+  void navigationChanged();
+  // Another browser is on show.
+  void activeChanged(quayline::PageHost* host);
+  // A browser joined the set, so that its other signals can be heard.
+  void added(quayline::PageHost* host);
+
+ private:
+  void Add(PageHost* host);
+  void CloseLater(PageHost* host);
+  void Show(int index);
+  void UpdateNavigation();
+
+  struct Member {
+    PageHost* host;
+    quint64 starts_seen = 0;
+  };
+
+  JobFlags& flags_;
+  std::vector<Member> members_;
+  NavigationState navigation_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/command_call.h"
+
+#include "async/wait.h"
+#include "script/page_operations.h"
+#include "script/script_texts.h"
+
+namespace quayline {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// A page that leaves for another as soon as it is there is followed that often; then the script
+// goes on with what it finds.
+constexpr int kMaxHops = 10;
+
+// A wait that is longer than this is told to the user.
+constexpr milliseconds kLongWait(1500);
+
+// How long a navigation waits for one that is still under way. Longer than any save takes, and the
+// pages that never report their end are few.
+constexpr milliseconds kSaveGrace(5000);
+
+}  // namespace
+
+void CommandCall::LogResult(const QJsonValue& result) const {
+  const QString text = result.toString();
+  if (text == QLatin1String(page_result::kSuccessful)) {
+    LogLine(Text(script_text::kSuccessful));
+  } else if (text == QLatin1String(page_result::kFailed)) {
+    LogLine(Text(script_text::kObjectNotFound));
+  } else if (text == QLatin1String(page_result::kFailedLink)) {
+    LogLine(Text(script_text::kLinkNotFound));
+  } else {
+    LogLine(text);
+  }
+}
+
+void CommandCall::LogSuccessWith(const QString& value) const {
+  LogLine(Text(script_text::kSuccessfulWith) + QStringLiteral(" (") + value + QLatin1Char(')'));
+}
+
+Task<QJsonValue> CommandCall::Ask(PageCall call) const {
+  call.frame = run.frame_number;
+  PageHost* const host = env.browser();
+  OneShot<PageAnswer> answer;
+  host->Call(call, answer.Callback());
+  answer.GiveUpWhen(&env.flags, &JobFlags::changed,
+                    [flags = &env.flags] { return flags->JobStopRequested(); });
+  answer.GiveUpWhen(&env.browsers, &BrowserSet::activeChanged,
+                    [this, host] { return env.browser() != host; });
+  const std::optional<PageAnswer> got = co_await answer;
+  co_return got && got->answered ? got->value : call.if_gone;
+}
+
+Task<> CommandCall::RunInPage(QString code) const {
+  PageHost* const host = env.browser();
+  OneShot<bool> ran;
+  host->RunInPage(code, [done = ran.Callback()] { done(true); });
+  ran.GiveUpWhen(&env.flags, &JobFlags::changed,
+                 [flags = &env.flags] { return flags->JobStopRequested(); });
+  ran.GiveUpWhen(&env.browsers, &BrowserSet::activeChanged,
+                 [this, host] { return env.browser() != host; });
+  co_await ran;
+}
+
+Task<bool> CommandCall::ClearCache() const {
+  OneShot<bool> cleared;
+  env.browser()->ClearCache(cleared.Callback());
+  cleared.GiveUpWhen(&env.flags, &JobFlags::changed,
+                     [flags = &env.flags] { return flags->JobStopRequested(); });
+  const std::optional<bool> done = co_await cleared;
+  co_return done.value_or(false);
+}
+
+Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock block) {
+  BrowserSet& browsers = env.browsers;
+  JobFlags& flags = env.flags;
+  const auto interrupted = [&flags] {
+    return flags.PageErrorPending() || flags.JobStopRequested();
+  };
+  for (int hop = 0; hop < kMaxHops; ++hop) {
+    const auto begun = [&browsers, mark] {
+      return browsers.Navigation().busy || browsers.Navigation().starts != mark;
+    };
+    bool quiet = false;
+    if (!begun() && !interrupted()) {
+      PageHost* const host = env.browser();
+      OneShot<bool> proof;
+      host->ProveQuiet([done = proof.Callback()] { done(true); });
+      proof.GiveUpWhen(&browsers, &BrowserSet::navigationChanged, begun);
+      proof.GiveUpWhen(&browsers, &BrowserSet::activeChanged,
+                       [this, host] { return env.browser() != host; });
+      proof.GiveUpWhen(&flags, &JobFlags::changed, interrupted);
+      const std::optional<bool> proven = co_await proof;
+      quiet = proven.has_value();
+    }
+    if (const auto end = TakeInterruption(block)) {
+      co_return end;
+    }
+    if (!begun()) {
+      if (quiet) {
+        co_return std::nullopt;
+      }
+      continue;  // the browser that was asked is gone: ask the one on show
+    }
+    mark = browsers.Navigation().starts;
+    // The user's "proceed" says that the page is loaded while the browser still denies it.
+    const auto arrived = [&browsers, &flags] {
+      return !browsers.Navigation().busy || flags.PageLoaded();
+    };
+    const auto over = [arrived, interrupted] { return arrived() || interrupted(); };
+    const bool soon = co_await Until(over)
+                          .WokenBy(&browsers, &BrowserSet::navigationChanged)
+                          .WokenBy(&flags, &JobFlags::changed)
+                          .AtMost(kLongWait);
+    if (!soon) {
+      env.tell_wait(run.url.isEmpty() ? run.given.router_host : run.url);
+      co_await Until(over)
+          .WokenBy(&browsers, &BrowserSet::navigationChanged)
+          .WokenBy(&flags, &JobFlags::changed);
+      env.tell_wait({});
+    }
+    if (const auto end = TakeInterruption(block)) {
+      co_return end;
+    }
+    if (browsers.Navigation().busy) {
+      co_return std::nullopt;  // released by the user
+    }
+    mark = browsers.Navigation().starts;
+  }
+  co_return std::nullopt;
+}
+
+Task<> CommandCall::LetSaveEnd() const {
+  BrowserSet& browsers = env.browsers;
+  JobFlags& flags = env.flags;
+  co_await Until([&] {
+    return !browsers.Navigation().busy || flags.JobStopRequested() || flags.PageErrorPending();
+  })
+      .WokenBy(&browsers, &BrowserSet::navigationChanged)
+      .WokenBy(&flags, &JobFlags::changed)
+      .AtMost(kSaveGrace);
+}
+
+std::optional<RunEnd> CommandCall::TakeInterruption(ErrorBlock block) {
+  if (env.flags.PageErrorPending()) {
+    LogErrorBlock(block);
+    env.flags.SetPageErrorPending(false);
+    return RunEnd::kPageError;
+  }
+  if (env.flags.JobStopRequested()) {
+    return RunEnd::kStopped;
+  }
+  return std::nullopt;
+}
+
+Task<std::optional<RunEnd>> CommandCall::Wait(int time_ms, std::optional<ErrorBlock> block) {
+  JobFlags& flags = env.flags;
+  const auto interrupted = [&flags, heeds_errors = block.has_value()] {
+    return flags.JobStopRequested() || (heeds_errors && flags.PageErrorPending());
+  };
+  Until wait = Until(interrupted).WokenBy(&flags, &JobFlags::changed);
+  if (time_ms > 0) {
+    wait = std::move(wait).AtMost(milliseconds(time_ms));
+  }
+  co_await wait;
+  if (block) {
+    co_return TakeInterruption(*block);
+  }
+  co_return flags.JobStopRequested() ? std::optional(RunEnd::kStopped) : std::nullopt;
+}
+
+void CommandCall::SetTimer(const QString& time_ms) const {
+  if (const std::optional<int> time = WholeNumber(time_ms); time && *time >= 0) {
+    env.flags.script_timer_ms = *time;
+  }
+}
+
+void CommandCall::TakeFields(int count) {
+  const QStringList fields = run.argument.split(QLatin1Char(','));
+  run.argument = fields.first();
+  if (count > 1 && fields.size() > 1) {
+    run.position = fields[1];
+  }
+  if (count > 2 && fields.size() > 2) {
+    run.extra_field = fields[2];
+  }
+}
+
+void CommandCall::LogErrorBlock(ErrorBlock block) const {
+  const auto Line = [](const QString& text) { return LineBreak() + text; };
+  QString what;
+  switch (block) {
+    case ErrorBlock::kAddress:
+    case ErrorBlock::kAddressWithPageError:
+      what = Text(script_text::kErrorNavigating) + QLatin1Char(' ') + run.given.http_type +
+             run.given.router_host + QLatin1Char('/') + run.argument + QLatin1Char(')');
+      break;
+    case ErrorBlock::kWords:
+      what = Text(script_text::kErrorOnWords);
+      break;
+    case ErrorBlock::kJavaScript:
+      what = Text(script_text::kErrorInJavaScript);
+      break;
+  }
+  env.log.Append(LineBreak());
+  env.log.Append(Line(what) + Line(Text(script_text::kEntrySkipped)) +
+                 Line(Text(script_text::kCheckRouterInfo)));
+  env.log.Append(Line(LogSeparator()));
+  if (block == ErrorBlock::kAddressWithPageError) {
+    env.log.Append(Line(env.flags.last_page_error));
+    env.log.Append(Line(LogSeparator()));
+  }
+  env.log.Append(LineBreak());
+}
+
+}  // namespace quayline

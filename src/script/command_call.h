@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include "async/task.h"
+#include "script/page_call.h"
+#include "script/run_environment.h"
+#include "script/script_line.h"
+#include "script/script_run.h"
+
+namespace quayline {
+
+// What is logged when the page fails while a command waits for it.
+enum class ErrorBlock {
+  kAddress,               // with the router's address and the argument as its path
+  kAddressWithPageError,  // and with what the browser said, on lines of its own
+  kWords,
+  kJavaScript,
+};
+
+// One command being carried out: what handlers work with. It lives in the run's own frame.
+class CommandCall final {
+ public:
+  CommandCall(RunEnvironment& environment, ScriptRun& script_run)
+      : env(environment), run(script_run) {}
+
+  QString Text(const Message& message) const { return env.translator.Text(message); }
+
+  // Logs a line break and `text`.
+  void LogLine(const QString& text) const { env.log.Append(LineBreak() + text); }
+  // Logs the text that stands for what an operation answered.
+  void LogResult(const QJsonValue& result) const;
+  // Logs "(Successful) (" and `value` and ")".
+  void LogSuccessWith(const QString& value) const;
+
+  // Asks the page agent about the run's frame. What the call says for a page that is gone is the
+  // answer for one that keeps silent, too; a stop ends the silence.
+  Task<QJsonValue> Ask(PageCall call) const;
+
+  // Remembers where the pages stand. To be taken ahead of whatever may navigate.
+  quint64 MarkPage() const { return env.browsers.Navigation().starts; }
+  // Waits until no navigation that began since `mark` is under way and none will begin any more.
+  // Nothing: the run goes on. Logs the error block when the page failed.
+  Task<std::optional<RunEnd>> AwaitPage(quint64 mark, ErrorBlock block);
+
+  // Gives what the page is still sending a last chance ahead of a navigation that would end it: a
+  // command that ignores page loads may have left a save under way.
+  Task<> LetSaveEnd() const;
+
+  // Ends a wait of any kind: a page error (whose block is logged) or a stop.
+  std::optional<RunEnd> TakeInterruption(ErrorBlock block);
+  // Waits for a time; with 0 for ever. A stop ends the wait, and so does a page error where an
+  // error block is named.
+  Task<std::optional<RunEnd>> Wait(int time_ms, std::optional<ErrorBlock> block);
+  // Sets the interval of the script's timer, which stays until another line sets it. A text that is
+  // no such number leaves it.
+  void SetTimer(const QString& time_ms) const;
+
+  // Runs code as a script of the top page.
+  Task<> RunInPage(QString code) const;
+  // Empties the browser's cache; false when it could not, or the run was stopped.
+  Task<bool> ClearCache() const;
+
+  // Applies the fields of an argument: field 0 becomes the argument, fields 1 and 2 position and
+  // extra field; each keeps what it has where the argument lacks the field.
+  void TakeFields(int count);
+  // Puts the current name into the argument at the position.
+  void InsertCurrentName() {
+    run.argument = InsertAt(run.argument, run.position, run.current_name);
+  }
+
+  RunEnvironment& env;
+  ScriptRun& run;
+
+ private:
+  void LogErrorBlock(ErrorBlock block) const;
+};
+
+// The label by which some routers list a rule: "Web [TCP/80~80]". An entry of both protocols goes
+// by its TCP label. Nothing for a protocol that is none of the three.
+std::optional<QString> EntryLabel(const RunArguments& entry);
+
+}  // namespace quayline

@@ -1,0 +1,166 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/interpreter.h"
+
+#include "async/wait.h"
+#include "script/command_table.h"
+#include "script/page_operations.h"
+#include "script/script_line.h"
+#include "script/script_texts.h"
+
+namespace quayline {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kThrottle(500);
+constexpr int kMaxSettleRounds = 5;
+
+// One pass over the lines of a script.
+class Interpreter final {
+ public:
+  Interpreter(RunEnvironment& environment, RunArguments arguments)
+      : env_(environment), run_(std::move(arguments)), call_(environment, run_) {}
+
+  Task<RunEnd> Run();
+
+ private:
+  Task<std::optional<RunEnd>> RunLine(int index);
+  Task<bool> Settle();
+  Task<std::optional<RunEnd>> RunCommand(const CommandRow& row);
+  void ReadArgument(Shape shape);
+  Task<bool> DebugPause();
+  bool Stopped() const { return env_.flags.JobStopRequested(); }
+
+  RunEnvironment& env_;
+  ScriptRun run_;
+  CommandCall call_;
+};
+
+Task<RunEnd> Interpreter::Run() {
+  if (Stopped()) {
+    co_return RunEnd::kStopped;
+  }
+  call_.LogLine(call_.Text(script_text::kRunning));
+  call_.LogLine(LogSeparator());
+  for (int index = 0; index < run_.given.commands.size(); ++index) {
+    if (const std::optional<RunEnd> end = co_await RunLine(index)) {
+      co_return *end;
+    }
+  }
+  call_.LogLine(LogSeparator() + LineBreak());
+  co_return RunEnd::kAllLinesDone;
+}
+
+Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
+  const QString& raw_line = run_.given.commands[index];
+  const ScriptLine line = ParseScriptLine(raw_line);
+  run_.argument = line.argument;
+  const bool settled = co_await Settle();
+  if (!settled) {
+    co_return RunEnd::kStopped;
+  }
+  call_.LogLine(call_.Text(script_text::kStep) +
+                QStringLiteral(" %1. ").arg(index + 1, 2, 10, QLatin1Char('0')) + raw_line);
+  const CommandRow* row = FindCommand(line.name);
+  if (row != nullptr && ConditionHolds(row->condition, run_.given, env_.flags.in_combo)) {
+    const std::optional<RunEnd> end = co_await RunCommand(*row);
+    if (end) {
+      co_return end;
+    }
+  }
+  const bool proceeded = co_await DebugPause();
+  if (!proceeded) {
+    co_return RunEnd::kStopped;
+  }
+  if (env_.options.debug_mode) {
+    env_.enable_proceed(true);
+    env_.flags.SetJobDebugMode(true);
+  }
+  if (env_.options.throttle) {
+    co_return co_await call_.Wait(static_cast<int>(kThrottle.count()), std::nullopt);
+  }
+  co_return std::nullopt;
+}
+
+// Lets a page that still rewrites itself come to rest before a command touches it.
+Task<bool> Interpreter::Settle() {
+  QString before;
+  for (int round = 0;; ++round) {
+    const QJsonValue state = co_await call_.Ask(page_operation::ReadMarkupState());
+    if (Stopped()) {
+      co_return false;
+    }
+    if (state.toString() == before || round == kMaxSettleRounds) {
+      co_return true;
+    }
+    before = state.toString();
+  }
+}
+
+void Interpreter::ReadArgument(Shape shape) {
+  switch (shape) {
+    case Shape::kWhole:
+    case Shape::kOwn:
+      return;
+    case Shape::kPosition:
+      call_.TakeFields(2);
+      call_.InsertCurrentName();
+      return;
+    case Shape::kPositionExtra:
+      call_.TakeFields(3);
+      call_.InsertCurrentName();
+      return;
+    case Shape::kPositionByLetter:
+      call_.TakeFields(2);
+      run_.argument = InsertAt(run_.argument, run_.position, EntryLetter(run_.given.entry_index));
+      return;
+  }
+}
+
+Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
+  ReadArgument(row.shape);
+  if (row.flow != nullptr) {
+    co_return co_await row.flow(call_);
+  }
+  const std::optional<PageCall> question = row.ask(call_);
+  if (!question) {
+    co_return std::nullopt;
+  }
+  const quint64 mark = call_.MarkPage();
+  const QJsonValue result = co_await call_.Ask(*question);
+  if (Stopped() && !env_.flags.PageErrorPending()) {
+    co_return RunEnd::kStopped;
+  }
+  call_.LogResult(result);
+  if (row.awaits_page) {
+    co_return co_await call_.AwaitPage(mark, ErrorBlock::kAddress);
+  }
+  co_return std::nullopt;
+}
+
+// The hold that was armed behind the line before. False: the job was stopped during it.
+Task<bool> Interpreter::DebugPause() {
+  if (!env_.flags.JobDebugMode()) {
+    co_return true;
+  }
+  const QString rule = QStringLiteral("-------");
+  call_.LogLine(rule + call_.Text(script_text::kClickProceed) + rule + LineBreak());
+  env_.enable_proceed(true);
+  JobFlags& flags = env_.flags;
+  co_await Until([&flags] {
+    return !flags.JobDebugMode() || flags.JobStopRequested();
+  }).WokenBy(&flags, &JobFlags::changed);
+  co_return !flags.JobStopRequested();
+}
+
+}  // namespace
+
+Task<RunEnd> RunRouterCommands(RunEnvironment& environment, RunArguments arguments) {
+  Interpreter interpreter(environment, std::move(arguments));
+  co_return co_await interpreter.Run();
+}
+
+}  // namespace quayline

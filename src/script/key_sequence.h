@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace quayline {
+
+// One key press of a sequence.
+struct KeyStroke {
+  int key = 0;  // Qt::Key
+  Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+  QString text;  // what the key types; empty for a key that types nothing
+
+  bool operator==(const KeyStroke&) const = default;
+};
+
+// Reads the notation of the classic key sending: + ^ % hold Shift, Ctrl or Alt for the next key or
+// for a group in parentheses, ~ is Enter, a name in braces is a key ({RIGHT}, {F5}) or the literal
+// character ({+}), with a count behind a blank ({TAB 3}). Braces that hold no key and parentheses
+// that do not match are dropped, everything else types itself.
+QList<KeyStroke> ParseKeys(const QString& notation);
+
+}  // namespace quayline

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+
+#include "core/job_flags.h"
+#include "core/router_session.h"
+#include "i18n/translator.h"
+#include "script/browser_set.h"
+#include "script/job_log.h"
+
+namespace quayline {
+
+// What a run finds around it: the window that runs it, seen through what a run needs of it. All of
+// it outlives the run.
+struct RunEnvironment {
+  JobFlags& flags;
+  const JobOptions& options;
+  const Translator& translator;
+  JobLog& log;
+  BrowserSet& browsers;
+  // The browser that the next line drives.
+  std::function<PageHost*()> browser;
+  // Enables the window's button that goes on behind a debug pause.
+  std::function<void(bool)> enable_proceed;
+  // Tells the window what the run waits for; an empty text when it goes on.
+  std::function<void(const QString&)> tell_wait;
+};
+
+// How a run ended.
+enum class RunEnd {
+  kAllLinesDone,
+  kEntryExists,  // the router holds the entry already
+  kPageError,    // an error block was logged
+  kStopped,
+};
+
+}  // namespace quayline

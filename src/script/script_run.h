@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quayline {
+
+// What one pass of a script is given: the entry, the login and the place of the entry in its job.
+struct RunArguments {
+  QStringList commands;
+  int entry_index = 1;  // from 1
+  bool is_first_entry = true;
+  bool is_last_entry = true;
+
+  QString http_type;    // "http://" or "https://"
+  QString router_host;  // with ":" and the port where it is not 80
+  QString username;
+  QString password;
+  QString shown_password;  // what a log may show of it
+
+  QString entry_name;
+  QString entry_protocol;  // "TCP", "UDP" or "TCP/UDP"
+  QString entry_start_port;
+  QString entry_end_port;
+  QString entry_ip;
+  QString entry_computer_name;
+};
+
+// The state of one pass. All of it is lost at the pass's end: nothing carries over from one entry
+// to the next, and a script sets again what it needs.
+struct ScriptRun {
+  explicit ScriptRun(RunArguments arguments)
+      : given(std::move(arguments)),
+        ip_parts(given.entry_ip.split(QLatin1Char('.'))),
+        trimmed_username(given.username.trimmed()),
+        trimmed_password(given.password.trimmed()) {}
+
+  // Part `number` (1 to 4) of the entry's address; empty where the address has no such part.
+  QString IpPart(int number) const { return ip_parts.value(number - 1); }
+
+  const RunArguments given;
+  const QStringList ip_parts;
+  const QString trimmed_username;  // what addresses are built with
+  const QString trimmed_password;
+
+  QString argument;  // of the current line; a command that splits it leaves field 0 here
+  QString url;       // the last address built, as the log shows it
+
+  int frame_number = 0;  // 0: the top document
+  QString frame_name;    // target frame of every navigation
+
+  // Fields 1 and 2 of an argument. A line that lacks the field leaves what an earlier line set.
+  QString position;
+  QString extra_field;
+
+  QString current_name;     // what is inserted into field names
+  QString name_array_text;  // names separated by "|"
+  QString checked_string;   // what set_string_to_check chose
+
+  // The page's own words for the protocols.
+  QString type_choice_tcp;
+  QString type_choice_udp;
+  QString type_choice_both;
+};
+
+}  // namespace quayline
