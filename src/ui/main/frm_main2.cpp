@@ -28,7 +28,7 @@ void FrmMain2::Load() {
   move(screen.center() - rect().center());
   if (!loaded) {
     failed_ = true;
-    show();
+    Q_EMIT startFailed();
     prompts_.Tell(this, loaded.error(), [this] { close(); });
   }
 }

@@ -16,8 +16,8 @@ class FrmMain2 final : public QWidget {
  public:
   FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows);
 
-  // Gets everything ready, so that showing it is the last step. When the program cannot go on, the
-  // window is shown with the reason in front of it, and closes with it.
+  // Gets everything ready, so that showing it is the last step. When the program cannot go on, it
+  // says why, and closes when that has been read.
   void Load();
 
   FrmMain& Main() { return *main_; }
@@ -25,6 +25,7 @@ class FrmMain2 final : public QWidget {
   bool HasFailed() const { return failed_; }
 
  Q_SIGNALS:
+  void startFailed();
   // Everything is closed: the program's end.
   void closed();
 
