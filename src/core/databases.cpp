@@ -1,2 +1,120 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
+
+#include "core/databases.h"
+
+#include "core/table_file.h"
+
+namespace quayline {
+
+namespace {
+
+const QStringList kScripts = {QStringLiteral("routercommands"), QStringLiteral("routerportpage")};
+const QStringList kRouterName = {QStringLiteral("routername")};
+
+// The fields of each table stand in the order of the members of its record.
+const TableShape kRouters = {
+    QStringLiteral("routers.mdb"),
+    QStringLiteral("routers"),
+    {QStringLiteral("routername"), QStringLiteral("routerusername"),
+     QStringLiteral("routerpassword"), QStringLiteral("routersupportsboth"),
+     QStringLiteral("routerneedscomputername"), QStringLiteral("routermaxentries"),
+     QStringLiteral("routermaxrange"), QStringLiteral("routerminport"),
+     QStringLiteral("routermaxport"), QStringLiteral("routerpic"), QStringLiteral("routercommands"),
+     QStringLiteral("routerportpage")}};
+const TableShape kPorts = {
+    QStringLiteral("ports.mdb"),
+    QStringLiteral("ports"),
+    {QStringLiteral("appname"), QStringLiteral("nameforrouter"), QStringLiteral("tcpportsonly"),
+     QStringLiteral("udpportsonly"), QStringLiteral("tcpudpports")}};
+const TableShape kCustom = {QStringLiteral("custom.mdb"),
+                            QStringLiteral("custom"),
+                            {QStringLiteral("appname"), QStringLiteral("portype"),
+                             QStringLiteral("startport"), QStringLiteral("endport")}};
+
+}  // namespace
+
+class Databases::Store {
+ public:
+  std::unique_ptr<TableFile> routers;
+  std::unique_ptr<TableFile> ports;
+  std::unique_ptr<TableFile> custom;
+};
+
+Databases::Databases() = default;
+Databases::~Databases() = default;
+
+std::expected<void, DatabaseError> Databases::Open(const QString& folder) {
+  Close();
+  auto store = std::make_unique<Store>();
+  for (const auto& [shape, file] : {std::pair(&kRouters, &store->routers),
+                                    {&kPorts, &store->ports},
+                                    {&kCustom, &store->custom}}) {
+    auto opened = TableFile::Open(folder, *shape);
+    if (!opened) {
+      return std::unexpected(opened.error());
+    }
+    *file = std::move(*opened);
+  }
+  store_ = std::move(store);
+  return {};
+}
+
+void Databases::Close() { store_.reset(); }
+
+bool Databases::IsOpen() const { return store_ != nullptr; }
+
+int Databases::RouterCount() const { return store_ ? store_->routers->Count() : 0; }
+
+QList<RouterName> Databases::RouterNames(int after_id, int limit) const {
+  QList<RouterName> names;
+  if (store_ && limit > 0) {
+    store_->routers->Read(kRouterName, after_id, limit, [&](int id, const QStringList& texts) {
+      names.append({id, texts.first()});
+    });
+  }
+  return names;
+}
+
+std::optional<RouterRecord> Databases::FindRouter(int id) const {
+  std::optional<RouterRecord> found;
+  if (store_) {
+    store_->routers->ReadOne(kRouters.fields, id, [&](int row_id, const QStringList& texts) {
+      found = {row_id,   texts[0], texts[1], texts[2], texts[3],  texts[4], texts[5],
+               texts[6], texts[7], texts[8], texts[9], texts[10], texts[11]};
+    });
+  }
+  return found;
+}
+
+bool Databases::UpdateRouterScripts(int id, const QString& routercommands,
+                                    const QString& routerportpage) {
+  return store_ && store_->routers->Update(id, kScripts, {routercommands, routerportpage});
+}
+
+QList<AppPortRecord> Databases::AppPorts() const {
+  QList<AppPortRecord> records;
+  if (store_) {
+    store_->ports->Read(kPorts.fields, {}, -1, [&](int id, const QStringList& texts) {
+      records.append({id, texts[0], texts[1], texts[2], texts[3], texts[4]});
+    });
+  }
+  return records;
+}
+
+QList<CustomPortRecord> Databases::CustomPorts() const {
+  QList<CustomPortRecord> records;
+  if (store_) {
+    store_->custom->Read(kCustom.fields, {}, -1, [&](int id, const QStringList& texts) {
+      records.append({id, texts[0], texts[1], texts[2], texts[3]});
+    });
+  }
+  return records;
+}
+
+bool Databases::AddCustomPort(const CustomPortRecord& record) {
+  return store_ && store_->custom->Insert(kCustom.fields, {record.appname, record.portype,
+                                                           record.startport, record.endport});
+}
+
+}  // namespace quayline

@@ -1,2 +1,80 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
+
+#include "core/ini_file.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSaveFile>
+
+#include <chrono>
+#include <optional>
+
+#include "core/ini_text.h"
+
+namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr qsizetype kMaxValueLength = 255;
+constexpr qint64 kMaxFileBytes = 4 << 20;
+// A write takes a few milliseconds; another copy of the program that holds the lock for longer has
+// stopped, and the user is not kept waiting for it.
+constexpr std::chrono::milliseconds kLockWait = 500ms;
+
+// Nothing for a file that cannot be read, or is too large to be an INI file.
+std::optional<QByteArray> FileBytes(const QString& file_name) {
+  QFile file(file_name);
+  if (!QFileInfo(file_name).isFile() || file.size() > kMaxFileBytes ||
+      !file.open(QIODevice::ReadOnly)) {
+    return std::nullopt;
+  }
+  QByteArray bytes = file.readAll();
+  return file.error() == QFileDevice::NoError ? std::optional(bytes) : std::nullopt;
+}
+
+bool WritePrivateFile(const QString& file_name, const QByteArray& bytes) {
+  QSaveFile file(file_name);
+  return file.open(QIODevice::WriteOnly) &&
+         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
+         file.write(bytes) == bytes.size() && file.commit();
+}
+
+}  // namespace
+
+QString ReadIniValue(const QString& section, const QString& key, const QString& file_name) {
+  const auto bytes = FileBytes(file_name);
+  if (!bytes) {
+    return {};
+  }
+  QString value = IniText(*bytes).Value(section, key).left(kMaxValueLength);
+  if (!value.isEmpty() && value.back().isHighSurrogate()) {
+    value.chop(1);
+  }
+  return value;
+}
+
+bool WriteIniValue(const QString& section, const QString& key, const QString& value,
+                   const QString& file_name) {
+  QLockFile lock(file_name + QStringLiteral(".lock"));
+  if (!lock.tryLock(kLockWait.count())) {
+    return false;
+  }
+  QByteArray former;
+  if (QFileInfo::exists(file_name)) {
+    const auto bytes = FileBytes(file_name);
+    if (!bytes) {
+      return false;
+    }
+    former = *bytes;
+  }
+  IniText text(former);
+  text.SetValue(section, key, value);
+  const QByteArray bytes = text.Bytes();
+  return bytes == former || WritePrivateFile(file_name, bytes);
+}
+
+}  // namespace quayline

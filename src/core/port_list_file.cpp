@@ -1,2 +1,122 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
+
+#include "core/port_list_file.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringConverter>
+
+#include <array>
+
+#include "core/text_bytes.h"
+
+namespace quayline {
+
+namespace {
+
+constexpr qsizetype kNoLimit = std::numeric_limits<qsizetype>::max();
+
+// Some editors save a list as UTF-16 with its mark; its lines are taken from UTF-8 then.
+QByteArray WithoutUtf16(const QByteArray& bytes) {
+  if (!bytes.startsWith("\xff\xfe") && !bytes.startsWith("\xfe\xff")) {
+    return bytes;
+  }
+  QStringDecoder decode(QStringDecoder::Utf16, QStringDecoder::Flag::Stateless);
+  const QString text = decode(bytes);
+  return text.toUtf8();
+}
+
+QString Decoded(QByteArrayView line) {
+  QStringDecoder decode(QStringDecoder::System, QStringDecoder::Flag::Stateless);
+  QString text = decode(line);
+  return decode.hasError() ? FromWindows1252(line) : text;
+}
+
+PortEntry ParseRow(const QString& line) {
+  PortEntry entry;
+  const std::array fields = {&entry.app_name, &entry.forwarded_to, &entry.start_port,
+                             &entry.end_port, &entry.protocol,     &entry.description};
+  qsizetype from = 0;
+  for (QString* field : fields) {
+    const qsizetype bar = line.indexOf(QLatin1Char('|'), from);
+    *field = line.mid(from, bar < 0 ? -1 : bar - from);
+    if (bar < 0) {
+      break;
+    }
+    from = bar + 1;
+  }
+  return entry;
+}
+
+// Stops behind `max_rows` rows.
+QList<PortEntry> ParseRows(const QByteArray& file_bytes, qsizetype max_rows) {
+  QByteArray bytes = WithoutUtf16(file_bytes);
+  bytes.removeIf([](char c) { return c == '\0'; });
+  QList<PortEntry> entries;
+  qsizetype from = 0;
+  while (from < bytes.size() && entries.size() < max_rows) {
+    qsizetype end = from;
+    while (end < bytes.size() && bytes[end] != '\r' && bytes[end] != '\n') {
+      ++end;
+    }
+    if (end > from) {
+      entries.append(ParseRow(Decoded(QByteArrayView(bytes).sliced(from, end - from))));
+    }
+    from = end + 1;
+  }
+  return entries;
+}
+
+}  // namespace
+
+QList<PortEntry> ParsePortList(const QByteArray& bytes) { return ParseRows(bytes, kNoLimit); }
+
+QByteArray FormatPortList(const QList<PortEntry>& entries) {
+  QString text;
+  for (const PortEntry& entry : entries) {
+    const QStringList fields = {entry.app_name, entry.forwarded_to, entry.start_port,
+                                entry.end_port, entry.protocol,     entry.description};
+    text += OnOneLine(fields.join(QLatin1Char('|'))) + QStringLiteral("\r\n");
+  }
+  QStringEncoder encode(QStringEncoder::System, QStringEncoder::Flag::Stateless);
+  QByteArray bytes = encode(text);
+  // A letter that the system's encoding lacks is better kept for a reader of UTF-8 than lost.
+  return encode.hasError() ? text.toUtf8() : bytes;
+}
+
+std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_name) {
+  // Opening a pipe or a device would wait for its other end.
+  if (!QFileInfo(file_name).isFile()) {
+    return std::unexpected(ListFileError::kCannotOpen);
+  }
+  QFile file(file_name);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return std::unexpected(ListFileError::kCannotOpen);
+  }
+  if (file.size() > kMaxListFileBytes) {
+    return std::unexpected(ListFileError::kTooLarge);
+  }
+  const QByteArray bytes = file.readAll();
+  if (file.error() != QFileDevice::NoError) {
+    return std::unexpected(ListFileError::kCannotOpen);
+  }
+  QList<PortEntry> entries = ParseRows(bytes, kMaxListRows + 1);
+  if (entries.size() > kMaxListRows) {
+    return std::unexpected(ListFileError::kTooLarge);
+  }
+  return entries;
+}
+
+std::expected<void, ListFileError> SavePortList(const QList<PortEntry>& entries,
+                                                const QString& file_name) {
+  QSaveFile file(file_name);
+  const QByteArray bytes = FormatPortList(entries);
+  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    return std::unexpected(ListFileError::kCannotWrite);
+  }
+  return {};
+}
+
+}  // namespace quayline

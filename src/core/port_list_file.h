@@ -17,7 +17,8 @@ namespace quayline {
 
 // Empty lines are skipped, missing fields are empty, fields past the sixth are dropped. Lone CR or
 // LF end a line as well. Bytes that are not valid in the system's encoding are read as
-// Windows-1252, the encoding of lists that came from elsewhere; NUL bytes are dropped. Never fails.
+// Windows-1252, the encoding of lists that came from elsewhere; UTF-16 is read by its mark; NUL
+// bytes are dropped. Never fails.
 QList<PortEntry> ParsePortList(const QByteArray& bytes);
 
 // A line break inside a field would split the row when it is read again: it is written as a blank.
@@ -25,11 +26,12 @@ QByteArray FormatPortList(const QList<PortEntry>& entries);
 
 enum class ListFileError {
   kCannotOpen,  // missing, a folder, no right to read
-  kTooLarge,    // more than kMaxListFileBytes
+  kTooLarge,    // more than kMaxListFileBytes or kMaxListRows
   kCannotWrite  // read-only folder, full disk; the old file is untouched
 };
 
 inline constexpr qint64 kMaxListFileBytes = qint64{256} << 20;
+inline constexpr qsizetype kMaxListRows = 2'000'000;  // some hundred bytes of memory each
 
 std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_name);
 

@@ -1,3 +1,47 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
-#include "core/app_context.h"
+
+#include "core/router_session.h"
+
+namespace quayline {
+
+void SelectRouter(RouterSession& session, const RouterRecord& record) {
+  session.router_name = record.routername;
+  session.router_id = record.id;
+  session.username = record.routerusername;
+  session.password = record.routerpassword;
+  session.supports_both = record.routersupportsboth;
+  session.needs_computer_name = record.routerneedscomputername;
+  session.max_entries = record.routermaxentries;
+  session.max_range = record.routermaxrange;
+  session.min_port = record.routerminport;
+  session.max_port = record.routermaxport;
+  session.picture_path = record.routerpic;
+  session.picture_path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+  session.update_script = ScriptLines(record.routercommands);
+  session.view_script = ScriptLines(record.routerportpage);
+}
+
+QString WithoutScheme(const QString& typed) {
+  QString rest = typed;
+  for (const auto scheme : {QLatin1String("http://"), QLatin1String("https://")}) {
+    if (rest.startsWith(scheme, Qt::CaseInsensitive)) {
+      rest.remove(0, scheme.size());
+    }
+  }
+  return rest;
+}
+
+QString RouterHost(const RouterSession& session) {
+  if (session.http_port == QLatin1String("80")) {
+    return session.router_ip;
+  }
+  return session.router_ip + QLatin1Char(':') + session.http_port;
+}
+
+QString ShownPassword(const RouterSession& session) {
+  return session.show_password ? session.password
+                               : QString(session.password.size(), QLatin1Char('*'));
+}
+
+}  // namespace quayline

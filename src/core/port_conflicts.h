@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+#include "core/port_entry.h"
+
+namespace quayline {
+
+// What the first refused row of a list clashes with.
+struct PortConflict {
+  enum Kind { kSameName, kSameStart, kSameEnd };
+
+  Kind kind = kSameName;
+  int row = -1;    // the row that is checked
+  int other = -1;  // the row that it was checked against
+
+  bool operator==(const PortConflict&) const = default;
+};
+
+// Compares the rows of a list with one another as a loop over all pairs would, without its cost:
+// 1. Whether a row clashes with any other at all is a matter of counting. A name is counted in a
+//    hash. For ports, the rows of each protocol stand in an index of sorted starts and ends, out of
+//    which each of the four tests is one or two binary searches.
+// 2. Only for a row that does clash, the others are looked through in their order.
+class PortConflicts final {
+ public:
+  explicit PortConflicts(const QList<PortEntry>& entries);
+
+  // The clash of `row` with the first other row of the list that it clashes with. A pair is tested
+  // for its names, then, where the protocols meet, for the start port and for the end port.
+  std::optional<PortConflict> FirstOf(int row) const;
+
+  // End port minus start port of `row`.
+  qint64 Length(int row) const;
+
+ private:
+  struct Row {
+    int name = 0;      // equal for names that differ in case only
+    int protocol = 0;  // likewise
+    int start = 0;
+    int end = 0;
+  };
+
+  struct Index {
+    void Add(const Row& row);
+    void Sort();
+    // How many of the rows would clash with `row` by their ports.
+    qint64 CountClashes(const Row& row) const;
+
+    std::vector<int> starts;
+    std::vector<int> ends;
+    // Of the rows that do not end before they start.
+    std::vector<int> proper_starts;
+    std::vector<int> proper_ends;
+  };
+
+  static bool ClashesAtStart(const Row& row, const Row& other);
+  static bool ClashesAtEnd(const Row& row, const Row& other);
+  bool ClashesWithAny(const Row& row) const;
+  bool DoProtocolsMeet(const Row& row, const Row& other) const;
+
+  std::vector<Row> rows_;
+  std::vector<int> rows_of_name_;
+  std::vector<Index> rows_of_protocol_;
+  Index all_rows_;
+  int both_protocols_ = 0;
+};
+
+}  // namespace quayline

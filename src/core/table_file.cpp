@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "core/table_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QSqlError>
+#include <QVariant>
+
+#include "core/jet_file.h"
+
+namespace quayline {
+
+namespace {
+
+Q_LOGGING_CATEGORY(log_core, "quayline.core")
+
+// The numbers that SQLite gives to these failures.
+constexpr int kSqlError = 1;
+constexpr int kCannotOpen = 14;
+constexpr int kNotADatabase = 26;
+
+QString Quoted(const QString& column) { return QLatin1Char('[') + column + QLatin1Char(']'); }
+
+// A null text would be stored as a null.
+QVariant Stored(const QString& text) { return text.isNull() ? QStringLiteral("") : text; }
+
+SqlAccess AccessTo(const QString& path) {
+  const QFileInfo file(path);
+  return file.isWritable() && QFileInfo(file.absolutePath()).isWritable() ? SqlAccess::kReadWrite
+                                                                          : SqlAccess::kReadOnly;
+}
+
+std::optional<DatabaseError> CheckFile(const QString& path) {
+  const QFileInfo file(path);
+  const QString name = QDir::toNativeSeparators(path);
+  if (!file.exists()) {
+    return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" is missing.").arg(name)};
+  }
+  if (!file.isFile() || !file.isReadable()) {
+    return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" cannot be read.").arg(name)};
+  }
+  if (const auto converted = ConvertJetFile(path); !converted) {
+    return DatabaseError{kCannotOpen,
+                         QStringLiteral("The file \"%1\" %2.").arg(name, converted.error())};
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<TableFile>, DatabaseError> TableFile::Open(const QString& folder,
+                                                                         const TableShape& shape) {
+  const QString path = folder + QLatin1Char('/') + shape.file_name;
+  if (const auto error = CheckFile(path)) {
+    return std::unexpected(*error);
+  }
+  std::unique_ptr<TableFile> file(new TableFile(path, shape));
+  if (const auto error = file->Verify()) {
+    return std::unexpected(*error);
+  }
+  return file;
+}
+
+TableFile::TableFile(const QString& path, const TableShape& shape)
+    : shape_(shape), connection_(path, AccessTo(path)) {}
+
+std::optional<DatabaseError> TableFile::Verify() {
+  const QString path = QDir::toNativeSeparators(connection_.Handle().databaseName());
+  const auto failure = [&path](const QSqlError& error) {
+    const int number = error.nativeErrorCode().toInt();
+    if (number == kNotADatabase) {
+      return DatabaseError{number, QStringLiteral("The file \"%1\" is not a database.").arg(path)};
+    }
+    return DatabaseError{number == 0 ? kCannotOpen : number,
+                         QStringLiteral("The file \"%1\" cannot be read as a database (%2).")
+                             .arg(path, error.databaseText())};
+  };
+  if (!connection_.Handle().isOpen()) {
+    return failure(connection_.Handle().lastError());
+  }
+  QSqlQuery query(connection_.Handle());
+  if (!query.exec(QStringLiteral("PRAGMA table_info([%1])").arg(shape_.table))) {
+    return failure(query.lastError());
+  }
+  QString id_type;
+  while (query.next()) {
+    columns_.append(query.value(QStringLiteral("name")).toString().toLower());
+    if (columns_.last() == QLatin1String("id")) {
+      id_type = query.value(QStringLiteral("type")).toString();
+    }
+  }
+  if (!columns_.contains(QLatin1String("id"))) {
+    return DatabaseError{kSqlError, QStringLiteral("The file \"%1\" has no table \"%2\" with a "
+                                                   "column \"ID\".")
+                                        .arg(path, shape_.table)};
+  }
+  // Only the plain column can be looked up in an index; a column of text has to be made a number,
+  // or "10" would come before "9".
+  key_ = id_type.contains(QLatin1String("INT"), Qt::CaseInsensitive)
+             ? QStringLiteral("[ID]")
+             : QStringLiteral("CAST([ID] AS INTEGER)");
+  is_seen_ = QStringLiteral(
+      "[ID] = CAST([ID] AS INTEGER) AND CAST([ID] AS INTEGER) BETWEEN -2147483648 AND 2147483647");
+  if (!query.exec(QStringLiteral("SELECT * FROM [%1] LIMIT 1").arg(shape_.table))) {
+    return failure(query.lastError());
+  }
+  return std::nullopt;
+}
+
+int TableFile::Count() const {
+  QSqlQuery query(connection_.Handle());
+  query.prepare(QStringLiteral("SELECT count(*) FROM [%1] WHERE %2").arg(shape_.table, is_seen_));
+  return Execute(query) && query.next() ? query.value(0).toInt() : 0;
+}
+
+void TableFile::Read(const QStringList& fields, std::optional<int> after_id, int limit,
+                     const ReadRow& read_row) const {
+  QSqlQuery query(connection_.Handle());
+  const QString above = after_id ? QStringLiteral("%1 > ? AND ").arg(key_) : QString();
+  query.prepare(SelectClause(fields) + above + is_seen_ +
+                QStringLiteral(" ORDER BY %1 LIMIT ?").arg(key_));
+  if (after_id) {
+    query.addBindValue(*after_id);
+  }
+  query.addBindValue(limit);
+  Fetch(query, fields.size(), read_row);
+}
+
+void TableFile::ReadOne(const QStringList& fields, int id, const ReadRow& read_row) const {
+  QSqlQuery query(connection_.Handle());
+  query.prepare(SelectClause(fields) + is_seen_ + QStringLiteral(" AND %1 = ? LIMIT 1").arg(key_));
+  query.addBindValue(id);
+  Fetch(query, fields.size(), read_row);
+}
+
+bool TableFile::Update(int id, const QStringList& fields, const QStringList& texts) {
+  QStringList settings;
+  for (const QString& field : fields) {
+    settings.append(Quoted(field) + QStringLiteral(" = ?"));
+  }
+  QSqlQuery query(connection_.Handle());
+  query.prepare(QStringLiteral("UPDATE [%1] SET %2 WHERE %3 AND %4 = ?")
+                    .arg(shape_.table, settings.join(QLatin1Char(',')), is_seen_, key_));
+  for (const QString& text : texts) {
+    query.addBindValue(Stored(text));
+  }
+  query.addBindValue(id);
+  return Execute(query) && query.numRowsAffected() > 0;
+}
+
+// One statement, so that two copies of the program cannot take the same ID.
+bool TableFile::Insert(const QStringList& fields, const QStringList& texts) {
+  QStringList columns = {QStringLiteral("[ID]")};
+  QStringList values = {QStringLiteral("next")};
+  for (const QString& field : fields) {
+    columns.append(Quoted(field));
+    values.append(QStringLiteral("?"));
+  }
+  QSqlQuery query(connection_.Handle());
+  query.prepare(QStringLiteral("INSERT INTO [%1] (%2) SELECT %3 FROM (SELECT "
+                               "coalesce(max(%4), 0) + 1 AS next FROM [%1] WHERE %5) WHERE next <= "
+                               "2147483647")
+                    .arg(shape_.table, columns.join(QLatin1Char(',')),
+                         values.join(QLatin1Char(',')), key_, is_seen_));
+  for (const QString& text : texts) {
+    query.addBindValue(Stored(text));
+  }
+  return Execute(query) && query.numRowsAffected() == 1;
+}
+
+QString TableFile::SelectClause(const QStringList& fields) const {
+  QStringList columns = {key_};
+  for (const QString& field : fields) {
+    columns.append(columns_.contains(field) ? Quoted(field) : QStringLiteral("''"));
+  }
+  return QStringLiteral("SELECT %1 FROM [%2] WHERE ")
+      .arg(columns.join(QLatin1Char(',')), shape_.table);
+}
+
+void TableFile::Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const {
+  query.setForwardOnly(true);
+  if (!Execute(query)) {
+    return;
+  }
+  while (query.next()) {
+    QStringList texts;
+    for (qsizetype field = 0; field < fields; ++field) {
+      texts.append(query.value(static_cast<int>(field) + 1).toString());
+    }
+    read_row(query.value(0).toInt(), texts);
+  }
+}
+
+bool TableFile::Execute(QSqlQuery& query) const {
+  if (query.exec()) {
+    return true;
+  }
+  qCWarning(log_core).noquote() << shape_.file_name << query.lastError().text();
+  return false;
+}
+
+}  // namespace quayline

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSqlQuery>
+#include <QStringList>
+
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "core/databases.h"
+#include "core/sql_connection.h"
+
+namespace quayline {
+
+// Which table a file holds, and its text fields.
+struct TableShape {
+  QString file_name;
+  QString table;
+  QStringList fields;  // without the key "ID"
+};
+
+// The table of one database file, open as long as the object lives. Rows whose ID is no whole
+// number of 32 bits are not seen. A row is given as its ID and the texts of the fields asked for,
+// in their order; a null, and a field that the file lacks, is an empty text.
+class TableFile final {
+ public:
+  using ReadRow = std::function<void(int id, const QStringList& texts)>;
+
+  static std::expected<std::unique_ptr<TableFile>, DatabaseError> Open(const QString& folder,
+                                                                       const TableShape& shape);
+
+  int Count() const;
+  // The rows with an ID above `after_id`, or all, in the order of their IDs, up to `limit` (-1:
+  // all).
+  void Read(const QStringList& fields, std::optional<int> after_id, int limit,
+            const ReadRow& read_row) const;
+  void ReadOne(const QStringList& fields, int id, const ReadRow& read_row) const;
+  // False when there is no such row or the file cannot be written.
+  bool Update(int id, const QStringList& fields, const QStringList& texts);
+  // Under the ID above the highest.
+  bool Insert(const QStringList& fields, const QStringList& texts);
+
+ private:
+  TableFile(const QString& path, const TableShape& shape);
+
+  std::optional<DatabaseError> Verify();
+  QString SelectClause(const QStringList& fields) const;
+  void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;
+  bool Execute(QSqlQuery& query) const;
+
+  TableShape shape_;
+  SqlConnection connection_;
+  QStringList columns_;  // of the file, in lower case
+  QString key_;          // the ID as an expression that is a number in every row that is seen
+  QString is_seen_;
+};
+
+}  // namespace quayline
