@@ -4,12 +4,24 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QString>
 #include <QTimer>
+
 #include <chrono>
 #include <functional>
+#include <ostream>
 
 #include "async/flow.h"
 #include "async/task.h"
+
+// How GoogleTest shows a text: without these, as a list of numbers.
+inline void PrintTo(const QString& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QByteArray& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(QLatin1String text, std::ostream* out) { PrintTo(QString(text), out); }
 
 namespace quayline::testing {
 

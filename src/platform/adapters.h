@@ -31,8 +31,11 @@ class Adapters {
   virtual QString LocalAddress(const QString& host) const = 0;
 };
 
-// The gateway of the first adapter whose address, mask and gateway all are set (none begins with
-// "0"), else that of the last adapter; "0.0.0.0" without adapters.
+// The place of the first adapter whose address, mask and gateway all are set (none begins with
+// "0"), else of the last adapter; -1 without adapters.
+qsizetype PreselectedAdapter(const QList<Adapter>& adapters);
+
+// The gateway of the preselected adapter; "0.0.0.0" without adapters.
 QString DefaultGateway(const QList<Adapter>& adapters);
 
 }  // namespace quayline

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QUrl>
+
 #include <chrono>
 #include <expected>
 #include <memory>
@@ -11,6 +12,8 @@
 #include "async/task.h"
 
 namespace quayline {
+
+class CurlLoop;
 
 enum class FetchError {
   kBadAddress,    // not an http or https address
@@ -26,7 +29,9 @@ struct FetchLimits {
 };
 
 // Fetches web resources in the background, on the event loop. One object can run several fetches;
-// destroying a fetch's task stops it.
+// destroying a fetch's task stops it, and destroying the object ends those under way with
+// kNoConnection. Asks servers straight, whatever proxy the environment names, keeps no cookies and
+// trusts no certificate that the system does not trust.
 class HttpFetch final {
  public:
   HttpFetch();
@@ -34,12 +39,13 @@ class HttpFetch final {
   HttpFetch(const HttpFetch&) = delete;
   HttpFetch& operator=(const HttpFetch&) = delete;
 
-  // The body of `address` behind at most five redirects to http or https addresses.
+  // The body of `address` behind at most five redirects to http or https addresses. More redirects
+  // are kHttpStatus, one to another kind of address is kBadAddress.
   Task<std::expected<QByteArray, FetchError>> Get(QUrl address, FetchLimits limits);
 
  private:
-  class Loop;
-  std::unique_ptr<Loop> loop_;
+  // Shared with the fetches under way, which may outlive this object by a moment.
+  std::shared_ptr<CurlLoop> loop_;
 };
 
 }  // namespace quayline

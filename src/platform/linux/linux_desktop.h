@@ -1,3 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 #pragma once
+
+#include "platform/desktop.h"
+
+namespace quayline {
+
+// Asks the running desktop session. Needs a QGuiApplication.
+class LinuxDesktop final : public Desktop {
+ public:
+  bool OpenInBrowser(const QUrl& page) override;
+};
+
+}  // namespace quayline

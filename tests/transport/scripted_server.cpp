@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "transport/scripted_server.h"
+
+#include <QTcpSocket>
+
+namespace quayline::testing {
+
+Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray& headers) {
+  return {"HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n" +
+          headers + "\r\n" + body};
+}
+
+Reply RedirectTo(const QByteArray& location) {
+  return Answer("302 Found", "elsewhere", "Location: " + location + "\r\n");
+}
+
+ScriptedServer::ScriptedServer(std::unique_ptr<QTcpServer> listener)
+    : listener_(std::move(listener)) {
+  listener_->listen(QHostAddress::LocalHost);
+  // QSslServer says it later than QTcpServer, and each says only one of the two in time.
+  connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this, &ScriptedServer::Accept);
+}
+
+QUrl ScriptedServer::Address(const QString& path, const QString& scheme) const {
+  return QUrl(
+      QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(listener_->serverPort()).arg(path));
+}
+
+void ScriptedServer::Accept() {
+  while (QTcpSocket* client = listener_->nextPendingConnection()) {
+    ++open_connections;
+    connect(client, &QTcpSocket::disconnected, this, [this, client] {
+      --open_connections;
+      client->deleteLater();
+    });
+    connect(client, &QTcpSocket::readyRead, this, [this, client] { Read(client); });
+    Read(client);
+  }
+}
+
+void ScriptedServer::Read(QTcpSocket* client) {
+  if (!client->peek(65536).contains("\r\n\r\n")) {
+    return;
+  }
+  requests.append(client->readAll());
+  const Reply reply =
+      replies.value(requests.last().split(' ').value(1), Answer("404 Not Found", "no such page"));
+  client->write(reply.bytes);
+  client->flush();
+  if (reply.then == Reply::Then::kClose) {
+    client->disconnectFromHost();
+  } else if (reply.then == Reply::Then::kReset) {
+    client->abort();
+  }
+}
+
+}  // namespace quayline::testing

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QMap>
+#include <QTcpServer>
+#include <QUrl>
+
+#include <memory>
+
+namespace quayline::testing {
+
+// What the server does with a request: it sends `bytes` as they are and then closes, resets or goes
+// silent.
+struct Reply {
+  enum class Then { kClose, kReset, kSilence };
+
+  QByteArray bytes;
+  Then then = Then::kClose;
+};
+
+// A whole answer with its length declared.
+Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray& headers = {});
+Reply RedirectTo(const QByteArray& location);
+
+// A web server on loopback that sends what the test wrote down for each path.
+class ScriptedServer final : public QObject {
+ public:
+  // Speaks through `listener`, by default plain TCP.
+  explicit ScriptedServer(std::unique_ptr<QTcpServer> listener = std::make_unique<QTcpServer>());
+
+  QUrl Address(const QString& path, const QString& scheme = QStringLiteral("http")) const;
+
+  QMap<QByteArray, Reply> replies;  // by path; others are answered with 404
+  QList<QByteArray> requests;       // each with its headers, in order of arrival
+  int open_connections = 0;
+
+ private:
+  void Accept();
+  void Read(QTcpSocket* client);
+
+  std::unique_ptr<QTcpServer> listener_;
+};
+
+}  // namespace quayline::testing
