@@ -4,6 +4,7 @@
 // Renders every window to a picture: quayline_screenshots FOLDER light|dark. The scale is that of
 // QT_SCALE_FACTOR. scripts/screenshots.sh takes all of them.
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
@@ -21,7 +22,7 @@
 #include "ui/main/frm_main2.h"
 #include "ui/main/frm_splash.h"
 #include "ui/toolkit/theme.h"
-#include "ui_doubles.h"
+#include "window_doubles.h"
 
 namespace quayline::testing {
 namespace {
@@ -33,7 +34,7 @@ QPalette DarkPalette() {
   const QColor base(0x1f, 0x21, 0x23);
   const QColor text(0xe6, 0xe8, 0xea);
   const QColor faint(0x80, 0x85, 0x8a);
-  QPalette palette(text, window);
+  QPalette palette(QColor(0x3b, 0x3e, 0x42), window);
   palette.setColor(QPalette::Base, base);
   palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2b));
   palette.setColor(QPalette::Text, text);
@@ -166,7 +167,7 @@ class Photographer final {
     context.job_options.debug_mode = true;
     context.session.router_name = QStringLiteral("Harbour HB-600");
     context.session.router_ip = QStringLiteral("192.168.1.1");
-    context.session.update_script = {QStringLiteral("nav=/forward"), QStringLiteral("wait=1")};
+    context.session.update_script = {QStringLiteral("nav=/forward"), QStringLiteral("nav(\"save\")")};
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
     WindowPrompts prompts;
     auto* job = new FrmJobStatus(context, prompts,

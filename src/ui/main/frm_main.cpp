@@ -8,7 +8,6 @@
 #include <QLocale>
 #include <QShortcut>
 
-#include "ui/main/frm_about.h"
 #include "ui/main/main_messages.h"
 #include "ui/main/version.h"
 #include "ui/toolkit/theme.h"
@@ -25,7 +24,7 @@ QString InBrackets(const QString& text) { return QStringLiteral(" (%1)").arg(tex
 }  // namespace
 
 FrmMain::FrmMain(AppContext& context, Prompts& prompts, WindowFactory windows, QWidget* parent)
-    : QMainWindow(parent, Qt::Widget),
+    : QMainWindow(parent),
       context_(context),
       prompts_(prompts),
       windows_(std::move(windows)),
@@ -33,6 +32,7 @@ FrmMain::FrmMain(AppContext& context, Prompts& prompts, WindowFactory windows, Q
       selection_(context),
       list_(context, prompts, this),
       start_up_(context, list_, routers_) {
+  setWindowFlags(Qt::Widget);  // the frame is that of the window around it
   ui_->setupUi(this);
   DressUp();
   ConnectRouter();
@@ -168,62 +168,15 @@ void FrmMain::ConnectList() {
   connect(ui_->MenuOpen, &QAction::triggered, &list_, &ListCommands::Open);
   connect(&list_, &ListCommands::listWritten, this, [this] {
     ui_->ListView1->SizeColumns();
+    KeepRowSelected();
     timer3_.start();
   });
+  KeepRowSelected();
 
   auto* update_key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this);
   connect(update_key, &QShortcut::activated, this, &FrmMain::UpdateRouter);
   connect(ui_->Command8, &QPushButton::clicked, this, &FrmMain::UpdateRouter);
   connect(ui_->menuExit, &QAction::triggered, this, &FrmMain::exitRequested);
-}
-
-void FrmMain::ConnectAdvancedMenu() {
-  connect(ui_->MenuDisablePopups, &QAction::triggered, this, [this](bool checked) {
-    context_.job_options.silent_mode = checked;
-    context_.settings.SetBoolean(setting::kSilentMode, checked);
-  });
-  connect(ui_->MenuScriptThrottle, &QAction::triggered, this, [this](bool checked) {
-    context_.job_options.throttle = checked;
-    context_.settings.SetBoolean(setting::kScriptThrottle, checked);
-  });
-  connect(ui_->MenuDebugMode, &QAction::triggered, this,
-          [this](bool checked) { context_.job_options.debug_mode = checked; });
-  connect(ui_->MenuAboutDebug, &QAction::triggered, this,
-          [this] { Tell({message::kDebugHelp1, message::kDebugHelp2, message::kDebugHelp3}); });
-  connect(ui_->MenuAboutScriptThrottle, &QAction::triggered, this, [this] {
-    Tell({message::kThrottleHelp1, message::kThrottleHelp2, message::kThrottleHelp3});
-  });
-  connect(ui_->MenuAbout, &QAction::triggered, this, [this] { (new FrmAbout(this))->open(); });
-}
-
-void FrmMain::ConnectWebPages() {
-  const MakerSite& site = context_.maker_site;
-  const std::pair<QAction*, QUrl> pages[] = {
-      {ui_->menuFailedHelp, site.ForwardingFails()},
-      {ui_->menurouterlist, site.RouterRequest()},
-      {ui_->MenuWrongPic, site.WrongPicture()},
-      {ui_->menuwebsite, site.Website()},
-      {ui_->menuforums, site.Forums()},
-      {ui_->menuviewhelp, site.Help()},
-      {ui_->menuscreenshots, site.Screenshots()},
-      {ui_->menuportforwarding, site.ForwardingGuides()},
-      {ui_->MenuPortTriggering, site.TriggeringGuides()},
-      {ui_->menuwirelesssetup, site.WirelessGuides()},
-      {ui_->menutool1, site.Tool(1)},
-      {ui_->menutool2, site.Tool(2)},
-      {ui_->menutool3, site.Tool(3)},
-      {ui_->menutool4, site.Tool(4)},
-      {ui_->menutool5, site.Tool(5)},
-      {ui_->menutool6, site.Tool(6)},
-      {ui_->menutool7, site.Tool(7)},
-  };
-  for (const auto& [action, page] : pages) {
-    connect(action, &QAction::triggered, this, [this, target = page] { OpenPage(target); });
-  }
-  connect(ui_->vkCommand6, &QPushButton::clicked, this,
-          [this] { OpenPage(context_.maker_site.DefaultLogins()); });
-  connect(ui_->Label11, &LinkLabel::clicked, this,
-          [this] { OpenPage(context_.maker_site.RouterRequest()); });
 }
 
 void FrmMain::ConnectStartUp() {
@@ -343,10 +296,16 @@ void FrmMain::OnRouterIpChanged(const QString& typed) {
   Store(setting::kRouterIp, address);
 }
 
-void FrmMain::OpenPage(const QUrl& page) {
-  if (!context_.desktop.OpenInBrowser(page)) {
-    prompts_.Tell(this, Text(message::kNoBrowser) + QLatin1Char('\n') + page.toString());
+// There is always a row that Remove means, as long as there is one at all.
+void FrmMain::KeepRowSelected() {
+  const bool has_rows = context_.port_list.rowCount() > 0;
+  if (has_rows && SelectedRow() < 0) {
+    ui_->ListView1->setCurrentIndex(context_.port_list.index(0, 0));
   }
+  for (QAction* action : {ui_->menuRemove, ui_->MenuRemovePorts, ui_->menuremoveall}) {
+    action->setEnabled(has_rows);
+  }
+  ui_->Command2->setEnabled(has_rows);
 }
 
 int FrmMain::SelectedRow() const {
@@ -399,14 +358,6 @@ void FrmMain::ShowJob() {
   job_status_->show();
   job_status_->raise();
   job_status_->activateWindow();
-}
-
-void FrmMain::Tell(std::initializer_list<Message> texts) {
-  QStringList lines;
-  for (const Message& text : texts) {
-    lines.append(Text(text));
-  }
-  prompts_.Tell(this, lines.join(QStringLiteral("\n\n")));
 }
 
 // A value that stands in the file already is not written again: showing the stored values at the

@@ -75,6 +75,7 @@ class FrmMain final : public QMainWindow {
   void ShowListMenu(const QPoint& position);
   void OnRouterIpChanged(const QString& typed);
   void OpenPage(const QUrl& page);
+  void KeepRowSelected();
   int SelectedRow() const;
   void ShowRefusal(const UpdateVerdict& verdict);
   void ShowJob();

@@ -24,7 +24,7 @@ FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
 void FrmMain2::Load() {
   const auto loaded = main_->Load();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(sizeHint().expandedTo(QSize(920, 680)).boundedTo(screen.size()));
+  resize(sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
   move(screen.center() - rect().center());
   if (!loaded) {
     failed_ = true;

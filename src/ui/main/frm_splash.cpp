@@ -22,6 +22,7 @@ constexpr int kCorner = 19;  // width and height of the corner ellipses
 }  // namespace
 
 FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
+  setAttribute(Qt::WA_TranslucentBackground);  // the corners, where the desktop can
   Ui::FrmSplash form;
   form.setupUi(this);
   form.ImageLogo->setPixmap(ProgramLogo().pixmap(QSize(96, 96), devicePixelRatioF()));

@@ -49,7 +49,7 @@ int RouterListModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant RouterListModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+  if (!index.isValid() || index.row() >= rows_.size()) {
     return {};
   }
   if (role == Qt::DisplayRole || role == Qt::EditRole) {

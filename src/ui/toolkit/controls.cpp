@@ -51,6 +51,12 @@ void Card::changeEvent(QEvent* event) {
   }
 }
 
+// Not the group box's own: it would put the margins of the style's frame in place of these.
+void Card::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  MakeRoomForTitle();
+}
+
 void Card::paintEvent(QPaintEvent*) {
   const QColor window = palette().color(QPalette::Window);
   const QColor text = palette().color(QPalette::WindowText);

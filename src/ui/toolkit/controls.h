@@ -21,6 +21,7 @@ class Card final : public QGroupBox {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void MakeRoomForTitle();

@@ -6,9 +6,13 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include "ui/toolkit/theme.h"
+
 namespace quayline {
 
 namespace {
+
+constexpr int kIconSize = 40;
 
 QMessageBox* MakeBox(QWidget* window, QMessageBox::Icon icon, const QString& title,
                      const QString& text, QMessageBox::StandardButtons buttons) {
@@ -16,6 +20,10 @@ QMessageBox* MakeBox(QWidget* window, QMessageBox::Icon icon, const QString& tit
   // Messages quote what the user typed and what pages sent: none of it is markup.
   box->setTextFormat(Qt::PlainText);
   box->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box->setIconPixmap(
+      ThemeIcon(icon == QMessageBox::Question ? QStringLiteral("help") : QStringLiteral("info"),
+                QPalette::Link)
+          .pixmap(QSize(kIconSize, kIconSize), box->devicePixelRatioF()));
   box->setAttribute(Qt::WA_DeleteOnClose);
   return box;
 }

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QIconEngine>
 #include <QPainter>
+#include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QSvgRenderer>
 
@@ -21,6 +22,9 @@ namespace {
 constexpr QRgb kAccentOnLight = 0xff0e5a6b;
 constexpr QRgb kAccentOnDark = 0xff1c7f92;
 constexpr QRgb kLinkOnDark = 0xff5cc3d4;
+
+constexpr int kControlHeight = 28;
+constexpr int kRowHeight = 24;
 
 QByteArray ReadIcon(const QString& name) {
   InitToolkitResources();
@@ -60,9 +64,36 @@ class PaletteIconEngine final : public QIconEngine {
   QPalette::ColorRole role_;
 };
 
+// The system's style with a little more room: fields and buttons of one height, rows that are easy
+// to hit.
+class RoomyStyle final : public QProxyStyle {
+ public:
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                         const QWidget* widget) const override {
+    QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
+    switch (type) {
+      case CT_PushButton:
+      case CT_ComboBox:
+      case CT_LineEdit:
+        result.setHeight(std::max(result.height(), kControlHeight));
+        break;
+      case CT_ToolButton:
+        result = result.expandedTo(QSize(kControlHeight, kControlHeight));
+        break;
+      case CT_ItemViewItem:
+        result.setHeight(std::max(result.height(), kRowHeight));
+        break;
+      default:
+        break;
+    }
+    return result;
+  }
+};
+
 }  // namespace
 
 Theme::Theme(QApplication& application) : application_(application) {
+  QApplication::setStyle(new RoomyStyle);
   application_.setWindowIcon(ProgramLogo());
   Apply();
   application_.installEventFilter(this);

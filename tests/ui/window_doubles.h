@@ -4,7 +4,7 @@
 
 #include <QFile>
 #include <QLabel>
-#include <QQueue>
+#include <QPointer>
 #include <QTemporaryDir>
 
 #include "core/app_context.h"
@@ -20,8 +20,8 @@ class FakePrompts final : public Prompts {
   using Prompts::Tell;
 
   QStringList shown;  // "Tell: text", "Ask: title: text", "Save: title: filter", ...
-  QQueue<bool> answers;
-  QQueue<QString> files;
+  QList<bool> answers;
+  QList<QString> files;
 
   void Tell(QWidget*, const QString& text, std::function<void()> closed) override {
     shown.append(QStringLiteral("Tell: ") + text);
@@ -33,7 +33,7 @@ class FakePrompts final : public Prompts {
   void Ask(QWidget*, const QString& title, const QString& text,
            std::function<void(bool yes)> answered) override {
     shown.append(QStringLiteral("Ask: ") + title + QStringLiteral(": ") + text);
-    answered(!answers.isEmpty() && answers.dequeue());
+    answered(!answers.isEmpty() && answers.takeFirst());
   }
   void AskSaveFile(QWidget*, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override {
@@ -49,7 +49,7 @@ class FakePrompts final : public Prompts {
  private:
   void Choose(const std::function<void(const QString& file)>& chosen) {
     if (!files.isEmpty()) {
-      chosen(files.dequeue());
+      chosen(files.takeFirst());
     }
   }
 };
@@ -124,8 +124,8 @@ inline QStringList RouterRow(int id, const QString& name, const QString& user) {
           QStringLiteral("1"),
           QStringLiteral("65535"),
           QStringLiteral("a\\b.png"),
-          QStringLiteral("nav=/one\r\n\r\nnav=/two"),
-          QStringLiteral("nav=/list")};
+          QStringLiteral("nav(\"one\")\r\n\r\nnav(\"two\")"),
+          QStringLiteral("nav(\"list\")")};
 }
 
 // A program folder with databases, and what stands around a window in it.
