@@ -34,7 +34,6 @@ void BrowserSet::Add(PageHost* host) {
   host->setParent(this);
   members_.push_back({.host = host});
   connect(host, &PageHost::navigationChanged, this, &BrowserSet::UpdateNavigation);
-  connect(host, &PageHost::beforeNavigate, this, [this] { flags_.SetPageLoaded(false); });
   connect(host, &PageHost::documentComplete, this, [this] {
     flags_.SetPageErrorPending(false);
     if (!navigation_.busy) {
@@ -75,6 +74,9 @@ void BrowserSet::UpdateNavigation() {
     navigation_.busy = navigation_.busy || state.busy;
   }
   if (before.starts != navigation_.starts || before.busy != navigation_.busy) {
+    if (navigation_.busy) {
+      flags_.SetPageLoaded(false);
+    }
     Q_EMIT navigationChanged();
   }
 }

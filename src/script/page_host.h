@@ -20,6 +20,8 @@ struct PageLogin {
   int port = 80;
   QString username;
   QString password;
+
+  bool operator==(const PageLogin&) const = default;
 };
 
 // Whether a page is on its way somewhere.

@@ -22,7 +22,7 @@ class JobWindowTest : public ::testing::Test {
     context_.job_options.throttle = false;
     context_.session.router_name = QStringLiteral("Alpha 1");
     context_.session.router_ip = QStringLiteral("1.1.1.1");
-    context_.session.update_script = {QStringLiteral("nav=/one"), QStringLiteral("nav=/two")};
+    context_.session.update_script = {QStringLiteral("nav(\"one\")"), QStringLiteral("nav(\"two\")")};
     context_.port_list.SetEntries({Entry("A"), Entry("B")});
   }
   ~JobWindowTest() override { delete window_.data(); }
@@ -77,7 +77,7 @@ TEST_F(JobWindowTest, TheLogBoxHoldsTheWholeLogAndItsEndIsInView) {
 TEST_F(JobWindowTest, ClosingInTheMiddleOfAPageEndsTheJobAndTheBrowser) {
   hangs_ = true;
   Open();
-  ASSERT_TRUE(LogComesTo("nav=/one"));
+  ASSERT_TRUE(LogComesTo("nav(\"one\")"));
   window_->close();
   ASSERT_TRUE(RunUntil([&] { return window_.isNull(); }));
   EXPECT_TRUE(page_.isNull());
@@ -87,7 +87,7 @@ TEST_F(JobWindowTest, ClosingInTheMiddleOfAPageEndsTheJobAndTheBrowser) {
 TEST_F(JobWindowTest, StopFreesAHangingPageAndTheWindowStays) {
   hangs_ = true;
   Open();
-  ASSERT_TRUE(LogComesTo("nav=/one"));
+  ASSERT_TRUE(LogComesTo("nav(\"one\")"));
   QSignalSpy ended(window_, &FrmJobStatus::jobEnded);
   Find<QPushButton>("command_stop")->click();
   ASSERT_TRUE(RunUntil([&] { return ended.size() == 1; }));
@@ -104,8 +104,8 @@ TEST_F(JobWindowTest, StopAheadOfTheFirstStepLetsNoneBegin) {
 }
 
 TEST_F(JobWindowTest, DebugModeSwitchedOnDuringTheJobShowsTheWayOn) {
-  context_.session.update_script = {QStringLiteral("nav=/one"), QStringLiteral("nav=/two"),
-                                    QStringLiteral("nav=/three")};
+  context_.session.update_script = {QStringLiteral("nav(\"one\")"), QStringLiteral("nav(\"two\")"),
+                                    QStringLiteral("nav(\"three\")")};
   Open();
   auto* proceed = Find<QPushButton>("Command1");
   EXPECT_FALSE(proceed->isVisible());

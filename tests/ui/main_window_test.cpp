@@ -44,7 +44,7 @@ TEST_F(MainWindowTest, TheStoredLoginWinsOverTheRoutersDefaultInWindowAndFile) {
   Start();
   EXPECT_EQ(context_->session.router_id, 7);
   EXPECT_EQ(context_->session.update_script,
-            QStringList({QStringLiteral("nav=/one"), QStringLiteral("nav=/two")}));
+            QStringList({QStringLiteral("nav(\"one\")"), QStringLiteral("nav(\"two\")")}));
   EXPECT_EQ(TextOf("Label9"), QStringLiteral("Max Router Can Hold: (16)"));
   EXPECT_EQ(context_->session.router_ip, QStringLiteral("10.0.0.1"));
   EXPECT_EQ(context_->session.http_port, QStringLiteral("8080"));

@@ -2,3 +2,265 @@
 // SPDX-License-Identifier: MIT
 
 #include "script/web/web_page_host.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
+
+#include "async/wait.h"
+#include "script/key_sequence.h"
+#include "script/status_text.h"
+#include "script/web/web_engine.h"
+#include "script/web/web_page.h"
+
+namespace quayline {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kSilenceLimit(1000);  // of a page that is blocked, dead or in a dialog
+constexpr milliseconds kWorkLimit(6000);     // of a page that says that it has work in hand
+constexpr milliseconds kCacheClearing(50);   // no signal tells its end
+
+QString AsJavaScript(const QJsonArray& values) {
+  return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
+}
+
+QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
+
+}  // namespace
+
+WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
+    : PageHost(parent),
+      profile_(std::move(profile)),
+      page_(new WebPage(*profile_, nullptr)),
+      view_(new QWebEngineView) {
+  view_->setPage(page_);
+  view_->setContextMenuPolicy(Qt::NoContextMenu);
+  connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
+  ConnectPage();
+}
+
+WebPageHost::~WebPageHost() {
+  *alive_ = false;
+  disconnect(page_, nullptr, this, nullptr);
+  // In this order: the page may not outlive its profile, nor the view its page.
+  delete view_;
+  delete page_;
+  if (is_popup_) {
+    profile_->ReturnPopup();
+  }
+}
+
+void WebPageHost::ConnectPage() {
+  connect(page_, &QWebEnginePage::loadingChanged, this, &WebPageHost::OnLoadingChanged);
+  connect(page_, &QWebEnginePage::urlChanged, &watch_, &NavigationWatch::AddressChanged);
+  connect(page_, &QWebEnginePage::loadProgress, this, &PageHost::progressChanged);
+  connect(page_, &QWebEnginePage::windowCloseRequested, this, &PageHost::windowClosing);
+  connect(page_, &QWebEnginePage::linkHovered, this, &PageHost::statusTextChanged);
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
+    watch_.LoadEnded();
+    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
+  });
+  connect(page_, &WebPage::frameNavigating, &watch_, &NavigationWatch::FrameAsked);
+  connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
+  connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
+  connect(page_, &WebPage::scriptFailed, this, &PageHost::scriptError);
+  connect(page_, &WebPage::popupWanted, this, [this](QWebEnginePage** popup) {
+    auto host = std::make_unique<WebPageHost>(profile_, nullptr);
+    host->is_popup_ = true;
+    Q_EMIT newWindow(host.get());
+    if (host->parent() != nullptr) {
+      *popup = host->page_;
+      (void)host.release();
+    } else {
+      host->is_popup_ = false;  // never counted as open
+    }
+  });
+  connect(&profile_->Engine(), &QWebEngineProfile::downloadRequested, this,
+          [this](QWebEngineDownloadRequest* download) {
+            if (download->page() == page_) {
+              download->cancel();
+              watch_.FrameEndedWithoutPage();
+              Q_EMIT statusTextChanged(
+                  tr("Refused: the page offered the file %1").arg(download->suggestedFileName()));
+            }
+          });
+}
+
+void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
+  const QString url = ShownUrl(info.url());
+  switch (info.status()) {
+    case QWebEngineLoadingInfo::LoadStartedStatus:
+      // Without an error page of its own a failed load leaves the page as it was.
+      page_->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled,
+                                      !profile_->Options().silent_mode);
+      watch_.LoadStarted();
+      Q_EMIT beforeNavigate();
+      Q_EMIT statusTextChanged(tr("Opening page %1").arg(url));
+      return;
+    case QWebEngineLoadingInfo::LoadFailedStatus: {
+      watch_.LoadEnded();
+      const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
+      Q_EMIT navigateError(url, is_http ? info.errorCode() : StatusOfNetError(info.errorCode()));
+      return;
+    }
+    case QWebEngineLoadingInfo::LoadStoppedStatus:
+    case QWebEngineLoadingInfo::LoadSucceededStatus:
+      watch_.LoadEnded();
+      Q_EMIT statusTextChanged(tr("Done"));
+      Q_EMIT documentComplete();
+      return;
+  }
+}
+
+void WebPageHost::OnAgentSaid(const QString& text) {
+  const QString kind = text.section(QLatin1Char(' '), 0, 0);
+  if (kind == QLatin1String("quiet")) {
+    Q_EMIT quietTold(text.section(QLatin1Char(' '), 1, 1));
+    return;
+  }
+  if (kind == QLatin1String("working")) {
+    Q_EMIT workTold(text.section(QLatin1Char(' '), 1, 1));
+    return;
+  }
+  const bool is_top = text.section(QLatin1Char(' '), 1, 1) == QLatin1String("1");
+  const QUrl url(text.section(QLatin1Char(' '), 2));
+  if (kind == QLatin1String("new") && is_top) {
+    Q_EMIT navigateComplete();
+  } else if (kind == QLatin1String("load") && !is_top) {
+    watch_.FrameLoaded(url);
+    if (url.scheme() == QLatin1String("chrome-error")) {
+      Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
+    } else if (!watch_.State().busy) {
+      Q_EMIT documentComplete();
+    }
+  }
+}
+
+void WebPageHost::Navigate2(const QString& address, const QString& target_frame) {
+  constexpr QLatin1String kScript("javascript:");
+  if (address.startsWith(kScript, Qt::CaseInsensitive)) {
+    RunInPage(QUrl::fromPercentEncoding(address.mid(kScript.size()).toUtf8()), [] {});
+    return;
+  }
+  const QUrl url(address, QUrl::TolerantMode);
+  const bool is_blank = url.scheme() == QLatin1String("about");
+  if (!url.isValid() || (url.host().isEmpty() && !is_blank)) {
+    Q_EMIT navigateError(address, page_status::kInvalidUrl);
+    return;
+  }
+  if (!target_frame.isEmpty()) {
+    // Only a page's own script can reach a frame by its name.
+    page_->runJavaScript(QStringLiteral("window.open(...%1)")
+                             .arg(AsJavaScript({QString::fromUtf8(url.toEncoded()), target_frame})),
+                         QWebEngineScript::ApplicationWorld);
+    return;
+  }
+  const QUrl current = page_->url();
+  const bool within_page =
+      url.hasFragment() && url != current &&
+      url.adjusted(QUrl::RemoveFragment) == current.adjusted(QUrl::RemoveFragment);
+  watch_.LoadAsked(within_page);
+  page_->load(url);
+}
+
+void WebPageHost::Refresh2() {
+  watch_.LoadAsked(false);
+  page_->triggerAction(QWebEnginePage::ReloadAndBypassCache);
+}
+
+void WebPageHost::StopNavigation() { page_->triggerAction(QWebEnginePage::Stop); }
+
+void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
+
+void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
+  QJsonArray arguments{call.operation, call.arguments, call.frame};
+  page_->runJavaScript(
+      QStringLiteral("quaylineCall(...%1)").arg(AsJavaScript(arguments)),
+      QWebEngineScript::ApplicationWorld,
+      [answer = std::move(answer), alive = alive_](const QVariant& result) {
+        if (*alive) {
+          const QVariantMap envelope = result.toMap();
+          answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
+                  .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value")))});
+        }
+      });
+}
+
+void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
+  page_->runJavaScript(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld);
+  page_->runJavaScript(code, QWebEngineScript::MainWorld,
+                       [done = std::move(done), alive = alive_](const QVariant&) {
+                         if (*alive) {
+                           done();
+                         }
+                       });
+}
+
+void WebPageHost::SendKeys(const QString& keys) {
+  // Another widget after each move to another site.
+  QWidget* target = view_ == nullptr ? nullptr : view_->focusProxy();
+  if (target == nullptr) {
+    return;
+  }
+  for (const KeyStroke& stroke : ParseKeys(keys)) {
+    QKeyEvent press(QEvent::KeyPress, stroke.key, stroke.modifiers, stroke.text);
+    QKeyEvent release(QEvent::KeyRelease, stroke.key, stroke.modifiers, stroke.text);
+    QCoreApplication::sendEvent(target, &press);
+    QCoreApplication::sendEvent(target, &release);
+  }
+}
+
+void WebPageHost::ClearCache(std::function<void(bool)> done) {
+  profile_->Engine().clearHttpCache();
+  QTimer::singleShot(kCacheClearing, this, [done = std::move(done)] { done(true); });
+}
+
+void WebPageHost::ProveQuiet(std::function<void()> quiet) { proof_.Start(Prove(std::move(quiet))); }
+
+Task<> WebPageHost::Prove(std::function<void()> quiet) {
+  const QString id = QString::number(++proofs_);
+  bool working = false;
+  bool told = false;
+  const QObject listener;  // ends the connections with this frame
+  connect(this, &WebPageHost::quietTold, &listener,
+          [&told, id](const QString& which) { told = told || which == id; });
+  connect(this, &WebPageHost::workTold, &listener,
+          [&working, id](const QString& which) { working = working || which == id; });
+  page_->runJavaScript(QStringLiteral("quaylineProveQuiet('%1')").arg(id),
+                       QWebEngineScript::ApplicationWorld);
+  co_await Until([&] { return told || working; })
+      .WokenBy(this, &WebPageHost::quietTold)
+      .WokenBy(this, &WebPageHost::workTold)
+      .AtMost(kSilenceLimit);
+  if (working) {
+    co_await Until([&told] { return told; })
+        .WokenBy(this, &WebPageHost::quietTold)
+        .AtMost(kWorkLimit);
+  }
+  OneShot<bool> flushed;
+  page_->runJavaScript(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
+                       [done = flushed.Callback()](const QVariant&) { done(true); });
+  flushed.GiveUpAfter(kSilenceLimit);
+  co_await flushed;
+  quiet();
+}
+
+PageHostFactory WebPageHosts(const JobOptions& options) {
+  auto profile = std::make_shared<std::shared_ptr<WebProfile>>();
+  return [profile, &options](QObject* parent) -> PageHost* {
+    if (*profile == nullptr) {
+      *profile = std::make_shared<WebProfile>(options);
+    }
+    return new WebPageHost(*profile, parent);
+  };
+}
+
+}  // namespace quayline

@@ -2,18 +2,73 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointer>
+#include <QWebEngineView>
+
+#include <memory>
+
+#include "async/flow.h"
 #include "core/router_session.h"
 #include "script/page_host.h"
+#include "script/web/navigation_watch.h"
+
+class QWebEngineLoadingInfo;
 
 namespace quayline {
 
-// Makes hosts on Qt WebEngine: one off-the-record profile per factory, so that logins and cookies
-// end with the job. `options` says whether the page's own messages are answered at once (silent
-// mode); it is looked at each time.
-PageHostFactory WebPageHosts(const JobOptions& options);
+class WebPage;
+class WebProfile;
 
-// Sets what Qt WebEngine reads from the environment. To be called first in main(), ahead of
-// QApplication. The browser's sandbox stays on, except for root, under whom it cannot start.
-void PrepareWebEngine();
+// A hosted browser on Qt WebEngine.
+//
+// How a page is proven quiet (ProveQuiet). What starts a navigation, by how late it is announced
+// behind the call that caused it:
+//   1. A link or `location =` is announced ahead of the call's own answer.
+//   2. A form that is submitted is announced behind the answer, ahead of one more round trip.
+//   3. A task that the page queues (a timer of 0, a promise) runs ahead of tasks queued later, so
+//      that four timers in a row of ours come behind it.
+//   4. A frame of the painting comes behind them: two of ours come behind the page's.
+//   5. Timers of a few milliseconds fall into what is left of kQuietTime.
+//   6. One more round trip brings in what all these have announced meanwhile.
+// What comes later than that (an answer that a page fetches, a timer of 100 ms) cannot be told from
+// a page that does nothing; scripts have commands to wait for such pages.
+class WebPageHost final : public PageHost {
+  Q_OBJECT
+
+ public:
+  WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent);
+  ~WebPageHost() override;
+
+  void Navigate2(const QString& url, const QString& target_frame) override;
+  void Refresh2() override;
+  void StopNavigation() override;
+  void SetLogin(const PageLogin& login) override;
+  void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override;
+  void RunInPage(const QString& code, std::function<void()> done) override;
+  void SendKeys(const QString& keys) override;
+  void ClearCache(std::function<void(bool)> done) override;
+  NavigationState Navigation() const override { return watch_.State(); }
+  void ProveQuiet(std::function<void()> quiet) override;
+  QWidget* Widget() override { return view_; }
+
+ Q_SIGNALS:
+  void quietTold(const QString& id);
+  void workTold(const QString& id);
+
+ private:
+  void ConnectPage();
+  void OnLoadingChanged(const QWebEngineLoadingInfo& info);
+  void OnAgentSaid(const QString& text);
+  Task<> Prove(std::function<void()> quiet);
+
+  std::shared_ptr<WebProfile> profile_;
+  NavigationWatch watch_;
+  QPointer<WebPage> page_;
+  QPointer<QWebEngineView> view_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  bool is_popup_ = false;
+  int proofs_ = 0;
+  Flow proof_;
+};
 
 }  // namespace quayline

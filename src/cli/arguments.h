@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <expected>
+#include <optional>
+
+namespace quayline {
+
+// What `quayline-cli update` was told. What is missing comes from the settings of the program's
+// folder, else from the router's row, else from the program's defaults.
+struct UpdateArguments {
+  QString data_folder;
+  QString list_file;
+  std::optional<QString> router;
+  std::optional<QString> address;
+  std::optional<QString> port;
+  std::optional<QString> type;  // "http://" or "https://"
+  std::optional<QString> user;
+  std::optional<QString> password_file;
+  bool password_from_stdin = false;
+  bool throttle = false;
+};
+
+enum class CliCommand { kHelp, kVersion, kUpdate };
+
+struct CliArguments {
+  CliCommand command = CliCommand::kHelp;
+  UpdateArguments update;
+};
+
+// Reads the words behind the program's name. An error is a sentence for the user.
+std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words);
+
+QString CliHelp();
+
+}  // namespace quayline

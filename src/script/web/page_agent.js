@@ -1,0 +1,682 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+// The page agent. One copy lives in every document, frames included, from before the page's first
+// script runs. It lives in a script world of its own: it shares the page's elements, and nothing
+// that a page does to the built-ins of its scripts reaches it.
+//
+// The top document's agent answers the questions of PageOperations, one call each; the page cannot
+// change under a call. An answer is {ok: true, value: ...}. `beacon` marks what is said to the host
+// through the console, `ask` and `reply` are the names under which it speaks with the handler
+// reader (handler_reader.js), `watchAsk` and `watchReply` those of the page watch (page_watch.js).
+// All of them are secret from the page.
+function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
+  'use strict';
+
+  const SUCCESSFUL = 'successful';
+  const FAILED = 'failed';
+  const FAILED_LINK = 'failed_link';
+
+  // ---- What the host is told ----------------------------------------------------------------
+
+  function tell(text) {
+    console.debug(beacon + text);
+  }
+
+  const isTop = window === window.top;
+  tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
+  addEventListener('load', () => tell('load ' + (isTop ? 1 : 0) + ' ' + location.href));
+
+  // ---- Reading elements ---------------------------------------------------------------------
+
+  // A property as text. Elements that are hidden behind a form's own member, and attributes that
+  // are no property of their element, are read as written in the markup.
+  function textOf(element, property) {
+    const value = element[property];
+    if (typeof value === 'string') {
+      return value;
+    }
+    return element.getAttribute(property) || '';
+  }
+
+  function all(document_) {
+    return Array.from(document_.getElementsByTagName('*'));
+  }
+
+  function fold(text) {
+    return text.toLowerCase();
+  }
+
+  // Case-insensitive; an empty needle is found in every text but an empty one.
+  function contains(text, needle) {
+    return text !== '' && fold(text).includes(fold(needle));
+  }
+
+  function byIdOrName(document_, name) {
+    return document_.getElementById(name) || document_.getElementsByName(name)[0] || null;
+  }
+
+  // The value that the top document's element of this name was written with.
+  function probedValue(name) {
+    const element = byIdOrName(document, name);
+    return (element && element.getAttribute('value')) || '';
+  }
+
+  function valueOf(element, name) {
+    return textOf(element, 'value') || probedValue(name);
+  }
+
+  // The source of every element's handler: as written in the markup, or, for one that the page's
+  // scripts assigned, as the page's own world sees it.
+  function handlerReader(document_, handler) {
+    let assigned = null;
+    function assignedText(element) {
+      if (assigned === null) {
+        assigned = new Map();
+        const elements = document_.getElementsByTagName('*');
+        const take = (event) => {
+          for (const [index, text] of JSON.parse(event.detail)) {
+            assigned.set(elements[index], text);
+          }
+        };
+        document_.addEventListener(reply, take);
+        document_.dispatchEvent(new CustomEvent(ask, {detail: handler}));
+        document_.removeEventListener(reply, take);
+      }
+      return assigned.get(element) || '';
+    }
+    return (element) => element.getAttribute(handler) || assignedText(element);
+  }
+
+  // ---- Finding elements ---------------------------------------------------------------------
+
+  // Looks for one element by the given properties, each first to the letter and then ignoring
+  // case; a later search counts only where the earlier ones took nothing. Within a search the
+  // element with the given number (0: the first) of those that match and pass the test is taken.
+  function find(document_, properties, wanted, test, number) {
+    if (!test && !number && wanted !== '' && properties[0] === 'name') {
+      const quick = document_.getElementsByName(wanted)[0];
+      if (quick) {
+        return quick;
+      }
+    }
+    const folded = fold(wanted);
+    const elements = all(document_);
+    for (const property of properties) {
+      for (const exact of [true, false]) {
+        let seen = 0;
+        for (const element of elements) {
+          const text = textOf(element, property);
+          const matches = exact ? text === wanted : fold(text) === folded;
+          if (matches && (!test || test(element, exact)) && seen++ === (number || 0)) {
+            return element;
+          }
+        }
+      }
+    }
+    return null;
+  }
+
+  // The last resort: what the document itself knows under the name.
+  function findDirectly(document_, name) {
+    const element = byIdOrName(document_, name);
+    if (!element) {
+      return null;
+    }
+    const own = element.getAttribute('id') || element.getAttribute('name') || '';
+    return own === name || fold(own) === fold(name) ? element : null;
+  }
+
+  // ---- Acting on elements -------------------------------------------------------------------
+
+  // A step that fails is skipped: the page has the last word on its elements.
+  function attempt(step) {
+    try {
+      step();
+    } catch (error) {
+      // Nothing to be told: the outcome is the same as for a page that ignores the step.
+    }
+  }
+
+  function click(element) {
+    try {
+      HTMLElement.prototype.click.call(element);
+    } catch (error) {
+      // No HTML element: a drawing, for example.
+      attempt(() => element.dispatchEvent(
+        new MouseEvent('click', {bubbles: true, cancelable: true})));
+    }
+  }
+
+  function focus(element) {
+    attempt(() => HTMLElement.prototype.focus.call(element));
+  }
+
+  function announce(element, event) {
+    attempt(() => element.dispatchEvent(new Event(event, {bubbles: true})));
+  }
+
+  // As typing would: pages that keep their fields in a model of their own hear of it.
+  function write(element, value) {
+    attempt(() => {
+      element.value = value;
+    });
+    announce(element, 'input');
+  }
+
+  function check(element, checked) {
+    click(element);
+    attempt(() => {
+      element.checked = checked;
+    });
+  }
+
+  function checkDirectly(element) {
+    attempt(() => {
+      element.checked = true;
+    });
+    click(element);
+  }
+
+  function choose(element, option) {
+    attempt(() => {
+      option.selected = true;
+    });
+    announce(element, 'change');
+  }
+
+  function optionsOf(element) {
+    return element.tagName === 'SELECT' ? Array.from(element.options) : [];
+  }
+
+  // ---- Operations ---------------------------------------------------------------------------
+
+  function setValue(document_, name, value, onlyIfEmpty, number) {
+    const test = onlyIfEmpty
+      ? (element) => valueOf(element, textOf(element, 'name')) === ''
+      : null;
+    const element = find(document_, ['name', 'id'], name, test, number);
+    if (element) {
+      focus(element);
+      write(element, value);
+      return SUCCESSFUL;
+    }
+    const direct = findDirectly(document_, name);
+    if (!direct) {
+      return FAILED;
+    }
+    attempt(() => direct.setAttribute('value', value));
+    if (direct.value !== value) {
+      write(direct, value);
+    }
+    return SUCCESSFUL;
+  }
+
+  // How an option's text or value is compared with what is looked for.
+  function comboMatcher(text, secondText, partial) {
+    const MIN_DIGITS = 8;
+    const plain = text.replaceAll('-', '');
+    const starred = (wanted, candidate) =>
+      candidate === wanted || candidate === '*' + wanted || candidate === wanted + '*';
+    return (candidate, exact) => {
+      // A network address: written with hyphens, with colons, or with neither.
+      if (plain.length >= MIN_DIGITS && candidate.length >= MIN_DIGITS &&
+          (contains(candidate.replaceAll('-', ''), plain) ||
+           contains(candidate.replaceAll(':', ''), plain))) {
+        return true;
+      }
+      const same = exact
+        ? (wanted) => starred(wanted, candidate)
+        : (wanted) => starred(fold(wanted), fold(candidate));
+      return same(text) || (secondText !== '' && same(secondText)) ||
+        (partial && (contains(candidate, text) || contains(candidate, secondText)));
+    };
+  }
+
+  function nameBoxes(document_, qualifies) {
+    let named = false;
+    for (const [type, mark] of [['text', 'QYL_Text'], ['checkbox', 'QYL_CheckBox'],
+                                ['select-one', 'QYL_DropDownBox']]) {
+      let counter = 1;
+      for (const element of all(document_)) {
+        if (textOf(element, 'name') === '' && fold(textOf(element, 'type')) === type &&
+            qualifies(element, type)) {
+          attempt(() => {
+            element.name = mark + counter;
+          });
+          counter += 1;
+          named = true;
+        }
+      }
+    }
+    return named ? SUCCESSFUL : FAILED;
+  }
+
+  function findLink(document_, part) {
+    const links = Array.from(document_.links);
+    const hrefOf = (link) => String(link.href).trim();
+    return links.find((link) => hrefOf(link).includes(part)) ||
+      links.find((link) => contains(hrefOf(link), part)) || null;
+  }
+
+  // The markup below the root element, one text per child: what any element below the root holds
+  // is in one of them.
+  function markup(document_) {
+    return Array.from(document_.documentElement ? document_.documentElement.children : [],
+                      (child) => child.outerHTML);
+  }
+
+  // Walks the elements below `element` in source order, leaving out those that do not hold
+  // `before`.
+  function extract(element, before, after) {
+    const pieces = element.outerHTML.split(before);
+    if (pieces.length < 2) {
+      return '';
+    }
+    const found = pieces[1].split(after)[0];
+    if (found !== '') {
+      return found;
+    }
+    for (const child of element.children) {
+      const inner = extract(child, before, after);
+      if (inner !== '') {
+        return inner;
+      }
+    }
+    return '';
+  }
+
+  // A number for every document and one for every change of its markup.
+  const states = new WeakMap();
+  let documentsSeen = 0;
+
+  function markupState(document_) {
+    const body = document_.body;
+    if (!body || !body.hasChildNodes()) {
+      return '';
+    }
+    let state = states.get(document_);
+    if (!state) {
+      documentsSeen += 1;
+      state = {number: documentsSeen, changes: 0, observer: null};
+      state.observer = new MutationObserver((records) => {
+        state.changes += records.length;
+      });
+      state.observer.observe(document_, {
+        attributes: true, characterData: true, childList: true, subtree: true,
+      });
+      states.set(document_, state);
+    }
+    state.changes += state.observer.takeRecords().length;
+    return state.number + '.' + state.changes;
+  }
+
+  const operations = {
+    SelectOptionByText(document_, text) {
+      for (const same of [(a) => a === text, (a) => fold(a) === fold(text)]) {
+        for (const element of all(document_)) {
+          const option = optionsOf(element).find((candidate) => same(candidate.text));
+          if (option) {
+            choose(element, option);
+            return SUCCESSFUL;
+          }
+        }
+      }
+      return FAILED;
+    },
+
+    ClickLinkByHref(document_, part) {
+      const link = findLink(document_, part);
+      if (!link) {
+        return FAILED_LINK;
+      }
+      const href = String(link.href).trim();
+      click(link);
+      return href;
+    },
+
+    FindLinkByHref(document_, part) {
+      const link = findLink(document_, part);
+      return link ? String(link.href).trim() : '';
+    },
+
+    ClickByOnclick(document_, part) {
+      const onclick = handlerReader(document_, 'onclick');
+      const element = all(document_).find((candidate) => contains(onclick(candidate), part));
+      if (!element) {
+        return FAILED;
+      }
+      click(element);
+      return SUCCESSFUL;
+    },
+
+    ClickButtonByOnclick(document_, name, part) {
+      const onclick = handlerReader(document_, 'onclick');
+      const element = find(document_, ['name', 'value', 'id'], name,
+                           (candidate) => contains(onclick(candidate), part));
+      if (!element) {
+        return FAILED;
+      }
+      click(element);
+      return SUCCESSFUL;
+    },
+
+    ClickButton(document_, name) {
+      const element = find(document_, ['name', 'value', 'id'], name) ||
+        findDirectly(document_, name);
+      if (!element) {
+        return FAILED;
+      }
+      click(element);
+      return SUCCESSFUL;
+    },
+
+    SubmitFormByNumber(document_, number) {
+      attempt(() => HTMLFormElement.prototype.submit.call(document_.forms[number]));
+      return SUCCESSFUL;
+    },
+
+    PageContainsWords(document_, words) {
+      return markup(document_).some((text) => contains(text, words));
+    },
+
+    ExtractBetweenMarkers(document_, before, after) {
+      if (before === '' || after === '') {
+        return '';
+      }
+      for (const child of document_.documentElement.children) {
+        const found = extract(child, before, after);
+        if (found !== '') {
+          return found;
+        }
+      }
+      return '';
+    },
+
+    NameNamelessBoxes(document_) {
+      return nameBoxes(document_, () => true);
+    },
+
+    NameOnchangeBoxes(document_) {
+      const onchange = handlerReader(document_, 'onchange');
+      return nameBoxes(document_, (element, type) => type !== 'text' || onchange(element) !== '');
+    },
+
+    ComboHasOption(document_, comboName, text) {
+      for (const same of [(a, b) => a === b, (a, b) => fold(a) === fold(b)]) {
+        const found = all(document_).some((element) => same(textOf(element, 'name'), comboName) &&
+          optionsOf(element).some((option) => same(option.text, text) ||
+            same(option.text, '*' + text) || same(option.text, text + '*')));
+        if (found) {
+          return true;
+        }
+      }
+      return false;
+    },
+
+    SetElementValue(document_, name, value, onlyIfEmpty) {
+      return setValue(document_, name, value, onlyIfEmpty, 0);
+    },
+
+    SetSecondElementValue(document_, name, value, onlyIfEmpty) {
+      return setValue(document_, name, value, onlyIfEmpty, 1);
+    },
+
+    GetElementValue(document_, name) {
+      for (const property of ['name', 'id']) {
+        const element = find(document_, [property], name);
+        if (element) {
+          return valueOf(element, textOf(element, property));
+        }
+      }
+      return '';
+    },
+
+    SetCheckbox(document_, name, checked) {
+      const element = find(document_, ['name', 'id', 'value'], name);
+      if (element) {
+        check(element, checked);
+        return SUCCESSFUL;
+      }
+      const direct = findDirectly(document_, name);
+      if (!direct) {
+        return FAILED;
+      }
+      checkDirectly(direct);
+      return SUCCESSFUL;
+    },
+
+    SetCheckboxByPageText(document_, text, span, startMarker, endMarker, checked) {
+      const html = document_.body ? document_.body.innerHTML : '';
+      const position = fold(html).indexOf(fold(text));
+      if (html === '' || position < 0) {
+        return FAILED;
+      }
+      const left = html.slice(0, position + 1);
+      const cut = span > 0 ? left.slice(-span) : '';
+      const behindStart = startMarker === '' ? '' : cut.split(startMarker)[1] || '';
+      const name = endMarker === '' ? behindStart : behindStart.split(endMarker)[0];
+      return operations.SetCheckbox(document_, name, checked);
+    },
+
+    SetRadioButton(document_, name, value) {
+      const element = find(document_, ['name', 'id'], name, (candidate, exact) => {
+        const own = textOf(candidate, 'value');
+        return exact ? own === value : fold(own) === fold(value);
+      });
+      if (element) {
+        check(element, true);
+        return SUCCESSFUL;
+      }
+      const direct = findDirectly(document_, name);
+      if (!direct) {
+        return FAILED;
+      }
+      checkDirectly(direct);
+      return SUCCESSFUL;
+    },
+
+    SetSecondRadioButton(document_, name) {
+      const element = find(document_, ['name', 'id'], name, null, 1);
+      if (!element) {
+        return FAILED;
+      }
+      check(element, true);
+      return SUCCESSFUL;
+    },
+
+    SetComboValue(document_, name, text, secondText, partial) {
+      const matches = comboMatcher(text, secondText, partial);
+      const elements = all(document_);
+      for (const property of ['name', 'id']) {
+        for (const exact of [true, false]) {
+          for (const element of elements) {
+            const own = textOf(element, property);
+            if (exact ? own !== name : fold(own) !== fold(name)) {
+              continue;
+            }
+            const option = optionsOf(element).find((candidate) =>
+              matches(candidate.text, exact) || matches(candidate.value, exact));
+            if (option) {
+              choose(element, option);
+              return SUCCESSFUL;
+            }
+          }
+        }
+      }
+      return FAILED;
+    },
+
+    FocusElementByPosition(document_, position, onlyIfEmpty) {
+      const element = document_.getElementsByTagName('*')[position];
+      if (!element || (onlyIfEmpty && valueOf(element, textOf(element, 'name')) !== '')) {
+        return FAILED;
+      }
+      focus(element);
+      return SUCCESSFUL;
+    },
+
+    ReadMarkupState(document_) {
+      return markupState(document_);
+    },
+  };
+
+  // ---- The door -----------------------------------------------------------------------------
+
+  // Operations behind which a page may have something to do.
+  const ACTS = /^(Click|Submit|Set|Select|Focus)/;
+
+  // The document of the last call: one that cannot be had leaves it in use.
+  let working = document;
+
+  function chooseDocument(frame) {
+    try {
+      working = frame === 0 ? document : window.frames[frame].document || working;
+    } catch (error) {
+      // A frame that is not there, or of another host.
+    }
+    return working;
+  }
+
+  window.quaylineCall = function(operation, args, frame) {
+    try {
+      if (ACTS.test(operation)) {
+        askWatches('arm');
+      }
+      return {ok: true, value: operations[operation](chooseDocument(frame), ...args)};
+    } catch (error) {
+      return {ok: false, value: String(error)};
+    }
+  };
+
+  // ---- The page at rest ---------------------------------------------------------------------
+
+  // How long the page's work in hand is waited for: its own timers behind an act are shorter, and a
+  // request is answered by then or is one that the page holds open for ever.
+  const WORK_LIMIT_MS = 5000;
+  // A page that leaves by itself within this time is followed.
+  const REFRESH_LIMIT_S = 2;
+
+  // The documents that scripts of this page can reach, the page's own first.
+  function reachableDocuments() {
+    const documents = [document];
+    const gather = (window_) => {
+      for (let i = 0; i < window_.length; i += 1) {
+        try {
+          documents.push(window_[i].document);
+          gather(window_[i]);
+        } catch (error) {
+          // A frame of another host: none of its work is ours.
+        }
+      }
+    };
+    gather(window);
+    return documents;
+  }
+
+  // Speaks with the watches of all documents. The number of things in hand; nothing where a
+  // document's watch keeps silent, as it does in one that was written anew.
+  function askWatches(what) {
+    let total = 0;
+    for (const document_ of reachableDocuments()) {
+      let answer = null;
+      const hear = (event) => {
+        answer = Number(event.detail);
+      };
+      document_.addEventListener(watchReply, hear);
+      document_.dispatchEvent(new CustomEvent(watchAsk, {detail: what}));
+      document_.removeEventListener(watchReply, hear);
+      if (answer === null) {
+        return null;
+      }
+      total += answer;
+    }
+    return total;
+  }
+
+  window.quaylineArm = function() {
+    askWatches('arm');
+  };
+
+  // Whether the page is about to leave for another by its own markup.
+  function refreshIsNear() {
+    const meta = document.querySelector('meta[http-equiv="refresh" i]');
+    return meta !== null && document.readyState === 'complete' &&
+      parseFloat(meta.content) <= REFRESH_LIMIT_S;
+  }
+
+  function afterTimers(number, then) {
+    if (number === 0) {
+      then();
+    } else {
+      setTimeout(() => afterTimers(number - 1, then), 0);
+    }
+  }
+
+  // For a page whose work cannot be watched: behind four timers in a row (from the fifth on they
+  // are held back), and, where the page is painted, behind two frames.
+  function proveBlindly(end) {
+    const FRAMES_MS = 60;
+    const QUIET_MS = 30;
+    const start = performance.now();
+    let over = false;
+    const finish = () => {
+      if (!over) {
+        over = true;
+        setTimeout(end, Math.max(0, QUIET_MS - (performance.now() - start)));
+      }
+    };
+    afterTimers(4, () => {
+      if (document.visibilityState === 'visible') {
+        requestAnimationFrame(() => requestAnimationFrame(finish));
+        setTimeout(finish, FRAMES_MS);
+      } else {
+        finish();
+      }
+    });
+  }
+
+  // Says `id` on the console when the page has nothing in hand from which a navigation could come:
+  // behind the tasks that stand in its queue, and behind whatever work they put off.
+  window.quaylineProveQuiet = function(id) {
+    const TIMERS = 2;
+    const start = performance.now();
+    let waiting = false;
+    const end = () => {
+      askWatches('disarm');
+      tell('quiet ' + id);
+    };
+    const look = () => {
+      const inHand = askWatches('count');
+      if (inHand === null) {
+        proveBlindly(end);
+        return;
+      }
+      if ((inHand === 0 && !refreshIsNear()) || performance.now() - start > WORK_LIMIT_MS) {
+        end();
+        return;
+      }
+      if (!waiting) {
+        waiting = true;
+        tell('working ' + id);
+      }
+      awaitReply();
+    };
+    // Looks again when a watch reports that its work is done, and from time to time.
+    const awaitReply = () => {
+      const AGAIN_MS = 50;
+      const documents = reachableDocuments();
+      let over = false;
+      const wake = () => {
+        if (!over) {
+          over = true;
+          documents.forEach((each) => each.removeEventListener(watchReply, wake));
+          afterTimers(TIMERS, look);
+        }
+      };
+      documents.forEach((each) => each.addEventListener(watchReply, wake));
+      setTimeout(wake, AGAIN_MS);
+    };
+    afterTimers(TIMERS, look);
+  };
+}

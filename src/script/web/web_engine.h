@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/router_session.h"
+#include "script/page_host.h"
+
+// What the programs need of the web engine. This header does not include it.
+namespace quayline {
+
+// Makes hosts on Qt WebEngine that share one off-the-record profile per factory, so that logins and
+// cookies end with the job. The engine starts with the first host. `options` outlives the hosts;
+// whether silent mode is on is looked at each time.
+PageHostFactory WebPageHosts(const JobOptions& options);
+
+// Sets what Qt WebEngine reads from the environment. To be called first in main(), ahead of
+// QApplication. The browser's sandbox stays on, except for root, under whom it cannot start.
+void PrepareWebEngine();
+
+}  // namespace quayline

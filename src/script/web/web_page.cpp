@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/web/web_page.h"
+
+#include <QAuthenticator>
+#include <QWebEngineCertificateError>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+
+namespace quayline {
+
+namespace {
+
+// A page's message is told in the status box; a page can be wordy.
+constexpr int kMaxToldCharacters = 500;
+
+QString Shortened(const QString& text) {
+  return text.size() > kMaxToldCharacters ? text.left(kMaxToldCharacters) + QChar(0x2026) : text;
+}
+
+bool IsPageScheme(const QString& scheme) {
+  static const QStringList schemes{QStringLiteral("http"),        QStringLiteral("https"),
+                                   QStringLiteral("about"),       QStringLiteral("javascript"),
+                                   QStringLiteral("data"),        QStringLiteral("blob"),
+                                   QStringLiteral("chrome-error")};
+  return schemes.contains(scheme);
+}
+
+}  // namespace
+
+WebPage::WebPage(WebProfile& profile, QObject* parent)
+    : QWebEnginePage(&profile.Engine(), parent), profile_(profile) {
+  connect(this, &QWebEnginePage::authenticationRequired, this, &WebPage::AnswerLogin);
+  connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
+          [](const QUrl&, QAuthenticator* authenticator) { *authenticator = QAuthenticator(); });
+  connect(this, &QWebEnginePage::certificateError, this, [this](QWebEngineCertificateError error) {
+    error.rejectCertificate();
+    Q_EMIT told(tr("Refused: the certificate of %1 cannot be trusted.").arg(error.url().host()));
+  });
+  connect(this, &QWebEnginePage::featurePermissionRequested, this,
+          [this](const QUrl& origin, Feature feature) {
+            setFeaturePermission(origin, feature, PermissionDeniedByUser);
+            Q_EMIT told(tr("Refused: the page asked for a permission."));
+          });
+  connect(this, &QWebEnginePage::fullScreenRequested, this,
+          [](QWebEngineFullScreenRequest request) { request.reject(); });
+  connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+          [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+}
+
+bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) {
+  if (!IsPageScheme(url.scheme())) {
+    Q_EMIT told(tr("Refused: the page tried to open %1").arg(Shortened(url.toDisplayString())));
+    return false;
+  }
+  if (!is_main_frame) {
+    Q_EMIT frameNavigating(url, type == NavigationTypeRedirect);
+  }
+  return true;
+}
+
+QWebEnginePage* WebPage::createWindow(WebWindowType) {
+  QWebEnginePage* popup = nullptr;
+  if (profile_.TakePopup()) {
+    Q_EMIT popupWanted(&popup);
+    if (popup == nullptr) {
+      profile_.ReturnPopup();
+    }
+  }
+  if (popup == nullptr) {
+    Q_EMIT told(tr("Refused: the page tried to open a window."));
+  }
+  return popup;
+}
+
+void WebPage::javaScriptAlert(const QUrl&, const QString& text) {
+  Q_EMIT told(tr("The page says: %1").arg(Shortened(text)));
+}
+
+bool WebPage::javaScriptConfirm(const QUrl&, const QString& text) {
+  Q_EMIT told(tr("The page asks: %1 (answered: OK)").arg(Shortened(text)));
+  return true;
+}
+
+bool WebPage::javaScriptPrompt(const QUrl&, const QString& text, const QString& preset,
+                               QString* result) {
+  *result = preset;
+  Q_EMIT told(tr("The page asks: %1 (answered: %2)").arg(Shortened(text), Shortened(preset)));
+  return true;
+}
+
+void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
+                                       int line, const QString& source) {
+  if (message.startsWith(profile_.Beacon())) {
+    Q_EMIT agentSaid(message.mid(profile_.Beacon().size()));
+  } else if (level == ErrorMessageLevel && message.startsWith(QLatin1String("Uncaught "))) {
+    Q_EMIT scriptFailed(Shortened(message), source, line);
+  }
+}
+
+QStringList WebPage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {
+  Q_EMIT told(tr("Refused: the page asked for a file."));
+  return {};
+}
+
+void WebPage::AnswerLogin(const QUrl& url, QAuthenticator* authenticator) {
+  QString username;
+  QString password;
+  if (profile_.AnswerLogin(url, &username, &password)) {
+    authenticator->setUser(username);
+    authenticator->setPassword(password);
+    return;
+  }
+  // An authenticator of its own lets the server's refusal through; one that is left alone would be
+  // sent empty, again and again.
+  *authenticator = QAuthenticator();
+}
+
+}  // namespace quayline

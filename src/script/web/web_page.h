@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWebEnginePage>
+
+#include "script/web/web_profile.h"
+
+namespace quayline {
+
+class NavigationWatch;
+
+// The one place where the engine calls back: every question that a page raises is answered here, at
+// once, and told to the host as a signal.
+class WebPage final : public QWebEnginePage {
+  Q_OBJECT
+
+ public:
+  WebPage(WebProfile& profile, QObject* parent);
+
+ Q_SIGNALS:
+  // One of our scripts says something; without the beacon.
+  void agentSaid(const QString& text);
+  void frameNavigating(const QUrl& url, bool is_redirect);
+  void told(const QString& text);
+  void scriptFailed(const QString& description, const QString& url, int line);
+  // A page asks for a new window; to be answered with the page that becomes it.
+  void popupWanted(QWebEnginePage** popup);
+
+ protected:
+  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) override;
+  QWebEnginePage* createWindow(WebWindowType type) override;
+  void javaScriptAlert(const QUrl& origin, const QString& text) override;
+  bool javaScriptConfirm(const QUrl& origin, const QString& text) override;
+  bool javaScriptPrompt(const QUrl& origin, const QString& text, const QString& preset,
+                        QString* result) override;
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
+                                int line, const QString& source) override;
+  QStringList chooseFiles(FileSelectionMode mode, const QStringList& old_files,
+                          const QStringList& mime_types) override;
+
+ private:
+  void AnswerLogin(const QUrl& url, QAuthenticator* authenticator);
+
+  WebProfile& profile_;
+};
+
+}  // namespace quayline

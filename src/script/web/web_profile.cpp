@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/web/web_profile.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+#include <QUrl>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+
+// A library's resources are linked in by their name alone; the macro wants the global namespace.
+static void LinkScripts() { Q_INIT_RESOURCE(web); }
+
+namespace quayline {
+
+namespace {
+
+// Routers lock their login for minutes to hours after five to ten wrong tries.
+constexpr int kMaxLoginTries = 2;
+
+constexpr int kMaxPopups = 8;
+
+QString Secret() {
+  QString secret = QStringLiteral("q");
+  for (int i = 0; i < 4; ++i) {
+    secret += QString::number(QRandomGenerator::system()->generate(), 36);
+  }
+  return secret;
+}
+
+QString ReadScript(const QString& name) {
+  QFile file(QStringLiteral(":/quayline/web/") + name);
+  if (!file.open(QIODevice::ReadOnly)) {
+    qFatal("A script of the program is missing from its resources.");
+  }
+  return QString::fromUtf8(file.readAll());
+}
+
+}  // namespace
+
+WebProfile::WebProfile(const JobOptions& options)
+    : options_(options), beacon_(Secret() + QLatin1Char(' ')) {
+  engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
+  engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+  LinkScripts();
+  InstallScripts();
+}
+
+void WebProfile::InstallScripts() {
+  const QString ask = Secret();
+  const QString reply = Secret();
+  const QString watch_ask = Secret();
+  const QString watch_reply = Secret();
+  const auto Install = [this](const QString& name, QWebEngineScript::ScriptWorldId world,
+                              const QStringList& arguments) {
+    QWebEngineScript script;
+    script.setName(name);
+    script.setWorldId(world);
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(QLatin1Char('(') + ReadScript(name) + QStringLiteral(")('") +
+                         arguments.join(QStringLiteral("','")) + QStringLiteral("')"));
+    engine_.scripts()->insert(script);
+  };
+  Install(QStringLiteral("page_agent.js"), QWebEngineScript::ApplicationWorld,
+          {beacon_, ask, reply, watch_ask, watch_reply});
+  Install(QStringLiteral("handler_reader.js"), QWebEngineScript::MainWorld, {ask, reply});
+  Install(QStringLiteral("page_watch.js"), QWebEngineScript::MainWorld, {watch_ask, watch_reply});
+}
+
+void WebProfile::SetLogin(const PageLogin& login) {
+  if (login != login_) {
+    login_ = login;
+    tries_ = 0;
+  }
+}
+
+bool WebProfile::AnswerLogin(const QUrl& url, QString* username, QString* password) {
+  const int default_port = url.scheme() == QLatin1String("https") ? 443 : 80;
+  const bool is_router = url.scheme() == login_.scheme && url.host() == login_.host &&
+                         url.port(default_port) == login_.port;
+  const bool has_login = !login_.username.isEmpty() || !login_.password.isEmpty();
+  if (!is_router || !has_login || tries_ >= kMaxLoginTries) {
+    return false;
+  }
+  // First without the blanks at the ends, which are more often slips than meant.
+  const bool trimmed = tries_ == 0;
+  *username = trimmed ? login_.username.trimmed() : login_.username;
+  *password = trimmed ? login_.password.trimmed() : login_.password;
+  ++tries_;
+  return true;
+}
+
+bool WebProfile::TakePopup() {
+  if (popups_ >= kMaxPopups) {
+    return false;
+  }
+  ++popups_;
+  return true;
+}
+
+}  // namespace quayline
