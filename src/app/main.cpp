@@ -13,7 +13,7 @@
 #include "core/program_folder.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
-#include "script/web/web_page_host.h"
+#include "script/web/web_engine.h"
 #include "ui/job/frm_job_status.h"
 #include "ui/main/frm_main2.h"
 #include "ui/main/frm_splash.h"

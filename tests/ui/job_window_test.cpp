@@ -22,7 +22,8 @@ class JobWindowTest : public ::testing::Test {
     context_.job_options.throttle = false;
     context_.session.router_name = QStringLiteral("Alpha 1");
     context_.session.router_ip = QStringLiteral("1.1.1.1");
-    context_.session.update_script = {QStringLiteral("nav(\"one\")"), QStringLiteral("nav(\"two\")")};
+    context_.session.update_script = {QStringLiteral("nav(\"one\")"),
+                                      QStringLiteral("nav(\"two\")")};
     context_.port_list.SetEntries({Entry("A"), Entry("B")});
   }
   ~JobWindowTest() override { delete window_.data(); }

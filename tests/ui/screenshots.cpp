@@ -167,7 +167,8 @@ class Photographer final {
     context.job_options.debug_mode = true;
     context.session.router_name = QStringLiteral("Harbour HB-600");
     context.session.router_ip = QStringLiteral("192.168.1.1");
-    context.session.update_script = {QStringLiteral("nav(\"forward\")"), QStringLiteral("nav(\"save\")")};
+    context.session.update_script = {QStringLiteral("nav(\"forward\")"),
+                                     QStringLiteral("nav(\"save\")")};
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
     WindowPrompts prompts;
     auto* job = new FrmJobStatus(context, prompts,
