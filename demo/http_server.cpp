@@ -13,8 +13,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kIdleTime = 30s;
-constexpr qint64 kReadAtOnce = 64 * 1024;
-constexpr qint64 kMaxUnsentBytes = 4 * 1024 * 1024;
+constexpr qint64 kReadAtOnce = qint64{64} << 10;
+constexpr qint64 kMaxUnsentBytes = qint64{4} << 20;
 constexpr int kMaxConnections = 256;
 
 // One client. Owned by the server; ends itself when the client goes.

@@ -184,17 +184,14 @@ QString ScriptText(const QString& script) {
 }
 
 QString FileName(const RouterRecord& record) {
-  QString name = QString::number(record.id);
-  for (const QChar c : record.routername.toLower()) {
+  QString words = record.routername.toLower();
+  for (QChar& c : words) {
     const bool is_word = (c >= QLatin1Char('a') && c <= QLatin1Char('z')) ||
                          (c >= QLatin1Char('0') && c <= QLatin1Char('9'));
-    if (is_word) {
-      name += c;
-    } else if (!name.endsWith(QLatin1Char('-'))) {
-      name += QLatin1Char('-');
-    }
+    c = is_word ? c : QLatin1Char(' ');
   }
-  return name + QStringLiteral(".txt");
+  const QString name = words.simplified().replace(QLatin1Char(' '), QLatin1Char('-'));
+  return QStringLiteral("%1-%2.txt").arg(QString::number(record.id), name);
 }
 
 }  // namespace

@@ -35,11 +35,10 @@ using ScriptLint = std::function<std::optional<QString>(QString line)>;
 
 // A router as a file has it, with the places of its parts.
 struct RouterSource {
-  RouterRecord record = {};
-  QString file = {};
-  int line = 1;  // where it begins
-  QHash<QString, int> lines =
-      {};  // of "id", of each field and of each script's heading that is there
+  RouterRecord record;
+  QString file;
+  int line = 1;               // where it begins
+  QHash<QString, int> lines;  // of "id", of each field and of each script's heading that is there
 };
 
 // The routers of one file. Lines that cannot be read are problems; `lint` sees every script line.

@@ -42,6 +42,12 @@ RouterRecord Router(int id, const QString& commands, const QString& port_page) {
           .routerportpage = port_page};
 }
 
+RouterSource AsSource(const RouterRecord& record) {
+  RouterSource source;
+  source.record = record;
+  return source;
+}
+
 template <typename Record>
 QList<Sourced<Record>> AsSources(const QList<Record>& records) {
   QList<Sourced<Record>> sources;
@@ -98,15 +104,15 @@ TEST_F(RoundTripTest, OddTextsComeBackAsTheyWere) {
   int id = 0;
   for (const char* script : scripts) {
     const QString text = QString::fromUtf8(script);
-    data.routers.append({.record = Router(++id, text, QStringLiteral("x"))});
-    data.routers.append({.record = Router(++id, QStringLiteral("x"), text)});
+    data.routers.append(AsSource(Router(++id, text, QStringLiteral("x"))));
+    data.routers.append(AsSource(Router(++id, QStringLiteral("x"), text)));
   }
   for (const char* value :
        {"\\", "\\u0041", " x ", "a: b", "#x", "[x]", "x;y", "\n", "\t\xC2\xA0"}) {
     RouterRecord record = Router(++id, QStringLiteral("x"), QStringLiteral("x"));
     record.routername += QString::fromUtf8(value);
     record.routerusername = QString::fromUtf8(value);
-    data.routers.append({.record = record});
+    data.routers.append(AsSource(record));
   }
   data.routers.last().record.id = 2147483647;
   data.ports = AsSources<AppPortRecord>({
@@ -126,9 +132,13 @@ TEST_F(RoundTripTest, OddTextsComeBackAsTheyWere) {
 
 TEST_F(RoundTripTest, ASingleRouterNeedsNoSeparatorAndEmptyTablesStay) {
   ProgramData data;
-  data.routers.append({.record = Router(3, QStringLiteral("a"), QStringLiteral("b"))});
+  data.routers.append(AsSource(Router(3, QStringLiteral("a"), QStringLiteral("b"))));
   ExpectRoundTrip(data);
   EXPECT_FALSE(Bytes(Path("data/routers/all.txt")).contains("[file"));
+
+  data.routers.append(AsSource(Router(4, QStringLiteral("a"), QStringLiteral("b"))));
+  ExpectRoundTrip(data);
+  EXPECT_TRUE(Bytes(Path("data/routers/all.txt")).startsWith("[file 3-router-3.txt]\n"));
 }
 
 TEST_F(RoundTripTest, TheDataOfThisProgramIsSoundAndComesBack) {
@@ -179,7 +189,7 @@ TEST_F(RoundTripTest, WhatIsNoDatabaseIsSaidAndNotMade) {
 
 TEST_F(RoundTripTest, ATargetThatCannotBeWrittenLeavesTheOtherFiles) {
   ProgramData data;
-  data.routers.append({.record = Router(3, QStringLiteral("a"), QStringLiteral("b"))});
+  data.routers.append(AsSource(Router(3, QStringLiteral("a"), QStringLiteral("b"))));
   ASSERT_TRUE(QDir().mkpath(Path("out/custom.mdb")));  // a folder stands in the way
   Save(Path("out/routers.mdb"), QStringLiteral("old"));
   const auto written = WriteDatabases(data, Path("out"));
