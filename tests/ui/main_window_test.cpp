@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include "main_fixture.h"
 #include "ui/toolkit/controls.h"
@@ -214,14 +215,29 @@ TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
   }
 }
 
-TEST_F(MainWindowTest, AClosedWindowDoesNotGoOnWithItsStart) {
+TEST_F(MainWindowTest, AWindowClosedDuringItsStartDoesNotGoOnWithIt) {
+  folder_.WriteFile("settings.ini", "[main]\r\nrouter=Alpha 1\r\n");
   Make();
-  window_->Load();
-  window_->show();
-  window_->close();
   bool is_ready = false;
   QObject::connect(&window_->Main(), &FrmMain::ready, window_.get(), [&] { is_ready = true; });
-  EXPECT_FALSE(RunUntil([&] { return is_ready; }, std::chrono::milliseconds(400)));
+  QObject::connect(Find<QComboBox>("Combo1")->model(), &QAbstractItemModel::rowsInserted,
+                   window_.get(), &QWidget::close, Qt::QueuedConnection);
+  window_->Load();
+  window_->show();
+  ASSERT_TRUE(RunUntil([&] { return !window_->isVisible(); }));
+  EXPECT_FALSE(RunUntil([&] { return is_ready; }, std::chrono::milliseconds(100)));
+  EXPECT_TRUE(context_->session.update_script.isEmpty());
+}
+
+TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {
+  folder_.WriteFile("settings.ini", "[main]\r\nrouter=Alpha 1\r\nrouterpassword=mine\r\n");
+  Start();
+  auto* routers = Find<QComboBox>("Combo1");
+  QWheelEvent wheel(QPointF(5, 5), routers->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120),
+                    Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(routers, &wheel);
+  EXPECT_EQ(routers->currentText(), QStringLiteral("Alpha 1"));
+  EXPECT_EQ(Stored(setting::kRouterPassword), QStringLiteral("mine"));
 }
 
 TEST_F(MainWindowTest, AMissingBrowserIsToldWithTheAddress) {
