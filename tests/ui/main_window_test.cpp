@@ -11,6 +11,7 @@
 #include <QWheelEvent>
 
 #include "main_fixture.h"
+#include "ui/main/frm_splash.h"
 #include "ui/toolkit/controls.h"
 
 namespace quayline::testing {
@@ -196,6 +197,18 @@ TEST_F(MainWindowTest, WithoutItsDatabasesTheProgramSaysWhyAndEnds) {
   EXPECT_TRUE(text.endsWith(QStringLiteral("\n\nThe Program Will Now Close.")));
   EXPECT_TRUE(window_->HasFailed());
   EXPECT_EQ(closed.size(), 1);
+}
+
+TEST_F(MainWindowTest, ASplashThatIsClosedBringsUpNoWindow) {
+  FrmSplash splash;
+  QSignalSpy turn(&splash, &FrmSplash::timeForMainWindow);
+  splash.show();
+  splash.close();
+  EXPECT_FALSE(RunUntil([&] { return !turn.isEmpty(); }, std::chrono::milliseconds(1700)));
+  FrmSplash patient;
+  QSignalSpy patient_turn(&patient, &FrmSplash::timeForMainWindow);
+  patient.show();
+  EXPECT_TRUE(RunUntil([&] { return !patient_turn.isEmpty() && !patient.isVisible(); }));
 }
 
 TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
