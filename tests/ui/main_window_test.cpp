@@ -8,8 +8,10 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include "main_fixture.h"
+#include "ui/main/frm_splash.h"
 #include "ui/toolkit/controls.h"
 
 namespace quayline::testing {
@@ -197,6 +199,18 @@ TEST_F(MainWindowTest, WithoutItsDatabasesTheProgramSaysWhyAndEnds) {
   EXPECT_EQ(closed.size(), 1);
 }
 
+TEST_F(MainWindowTest, ASplashThatIsClosedBringsUpNoWindow) {
+  FrmSplash splash;
+  QSignalSpy turn(&splash, &FrmSplash::timeForMainWindow);
+  splash.show();
+  splash.close();
+  EXPECT_FALSE(RunUntil([&] { return !turn.isEmpty(); }, std::chrono::milliseconds(1700)));
+  FrmSplash patient;
+  QSignalSpy patient_turn(&patient, &FrmSplash::timeForMainWindow);
+  patient.show();
+  EXPECT_TRUE(RunUntil([&] { return !patient_turn.isEmpty() && !patient.isVisible(); }));
+}
+
 TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
   folder_.WriteFile("list.qyl", "A|1.1.1.1()|1|1|TCP|x\r\n");
   folder_.WriteFile("settings.ini", "[main]\r\nrouter=Alpha 1\r\nrouterip=10.0.0.1\r\n");
@@ -214,14 +228,29 @@ TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
   }
 }
 
-TEST_F(MainWindowTest, AClosedWindowDoesNotGoOnWithItsStart) {
+TEST_F(MainWindowTest, AWindowClosedDuringItsStartDoesNotGoOnWithIt) {
+  folder_.WriteFile("settings.ini", "[main]\r\nrouter=Alpha 1\r\n");
   Make();
-  window_->Load();
-  window_->show();
-  window_->close();
   bool is_ready = false;
   QObject::connect(&window_->Main(), &FrmMain::ready, window_.get(), [&] { is_ready = true; });
-  EXPECT_FALSE(RunUntil([&] { return is_ready; }, std::chrono::milliseconds(400)));
+  QObject::connect(Find<QComboBox>("Combo1")->model(), &QAbstractItemModel::rowsInserted,
+                   window_.get(), &QWidget::close, Qt::QueuedConnection);
+  window_->Load();
+  window_->show();
+  ASSERT_TRUE(RunUntil([&] { return !window_->isVisible(); }));
+  EXPECT_FALSE(RunUntil([&] { return is_ready; }, std::chrono::milliseconds(100)));
+  EXPECT_TRUE(context_->session.update_script.isEmpty());
+}
+
+TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {
+  folder_.WriteFile("settings.ini", "[main]\r\nrouter=Alpha 1\r\nrouterpassword=mine\r\n");
+  Start();
+  auto* routers = Find<QComboBox>("Combo1");
+  QWheelEvent wheel(QPointF(5, 5), routers->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120),
+                    Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(routers, &wheel);
+  EXPECT_EQ(routers->currentText(), QStringLiteral("Alpha 1"));
+  EXPECT_EQ(Stored(setting::kRouterPassword), QStringLiteral("mine"));
 }
 
 TEST_F(MainWindowTest, AMissingBrowserIsToldWithTheAddress) {

@@ -43,6 +43,7 @@ QPalette DarkPalette() {
   palette.setColor(QPalette::PlaceholderText, faint);
   palette.setColor(QPalette::ToolTipBase, base);
   palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::Disabled, QPalette::Light, base);  // the shadow of disabled menu items
   for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
     palette.setColor(QPalette::Disabled, role, faint);
   }

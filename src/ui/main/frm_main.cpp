@@ -61,6 +61,7 @@ void FrmMain::Unload() {
   timer1_.stop();
   timer3_.stop();
   timer_get_ip_.stop();
+  start_up_.Cancel();
   delete job_status_.data();
   context_.databases.Close();
 }
@@ -98,6 +99,7 @@ void FrmMain::ConnectRouter() {
   completer->setCaseSensitivity(Qt::CaseInsensitive);
   completer->setFilterMode(Qt::MatchContains);
   ui_->Combo1->setCompleter(completer);
+  IgnoreWheel(ui_->Combo1);  // a turn over it would choose routers and replace the typed login
   connect(ui_->Combo1, &QComboBox::activated, this, &FrmMain::SelectRouterRow);
   connect(ui_->Combo1, &QComboBox::editTextChanged, this,
           [this](const QString& text) { context_.session.router_name = text; });

@@ -4,6 +4,7 @@
 #include "ui/main/frm_splash.h"
 
 #include <QBitmap>
+#include <QCloseEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -40,6 +41,12 @@ FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
 void FrmSplash::GiveWay() {
   Q_EMIT timeForMainWindow();
   close();
+}
+
+// Closed ahead of its time, it brings up no window any more.
+void FrmSplash::closeEvent(QCloseEvent* event) {
+  timer1_.stop();
+  event->accept();
 }
 
 void FrmSplash::resizeEvent(QResizeEvent*) {

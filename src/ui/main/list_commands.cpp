@@ -16,7 +16,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_list, "quayline.ui.list")
 
-QString FileFilter() { return QStringLiteral("Quayline File (*.qyl);;All Files (*.*)"); }
+QString FileFilter() { return QStringLiteral("Quayline File (*.qyl);;All Files (*)"); }
 
 FileQuestion QuestionOf(const QString& title) {
   return {.title = title, .filter = FileFilter(), .default_suffix = QStringLiteral("qyl")};

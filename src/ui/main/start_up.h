@@ -39,6 +39,8 @@ class StartUp final : public QObject {
 
   // The slow half. `finished()` follows when all is filled.
   void Begin();
+  // Ends the slow half where it stands.
+  void Cancel() { flow_.Cancel(); }
 
  Q_SIGNALS:
   void languagesRead(const QStringList& languages, const QString& current);

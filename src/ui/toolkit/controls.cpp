@@ -35,7 +35,15 @@ void PaintFocusRing(QPainter& painter, const QWidget& widget, const QColor& colo
                           kCornerRadius - 2);
 }
 
+class WheelFilter final : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::Wheel; }
+};
+
 }  // namespace
+
+void IgnoreWheel(QWidget* control) { control->installEventFilter(new WheelFilter(control)); }
 
 Card::Card(QWidget* parent) : QGroupBox(parent) { MakeRoomForTitle(); }
 
@@ -246,9 +254,7 @@ void HintedList::SetEmptyHint(const QString& title, const QString& text) {
 void HintedList::SizeColumns() {
   for (int column = 0; column + 1 < header()->count(); ++column) {
     resizeColumnToContents(column);
-    if (columnWidth(column) > kMaxColumnWidth) {
-      setColumnWidth(column, kMaxColumnWidth);
-    }
+    setColumnWidth(column, std::min(columnWidth(column) + kGrid, kMaxColumnWidth));
   }
 }
 

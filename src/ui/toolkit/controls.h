@@ -116,4 +116,7 @@ class HintedList final : public QTreeView {
   QString hint_text_;
 };
 
+// Leaves turns of the mouse wheel over `control` without effect.
+void IgnoreWheel(QWidget* control);
+
 }  // namespace quayline

@@ -88,6 +88,13 @@ class RoomyStyle final : public QProxyStyle {
     }
     return result;
   }
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    return hint == SH_DialogButtonBox_ButtonsHaveIcons
+               ? 0
+               : QProxyStyle::styleHint(hint, option, widget, data);
+  }
 };
 
 }  // namespace
