@@ -56,7 +56,7 @@ void PrintLanes(const std::vector<Lane>& lanes, int entries) {
 }
 
 void PrintSteps(Race& race) {
-  QHash<QString, double> steps = race.MeasureSteps(QStringLiteral("bare-shown"));
+  QHash<QString, double> steps = race.MeasureSteps(QStringLiteral("bare"));
   const double trip = steps.value(QStringLiteral("round_trip"));
   const double load = steps.value(QStringLiteral("load"));
   std::printf("\none round trip to the page %.0f us, one load of the page %.0f us\n", trip, load);
@@ -97,14 +97,20 @@ int DrawTimeline(const QString& program, const RouterRecord& router, RaceOptions
   return 0;
 }
 
+PageView ViewOf(const QString& name) {
+  return name.endsWith(QLatin1String("-hidden"))  ? PageView::kHidden
+         : name.endsWith(QLatin1String("-stamp")) ? PageView::kStamp
+                                                  : PageView::kWindow;
+}
+
 int RunContender(const QString& name, const JobSite& site) {
   std::unique_ptr<Contender> contender;
-  if (name == QLatin1String("quayline")) {
-    contender = MakeQuaylineContender(site);
-  } else if (name == QLatin1String("http")) {
+  if (name == QLatin1String("http")) {
     contender = MakeHttpContender(site);
+  } else if (name.startsWith(QLatin1String("quayline"))) {
+    contender = MakeQuaylineContender(site, ViewOf(name));
   } else {
-    contender = MakeBareContender(site, name == QLatin1String("bare-shown"));
+    contender = MakeBareContender(site, ViewOf(name));
   }
   return Serve(*contender);
 }

@@ -20,7 +20,7 @@ QString Quoted(const QString& text) { return QLatin1Char('"') + text + QLatin1Ch
 
 class BareContender final : public Contender {
  public:
-  BareContender(const JobSite& site, bool is_shown)
+  BareContender(const JobSite& site, PageView view)
       : site_(site), page_(std::make_unique<QWebEnginePage>(&profile_)) {
     QObject::connect(page_.get(), &QWebEnginePage::authenticationRequired, page_.get(),
                      [this](const QUrl&, QAuthenticator* authenticator) {
@@ -28,11 +28,10 @@ class BareContender final : public Contender {
                        authenticator->setPassword(site_.router.routerpassword);
                      });
     QObject::connect(page_.get(), &QWebEnginePage::loadFinished, page_.get(), [this] { ++loads_; });
-    if (is_shown) {
-      constexpr QSize kView(1024, 768);
+    if (view != PageView::kHidden) {
       view_ = std::make_unique<QWebEngineView>();
       view_->setPage(page_.get());
-      view_->resize(kView);
+      view_->resize(SizeOf(view));
       view_->show();
     }
   }
@@ -123,8 +122,8 @@ class BareContender final : public Contender {
 
 }  // namespace
 
-std::unique_ptr<Contender> MakeBareContender(const JobSite& site, bool is_shown) {
-  return std::make_unique<BareContender>(site, is_shown);
+std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view) {
+  return std::make_unique<BareContender>(site, view);
 }
 
 }  // namespace quayline::bench

@@ -22,6 +22,12 @@ Task<> DoAndSay(Task<> task, QString said) {
 
 }  // namespace
 
+QSize SizeOf(PageView view) {
+  constexpr QSize kWindow(1024, 768);
+  constexpr QSize kStamp(16, 16);
+  return view == PageView::kStamp ? kStamp : kWindow;
+}
+
 void Say(const QString& line) {
   std::printf("%s\n", line.toUtf8().constData());
   std::fflush(stdout);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QList>
+#include <QSize>
 #include <QString>
 #include <QUrl>
 
@@ -35,10 +36,18 @@ class Contender {
   virtual Task<> Do(QString what) = 0;
 };
 
-// Quayline's engine, as the command line runs it.
-std::unique_ptr<Contender> MakeQuaylineContender(const JobSite& site);
+// How much of a page is painted.
+enum class PageView {
+  kWindow,  // 1024 x 768, as the command line shows it to nobody
+  kStamp,   // shown, but next to nothing fits in
+  kHidden   // not shown: no painting, no keys, slow timers
+};
+QSize SizeOf(PageView view);
+
+// Quayline's engine.
+std::unique_ptr<Contender> MakeQuaylineContender(const JobSite& site, PageView view);
 // The web engine that Quayline's is built on, driven by a bare loop: no proofs, no checks, no log.
-std::unique_ptr<Contender> MakeBareContender(const JobSite& site, bool is_shown);
+std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view);
 // The same HTTP exchange without a browser.
 std::unique_ptr<Contender> MakeHttpContender(const JobSite& site);
 

@@ -39,15 +39,17 @@ constexpr char kPageTimes[] = R"((() => {
 
 class QuaylineContender final : public Contender {
  public:
-  explicit QuaylineContender(const JobSite& site)
+  QuaylineContender(const JobSite& site, PageView view)
       : site_(site),
+        view_(view),
         context_(folder_.path(), adapters_, desktop_),
         runner_(context_, WebPageHosts(context_.job_options)) {
     SelectRouter(context_.session, site.router);
     context_.session.router_ip = site.page.host();
     context_.session.http_port = QString::number(site.page.port());
     context_.job_options.throttle = false;
-    QObject::connect(&runner_, &JobRunner::activeHostChanged, &runner_, Show);
+    QObject::connect(&runner_, &JobRunner::activeHostChanged, &runner_,
+                     [this](PageHost* host) { Show(host); });
     QObject::connect(&runner_.Log(), &JobLog::appended, &runner_,
                      [this](const QString& text) { NoteLog(text); });
   }
@@ -73,13 +75,10 @@ class QuaylineContender final : public Contender {
   }
 
  private:
-  // As the command line shows its pages: in a view on no screen.
-  static void Show(PageHost* host) {
-    if (QWidget* view = host->Widget()) {
-      constexpr QSize kView(1024, 768);
-      view->resize(kView);
-      view->show();
-    }
+  void Show(PageHost* host) const {
+    QWidget* view = host->Widget();
+    view->resize(SizeOf(view_));
+    view->setVisible(view_ != PageView::kHidden);
   }
 
   Task<> RunEntries(QList<PortEntry> entries) {
@@ -165,6 +164,7 @@ class QuaylineContender final : public Contender {
   }
 
   JobSite site_;
+  PageView view_;
   QTemporaryDir folder_;
   LinuxAdapters adapters_;
   LinuxDesktop desktop_;
@@ -176,8 +176,8 @@ class QuaylineContender final : public Contender {
 
 }  // namespace
 
-std::unique_ptr<Contender> MakeQuaylineContender(const JobSite& site) {
-  return std::make_unique<QuaylineContender>(site);
+std::unique_ptr<Contender> MakeQuaylineContender(const JobSite& site, PageView view) {
+  return std::make_unique<QuaylineContender>(site, view);
 }
 
 }  // namespace quayline::bench

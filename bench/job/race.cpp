@@ -102,8 +102,11 @@ std::vector<std::string> Race::WordsFor(const QString& name) const {
 void Race::Start() {
   const QStringList names{QStringLiteral("http"),
                           QStringLiteral("quayline"),
+                          QStringLiteral("quayline-stamp"),
+                          QStringLiteral("quayline-hidden"),
                           kWholeProgram,
-                          QStringLiteral("bare-shown"),
+                          QStringLiteral("bare"),
+                          QStringLiteral("bare-stamp"),
                           QStringLiteral("bare-hidden"),
                           QStringLiteral("playwright-scripts"),
                           QStringLiteral("playwright-calls")};
