@@ -17,9 +17,9 @@ struct MenuLink {
 
 // What all pages of one router have in common.
 struct AdminSite {
-  const char* maker;
-  const char* product;
-  const char* colour;  // of the header, as CSS takes it
+  const char* maker = "";
+  const char* product = "";
+  const char* colour = "";  // of the header, as CSS takes it
   QList<MenuLink> menu;
 };
 

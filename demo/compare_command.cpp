@@ -18,8 +18,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPatience = 70s;  // longer than any --delay
-constexpr qint64 kMaxStateBytes = 4 * 1024 * 1024;
-constexpr qint64 kMaxListBytes = 16 * 1024 * 1024;
+constexpr qint64 kMaxStateBytes = qint64{4} << 20;
+constexpr qint64 kMaxListBytes = qint64{16} << 20;
 
 std::expected<QList<ListEntry>, QString> LoadList(const QString& file_name) {
   QFile file(file_name);

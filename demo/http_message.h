@@ -12,10 +12,10 @@
 namespace quayline::demo {
 
 // What one client may send. Everything beyond is refused, never stored.
-inline constexpr qsizetype kMaxHeadBytes = 32 * 1024;
-inline constexpr qsizetype kMaxTargetBytes = 8 * 1024;
+inline constexpr qsizetype kMaxHeadBytes = qsizetype{32} << 10;
+inline constexpr qsizetype kMaxTargetBytes = qsizetype{8} << 10;
 inline constexpr qsizetype kMaxHeaders = 100;
-inline constexpr qsizetype kMaxBodyBytes = 1024 * 1024;
+inline constexpr qsizetype kMaxBodyBytes = qsizetype{1} << 20;
 inline constexpr qsizetype kMaxFormFields = 2000;
 
 struct HttpRequest {

@@ -13,9 +13,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kIdleTime = 30s;
-constexpr auto kFarewellTime = 500ms;
-constexpr qint64 kReadAtOnce = 64 * 1024;
-constexpr qint64 kMaxUnsentBytes = 4 * 1024 * 1024;
+constexpr qint64 kReadAtOnce = qint64{64} << 10;
+constexpr qint64 kMaxUnsentBytes = qint64{4} << 20;
 constexpr int kMaxConnections = 256;
 
 // One client. Owned by the server; ends itself when the client goes.
@@ -78,10 +77,7 @@ class Connection final : public QObject {
   void Answer(const HttpRequest& request) {
     socket_->write(FormatResponse(handler_(request), request.keep_alive, request.method == "HEAD"));
     state_ = State::kReading;
-    if (!request.keep_alive && buffer_.isEmpty()) {
-      state_ = State::kLeaving;
-      socket_->disconnectFromHost();
-    } else if (!request.keep_alive) {
+    if (!request.keep_alive) {
       Leave();
     }
   }
@@ -94,14 +90,11 @@ class Connection final : public QObject {
     Leave();
   }
 
-  // A socket that is closed over unread bytes resets the connection and takes the answer with it:
-  // what still comes is read for a moment and thrown away.
+  // What the client still sends is read and thrown away until the answer is out.
   void Leave() {
     state_ = State::kLeaving;
     buffer_.clear();
-    idle_.stop();
-    socket_->readAll();
-    QTimer::singleShot(kFarewellTime, socket_, &QTcpSocket::disconnectFromHost);
+    socket_->disconnectFromHost();
   }
 
   QTcpSocket* socket_;

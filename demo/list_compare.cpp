@@ -14,7 +14,7 @@ namespace {
 QString ListText(QByteArray bytes) {
   bytes.replace('\0', QByteArray());
   QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-  const QString text = utf8(bytes);
+  QString text = utf8(bytes);
   if (!utf8.hasError()) {
     return text;
   }

@@ -67,7 +67,7 @@ std::expected<RouterState, QString> ReadState(const QByteArray& json) {
                     .requests = object.value(QStringLiteral("requests")).toInt(),
                     .saves = object.value(QStringLiteral("saves")).toInt()};
   const QJsonArray array = rules.toArray();
-  for (const QJsonValue& value : array) {
+  for (const auto& value : array) {
     const auto rule = ReadRuleObject(value.toObject());
     if (!rule) {
       return std::unexpected(

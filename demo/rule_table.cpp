@@ -104,13 +104,13 @@ std::expected<Rule, RuleFault> ReadRule(const TypedRule& typed) {
   if (!IsName(typed.name)) {
     return std::unexpected(RuleFault::kName);
   }
-  const auto first = ReadNumber(typed.first.trimmed(), kMaxPort);
-  const auto last =
-      typed.last.trimmed().isEmpty() ? first : ReadNumber(typed.last.trimmed(), kMaxPort);
-  if (first.value_or(0) == 0 || last.value_or(0) == 0) {
+  const QString last_text = typed.last.trimmed().isEmpty() ? typed.first : typed.last;
+  const int first = ReadNumber(typed.first.trimmed(), kMaxPort).value_or(0);
+  const int last = ReadNumber(last_text.trimmed(), kMaxPort).value_or(0);
+  if (first == 0 || last == 0) {
     return std::unexpected(RuleFault::kPort);
   }
-  if (*last < *first) {
+  if (last < first) {
     return std::unexpected(RuleFault::kPortOrder);
   }
   const auto protocol = ReadProtocol(typed.protocol);
@@ -123,8 +123,8 @@ std::expected<Rule, RuleFault> ReadRule(const TypedRule& typed) {
   }
   return Rule{.name = typed.name,
               .protocol = *protocol,
-              .first = *first,
-              .last = *last,
+              .first = first,
+              .last = last,
               .address = address,
               .enabled = typed.enabled};
 }
@@ -162,13 +162,12 @@ void RuleTable::Remove(int row) {
 }
 
 std::expected<void, RuleTable::RowFault> RuleTable::Replace(const Rows& rows) {
-  for (int later = 0; later < rows.size(); ++later) {
-    for (int earlier = 0; rows.at(later) && earlier < later; ++earlier) {
-      if (!rows.at(earlier)) {
-        continue;
-      }
-      if (const auto fault = Conflict(*rows.at(earlier), *rows.at(later))) {
-        return std::unexpected(RowFault{.row = later, .fault = *fault});
+  for (int row = 0; row < rows.size(); ++row) {
+    const std::optional<Rule>& rule = rows.at(row);
+    for (const std::optional<Rule>& earlier : rows.first(row)) {
+      const auto fault = rule && earlier ? Conflict(*earlier, *rule) : std::nullopt;
+      if (fault) {
+        return std::unexpected(RowFault{.row = row, .fault = *fault});
       }
     }
   }

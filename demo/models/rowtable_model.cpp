@@ -85,7 +85,8 @@ HttpResponse RowtableModel::TablePage(const QList<TypedRule>& rows, const QStrin
   }
   const QString content = QStringLiteral(R"(%1<form method="post" action="/%2">
 <table>
-<tr><th>No.</th><th>Name</th><th>Start</th><th>End</th><th>Protocol</th><th>IP address</th><th>On</th></tr>
+<tr><th>No.</th><th>Name</th><th>Start</th><th>End</th><th>Protocol</th>
+<th>IP address</th><th>On</th></tr>
 %3</table>
 <input type="submit" name="btn_apply" value="Apply">
 </form>)")

@@ -8,7 +8,8 @@ namespace quayline::demo {
 namespace {
 
 const QByteArray kPost =
-    "POST /form.html?x=%201 HTTP/1.1\r\nHost: a\r\nContent-Length: 10\r\nX-Empty:\r\n\r\nname=A+%42";
+    "POST /form.html?x=%201 HTTP/1.1\r\nHost: a\r\nContent-Length: 10\r\nX-Empty:\r\n\r\n"
+    "name=A+%42";
 
 TEST(HttpParser, ARequestCutAnywhereIsNeitherRefusedNorTakenTooEarly) {
   for (qsizetype cut = 0; cut < kPost.size(); ++cut) {

@@ -190,10 +190,11 @@ TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowe
   const auto router_port = router.Start(QStringLiteral("formback"), {});
   ASSERT_TRUE(router_port.has_value());
   const QByteArray elsewhere = "http://127.0.0.1:" + QByteArray::number(*router_port) + "/__state";
-  for (const QByteArray& reply : QList<QByteArray>{
-           "", "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}",
-           "HTTP/1.1 302 Found\r\nLocation: " + elsewhere + "\r\nContent-Length: 0\r\n\r\n",
-           "HTTP/1.1 500 Oops\r\nContent-Length: 12\r\n\r\n{\"rules\":[]}"}) {
+  for (const QByteArray& reply :
+       QList<QByteArray>{"", "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}",
+                         "HTTP/1.1 302 Found\r\nLocation: " + elsewhere +
+                             "\r\nContent-Length: 12\r\n\r\n{\"rules\":[]}",
+                         "HTTP/1.1 500 Oops\r\nContent-Length: 12\r\n\r\n{\"rules\":[]}"}) {
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
