@@ -11,7 +11,7 @@ namespace quayline::demo {
 namespace {
 
 constexpr int kMaxDelay = 60'000;
-constexpr int kMaxEntries = 200;
+constexpr int kMaxEntries = 1000;
 
 using Result = std::expected<void, QString>;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "demo/models/formback_model.h"
+#include "demo/models/longlist_model.h"
 #include "demo/models/rowtable_model.h"
 
 namespace quayline::demo {
@@ -21,6 +22,8 @@ std::unique_ptr<RouterModel> Make(RuleTable& table) {
 constexpr ModelInfo kModels[] = {
     {"formback", "HR100", "A list of rules and a form that leads back to it by a redirect.",
      Make<FormbackModel>},
+    {"longlist", "L40", "A page that stays as long as the table has rows: one to measure on.",
+     Make<LonglistModel>},
     {"rowtable", "Q20", "Numbered rows on one page, all saved by one button.", Make<RowtableModel>},
 };
 

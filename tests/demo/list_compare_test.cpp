@@ -230,7 +230,7 @@ TEST(CommandLine, NothingIsGuessedFromABadArgument) {
       {"--delay 50-10", "no delay"},
       {"--delay 1-2-3", "no delay"},
       {"--delay 60001", "no delay"},
-      {"--entries 0", "200"},
+      {"--entries 0", "1000"},
       {"--model HR", "no model"},
       {"--user a:b", "colon"},
       {"--help=1", "not understood"},
