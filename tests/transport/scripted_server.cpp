@@ -45,8 +45,9 @@ void ScriptedServer::Read(QTcpSocket* client) {
     return;
   }
   requests.append(client->readAll());
-  const Reply reply =
-      replies.value(requests.last().split(' ').value(1), Answer("404 Not Found", "no such page"));
+  const std::optional<Reply> first = special ? special(requests.last()) : std::nullopt;
+  const Reply reply = first.value_or(
+      replies.value(requests.last().split(' ').value(1), Answer("404 Not Found", "no such page")));
   client->write(reply.bytes);
   client->flush();
   if (reply.then == Reply::Then::kClose) {

@@ -27,6 +27,37 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
   addEventListener('load', () => tell('load ' + (isTop ? 1 : 0) + ' ' + location.href));
 
+  // ---- What names on the page cannot hide ---------------------------------------------------
+
+  // A control hides the member of its form that it is named after, and an element named "links"
+  // hides that of its document: whatever either of them has is asked of the prototypes.
+  function getter(prototype, property) {
+    return Function.prototype.call.bind(
+      Object.getOwnPropertyDescriptor(prototype, property).get);
+  }
+
+  function method(prototype, name) {
+    return Function.prototype.call.bind(prototype[name]);
+  }
+
+  const rootOf = getter(Document.prototype, 'documentElement');
+  const bodyOf = getter(Document.prototype, 'body');
+  const formsOf = getter(Document.prototype, 'forms');
+  const linksOf = getter(Document.prototype, 'links');
+  const windowOf = getter(Document.prototype, 'defaultView');
+  const elementsOf = method(Document.prototype, 'getElementsByTagName');
+  const elementsNamed = method(Document.prototype, 'getElementsByName');
+  const elementWithId = method(Document.prototype, 'getElementById');
+  const childrenOf = getter(Element.prototype, 'children');
+  const markupOf = getter(Element.prototype, 'outerHTML');
+  const innerMarkupOf = getter(Element.prototype, 'innerHTML');
+  const attributeOf = method(Element.prototype, 'getAttribute');
+  const setAttributeOf = method(Element.prototype, 'setAttribute');
+  const sendTo = method(EventTarget.prototype, 'dispatchEvent');
+  const clickOn = method(HTMLElement.prototype, 'click');
+  const focusOn = method(HTMLElement.prototype, 'focus');
+  const submitForm = method(HTMLFormElement.prototype, 'submit');
+
   // ---- Reading elements ---------------------------------------------------------------------
 
   // A property as text. Elements that are hidden behind a form's own member, and attributes that
@@ -36,15 +67,16 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     if (typeof value === 'string') {
       return value;
     }
-    return element.getAttribute(property) || '';
+    return attributeOf(element, property) || '';
   }
 
   function all(document_) {
-    return Array.from(document_.getElementsByTagName('*'));
+    return Array.from(elementsOf(document_, '*'));
   }
 
+  // Keeps every character in its place: one letter would become two.
   function fold(text) {
-    return text.toLowerCase();
+    return text.replaceAll('\u0130', 'i').toLowerCase();
   }
 
   // Case-insensitive; an empty needle is found in every text but an empty one.
@@ -53,39 +85,35 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   }
 
   function byIdOrName(document_, name) {
-    return document_.getElementById(name) || document_.getElementsByName(name)[0] || null;
+    return elementWithId(document_, name) || elementsNamed(document_, name)[0] || null;
   }
 
   // The value that the top document's element of this name was written with.
   function probedValue(name) {
-    const element = byIdOrName(document, name);
-    return (element && element.getAttribute('value')) || '';
+    const element = name === '' ? null : byIdOrName(document, name);
+    return (element && attributeOf(element, 'value')) || '';
   }
 
   function valueOf(element, name) {
     return textOf(element, 'value') || probedValue(name);
   }
 
-  // The source of every element's handler: as written in the markup, or, for one that the page's
-  // scripts assigned, as the page's own world sees it.
+  // The source of every element's handler: as the page's own world sees it, or as it is written in
+  // the markup where that world has none. The two worlds speak over the window's clock: what
+  // listens to a document is gone when the page writes itself anew.
   function handlerReader(document_, handler) {
-    let assigned = null;
-    function assignedText(element) {
-      if (assigned === null) {
-        assigned = new Map();
-        const elements = document_.getElementsByTagName('*');
-        const take = (event) => {
-          for (const [index, text] of JSON.parse(event.detail)) {
-            assigned.set(elements[index], text);
-          }
-        };
-        document_.addEventListener(reply, take);
-        document_.dispatchEvent(new CustomEvent(ask, {detail: handler}));
-        document_.removeEventListener(reply, take);
+    const sources = new Map();
+    const elements = elementsOf(document_, '*');
+    const line = windowOf(document_).performance;
+    const take = (event) => {
+      for (const [index, source] of JSON.parse(event.detail)) {
+        sources.set(elements[index], source);
       }
-      return assigned.get(element) || '';
-    }
-    return (element) => element.getAttribute(handler) || assignedText(element);
+    };
+    line.addEventListener(reply, take);
+    sendTo(line, new CustomEvent(ask, {detail: handler}));
+    line.removeEventListener(reply, take);
+    return (element) => sources.get(element) || attributeOf(element, handler) || '';
   }
 
   // ---- Finding elements ---------------------------------------------------------------------
@@ -95,7 +123,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   // element with the given number (0: the first) of those that match and pass the test is taken.
   function find(document_, properties, wanted, test, number) {
     if (!test && !number && wanted !== '' && properties[0] === 'name') {
-      const quick = document_.getElementsByName(wanted)[0];
+      const quick = elementsNamed(document_, wanted)[0];
       if (quick) {
         return quick;
       }
@@ -123,7 +151,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     if (!element) {
       return null;
     }
-    const own = element.getAttribute('id') || element.getAttribute('name') || '';
+    const own = attributeOf(element, 'id') || attributeOf(element, 'name') || '';
     return own === name || fold(own) === fold(name) ? element : null;
   }
 
@@ -140,20 +168,19 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
 
   function click(element) {
     try {
-      HTMLElement.prototype.click.call(element);
+      clickOn(element);
     } catch (error) {
       // No HTML element: a drawing, for example.
-      attempt(() => element.dispatchEvent(
-        new MouseEvent('click', {bubbles: true, cancelable: true})));
+      attempt(() => sendTo(element, new MouseEvent('click', {bubbles: true, cancelable: true})));
     }
   }
 
   function focus(element) {
-    attempt(() => HTMLElement.prototype.focus.call(element));
+    attempt(() => focusOn(element));
   }
 
   function announce(element, event) {
-    attempt(() => element.dispatchEvent(new Event(event, {bubbles: true})));
+    attempt(() => sendTo(element, new Event(event, {bubbles: true})));
   }
 
   // As typing would: pages that keep their fields in a model of their own hear of it.
@@ -186,29 +213,25 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   }
 
   function optionsOf(element) {
-    return element.tagName === 'SELECT' ? Array.from(element.options) : [];
+    return element.localName === 'select' ? Array.from(element.options) : [];
   }
 
   // ---- Operations ---------------------------------------------------------------------------
 
   function setValue(document_, name, value, onlyIfEmpty, number) {
-    const test = onlyIfEmpty
-      ? (element) => valueOf(element, textOf(element, 'name')) === ''
-      : null;
-    const element = find(document_, ['name', 'id'], name, test, number);
+    const isEmpty = (element) => valueOf(element, textOf(element, 'name')) === '';
+    const element = find(document_, ['name', 'id'], name, onlyIfEmpty ? isEmpty : null, number);
     if (element) {
       focus(element);
       write(element, value);
       return SUCCESSFUL;
     }
     const direct = findDirectly(document_, name);
-    if (!direct) {
+    if (!direct || (onlyIfEmpty && !isEmpty(direct))) {
       return FAILED;
     }
-    attempt(() => direct.setAttribute('value', value));
-    if (direct.value !== value) {
-      write(direct, value);
-    }
+    attempt(() => setAttributeOf(direct, 'value', value));
+    write(direct, value);
     return SUCCESSFUL;
   }
 
@@ -252,24 +275,24 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     return named ? SUCCESSFUL : FAILED;
   }
 
+  function addressOf(link) {
+    return String(link.href).trim();
+  }
+
   function findLink(document_, part) {
-    const links = Array.from(document_.links);
-    const hrefOf = (link) => String(link.href).trim();
-    return links.find((link) => hrefOf(link).includes(part)) ||
-      links.find((link) => contains(hrefOf(link), part)) || null;
+    return Array.from(linksOf(document_)).find((link) => contains(addressOf(link), part)) || null;
   }
 
   // The markup below the root element, one text per child: what any element below the root holds
   // is in one of them.
   function markup(document_) {
-    return Array.from(document_.documentElement ? document_.documentElement.children : [],
-                      (child) => child.outerHTML);
+    return Array.from(childrenOf(rootOf(document_)), markupOf);
   }
 
   // Walks the elements below `element` in source order, leaving out those that do not hold
   // `before`.
   function extract(element, before, after) {
-    const pieces = element.outerHTML.split(before);
+    const pieces = markupOf(element).split(before);
     if (pieces.length < 2) {
       return '';
     }
@@ -277,7 +300,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     if (found !== '') {
       return found;
     }
-    for (const child of element.children) {
+    for (const child of childrenOf(element)) {
       const inner = extract(child, before, after);
       if (inner !== '') {
         return inner;
@@ -291,7 +314,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   let documentsSeen = 0;
 
   function markupState(document_) {
-    const body = document_.body;
+    const body = bodyOf(document_);
     if (!body || !body.hasChildNodes()) {
       return '';
     }
@@ -330,14 +353,14 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
       if (!link) {
         return FAILED_LINK;
       }
-      const href = String(link.href).trim();
+      const href = addressOf(link);
       click(link);
       return href;
     },
 
     FindLinkByHref(document_, part) {
       const link = findLink(document_, part);
-      return link ? String(link.href).trim() : '';
+      return link ? addressOf(link) : '';
     },
 
     ClickByOnclick(document_, part) {
@@ -372,7 +395,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     },
 
     SubmitFormByNumber(document_, number) {
-      attempt(() => HTMLFormElement.prototype.submit.call(document_.forms[number]));
+      attempt(() => submitForm(formsOf(document_)[number]));
       return SUCCESSFUL;
     },
 
@@ -384,7 +407,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
       if (before === '' || after === '') {
         return '';
       }
-      for (const child of document_.documentElement.children) {
+      for (const child of childrenOf(rootOf(document_))) {
         const found = extract(child, before, after);
         if (found !== '') {
           return found;
@@ -447,13 +470,15 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     },
 
     SetCheckboxByPageText(document_, text, span, startMarker, endMarker, checked) {
-      const html = document_.body ? document_.body.innerHTML : '';
+      const body = bodyOf(document_);
+      const html = body ? innerMarkupOf(body) : '';
       const position = fold(html).indexOf(fold(text));
       if (html === '' || position < 0) {
         return FAILED;
       }
       const left = html.slice(0, position + 1);
-      const cut = span > 0 ? left.slice(-span) : '';
+      // A span that cannot be cuts nothing off.
+      const cut = span < 0 ? left : left.slice(Math.max(0, left.length - span));
       const behindStart = startMarker === '' ? '' : cut.split(startMarker)[1] || '';
       const name = endMarker === '' ? behindStart : behindStart.split(endMarker)[0];
       return operations.SetCheckbox(document_, name, checked);
@@ -508,7 +533,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     },
 
     FocusElementByPosition(document_, position, onlyIfEmpty) {
-      const element = document_.getElementsByTagName('*')[position];
+      const element = elementsOf(document_, '*')[position];
       if (!element || (onlyIfEmpty && valueOf(element, textOf(element, 'name')) !== '')) {
         return FAILED;
       }

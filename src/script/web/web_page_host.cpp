@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QKeyEvent>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
@@ -33,6 +34,13 @@ QString AsJavaScript(const QJsonArray& values) {
 }
 
 QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
+
+// For an address that is none: whatever may have been meant as its login is left out.
+QString WithoutLogin(const QString& address) {
+  static const QRegularExpression login(QStringLiteral("//.*@"),
+                                        QRegularExpression::DotMatchesEverythingOption);
+  return QString(address).replace(login, QStringLiteral("//"));
+}
 
 }  // namespace
 
@@ -64,10 +72,7 @@ void WebPageHost::ConnectPage() {
   connect(page_, &QWebEnginePage::loadProgress, this, &PageHost::progressChanged);
   connect(page_, &QWebEnginePage::windowCloseRequested, this, &PageHost::windowClosing);
   connect(page_, &QWebEnginePage::linkHovered, this, &PageHost::statusTextChanged);
-  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
-    watch_.LoadEnded();
-    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
-  });
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, &WebPageHost::OnRendererGone);
   connect(page_, &WebPage::frameNavigating, &watch_, &NavigationWatch::FrameAsked);
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
   connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
@@ -98,6 +103,7 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
   const QString url = ShownUrl(info.url());
   switch (info.status()) {
     case QWebEngineLoadingInfo::LoadStartedStatus:
+      is_renderer_gone_ = false;
       // Without an error page of its own a failed load leaves the page as it was.
       page_->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled,
                                       !profile_->Options().silent_mode);
@@ -153,7 +159,7 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
   const QUrl url(address, QUrl::TolerantMode);
   const bool is_blank = url.scheme() == QLatin1String("about");
   if (!url.isValid() || (url.host().isEmpty() && !is_blank)) {
-    Q_EMIT navigateError(address, page_status::kInvalidUrl);
+    Q_EMIT navigateError(WithoutLogin(address), page_status::kInvalidUrl);
     return;
   }
   if (!target_frame.isEmpty()) {
@@ -181,27 +187,49 @@ void WebPageHost::StopNavigation() { page_->triggerAction(QWebEnginePage::Stop);
 void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
 
 void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
-  QJsonArray arguments{call.operation, call.arguments, call.frame};
-  page_->runJavaScript(
-      QStringLiteral("quaylineCall(...%1)").arg(AsJavaScript(arguments)),
-      QWebEngineScript::ApplicationWorld,
-      [answer = std::move(answer), alive = alive_](const QVariant& result) {
-        if (*alive) {
-          const QVariantMap envelope = result.toMap();
-          answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
-                  .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value")))});
-        }
+  const QJsonArray arguments{call.operation, call.arguments, call.frame};
+  Ask(QStringLiteral("quaylineCall(...%1)").arg(AsJavaScript(arguments)),
+      QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
+        const QVariantMap envelope = result.toMap();
+        answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
+                .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value")))});
       });
 }
 
 void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
   page_->runJavaScript(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld);
-  page_->runJavaScript(code, QWebEngineScript::MainWorld,
-                       [done = std::move(done), alive = alive_](const QVariant&) {
-                         if (*alive) {
-                           done();
-                         }
-                       });
+  Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
+}
+
+void WebPageHost::Ask(const QString& code, quint32 world, PendingAnswer done) {
+  if (is_renderer_gone_) {
+    done({});
+    return;
+  }
+  const quint64 number = ++asked_;
+  pending_.emplace(number, std::move(done));
+  page_->runJavaScript(code, world, [this, number, alive = alive_](const QVariant& result) {
+    if (*alive) {
+      if (auto asked = pending_.extract(number)) {
+        asked.mapped()(result);
+      }
+    }
+  });
+}
+
+void WebPageHost::OnRendererGone() {
+  is_renderer_gone_ = true;
+  watch_.LoadEnded();
+  const auto alive = alive_;
+  const auto unanswered = std::exchange(pending_, {});
+  for (const auto& [number, done] : unanswered) {
+    if (*alive) {
+      done({});
+    }
+  }
+  if (*alive) {
+    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
+  }
 }
 
 void WebPageHost::SendKeys(const QString& keys) {

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QWebEngineView>
 
+#include <map>
 #include <memory>
 
 #include "async/flow.h"
@@ -56,9 +57,16 @@ class WebPageHost final : public PageHost {
   void workTold(const QString& id);
 
  private:
+  using PendingAnswer = std::function<void(const QVariant&)>;
+
   void ConnectPage();
   void OnLoadingChanged(const QWebEngineLoadingInfo& info);
   void OnAgentSaid(const QString& text);
+  // Runs code in one of the page's worlds. Calls back once, with nothing when the page's process
+  // ends first.
+  void Ask(const QString& code, quint32 world, PendingAnswer done);
+  // The engine itself would keep the open questions until the page is deleted.
+  void OnRendererGone();
   Task<> Prove(std::function<void()> quiet);
 
   std::shared_ptr<WebProfile> profile_;
@@ -67,6 +75,9 @@ class WebPageHost final : public PageHost {
   QPointer<QWebEngineView> view_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   bool is_popup_ = false;
+  bool is_renderer_gone_ = false;
+  quint64 asked_ = 0;
+  std::map<quint64, PendingAnswer> pending_;  // by number, which is the order of asking
   int proofs_ = 0;
   Flow proof_;
 };
