@@ -12,6 +12,8 @@
 #include <QScopedValueRollback>
 #include <QSvgRenderer>
 
+#include <memory>
+
 // A static library's resources are linked in only where they are asked for, outside any namespace.
 static void InitToolkitResources() { Q_INIT_RESOURCE(toolkit); }
 
@@ -100,7 +102,8 @@ class RoomyStyle final : public QProxyStyle {
 }  // namespace
 
 Theme::Theme(QApplication& application) : application_(application) {
-  QApplication::setStyle(new RoomyStyle);
+  auto style = std::make_unique<RoomyStyle>();
+  QApplication::setStyle(style.release());  // which owns it
   application_.setWindowIcon(ProgramLogo());
   Apply();
   application_.installEventFilter(this);
