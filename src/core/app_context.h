@@ -8,6 +8,7 @@
 #include "core/port_list_model.h"
 #include "core/router_session.h"
 #include "core/settings.h"
+#include "core/trusted_certificates.h"
 #include "i18n/translator.h"
 #include "platform/adapters.h"
 #include "platform/desktop.h"
@@ -21,6 +22,7 @@ struct AppContext {
       : program_folder(folder),
         settings(folder + QStringLiteral("/settings.ini")),
         translator(folder),
+        certificates(folder + QStringLiteral("/certificates.ini")),
         adapters(system_adapters),
         desktop(system_desktop) {}
 
@@ -37,6 +39,7 @@ struct AppContext {
   JobFlags job_flags;
   PortListModel port_list;
   MakerSite maker_site;
+  TrustedCertificates certificates;
   HttpFetch http_fetch;
   Adapters& adapters;
   Desktop& desktop;

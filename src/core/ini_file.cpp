@@ -6,12 +6,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
 
 #include <chrono>
 #include <optional>
 
 #include "core/ini_text.h"
+#include "core/save_file.h"
 
 namespace quayline {
 
@@ -34,13 +34,6 @@ std::optional<QByteArray> FileBytes(const QString& file_name) {
   }
   QByteArray bytes = file.readAll();
   return file.error() == QFileDevice::NoError ? std::optional(bytes) : std::nullopt;
-}
-
-bool WritePrivateFile(const QString& file_name, const QByteArray& bytes) {
-  QSaveFile file(file_name);
-  return file.open(QIODevice::WriteOnly) &&
-         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-         file.write(bytes) == bytes.size() && file.commit();
 }
 
 }  // namespace
@@ -74,7 +67,7 @@ bool WriteIniValue(const QString& section, const QString& key, const QString& va
   IniText text(former);
   text.SetValue(section, key, value);
   const QByteArray bytes = text.Bytes();
-  return bytes == former || WritePrivateFile(file_name, bytes);
+  return bytes == former || SaveFile(file_name, bytes, kPrivateFile);
 }
 
 }  // namespace quayline

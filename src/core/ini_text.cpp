@@ -70,10 +70,9 @@ IniText::IniText(const QByteArray& bytes) {
     mark_ = bytes.first(unit_ == 2 ? 2 : 3);
   }
   Split(QByteArrayView(bytes).sliced(mark_.size()));
-  line_end_ = Encoded(QStringLiteral("\r\n"));
-  if (!lines_.isEmpty() && !LineEnd(lines_.first()).isEmpty()) {
-    line_end_ = LineEnd(lines_.first());
-  }
+  const QByteArray line_feed = Encoded(QStringLiteral("\n"));
+  const bool has_line_feeds = !lines_.isEmpty() && LineEnd(lines_.first()) == line_feed;
+  line_end_ = has_line_feeds ? line_feed : Encoded(QStringLiteral("\r\n"));
 }
 
 QString IniText::Value(const QString& section, const QString& key) const {

@@ -45,7 +45,7 @@ class IniText final {
   Encoding encoding_ = Encoding::kBytes;
   qsizetype unit_ = 1;  // bytes
   QByteArray mark_;
-  QByteArray line_end_;   // of the file's first line that has one
+  QByteArray line_end_;   // of lines that are added
   QByteArrayList lines_;  // each with its line end
 };
 

@@ -10,14 +10,17 @@
 // clang-format on
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <vector>
+
+#include "core/save_file.h"
 
 namespace quayline {
 
@@ -27,6 +30,7 @@ using namespace std::chrono_literals;
 
 // libmdb cuts a value at this size without a word.
 constexpr int kMaxValueBytes = 1 << 20;
+const QString kDamaged = QStringLiteral("is damaged");
 constexpr std::chrono::milliseconds kLockWait = 10s;  // as long as a large conversion may take
 
 struct CloseMdb {
@@ -39,7 +43,7 @@ struct FreeTable {
 std::expected<TableData, QString> ReadTable(MdbCatalogEntry* entry) {
   const std::unique_ptr<MdbTableDef, FreeTable> table(mdb_read_table(entry));
   if (!table || mdb_read_columns(table.get()) == nullptr) {
-    return std::unexpected(QStringLiteral("is damaged"));
+    return std::unexpected(kDamaged);
   }
   TableData data{.name = QString::fromUtf8(entry->object_name), .columns = {}, .rows = {}};
   const size_t columns = table->num_cols;
@@ -61,18 +65,20 @@ std::expected<TableData, QString> ReadTable(MdbCatalogEntry* entry) {
     }
     data.rows.append(row);
   }
+  // Pages that are missing are passed over in silence.
+  if (data.rows.size() < static_cast<qsizetype>(table->num_rows)) {
+    return std::unexpected(kDamaged);
+  }
   return data;
 }
 
 bool CopyFile(const QString& from, const QString& to) {
   QFile source(from);
-  QSaveFile copy(to);
-  if (!source.open(QIODevice::ReadOnly) || !copy.open(QIODevice::WriteOnly)) {
+  if (!source.open(QIODevice::ReadOnly)) {
     return false;
   }
   const QByteArray bytes = source.readAll();
-  return source.error() == QFileDevice::NoError && copy.write(bytes) == bytes.size() &&
-         copy.commit();
+  return source.error() == QFileDevice::NoError && SaveFile(to, bytes);
 }
 
 bool ReplaceFile(const QString& with, const QString& path) {
@@ -97,7 +103,10 @@ std::expected<QList<TableData>, QString> ReadJetFile(const QString& path) {
   const std::unique_ptr<MdbHandle, CloseMdb> handle(
       mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS));
   if (!handle || mdb_read_catalog(handle.get(), MDB_TABLE) == nullptr) {
-    return std::unexpected(QStringLiteral("is damaged"));
+    return std::unexpected(kDamaged);
+  }
+  if (QFileInfo(path).size() % handle->fmt->pg_size != 0) {
+    return std::unexpected(kDamaged);  // It ends within a page.
   }
   mdb_set_bind_size(handle.get(), kMaxValueBytes);
   QList<TableData> tables;
@@ -115,7 +124,7 @@ std::expected<QList<TableData>, QString> ReadJetFile(const QString& path) {
   return tables;
 }
 
-std::expected<void, QString> ConvertJetFile(const QString& path) {
+std::expected<void, QString> ConvertJetFile(const QString& path, const QString& table) {
   if (!IsJetFile(path)) {
     return {};
   }
@@ -131,6 +140,12 @@ std::expected<void, QString> ConvertJetFile(const QString& path) {
   const auto tables = ReadJetFile(path);
   if (!tables) {
     return std::unexpected(tables.error());
+  }
+  const auto is_table = [&table](const TableData& data) {
+    return data.name.compare(table, Qt::CaseInsensitive) == 0;
+  };
+  if (std::ranges::none_of(*tables, is_table)) {
+    return std::unexpected(QStringLiteral("has no table \"%1\"").arg(table));
   }
   const QString converted = work.filePath(QStringLiteral("converted"));
   if (const auto written = WriteTables(*tables, converted); !written) {

@@ -23,7 +23,8 @@ std::expected<QList<TableData>, QString> ReadJetFile(const QString& path);
 
 // Puts a SQLite file with the same tables in the place of the Jet file `path`, and keeps the
 // original beside it with ".jet" behind its name. Nothing is done where `path` is no Jet file. On
-// failure the Jet file stands as it was, and the error is such a part of a sentence.
-std::expected<void, QString> ConvertJetFile(const QString& path);
+// failure, also where `table` is missing, the Jet file stands as it was, and the error is such a
+// part of a sentence.
+std::expected<void, QString> ConvertJetFile(const QString& path, const QString& table);
 
 }  // namespace quayline

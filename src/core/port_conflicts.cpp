@@ -3,6 +3,8 @@
 
 #include "core/port_conflicts.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 #include "core/row_ports.h"

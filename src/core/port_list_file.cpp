@@ -5,11 +5,11 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringConverter>
 
 #include <array>
 
+#include "core/save_file.h"
 #include "core/text_bytes.h"
 
 namespace quayline {
@@ -111,9 +111,7 @@ std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_
 
 std::expected<void, ListFileError> SavePortList(const QList<PortEntry>& entries,
                                                 const QString& file_name) {
-  QSaveFile file(file_name);
-  const QByteArray bytes = FormatPortList(entries);
-  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+  if (!SaveFile(file_name, FormatPortList(entries))) {
     return std::unexpected(ListFileError::kCannotWrite);
   }
   return {};

@@ -19,8 +19,11 @@ Q_LOGGING_CATEGORY(log_core, "quayline.core")
 
 // The numbers that SQLite gives to these failures.
 constexpr int kSqlError = 1;
+constexpr int kCorrupt = 11;
 constexpr int kCannotOpen = 14;
 constexpr int kNotADatabase = 26;
+
+constexpr QLatin1String kIdColumn("id");
 
 QString Quoted(const QString& column) { return QLatin1Char('[') + column + QLatin1Char(']'); }
 
@@ -33,7 +36,7 @@ SqlAccess AccessTo(const QString& path) {
                                                                           : SqlAccess::kReadOnly;
 }
 
-std::optional<DatabaseError> CheckFile(const QString& path) {
+std::optional<DatabaseError> CheckFile(const QString& path, const QString& table) {
   const QFileInfo file(path);
   const QString name = QDir::toNativeSeparators(path);
   if (!file.exists()) {
@@ -42,11 +45,21 @@ std::optional<DatabaseError> CheckFile(const QString& path) {
   if (!file.isFile() || !file.isReadable()) {
     return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" cannot be read.").arg(name)};
   }
-  if (const auto converted = ConvertJetFile(path); !converted) {
+  if (const auto converted = ConvertJetFile(path, table); !converted) {
     return DatabaseError{kCannotOpen,
                          QStringLiteral("The file \"%1\" %2.").arg(name, converted.error())};
   }
   return std::nullopt;
+}
+
+DatabaseError Failure(const QSqlError& error, const QString& path) {
+  const int number = error.nativeErrorCode().toInt();
+  if (number == kNotADatabase) {
+    return {number, QStringLiteral("The file \"%1\" is not a database.").arg(path)};
+  }
+  return {number == 0 ? kCannotOpen : number,
+          QStringLiteral("The file \"%1\" cannot be read as a database (%2).")
+              .arg(path, error.databaseText())};
 }
 
 }  // namespace
@@ -54,7 +67,7 @@ std::optional<DatabaseError> CheckFile(const QString& path) {
 std::expected<std::unique_ptr<TableFile>, DatabaseError> TableFile::Open(const QString& folder,
                                                                          const TableShape& shape) {
   const QString path = folder + QLatin1Char('/') + shape.file_name;
-  if (const auto error = CheckFile(path)) {
+  if (const auto error = CheckFile(path, shape.table)) {
     return std::unexpected(*error);
   }
   std::unique_ptr<TableFile> file(new TableFile(path, shape));
@@ -68,34 +81,20 @@ TableFile::TableFile(const QString& path, const TableShape& shape)
     : shape_(shape), connection_(path, AccessTo(path)) {}
 
 std::optional<DatabaseError> TableFile::Verify() {
-  const QString path = QDir::toNativeSeparators(connection_.Handle().databaseName());
-  const auto failure = [&path](const QSqlError& error) {
-    const int number = error.nativeErrorCode().toInt();
-    if (number == kNotADatabase) {
-      return DatabaseError{number, QStringLiteral("The file \"%1\" is not a database.").arg(path)};
-    }
-    return DatabaseError{number == 0 ? kCannotOpen : number,
-                         QStringLiteral("The file \"%1\" cannot be read as a database (%2).")
-                             .arg(path, error.databaseText())};
-  };
-  if (!connection_.Handle().isOpen()) {
-    return failure(connection_.Handle().lastError());
+  const QSqlDatabase handle = connection_.Handle();
+  const QString path = QDir::toNativeSeparators(handle.databaseName());
+  if (!handle.isOpen()) {
+    return Failure(handle.lastError(), path);
   }
-  QSqlQuery query(connection_.Handle());
-  if (!query.exec(QStringLiteral("PRAGMA table_info([%1])").arg(shape_.table))) {
-    return failure(query.lastError());
-  }
+  QSqlQuery query(handle);
   QString id_type;
-  while (query.next()) {
-    columns_.append(query.value(QStringLiteral("name")).toString().toLower());
-    if (columns_.last() == QLatin1String("id")) {
-      id_type = query.value(QStringLiteral("type")).toString();
-    }
+  if (!ReadColumns(query, id_type)) {
+    return Failure(query.lastError(), path);
   }
-  if (!columns_.contains(QLatin1String("id"))) {
-    return DatabaseError{kSqlError, QStringLiteral("The file \"%1\" has no table \"%2\" with a "
-                                                   "column \"ID\".")
-                                        .arg(path, shape_.table)};
+  if (!columns_.contains(kIdColumn)) {
+    return DatabaseError{kSqlError,
+                         QStringLiteral("The file \"%1\" has no table \"%2\" with a column \"ID\".")
+                             .arg(path, shape_.table)};
   }
   // Only the plain column can be looked up in an index; a column of text has to be made a number,
   // or "10" would come before "9".
@@ -104,10 +103,30 @@ std::optional<DatabaseError> TableFile::Verify() {
              : QStringLiteral("CAST([ID] AS INTEGER)");
   is_seen_ = QStringLiteral(
       "[ID] = CAST([ID] AS INTEGER) AND CAST([ID] AS INTEGER) BETWEEN -2147483648 AND 2147483647");
-  if (!query.exec(QStringLiteral("SELECT * FROM [%1] LIMIT 1").arg(shape_.table))) {
-    return failure(query.lastError());
+  if (!query.exec(QStringLiteral("SELECT * FROM [%1] LIMIT 1").arg(shape_.table)) ||
+      !query.exec(QStringLiteral("PRAGMA page_size")) || !query.next()) {
+    return Failure(query.lastError(), path);
+  }
+  // SQLite itself sees a file that lacks whole pages, and reads what is left of the last one as
+  // zeros.
+  if (QFileInfo(handle.databaseName()).size() % query.value(0).toLongLong() != 0) {
+    return DatabaseError{kCorrupt,
+                         QStringLiteral("The end of the file \"%1\" is missing.").arg(path)};
   }
   return std::nullopt;
+}
+
+bool TableFile::ReadColumns(QSqlQuery& query, QString& id_type) {
+  if (!query.exec(QStringLiteral("PRAGMA table_info([%1])").arg(shape_.table))) {
+    return false;
+  }
+  while (query.next()) {
+    columns_.append(query.value(QStringLiteral("name")).toString().toLower());
+    if (columns_.last() == kIdColumn) {
+      id_type = query.value(QStringLiteral("type")).toString();
+    }
+  }
+  return true;
 }
 
 int TableFile::Count() const {

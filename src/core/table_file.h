@@ -47,6 +47,7 @@ class TableFile final {
   TableFile(const QString& path, const TableShape& shape);
 
   std::optional<DatabaseError> Verify();
+  bool ReadColumns(QSqlQuery& query, QString& id_type);
   QString SelectClause(const QStringList& fields) const;
   void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;
   bool Execute(QSqlQuery& query) const;

@@ -3,6 +3,7 @@
 
 #include "core/update_command.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "core/port_conflicts.h"

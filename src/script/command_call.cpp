@@ -3,7 +3,8 @@
 
 #include "script/command_call.h"
 
-#include "async/wait.h"
+#include <QPointer>
+
 #include "script/page_operations.h"
 #include "script/script_texts.h"
 
@@ -43,15 +44,20 @@ void CommandCall::LogSuccessWith(const QString& value) const {
   LogLine(Text(script_text::kSuccessfulWith) + QStringLiteral(" (") + value + QLatin1Char(')'));
 }
 
+template <typename T>
+void CommandCall::GiveUpWithRun(OneShot<T>& answer, PageHost* host) const {
+  answer.GiveUpWhen(&env.flags, &JobFlags::changed,
+                    [flags = &env.flags] { return flags->JobStopRequested(); });
+  answer.GiveUpWhen(host, &QObject::destroyed,
+                    [alive = QPointer<PageHost>(host)] { return alive.isNull(); });
+}
+
 Task<QJsonValue> CommandCall::Ask(PageCall call) const {
   call.frame = run.frame_number;
   PageHost* const host = env.browser();
   OneShot<PageAnswer> answer;
   host->Call(call, answer.Callback());
-  answer.GiveUpWhen(&env.flags, &JobFlags::changed,
-                    [flags = &env.flags] { return flags->JobStopRequested(); });
-  answer.GiveUpWhen(&env.browsers, &BrowserSet::activeChanged,
-                    [this, host] { return env.browser() != host; });
+  GiveUpWithRun(answer, host);
   const std::optional<PageAnswer> got = co_await answer;
   co_return got && got->answered ? got->value : call.if_gone;
 }
@@ -60,18 +66,15 @@ Task<> CommandCall::RunInPage(QString code) const {
   PageHost* const host = env.browser();
   OneShot<bool> ran;
   host->RunInPage(code, [done = ran.Callback()] { done(true); });
-  ran.GiveUpWhen(&env.flags, &JobFlags::changed,
-                 [flags = &env.flags] { return flags->JobStopRequested(); });
-  ran.GiveUpWhen(&env.browsers, &BrowserSet::activeChanged,
-                 [this, host] { return env.browser() != host; });
+  GiveUpWithRun(ran, host);
   co_await ran;
 }
 
 Task<bool> CommandCall::ClearCache() const {
+  PageHost* const host = env.browser();
   OneShot<bool> cleared;
-  env.browser()->ClearCache(cleared.Callback());
-  cleared.GiveUpWhen(&env.flags, &JobFlags::changed,
-                     [flags = &env.flags] { return flags->JobStopRequested(); });
+  host->ClearCache(cleared.Callback());
+  GiveUpWithRun(cleared, host);
   const std::optional<bool> done = co_await cleared;
   co_return done.value_or(false);
 }
@@ -118,7 +121,7 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
                           .WokenBy(&flags, &JobFlags::changed)
                           .AtMost(kLongWait);
     if (!soon) {
-      env.tell_wait(run.url.isEmpty() ? run.given.router_host : run.url);
+      env.tell_wait(run.given.router_host);  // the last address may show the password
       co_await Until(over)
           .WokenBy(&browsers, &BrowserSet::navigationChanged)
           .WokenBy(&flags, &JobFlags::changed);

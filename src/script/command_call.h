@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "async/task.h"
+#include "async/wait.h"
 #include "script/page_call.h"
 #include "script/run_environment.h"
 #include "script/script_line.h"
@@ -36,8 +37,11 @@ class CommandCall final {
   void LogSuccessWith(const QString& value) const;
 
   // Asks the page agent about the run's frame. What the call says for a page that is gone is the
-  // answer for one that keeps silent, too; a stop ends the silence.
+  // answer for one that keeps silent, too; a stop ends the silence. Whoever acts on the answer
+  // looks at Stopped() first.
   Task<QJsonValue> Ask(PageCall call) const;
+
+  bool Stopped() const { return env.flags.JobStopRequested(); }
 
   // Remembers where the pages stand. To be taken ahead of whatever may navigate.
   quint64 MarkPage() const { return env.browsers.Navigation().starts; }
@@ -76,6 +80,10 @@ class CommandCall final {
 
  private:
   void LogErrorBlock(ErrorBlock block) const;
+  // Ends the wait for an answer of `host` with a stop, and with the host itself. A popup that the
+  // call opens leaves the host behind it, and its answer, in place.
+  template <typename T>
+  void GiveUpWithRun(OneShot<T>& answer, PageHost* host) const;
 };
 
 // The label by which some routers list a rule: "Web [TCP/80~80]". An entry of both protocols goes

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include "async/wait.h"
 #include "script/command_table.h"
 #include "script/page_operations.h"
 #include "script/script_line.h"
@@ -48,6 +47,9 @@ std::optional<PageCall> SubmitForm(CommandCall& call) {
 // The field `position` is the time to wait as well. Whether the page loads does not matter.
 FlowResult ClickAndWait(CommandCall& call) {
   const QJsonValue result = co_await call.Ask(page_operation::ClickButton(call.run.argument));
+  if (call.Stopped()) {
+    co_return call.TakeInterruption(ErrorBlock::kAddress);
+  }
   call.LogResult(result);
   call.SetTimer(call.run.position);
   co_return co_await call.Wait(call.env.flags.script_timer_ms, ErrorBlock::kAddress);

@@ -92,10 +92,16 @@ Task<std::optional<RunEnd>> SetPortsOneOrTwoBoxes(CommandCall& call) {
   const QStringList fields = call.run.argument.split(QLatin1Char(','));
   call.run.argument = fields[0];
   const QJsonValue first = co_await call.Ask(SetElementValue(fields[0], entry.entry_start_port));
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.LogResult(first);
   if (entry.entry_start_port != entry.entry_end_port) {
     const QJsonValue second =
         co_await call.Ask(SetElementValue(fields.value(1), entry.entry_end_port));
+    if (call.Stopped()) {
+      co_return RunEnd::kStopped;
+    }
     call.LogResult(second);
   }
   co_return std::nullopt;

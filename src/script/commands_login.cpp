@@ -18,6 +18,9 @@ constexpr char kRightKey[] = "{RIGHT}";
 FlowResult SetLoginBox(CommandCall& call, QString value) {
   const QJsonValue result =
       co_await call.Ask(page_operation::SetElementValue(call.run.argument, value));
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.LogResult(result);
   call.env.browser()->SendKeys(QString::fromLatin1(kRightKey));
   co_return std::nullopt;
@@ -38,6 +41,9 @@ FlowResult SetPasswordCombineValueToName(CommandCall& call) {
   QJsonValue end_of_name = QString();
   if (!run.position.isEmpty()) {
     end_of_name = co_await call.Ask(page_operation::GetElementValue(fields.value(1)));
+    if (call.Stopped()) {
+      co_return RunEnd::kStopped;
+    }
     run.argument = InsertAt(run.argument, run.position, run.current_name) + end_of_name.toString();
   }
   co_return co_await SetLoginBox(call, run.given.password);
@@ -48,6 +54,9 @@ FlowResult SetPasswordCombineValueToName(CommandCall& call) {
 FlowResult TypeByPosition(CommandCall& call, QString position, QString keys) {
   const QJsonValue result =
       co_await call.Ask(page_operation::FocusElementByPosition(WholeNumber(position).value_or(0)));
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.LogResult(result);
   call.env.browser()->SendKeys(keys);
   co_return std::nullopt;

@@ -28,6 +28,9 @@ FlowResult AddToNav(CommandCall& call) {
   const QStringList markers = call.run.argument.split(QLatin1Char(','));
   const QJsonValue found =
       co_await call.Ask(page_operation::ExtractBetweenMarkers(markers[0], markers.value(1)));
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.env.flags.url_suffix = found.toString();
   co_return std::nullopt;
 }
@@ -56,13 +59,11 @@ FlowResult WaitUntilWords(CommandCall& call, bool wanted) {
   const QString words = call.run.argument;
   for (int rounds = 0;; ++rounds) {
     const QJsonValue found = co_await call.Ask(page_operation::PageContainsWords(words));
-    if (call.env.flags.JobStopRequested() && !call.env.flags.PageErrorPending()) {
-      co_return RunEnd::kStopped;
-    }
-    if (found.toBool() == wanted) {
+    if (!call.Stopped() && found.toBool() == wanted) {
       break;
     }
     if (const auto end = call.TakeInterruption(ErrorBlock::kWords)) {
+      call.env.tell_wait({});
       co_return end;
     }
     constexpr int kTellAfterRounds = 150;
@@ -85,6 +86,9 @@ FlowResult WaitUntilWordsNotFound(CommandCall& call) { return WaitUntilWords(cal
 FlowResult ClearCache(CommandCall& call) {
   call.LogLine(call.Text(script_text::kClearingCache));
   const bool cleared = co_await call.ClearCache();
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.LogLine(call.Text(cleared ? script_text::kCacheCleared : script_text::kClearingFailed));
   co_return std::nullopt;
 }
@@ -121,6 +125,9 @@ FlowResult Nav(CommandCall& call) {
   }
   run.url += path;
   co_await call.LetSaveEnd();
+  if (call.Stopped()) {
+    co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
+  }
   const quint64 mark = call.MarkPage();
   call.env.browser()->Navigate2(run.given.http_type + path, run.frame_name);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {
@@ -132,12 +139,18 @@ FlowResult Nav(CommandCall& call) {
 
 FlowResult NavLink(CommandCall& call) {
   const QJsonValue href = co_await call.Ask(page_operation::FindLinkByHref(call.run.argument));
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.run.url = href.toString();
   if (call.run.url.isEmpty()) {
     call.LogLine(call.Text(script_text::kLinkNotFound));
     co_return std::nullopt;
   }
   co_await call.LetSaveEnd();
+  if (call.Stopped()) {
+    co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
+  }
   const quint64 mark = call.MarkPage();
   call.env.browser()->Navigate2(call.run.url, call.run.frame_name);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {

@@ -60,7 +60,7 @@ FlowResult FindRow(CommandCall& call, bool wants_free) {
     }
     const QString field = FillTemplate(run, element);
     const QJsonValue value = co_await call.Ask(page_operation::GetElementValue(field));
-    if (call.env.flags.JobStopRequested()) {
+    if (call.Stopped()) {
       co_return RunEnd::kStopped;
     }
     run.current_name = value.toString();
@@ -89,7 +89,7 @@ FlowResult SetStringToCheck(CommandCall& call) {
     }
     const QString words = FillTemplate(run, element);
     const QJsonValue is_used = co_await call.Ask(page_operation::PageContainsWords(words));
-    if (call.env.flags.JobStopRequested()) {
+    if (call.Stopped()) {
       co_return RunEnd::kStopped;
     }
     if (!is_used.toBool()) {
@@ -104,8 +104,14 @@ FlowResult SetStringToCheck(CommandCall& call) {
 FlowResult TestCombo(CommandCall& call, QString name) {
   const PageCall question = page_operation::ComboHasOption(call.run.argument, name);
   const QJsonValue shown = co_await call.Ask(question);
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.LogLine(shown.toBool() ? QStringLiteral("True") : QStringLiteral("False"));
   const QJsonValue found = co_await call.Ask(question);
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
   call.env.flags.in_combo = found.toBool();
   co_return std::nullopt;
 }

@@ -131,7 +131,7 @@ Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
   }
   const quint64 mark = call_.MarkPage();
   const QJsonValue result = co_await call_.Ask(*question);
-  if (Stopped() && !env_.flags.PageErrorPending()) {
+  if (Stopped() && !(row.awaits_page && env_.flags.PageErrorPending())) {
     co_return RunEnd::kStopped;
   }
   call_.LogResult(result);

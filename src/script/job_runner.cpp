@@ -54,6 +54,9 @@ void JobRunner::Open() {
                      .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
                      .tell_wait = [this](const QString& what) { Q_EMIT waitingFor(what); }});
 
+  stopped_by_user_ = false;
+  flags.SetJobStopRequested(false);
+  flags.job_error_grace = 1;
   flags.SetPageErrorPending(false);
   flags.SetPageLoaded(true);
   flags.in_combo = false;

@@ -30,7 +30,8 @@ struct JobOutcome {
 // The rows are those that stand in the list when the job begins; what the user changes there later
 // belongs to the next job. The login, the options and the address are read when their turn comes.
 //
-// Open() writes the head of the log and makes the browser; Run() begins the passes. Stop() ends the
+// Open() makes the browser, writes the head of the log and forgets how the job before it ended: its
+// stop, its errors, its forgiven error. Run() begins the passes. Stop() ends the
 // job at whatever it waits for. Destroying the runner ends everything at once.
 class JobRunner final : public QObject {
   Q_OBJECT

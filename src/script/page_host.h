@@ -91,9 +91,6 @@ class PageHost : public QObject {
   void statusTextChanged(const QString& text);
   // A script of the page failed.
   void scriptError(const QString& description, const QString& url, int line);
-  // The page showed a message of its own, which was answered at once (silent mode) or is to be
-  // shown to the user.
-  void pageMessage(const QString& text);
 };
 
 using PageHostFactory = std::function<PageHost*(QObject* parent)>;

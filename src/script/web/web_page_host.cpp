@@ -25,8 +25,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kQuietTime(30);
 constexpr milliseconds kSilenceLimit(1000);  // of a page that is blocked, dead or in a dialog
+constexpr milliseconds kWorkLimit(6000);     // of a page that says that it has work in hand
 constexpr milliseconds kCacheClearing(50);   // no signal tells its end
 constexpr milliseconds kKeysLimit(250);      // of keys that no document has heard
 
@@ -142,6 +142,10 @@ void WebPageHost::OnAgentSaid(const QString& text) {
     Q_EMIT quietTold(text.section(QLatin1Char(' '), 1, 1));
     return;
   }
+  if (kind == QLatin1String("working")) {
+    Q_EMIT workTold(text.section(QLatin1Char(' '), 1, 1));
+    return;
+  }
   if (kind == QLatin1String("key")) {
     if (keys_under_way_ > 0 && --keys_under_way_ == 0) {
       AskHeld();
@@ -214,6 +218,7 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
 }
 
 void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
+  Ask(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld, [](const QVariant&) {});
   Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
 }
 
@@ -301,21 +306,24 @@ void WebPageHost::ClearCache(std::function<void(bool)> done) {
 void WebPageHost::ProveQuiet(std::function<void()> quiet) { proof_.Start(Prove(std::move(quiet))); }
 
 Task<> WebPageHost::Prove(std::function<void()> quiet) {
-  QElapsedTimer since_start;
-  since_start.start();
   const QString id = QString::number(++proofs_);
+  bool working = false;
   bool told = false;
-  const QObject listener;  // ends the connection with this frame
+  const QObject listener;  // ends the connections with this frame
   connect(this, &WebPageHost::quietTold, &listener,
           [&told, id](const QString& which) { told = told || which == id; });
+  connect(this, &WebPageHost::workTold, &listener,
+          [&working, id](const QString& which) { working = working || which == id; });
   page_->runJavaScript(QStringLiteral("quaylineProveQuiet('%1')").arg(id),
                        QWebEngineScript::ApplicationWorld);
-  co_await Until([&told] { return told; })
+  co_await Until([&] { return told || working; })
       .WokenBy(this, &WebPageHost::quietTold)
+      .WokenBy(this, &WebPageHost::workTold)
       .AtMost(kSilenceLimit);
-  const milliseconds rest = kQuietTime - milliseconds(since_start.elapsed());
-  if (rest > milliseconds(0)) {
-    co_await Sleep(rest);
+  if (working) {
+    co_await Until([&told] { return told; })
+        .WokenBy(this, &WebPageHost::quietTold)
+        .AtMost(kWorkLimit);
   }
   OneShot<bool> flushed;
   page_->runJavaScript(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,

@@ -54,6 +54,7 @@ class WebPageHost final : public PageHost {
 
  Q_SIGNALS:
   void quietTold(const QString& id);
+  void workTold(const QString& id);
 
  private:
   using PendingAnswer = std::function<void(const QVariant&)>;

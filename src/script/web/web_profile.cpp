@@ -59,6 +59,8 @@ WebProfile::WebProfile(const JobOptions& options)
 void WebProfile::InstallScripts() {
   const QString ask = Secret();
   const QString reply = Secret();
+  const QString watch_ask = Secret();
+  const QString watch_reply = Secret();
   const auto Install = [this](const QString& name, QWebEngineScript::ScriptWorldId world,
                               const QStringList& arguments) {
     QWebEngineScript script;
@@ -71,8 +73,9 @@ void WebProfile::InstallScripts() {
     engine_.scripts()->insert(script);
   };
   Install(QStringLiteral("page_agent.js"), QWebEngineScript::ApplicationWorld,
-          {beacon_, ask, reply});
+          {beacon_, ask, reply, watch_ask, watch_reply});
   Install(QStringLiteral("handler_reader.js"), QWebEngineScript::MainWorld, {ask, reply});
+  Install(QStringLiteral("page_watch.js"), QWebEngineScript::MainWorld, {watch_ask, watch_reply});
 }
 
 void WebProfile::SetLogin(const PageLogin& login) {

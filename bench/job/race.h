@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/job/child_process.h"
+#include "bench/job/process_tree.h"
+#include "bench/job/router_process.h"
+#include "core/port_entry.h"
+#include "core/records.h"
+
+namespace quayline::bench {
+
+struct RaceOptions {
+  int rows = 40;
+  int delay_ms = 0;
+  int entries = 20;
+  int rounds = 5;
+  bool verbose = false;
+  QStringList only;  // names of contenders; empty: all
+};
+
+// What one contender took.
+struct Lane {
+  QString name;
+  std::vector<double> wall_ms;
+  std::vector<double> processor_ms;
+  double exchanges = 0;  // with the router, an entry
+  TreeMemory memory;     // behind the last job
+};
+
+// Some way of doing the job, started and ready to be told.
+struct Runner {
+  QString name;
+  std::unique_ptr<ChildProcess> process;  // none for a program that is started for each job
+};
+
+// Lets all contenders do the same job on the same router, in turn and in each round in another
+// order, and looks at the router's table behind each job.
+class Race final {
+ public:
+  Race(const QString& bench_program, const RouterRecord& router, const RaceOptions& options);
+
+  // Ends the program with a sentence when a contender fails or leaves a rule out.
+  std::vector<Lane> Run();
+  // The median cost in microseconds of each single step that a contender tells of.
+  QHash<QString, double> MeasureSteps(const QString& contender);
+  // The events of one job of Quayline's.
+  QStringList Trace();
+
+ private:
+  std::vector<std::string> WordsFor(const QString& name) const;
+  void Start();
+  ChildProcess& Find(const QString& name);
+  void RunOne(Runner& runner, Lane& lane);
+  void RunWholeProgram(Lane& lane);
+  void Check(const Runner& runner, Lane& lane);
+
+  QString bench_program_;
+  RaceOptions options_;
+  QList<PortEntry> entries_;
+  QTemporaryDir folder_;
+  RouterProcess router_;
+  std::vector<Runner> runners_;
+};
+
+double Median(std::vector<double> values);
+
+}  // namespace quayline::bench

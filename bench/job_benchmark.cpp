@@ -1,0 +1,207 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "bench/job/contender.h"
+#include "bench/job/job_data.h"
+#include "bench/job/race.h"
+#include "bench/job/timeline.h"
+#include "script/web/web_engine.h"
+
+// One job on a demo router, done by Quayline's engine and by others in turn. See README.md.
+
+namespace quayline::bench {
+namespace {
+
+constexpr char kRouterFile[] = QUAYLINE_SOURCE_DIR "/bench/data/longlist.txt";
+
+struct Setting {
+  int rows;
+  int delay_ms;
+};
+constexpr Setting kSettings[] = {{40, 0}, {400, 0}, {40, 20}};
+
+void PrintLoad() {
+  QFile file(QStringLiteral("/proc/loadavg"));
+  if (file.open(QIODevice::ReadOnly)) {
+    std::printf("load of the machine: %s", file.readAll().constData());
+  }
+}
+
+void PrintLanes(const std::vector<Lane>& lanes, int entries) {
+  const auto WallOf = [&lanes](const char* name) {
+    const auto lane = std::ranges::find(lanes, QLatin1String(name), &Lane::name);
+    return lane == lanes.end() ? 0 : Median(lane->wall_ms);
+  };
+  const double calls = WallOf("playwright-calls");
+  const double scripts = WallOf("playwright-scripts");
+  const auto Ratio = [](double wall, double other) { return other > 0 ? wall / other : 0; };
+  std::printf("%-20s %9s %9s %9s %9s %9s %9s %10s %8s\n", "", "median ms", "least ms", "an entry",
+              "of calls", "of script", "cpu ms", "exchanges", "PSS MiB");
+  for (const Lane& lane : lanes) {
+    const double wall = Median(lane.wall_ms);
+    constexpr long kKibPerMib = 1024;
+    std::printf("%-20s %9.1f %9.1f %9.2f %9.3f %9.3f %9.1f %10.2f %8ld\n", qPrintable(lane.name),
+                wall, std::ranges::min(lane.wall_ms), wall / entries, Ratio(wall, calls),
+                Ratio(wall, scripts), Median(lane.processor_ms), lane.exchanges,
+                lane.memory.pss_kib / kKibPerMib);
+  }
+}
+
+void PrintSteps(Race& race) {
+  QHash<QString, double> steps = race.MeasureSteps(QStringLiteral("bare"));
+  const double trip = steps.value(QStringLiteral("round_trip"));
+  const double load = steps.value(QStringLiteral("load"));
+  std::printf("\none round trip to the page %.0f us, one load of the page %.0f us\n", trip, load);
+  std::printf("%-20s %9s %9s\n", "command", "us", "added us");
+  const QHash<QString, double> costs = race.MeasureSteps(QStringLiteral("quayline"));
+  QStringList names = costs.keys();
+  names.sort();
+  for (const QString& name : names) {
+    const double below = name == QLatin1String("nav") ? load : trip;
+    std::printf("%-20s %9.0f %9.0f\n", qPrintable(name), costs.value(name),
+                std::max(0.0, costs.value(name) - below));
+  }
+}
+
+void PrintSetting(const QString& program, const RouterRecord& router, const RaceOptions& options,
+                  bool with_steps) {
+  std::printf("\n%d entries, a page of %d rows, %d ms an answer, %d rounds\n", options.entries,
+              options.rows, options.delay_ms, options.rounds);
+  Race race(program, router, options);
+  PrintLanes(race.Run(), options.entries);
+  if (with_steps) {
+    PrintSteps(race);
+  }
+  std::fflush(stdout);
+}
+
+int DrawTimeline(const QString& program, const RouterRecord& router, RaceOptions options,
+                 const QString& file_name) {
+  options.only = QStringList{QStringLiteral("quayline")};
+  Race race(program, router, options);
+  const auto picture = TimelineSvg(race.Trace());
+  QSaveFile file(file_name);
+  if (!picture || !file.open(QIODevice::WriteOnly) || file.write(*picture) < 0 || !file.commit()) {
+    std::fprintf(stderr, "No picture: %s\n",
+                 qPrintable(picture ? file.errorString() : picture.error()));
+    return 2;
+  }
+  return 0;
+}
+
+PageView ViewOf(const QString& name) {
+  return name.endsWith(QLatin1String("-hidden"))  ? PageView::kHidden
+         : name.endsWith(QLatin1String("-stamp")) ? PageView::kStamp
+                                                  : PageView::kWindow;
+}
+
+int RunContender(const QString& name, const JobSite& site) {
+  std::unique_ptr<Contender> contender;
+  if (name == QLatin1String("http")) {
+    contender = MakeHttpContender(site);
+  } else if (name.startsWith(QLatin1String("quayline"))) {
+    contender = MakeQuaylineContender(site, ViewOf(name));
+  } else {
+    contender = MakeBareContender(site, ViewOf(name));
+  }
+  return Serve(*contender);
+}
+
+struct Arguments {
+  RaceOptions race;
+  bool one_setting = false;
+  QString contender;
+  QUrl page;
+  QString timeline;
+};
+
+Arguments ReadArguments() {
+  QCommandLineParser parser;
+  parser.addHelpOption();
+  parser.addOptions(
+      {{QStringLiteral("rounds"), QStringLiteral("Rounds of each race (5)."), QStringLiteral("N"),
+        QStringLiteral("5")},
+       {QStringLiteral("entries"), QStringLiteral("Entries of the job (20)."), QStringLiteral("N"),
+        QStringLiteral("20")},
+       {QStringLiteral("rows"), QStringLiteral("Only a page of this many rows."),
+        QStringLiteral("N"), QStringLiteral("40")},
+       {QStringLiteral("delay"), QStringLiteral("Only answers after this time."),
+        QStringLiteral("MS"), QStringLiteral("0")},
+       {QStringLiteral("only"), QStringLiteral("Only these, with commas between."),
+        QStringLiteral("NAMES")},
+       {QStringLiteral("timeline"),
+        QStringLiteral("Draws what happens during one entry, and nothing else."),
+        QStringLiteral("SVG")},
+       {QStringLiteral("verbose"), QStringLiteral("Shows what browsers complain of.")},
+       {QStringLiteral("contender"), QStringLiteral("For the program itself."),
+        QStringLiteral("NAME")},
+       {QStringLiteral("page"), QStringLiteral("Likewise."), QStringLiteral("URL")}});
+  parser.process(*QCoreApplication::instance());
+  const auto Number = [&parser](const char* name) {
+    return parser.value(QLatin1String(name)).toInt();
+  };
+  Arguments arguments;
+  arguments.race = {
+      .rows = Number("rows"),
+      .delay_ms = Number("delay"),
+      .entries = Number("entries"),
+      .rounds = Number("rounds"),
+      .verbose = parser.isSet(QStringLiteral("verbose")),
+      .only = parser.value(QStringLiteral("only")).split(QLatin1Char(','), Qt::SkipEmptyParts)};
+  arguments.one_setting =
+      parser.isSet(QStringLiteral("rows")) || parser.isSet(QStringLiteral("delay"));
+  arguments.contender = parser.value(QStringLiteral("contender"));
+  arguments.page = QUrl(parser.value(QStringLiteral("page")));
+  arguments.timeline = parser.value(QStringLiteral("timeline"));
+  return arguments;
+}
+
+int Run() {
+  const Arguments arguments = ReadArguments();
+  const auto router = ReadBenchRouter(QLatin1String(kRouterFile));
+  if (!router) {
+    std::fprintf(stderr, "%s\n", qPrintable(router.error()));
+    return 2;
+  }
+  if (!arguments.contender.isEmpty()) {
+    return RunContender(
+        arguments.contender,
+        {.page = arguments.page, .router = *router, .entries = JobEntries(arguments.race.entries)});
+  }
+  const QString program = QCoreApplication::applicationFilePath();
+  if (!arguments.timeline.isEmpty()) {
+    return DrawTimeline(program, *router, arguments.race, arguments.timeline);
+  }
+  PrintLoad();
+  if (arguments.one_setting) {
+    PrintSetting(program, *router, arguments.race, false);
+  } else {
+    for (const Setting& setting : kSettings) {
+      RaceOptions options = arguments.race;
+      options.rows = setting.rows;
+      options.delay_ms = setting.delay_ms;
+      PrintSetting(program, *router, options,
+                   &setting == &kSettings[0] && arguments.race.only.isEmpty());
+    }
+  }
+  PrintLoad();
+  return 0;
+}
+
+}  // namespace
+}  // namespace quayline::bench
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  quayline::PrepareWebEngine();
+  const QApplication application(argc, argv);
+  return quayline::bench::Run();
+}

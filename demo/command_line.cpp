@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#include "demo/command_line.h"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+
+namespace quayline::demo {
+
+namespace {
+
+constexpr int kMaxDelay = 60'000;
+constexpr int kMaxEntries = 1000;
+
+using Result = std::expected<void, QString>;
+
+// A row holds everything about an option.
+struct Option {
+  const char* name;
+  const char* value;  // how the help calls it; nothing: the option takes none
+  const char* sentence;
+  Result (*take)(const QString& value, DemoCommand& command);
+};
+
+std::expected<int, QString> Number(const QString& text, int least, int most) {
+  bool is_number = false;
+  const int number = text.toInt(&is_number);
+  if (!is_number || number < least || number > most) {
+    return std::unexpected(QStringLiteral("\"%1\" is not a number from %2 to %3.")
+                               .arg(text, QString::number(least), QString::number(most)));
+  }
+  return number;
+}
+
+Result TakePort(const QString& value, DemoCommand& command) {
+  const auto port = Number(value, 0, 65535);
+  if (!port) {
+    return std::unexpected(port.error());
+  }
+  command.options.port = static_cast<quint16>(*port);
+  return {};
+}
+
+Result TakeModel(const QString& value, DemoCommand& command) {
+  if (!FindModel(value)) {
+    return std::unexpected(QStringLiteral("There is no model \"%1\".").arg(value));
+  }
+  command.model = value;
+  return {};
+}
+
+Result TakeDelay(const QString& value, DemoCommand& command) {
+  const auto least = Number(value.section(QLatin1Char('-'), 0, 0), 0, kMaxDelay);
+  const auto most = Number(
+      value.section(QLatin1Char('-'), value.contains(QLatin1Char('-')) ? 1 : 0), 0, kMaxDelay);
+  if (!least || !most || *most < *least) {
+    return std::unexpected(QStringLiteral("\"%1\" is no delay: give milliseconds up to %2, or two "
+                                          "such numbers with \"-\" between them.")
+                               .arg(value, QString::number(kMaxDelay)));
+  }
+  command.options.delay = {std::chrono::milliseconds(*least), std::chrono::milliseconds(*most)};
+  return {};
+}
+
+Result TakeUser(const QString& value, DemoCommand& command) {
+  // The login is sent as user, colon, password, so that a colon would end the user's name.
+  if (value.contains(QLatin1Char(':'))) {
+    return std::unexpected(QStringLiteral("A user name cannot hold a colon."));
+  }
+  command.options.user = value;
+  return {};
+}
+
+Result TakePassword(const QString& value, DemoCommand& command) {
+  command.options.password = value;
+  return {};
+}
+
+Result TakeEntries(const QString& value, DemoCommand& command) {
+  const auto entries = Number(value, 1, kMaxEntries);
+  if (!entries) {
+    return std::unexpected(entries.error());
+  }
+  command.options.entries = *entries;
+  return {};
+}
+
+Result TakeCompare(const QString& value, DemoCommand& command) {
+  command.kind = DemoCommand::Kind::kCompare;
+  command.list_file = value;
+  return {};
+}
+
+Result TakeHelp(const QString&, DemoCommand& command) {
+  command.kind = DemoCommand::Kind::kHelp;
+  return {};
+}
+
+constexpr Option kOptions[] = {
+    {"--port", "N", "listen on this port of 127.0.0.1; 0, the default, takes any", TakePort},
+    {"--model", "NAME", "the router to be, see below (default formback)", TakeModel},
+    {"--delay", "MS", "milliseconds before each answer; \"0-50\" for a random time", TakeDelay},
+    {"--user", "NAME", "the login's name (default admin)", TakeUser},
+    {"--password", "WORD", "the login's password (default admin)", TakePassword},
+    {"--entries", "N", "rules that the table holds (default 20)", TakeEntries},
+    {"--compare", "LIST",
+     "compare the list file with the router on --port: 0 when every entry stands there",
+     TakeCompare},
+    {"--help", nullptr, "this text", TakeHelp},
+};
+
+// Only --port goes with --compare: the other options would be given to no purpose.
+Result CheckCompare(const DemoCommand& command, const QStringList& given) {
+  for (const QString& name : given) {
+    if (name != QLatin1String("--compare") && name != QLatin1String("--port")) {
+      return std::unexpected(QStringLiteral("%1 does not go with --compare.").arg(name));
+    }
+  }
+  if (command.options.port == 0) {
+    return std::unexpected(QStringLiteral("--compare needs the router's --port."));
+  }
+  return {};
+}
+
+}  // namespace
+
+std::expected<DemoCommand, QString> ReadCommandLine(const QStringList& arguments) {
+  DemoCommand command;
+  QStringList given;
+  for (qsizetype i = 1; i < arguments.size(); ++i) {
+    const QString name = arguments.at(i).section(QLatin1Char('='), 0, 0);
+    const bool has_value = arguments.at(i).size() > name.size();
+    const auto option = std::ranges::find_if(
+        kOptions, [&](const Option& row) { return name == QLatin1String(row.name); });
+    if (option == std::end(kOptions) || (has_value && !option->value)) {
+      return std::unexpected(QStringLiteral("\"%1\" is not understood.").arg(arguments.at(i)));
+    }
+    if (option->value && !has_value && i + 1 == arguments.size()) {
+      return std::unexpected(QStringLiteral("%1 needs a value.").arg(name));
+    }
+    const QString value = has_value        ? arguments.at(i).mid(name.size() + 1)
+                          : !option->value ? QString()
+                                           : arguments.at(++i);
+    if (const auto taken = option->take(value, command); !taken) {
+      return std::unexpected(QStringLiteral("%1: %2").arg(name, taken.error()));
+    }
+    if (command.kind == DemoCommand::Kind::kHelp) {
+      return command;
+    }
+    given.append(name);
+  }
+  if (command.kind == DemoCommand::Kind::kCompare) {
+    if (const auto sound = CheckCompare(command, given); !sound) {
+      return std::unexpected(sound.error());
+    }
+  }
+  return command;
+}
+
+QString HelpText() {
+  QString text = QStringLiteral("quayline-demo-router: a home router on loopback\n\n");
+  for (const Option& option : kOptions) {
+    const QString head = QLatin1String(option.name) + QLatin1Char(' ') +
+                         QLatin1String(option.value ? option.value : "");
+    text += QStringLiteral("  %1%2\n").arg(head.leftJustified(18), QLatin1String(option.sentence));
+  }
+  text += QStringLiteral("\nModels:\n");
+  for (const ModelInfo& model : RouterModels()) {
+    text +=
+        QStringLiteral("  %1%2\n")
+            .arg(QString::fromLatin1(model.name).leftJustified(18), QLatin1String(model.sentence));
+  }
+  return text + QStringLiteral("\nGET /__state shows the rules, POST /__reset clears them.\n");
+}
+
+}  // namespace quayline::demo

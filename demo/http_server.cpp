@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#include "demo/http_server.h"
+
+#include <QRandomGenerator>
+#include <QTcpSocket>
+#include <QTimer>
+
+namespace quayline::demo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kIdleTime = 30s;
+constexpr qint64 kReadAtOnce = qint64{64} << 10;
+constexpr qint64 kMaxUnsentBytes = qint64{4} << 20;
+constexpr int kMaxConnections = 256;
+
+// One client. Owned by the server; ends itself when the client goes.
+class Connection final : public QObject {
+ public:
+  Connection(QTcpSocket* socket, const HttpServer::Handler& handler, AnswerDelay delay,
+             QObject* owner)
+      : QObject(owner), socket_(socket), handler_(handler), delay_(delay) {
+    socket_->setParent(this);
+    socket_->setReadBufferSize(kReadAtOnce);
+    idle_.setSingleShot(true);
+    connect(&idle_, &QTimer::timeout, socket_, &QTcpSocket::abort);
+    connect(socket_, &QTcpSocket::readyRead, this, &Connection::Go);
+    connect(socket_, &QTcpSocket::bytesWritten, this, &Connection::Go);
+    connect(socket_, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+    idle_.start(kIdleTime);
+  }
+
+ private:
+  enum class State { kReading, kAnswering, kLeaving };
+
+  void Go() {
+    if (state_ == State::kLeaving) {
+      socket_->readAll();
+      return;
+    }
+    while (state_ == State::kReading && socket_->bytesToWrite() < kMaxUnsentBytes) {
+      buffer_ += socket_->readAll();
+      ParsedRequest parsed = ParseRequest(buffer_);
+      if (parsed.status == ParseStatus::kIncomplete) {
+        return;
+      }
+      idle_.start(kIdleTime);
+      if (parsed.status == ParseStatus::kRefused) {
+        Refuse(parsed.refusal);
+        return;
+      }
+      buffer_.remove(0, parsed.consumed);
+      AnswerInTime(parsed.request);
+    }
+  }
+
+  void AnswerInTime(const HttpRequest& request) {
+    state_ = State::kAnswering;
+    const auto spread = static_cast<int>((delay_.most - delay_.least).count());
+    const auto time =
+        delay_.least + std::chrono::milliseconds(QRandomGenerator::global()->bounded(spread + 1));
+    if (time == 0ms) {
+      Answer(request);
+      return;
+    }
+    idle_.stop();
+    QTimer::singleShot(time, Qt::PreciseTimer, this, [this, request] {
+      idle_.start(kIdleTime);
+      Answer(request);
+      Go();
+    });
+  }
+
+  void Answer(const HttpRequest& request) {
+    socket_->write(FormatResponse(handler_(request), request.keep_alive, request.method == "HEAD"));
+    state_ = State::kReading;
+    if (!request.keep_alive) {
+      Leave();
+    }
+  }
+
+  void Refuse(int status) {
+    HttpResponse response;
+    response.status = status;
+    response.body = "<html><body><h1>" + QByteArray::number(status) + "</h1></body></html>";
+    socket_->write(FormatResponse(response, false, false));
+    Leave();
+  }
+
+  // What the client still sends is read and thrown away until the answer is out.
+  void Leave() {
+    state_ = State::kLeaving;
+    buffer_.clear();
+    socket_->disconnectFromHost();
+  }
+
+  QTcpSocket* socket_;
+  const HttpServer::Handler& handler_;
+  AnswerDelay delay_;
+  QByteArray buffer_;
+  QTimer idle_;
+  State state_ = State::kReading;
+};
+
+}  // namespace
+
+HttpServer::HttpServer(Handler handler, AnswerDelay delay)
+    : handler_(std::move(handler)), delay_(delay) {
+  connect(&server_, &QTcpServer::newConnection, this, &HttpServer::TakeConnections);
+}
+
+std::expected<quint16, QString> HttpServer::Listen(quint16 port) {
+  if (!server_.listen(QHostAddress::LocalHost, port)) {
+    return std::unexpected(QStringLiteral("Port %1 cannot be used: %2.")
+                               .arg(QString::number(port), server_.errorString()));
+  }
+  return server_.serverPort();
+}
+
+void HttpServer::TakeConnections() {
+  while (QTcpSocket* socket = server_.nextPendingConnection()) {
+    if (children().size() >= kMaxConnections) {
+      socket->abort();
+      socket->deleteLater();
+      continue;
+    }
+    new Connection(socket, handler_, delay_, this);
+  }
+}
+
+}  // namespace quayline::demo

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTcpServer>
+
+#include <chrono>
+#include <expected>
+#include <functional>
+
+#include "demo/http_message.h"
+
+namespace quayline::demo {
+
+// How long an answer takes: a random time between both, ends included.
+struct AnswerDelay {
+  std::chrono::milliseconds least{0};
+  std::chrono::milliseconds most{0};
+};
+
+// A small HTTP/1.1 server on loopback, with keep-alive. Requests of one connection are answered in
+// their order. The handler is called when the delay is over, not before: a request whose client has
+// gone by then is dropped without effect, as a slow router drops it.
+class HttpServer final : public QObject {
+ public:
+  using Handler = std::function<HttpResponse(const HttpRequest&)>;
+
+  explicit HttpServer(Handler handler, AnswerDelay delay = {});
+
+  // Listens on 127.0.0.1 and nowhere else; port 0 takes any free one. Gives the port, or a sentence
+  // that says why not.
+  std::expected<quint16, QString> Listen(quint16 port);
+
+ private:
+  void TakeConnections();
+
+  Handler handler_;
+  AnswerDelay delay_;
+  QTcpServer server_;
+};
+
+}  // namespace quayline::demo

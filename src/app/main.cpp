@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QMessageBox>
+
+#include <cstdio>
+#include <optional>
+
+#include "core/app_context.h"
+#include "core/program_folder.h"
+#include "platform/linux/linux_adapters.h"
+#include "platform/linux/linux_desktop.h"
+#include "script/web/web_engine.h"
+#include "ui/job/frm_job_status.h"
+#include "ui/main/frm_main2.h"
+#include "ui/main/frm_splash.h"
+#include "ui/main/version.h"
+#include "ui/toolkit/theme.h"
+
+namespace quayline {
+namespace {
+
+struct Options {
+  QString data_folder;  // empty: looked for
+  bool run_update = false;
+};
+
+void NameProgram() {
+  QCoreApplication::setApplicationName(QStringLiteral("quayline"));
+  QCoreApplication::setApplicationVersion(ProgramVersion());
+  QGuiApplication::setApplicationDisplayName(QStringLiteral("Quayline"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("quayline"));
+}
+
+// Ends the process for --help, --version and options that are not known.
+Options ReadOptions() {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QStringLiteral("Opens the ports of your home router by working through its own pages."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption data(
+      QStringLiteral("data"),
+      QStringLiteral("The program's folder: settings, list and databases. Found by itself when it "
+                     "is not given."),
+      QStringLiteral("DIR"));
+  const QCommandLineOption run_update(
+      QStringLiteral("run-update"),
+      QStringLiteral("Press \"Update Router\" as soon as the main window is filled. The windows "
+                     "stay open."));
+  parser.addOption(data);
+  parser.addOption(run_update);
+  parser.process(*QCoreApplication::instance());
+  return {.data_folder = parser.value(data), .run_update = parser.isSet(run_update)};
+}
+
+// Help and version are for terminals, which may have no display for an application with windows.
+bool AsksForText(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const QByteArrayView argument(argv[i]);
+    if (argument == "--help" || argument == "-h" || argument == "--help-all" ||
+        argument == "--version" || argument == "-v") {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::expected<QString, QString> ChooseFolder(const QString& wanted) {
+  if (wanted.isEmpty()) {
+    const QString executable_folder = QCoreApplication::applicationDirPath();
+    return FindProgramFolder(executable_folder, SeedFolder(executable_folder));
+  }
+  if (!QDir(wanted).exists()) {
+    return std::unexpected(QStringLiteral("There is no folder \"%1\".").arg(wanted));
+  }
+  return QDir(wanted).absolutePath();
+}
+
+int ShowFailure(const QString& text) {
+  std::fprintf(stderr, "quayline: %s\n", qPrintable(text));
+  QMessageBox box(QMessageBox::Critical, QStringLiteral("Quayline"), text);
+  QObject::connect(&box, &QMessageBox::finished, qApp, &QCoreApplication::quit,
+                   Qt::QueuedConnection);
+  box.open();
+  QCoreApplication::exec();
+  return 2;
+}
+
+int Run(QApplication& application, const Options& options) {
+  // The main window's end is the program's, whatever else is open.
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  const Theme theme(application);
+  const auto folder = ChooseFolder(options.data_folder);
+  if (!folder) {
+    return ShowFailure(folder.error());
+  }
+  LinuxAdapters adapters;
+  LinuxDesktop desktop;
+  AppContext context(*folder, adapters, desktop);
+  WindowPrompts prompts;
+  const WindowFactory windows{.job_status = [&context, &prompts] {
+    return new FrmJobStatus(context, prompts, WebPageHosts(context.job_options));
+  }};
+  FrmMain2 main_window(context, prompts, windows);
+  QObject::connect(&main_window, &FrmMain2::closed, qApp, &QCoreApplication::quit,
+                   Qt::QueuedConnection);
+  FrmSplash splash;
+  QObject::connect(&main_window, &FrmMain2::startFailed, &splash, &QWidget::close);
+  if (options.run_update) {
+    QObject::connect(&main_window.Main(), &FrmMain::ready, &main_window.Main(),
+                     &FrmMain::UpdateRouter);
+    main_window.show();
+  } else {
+    QObject::connect(&splash, &FrmSplash::timeForMainWindow, &main_window, &QWidget::show);
+    splash.show();
+  }
+  // The main window gets ready behind the splash, which is painted first.
+  QTimer::singleShot(0, &main_window, &FrmMain2::Load);
+  const int result = QCoreApplication::exec();
+  return main_window.HasFailed() ? 1 : result;
+}
+
+}  // namespace
+}  // namespace quayline
+
+int main(int argc, char** argv) {
+  using namespace quayline;
+  NameProgram();
+  if (AsksForText(argc, argv)) {
+    const QCoreApplication application(argc, argv);
+    ReadOptions();
+    return 0;
+  }
+  PrepareWebEngine();
+  QApplication application(argc, argv);
+  return Run(application, ReadOptions());
+}

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#include "dbtool/commands.h"
+
+#include "dbtool/database_file.h"
+#include "dbtool/program_data.h"
+
+namespace quayline::dbtool {
+
+namespace {
+
+constexpr char kUsage[] = R"(quayline-dbtool: the databases of routers and programs
+
+  build DATA OUT   make OUT/routers.mdb, ports.mdb and custom.mdb out of the folder DATA
+  check DATA       say what is wrong with the folder DATA
+  dump FILE        print a database as the text that it can be built from
+)";
+
+Result Failed(const QString& error) {
+  return {.exit_code = kExitFailed, .output = {}, .error = error + QLatin1Char('\n')};
+}
+
+struct CheckedData {
+  ProgramData data;
+  QString problems;  // empty: nothing is wrong
+};
+
+CheckedData ReadChecked(const QString& folder, const ScriptLint& lint) {
+  Problems problems;
+  CheckedData checked{.data = ReadDataFolder(folder, lint, problems), .problems = {}};
+  CheckData(checked.data, problems);
+  checked.problems = FormatProblems(problems);
+  return checked;
+}
+
+Result Build(const QString& folder, const QString& out, const ScriptLint& lint) {
+  const CheckedData checked = ReadChecked(folder, lint);
+  if (!checked.problems.isEmpty()) {
+    return {.exit_code = kExitFailed, .output = {}, .error = checked.problems};
+  }
+  const auto written = WriteDatabases(checked.data, out);
+  return written ? Result() : Failed(written.error());
+}
+
+Result Check(const QString& folder, const ScriptLint& lint) {
+  const CheckedData checked = ReadChecked(folder, lint);
+  if (!checked.problems.isEmpty()) {
+    return {.exit_code = kExitFailed, .output = checked.problems, .error = {}};
+  }
+  return {.exit_code = kExitFine,
+          .output = QStringLiteral("Nothing is wrong: routers %1, programs %2.\n")
+                        .arg(checked.data.routers.size())
+                        .arg(checked.data.ports.size()),
+          .error = {}};
+}
+
+Result Dump(const QString& file) {
+  const auto text = DumpDatabase(file);
+  return text ? Result{.exit_code = kExitFine, .output = *text, .error = {}} : Failed(text.error());
+}
+
+}  // namespace
+
+Result RunCommand(const QStringList& arguments, const ScriptLint& lint) {
+  const QString command = arguments.value(0);
+  if (command == QLatin1String("build") && arguments.size() == 3) {
+    return Build(arguments.at(1), arguments.at(2), lint);
+  }
+  if (command == QLatin1String("check") && arguments.size() == 2) {
+    return Check(arguments.at(1), lint);
+  }
+  if (command == QLatin1String("dump") && arguments.size() == 2) {
+    return Dump(arguments.at(1));
+  }
+  const QString usage = QLatin1String(kUsage);
+  return command == QLatin1String("--help")
+             ? Result{.exit_code = kExitFine, .output = usage, .error = {}}
+             : Result{.exit_code = kExitUsage, .output = {}, .error = usage};
+}
+
+}  // namespace quayline::dbtool

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+
+#include "dbtool/router_text.h"
+
+namespace quayline::dbtool {
+
+inline constexpr int kExitFine = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+struct Result {
+  int exit_code = kExitFine;
+  QString output;
+  QString error;
+};
+
+// Runs "build DATA OUT", "check DATA" or "dump FILE". Build writes nothing when check would find
+// something wrong. `lint` judges the lines of the scripts; without one they pass.
+Result RunCommand(const QStringList& arguments, const ScriptLint& lint = {});
+
+}  // namespace quayline::dbtool

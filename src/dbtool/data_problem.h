@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace quayline::dbtool {
+
+// Something that is wrong in the text files, and where.
+struct DataProblem {
+  QString file;
+  int line = 1;  // counted from 1; a matter of the whole file or router stands at its first line
+  QString sentence;
+};
+
+using Problems = QList<DataProblem>;
+
+// "file:line: sentence" lines, in the order of files and lines.
+QString FormatProblems(Problems problems);
+
+}  // namespace quayline::dbtool

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#include <QCoreApplication>
+
+#include <cstdio>
+
+#include "dbtool/commands.h"
+
+namespace {
+
+// UTF-8 whatever the locale: a dump is a text file to be.
+bool Print(const QString& text, std::FILE* stream) {
+  const QByteArray bytes = text.toUtf8();
+  const auto size = static_cast<size_t>(bytes.size());
+  return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  const quayline::dbtool::Result result =
+      quayline::dbtool::RunCommand(QCoreApplication::arguments().mid(1));
+  Print(result.error, stderr);
+  if (!Print(result.output, stdout)) {
+    Print(QStringLiteral("The output cannot be written.\n"), stderr);
+    return quayline::dbtool::kExitFailed;
+  }
+  return result.exit_code;
+}

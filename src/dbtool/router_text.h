@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <span>
+
+#include "core/records.h"
+#include "dbtool/text_form.h"
+
+namespace quayline::dbtool {
+
+// A text field of a router that stands on one line of its file.
+struct RouterField {
+  const char* name;
+  QString RouterRecord::* member;
+};
+
+// One of the two scripts.
+struct RouterScript {
+  const char* name;
+  QString RouterRecord::* member;
+};
+
+std::span<const RouterField> RouterFields();
+std::span<const RouterScript> RouterScripts();
+
+// Judges one line of a script: a sentence when something is wrong with it.
+using ScriptLint = std::function<std::optional<QString>(QString line)>;
+
+// A router as a file has it, with the places of its parts.
+struct RouterSource {
+  RouterRecord record;
+  QString file;
+  int line = 1;               // where it begins
+  QHash<QString, int> lines;  // of "id", of each field and of each script's heading that is there
+};
+
+// The routers of one file. Lines that cannot be read are problems; `lint` sees every script line.
+QList<RouterSource> ReadRouters(const QList<TextLine>& lines, const QString& file,
+                                const ScriptLint& lint, Problems& problems);
+
+// The text of one router, without a separator line in front.
+QString FormatRouter(const RouterRecord& record);
+
+// The texts of all routers; from two on, each is introduced by the separator line that
+// ReadRouters() divides a file at.
+QString FormatRouters(const QList<RouterRecord>& records);
+
+}  // namespace quayline::dbtool

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "core/records.h"
+#include "dbtool/text_form.h"
+
+namespace quayline::dbtool {
+
+// Tables with one record a line, cells divided by ";". Blank lines and lines that begin with "#"
+// are skipped.
+
+template <typename Record>
+struct Sourced {
+  Record record;
+  QString file;
+  int line = 1;
+};
+
+using PortsSource = Sourced<AppPortRecord>;
+using CustomSource = Sourced<CustomPortRecord>;
+
+// id; name; short name; TCP ports; UDP ports; ports on both. Ports are a number or a range, with
+// commas between them. A line that is no record is a problem and left out.
+QList<PortsSource> ReadPorts(const QList<TextLine>& lines, const QString& file, Problems& problems);
+
+// id; name; protocol; start port; end port.
+QList<CustomSource> ReadCustom(const QList<TextLine>& lines, const QString& file,
+                               Problems& problems);
+
+// The tables with their columns aligned, under a line that names them.
+QString FormatPorts(const QList<AppPortRecord>& records);
+QString FormatCustom(const QList<CustomPortRecord>& records);
+
+}  // namespace quayline::dbtool

@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+// Knows what a page still has in hand: timers, frames of the painting, requests and pictures that
+// it waits for. A page that has nothing in hand starts no navigation of its own, and so a click can
+// be told to be over at once, while a save that the page sends by itself in a moment is waited for.
+//
+// It lives in the page's own script world, from before the page's first script, and stands in for
+// the built-ins by which a page puts work off; each does what it did. It keeps its own references:
+// what pages do to the built-ins later does not reach it.
+//
+// Work counts while the watch is armed: from the start of the document until it has first come to
+// rest, and from each act of ours until the page has come to rest behind it. What the page does
+// meanwhile counts as well. The agent says "arm", "disarm" and "count" by the event `ask`; the
+// event `reply` answers each with the number of things in hand, and comes by itself when the last
+// of them is done.
+function installPageWatch(ask, reply) {
+  'use strict';
+
+  // Timers up to this long are waited for. A document that loads often starts clocks; behind an act
+  // of ours a timer is more likely to be a save.
+  const LOAD_TIMER_MS = 50;
+  const ACT_TIMER_MS = 2500;
+  // Work that puts off work that puts off work: a clock, from here on.
+  const MAX_DEPTH = 8;
+  // The answer to a fetch is there before its text is.
+  const FETCHED_TEXT_MS = 20;
+
+  const apply = Reflect.apply;
+  const send = document.dispatchEvent.bind(document);
+  const Answer = CustomEvent;
+  const global = window;
+  const evaluate = global.eval;
+  const listen = EventTarget.prototype.addEventListener;
+  const defineProperty = Object.defineProperty;
+  const getDescriptor = Object.getOwnPropertyDescriptor;
+  const native = {
+    setTimeout: global.setTimeout,
+    clearTimeout: global.clearTimeout,
+    setInterval: global.setInterval,
+    clearInterval: global.clearInterval,
+    requestAnimationFrame: global.requestAnimationFrame,
+    cancelAnimationFrame: global.cancelAnimationFrame,
+    requestIdleCallback: global.requestIdleCallback,
+    fetch: global.fetch,
+    send: XMLHttpRequest.prototype.send,
+    then: Promise.prototype.then,
+  };
+
+  let armed = true;
+  let longestTimer = LOAD_TIMER_MS;
+  let depth = 0;  // of the work that runs now
+  let count = 0;
+  const inHand = Object.create(null);  // by kind and number: true
+
+  function tellCount() {
+    send(new Answer(reply, {detail: String(count)}));
+  }
+
+  function take(key) {
+    if (!inHand[key]) {
+      inHand[key] = true;
+      count += 1;
+    }
+  }
+
+  function drop(key) {
+    if (inHand[key]) {
+      delete inHand[key];
+      count -= 1;
+      if (count === 0) {
+        tellCount();
+      }
+    }
+  }
+
+  document.addEventListener(ask, (event) => {
+    switch (event.detail) {
+      case 'arm':
+        armed = true;
+        longestTimer = ACT_TIMER_MS;
+        break;
+      case 'disarm':
+        armed = false;
+        break;
+      default:
+    }
+    tellCount();
+  });
+
+  // Runs put-off work as what it is: one step deeper than the work that put it off.
+  function runDeeper(level, work, self, args) {
+    const before = depth;
+    depth = level;
+    try {
+      return typeof work === 'function' ? apply(work, self, args) : evaluate(String(work));
+    } finally {
+      depth = before;
+    }
+  }
+
+  function counts() {
+    return armed && depth < MAX_DEPTH;
+  }
+
+  function replaceTimer(name, clearName) {
+    const start = native[name];
+    const clear = native[clearName];
+    global[name] = function(work, delay, ...args) {
+      const time = Number(delay) || 0;
+      if (!counts() || time > longestTimer || work === undefined) {
+        return apply(start, global, arguments);
+      }
+      const level = depth + 1;
+      let key = '';
+      const id = apply(start, global, [function() {
+        try {
+          return runDeeper(level, work, global, args);
+        } finally {
+          drop(key);
+        }
+      }, delay]);
+      key = 't' + id;
+      take(key);
+      return id;
+    };
+    global[clearName] = function(id) {
+      drop('t' + id);
+      return apply(clear, global, arguments);
+    };
+  }
+  replaceTimer('setTimeout', 'clearTimeout');
+  replaceTimer('setInterval', 'clearInterval');
+
+  let frames = 0;
+  function replaceFrameRequest(name) {
+    const request = native[name];
+    if (typeof request !== 'function') {
+      return;
+    }
+    global[name] = function(work, ...rest) {
+      // A page that is not painted gets no frames.
+      if (!counts() || document.visibilityState !== 'visible') {
+        return apply(request, global, arguments);
+      }
+      const level = depth + 1;
+      frames += 1;
+      const key = 'f' + frames;
+      take(key);
+      return apply(request, global, [function(...args) {
+        try {
+          return runDeeper(level, work, global, args);
+        } finally {
+          drop(key);
+        }
+      }, ...rest]);
+    };
+  }
+  replaceFrameRequest('requestAnimationFrame');
+  replaceFrameRequest('requestIdleCallback');
+
+  let requests = 0;
+  XMLHttpRequest.prototype.send = function() {
+    if (counts()) {
+      requests += 1;
+      const key = 'x' + requests;
+      take(key);
+      apply(listen, this, ['loadend', () => drop(key)]);
+      try {
+        return apply(native.send, this, arguments);
+      } catch (error) {
+        drop(key);
+        throw error;
+      }
+    }
+    return apply(native.send, this, arguments);
+  };
+
+  global.fetch = function() {
+    const answer = apply(native.fetch, global, arguments);
+    if (counts()) {
+      requests += 1;
+      const key = 'r' + requests;
+      take(key);
+      const finish = () => apply(native.setTimeout, global, [() => drop(key), FETCHED_TEXT_MS]);
+      apply(native.then, answer, [finish, finish]);
+    }
+    return answer;
+  };
+
+  // Pictures and scripts that a page fetches for what it does when they arrive.
+  let resources = 0;
+  for (const prototype of [HTMLImageElement.prototype, HTMLScriptElement.prototype]) {
+    const source = getDescriptor(prototype, 'src');
+    defineProperty(prototype, 'src', {
+      configurable: true,
+      enumerable: true,
+      get: source.get,
+      set(address) {
+        if (counts() && longestTimer === ACT_TIMER_MS) {
+          resources += 1;
+          const key = 's' + resources;
+          take(key);
+          const finish = () => drop(key);
+          apply(listen, this, ['load', finish]);
+          apply(listen, this, ['error', finish]);
+        }
+        apply(source.set, this, [address]);
+      },
+    });
+  }
+}

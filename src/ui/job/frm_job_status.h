@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+#include "script/job_runner.h"
+#include "ui/toolkit/prompts.h"
+
+class QPlainTextEdit;
+
+namespace Ui {
+class FrmJobStatus;
+}
+
+namespace quayline {
+
+// The window of a job: the router's pages as the job works through them, its log, what the browser
+// says. The job begins half a second after the window opened, and ends with it at the latest. The
+// window deletes itself when it is closed.
+class FrmJobStatus final : public QWidget {
+  Q_OBJECT
+
+ public:
+  FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactory make_host);
+  ~FrmJobStatus() override;
+
+  const JobRunner& Job() const { return *runner_; }
+
+ Q_SIGNALS:
+  // The job is over, the window is still open.
+  void jobEnded();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void ConnectLog();
+  void ConnectProgress();
+  void ConnectButtons();
+  void ShowHost(PageHost* host);
+  void ShowEntry(int row, int rows, const QString& app_name);
+  void ShowWait(const QString& what);
+  void ShowEnd();
+  void Stop();
+  QString OutcomeText() const;
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  Prompts& prompts_;
+  std::unique_ptr<Ui::FrmJobStatus> ui_;
+  std::unique_ptr<JobRunner> runner_;
+  QTimer timer1_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+#include "core/app_context.h"
+#include "core/port_totals.h"
+#include "core/update_command.h"
+#include "ui/main/list_commands.h"
+#include "ui/main/router_list_model.h"
+#include "ui/main/router_selection.h"
+#include "ui/main/start_up.h"
+#include "ui/toolkit/prompts.h"
+
+namespace Ui {
+class FrmMain;
+}
+
+namespace quayline {
+
+// The windows that the main window opens, made by whoever knows them.
+struct WindowFactory {
+  // A job window on the current list and router, which starts by itself when it is shown.
+  std::function<QWidget*()> job_status;
+};
+
+// The main window's content, held by FrmMain2: router, login, port list and the one button. It
+// shows the session and the list, stores each change of a field, and hands everything else to its
+// logic classes.
+class FrmMain final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  FrmMain(AppContext& context, Prompts& prompts, WindowFactory windows, QWidget* parent);
+  ~FrmMain() override;
+
+  // Does the first half of the start and arms the timers. The error has to be shown by the caller,
+  // who ends the program.
+  std::expected<void, QString> Load();
+  // Ends what the window runs, its timers, and the job window. Called once, at the end.
+  void Unload();
+
+  // As pressing "Update Router".
+  void UpdateRouter();
+  const PortTotals& Totals() const { return totals_; }
+
+ Q_SIGNALS:
+  // Everything that starts later is filled in.
+  void ready();
+  void exitRequested();
+
+ private:
+  void DressUp();
+  void ConnectRouter();
+  void ConnectLogin();
+  void ConnectList();
+  void ConnectAdvancedMenu();
+  void ConnectWebPages();
+  void ConnectStartUp();
+  void SetTimers();
+  void SetInputsEnabled(bool enabled);
+
+  void SelectRouterRow(int row);
+  void ShowStoredFields(const StoredFields& fields);
+  void ShowPicture(RouterPicture state, const QImage& picture);
+  void ShowMaxEntries();
+  void ShowTotals();
+  void ShowLocalIp();
+  void ShowListMenu(const QPoint& position);
+  void OnRouterIpChanged(const QString& typed);
+  void OpenPage(const QUrl& page);
+  void KeepRowSelected();
+  int SelectedRow() const;
+  void ShowRefusal(const UpdateVerdict& verdict);
+  void ShowJob();
+  void Tell(std::initializer_list<Message> texts);
+  void Store(const char* key, const QString& value);
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  Prompts& prompts_;
+  WindowFactory windows_;
+  std::unique_ptr<Ui::FrmMain> ui_;
+  RouterListModel routers_;
+  RouterSelection selection_;
+  ListCommands list_;
+  StartUp start_up_;
+  PortTotals totals_;
+  QTimer timer1_;        // the slow half of the start
+  QTimer timer3_;        // totals
+  QTimer timer_get_ip_;  // local address
+  QPointer<QWidget> job_status_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/main/frm_main2.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace quayline {
+
+FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
+    : prompts_(prompts), main_(new FrmMain(context, prompts, std::move(windows), this)) {
+  setObjectName(QStringLiteral("FrmMain2"));
+  setWindowTitle(QStringLiteral("Quayline"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(main_);
+  connect(main_, &FrmMain::exitRequested, this, &QWidget::close);
+}
+
+void FrmMain2::Load() {
+  const auto loaded = main_->Load();
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  resize(sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
+  move(screen.center() - rect().center());
+  if (!loaded) {
+    failed_ = true;
+    Q_EMIT startFailed();
+    prompts_.Tell(this, loaded.error(), [this] { close(); });
+  }
+}
+
+void FrmMain2::closeEvent(QCloseEvent* event) {
+  hide();
+  main_->Unload();
+  // Boxes and other windows go as well; each lets go of what it runs.
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (QWidget* window : windows) {
+    if (window != this) {
+      window->close();
+    }
+  }
+  event->accept();
+  Q_EMIT closed();
+}
+
+}  // namespace quayline

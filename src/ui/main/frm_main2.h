@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+#include "ui/main/frm_main.h"
+
+namespace quayline {
+
+// The main window as the desktop sees it: frame, title, place on the screen. It holds FrmMain, and
+// closing it ends the program.
+class FrmMain2 final : public QWidget {
+  Q_OBJECT
+
+ public:
+  FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows);
+
+  // Gets everything ready, so that showing it is the last step. When the program cannot go on, it
+  // says why, and closes when that has been read.
+  void Load();
+
+  FrmMain& Main() { return *main_; }
+  // True when the start failed.
+  bool HasFailed() const { return failed_; }
+
+ Q_SIGNALS:
+  void startFailed();
+  // Everything is closed: the program's end.
+  void closed();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  Prompts& prompts_;
+  FrmMain* main_;
+  bool failed_ = false;
+};
+
+}  // namespace quayline

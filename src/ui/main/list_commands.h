@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPersistentModelIndex>
+
+#include <functional>
+
+#include "core/app_context.h"
+#include "core/port_list_file.h"
+#include "ui/toolkit/prompts.h"
+
+namespace quayline {
+
+// What the user does with the port list as a whole: remove, save, open. Each change is written to
+// "list.qyl" at once, so there is never anything unsaved. Asks through Prompts in front of
+// `window`, which owns it.
+class ListCommands final : public QObject {
+  Q_OBJECT
+
+ public:
+  ListCommands(AppContext& context, Prompts& prompts, QWidget* window);
+
+  // The list of the last run. A missing file makes an empty one; a file that cannot be read is left
+  // alone, so that nothing is lost by looking at it.
+  void LoadAtStart();
+  // Asks and removes. A row that the list does not have is ignored.
+  void Remove(int row);
+  void RemoveAll();
+  void SaveAs();
+  // Replaces the list and makes the opened one the working list. A file that cannot be read changes
+  // nothing.
+  void Open();
+  // Writes "list.qyl". To be called behind every change of the rows that is meant to stay.
+  void Keep();
+
+ Q_SIGNALS:
+  // The rows were read or written: columns and totals are due.
+  void listWritten();
+
+ private:
+  void OpenFile(const QString& file);
+  void SaveFile(const QString& file);
+  QString WorkingFile() const { return context_.FileInFolder("list.qyl"); }
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  Prompts& prompts_;
+  QWidget* window_;
+  bool told_of_failure_ = false;  // once a run is enough
+};
+
+}  // namespace quayline

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/main/router_list_model.h"
+
+namespace quayline {
+
+void RouterListModel::Reset(const QString& placeholder) {
+  beginResetModel();
+  rows_ = {RouterName{.id = 0, .name = placeholder}};
+  endResetModel();
+}
+
+void RouterListModel::SetPlaceholder(const QString& placeholder) {
+  if (!rows_.isEmpty()) {
+    rows_.first().name = placeholder;
+    Q_EMIT dataChanged(index(0), index(0));
+  }
+}
+
+void RouterListModel::Append(const QList<RouterName>& routers) {
+  if (routers.isEmpty()) {
+    return;
+  }
+  const int first = static_cast<int>(rows_.size());
+  beginInsertRows({}, first, first + static_cast<int>(routers.size()) - 1);
+  rows_ += routers;
+  endInsertRows();
+}
+
+int RouterListModel::RouterId(int row) const {
+  return row >= 0 && row < rows_.size() ? rows_.at(row).id : 0;
+}
+
+int RouterListModel::Find(const QString& name) const {
+  if (name.isEmpty()) {
+    return -1;
+  }
+  for (int row = 0; row < rows_.size(); ++row) {
+    if (rows_.at(row).name.compare(name, Qt::CaseInsensitive) == 0) {
+      return row;
+    }
+  }
+  return -1;
+}
+
+int RouterListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant RouterListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= rows_.size()) {
+    return {};
+  }
+  if (role == Qt::DisplayRole || role == Qt::EditRole) {
+    return rows_.at(index.row()).name;
+  }
+  return role == Qt::UserRole ? QVariant(rows_.at(index.row()).id) : QVariant();
+}
+
+}  // namespace quayline

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractListModel>
+#include <QList>
+
+#include "core/databases.h"
+
+namespace quayline {
+
+// The routers to choose from. Row 0 is a placeholder without a router (id 0); the others follow in
+// the order in which they are appended.
+class RouterListModel final : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  explicit RouterListModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
+
+  // Starts anew with nothing but the placeholder.
+  void Reset(const QString& placeholder);
+  void SetPlaceholder(const QString& placeholder);
+  void Append(const QList<RouterName>& routers);
+
+  int RouterCount() const { return std::max<int>(0, static_cast<int>(rows_.size()) - 1); }
+  QString Placeholder() const { return rows_.isEmpty() ? QString() : rows_.first().name; }
+  // 0 for the placeholder and for rows that are not there.
+  int RouterId(int row) const;
+  // The first row of exactly this name in any case, or -1. An empty name is never found.
+  int Find(const QString& name) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+ private:
+  QList<RouterName> rows_;
+};
+
+}  // namespace quayline

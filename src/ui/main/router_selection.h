@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QObject>
+
+#include "async/flow.h"
+#include "core/app_context.h"
+
+namespace quayline {
+
+enum class RouterPicture {
+  kLogo,     // no router is selected
+  kWaiting,  // the picture is being fetched
+  kPicture   // the router's picture, which may be missing
+};
+
+// What choosing a router does: its row fills the session, its picture is shown, its name is stored.
+// The picture is fetched in the background; another choice, or the end of the owner, ends that.
+class RouterSelection final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit RouterSelection(AppContext& context, QObject* parent = nullptr);
+  ~RouterSelection() override;
+
+  // The row `index` of the list was chosen, a router with the key `id`. The placeholder (index 0)
+  // and a name that is not in the list (below 0) only bring the logo back: login, limits and
+  // scripts of the router before them stay.
+  void Select(int index, int id, const QString& name);
+
+ Q_SIGNALS:
+  // The session holds another router's login, limits and scripts.
+  void routerRead();
+  void pictureChanged(quayline::RouterPicture state, const QImage& picture);
+
+ private:
+  Task<> ShowRouter(QString name);
+  QImage ReadStoredPicture() const;
+  Task<> FetchPicture();
+  QString PictureFile() const { return context_.FileInFolder("router.jpg"); }
+
+  AppContext& context_;
+  bool first_picture_pending_ = true;  // the first choice shows the picture of the last run
+  Flow flow_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractButton>
+#include <QBasicTimer>
+#include <QGroupBox>
+#include <QPixmap>
+#include <QPushButton>
+#include <QTreeView>
+
+namespace quayline {
+
+// A group of controls on a quiet panel, with its title above them.
+class Card final : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  explicit Card(QWidget* parent = nullptr);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void MakeRoomForTitle();
+};
+
+// The one button of a window that does what the window is for, in the accent colour.
+class PrimaryButton final : public QPushButton {
+  Q_OBJECT
+
+ public:
+  explicit PrimaryButton(QWidget* parent = nullptr);
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+// A text that is clicked like a link; it underlines itself under the mouse and with the focus, and
+// is reached and pressed by the keyboard like a button.
+class LinkLabel final : public QAbstractButton {
+  Q_OBJECT
+
+ public:
+  explicit LinkLabel(QWidget* parent = nullptr);
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+};
+
+// A bar that moves while something of unknown length goes on. It takes no time while it is hidden.
+class AnimationBar final : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit AnimationBar(QWidget* parent = nullptr);
+  void SetMoving(bool moving);
+  bool IsMoving() const { return moving_; }
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void UpdateTimer();
+
+  QBasicTimer timer_;
+  int step_ = 0;
+  bool moving_ = false;
+};
+
+// A picture, made smaller where it does not fit. Without one it says so.
+class PictureView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit PictureView(QWidget* parent = nullptr);
+  void SetPicture(const QImage& picture);
+  void SetEmptyText(const QString& text);
+  const QImage& Picture() const { return picture_; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QImage picture_;
+  QString empty_text_;
+};
+
+// A list of rows that says what to do while it has none.
+class HintedList final : public QTreeView {
+  Q_OBJECT
+
+ public:
+  explicit HintedList(QWidget* parent = nullptr);
+  void SetEmptyHint(const QString& title, const QString& text);
+  // Each column as wide as its header and its longest text, the last one to the edge.
+  void SizeColumns();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QString hint_title_;
+  QString hint_text_;
+};
+
+// Leaves turns of the mouse wheel over `control` without effect.
+void IgnoreWheel(QWidget* control);
+
+}  // namespace quayline

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/toolkit/prompts.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include "ui/toolkit/theme.h"
+
+namespace quayline {
+
+namespace {
+
+constexpr int kIconSize = 40;
+
+QMessageBox* MakeBox(QWidget* window, QMessageBox::Icon icon, const QString& title,
+                     const QString& text, QMessageBox::StandardButtons buttons) {
+  auto* box = new QMessageBox(icon, title, text, buttons, window);
+  // Messages quote what the user typed and what pages sent: none of it is markup.
+  box->setTextFormat(Qt::PlainText);
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box->setIconPixmap(
+      ThemeIcon(icon == QMessageBox::Question ? QStringLiteral("help") : QStringLiteral("info"),
+                QPalette::Link)
+          .pixmap(QSize(kIconSize, kIconSize), box->devicePixelRatioF()));
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  return box;
+}
+
+QString ProgramTitle() { return QStringLiteral("Quayline"); }
+
+void OpenFileDialog(QWidget* window, const FileQuestion& question,
+                    QFileDialog::AcceptMode accept_mode, QFileDialog::FileMode file_mode,
+                    std::function<void(const QString& file)> chosen) {
+  auto* dialog = new QFileDialog(window, question.title, QString(), question.filter);
+  dialog->setAcceptMode(accept_mode);
+  dialog->setFileMode(file_mode);
+  dialog->setDefaultSuffix(question.default_suffix);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  QObject::connect(dialog, &QFileDialog::fileSelected, window, std::move(chosen),
+                   Qt::QueuedConnection);
+  dialog->open();
+}
+
+}  // namespace
+
+void WindowPrompts::Tell(QWidget* window, const QString& text, std::function<void()> closed) {
+  QMessageBox* box =
+      MakeBox(window, QMessageBox::Information, ProgramTitle(), text, QMessageBox::Ok);
+  QObject::connect(box, &QMessageBox::finished, window, std::move(closed), Qt::QueuedConnection);
+  box->open();
+}
+
+void WindowPrompts::Notify(QWidget* window, const QString& text) {
+  QMessageBox* box =
+      MakeBox(window, QMessageBox::Information, ProgramTitle(), text, QMessageBox::Ok);
+  box->setWindowModality(Qt::NonModal);
+  box->show();
+}
+
+void WindowPrompts::Ask(QWidget* window, const QString& title, const QString& text,
+                        std::function<void(bool yes)> answered) {
+  QMessageBox* box =
+      MakeBox(window, QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No);
+  box->setDefaultButton(QMessageBox::Yes);
+  box->setEscapeButton(QMessageBox::No);
+  QObject::connect(
+      box, &QMessageBox::finished, window,
+      [answer = std::move(answered)](int button) { answer(button == QMessageBox::Yes); },
+      Qt::QueuedConnection);
+  box->open();
+}
+
+void WindowPrompts::AskSaveFile(QWidget* window, const FileQuestion& question,
+                                std::function<void(const QString& file)> chosen) {
+  OpenFileDialog(window, question, QFileDialog::AcceptSave, QFileDialog::AnyFile,
+                 std::move(chosen));
+}
+
+void WindowPrompts::AskOpenFile(QWidget* window, const FileQuestion& question,
+                                std::function<void(const QString& file)> chosen) {
+  OpenFileDialog(window, question, QFileDialog::AcceptOpen, QFileDialog::ExistingFile,
+                 std::move(chosen));
+}
+
+}  // namespace quayline

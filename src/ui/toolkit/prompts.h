@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace quayline {
+
+// What a file dialog offers.
+struct FileQuestion {
+  QString title;
+  QString filter;          // as QFileDialog reads it
+  QString default_suffix;  // without a dot; put behind a name that has none
+};
+
+// Everything that a window asks of the user in a box of its own. Nothing here waits: the answer
+// comes through a callback, once, from the event loop. When `window` is destroyed first, its boxes
+// go with it and the callback never comes. Tests put a double in its place that answers in advance.
+class Prompts {
+ public:
+  virtual ~Prompts() = default;
+
+  // A message with the button OK, in front of `window`, which is held until it is answered.
+  virtual void Tell(QWidget* window, const QString& text, std::function<void()> closed) = 0;
+  void Tell(QWidget* window, const QString& text) {
+    Tell(window, text, [] {});
+  }
+  // A message beside a window that goes on working.
+  virtual void Notify(QWidget* window, const QString& text) = 0;
+  // Yes or No; a box that is closed otherwise answers No.
+  virtual void Ask(QWidget* window, const QString& title, const QString& text,
+                   std::function<void(bool yes)> answered) = 0;
+  // The chosen file; the callback does not come when the dialog is cancelled. A save dialog has
+  // asked already whether an existing file may be replaced.
+  virtual void AskSaveFile(QWidget* window, const FileQuestion& question,
+                           std::function<void(const QString& file)> chosen) = 0;
+  virtual void AskOpenFile(QWidget* window, const FileQuestion& question,
+                           std::function<void(const QString& file)> chosen) = 0;
+};
+
+// The real boxes. They are titled "Quayline" unless the question brings its own title.
+class WindowPrompts final : public Prompts {
+ public:
+  using Prompts::Tell;
+  void Tell(QWidget* window, const QString& text, std::function<void()> closed) override;
+  void Notify(QWidget* window, const QString& text) override;
+  void Ask(QWidget* window, const QString& title, const QString& text,
+           std::function<void(bool yes)> answered) override;
+  void AskSaveFile(QWidget* window, const FileQuestion& question,
+                   std::function<void(const QString& file)> chosen) override;
+  void AskOpenFile(QWidget* window, const FileQuestion& question,
+                   std::function<void(const QString& file)> chosen) override;
+};
+
+}  // namespace quayline

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QObject>
+#include <QPalette>
+
+class QApplication;
+
+namespace quayline {
+
+// The accent on top of the system's palette: a deep harbour blue-green, lighter where the palette
+// is dark. It follows a palette that changes while the program runs. One object, owned by main().
+class Theme final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit Theme(QApplication& application);
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void Apply();
+
+  QApplication& application_;
+  bool applying_ = false;
+};
+
+bool IsDark(const QPalette& palette);
+// `share` of `over` (0 to 1) on `under`.
+QColor Mixed(const QColor& under, const QColor& over, qreal share);
+
+// An icon of icons/<name>.svg, drawn at any size in the palette's colour of `role` at that moment.
+QIcon ThemeIcon(const QString& name, QPalette::ColorRole role = QPalette::ButtonText);
+// The program's logo in its own colours.
+QIcon ProgramLogo();
+
+}  // namespace quayline

@@ -1,0 +1,277 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "core/databases.h"
+
+#include <QElapsedTimer>
+#include <QSqlQuery>
+
+#include <gtest/gtest.h>
+
+#include "core/files.h"
+#include "core/sql_connection.h"
+#include "core/test_databases.h"
+
+namespace quayline {
+namespace {
+
+using testing::MakeTestDatabases;
+using testing::ReadBytes;
+using testing::RouterTable;
+using testing::WriteBytes;
+
+QString U(const char* text) { return QString::fromUtf8(text); }
+
+RouterRecord Router(int id, const char* name) {
+  RouterRecord record;
+  record.id = id;
+  record.routername = U(name);
+  return record;
+}
+
+class DatabasesTest : public ::testing::Test {
+ protected:
+  QString Path(const char* name) const { return folder_.filePath(U(name)); }
+  std::expected<void, DatabaseError> Open() { return databases_.Open(folder_.path()); }
+  bool Run(const char* file, const char* statement) {
+    const SqlConnection connection(Path(file), SqlAccess::kReadWrite);
+    return QSqlQuery(connection.Handle()).exec(U(statement));
+  }
+  // Names of all routers, read in steps of `step`.
+  QString Names(int step) const {
+    QStringList names;
+    int after = std::numeric_limits<int>::min();
+    constexpr qsizetype kMany = 20'000;  // A step that does not move on must fail, not hang.
+    for (auto page = databases_.RouterNames(after, step); !page.isEmpty() && names.size() < kMany;
+         page = databases_.RouterNames(after, step)) {
+      for (const RouterName& router : page) {
+        names.append(router.name);
+      }
+      after = page.last().id;
+    }
+    return names.join(QLatin1Char(' '));
+  }
+
+  QTemporaryDir folder_;
+  Databases databases_;
+};
+
+TEST_F(DatabasesTest, AFileThatCannotServeIsNamedAndNothingStaysOpen) {
+  const QByteArray jet_head("\0\1\0\0Standard Jet DB\0", 20);
+  const struct {
+    const char* fault;
+    const char* file;
+    std::function<void(const QString&)> spoil;
+  } rows[] = {
+      {"missing", "custom.mdb", [](const QString& path) { QFile::remove(path); }},
+      {"a folder", "ports.mdb",
+       [](const QString& path) { QFile::remove(path) && QDir().mkpath(path); }},
+      {"garbage", "routers.mdb",
+       [](const QString& path) { WriteBytes(path, QByteArray("not a database ").repeated(500)); }},
+      {"empty", "ports.mdb", [](const QString& path) { WriteBytes(path, {}); }},
+      {"cut", "routers.mdb",
+       [](const QString& path) { WriteBytes(path, ReadBytes(path).first(5000)); }},
+      {"without its table", "custom.mdb",
+       [this](const QString&) { Run("custom.mdb", "ALTER TABLE custom RENAME TO other"); }},
+      {"without its key", "custom.mdb",
+       [this](const QString&) { Run("custom.mdb", "ALTER TABLE custom RENAME ID TO number"); }},
+      {"the head of a Jet file alone", "routers.mdb",
+       [&](const QString& path) { WriteBytes(path, jet_head); }},
+  };
+  for (const auto& row : rows) {
+    QDir(Path("ports.mdb")).removeRecursively();
+    ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "A")}));
+    ASSERT_TRUE(Open()) << row.fault;
+    databases_.Close();
+    row.spoil(Path(row.file));
+    const QByteArray spoiled = ReadBytes(Path(row.file));
+    const auto opened = Open();
+    ASSERT_FALSE(opened) << row.fault;
+    EXPECT_NE(opened.error().number, 0) << row.fault;
+    EXPECT_TRUE(opened.error().description.contains(Path(row.file))) << row.fault;
+    EXPECT_FALSE(databases_.IsOpen());
+    EXPECT_EQ(databases_.RouterCount(), 0);
+    EXPECT_EQ(ReadBytes(Path(row.file)), spoiled) << row.fault;
+  }
+}
+
+TEST_F(DatabasesTest, EveryFieldComesBackUnderItsName) {
+  const RouterRecord router = {20,        U("name"),   U("user"), U("pass"), U("no"),
+                               U("yes"),  U("16"),     U("100"),  U("1"),    U("65535"),
+                               U("a\\b"), U("x\r\ny"), U("Ж\"'")};
+  const AppPortRecord ports = {2, U("app"), U("short"), U("1-2"), U("3-4"), U("5-6")};
+  const CustomPortRecord custom = {9, U("c"), U("TCP/UDP"), U("7"), U("8")};
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {router}, {ports}, {custom}));
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(databases_.FindRouter(20), router);
+  EXPECT_EQ(databases_.FindRouter(21), std::nullopt);
+  EXPECT_EQ(databases_.AppPorts(), QList{ports});
+  EXPECT_EQ(databases_.CustomPorts(), QList{custom});
+}
+
+TEST_F(DatabasesTest, TablesOfAnotherShapeAreRead) {
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
+  const struct {
+    const char* fault;
+    const char* create;
+    const char* names;
+  } rows[] = {
+      {"IDs of text", "ID TEXT, routername TEXT, more BLOB", "nine ten"},
+      {"no type at all", "id, RouterName, more", "nine ten"},
+      {"no key", "ID LONG INTEGER, routername VARCHAR(255), more TEXT", "nine ten"},
+  };
+  for (const auto& row : rows) {
+    QFile::remove(Path("routers.mdb"));
+    ASSERT_TRUE(Run("routers.mdb",
+                    qPrintable(QStringLiteral("CREATE TABLE Routers(%1)").arg(U(row.create)))));
+    ASSERT_TRUE(
+        Run("routers.mdb",
+            "INSERT INTO routers VALUES ('10','ten',NULL), ('abc','bad',''), (NULL,'bad',''),"
+            "(9,'nine',''), ('','bad',''), (1.5,'bad',''), (3000000000,'bad','')"));
+    ASSERT_TRUE(Open()) << row.fault;
+    EXPECT_EQ(databases_.RouterCount(), 2) << row.fault;
+    EXPECT_EQ(Names(1), U(row.names)) << row.fault;
+    EXPECT_EQ(databases_.FindRouter(10), Router(10, "ten")) << row.fault;
+    EXPECT_TRUE(databases_.FindRouter(9)) << row.fault;
+  }
+}
+
+TEST_F(DatabasesTest, NamesComeInStepsInTheOrderOfTheirIds) {
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(7, "c"), Router(-5, "a"), Router(1000, "e"),
+                                                 Router(8, "d"), Router(1, "b")}));
+  ASSERT_TRUE(Open());
+  for (const int step : {1, 2, 5, 100}) {
+    EXPECT_EQ(Names(step), U("a b c d e")) << step;
+  }
+  EXPECT_TRUE(databases_.RouterNames(0, 0).isEmpty());
+  EXPECT_TRUE(databases_.RouterNames(0, -1).isEmpty());
+}
+
+TEST_F(DatabasesTest, AWriteThatFailsLeavesTheOldScripts) {
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "A")}));
+  ASSERT_TRUE(Open());
+  EXPECT_TRUE(databases_.UpdateRouterScripts(1, U("new"), {}));
+  EXPECT_FALSE(databases_.UpdateRouterScripts(2, U("x"), U("x")));
+  {
+    const SqlConnection other(Path("routers.mdb"), SqlAccess::kReadWrite);
+    QSqlQuery query(other.Handle());
+    ASSERT_TRUE(query.exec(U("BEGIN EXCLUSIVE")));
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(databases_.UpdateRouterScripts(1, U("x"), U("x")));
+    EXPECT_LT(timer.elapsed(), 3000);
+  }
+  databases_.Close();
+  {
+    const testing::ReadOnlyFolder folder(folder_.path());
+    ASSERT_TRUE(Open());
+    EXPECT_FALSE(databases_.UpdateRouterScripts(1, U("x"), U("x")));
+    EXPECT_FALSE(databases_.AddCustomPort({}));
+    EXPECT_EQ(databases_.FindRouter(1)->routercommands, U("new"));
+    databases_.Close();
+  }
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(databases_.FindRouter(1)->routercommands, U("new"));
+}
+
+TEST_F(DatabasesTest, AProgramThatTheUserEntersGetsTheNextId) {
+  const CustomPortRecord old = {40, U("old"), U("UDP"), U("1"), U("2")};
+  CustomPortRecord added = {40, U("new"), U("TCP"), U("3"), U("4")};
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, {}, {old}));
+  ASSERT_TRUE(Open());
+  EXPECT_TRUE(databases_.AddCustomPort(added));
+  EXPECT_TRUE(databases_.AddCustomPort({}));
+  added.id = 41;
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(databases_.CustomPorts(), (QList<CustomPortRecord>{old, added, {42, {}, {}, {}, {}}}));
+}
+
+TEST_F(DatabasesTest, FilesCanBeReplacedWhileClosed) {
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "old")}));
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(Names(9), U("old"));
+  databases_.Close();
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "new")}));
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(Names(9), U("new"));
+}
+
+TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
+  const QByteArray jet = ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
+  ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet));
+  for (int opening = 0; opening < 2; ++opening) {
+    const auto opened = Open();
+    ASSERT_TRUE(opened) << qPrintable(opened.error().description);
+    EXPECT_EQ(Names(1), U("Grüße Ж Harbour 20"));
+    const RouterRecord long_script = *databases_.FindRouter(20);
+    EXPECT_EQ(ScriptLines(long_script.routercommands).size(), 1500);
+    EXPECT_TRUE(long_script.routercommands.endsWith(U("\r\nnav=page1499.htm")));
+    EXPECT_EQ(long_script.routerpic, U("a\\b.jpg"));
+    EXPECT_EQ(databases_.FindRouter(3)->routermaxentries, QString());
+    EXPECT_EQ(ReadBytes(Path("routers.mdb.jet")), jet);
+  }
+  EXPECT_EQ(testing::Names(folder_.path()).size(), 4) << "temporary files stay behind";
+  const SqlConnection connection(Path("routers.mdb"), SqlAccess::kReadOnly);
+  QSqlQuery query(connection.Handle());
+  ASSERT_TRUE(
+      query.exec(U("SELECT (SELECT remark FROM routers WHERE ID = 20) || "
+                   "group_concat(note) FROM notes WHERE ID = 1")));
+  ASSERT_TRUE(query.next());
+  EXPECT_EQ(query.value(0).toString(), U("keptfirst,second"));
+}
+
+TEST_F(DatabasesTest, ADamagedJetFileStaysAsItIs) {
+  const QByteArray jet = ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
+  for (qsizetype size = 20; size < jet.size(); size += 2038) {
+    ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet.first(size)));
+    if (const auto opened = Open(); !opened) {
+      EXPECT_TRUE(opened.error().description.contains(Path("routers.mdb"))) << size;
+      EXPECT_EQ(ReadBytes(Path("routers.mdb")), jet.first(size)) << size;
+    } else {
+      ADD_FAILURE() << "a file cut at " << size << " was taken as whole";
+    }
+  }
+}
+
+TEST_F(DatabasesTest, AJetFileStaysWhereThereIsNoRoomToConvertIt) {
+  const QByteArray jet = ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
+  ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet));
+  for (const rlim_t room : {0, 4096, 20'000, 90'000}) {
+    std::expected<void, DatabaseError> opened;
+    {
+      const testing::FullDisk disk(room);
+      opened = Open();
+    }
+    ASSERT_FALSE(opened) << room;
+    EXPECT_TRUE(opened.error().description.contains(Path("routers.mdb"))) << room;
+    EXPECT_EQ(ReadBytes(Path("routers.mdb")), jet) << room;
+    EXPECT_EQ(testing::Names(folder_.path()).size(), 3) << room;
+  }
+  EXPECT_TRUE(Open());
+}
+
+TEST_F(DatabasesTest, TenThousandRoutersDoNotHoldTheWindow) {
+  QList<RouterRecord> routers;
+  for (int id = 1; id <= 10'000; ++id) {
+    routers.append(Router(id, "Harbour"));
+    routers.last().routercommands = QString(4096, QLatin1Char('x'));
+  }
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), routers));
+  QElapsedTimer timer;
+  timer.start();
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(databases_.RouterCount(), 10'000);
+  const qint64 opened = timer.restart();
+  EXPECT_EQ(Names(100).count(U("Harbour")), 10'000);
+  const qint64 listed = timer.elapsed();
+  EXPECT_LT(opened, 500);
+  EXPECT_LT(listed, 1000);  // Steps that each walk the table take ten times that.
+  RecordProperty("opened_ms", static_cast<int>(opened));
+  RecordProperty("listed_ms", static_cast<int>(listed));
+}
+
+}  // namespace
+}  // namespace quayline

@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/fake_page_host.h"
+
+#include <QJsonDocument>
+
+#include <algorithm>
+
+#include "script/page_operations.h"
+
+namespace quayline::testing {
+
+namespace {
+
+constexpr QLatin1String kSettleCheck("ReadMarkupState");
+
+QString Shown(const QJsonValue& value) {
+  if (value.isString()) {
+    return value.toString();
+  }
+  const QString in_brackets =
+      QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
+  return in_brackets.mid(1, in_brackets.size() - 2);
+}
+
+QString Line(const PageCall& call) {
+  QStringList arguments;
+  for (const QJsonValue& argument : call.arguments) {
+    arguments.append(Shown(argument));
+  }
+  QString line =
+      call.operation + QLatin1Char('(') + arguments.join(QStringLiteral(", ")) + QLatin1Char(')');
+  if (call.frame != 0) {
+    line += QStringLiteral(" in frame %1").arg(call.frame);
+  }
+  return line;
+}
+
+QJsonValue DefaultAnswer(const PageCall& call) {
+  const bool reports_its_result = call.if_gone.isString() && !call.if_gone.toString().isEmpty();
+  return reports_its_result ? QJsonValue(QString::fromLatin1(page_result::kSuccessful))
+                            : call.if_gone;
+}
+
+}  // namespace
+
+PageHostFactory FakePages::Factory() {
+  return [this](QObject* parent) -> PageHost* {
+    hosts_.removeAll(nullptr);
+    hosts_.append(new FakePageHost(*this, static_cast<int>(hosts_.size()), parent));
+    return hosts_.last();
+  };
+}
+
+FakePageHost& FakePages::Host(int number) const { return *hosts_.at(number); }
+
+void FakePages::Record(FakePageHost& host, const QString& call, const Reaction& otherwise) {
+  calls.append(host.number_ == 0 ? call : QStringLiteral("popup %1: ").arg(host.number_) + call);
+  const auto named = std::ranges::find_if(
+      reactions_, [&call](const auto& reaction) { return call.startsWith(reaction.first); });
+  if (named != reactions_.end()) {
+    named->second(host);
+  } else if (otherwise) {
+    otherwise(host);
+  }
+}
+
+bool FakePages::IsSilentOn(const QString& call) const {
+  return std::ranges::any_of(silent_,
+                             [&call](const QString& start) { return call.startsWith(start); });
+}
+
+QJsonValue FakePages::NextAnswer(const PageCall& call, const QString& line) {
+  for (auto each = answers_.begin(); each != answers_.end(); ++each) {
+    if (line.startsWith(each.key())) {
+      return each->size() > 1 ? each->takeFirst() : each->first();
+    }
+  }
+  return DefaultAnswer(call);
+}
+
+FakePageHost::FakePageHost(FakePages& pages, int number, QObject* parent)
+    : PageHost(parent), pages_(pages), number_(number) {}
+
+void FakePageHost::Navigate2(const QString& url, const QString& target_frame) {
+  const QString frame =
+      target_frame.isEmpty() ? QString() : QStringLiteral(" in frame ") + target_frame;
+  pages_.Record(*this, QStringLiteral("nav ") + url + frame,
+                [](FakePageHost& host) { host.LoadPage(); });
+}
+
+void FakePageHost::Refresh2() {
+  pages_.Record(*this, QStringLiteral("refresh"), [](FakePageHost& host) { host.LoadPage(); });
+}
+
+void FakePageHost::StopNavigation() { pages_.Record(*this, QStringLiteral("stop"), {}); }
+
+void FakePageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
+  const QString line = Line(call);
+  if (call.operation == kSettleCheck) {
+    ++pages_.settle_reads;
+  } else {
+    pages_.Record(*this, line, {});
+  }
+  if (!pages_.IsSilentOn(line)) {
+    const QJsonValue value = pages_.NextAnswer(call, line);
+    Later([answer = std::move(answer), value] { answer({.answered = true, .value = value}); });
+  }
+}
+
+void FakePageHost::RunInPage(const QString& code, std::function<void()> done) {
+  const QString line = QStringLiteral("run ") + code;
+  pages_.Record(*this, line, {});
+  if (!pages_.IsSilentOn(line)) {
+    Later(std::move(done));
+  }
+}
+
+void FakePageHost::SendKeys(const QString& keys) {
+  pages_.Record(*this, QStringLiteral("keys ") + keys, {});
+}
+
+void FakePageHost::ClearCache(std::function<void(bool)> done) {
+  const QString line = QStringLiteral("clear cache");
+  pages_.Record(*this, line, {});
+  if (!pages_.IsSilentOn(line)) {
+    Later([done = std::move(done), cleared = pages_.clears_cache] { done(cleared); });
+  }
+}
+
+void FakePageHost::ProveQuiet(std::function<void()> quiet) {
+  // Behind whatever the call before has set going.
+  Later([this, quiet = std::move(quiet)] { Later(quiet); });
+}
+
+void FakePageHost::BeginNavigation() {
+  ++navigation_.starts;
+  navigation_.busy = true;
+  Q_EMIT navigationChanged();
+  Q_EMIT beforeNavigate();
+}
+
+void FakePageHost::EndNavigation() {
+  navigation_.busy = false;
+  Q_EMIT navigationChanged();
+  Q_EMIT documentComplete();
+}
+
+void FakePageHost::FailNavigation(const QString& url, int status) {
+  navigation_.busy = false;
+  Q_EMIT navigationChanged();
+  Q_EMIT navigateError(url, status);
+}
+
+void FakePageHost::LoadPage() {
+  Later([this] {
+    BeginNavigation();
+    Later([this] { EndNavigation(); });
+  });
+}
+
+void FakePageHost::LoadBrokenPage(const QString& url, int status) {
+  Later([this, url, status] {
+    BeginNavigation();
+    Later([this, url, status] { FailNavigation(url, status); });
+  });
+}
+
+FakePageHost& FakePageHost::OpenPopup() {
+  auto* popup = static_cast<FakePageHost*>(pages_.Factory()(nullptr));
+  Q_EMIT newWindow(popup);
+  return *popup;
+}
+
+void FakePageHost::CloseWindow() { Q_EMIT windowClosing(); }
+
+void FakePageHost::Later(std::function<void()> move) {
+  QMetaObject::invokeMethod(this, std::move(move), Qt::QueuedConnection);
+}
+
+}  // namespace quayline::testing

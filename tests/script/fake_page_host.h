@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QPointer>
+#include <QStringList>
+
+#include <functional>
+#include <utility>
+
+#include "script/page_host.h"
+
+namespace quayline::testing {
+
+class FakePageHost;
+
+// The pages of one test: what its browsers were told, in order, one readable line a call, and what
+// they say and do in return. Lives longer than the browsers.
+//
+//   SetElementValue(rule_name, Web, false)      ClickButton(Save) in frame 2
+//   nav http://router/page.htm                  nav http://router/page.htm in frame main
+//   refresh     run save()     keys {RIGHT}     clear cache     stop
+//
+// A call of a popup has "popup 1: " in front: the number is that of the browser among the living.
+// The settle check's calls are counted, not recorded.
+class FakePages final {
+ public:
+  using Reaction = std::function<void(FakePageHost&)>;
+
+  PageHostFactory Factory();
+
+  // The answers to calls that begin with `call`, one after the other; the last one stays. Without
+  // any, operations answer as on a page that holds every box and no words, values or options.
+  void Answer(const QString& call, const QList<QJsonValue>& answers) { answers_[call] = answers; }
+  // The page never answers a call that begins so, as a page that hangs.
+  void KeepSilentOn(const QString& call) { silent_.append(call); }
+  // What else happens when a call that begins with `call` comes in, ahead of its answer. It takes
+  // the place of the page load that `nav` and `refresh` lead to otherwise.
+  void On(const QString& call, Reaction reaction) {
+    reactions_.append({call, std::move(reaction)});
+  }
+
+  FakePageHost& Host(int number) const;
+  int HostCount() const { return static_cast<int>(hosts_.size()); }
+
+  QStringList calls;
+  QList<PageLogin> logins;
+  int settle_reads = 0;
+  bool clears_cache = true;
+
+ private:
+  friend FakePageHost;
+
+  void Record(FakePageHost& host, const QString& call, const Reaction& otherwise);
+  bool IsSilentOn(const QString& call) const;
+  QJsonValue NextAnswer(const PageCall& call, const QString& line);
+
+  QHash<QString, QList<QJsonValue>> answers_;
+  QStringList silent_;
+  QList<std::pair<QString, Reaction>> reactions_;
+  QList<QPointer<FakePageHost>> hosts_;
+};
+
+// A browser that loads nothing: it records what it is told, and moves only as the test says. All
+// its answers come from the event loop.
+class FakePageHost final : public PageHost {
+  Q_OBJECT
+
+ public:
+  FakePageHost(FakePages& pages, int number, QObject* parent);
+
+  void Navigate2(const QString& url, const QString& target_frame) override;
+  void Refresh2() override;
+  void StopNavigation() override;
+  void SetLogin(const PageLogin& login) override { pages_.logins.append(login); }
+  void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override;
+  void RunInPage(const QString& code, std::function<void()> done) override;
+  void SendKeys(const QString& keys) override;
+  void ClearCache(std::function<void(bool)> done) override;
+  NavigationState Navigation() const override { return navigation_; }
+  void ProveQuiet(std::function<void()> quiet) override;
+
+  // The page's own moves. Each happens at once and raises what the real browser raises.
+  void BeginNavigation();
+  void EndNavigation();
+  void FailNavigation(const QString& url, int status);
+  // One navigation, begun and ended in two turns of the event loop.
+  void LoadPage();
+  // The same, ended by an error.
+  void LoadBrokenPage(const QString& url, int status);
+  FakePageHost& OpenPopup();
+  void CloseWindow();
+
+  // Runs `move` in a later turn of the event loop, unless the browser is gone by then.
+  void Later(std::function<void()> move);
+
+ private:
+  FakePages& pages_;
+  const int number_;
+  NavigationState navigation_;
+
+  friend FakePages;
+};
+
+}  // namespace quayline::testing

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "async/flow.h"
+#include "core/job_flags.h"
+#include "core/router_session.h"
+#include "i18n/translator.h"
+#include "script/browser_set.h"
+#include "script/fake_page_host.h"
+#include "script/interpreter.h"
+#include "script/job_log.h"
+
+namespace quayline::testing {
+
+QStringList Lines(const std::vector<const char*>& lines);
+
+// One run of the interpreter in a window that is not there: script text in, page calls and log out.
+// The entry is number 1 of 1: "Web", TCP, 80 to 90, for 192.168.1.100 (FrontDesk).
+class ScriptRig final {
+ public:
+  ScriptRig();
+
+  // Runs the lines to their end. Nothing: they have not ended in time.
+  std::optional<RunEnd> Run(const QStringList& lines,
+                            std::chrono::milliseconds limit = std::chrono::seconds(20));
+  // Begins them, to be ended by what the test does next.
+  void Start(const QStringList& lines);
+  bool IsRunning() const { return flow_.IsRunning(); }
+  std::optional<RunEnd> End() const { return end_; }
+
+  // What the commands logged, without the head, the steps and the separators.
+  QStringList Results() const;
+
+  RunArguments entry;
+  JobFlags flags;
+  JobOptions options{.silent_mode = true, .throttle = false, .debug_mode = false};
+  JobLog log;
+  FakePages pages;
+  BrowserSet browsers;
+  QStringList order;  // what the window was told, with the log's steps between
+  QStringList waits;  // what the window was told of long waits
+
+ private:
+  Task<> RunToEnd();
+
+  Translator translator_{QString()};
+  RunEnvironment environment_;
+  std::optional<RunEnd> end_;
+  Flow flow_;
+};
+
+// Script text in, page calls and log out. `results` are ScriptRig::Results().
+struct ScriptCase {
+  const char* fault;
+  std::vector<const char*> script;
+  std::vector<const char*> calls;
+  std::vector<const char*> results;
+  std::function<void(ScriptRig&)> prepare;
+  RunEnd end = RunEnd::kAllLinesDone;
+};
+
+void CheckScripts(const std::vector<ScriptCase>& cases);
+
+}  // namespace quayline::testing

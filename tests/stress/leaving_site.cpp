@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "stress/leaving_site.h"
+
+#include <QUrlQuery>
+
+namespace quayline::stress {
+
+namespace {
+
+using demo::HttpRequest;
+using demo::HttpResponse;
+
+// A form that posts the save, for pages whose button only sets it off.
+#define FORM "<form method=post action='@SAVE@'></form>"
+#define SCRIPT(code) "<script>var saving=document.forms[0];" code "</script>"
+#define GO(code) FORM "<input type=button name=go onclick=\"" code "\">" SCRIPT("")
+
+}  // namespace
+
+const std::vector<WayOut>& WaysOut() {
+  using enum Leaves;
+  static const std::vector<WayOut> ways{
+      {"submit button", kForNextPage,
+       "<form method=post action='@SAVE@'><input type=submit name=go></form>"},
+      {"form.submit()", kForNextPage, GO("saving.submit()")},
+      {"link", kForNextPage, "<a href='@SAVE@' name=go>go</a>"},
+      {"location =", kForNextPage, GO("location='@SAVE@'")},
+      {"location.replace", kForNextPage, GO("location.replace('@SAVE@')")},
+      {"javascript: link", kForNextPage,
+       FORM "<a name=go href='javascript:document.forms[0].submit()'>go</a>"},
+      {"confirm, then submit", kForNextPage, GO("if(confirm('Save?'))saving.submit()")},
+      {"listener", kForNextPage,
+       FORM
+       "<input type=button name=go>" SCRIPT("document.getElementsByName('go')[0].addEventListener('"
+                                            "click',function(){saving.submit()})")},
+      {"timer of 0", kForNextPage, GO("setTimeout(function(){saving.submit()},0)")},
+      {"timer with text", kForNextPage, GO("setTimeout('saving.submit()',0)")},
+      {"timer in a timer", kForNextPage,
+       GO("setTimeout(function(){setTimeout(function(){saving.submit()},0)},0)")},
+      {"timer of 10 ms", kForNextPage, GO("setTimeout(function(){saving.submit()},10)")},
+      {"timer of 120 ms", kForNextPage, GO("setTimeout(function(){saving.submit()},120)")},
+      {"javascript: link, timer", kForNextPage,
+       FORM "<a name=go href='javascript:void "
+            "setTimeout(function(){document.forms[0].submit()},0)'>go</a>"},
+      {"interval", kForNextPage,
+       GO("var i=setInterval(function(){clearInterval(i);saving.submit()},15)")},
+      {"animation frame", kForNextPage, GO("requestAnimationFrame(function(){saving.submit()})")},
+      {"two animation frames", kForNextPage,
+       GO("requestAnimationFrame(function(){requestAnimationFrame(function(){saving.submit()})})")},
+      {"promise", kForNextPage, GO("Promise.resolve().then(function(){saving.submit()})")},
+      {"promise, then timer", kForNextPage,
+       GO("Promise.resolve().then(function(){setTimeout(function(){saving.submit()},5)})")},
+      {"message to itself", kForNextPage,
+       FORM "<input type=button name=go onclick=\"postMessage(1,'*')\">" SCRIPT(
+           "onmessage=function(){saving.submit()}")},
+      {"message channel", kForNextPage,
+       GO("var c=new MessageChannel;c.port1.onmessage=function(){saving.submit()};"
+          "c.port2.postMessage(1)")},
+      {"change of #", kForNextPage,
+       FORM "<input type=button name=go onclick=\"location.hash='saving'\">" SCRIPT(
+           "onhashchange=function(){saving.submit()}")},
+      {"request, then submit", kForNextPage,
+       GO("var r=new XMLHttpRequest;r.open('GET','/check');r.onload=function(){saving.submit()};"
+          "r.send()")},
+      {"request, then timer", kForNextPage,
+       GO("var r=new XMLHttpRequest;r.open('GET','/check');r.onreadystatechange=function(){"
+          "if(r.readyState==4)setTimeout(function(){saving.submit()},10)};r.send()")},
+      {"fetch, then submit", kForNextPage,
+       GO("fetch('/check').then(function(r){return r.text()}).then(function(){saving.submit()})")},
+      {"picture, then submit", kForNextPage,
+       GO("var p=new Image;p.onerror=p.onload=function(){saving.submit()};p.src='/check'")},
+      {"script, then submit", kForNextPage,
+       GO("var s=document.createElement('script');s.onload=function(){saving.submit()};"
+          "s.src='/check.js';document.body.appendChild(s)")},
+      {"frame, then submit", kForNextPage,
+       GO("document.getElementById('f').onload=function(){saving.submit()};"
+          "document.getElementById('f').src='/check'") "<iframe id=f></iframe>"},
+      {"save into a frame", kInBackground,
+       "<form method=post target=f action='@SAVE@&answer=ok'><input type=submit name=go></form>"
+       "<iframe name=f></iframe>"},
+      {"save by request", kInBackground,
+       GO("var r=new XMLHttpRequest;r.open('POST','@SAVE@&answer=ok');r.send('x=1')")},
+      {"save by fetch", kInBackground, GO("fetch('@SAVE@&answer=ok',{method:'POST',body:'x'})")},
+      {"save by picture", kInBackground, GO("new Image().src='@SAVE@&answer=ok'")},
+      {"answer 204", kInBackground,
+       "<form method=post action='@SAVE@&answer=204'><input type=submit name=go></form>"},
+      {"answer is a file", kInBackground,
+       "<form method=post action='@SAVE@&answer=file'><input type=submit name=go></form>"},
+      {"wait page, refresh by markup", kForNextPage,
+       "<form method=post action='@SAVE@&answer=meta'><input type=submit name=go></form>"},
+      {"wait page, refresh by header", kForNextPage,
+       "<form method=post action='@SAVE@&answer=header'><input type=submit name=go></form>"},
+      {"wait page, onload", kForNextPage,
+       "<form method=post action='@SAVE@&answer=onload'><input type=submit name=go></form>"},
+      {"wait page, timer", kForNextPage,
+       "<form method=post action='@SAVE@&answer=timer'><input type=submit name=go></form>"},
+      {"redirect", kForNextPage,
+       "<form method=post action='@SAVE@&answer=redirect'><input type=submit name=go></form>"},
+      {"nothing", kNotAtAll, GO("void 0")},
+      {"submit that the page refuses", kNotAtAll,
+       "<form method=post action='@SAVE@' onsubmit='return false'><input type=submit "
+       "name=go></form>"},
+      {"clock that starts", kNotAtAll, GO("setInterval(function(){},3000)")},
+  };
+  return ways;
+}
+
+LeavingSite::LeavingSite(demo::AnswerDelay delay)
+    : server_([this](const HttpRequest& request) { return Answer(request); }, delay),
+      port_(server_.Listen(0).value_or(0)) {}
+
+QString LeavingSite::PagePath(int way, int number) {
+  return QStringLiteral("page?way=%1&number=%2").arg(way).arg(number);
+}
+
+HttpResponse LeavingSite::Answer(const HttpRequest& request) {
+  const QUrlQuery query(QString::fromUtf8(request.query));
+  const int way = query.queryItemValue(QStringLiteral("way")).toInt();
+  const int number = query.queryItemValue(QStringLiteral("number")).toInt();
+  if (request.path == QLatin1String("/save")) {
+    saved_.insert({way, number});
+    const QString answer = query.queryItemValue(QStringLiteral("answer"));
+    const QByteArray next = "/" + PagePath(way, number).toUtf8();
+    if (answer == QLatin1String("ok")) {
+      return {.body = "<p>saved"};
+    }
+    if (answer == QLatin1String("204")) {
+      return {.status = 204};
+    }
+    if (answer == QLatin1String("file")) {
+      return {.content_type = "application/octet-stream",
+              .headers = {{"Content-Disposition", "attachment; filename=x.bin"}},
+              .body = "x"};
+    }
+    if (answer == QLatin1String("redirect")) {
+      return demo::RedirectTo(next);
+    }
+    if (answer == QLatin1String("meta")) {
+      return {.body = "<meta http-equiv=refresh content='0;url=" + next + "'>Please wait"};
+    }
+    if (answer == QLatin1String("header")) {
+      return {.headers = {{"Refresh", "0;url=" + next}}, .body = "Please wait"};
+    }
+    if (answer == QLatin1String("onload")) {
+      return {.body = "<body onload=\"location='" + next + "'\">Please wait"};
+    }
+    if (answer == QLatin1String("timer")) {
+      return {.body = "<body onload=\"setTimeout(function(){location='" + next +
+                      "'},20)\">Please wait"};
+    }
+  } else if (request.path != QLatin1String("/page")) {
+    return {.content_type = "text/javascript", .body = "1"};
+  }
+  QByteArray markup = WaysOut()[static_cast<size_t>(way)].markup;
+  markup.replace("@SAVE@",
+                 QStringLiteral("/save?way=%1&number=%2").arg(way).arg(number + 1).toUtf8());
+  return {.body = "<!DOCTYPE html><title>page</title><body><input name=number value=" +
+                  QByteArray::number(number) + ">" + markup};
+}
+
+}  // namespace quayline::stress

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "stress/navigation_stress.h"
+
+#include <gtest/gtest.h>
+
+#include "script/web/web_engine.h"
+#include "test_main.h"
+
+extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
+
+namespace quayline::stress {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(NavigationStress, NoSaveIsLostAndNoWaitEndsEarlyOrNever) {
+  const JobOptions options;
+  QList<WayResult> results;
+  ASSERT_TRUE(testing::RunTask(RunStress(WebPageHosts(options), {}, &results), 200s))
+      << "hung behind " << results.size() << " ways";
+  for (const WayResult& result : results) {
+    EXPECT_EQ(result.lost, 0) << result.way->name;
+    EXPECT_EQ(result.early, 0) << result.way->name;
+    EXPECT_EQ(result.failed, 0) << result.way->name;
+  }
+}
+
+}  // namespace
+}  // namespace quayline::stress

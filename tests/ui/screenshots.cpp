@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+// Renders every window to a picture: quayline_screenshots FOLDER light|dark. The scale is that of
+// QT_SCALE_FACTOR. scripts/screenshots.sh takes all of them.
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QStyleFactory>
+#include <QTimer>
+
+#include <cstdio>
+
+#include "async/flow.h"
+#include "async/wait.h"
+#include "ui/job/frm_job_status.h"
+#include "ui/main/frm_about.h"
+#include "ui/main/frm_main2.h"
+#include "ui/main/frm_splash.h"
+#include "ui/toolkit/theme.h"
+#include "window_doubles.h"
+
+namespace quayline::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+QPalette DarkPalette() {
+  const QColor window(0x2b, 0x2d, 0x30);
+  const QColor base(0x1f, 0x21, 0x23);
+  const QColor text(0xe6, 0xe8, 0xea);
+  const QColor faint(0x80, 0x85, 0x8a);
+  QPalette palette(QColor(0x3b, 0x3e, 0x42), window);
+  palette.setColor(QPalette::Base, base);
+  palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2b));
+  palette.setColor(QPalette::Text, text);
+  palette.setColor(QPalette::WindowText, text);
+  palette.setColor(QPalette::ButtonText, text);
+  palette.setColor(QPalette::PlaceholderText, faint);
+  palette.setColor(QPalette::ToolTipBase, base);
+  palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::Disabled, QPalette::Light, base);  // the shadow of disabled menu items
+  for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, faint);
+  }
+  return palette;
+}
+
+// A page as a router of the plain kind shows it.
+QWidget* MakePage() {
+  auto* page = new QLabel(QStringLiteral(
+      "<h2 style='color:#234'>Port Forwarding</h2><table border=1 cellpadding=4 cellspacing=0>"
+      "<tr bgcolor='#dde6ee'><th>Name</th><th>Address</th><th>Start</th><th>End</th></tr>"
+      "<tr><td>Ftp</td><td>192.168.1.10</td><td>21</td><td>21</td></tr>"
+      "<tr><td>Game</td><td>192.168.1.20</td><td>6881</td><td>6889</td></tr></table>"));
+  page->setStyleSheet(QStringLiteral("background: white; color: black; padding: 16px"));
+  page->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  return page;
+}
+
+QImage MakeRouterPicture() {
+  QImage picture(320, 200, QImage::Format_RGB32);
+  picture.fill(QColor(0xf4, 0xf6, 0xf7));
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(0x46, 0x4c, 0x52));
+  painter.drawRoundedRect(40, 110, 240, 56, 10, 10);
+  painter.drawRect(70, 30, 8, 84);
+  painter.drawRect(242, 30, 8, 84);
+  painter.setBrush(QColor(0x7f, 0xd6, 0xc8));
+  for (int i = 0; i < 6; ++i) {
+    painter.drawEllipse(66 + 24 * i, 132, 10, 10);
+  }
+  return picture;
+}
+
+class Photographer final {
+ public:
+  Photographer(QString folder, QString palette)
+      : folder_(std::move(folder)), palette_(std::move(palette)) {
+    QList<QStringList> routers;
+    for (int i = 1; i <= 1200; ++i) {
+      routers.append(RouterRow(i, QStringLiteral("Harbour HB-%1").arg(i), QStringLiteral("admin")));
+    }
+    program_.WriteDatabases(routers);
+    program_.WriteFile("settings.ini",
+                       "[main]\r\nrouter=Harbour HB-600\r\nrouterip=192.168.1.1\r\n"
+                       "routerusername=admin\r\nrouterpassword=tea for two\r\n");
+    MakeRouterPicture().save(program_.Path("router.jpg"));
+  }
+
+  Task<> TakeAll() {
+    co_await TakeSplash();
+    co_await TakeMain(QStringLiteral("main_empty"));
+    program_.WriteFile("list.qyl",
+                       "Ftp|192.168.1.10(FrontDesk)|21|21|TCP|File server\r\n"
+                       "Game|192.168.1.20()|6881|6889|TCP/UDP|Game night\r\n"
+                       "Voice|192.168.1.30(Kitchen)|5060|5061|UDP|Telephone\r\n"
+                       "Web|192.168.1.10(FrontDesk)|8080|8080|TCP|Home page\r\n");
+    co_await TakeMain(QStringLiteral("main"));
+    co_await TakeJob();
+  }
+
+ private:
+  void Save(QWidget& window, const QString& name) {
+    const QString scale = QString::number(qRound(window.devicePixelRatioF()));
+    const QString file = QStringLiteral("%1/%2_%3_%4x.png").arg(folder_, name, palette_, scale);
+    if (!window.grab().save(file)) {
+      std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+      failed_ = true;
+    }
+  }
+
+  Task<> TakeSplash() {
+    FrmSplash splash;
+    splash.show();
+    co_await Sleep(600ms);
+    Save(splash, QStringLiteral("splash"));
+  }
+
+  Task<> TakeMain(QString name) {
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    WindowPrompts prompts;
+    FrmMain2 window(context, prompts, {});
+    window.Load();
+    window.show();
+    bool is_ready = false;
+    QObject::connect(&window.Main(), &FrmMain::ready, &window, [&] { is_ready = true; });
+    co_await Until([&] { return is_ready; }).WokenBy(&window.Main(), &FrmMain::ready);
+    co_await Sleep(600ms);
+    Save(window, name);
+    if (name != QLatin1String("main")) {
+      co_return;
+    }
+    for (const char* menu_name :
+         {"menuFile", "menutools", "menuAdvanced", "menuhelp", "menuExtras", "menurightclick"}) {
+      auto* menu = window.findChild<QMenu*>(QLatin1String(menu_name));
+      menu->popup(window.mapToGlobal(QPoint(40, 40)));
+      co_await Sleep(50ms);
+      Save(*menu, QLatin1String(menu_name));
+      menu->close();
+    }
+    FrmAbout* about = new FrmAbout(&window);
+    about->open();
+    co_await Sleep(50ms);
+    Save(*about, QStringLiteral("about"));
+    about->close();
+    window.findChild<QAbstractButton*>(QStringLiteral("vkCommand7"))->click();
+    co_await Sleep(50ms);
+    for (QWidget* box : window.findChildren<QDialog*>()) {
+      if (box->isVisible()) {
+        Save(*box, QStringLiteral("message"));
+        box->close();
+      }
+    }
+    window.resize(window.minimumSizeHint());
+    co_await Sleep(50ms);
+    Save(window, QStringLiteral("main_small"));
+  }
+
+  Task<> TakeJob() {
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    context.job_options.debug_mode = true;
+    context.session.router_name = QStringLiteral("Harbour HB-600");
+    context.session.router_ip = QStringLiteral("192.168.1.1");
+    context.session.update_script = {QStringLiteral("nav(\"forward\")"),
+                                     QStringLiteral("nav(\"save\")")};
+    context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
+    WindowPrompts prompts;
+    auto* job = new FrmJobStatus(context, prompts,
+                                 [](QObject* parent) { return new FakePage(parent, MakePage()); });
+    job->show();
+    co_await Sleep(1000ms);
+    Save(*job, QStringLiteral("job"));
+    job->close();
+    co_await Sleep(10ms);
+  }
+
+  QString folder_;
+  QString palette_;
+  ProgramFolder program_;
+  bool failed_ = false;
+};
+
+int Run(QApplication& application) {
+  const QStringList arguments = QCoreApplication::arguments();
+  if (arguments.size() != 3) {
+    std::fprintf(stderr, "usage: quayline_screenshots FOLDER light|dark\n");
+    return 2;
+  }
+  if (arguments.at(2) == QLatin1String("dark")) {
+    QApplication::setPalette(DarkPalette());
+  }
+  const Theme theme(application);
+  Photographer photographer(arguments.at(1), arguments.at(2));
+  Flow flow;
+  QObject::connect(&flow, &Flow::ended, qApp, &QCoreApplication::quit);
+  QTimer::singleShot(0, &flow, [&] { flow.Start(photographer.TakeAll()); });
+  return QCoreApplication::exec();
+}
+
+}  // namespace
+}  // namespace quayline::testing
+
+int main(int argc, char** argv) {
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  QApplication application(argc, argv);
+  return quayline::testing::Run(application);
+}
