@@ -73,8 +73,10 @@ void WebProfile::InstallScripts() {
                          arguments.join(QStringLiteral("','")) + QStringLiteral("')"));
     engine_.scripts()->insert(script);
   };
+  Install(QStringLiteral("page_rest.js"), QWebEngineScript::ApplicationWorld,
+          {beacon_, watch_ask, watch_reply});
   Install(QStringLiteral("page_agent.js"), QWebEngineScript::ApplicationWorld,
-          {beacon_, ask, reply, watch_ask, watch_reply});
+          {beacon_, ask, reply});
   Install(QStringLiteral("handler_reader.js"), QWebEngineScript::MainWorld, {ask, reply});
   Install(QStringLiteral("page_watch.js"), QWebEngineScript::MainWorld, {watch_ask, watch_reply});
 }
