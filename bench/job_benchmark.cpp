@@ -13,6 +13,7 @@
 #include "bench/job/job_data.h"
 #include "bench/job/race.h"
 #include "bench/job/timeline.h"
+#include "bench/median.h"
 #include "script/web/web_engine.h"
 
 // One job on a demo router, done by Quayline's engine and by others in turn. See README.md.

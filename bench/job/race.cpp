@@ -16,6 +16,7 @@
 #include <cstdlib>
 
 #include "bench/job/job_data.h"
+#include "bench/median.h"
 #include "core/port_list_file.h"
 
 namespace quayline::bench {
@@ -53,15 +54,6 @@ void WriteEntries(const QList<PortEntry>& entries, const QString& file_name) {
 }
 
 }  // namespace
-
-double Median(std::vector<double> values) {
-  if (values.empty()) {
-    return 0;
-  }
-  std::ranges::sort(values);
-  const size_t middle = values.size() / 2;
-  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
 
 Race::Race(const QString& bench_program, const RouterRecord& router, const RaceOptions& options)
     : bench_program_(bench_program),

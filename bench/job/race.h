@@ -72,6 +72,4 @@ class Race final {
   std::vector<Runner> runners_;
 };
 
-double Median(std::vector<double> values);
-
 }  // namespace quayline::bench
