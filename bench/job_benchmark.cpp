@@ -76,6 +76,9 @@ void PrintSetting(const QString& program, const RouterRecord& router, const Race
                   bool with_steps) {
   std::printf("\n%d entries, a page of %d rows, %d ms an answer, %d rounds\n", options.entries,
               options.rows, options.delay_ms, options.rounds);
+  for (qsizetype flag = 0; flag < options.flags.size(); ++flag) {
+    std::printf("quayline +%d: %s\n", static_cast<int>(flag) + 1, qPrintable(options.flags[flag]));
+  }
   Race race(program, router, options);
   PrintLanes(race.Run(), options.entries);
   if (with_steps) {
@@ -138,6 +141,10 @@ Arguments ReadArguments() {
         QStringLiteral("MS"), QStringLiteral("0")},
        {QStringLiteral("only"), QStringLiteral("Only these, with commas between."),
         QStringLiteral("NAMES")},
+       {QStringLiteral("flags"),
+        QStringLiteral("Runs Quayline's engine once more with each of these flags of the web "
+                       "engine, with semicolons between."),
+        QStringLiteral("FLAGS")},
        {QStringLiteral("timeline"),
         QStringLiteral("Draws what happens during one entry, and nothing else."),
         QStringLiteral("SVG")},
@@ -156,7 +163,8 @@ Arguments ReadArguments() {
       .entries = Number("entries"),
       .rounds = Number("rounds"),
       .verbose = parser.isSet(QStringLiteral("verbose")),
-      .only = parser.value(QStringLiteral("only")).split(QLatin1Char(','), Qt::SkipEmptyParts)};
+      .only = parser.value(QStringLiteral("only")).split(QLatin1Char(','), Qt::SkipEmptyParts),
+      .flags = parser.value(QStringLiteral("flags")).split(QLatin1Char(';'), Qt::SkipEmptyParts)};
   arguments.one_setting =
       parser.isSet(QStringLiteral("rows")) || parser.isSet(QStringLiteral("delay"));
   arguments.contender = parser.value(QStringLiteral("contender"));

@@ -82,7 +82,13 @@ std::vector<std::string> Race::WordsFor(const QString& name) const {
     return {"node",        QUAYLINE_SOURCE_DIR "/bench/peers/playwright_peer.mjs",        way, page,
             "admin:admin", folder_.filePath(QStringLiteral("entries.json")).toStdString()};
   }
-  return {bench_program_.toStdString(),
+  // "quayline +2": with the second of the flags that are tried.
+  const int flag = name.section(QLatin1Char('+'), 1, 1).toInt();
+  const QString flags = flag > 0 ? options_.flags.value(flag - 1)
+                                 : qEnvironmentVariable("QTWEBENGINE_CHROMIUM_FLAGS");
+  return {"env",
+          "QTWEBENGINE_CHROMIUM_FLAGS=" + flags.toStdString(),
+          bench_program_.toStdString(),
           "--contender",
           name.toStdString(),
           "--page",
@@ -92,18 +98,22 @@ std::vector<std::string> Race::WordsFor(const QString& name) const {
 }
 
 void Race::Start() {
-  const QStringList names{QStringLiteral("http"),
-                          QStringLiteral("quayline"),
-                          QStringLiteral("quayline-stamp"),
-                          QStringLiteral("quayline-hidden"),
-                          kWholeProgram,
-                          QStringLiteral("bare"),
-                          QStringLiteral("bare-stamp"),
-                          QStringLiteral("bare-hidden"),
-                          QStringLiteral("playwright-scripts"),
-                          QStringLiteral("playwright-calls")};
+  QStringList names{QStringLiteral("http"),
+                    QStringLiteral("quayline"),
+                    QStringLiteral("quayline-stamp"),
+                    QStringLiteral("quayline-hidden"),
+                    kWholeProgram,
+                    QStringLiteral("bare"),
+                    QStringLiteral("bare-stamp"),
+                    QStringLiteral("bare-hidden"),
+                    QStringLiteral("playwright-scripts"),
+                    QStringLiteral("playwright-calls")};
+  for (qsizetype flag = 1; flag <= options_.flags.size(); ++flag) {
+    names.append(QStringLiteral("quayline +%1").arg(flag));
+  }
   for (const QString& name : names) {
-    if (!options_.only.isEmpty() && !options_.only.contains(name)) {
+    const bool is_extra = name.contains(QLatin1Char('+'));
+    if (!is_extra && !options_.only.isEmpty() && !options_.only.contains(name)) {
       continue;
     }
     Runner runner{.name = name, .process = nullptr};

@@ -25,7 +25,8 @@ struct RaceOptions {
   int entries = 20;
   int rounds = 5;
   bool verbose = false;
-  QStringList only;  // names of contenders; empty: all
+  QStringList only;   // names of contenders; empty: all
+  QStringList flags;  // of the web engine: Quayline's engine runs once more with each
 };
 
 // What one contender took.
