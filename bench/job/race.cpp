@@ -72,6 +72,7 @@ Race::Race(const QString& bench_program, const RouterRecord& router, const RaceO
     Fail(QStringLiteral("The folder %1 cannot be written.").arg(folder_.path()));
   }
   password.close();
+  AdoptOrphans();
   Start();
 }
 
@@ -106,6 +107,7 @@ void Race::Start() {
                     QStringLiteral("bare"),
                     QStringLiteral("bare-stamp"),
                     QStringLiteral("bare-hidden"),
+                    QStringLiteral("bare-scripts"),
                     QStringLiteral("playwright-scripts"),
                     QStringLiteral("playwright-calls")};
   for (qsizetype flag = 1; flag <= options_.flags.size(); ++flag) {
@@ -135,25 +137,25 @@ ChildProcess& Race::Find(const QString& name) {
   return *runner->process;
 }
 
-std::vector<Lane> Race::Run() {
-  std::vector<Lane> lanes;
+std::vector<Result> Race::Run() {
+  std::vector<Result> results;
   for (const Runner& runner : runners_) {
-    lanes.push_back({.name = runner.name});
+    results.push_back({.name = runner.name});
   }
   for (int round = 0; round < options_.rounds; ++round) {
     for (size_t turn = 0; turn < runners_.size(); ++turn) {
       const size_t which = (turn + static_cast<size_t>(round)) % runners_.size();
       router_.Reset();
-      RunOne(runners_[which], lanes[which]);
-      Check(runners_[which], lanes[which]);
+      RunOne(runners_[which], results[which]);
+      Check(runners_[which], results[which]);
     }
   }
-  return lanes;
+  return results;
 }
 
-void Race::RunOne(Runner& runner, Lane& lane) {
+void Race::RunOne(Runner& runner, Result& result) {
   if (!runner.process) {
-    RunWholeProgram(lane);
+    RunWholeProgram(result);
     return;
   }
   ProcessorClock processor(runner.process->Id());
@@ -163,12 +165,12 @@ void Race::RunOne(Runner& runner, Lane& lane) {
   if (runner.process->ReadLine(kPatience) != "done") {
     Fail(QStringLiteral("%1 does not finish. Try --verbose.").arg(runner.name));
   }
-  lane.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
-  lane.processor_ms.push_back(static_cast<double>(processor.Lap().count()) / kNanosecondsPerMs);
-  lane.memory = MemoryOf(runner.process->Id());
+  result.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
+  result.processor_ms.push_back(static_cast<double>(processor.Lap().count()) / kNanosecondsPerMs);
+  result.memory = MemoryOf(runner.process->Id());
 }
 
-void Race::RunWholeProgram(Lane& lane) {
+void Race::RunWholeProgram(Result& result) {
   QElapsedTimer clock;
   clock.start();
   ChildProcess program({InFolderOf(bench_program_, "quayline-cli").toStdString(), "update",
@@ -179,19 +181,31 @@ void Race::RunWholeProgram(Lane& lane) {
                         folder_.filePath(QStringLiteral("password")).toStdString()},
                        options_.verbose);
   const ChildProcess::End end = program.WaitForEnd();
-  lane.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
-  lane.processor_ms.push_back(static_cast<double>(end.processor.count()) / kNanosecondsPerMs);
+  result.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
+  // Its browser's processes outlive it by a moment.
+  const std::chrono::nanoseconds processor = end.processor + ReapOrphans(Known());
+  result.processor_ms.push_back(static_cast<double>(processor.count()) / kNanosecondsPerMs);
   if (end.status != 0) {
     Fail(QStringLiteral("quayline-cli ends with %1.").arg(end.status));
   }
 }
 
-void Race::Check(const Runner& runner, Lane& lane) {
+std::vector<pid_t> Race::Known() const {
+  std::vector<pid_t> known{router_.Id()};
+  for (const Runner& runner : runners_) {
+    if (runner.process) {
+      known.push_back(runner.process->Id());
+    }
+  }
+  return known;
+}
+
+void Race::Check(const Runner& runner, Result& result) {
   const demo::RouterState state = router_.State();
   if (const QString missing = WhatIsMissing(entries_, state); !missing.isEmpty()) {
     Fail(QStringLiteral("%1: %2.").arg(runner.name, missing));
   }
-  lane.exchanges = static_cast<double>(state.requests) / options_.entries;
+  result.exchanges = static_cast<double>(state.requests) / options_.entries;
 }
 
 QHash<QString, double> Race::MeasureSteps(const QString& contender) {

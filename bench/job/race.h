@@ -30,7 +30,7 @@ struct RaceOptions {
 };
 
 // What one contender took.
-struct Lane {
+struct Result {
   QString name;
   std::vector<double> wall_ms;
   std::vector<double> processor_ms;
@@ -51,7 +51,7 @@ class Race final {
   Race(const QString& bench_program, const RouterRecord& router, const RaceOptions& options);
 
   // Ends the program with a sentence when a contender fails or leaves a rule out.
-  std::vector<Lane> Run();
+  std::vector<Result> Run();
   // The median cost in microseconds of each single step that a contender tells of.
   QHash<QString, double> MeasureSteps(const QString& contender);
   // The events of one job of Quayline's.
@@ -61,9 +61,10 @@ class Race final {
   std::vector<std::string> WordsFor(const QString& name) const;
   void Start();
   ChildProcess& Find(const QString& name);
-  void RunOne(Runner& runner, Lane& lane);
-  void RunWholeProgram(Lane& lane);
-  void Check(const Runner& runner, Lane& lane);
+  void RunOne(Runner& runner, Result& result);
+  void RunWholeProgram(Result& result);
+  std::vector<pid_t> Known() const;
+  void Check(const Runner& runner, Result& result);
 
   QString bench_program_;
   RaceOptions options_;
