@@ -70,11 +70,11 @@ class EntryReader final {
   void TakeBrowser(const Event& event) {
     Close(Lane::kBrowser, event.time);
     if (event.what == QLatin1String("host.started")) {
-      Open(Lane::kBrowser, QStringLiteral("asks and gets the page"), event.time);
+      Open(Lane::kBrowser, QStringLiteral("fetch"), event.time);
     } else if (event.what == QLatin1String("host.document")) {
-      Open(Lane::kBrowser, QStringLiteral("builds the page"), event.time);
+      Open(Lane::kBrowser, QStringLiteral("build"), event.time);
     } else {
-      Open(Lane::kBrowser, QStringLiteral("proof of rest"), event.time);
+      Open(Lane::kBrowser, QStringLiteral("proof"), event.time);
     }
   }
 
@@ -208,11 +208,15 @@ QByteArray TimelineSvg(const EntryTrace& entry) {
     text += QStringLiteral("<text x=\"8\" y=\"%1\" font-size=\"13\">%2</text>\n")
                 .arg(y + 17)
                 .arg(QLatin1String(style.name));
-    int count = 0;
+    QStringList kinds;  // of one colour each
     for (const Span& span : entry.spans) {
       if (span.lane == lane) {
-        text += Rectangle(span, QLatin1String(style.colours[count % 3]), scale, entry.begin, y);
-        ++count;
+        if (!kinds.contains(span.what)) {
+          kinds.append(span.what);
+        }
+        const auto kind = static_cast<size_t>(kinds.indexOf(span.what));
+        const char* colour = style.colours[kind % std::size(style.colours)];
+        text += Rectangle(span, QLatin1String(colour), scale, entry.begin, y);
       }
     }
   }
