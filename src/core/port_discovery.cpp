@@ -103,7 +103,7 @@ class Discovery final {
   }
 
   QString InstallFolder() const {
-    const QString value = RegistryValue(source_.value_name).value_or(QString());
+    QString value = RegistryValue(source_.value_name).value_or(QString());
     if (source_.kind == Kind::kInstallFolder) {
       return value;
     }

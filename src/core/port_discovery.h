@@ -42,8 +42,9 @@ struct DiscoveredPorts {
 // The names of the programs whose ports can be read, in the order of the user's list.
 QStringList DiscoverablePrograms();
 
-// Reads the settings of the program of that name (ignoring case). Takes a few milliseconds; of a
-// file, at most 4 MB are taken for settings. kNoFile for a name that is not listed.
+// Reads the settings of the program of that name (ignoring case). Takes a few milliseconds,
+// some 50 where the registry has grown to 10 MB. A file of more than 4 MB is kUnreadable. kNoFile
+// for a name that is not listed.
 DiscoveredPorts DiscoverPorts(const QString& program, const ForeignSettings& settings);
 
 // Every program with complete settings on this computer, in the list's order.

@@ -12,10 +12,10 @@ namespace quayline {
 struct PortPlace {
   enum class Protocol { kTcp, kUdp };
 
-  Protocol protocol;
+  Protocol protocol = Protocol::kTcp;
   // In a text, what stands right before the port; in an INI file, its key; in the registry, its
   // value name.
-  const char* at;
+  const char* at = nullptr;
   // In a text, what stands right behind the port; null: the line's end.
   const char* end = nullptr;
   // Of a range: what stands before its last port. Null for a single port.
@@ -31,8 +31,8 @@ struct ProgramSource {
     kCommandFolder,  // likewise, and the value is a command line: "folder\program" arguments
   };
 
-  const char* program;  // the name by which the user knows it; unique
-  Kind kind;
+  const char* program = nullptr;  // the name by which the user knows it; unique
+  Kind kind = Kind::kAppData;
   // The value that names the folder, or (kRegistry) the key of the ports.
   ForeignSettings::Hive hive = ForeignSettings::Hive::kCurrentUser;
   const char* key = nullptr;

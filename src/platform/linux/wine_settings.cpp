@@ -37,7 +37,7 @@ QString KeyOf32Bit(const QString& key) {
 
 // The entry of `folder` that is called `name`, ignoring case where none is called exactly so.
 QString FindEntry(const QString& folder, const QString& name) {
-  const QString exact = folder + kSlash + name;
+  QString exact = folder + kSlash + name;
   if (QFileInfo::exists(exact)) {
     return exact;
   }
@@ -108,8 +108,7 @@ QString WineSettings::HostPath(const QString& foreign_path) const {
 }
 
 QString WineSettings::DriveFolder(QChar drive) const {
-  const QString link =
-      prefix_ + QStringLiteral("/dosdevices/") + drive.toLower() + QLatin1Char(':');
+  QString link = prefix_ + QStringLiteral("/dosdevices/") + drive.toLower() + QLatin1Char(':');
   if (QFileInfo(link).isDir()) {
     return link;
   }
