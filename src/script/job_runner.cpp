@@ -3,6 +3,7 @@
 
 #include "script/job_runner.h"
 
+#include <QMetaMethod>
 #include <QUrl>
 
 #include "script/interpreter.h"
@@ -177,11 +178,34 @@ void JobRunner::ConnectHost(PageHost* host) {
       Q_EMIT statusAppended(Text(job_text::kRouterStatus) + QLatin1Char(' ') + text);
     }
   });
+  connect(host, &PageHost::pageMessage, this, &JobRunner::ShowPageMessage);
   connect(host, &PageHost::scriptError, this, [this](const QString& description) {
     if (!context_.job_options.silent_mode) {
-      Q_EMIT noticeRequested(description);
+      ShowPageMessage(description);
     }
   });
+  connect(host, &PageHost::certificateQuestion, this, [this](const auto&... question) {
+    if (isSignalConnected(QMetaMethod::fromSignal(&JobRunner::certificateQuestion))) {
+      Q_EMIT certificateQuestion(question...);
+    } else {
+      std::get<2>(std::tie(question...))(false);
+    }
+  });
+  connect(host, &PageHost::loginQuestion, this, [this](const auto&... question) {
+    if (isSignalConnected(QMetaMethod::fromSignal(&JobRunner::loginQuestion))) {
+      Q_EMIT loginQuestion(question...);
+    } else {
+      std::get<1>(std::tie(question...))(std::nullopt);
+    }
+  });
+}
+
+// A page that has something to say for ever is heard a few times.
+void JobRunner::ShowPageMessage(const QString& text) {
+  constexpr int kMaxShown = 5;
+  if (++messages_shown_ <= kMaxShown) {
+    Q_EMIT noticeRequested(text);
+  }
 }
 
 void JobRunner::OnNavigateError(const QString& url, int status) {

@@ -73,6 +73,12 @@ class JobRunner final : public QObject {
   void waitingFor(const QString& what);
   // A message for the user, to be shown without stopping the job.
   void noticeRequested(const QString& text);
+  // Questions of the router that the user has to answer while the page waits; see PageHost. Where
+  // nobody hears them they are refused.
+  void certificateQuestion(const QString& address, const QString& fingerprint,
+                           const std::function<void(bool trusted)>& answer);
+  void loginQuestion(const QString& address,
+                     const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // The job is over, finished or stopped.
   void ended();
 
@@ -82,6 +88,7 @@ class JobRunner final : public QObject {
   void LogRowHead(int row);
   void GiveLogin();
   void ConnectHost(PageHost* host);
+  void ShowPageMessage(const QString& text);
   void OnNavigateError(const QString& url, int status);
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
@@ -93,6 +100,7 @@ class JobRunner final : public QObject {
   QList<PortEntry> rows_;
   JobOutcome outcome_;
   bool stopped_by_user_ = false;
+  int messages_shown_ = 0;
   bool running_ = false;
   Flow flow_;  // last: its frames use what stands above
 };

@@ -7,6 +7,7 @@
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QKeyEvent>
+#include <QMetaMethod>
 #include <QRegularExpression>
 #include <QTimer>
 #include <QWebEngineLoadingInfo>
@@ -63,6 +64,9 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   keys_guard_.setSingleShot(true);
   connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
+  connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QString& host_name) {
+    Q_EMIT statusTextChanged(tr("Blocked: the page asked for something of %1").arg(host_name));
+  });
   ConnectPage();
 }
 
@@ -89,6 +93,9 @@ void WebPageHost::ConnectPage() {
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
   connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
   connect(page_, &WebPage::scriptFailed, this, &PageHost::scriptError);
+  connect(page_, &WebPage::messageShown, this, &PageHost::pageMessage);
+  connect(page_, &WebPage::loginRefused, this, [this] { login_refused_ = true; });
+  connect(page_, &WebPage::certificateQuestion, this, &WebPageHost::OnCertificateQuestion);
   connect(page_, &WebPage::popupWanted, this, [this](QWebEnginePage** popup) {
     auto host = std::make_unique<WebPageHost>(profile_, nullptr);
     host->is_popup_ = true;
@@ -116,6 +123,7 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
       // Without an error page of its own a failed load leaves the page as it was.
       page_->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled,
                                       !profile_->Options().silent_mode);
+      login_refused_ = false;
       watch_.LoadStarted();
       AskHeld();  // the document that would have heard the keys is going
       Q_EMIT beforeNavigate();
@@ -124,6 +132,10 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
     case QWebEngineLoadingInfo::LoadFailedStatus: {
       watch_.LoadEnded();
       const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
+      constexpr int kLoginWanted = 401;
+      if (is_http && info.errorCode() == kLoginWanted && AskForLogin(info.url())) {
+        return;
+      }
       Q_EMIT navigateError(url, is_http ? info.errorCode() : StatusOfNetError(info.errorCode()));
       return;
     }
@@ -333,11 +345,47 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
   quiet();
 }
 
-PageHostFactory WebPageHosts(const JobOptions& options) {
+void WebPageHost::OnCertificateQuestion(const QString& address, const QString& fingerprint,
+                                        const std::function<void(bool)>& answer) {
+  if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::certificateQuestion))) {
+    answer(false);
+    return;
+  }
+  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(address));
+  Q_EMIT certificateQuestion(address, fingerprint, [answer, alive = alive_](bool trusted) {
+    if (*alive) {
+      answer(trusted);
+    }
+  });
+}
+
+bool WebPageHost::AskForLogin(const QUrl& url) {
+  if (!login_refused_ || profile_->Options().silent_mode ||
+      !isSignalConnected(QMetaMethod::fromSignal(&PageHost::loginQuestion))) {
+    return false;
+  }
+  watch_.LoadAsked(false);  // busy until the user has answered
+  Q_EMIT loginQuestion(url.host(), [this, url, alive = alive_](std::optional<TypedLogin> typed) {
+    if (!*alive) {
+      return;
+    }
+    if (typed) {
+      profile_->SetTypedLogin(*typed);
+      page_->load(url);
+    } else {
+      constexpr int kLoginWanted = 401;
+      watch_.LoadEnded();
+      Q_EMIT navigateError(ShownUrl(url), kLoginWanted);
+    }
+  });
+  return true;
+}
+
+PageHostFactory WebPageHosts(const JobOptions& options, TrustedCertificates* certificates) {
   auto profile = std::make_shared<std::shared_ptr<WebProfile>>();
-  return [profile, &options](QObject* parent) -> PageHost* {
+  return [profile, &options, certificates](QObject* parent) -> PageHost* {
     if (*profile == nullptr) {
-      *profile = std::make_shared<WebProfile>(options);
+      *profile = std::make_shared<WebProfile>(options, certificates);
     }
     return new WebPageHost(*profile, parent);
   };

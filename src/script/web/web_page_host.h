@@ -78,6 +78,11 @@ class WebPageHost final : public PageHost {
   // The engine starts a process that has ended anew without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
+  void OnCertificateQuestion(const QString& address, const QString& fingerprint,
+                             const std::function<void(bool trusted)>& answer);
+  // Asks the user for the login that a page which failed for want of it needs. False when there is
+  // nobody to ask, or no question to ask.
+  bool AskForLogin(const QUrl& url);
   void OnDownloadRefused(const QString& file_name);
   Task<> Prove(std::function<void()> quiet);
 
@@ -89,6 +94,7 @@ class WebPageHost final : public PageHost {
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   bool is_popup_ = false;
   bool is_renderer_gone_ = false;
+  bool login_refused_ = false;  // by us, during the load under way
   quint64 asked_ = 0;
   std::map<quint64, PendingAnswer> pending_;  // by number, which is the order of asking
   QList<HeldQuestion> held_;
