@@ -116,6 +116,16 @@ TEST_F(BrokenRouter, AWrongPasswordIsTriedTwiceAtMost) {
   }
 }
 
+TEST_F(BrokenRouter, AWrongPasswordOnALoginPageIsTypedOnceAndSavesNothing) {
+  ASSERT_NO_FATAL_FAILURE(
+      StartRouter(QStringLiteral("weblogin"), {.password = QStringLiteral("another")}));
+  EXPECT_EQ(Run(Entries()).entries, 4) << Log().toStdString();
+  EXPECT_EQ(Log().count(QStringLiteral("(\"login_word,\")\r\n(Successful)")), 1);
+  EXPECT_TRUE(Log().contains(QStringLiteral("(Failed - Object Not Found)")));
+  EXPECT_FALSE(Log().contains(context_.session.password + QLatin1Char('@')));
+  EXPECT_EQ(Standing(), QStringList());
+}
+
 TEST_F(BrokenRouter, AJobOnASilentRouterStopsWithinASecond) {
   for (const char* silent : {"/forwarding.html", "/forwarding_add.html", "/save"}) {
     SCOPED_TRACE(silent);
