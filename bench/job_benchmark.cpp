@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
+#include <QMap>
 #include <QSaveFile>
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include "bench/job/job_data.h"
 #include "bench/job/race.h"
 #include "bench/job/timeline.h"
+#include "bench/median.h"
 #include "script/web/web_engine.h"
 
 // One job on a demo router, done by Quayline's engine and by others in turn. See README.md.
@@ -35,23 +37,23 @@ void PrintLoad() {
   }
 }
 
-void PrintLanes(const std::vector<Lane>& lanes, int entries) {
-  const auto WallOf = [&lanes](const char* name) {
-    const auto lane = std::ranges::find(lanes, QLatin1String(name), &Lane::name);
-    return lane == lanes.end() ? 0 : Median(lane->wall_ms);
+void PrintResults(const std::vector<Result>& results, int entries) {
+  const auto WallOf = [&results](const char* name) {
+    const auto result = std::ranges::find(results, QLatin1String(name), &Result::name);
+    return result == results.end() ? 0 : Median(result->wall_ms);
   };
   const double calls = WallOf("playwright-calls");
   const double scripts = WallOf("playwright-scripts");
   const auto Ratio = [](double wall, double other) { return other > 0 ? wall / other : 0; };
   std::printf("%-20s %9s %9s %9s %9s %9s %9s %10s %8s\n", "", "median ms", "least ms", "an entry",
               "of calls", "of script", "cpu ms", "exchanges", "PSS MiB");
-  for (const Lane& lane : lanes) {
-    const double wall = Median(lane.wall_ms);
+  for (const Result& result : results) {
+    const double wall = Median(result.wall_ms);
     constexpr long kKibPerMib = 1024;
-    std::printf("%-20s %9.1f %9.1f %9.2f %9.3f %9.3f %9.1f %10.2f %8ld\n", qPrintable(lane.name),
-                wall, std::ranges::min(lane.wall_ms), wall / entries, Ratio(wall, calls),
-                Ratio(wall, scripts), Median(lane.processor_ms), lane.exchanges,
-                lane.memory.pss_kib / kKibPerMib);
+    std::printf("%-20s %9.1f %9.1f %9.2f %9.3f %9.3f %9.1f %10.2f %8ld\n", qPrintable(result.name),
+                wall, std::ranges::min(result.wall_ms), wall / entries, Ratio(wall, calls),
+                Ratio(wall, scripts), Median(result.processor_ms), result.exchanges,
+                result.memory.pss_kib / kKibPerMib);
   }
 }
 
@@ -75,23 +77,50 @@ void PrintSetting(const QString& program, const RouterRecord& router, const Race
                   bool with_steps) {
   std::printf("\n%d entries, a page of %d rows, %d ms an answer, %d rounds\n", options.entries,
               options.rows, options.delay_ms, options.rounds);
+  for (qsizetype flag = 0; flag < options.flags.size(); ++flag) {
+    std::printf("quayline +%d: %s\n", static_cast<int>(flag) + 1, qPrintable(options.flags[flag]));
+  }
   Race race(program, router, options);
-  PrintLanes(race.Run(), options.entries);
+  PrintResults(race.Run(), options.entries);
   if (with_steps) {
     PrintSteps(race);
   }
   std::fflush(stdout);
 }
 
+// What the browser does, and how long at the median, over all entries.
+void PrintPhases(const QList<EntryTrace>& entries) {
+  QMap<QString, std::vector<double>> lengths;
+  constexpr double kUsPerMs = 1000;
+  for (const EntryTrace& entry : entries) {
+    lengths[QStringLiteral("an entry")].push_back(static_cast<double>(entry.Length()) / kUsPerMs);
+    QHash<QString, int> seen;
+    for (const Span& span : entry.spans) {
+      const QString number = QString::number(++seen[span.what]);
+      const QString what =
+          span.lane == Lane::kScript ? span.what : span.what + QLatin1Char(' ') + number;
+      lengths[what].push_back(static_cast<double>(span.end - span.begin) / kUsPerMs);
+    }
+  }
+  for (auto length = lengths.cbegin(); length != lengths.cend(); ++length) {
+    std::printf("%-28s %8.2f ms\n", qPrintable(length.key()), Median(length.value()));
+  }
+}
+
 int DrawTimeline(const QString& program, const RouterRecord& router, RaceOptions options,
                  const QString& file_name) {
   options.only = QStringList{QStringLiteral("quayline")};
   Race race(program, router, options);
-  const auto picture = TimelineSvg(race.Trace());
+  QList<EntryTrace> entries = ReadTrace(race.Trace());
+  if (entries.isEmpty()) {
+    std::fprintf(stderr, "The trace holds no entry.\n");
+    return 2;
+  }
+  PrintPhases(entries);
   QSaveFile file(file_name);
-  if (!picture || !file.open(QIODevice::WriteOnly) || file.write(*picture) < 0 || !file.commit()) {
-    std::fprintf(stderr, "No picture: %s\n",
-                 qPrintable(picture ? file.errorString() : picture.error()));
+  if (!file.open(QIODevice::WriteOnly) || file.write(TimelineSvg(MedianEntry(entries))) < 0 ||
+      !file.commit()) {
+    std::fprintf(stderr, "No picture: %s\n", qPrintable(file.errorString()));
     return 2;
   }
   return 0;
@@ -110,7 +139,7 @@ int RunContender(const QString& name, const JobSite& site) {
   } else if (name.startsWith(QLatin1String("quayline"))) {
     contender = MakeQuaylineContender(site, ViewOf(name));
   } else {
-    contender = MakeBareContender(site, ViewOf(name));
+    contender = MakeBareContender(site, ViewOf(name), name.endsWith(QLatin1String("-scripts")));
   }
   return Serve(*contender);
 }
@@ -137,6 +166,10 @@ Arguments ReadArguments() {
         QStringLiteral("MS"), QStringLiteral("0")},
        {QStringLiteral("only"), QStringLiteral("Only these, with commas between."),
         QStringLiteral("NAMES")},
+       {QStringLiteral("flags"),
+        QStringLiteral("Runs Quayline's engine once more with each of these flags of the web "
+                       "engine, with semicolons between."),
+        QStringLiteral("FLAGS")},
        {QStringLiteral("timeline"),
         QStringLiteral("Draws what happens during one entry, and nothing else."),
         QStringLiteral("SVG")},
@@ -155,7 +188,8 @@ Arguments ReadArguments() {
       .entries = Number("entries"),
       .rounds = Number("rounds"),
       .verbose = parser.isSet(QStringLiteral("verbose")),
-      .only = parser.value(QStringLiteral("only")).split(QLatin1Char(','), Qt::SkipEmptyParts)};
+      .only = parser.value(QStringLiteral("only")).split(QLatin1Char(','), Qt::SkipEmptyParts),
+      .flags = parser.value(QStringLiteral("flags")).split(QLatin1Char(';'), Qt::SkipEmptyParts)};
   arguments.one_setting =
       parser.isSet(QStringLiteral("rows")) || parser.isSet(QStringLiteral("delay"));
   arguments.contender = parser.value(QStringLiteral("contender"));

@@ -11,17 +11,30 @@
 #include "async/wait.h"
 #include "bench/job/contender.h"
 #include "bench/job/job_data.h"
+#include "script/web/web_profile.h"
 
 namespace quayline::bench {
 
 namespace {
 
+// Keeps what pages say on the console to itself.
+class SilentPage final : public QWebEnginePage {
+ public:
+  using QWebEnginePage::QWebEnginePage;
+
+ protected:
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
+                                const QString&) override {}
+};
+
 QString Quoted(const QString& text) { return QLatin1Char('"') + text + QLatin1Char('"'); }
 
 class BareContender final : public Contender {
  public:
-  BareContender(const JobSite& site, PageView view)
-      : site_(site), page_(std::make_unique<QWebEnginePage>(&profile_)) {
+  BareContender(const JobSite& site, PageView view, bool with_scripts)
+      : site_(site),
+        page_(std::make_unique<SilentPage>(with_scripts ? &house_profile_.Engine()
+                                                        : &bare_profile_)) {
     QObject::connect(page_.get(), &QWebEnginePage::authenticationRequired, page_.get(),
                      [this](const QUrl&, QAuthenticator* authenticator) {
                        authenticator->setUser(site_.router.routerusername);
@@ -114,7 +127,9 @@ class BareContender final : public Contender {
   }
 
   JobSite site_;
-  QWebEngineProfile profile_;
+  QWebEngineProfile bare_profile_;
+  JobOptions options_;
+  WebProfile house_profile_{options_, nullptr};
   std::unique_ptr<QWebEnginePage> page_;
   std::unique_ptr<QWebEngineView> view_;
   int loads_ = 0;
@@ -122,8 +137,9 @@ class BareContender final : public Contender {
 
 }  // namespace
 
-std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view) {
-  return std::make_unique<BareContender>(site, view);
+std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view,
+                                             bool with_scripts) {
+  return std::make_unique<BareContender>(site, view, with_scripts);
 }
 
 }  // namespace quayline::bench

@@ -11,19 +11,14 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/resource.h>
-#include <sys/time.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
+
+#include "bench/job/process_tree.h"
 
 namespace quayline::bench {
-
-namespace {
-
-std::chrono::nanoseconds Duration(const timeval& time) {
-  return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
-}
-
-}  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& words, bool verbose) {
   int input[2];
@@ -94,13 +89,21 @@ std::optional<std::string> ChildProcess::ReadLine(std::chrono::seconds limit) {
 }
 
 ChildProcess::End ChildProcess::WaitForEnd() {
-  End end;
   if (input_ >= 0) {
     close(std::exchange(input_, -1));
   }
-  constexpr std::chrono::seconds kLimit(120);
-  while (ReadLine(kLimit)) {
+  // Its own children may hold its output open for longer than it lives.
+  const int life = static_cast<int>(syscall(SYS_pidfd_open, process_, 0));
+  pollfd events[] = {{.fd = life, .events = POLLIN, .revents = 0},
+                     {.fd = output_, .events = POLLIN, .revents = 0}};
+  while (poll(events, std::size(events), -1) > 0 && events[0].revents == 0) {
+    char bytes[4096];
+    if (read(output_, bytes, sizeof bytes) <= 0) {
+      events[1].fd = -1;
+    }
   }
+  close(life);
+  End end;
   int status = 0;
   rusage usage{};
   if (wait4(process_, &status, 0, &usage) == process_) {

@@ -47,7 +47,8 @@ QSize SizeOf(PageView view);
 // Quayline's engine.
 std::unique_ptr<Contender> MakeQuaylineContender(const JobSite& site, PageView view);
 // The web engine that Quayline's is built on, driven by a bare loop: no proofs, no checks, no log.
-std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view);
+// With or without the scripts that Quayline keeps in every page.
+std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view, bool with_scripts);
 // The same HTTP exchange without a browser.
 std::unique_ptr<Contender> MakeHttpContender(const JobSite& site);
 

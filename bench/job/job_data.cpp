@@ -3,26 +3,12 @@
 
 #include "bench/job/job_data.h"
 
-#include <QFile>
-#include <QHash>
-
 #include <algorithm>
 
-#include "core/table_data.h"
+#include "dbtool/database_file.h"
+#include "dbtool/program_data.h"
 
 namespace quayline::bench {
-
-namespace {
-
-TableData EmptyTable(const char* name, std::initializer_list<const char*> fields) {
-  TableData table{.name = QLatin1String(name), .columns = {QStringLiteral("ID")}, .rows = {}};
-  for (const char* field : fields) {
-    table.columns.append(QLatin1String(field));
-  }
-  return table;
-}
-
-}  // namespace
 
 QList<PortEntry> JobEntries(int count) {
   constexpr int kFirstPort = 3000;
@@ -72,62 +58,24 @@ QString WhatIsMissing(const QList<PortEntry>& entries, const demo::RouterState& 
 }
 
 std::expected<RouterRecord, QString> ReadBenchRouter(const QString& file_name) {
-  QFile file(file_name);
-  if (!file.open(QIODevice::ReadOnly)) {
-    return std::unexpected(
-        QStringLiteral("%1 cannot be read: %2.").arg(file_name, file.errorString()));
+  dbtool::Problems problems;
+  const auto accept = [](const QString&) { return std::optional<QString>(); };
+  const QList<dbtool::RouterSource> routers =
+      dbtool::ReadRouters(dbtool::ReadTextFile(file_name, problems), file_name, accept, problems);
+  if (routers.isEmpty() || !problems.isEmpty()) {
+    return std::unexpected(QStringLiteral("There is no router in %1.\n").arg(file_name) +
+                           dbtool::FormatProblems(problems));
   }
-  QHash<QString, QString> values;
-  QString script;  // the heading that was read last
-  for (const QString& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
-    if (line.startsWith(QLatin1Char('['))) {
-      script = line.mid(1, line.size() - 2);
-    } else if (!script.isEmpty()) {
-      values[script] += line + QStringLiteral("\r\n");
-    } else if (!line.startsWith(QLatin1Char('#')) && line.contains(QLatin1Char(':'))) {
-      values[line.section(QLatin1Char(':'), 0, 0)] = line.section(QLatin1Char(':'), 1).trimmed();
-    }
-  }
-  const auto Value = [&values](const char* name) { return values.value(QLatin1String(name)); };
-  return RouterRecord{.id = Value("id").toInt(),
-                      .routername = Value("routername"),
-                      .routerusername = Value("routerusername"),
-                      .routerpassword = Value("routerpassword"),
-                      .routersupportsboth = Value("routersupportsboth"),
-                      .routerneedscomputername = Value("routerneedscomputername"),
-                      .routermaxentries = Value("routermaxentries"),
-                      .routermaxrange = Value("routermaxrange"),
-                      .routerminport = Value("routerminport"),
-                      .routermaxport = Value("routermaxport"),
-                      .routerpic = Value("routerpic"),
-                      .routercommands = Value("routercommands"),
-                      .routerportpage = Value("routerportpage")};
+  return routers.first().record;
 }
 
 std::expected<void, QString> WriteProgramFolder(const QList<RouterRecord>& routers,
                                                 const QString& folder) {
-  TableData router_table = EmptyTable(
-      "routers", {"routername", "routerusername", "routerpassword", "routersupportsboth",
-                  "routerneedscomputername", "routermaxentries", "routermaxrange", "routerminport",
-                  "routermaxport", "routerpic", "routercommands", "routerportpage"});
+  dbtool::ProgramData data;
   for (const RouterRecord& router : routers) {
-    router_table.rows.append({QString::number(router.id), router.routername, router.routerusername,
-                              router.routerpassword, router.routersupportsboth,
-                              router.routerneedscomputername, router.routermaxentries,
-                              router.routermaxrange, router.routerminport, router.routermaxport,
-                              router.routerpic, router.routercommands, router.routerportpage});
+    data.routers.append({.record = router});
   }
-  for (const TableData& table :
-       {router_table,
-        EmptyTable("ports",
-                   {"appname", "nameforrouter", "tcpportsonly", "udpportsonly", "tcpudpports"}),
-        EmptyTable("custom", {"appname", "portype", "startport", "endport"})}) {
-    const QString file = folder + QLatin1Char('/') + table.name + QStringLiteral(".mdb");
-    if (auto written = WriteTables({table}, file); !written) {
-      return written;
-    }
-  }
-  return {};
+  return dbtool::WriteDatabases(data, folder);
 }
 
 }  // namespace quayline::bench

@@ -33,7 +33,7 @@ QString WhatIsMissing(const QList<PortEntry>& entries, const demo::RouterState& 
 // The router of the benchmark, as its text file has it. A sentence when it cannot be read.
 std::expected<RouterRecord, QString> ReadBenchRouter(const QString& file_name);
 
-// Writes a program's folder whose databases hold these routers.
+// Writes a program's folder whose databases hold these routers. A sentence when it cannot.
 std::expected<void, QString> WriteProgramFolder(const QList<RouterRecord>& routers,
                                                 const QString& folder);
 

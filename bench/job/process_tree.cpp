@@ -3,11 +3,16 @@
 
 #include "bench/job/process_tree.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <dirent.h>
 #include <fstream>
 #include <string>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace quayline::bench {
 
@@ -41,6 +46,10 @@ std::multimap<pid_t, pid_t> ChildrenByParent() {
 }
 
 }  // namespace
+
+std::chrono::nanoseconds Duration(const timeval& time) {
+  return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
+}
 
 std::vector<pid_t> ProcessTree(pid_t root) {
   const std::multimap<pid_t, pid_t> children = ChildrenByParent();
@@ -77,6 +86,24 @@ ProcessorClock::Times ProcessorClock::Read(pid_t root) {
     }
   }
   return times;
+}
+
+void AdoptOrphans() { prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0); }
+
+std::chrono::nanoseconds ReapOrphans(const std::vector<pid_t>& known) {
+  std::chrono::nanoseconds total{};
+  for (;;) {
+    const std::multimap<pid_t, pid_t> children = ChildrenByParent();
+    const auto [first, last] = children.equal_range(getpid());
+    const auto orphan = std::find_if(first, last, [&known](const auto& child) {
+      return std::ranges::find(known, child.second) == known.end();
+    });
+    rusage usage{};
+    if (orphan == last || wait4(orphan->second, nullptr, 0, &usage) < 0) {
+      return total;
+    }
+    total += Duration(usage.ru_utime) + Duration(usage.ru_stime);
+  }
 }
 
 TreeMemory MemoryOf(pid_t root) {

@@ -4,10 +4,13 @@
 
 #include <chrono>
 #include <map>
+#include <sys/time.h>
 #include <sys/types.h>
 #include <vector>
 
 namespace quayline::bench {
+
+std::chrono::nanoseconds Duration(const timeval& time);
 
 // `root` and everything that it and its children started and that still runs.
 std::vector<pid_t> ProcessTree(pid_t root);
@@ -28,6 +31,13 @@ class ProcessorClock final {
   pid_t root_;
   Times last_;
 };
+
+// From here on, processes whose parents are gone become children of this one.
+void AdoptOrphans();
+
+// Waits for the end of all children but the `known` ones. Returns the processor time that they took
+// in their lives.
+std::chrono::nanoseconds ReapOrphans(const std::vector<pid_t>& known);
 
 struct TreeMemory {
   long processes = 0;

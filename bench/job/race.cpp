@@ -16,6 +16,7 @@
 #include <cstdlib>
 
 #include "bench/job/job_data.h"
+#include "bench/median.h"
 #include "core/port_list_file.h"
 
 namespace quayline::bench {
@@ -54,15 +55,6 @@ void WriteEntries(const QList<PortEntry>& entries, const QString& file_name) {
 
 }  // namespace
 
-double Median(std::vector<double> values) {
-  if (values.empty()) {
-    return 0;
-  }
-  std::ranges::sort(values);
-  const size_t middle = values.size() / 2;
-  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
 Race::Race(const QString& bench_program, const RouterRecord& router, const RaceOptions& options)
     : bench_program_(bench_program),
       options_(options),
@@ -80,6 +72,7 @@ Race::Race(const QString& bench_program, const RouterRecord& router, const RaceO
     Fail(QStringLiteral("The folder %1 cannot be written.").arg(folder_.path()));
   }
   password.close();
+  AdoptOrphans();
   Start();
 }
 
@@ -90,7 +83,13 @@ std::vector<std::string> Race::WordsFor(const QString& name) const {
     return {"node",        QUAYLINE_SOURCE_DIR "/bench/peers/playwright_peer.mjs",        way, page,
             "admin:admin", folder_.filePath(QStringLiteral("entries.json")).toStdString()};
   }
-  return {bench_program_.toStdString(),
+  // "quayline +2": with the second of the flags that are tried.
+  const int flag = name.section(QLatin1Char('+'), 1, 1).toInt();
+  const QString flags = flag > 0 ? options_.flags.value(flag - 1)
+                                 : qEnvironmentVariable("QTWEBENGINE_CHROMIUM_FLAGS");
+  return {"env",
+          "QTWEBENGINE_CHROMIUM_FLAGS=" + flags.toStdString(),
+          bench_program_.toStdString(),
           "--contender",
           name.toStdString(),
           "--page",
@@ -100,18 +99,23 @@ std::vector<std::string> Race::WordsFor(const QString& name) const {
 }
 
 void Race::Start() {
-  const QStringList names{QStringLiteral("http"),
-                          QStringLiteral("quayline"),
-                          QStringLiteral("quayline-stamp"),
-                          QStringLiteral("quayline-hidden"),
-                          kWholeProgram,
-                          QStringLiteral("bare"),
-                          QStringLiteral("bare-stamp"),
-                          QStringLiteral("bare-hidden"),
-                          QStringLiteral("playwright-scripts"),
-                          QStringLiteral("playwright-calls")};
+  QStringList names{QStringLiteral("http"),
+                    QStringLiteral("quayline"),
+                    QStringLiteral("quayline-stamp"),
+                    QStringLiteral("quayline-hidden"),
+                    kWholeProgram,
+                    QStringLiteral("bare"),
+                    QStringLiteral("bare-stamp"),
+                    QStringLiteral("bare-hidden"),
+                    QStringLiteral("bare-scripts"),
+                    QStringLiteral("playwright-scripts"),
+                    QStringLiteral("playwright-calls")};
+  for (qsizetype flag = 1; flag <= options_.flags.size(); ++flag) {
+    names.append(QStringLiteral("quayline +%1").arg(flag));
+  }
   for (const QString& name : names) {
-    if (!options_.only.isEmpty() && !options_.only.contains(name)) {
+    const bool is_extra = name.contains(QLatin1Char('+'));
+    if (!is_extra && !options_.only.isEmpty() && !options_.only.contains(name)) {
       continue;
     }
     Runner runner{.name = name, .process = nullptr};
@@ -133,25 +137,25 @@ ChildProcess& Race::Find(const QString& name) {
   return *runner->process;
 }
 
-std::vector<Lane> Race::Run() {
-  std::vector<Lane> lanes;
+std::vector<Result> Race::Run() {
+  std::vector<Result> results;
   for (const Runner& runner : runners_) {
-    lanes.push_back({.name = runner.name});
+    results.push_back({.name = runner.name});
   }
   for (int round = 0; round < options_.rounds; ++round) {
     for (size_t turn = 0; turn < runners_.size(); ++turn) {
       const size_t which = (turn + static_cast<size_t>(round)) % runners_.size();
       router_.Reset();
-      RunOne(runners_[which], lanes[which]);
-      Check(runners_[which], lanes[which]);
+      RunOne(runners_[which], results[which]);
+      Check(runners_[which], results[which]);
     }
   }
-  return lanes;
+  return results;
 }
 
-void Race::RunOne(Runner& runner, Lane& lane) {
+void Race::RunOne(Runner& runner, Result& result) {
   if (!runner.process) {
-    RunWholeProgram(lane);
+    RunWholeProgram(result);
     return;
   }
   ProcessorClock processor(runner.process->Id());
@@ -161,12 +165,12 @@ void Race::RunOne(Runner& runner, Lane& lane) {
   if (runner.process->ReadLine(kPatience) != "done") {
     Fail(QStringLiteral("%1 does not finish. Try --verbose.").arg(runner.name));
   }
-  lane.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
-  lane.processor_ms.push_back(static_cast<double>(processor.Lap().count()) / kNanosecondsPerMs);
-  lane.memory = MemoryOf(runner.process->Id());
+  result.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
+  result.processor_ms.push_back(static_cast<double>(processor.Lap().count()) / kNanosecondsPerMs);
+  result.memory = MemoryOf(runner.process->Id());
 }
 
-void Race::RunWholeProgram(Lane& lane) {
+void Race::RunWholeProgram(Result& result) {
   QElapsedTimer clock;
   clock.start();
   ChildProcess program({InFolderOf(bench_program_, "quayline-cli").toStdString(), "update",
@@ -177,19 +181,31 @@ void Race::RunWholeProgram(Lane& lane) {
                         folder_.filePath(QStringLiteral("password")).toStdString()},
                        options_.verbose);
   const ChildProcess::End end = program.WaitForEnd();
-  lane.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
-  lane.processor_ms.push_back(static_cast<double>(end.processor.count()) / kNanosecondsPerMs);
+  result.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
+  // Its browser's processes outlive it by a moment.
+  const std::chrono::nanoseconds processor = end.processor + ReapOrphans(Known());
+  result.processor_ms.push_back(static_cast<double>(processor.count()) / kNanosecondsPerMs);
   if (end.status != 0) {
     Fail(QStringLiteral("quayline-cli ends with %1.").arg(end.status));
   }
 }
 
-void Race::Check(const Runner& runner, Lane& lane) {
+std::vector<pid_t> Race::Known() const {
+  std::vector<pid_t> known{router_.Id()};
+  for (const Runner& runner : runners_) {
+    if (runner.process) {
+      known.push_back(runner.process->Id());
+    }
+  }
+  return known;
+}
+
+void Race::Check(const Runner& runner, Result& result) {
   const demo::RouterState state = router_.State();
   if (const QString missing = WhatIsMissing(entries_, state); !missing.isEmpty()) {
     Fail(QStringLiteral("%1: %2.").arg(runner.name, missing));
   }
-  lane.exchanges = static_cast<double>(state.requests) / options_.entries;
+  result.exchanges = static_cast<double>(state.requests) / options_.entries;
 }
 
 QHash<QString, double> Race::MeasureSteps(const QString& contender) {

@@ -25,11 +25,12 @@ struct RaceOptions {
   int entries = 20;
   int rounds = 5;
   bool verbose = false;
-  QStringList only;  // names of contenders; empty: all
+  QStringList only;   // names of contenders; empty: all
+  QStringList flags;  // of the web engine: Quayline's engine runs once more with each
 };
 
 // What one contender took.
-struct Lane {
+struct Result {
   QString name;
   std::vector<double> wall_ms;
   std::vector<double> processor_ms;
@@ -50,7 +51,7 @@ class Race final {
   Race(const QString& bench_program, const RouterRecord& router, const RaceOptions& options);
 
   // Ends the program with a sentence when a contender fails or leaves a rule out.
-  std::vector<Lane> Run();
+  std::vector<Result> Run();
   // The median cost in microseconds of each single step that a contender tells of.
   QHash<QString, double> MeasureSteps(const QString& contender);
   // The events of one job of Quayline's.
@@ -60,9 +61,10 @@ class Race final {
   std::vector<std::string> WordsFor(const QString& name) const;
   void Start();
   ChildProcess& Find(const QString& name);
-  void RunOne(Runner& runner, Lane& lane);
-  void RunWholeProgram(Lane& lane);
-  void Check(const Runner& runner, Lane& lane);
+  void RunOne(Runner& runner, Result& result);
+  void RunWholeProgram(Result& result);
+  std::vector<pid_t> Known() const;
+  void Check(const Runner& runner, Result& result);
 
   QString bench_program_;
   RaceOptions options_;
@@ -71,7 +73,5 @@ class Race final {
   RouterProcess router_;
   std::vector<Runner> runners_;
 };
-
-double Median(std::vector<double> values);
 
 }  // namespace quayline::bench

@@ -25,6 +25,8 @@ const std::vector<ValueOption>& ValueOptions() {
       {"--port", [](auto& update, const QString& value) { update.port = value; }},
       {"--type", [](auto& update, const QString& value) { update.type = value; }},
       {"--user", [](auto& update, const QString& value) { update.user = value; }},
+      {"--trust-certificate",
+       [](auto& update, const QString& value) { update.trusted_certificate = value; }},
       {"--password-file",
        [](auto& update, const QString& value) { update.password_file = value; }}};
   return options;
@@ -144,6 +146,10 @@ standard output as it grows.
   --user NAME          the router's user name
   --password-file F    a file whose first line is the router's password
   --password-stdin     the password is the first line of standard input
+  --trust-certificate FINGERPRINT
+                       take this certificate of a router that speaks https and signed it
+                       itself: its SHA-256 fingerprint, as an earlier run has told it. It is
+                       remembered in DIR.
   --throttle           wait half a second behind each command of the script
 
 What is not given comes from the settings in DIR, else from the router's row in routers.mdb,

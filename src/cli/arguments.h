@@ -22,6 +22,7 @@ struct UpdateArguments {
   std::optional<QString> user;
   std::optional<QString> password_file;
   bool password_from_stdin = false;
+  std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
   bool throttle = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include "script/script_runner.h"
 
+#include <QMetaMethod>
 #include <QUrl>
 
 #include "script/status_text.h"
@@ -53,6 +54,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
       .tell_wait = [this](const QString& what) { Q_EMIT waitingFor(what); }});
 
   stopped_by_user_ = false;
+  messages_shown_ = 0;
   flags.is_running = true;
   flags.SetJobStopRequested(false);
   flags.SetPageErrorPending(false);
@@ -111,11 +113,38 @@ void ScriptRunner::ConnectHost(PageHost* host) {
       Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text);
     }
   });
+  connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
   connect(host, &PageHost::scriptError, this, [this](const QString& description) {
     if (!context_.job_options.silent_mode) {
-      Q_EMIT noticeRequested(description);
+      ShowPageMessage(description);
     }
   });
+  ConnectQuestions(host);
+}
+
+void ScriptRunner::ConnectQuestions(PageHost* host) {
+  connect(host, &PageHost::certificateQuestion, this, [this](const auto&... question) {
+    if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::certificateQuestion))) {
+      Q_EMIT certificateQuestion(question...);
+    } else {
+      std::get<2>(std::tie(question...))(false);
+    }
+  });
+  connect(host, &PageHost::loginQuestion, this, [this](const auto&... question) {
+    if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::loginQuestion))) {
+      Q_EMIT loginQuestion(question...);
+    } else {
+      std::get<1>(std::tie(question...))(std::nullopt);
+    }
+  });
+}
+
+// A page that has something to say for ever is heard a few times.
+void ScriptRunner::ShowPageMessage(const QString& text) {
+  constexpr int kMaxShown = 5;
+  if (++messages_shown_ <= kMaxShown) {
+    Q_EMIT noticeRequested(text);
+  }
 }
 
 void ScriptRunner::OnNavigateError(const QString& url, int status) {

@@ -55,6 +55,12 @@ class ScriptRunner : public QObject {
   void waitingFor(const QString& what);
   // A message for the user, to be shown without stopping the run.
   void noticeRequested(const QString& text);
+  // Questions of the router that the user has to answer while the page waits; see PageHost. Where
+  // nobody hears them they are refused.
+  void certificateQuestion(const QString& address, const QString& fingerprint,
+                           const std::function<void(bool trusted)>& answer);
+  void loginQuestion(const QString& address,
+                     const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // The run is over, finished or stopped.
   void ended();
 
@@ -88,6 +94,8 @@ class ScriptRunner : public QObject {
 
  private:
   void ConnectHost(PageHost* host);
+  void ConnectQuestions(PageHost* host);
+  void ShowPageMessage(const QString& text);
   void OnNavigateError(const QString& url, int status);
   QString Notice(const Message& what, std::initializer_list<Message> steps) const;
 
@@ -98,6 +106,7 @@ class ScriptRunner : public QObject {
   std::unique_ptr<RunEnvironment> environment_;
   bool stopped_by_user_ = false;
   bool running_ = false;
+  int messages_shown_ = 0;
   Flow flow_;  // last: its frames use what stands above
 };
 

@@ -301,5 +301,25 @@ TEST_F(DemoRouterTest, ListensOnLoopbackAloneAndSaysWhyItCannot) {
   }
 }
 
+TEST_F(DemoRouterTest, ThePageOfTheLongListNeverGrows) {
+  Start("longlist", {.entries = 3});
+  const auto RowsOf = [this] { return Get(port_, "/rules.html").body.count("name=\"mark_"); };
+  EXPECT_EQ(RowsOf(), 3);
+  const Answer saved =
+      Post(port_, "/rules.html", RuleForm("Web", "80", "81", "both", "192.168.1.2") + "&enabled=1");
+  EXPECT_EQ(saved.status, 302);
+  EXPECT_TRUE(saved.head.contains("Location: /rules.html"));
+  EXPECT_EQ(RowsOf(), 3);
+  const Answer refused =
+      Post(port_, "/rules.html", RuleForm("We<b", "x", "81", "both", "192.168.1.2"));
+  EXPECT_EQ(refused.status, 200);
+  EXPECT_TRUE(refused.body.contains("value=\"We&lt;b\"")) << "what was typed is gone";
+  ASSERT_EQ(router_.Rules().size(), 1);
+  EXPECT_TRUE(router_.Rules().first().enabled);
+  Post(port_, "/rules.html", RuleForm("Off", "90", "90", "udp", "192.168.1.2"));
+  ASSERT_EQ(router_.Rules().size(), 2);
+  EXPECT_FALSE(router_.Rules().last().enabled) << "the box that is not checked counts";
+}
+
 }  // namespace
 }  // namespace quayline::demo

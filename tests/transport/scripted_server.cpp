@@ -5,6 +5,8 @@
 
 #include <QTcpSocket>
 
+#include <sys/socket.h>
+
 namespace quayline::testing {
 
 Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray& headers) {
@@ -53,6 +55,10 @@ void ScriptedServer::Read(QTcpSocket* client) {
   if (reply.then == Reply::Then::kClose) {
     client->disconnectFromHost();
   } else if (reply.then == Reply::Then::kReset) {
+    // Without lingering the system sends a reset in place of an orderly end.
+    const linger none{.l_onoff = 1, .l_linger = 0};
+    setsockopt(static_cast<int>(client->socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
+               sizeof none);
     client->abort();
   }
 }

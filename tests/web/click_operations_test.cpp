@@ -114,7 +114,7 @@ TEST_F(WebTest, FormsAreSubmittedByNumberPastTheirOwnControls) {
     EXPECT_EQ(Ask(SubmitFormByNumber(number)), kSuccessful);
     EXPECT_EQ(Read("location.pathname"), u"/page"_s) << number;
   }
-  server.replies["/saved?submit=1&action=2"] = Answer("200 OK", "saved");
+  server.replies["/saved?submit=1&action=2"] = Html("saved");
   EXPECT_EQ(Ask(SubmitFormByNumber(1)), kSuccessful);
   EXPECT_TRUE(RunUntil([&] { return host->Navigation().busy; }, 3s));
   Settle();

@@ -65,8 +65,12 @@ TEST_F(WebTest, OnlyAnEmptyElementIsSetWhereThatIsAskedFor) {
   const OperationCase cases[] = {
       {"a filled field is overwritten", "<input name=a value=1>",
        SetElementValue(u"a"_s, u"x"_s, true), kFailed, "values()", "1"},
-      {"the search stops at the filled field", "<input name=a value=1><input name=a>",
+      {"the search stops at a filled field",
+       "<input name=a><input name=a><script>document.querySelector('input').value = 1;</script>",
        SetElementValue(u"a"_s, u"x"_s, true), kSuccessful, "values()", "1|x"},
+      {"a filled field does not stand for the others of its name",
+       "<input name=a value=1><input name=a>", SetElementValue(u"a"_s, u"x"_s, true), kFailed,
+       "values()", "1|"},
       {"the search stops at the names", "<input name=a value=1><input id=a>",
        SetElementValue(u"a"_s, u"x"_s, true), kSuccessful, "values()", "1|x"},
       {"a value that only the markup has counts for nothing", kEmptied,
@@ -138,16 +142,28 @@ TEST_F(WebTest, KeysGoIntoTheElementAtAPosition) {
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.fault);
-    Show("<p>first</p><input><input>");
+    Show("<p>first</p><input name=a><input name=b>");
     EXPECT_EQ(Ask(FocusElementByPosition(Read(kPosition).toInt())), kSuccessful);
     host->SendKeys(QString::fromUtf8(row.keys));
-    EXPECT_EQ(Read("values()"), QString::fromUtf8(row.values));
+    EXPECT_EQ(
+        Ask(GetElementValue(u"a"_s)).toString() + u'|' + Ask(GetElementValue(u"b"_s)).toString(),
+        QString::fromUtf8(row.values));
   }
+}
+
+TEST_F(WebTest, KeysThatNothingHearsHoldNoQuestionUp) {
+  Show("<input name=a value=1>");
+  RunInPage("document.open(); document.write('<input name=a value=1>'); document.close()");
+  host->SendKeys(u"x"_s);
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
+  EXPECT_LT(timer.elapsed(), 2000);
 }
 
 TEST_F(WebTest, EnterSubmitsTheFormThatWasTypedInto) {
   Show("<form action=/saved><input name=a></form>");
-  server.replies["/saved?a=8080"] = Answer("200 OK", "saved");
+  server.replies["/saved?a=8080"] = Html("saved");
   EXPECT_EQ(Ask(FocusElementByPosition(Read(kPosition).toInt())), kSuccessful);
   host->SendKeys(u"8080~"_s);
   EXPECT_TRUE(RunUntil([&] { return host->Navigation().busy; }, std::chrono::seconds(3)));

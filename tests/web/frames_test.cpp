@@ -13,17 +13,16 @@ using namespace std::chrono_literals;
 class FramesTest : public WebTest {
  protected:
   FramesTest() {
-    server.replies["/frames"] =
-        Answer("200 OK",
-               "<html><frameset cols='*,*,*,*'><frame src=/f0><frame src=/f1 name=main>"
-               "<frame src=/f2><frame src='" +
-                   elsewhere.Address(u"/f3"_s).toEncoded() + "'></frameset></html>");
+    server.replies["/frames"] = Html(
+        "<html><frameset cols='*,*,*,*'><frame src=/f0><frame src=/f1 name=main>"
+        "<frame src=/f2><frame src='" +
+        elsewhere.Address(u"/f3"_s).toEncoded() + "'></frameset></html>");
     for (const char* name : {"f0", "f1", "f2", "new"}) {
       server.replies[QByteArray("/") + name] =
-          Answer("200 OK", QByteArray("<html><body id=") + name + "><input name=a value=" + name +
-                               "></body></html>");
+          Html(QByteArray("<html><body id=") + name + "><input name=a value=" + name +
+               "></body></html>");
     }
-    elsewhere.replies["/f3"] = Answer("200 OK", "<input name=a value=f3>");
+    elsewhere.replies["/f3"] = Html("<input name=a value=f3>");
   }
 
   QString Values() {
@@ -66,10 +65,10 @@ TEST_F(FramesTest, AnEmptyFieldOfAFrameIsLookedUpInTheTopDocument) {
 }
 
 TEST_F(FramesTest, AFrameIsClickedTypedIntoAndRead) {
-  server.replies["/f1"] = Answer("200 OK",
-                                 "<input><select name=s><option>x<option>Web</select><a id=l></a>"
-                                 "<script>var hit = ''; document.getElementById('l').onclick = "
-                                 "function () { hit += 'save'; };</script>");
+  server.replies["/f1"] = Html(
+      "<input><select name=s><option>x<option>Web</select><a id=l></a>"
+      "<script>var hit = ''; document.getElementById('l').onclick = "
+      "function () { hit += 'save'; };</script>");
   Open("/frames");
   EXPECT_EQ(Ask(ClickByOnclick(u"'save'"_s), 1), kSuccessful);
   EXPECT_EQ(Read("frames[1].hit"), u"save"_s);
@@ -77,6 +76,7 @@ TEST_F(FramesTest, AFrameIsClickedTypedIntoAndRead) {
   EXPECT_EQ(Read("frames[1].document.querySelector('select').value"), u"Web"_s);
   EXPECT_EQ(Ask(FocusElementByPosition(3), 1), kSuccessful);  // html, head, body, input
   host->SendKeys(u"80{+}"_s);
+  EXPECT_EQ(Ask(PageContainsWords(u"input"_s), 1), QJsonValue(true)) << "the keys come first";
   EXPECT_EQ(Read("frames[1].document.querySelector('input').value"), u"80+"_s);
 }
 

@@ -47,8 +47,8 @@ class LoginTest : public WebTest {
 };
 
 TEST_F(LoginTest, TheRightLoginIsSentOnceAndShownNowhere) {
-  server.replies["/"] = Answer("200 OK", "<title>rules</title>welcome");
-  server.replies["/more"] = Answer("200 OK", "more");
+  server.replies["/"] = Html("<title>rules</title>welcome");
+  server.replies["/more"] = Html("more");
   GiveLogin(u"admin"_s, u"s:cr@t/#?"_s);
   Open("/");
   EXPECT_EQ(tries, QList<QByteArray>{"admin:s:cr@t/#?"});
@@ -81,7 +81,7 @@ TEST_F(LoginTest, ASecondTryMendsBlanksThatAreMeant) {
                ? std::nullopt
                : std::optional(Answer("401 Unauthorized", "no", kAsked));
   };
-  server.replies["/"] = Answer("200 OK", "welcome");
+  server.replies["/"] = Html("welcome");
   GiveLogin(u" admin"_s, u"pass "_s);
   Open("/");
   EXPECT_EQ(tries, (QList<QByteArray>{"admin:pass", " admin:pass "}));
@@ -101,9 +101,9 @@ TEST_F(LoginTest, NoOtherServerGetsTheLogin) {
   QByteArray other_name = server.Address(u"/secret"_s).toEncoded();
   other_name.replace("127.0.0.1", "localhost");
   GiveLogin(u"admin"_s, u"s:cr@t/#?"_s);
-  server.replies["/free/frame"] = Answer("200 OK", "<iframe src='" + other + "'></iframe>");
-  server.replies["/free/picture"] = Answer("200 OK", "<img src='" + other + "'>");
-  server.replies["/free/name"] = Answer("200 OK", "<iframe src='" + other_name + "'></iframe>");
+  server.replies["/free/frame"] = Html("<iframe src='" + other + "'></iframe>");
+  server.replies["/free/picture"] = Html("<img src='" + other + "'>");
+  server.replies["/free/name"] = Html("<iframe src='" + other_name + "'></iframe>");
   server.replies["/free/redirect"] = RedirectTo(other);
   for (const char* path : {"/free/frame", "/free/picture", "/free/name", "/free/redirect"}) {
     SCOPED_TRACE(path);
@@ -116,7 +116,7 @@ TEST_F(LoginTest, NoOtherServerGetsTheLogin) {
 }
 
 TEST_F(LoginTest, APictureOfTheRouterGetsTheLoginOfItsPage) {
-  server.replies["/free/page"] = Answer("200 OK", "<img src=/picture>");
+  server.replies["/free/page"] = Html("<img src=/picture>");
   server.replies["/picture"] = Answer("200 OK", "GIF89a", "Content-Type: image/gif\r\n");
   GiveLogin(u"admin"_s, u"s:cr@t/#?"_s);
   Open("/free/page");
@@ -124,7 +124,7 @@ TEST_F(LoginTest, APictureOfTheRouterGetsTheLoginOfItsPage) {
 }
 
 TEST_F(LoginTest, AnotherLoginHasTriesOfItsOwn) {
-  server.replies["/"] = Answer("200 OK", "welcome");
+  server.replies["/"] = Html("welcome");
   GiveLogin(u"admin"_s, u"wrong"_s);
   Open("/");
   GiveLogin(u"admin"_s, u"wrong"_s);

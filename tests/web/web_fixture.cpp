@@ -10,13 +10,11 @@
 
 extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
 
-namespace quayline {
-
 void PrintTo(const QJsonValue& value, std::ostream* out) {
   *out << QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).toStdString();
 }
 
-namespace testing {
+namespace quayline::testing {
 
 using namespace std::chrono_literals;
 
@@ -41,6 +39,10 @@ QByteArray Page(const QByteArray& head, const QByteArray& body) {
 }
 
 }  // namespace
+
+Reply Html(const QByteArray& markup) {
+  return Answer("200 OK", markup, "Content-Type: text/html; charset=utf-8\r\n");
+}
 
 WebTest::WebTest() : window(std::make_unique<QWidget>()), host(make_host(nullptr)) {
   auto* layout = new QVBoxLayout(window.get());
@@ -75,8 +77,7 @@ void WebTest::Open(const QUrl& address) {
 }
 
 void WebTest::Show(const QByteArray& body, const QByteArray& head) {
-  server.replies["/page"] =
-      Answer("200 OK", Page(head, body), "Content-Type: text/html; charset=utf-8\r\n");
+  server.replies["/page"] = Html(Page(head, body));
   Open("/page");
   ASSERT_EQ(errors, QStringList());
 }
@@ -111,7 +112,7 @@ void WebTest::RunInPage(const char* code) {
 }
 
 void WebTest::Check(std::span<const OperationCase> cases) {
-  QByteArray many;
+  QByteArray many = "<div hidden>";
   for (int i = 0; i < kPaddingElements; ++i) {
     many += "<i></i>";
   }
@@ -139,5 +140,4 @@ bool WebTest::IsTold(const char* part) {
   return RunUntil([&] { return told.filter(QString::fromUtf8(part)).size() > 0; }, 3s);
 }
 
-}  // namespace testing
-}  // namespace quayline
+}  // namespace quayline::testing

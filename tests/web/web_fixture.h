@@ -17,12 +17,13 @@
 
 class QWebEnginePage;
 
-namespace quayline {
-
 // How GoogleTest shows an answer.
 void PrintTo(const QJsonValue& value, std::ostream* out);
 
-namespace testing {
+namespace quayline::testing {
+
+// A whole answer that a browser takes for a page; without a type it would have to guess.
+Reply Html(const QByteArray& markup);
 
 inline const QJsonValue kSuccessful{QLatin1String(page_result::kSuccessful)};
 inline const QJsonValue kFailed{QLatin1String(page_result::kFailed)};
@@ -83,5 +84,4 @@ class WebTest : public ::testing::Test {
   void AskOn(const OperationCase& row, const QByteArray& padding);
 };
 
-}  // namespace testing
-}  // namespace quayline
+}  // namespace quayline::testing

@@ -8,9 +8,8 @@
 // The top document's agent answers the questions of PageOperations, one call each; the page cannot
 // change under a call. An answer is {ok: true, value: ...}. `beacon` marks what is said to the host
 // through the console, `ask` and `reply` are the names under which it speaks with the handler
-// reader (handler_reader.js), `watchAsk` and `watchReply` those of the page watch (page_watch.js).
-// All of them are secret from the page.
-function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
+// reader (handler_reader.js). All three are secret from the page.
+function installPageAgent(beacon, ask, reply) {
   'use strict';
 
   const SUCCESSFUL = 'successful';
@@ -26,6 +25,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   const isTop = window === window.top;
   tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
   addEventListener('load', () => tell('load ' + (isTop ? 1 : 0) + ' ' + location.href));
+  addEventListener('keyup', (event) => event.isTrusted && tell('key'), true);
 
   // ---- What names on the page cannot hide ---------------------------------------------------
 
@@ -54,6 +54,8 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   const attributeOf = method(Element.prototype, 'getAttribute');
   const setAttributeOf = method(Element.prototype, 'setAttribute');
   const sendTo = method(EventTarget.prototype, 'dispatchEvent');
+  const listenTo = method(EventTarget.prototype, 'addEventListener');
+  const stopListeningTo = method(EventTarget.prototype, 'removeEventListener');
   const clickOn = method(HTMLElement.prototype, 'click');
   const focusOn = method(HTMLElement.prototype, 'focus');
   const submitForm = method(HTMLFormElement.prototype, 'submit');
@@ -110,9 +112,9 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
         sources.set(elements[index], source);
       }
     };
-    line.addEventListener(reply, take);
+    listenTo(line, reply, take);
     sendTo(line, new CustomEvent(ask, {detail: handler}));
-    line.removeEventListener(reply, take);
+    stopListeningTo(line, reply, take);
     return (element) => sources.get(element) || attributeOf(element, handler) || '';
   }
 
@@ -566,142 +568,11 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   window.quaylineCall = function(operation, args, frame) {
     try {
       if (ACTS.test(operation)) {
-        askWatches('arm');
+        window.quaylineArm();
       }
       return {ok: true, value: operations[operation](chooseDocument(frame), ...args)};
     } catch (error) {
       return {ok: false, value: String(error)};
     }
-  };
-
-  // ---- The page at rest ---------------------------------------------------------------------
-
-  // How long the page's work in hand is waited for: its own timers behind an act are shorter, and a
-  // request is answered by then or is one that the page holds open for ever.
-  const WORK_LIMIT_MS = 5000;
-  // A page that leaves by itself within this time is followed.
-  const REFRESH_LIMIT_S = 2;
-
-  // The documents that scripts of this page can reach, the page's own first.
-  function reachableDocuments() {
-    const documents = [document];
-    const gather = (window_) => {
-      for (let i = 0; i < window_.length; i += 1) {
-        try {
-          documents.push(window_[i].document);
-          gather(window_[i]);
-        } catch (error) {
-          // A frame of another host: none of its work is ours.
-        }
-      }
-    };
-    gather(window);
-    return documents;
-  }
-
-  // Speaks with the watches of all documents. The number of things in hand; nothing where a
-  // document's watch keeps silent, as it does in one that was written anew.
-  function askWatches(what) {
-    let total = 0;
-    for (const document_ of reachableDocuments()) {
-      let answer = null;
-      const hear = (event) => {
-        answer = Number(event.detail);
-      };
-      document_.addEventListener(watchReply, hear);
-      document_.dispatchEvent(new CustomEvent(watchAsk, {detail: what}));
-      document_.removeEventListener(watchReply, hear);
-      if (answer === null) {
-        return null;
-      }
-      total += answer;
-    }
-    return total;
-  }
-
-  window.quaylineArm = function() {
-    askWatches('arm');
-  };
-
-  // Whether the page is about to leave for another by its own markup.
-  function refreshIsNear() {
-    const meta = document.querySelector('meta[http-equiv="refresh" i]');
-    return meta !== null && document.readyState === 'complete' &&
-      parseFloat(meta.content) <= REFRESH_LIMIT_S;
-  }
-
-  function afterTimers(number, then) {
-    if (number === 0) {
-      then();
-    } else {
-      setTimeout(() => afterTimers(number - 1, then), 0);
-    }
-  }
-
-  // For a page whose work cannot be watched: behind four timers in a row (from the fifth on they
-  // are held back), and, where the page is painted, behind two frames.
-  function proveBlindly(end) {
-    const FRAMES_MS = 60;
-    const QUIET_MS = 30;
-    const start = performance.now();
-    let over = false;
-    const finish = () => {
-      if (!over) {
-        over = true;
-        setTimeout(end, Math.max(0, QUIET_MS - (performance.now() - start)));
-      }
-    };
-    afterTimers(4, () => {
-      if (document.visibilityState === 'visible') {
-        requestAnimationFrame(() => requestAnimationFrame(finish));
-        setTimeout(finish, FRAMES_MS);
-      } else {
-        finish();
-      }
-    });
-  }
-
-  // Says `id` on the console when the page has nothing in hand from which a navigation could come:
-  // behind the tasks that stand in its queue, and behind whatever work they put off.
-  window.quaylineProveQuiet = function(id) {
-    const TIMERS = 2;
-    const start = performance.now();
-    let waiting = false;
-    const end = () => {
-      askWatches('disarm');
-      tell('quiet ' + id);
-    };
-    const look = () => {
-      const inHand = askWatches('count');
-      if (inHand === null) {
-        proveBlindly(end);
-        return;
-      }
-      if ((inHand === 0 && !refreshIsNear()) || performance.now() - start > WORK_LIMIT_MS) {
-        end();
-        return;
-      }
-      if (!waiting) {
-        waiting = true;
-        tell('working ' + id);
-      }
-      awaitReply();
-    };
-    // Looks again when a watch reports that its work is done, and from time to time.
-    const awaitReply = () => {
-      const AGAIN_MS = 50;
-      const documents = reachableDocuments();
-      let over = false;
-      const wake = () => {
-        if (!over) {
-          over = true;
-          documents.forEach((each) => each.removeEventListener(watchReply, wake));
-          afterTimers(TIMERS, look);
-        }
-      };
-      documents.forEach((each) => each.addEventListener(watchReply, wake));
-      setTimeout(wake, AGAIN_MS);
-    };
-    afterTimers(TIMERS, look);
   };
 }

@@ -52,6 +52,7 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->Text2->setPlainText(Text(message::kFirstStatus) + QLatin1Char('\n'));
 
   ConnectLog();
+  ConnectQuestions();
   ConnectProgress();
   ConnectButtons();
   runner_->Open();
@@ -76,6 +77,25 @@ void FrmJobStatus::ConnectLog() {
           [this] { ui_->Text3->setPlainText(Text(kJobTexts.last_error)); });
   connect(runner_.get(), &JobRunner::noticeRequested, this,
           [this](const QString& text) { prompts_.Notify(this, text); });
+}
+
+// The page waits for the answers; the job can be stopped meanwhile by refusing.
+void FrmJobStatus::ConnectQuestions() {
+  connect(runner_.get(), &JobRunner::certificateQuestion, this,
+          [this](const QString& address, const QString& fingerprint,
+                 const std::function<void(bool)>& answer) {
+            prompts_.AskCarefully(this, Text(message::kCertificateTitle),
+                                  Text(message::kCertificateQuestion).arg(address, fingerprint),
+                                  answer);
+          });
+  connect(
+      runner_.get(), &JobRunner::loginQuestion, this,
+      [this](const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer) {
+        prompts_.AskLogin(this, address, [answer](const std::optional<LoginAnswer>& login) {
+          answer(login ? std::optional(TypedLogin{login->username, login->password})
+                       : std::nullopt);
+        });
+      });
 }
 
 void FrmJobStatus::ConnectProgress() {
