@@ -103,7 +103,7 @@ int Run(QApplication& application, const Options& options) {
   AppContext context(*folder, adapters, desktop);
   WindowPrompts prompts;
   const WindowFactory windows{.job_status = [&context, &prompts] {
-    return new FrmJobStatus(context, prompts, WebPageHosts(context.job_options));
+    return new FrmJobStatus(context, prompts, WebPageHosts(context.job_options, &context.certificates));
   }};
   FrmMain2 main_window(context, prompts, windows);
   QObject::connect(&main_window, &FrmMain2::closed, qApp, &QCoreApplication::quit,

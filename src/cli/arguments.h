@@ -22,14 +22,16 @@ struct UpdateArguments {
   std::optional<QString> user;
   std::optional<QString> password_file;
   bool password_from_stdin = false;
+  std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
   bool throttle = false;
 };
 
-enum class CliCommand { kHelp, kVersion, kUpdate };
+enum class CliCommand { kHelp, kVersion, kUpdate, kLint };
 
 struct CliArguments {
   CliCommand command = CliCommand::kHelp;
   UpdateArguments update;
+  QString lint_file;
 };
 
 // Reads the words behind the program's name. An error is a sentence for the user.

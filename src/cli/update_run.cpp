@@ -140,13 +140,27 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, Ap
   return {};
 }
 
-UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host, QObject* parent)
+UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
+                     std::optional<QString> trusted_certificate, QObject* parent)
     : QObject(parent), runner_(context, std::move(make_host)) {
   connect(&runner_.Log(), &JobLog::appended, this,
           [](const QString& text) { Write(stdout, text); });
   const auto tell = [](const QString& text) { Write(stderr, text + QLatin1Char('\n')); };
   connect(&runner_, &JobRunner::errorAppended, this, tell);
   connect(&runner_, &JobRunner::noticeRequested, this, tell);
+  connect(&runner_, &JobRunner::certificateQuestion, this,
+          [tell, trusted_certificate](const QString& address, const QString& fingerprint,
+                                      const std::function<void(bool)>& answer) {
+            const bool is_trusted =
+                trusted_certificate &&
+                trusted_certificate->compare(fingerprint, Qt::CaseInsensitive) == 0;
+            if (!is_trusted) {
+              tell(QStringLiteral("%1 shows a certificate that nobody vouches for. If it is your "
+                                  "router's own, run this again with --trust-certificate %2")
+                       .arg(address, fingerprint));
+            }
+            answer(is_trusted);
+          });
   // A page is laid out and takes the focus only in a view that is shown; on this program's platform
   // nobody sees it.
   const auto show = [](PageHost* host) {

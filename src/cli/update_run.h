@@ -33,7 +33,9 @@ class UpdateRun final : public QObject {
   Q_OBJECT
 
  public:
-  UpdateRun(AppContext& context, PageHostFactory make_host, QObject* parent = nullptr);
+  // `trusted_certificate` is the fingerprint of the router's certificate that is taken unseen.
+  UpdateRun(AppContext& context, PageHostFactory make_host,
+            std::optional<QString> trusted_certificate, QObject* parent = nullptr);
 
   void Start();
   void Stop() { runner_.Stop(); }

@@ -121,7 +121,7 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
                           .WokenBy(&flags, &JobFlags::changed)
                           .AtMost(kLongWait);
     if (!soon) {
-      env.tell_wait(run.url.isEmpty() ? run.given.router_host : run.url);
+      env.tell_wait(run.given.router_host);  // the last address may show the password
       co_await Until(over)
           .WokenBy(&browsers, &BrowserSet::navigationChanged)
           .WokenBy(&flags, &JobFlags::changed);

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 #include "script/page_call.h"
 
@@ -22,6 +23,12 @@ struct PageLogin {
   QString password;
 
   bool operator==(const PageLogin&) const = default;
+};
+
+// A login that the user typed when the router asked for one; nothing: the question was refused.
+struct TypedLogin {
+  QString username;
+  QString password;
 };
 
 // Whether a page is on its way somewhere.
@@ -89,11 +96,19 @@ class PageHost : public QObject {
   void progressChanged(int percent);
   // Something to tell in the status box: what the browser is doing, what it refused.
   void statusTextChanged(const QString& text);
+  // The page shows a message, which was answered at once: OK, or what the page proposed. Only
+  // raised with silent mode off.
+  void pageMessage(const QString& text);
+  // The router shows a certificate that nobody vouches for, and that is not known yet. The page
+  // waits for the answer, which is given once, at any time. Unheard, it is refused.
+  void certificateQuestion(const QString& address, const QString& fingerprint,
+                           const std::function<void(bool trusted)>& answer);
+  // The router asks for a login and there is none to give, or none is left to try. The page waits.
+  // Only raised with silent mode off.
+  void loginQuestion(const QString& address,
+                     const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // A script of the page failed.
   void scriptError(const QString& description, const QString& url, int line);
-  // The page showed a message of its own, which was answered at once (silent mode) or is to be
-  // shown to the user.
-  void pageMessage(const QString& text);
 };
 
 using PageHostFactory = std::function<PageHost*(QObject* parent)>;

@@ -5,6 +5,8 @@
 
 #include <QTcpSocket>
 
+#include <sys/socket.h>
+
 namespace quayline::testing {
 
 Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray& headers) {
@@ -45,13 +47,18 @@ void ScriptedServer::Read(QTcpSocket* client) {
     return;
   }
   requests.append(client->readAll());
-  const Reply reply =
-      replies.value(requests.last().split(' ').value(1), Answer("404 Not Found", "no such page"));
+  const std::optional<Reply> first = special ? special(requests.last()) : std::nullopt;
+  const Reply reply = first.value_or(
+      replies.value(requests.last().split(' ').value(1), Answer("404 Not Found", "no such page")));
   client->write(reply.bytes);
   client->flush();
   if (reply.then == Reply::Then::kClose) {
     client->disconnectFromHost();
   } else if (reply.then == Reply::Then::kReset) {
+    // Without lingering the system sends a reset in place of an orderly end.
+    const linger none{.l_onoff = 1, .l_linger = 0};
+    setsockopt(static_cast<int>(client->socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
+               sizeof none);
     client->abort();
   }
 }

@@ -7,7 +7,9 @@
 #include <QTcpServer>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace quayline::testing {
 
@@ -33,7 +35,9 @@ class ScriptedServer final : public QObject {
   QUrl Address(const QString& path, const QString& scheme = QStringLiteral("http")) const;
 
   QMap<QByteArray, Reply> replies;  // by path; others are answered with 404
-  QList<QByteArray> requests;       // each with its headers, in order of arrival
+  // Looked at first, where it is set: what a request with these headers is answered with.
+  std::function<std::optional<Reply>(const QByteArray& request)> special;
+  QList<QByteArray> requests;  // each with its headers, in order of arrival
   int open_connections = 0;
 
  private:

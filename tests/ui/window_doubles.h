@@ -22,6 +22,7 @@ class FakePrompts final : public Prompts {
   QStringList shown;  // "Tell: text", "Ask: title: text", "Save: title: filter", ...
   QList<bool> answers;
   QList<QString> files;
+  std::optional<LoginAnswer> login;
 
   void Tell(QWidget*, const QString& text, std::function<void()> closed) override {
     shown.append(QStringLiteral("Tell: ") + text);
@@ -34,6 +35,15 @@ class FakePrompts final : public Prompts {
            std::function<void(bool yes)> answered) override {
     shown.append(QStringLiteral("Ask: ") + title + QStringLiteral(": ") + text);
     answered(!answers.isEmpty() && answers.takeFirst());
+  }
+  void AskCarefully(QWidget* window, const QString& title, const QString& text,
+                    std::function<void(bool yes)> answered) override {
+    Ask(window, title, text, std::move(answered));
+  }
+  void AskLogin(QWidget*, const QString& address,
+                std::function<void(std::optional<LoginAnswer>)> answered) override {
+    shown.append(QStringLiteral("Login: ") + address);
+    answered(login);
   }
   void AskSaveFile(QWidget*, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override {

@@ -8,9 +8,8 @@
 // The top document's agent answers the questions of PageOperations, one call each; the page cannot
 // change under a call. An answer is {ok: true, value: ...}. `beacon` marks what is said to the host
 // through the console, `ask` and `reply` are the names under which it speaks with the handler
-// reader (handler_reader.js), `watchAsk` and `watchReply` those of the page watch (page_watch.js).
-// All of them are secret from the page.
-function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
+// reader (handler_reader.js). All three are secret from the page.
+function installPageAgent(beacon, ask, reply) {
   'use strict';
 
   const SUCCESSFUL = 'successful';
@@ -26,6 +25,40 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   const isTop = window === window.top;
   tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
   addEventListener('load', () => tell('load ' + (isTop ? 1 : 0) + ' ' + location.href));
+  addEventListener('keyup', (event) => event.isTrusted && tell('key'), true);
+
+  // ---- What names on the page cannot hide ---------------------------------------------------
+
+  // A control hides the member of its form that it is named after, and an element named "links"
+  // hides that of its document: whatever either of them has is asked of the prototypes.
+  function getter(prototype, property) {
+    return Function.prototype.call.bind(
+      Object.getOwnPropertyDescriptor(prototype, property).get);
+  }
+
+  function method(prototype, name) {
+    return Function.prototype.call.bind(prototype[name]);
+  }
+
+  const rootOf = getter(Document.prototype, 'documentElement');
+  const bodyOf = getter(Document.prototype, 'body');
+  const formsOf = getter(Document.prototype, 'forms');
+  const linksOf = getter(Document.prototype, 'links');
+  const windowOf = getter(Document.prototype, 'defaultView');
+  const elementsOf = method(Document.prototype, 'getElementsByTagName');
+  const elementsNamed = method(Document.prototype, 'getElementsByName');
+  const elementWithId = method(Document.prototype, 'getElementById');
+  const childrenOf = getter(Element.prototype, 'children');
+  const markupOf = getter(Element.prototype, 'outerHTML');
+  const innerMarkupOf = getter(Element.prototype, 'innerHTML');
+  const attributeOf = method(Element.prototype, 'getAttribute');
+  const setAttributeOf = method(Element.prototype, 'setAttribute');
+  const sendTo = method(EventTarget.prototype, 'dispatchEvent');
+  const listenTo = method(EventTarget.prototype, 'addEventListener');
+  const stopListeningTo = method(EventTarget.prototype, 'removeEventListener');
+  const clickOn = method(HTMLElement.prototype, 'click');
+  const focusOn = method(HTMLElement.prototype, 'focus');
+  const submitForm = method(HTMLFormElement.prototype, 'submit');
 
   // ---- Reading elements ---------------------------------------------------------------------
 
@@ -36,15 +69,16 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     if (typeof value === 'string') {
       return value;
     }
-    return element.getAttribute(property) || '';
+    return attributeOf(element, property) || '';
   }
 
   function all(document_) {
-    return Array.from(document_.getElementsByTagName('*'));
+    return Array.from(elementsOf(document_, '*'));
   }
 
+  // Keeps every character in its place: one letter would become two.
   function fold(text) {
-    return text.toLowerCase();
+    return text.replaceAll('\u0130', 'i').toLowerCase();
   }
 
   // Case-insensitive; an empty needle is found in every text but an empty one.
@@ -53,39 +87,35 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   }
 
   function byIdOrName(document_, name) {
-    return document_.getElementById(name) || document_.getElementsByName(name)[0] || null;
+    return elementWithId(document_, name) || elementsNamed(document_, name)[0] || null;
   }
 
   // The value that the top document's element of this name was written with.
   function probedValue(name) {
-    const element = byIdOrName(document, name);
-    return (element && element.getAttribute('value')) || '';
+    const element = name === '' ? null : byIdOrName(document, name);
+    return (element && attributeOf(element, 'value')) || '';
   }
 
   function valueOf(element, name) {
     return textOf(element, 'value') || probedValue(name);
   }
 
-  // The source of every element's handler: as written in the markup, or, for one that the page's
-  // scripts assigned, as the page's own world sees it.
+  // The source of every element's handler: as the page's own world sees it, or as it is written in
+  // the markup where that world has none. The two worlds speak over the window's clock: what
+  // listens to a document is gone when the page writes itself anew.
   function handlerReader(document_, handler) {
-    let assigned = null;
-    function assignedText(element) {
-      if (assigned === null) {
-        assigned = new Map();
-        const elements = document_.getElementsByTagName('*');
-        const take = (event) => {
-          for (const [index, text] of JSON.parse(event.detail)) {
-            assigned.set(elements[index], text);
-          }
-        };
-        document_.addEventListener(reply, take);
-        document_.dispatchEvent(new CustomEvent(ask, {detail: handler}));
-        document_.removeEventListener(reply, take);
+    const sources = new Map();
+    const elements = elementsOf(document_, '*');
+    const line = windowOf(document_).performance;
+    const take = (event) => {
+      for (const [index, source] of JSON.parse(event.detail)) {
+        sources.set(elements[index], source);
       }
-      return assigned.get(element) || '';
-    }
-    return (element) => element.getAttribute(handler) || assignedText(element);
+    };
+    listenTo(line, reply, take);
+    sendTo(line, new CustomEvent(ask, {detail: handler}));
+    stopListeningTo(line, reply, take);
+    return (element) => sources.get(element) || attributeOf(element, handler) || '';
   }
 
   // ---- Finding elements ---------------------------------------------------------------------
@@ -95,7 +125,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   // element with the given number (0: the first) of those that match and pass the test is taken.
   function find(document_, properties, wanted, test, number) {
     if (!test && !number && wanted !== '' && properties[0] === 'name') {
-      const quick = document_.getElementsByName(wanted)[0];
+      const quick = elementsNamed(document_, wanted)[0];
       if (quick) {
         return quick;
       }
@@ -123,7 +153,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     if (!element) {
       return null;
     }
-    const own = element.getAttribute('id') || element.getAttribute('name') || '';
+    const own = attributeOf(element, 'id') || attributeOf(element, 'name') || '';
     return own === name || fold(own) === fold(name) ? element : null;
   }
 
@@ -140,20 +170,19 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
 
   function click(element) {
     try {
-      HTMLElement.prototype.click.call(element);
+      clickOn(element);
     } catch (error) {
       // No HTML element: a drawing, for example.
-      attempt(() => element.dispatchEvent(
-        new MouseEvent('click', {bubbles: true, cancelable: true})));
+      attempt(() => sendTo(element, new MouseEvent('click', {bubbles: true, cancelable: true})));
     }
   }
 
   function focus(element) {
-    attempt(() => HTMLElement.prototype.focus.call(element));
+    attempt(() => focusOn(element));
   }
 
   function announce(element, event) {
-    attempt(() => element.dispatchEvent(new Event(event, {bubbles: true})));
+    attempt(() => sendTo(element, new Event(event, {bubbles: true})));
   }
 
   // As typing would: pages that keep their fields in a model of their own hear of it.
@@ -186,29 +215,25 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   }
 
   function optionsOf(element) {
-    return element.tagName === 'SELECT' ? Array.from(element.options) : [];
+    return element.localName === 'select' ? Array.from(element.options) : [];
   }
 
   // ---- Operations ---------------------------------------------------------------------------
 
   function setValue(document_, name, value, onlyIfEmpty, number) {
-    const test = onlyIfEmpty
-      ? (element) => valueOf(element, textOf(element, 'name')) === ''
-      : null;
-    const element = find(document_, ['name', 'id'], name, test, number);
+    const isEmpty = (element) => valueOf(element, textOf(element, 'name')) === '';
+    const element = find(document_, ['name', 'id'], name, onlyIfEmpty ? isEmpty : null, number);
     if (element) {
       focus(element);
       write(element, value);
       return SUCCESSFUL;
     }
     const direct = findDirectly(document_, name);
-    if (!direct) {
+    if (!direct || (onlyIfEmpty && !isEmpty(direct))) {
       return FAILED;
     }
-    attempt(() => direct.setAttribute('value', value));
-    if (direct.value !== value) {
-      write(direct, value);
-    }
+    attempt(() => setAttributeOf(direct, 'value', value));
+    write(direct, value);
     return SUCCESSFUL;
   }
 
@@ -252,24 +277,24 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     return named ? SUCCESSFUL : FAILED;
   }
 
+  function addressOf(link) {
+    return String(link.href).trim();
+  }
+
   function findLink(document_, part) {
-    const links = Array.from(document_.links);
-    const hrefOf = (link) => String(link.href).trim();
-    return links.find((link) => hrefOf(link).includes(part)) ||
-      links.find((link) => contains(hrefOf(link), part)) || null;
+    return Array.from(linksOf(document_)).find((link) => contains(addressOf(link), part)) || null;
   }
 
   // The markup below the root element, one text per child: what any element below the root holds
   // is in one of them.
   function markup(document_) {
-    return Array.from(document_.documentElement ? document_.documentElement.children : [],
-                      (child) => child.outerHTML);
+    return Array.from(childrenOf(rootOf(document_)), markupOf);
   }
 
   // Walks the elements below `element` in source order, leaving out those that do not hold
   // `before`.
   function extract(element, before, after) {
-    const pieces = element.outerHTML.split(before);
+    const pieces = markupOf(element).split(before);
     if (pieces.length < 2) {
       return '';
     }
@@ -277,7 +302,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     if (found !== '') {
       return found;
     }
-    for (const child of element.children) {
+    for (const child of childrenOf(element)) {
       const inner = extract(child, before, after);
       if (inner !== '') {
         return inner;
@@ -291,7 +316,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   let documentsSeen = 0;
 
   function markupState(document_) {
-    const body = document_.body;
+    const body = bodyOf(document_);
     if (!body || !body.hasChildNodes()) {
       return '';
     }
@@ -330,14 +355,14 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
       if (!link) {
         return FAILED_LINK;
       }
-      const href = String(link.href).trim();
+      const href = addressOf(link);
       click(link);
       return href;
     },
 
     FindLinkByHref(document_, part) {
       const link = findLink(document_, part);
-      return link ? String(link.href).trim() : '';
+      return link ? addressOf(link) : '';
     },
 
     ClickByOnclick(document_, part) {
@@ -372,7 +397,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     },
 
     SubmitFormByNumber(document_, number) {
-      attempt(() => HTMLFormElement.prototype.submit.call(document_.forms[number]));
+      attempt(() => submitForm(formsOf(document_)[number]));
       return SUCCESSFUL;
     },
 
@@ -384,7 +409,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
       if (before === '' || after === '') {
         return '';
       }
-      for (const child of document_.documentElement.children) {
+      for (const child of childrenOf(rootOf(document_))) {
         const found = extract(child, before, after);
         if (found !== '') {
           return found;
@@ -447,13 +472,15 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     },
 
     SetCheckboxByPageText(document_, text, span, startMarker, endMarker, checked) {
-      const html = document_.body ? document_.body.innerHTML : '';
+      const body = bodyOf(document_);
+      const html = body ? innerMarkupOf(body) : '';
       const position = fold(html).indexOf(fold(text));
       if (html === '' || position < 0) {
         return FAILED;
       }
       const left = html.slice(0, position + 1);
-      const cut = span > 0 ? left.slice(-span) : '';
+      // A span that cannot be cuts nothing off.
+      const cut = span < 0 ? left : left.slice(Math.max(0, left.length - span));
       const behindStart = startMarker === '' ? '' : cut.split(startMarker)[1] || '';
       const name = endMarker === '' ? behindStart : behindStart.split(endMarker)[0];
       return operations.SetCheckbox(document_, name, checked);
@@ -508,7 +535,7 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
     },
 
     FocusElementByPosition(document_, position, onlyIfEmpty) {
-      const element = document_.getElementsByTagName('*')[position];
+      const element = elementsOf(document_, '*')[position];
       if (!element || (onlyIfEmpty && valueOf(element, textOf(element, 'name')) !== '')) {
         return FAILED;
       }
@@ -541,142 +568,11 @@ function installPageAgent(beacon, ask, reply, watchAsk, watchReply) {
   window.quaylineCall = function(operation, args, frame) {
     try {
       if (ACTS.test(operation)) {
-        askWatches('arm');
+        window.quaylineArm();
       }
       return {ok: true, value: operations[operation](chooseDocument(frame), ...args)};
     } catch (error) {
       return {ok: false, value: String(error)};
     }
-  };
-
-  // ---- The page at rest ---------------------------------------------------------------------
-
-  // How long the page's work in hand is waited for: its own timers behind an act are shorter, and a
-  // request is answered by then or is one that the page holds open for ever.
-  const WORK_LIMIT_MS = 5000;
-  // A page that leaves by itself within this time is followed.
-  const REFRESH_LIMIT_S = 2;
-
-  // The documents that scripts of this page can reach, the page's own first.
-  function reachableDocuments() {
-    const documents = [document];
-    const gather = (window_) => {
-      for (let i = 0; i < window_.length; i += 1) {
-        try {
-          documents.push(window_[i].document);
-          gather(window_[i]);
-        } catch (error) {
-          // A frame of another host: none of its work is ours.
-        }
-      }
-    };
-    gather(window);
-    return documents;
-  }
-
-  // Speaks with the watches of all documents. The number of things in hand; nothing where a
-  // document's watch keeps silent, as it does in one that was written anew.
-  function askWatches(what) {
-    let total = 0;
-    for (const document_ of reachableDocuments()) {
-      let answer = null;
-      const hear = (event) => {
-        answer = Number(event.detail);
-      };
-      document_.addEventListener(watchReply, hear);
-      document_.dispatchEvent(new CustomEvent(watchAsk, {detail: what}));
-      document_.removeEventListener(watchReply, hear);
-      if (answer === null) {
-        return null;
-      }
-      total += answer;
-    }
-    return total;
-  }
-
-  window.quaylineArm = function() {
-    askWatches('arm');
-  };
-
-  // Whether the page is about to leave for another by its own markup.
-  function refreshIsNear() {
-    const meta = document.querySelector('meta[http-equiv="refresh" i]');
-    return meta !== null && document.readyState === 'complete' &&
-      parseFloat(meta.content) <= REFRESH_LIMIT_S;
-  }
-
-  function afterTimers(number, then) {
-    if (number === 0) {
-      then();
-    } else {
-      setTimeout(() => afterTimers(number - 1, then), 0);
-    }
-  }
-
-  // For a page whose work cannot be watched: behind four timers in a row (from the fifth on they
-  // are held back), and, where the page is painted, behind two frames.
-  function proveBlindly(end) {
-    const FRAMES_MS = 60;
-    const QUIET_MS = 30;
-    const start = performance.now();
-    let over = false;
-    const finish = () => {
-      if (!over) {
-        over = true;
-        setTimeout(end, Math.max(0, QUIET_MS - (performance.now() - start)));
-      }
-    };
-    afterTimers(4, () => {
-      if (document.visibilityState === 'visible') {
-        requestAnimationFrame(() => requestAnimationFrame(finish));
-        setTimeout(finish, FRAMES_MS);
-      } else {
-        finish();
-      }
-    });
-  }
-
-  // Says `id` on the console when the page has nothing in hand from which a navigation could come:
-  // behind the tasks that stand in its queue, and behind whatever work they put off.
-  window.quaylineProveQuiet = function(id) {
-    const TIMERS = 2;
-    const start = performance.now();
-    let waiting = false;
-    const end = () => {
-      askWatches('disarm');
-      tell('quiet ' + id);
-    };
-    const look = () => {
-      const inHand = askWatches('count');
-      if (inHand === null) {
-        proveBlindly(end);
-        return;
-      }
-      if ((inHand === 0 && !refreshIsNear()) || performance.now() - start > WORK_LIMIT_MS) {
-        end();
-        return;
-      }
-      if (!waiting) {
-        waiting = true;
-        tell('working ' + id);
-      }
-      awaitReply();
-    };
-    // Looks again when a watch reports that its work is done, and from time to time.
-    const awaitReply = () => {
-      const AGAIN_MS = 50;
-      const documents = reachableDocuments();
-      let over = false;
-      const wake = () => {
-        if (!over) {
-          over = true;
-          documents.forEach((each) => each.removeEventListener(watchReply, wake));
-          afterTimers(TIMERS, look);
-        }
-      };
-      documents.forEach((each) => each.addEventListener(watchReply, wake));
-      setTimeout(wake, AGAIN_MS);
-    };
-    afterTimers(TIMERS, look);
   };
 }

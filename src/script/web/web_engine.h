@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/router_session.h"
+#include "core/trusted_certificates.h"
 #include "script/page_host.h"
 
 // What the programs need of the web engine. This header does not include it.
@@ -10,8 +11,10 @@ namespace quayline {
 
 // Makes hosts on Qt WebEngine that share one off-the-record profile per factory, so that logins and
 // cookies end with the job. The engine starts with the first host. `options` outlives the hosts;
-// whether silent mode is on is looked at each time.
-PageHostFactory WebPageHosts(const JobOptions& options);
+// whether silent mode is on is looked at each time. `certificates`, which outlives them too, knows
+// which certificate of the router the user took on trust; without it none is.
+PageHostFactory WebPageHosts(const JobOptions& options,
+                             TrustedCertificates* certificates = nullptr);
 
 // Sets what Qt WebEngine reads from the environment. To be called first in main(), ahead of
 // QApplication. The browser's sandbox stays on, except for root, under whom it cannot start.

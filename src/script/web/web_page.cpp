@@ -4,7 +4,9 @@
 #include "script/web/web_page.h"
 
 #include <QAuthenticator>
-#include <QWebEngineCertificateError>
+#include <QCryptographicHash>
+#include <QMetaMethod>
+#include <QSslCertificate>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
 
@@ -14,6 +16,7 @@ namespace {
 
 // A page's message is told in the status box; a page can be wordy.
 constexpr int kMaxToldCharacters = 500;
+constexpr int kMaxMessages = 100;  // of one page; one that goes on for ever tells nothing new
 
 QString Shortened(const QString& text) {
   return text.size() > kMaxToldCharacters ? text.left(kMaxToldCharacters) + QChar(0x2026) : text;
@@ -34,10 +37,8 @@ WebPage::WebPage(WebProfile& profile, QObject* parent)
   connect(this, &QWebEnginePage::authenticationRequired, this, &WebPage::AnswerLogin);
   connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
           [](const QUrl&, QAuthenticator* authenticator) { *authenticator = QAuthenticator(); });
-  connect(this, &QWebEnginePage::certificateError, this, [this](QWebEngineCertificateError error) {
-    error.rejectCertificate();
-    Q_EMIT told(tr("Refused: the certificate of %1 cannot be trusted.").arg(error.url().host()));
-  });
+  connect(this, &QWebEnginePage::certificateError, this, &WebPage::JudgeCertificate);
+  connect(this, &QWebEnginePage::loadStarted, this, [this] { messages_ = 0; });
   connect(this, &QWebEnginePage::featurePermissionRequested, this,
           [this](const QUrl& origin, Feature feature) {
             setFeaturePermission(origin, feature, PermissionDeniedByUser);
@@ -75,19 +76,29 @@ QWebEnginePage* WebPage::createWindow(WebWindowType) {
 }
 
 void WebPage::javaScriptAlert(const QUrl&, const QString& text) {
-  Q_EMIT told(tr("The page says: %1").arg(Shortened(text)));
+  TellMessage(tr("The page says: %1").arg(Shortened(text)), text);
 }
 
 bool WebPage::javaScriptConfirm(const QUrl&, const QString& text) {
-  Q_EMIT told(tr("The page asks: %1 (answered: OK)").arg(Shortened(text)));
+  TellMessage(tr("The page asks: %1 (answered: OK)").arg(Shortened(text)), text);
   return true;
 }
 
 bool WebPage::javaScriptPrompt(const QUrl&, const QString& text, const QString& preset,
                                QString* result) {
   *result = preset;
-  Q_EMIT told(tr("The page asks: %1 (answered: %2)").arg(Shortened(text), Shortened(preset)));
+  TellMessage(tr("The page asks: %1 (answered: %2)").arg(Shortened(text), Shortened(preset)), text);
   return true;
+}
+
+void WebPage::TellMessage(const QString& told_text, const QString& text) {
+  if (++messages_ > kMaxMessages) {
+    return;
+  }
+  Q_EMIT told(told_text);
+  if (!profile_.Options().silent_mode) {
+    Q_EMIT messageShown(Shortened(text));
+  }
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
@@ -112,9 +123,53 @@ void WebPage::AnswerLogin(const QUrl& url, QAuthenticator* authenticator) {
     authenticator->setPassword(password);
     return;
   }
+  if (profile_.IsRouter(url)) {
+    Q_EMIT loginRefused();
+  }
   // An authenticator of its own lets the server's refusal through; one that is left alone would be
   // sent empty, again and again.
   *authenticator = QAuthenticator();
+}
+
+// A certificate of the router's own that the user took stays good as long as it is the same. What
+// other hosts show has to hold by itself.
+void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
+  const QUrl url = error.url();
+  const QString address = QStringLiteral("%1:%2").arg(url.host()).arg(url.port(443));
+  const QList<QSslCertificate> chain = error.certificateChain();
+  TrustedCertificates* const known = profile_.Certificates();
+  if (known == nullptr || !profile_.IsRouter(url) || !error.isOverridable() || chain.isEmpty()) {
+    error.rejectCertificate();
+    Q_EMIT told(tr("Refused: the certificate of %1 cannot be trusted.").arg(address));
+    return;
+  }
+  const QByteArray sha256 = chain.first().digest(QCryptographicHash::Sha256);
+  switch (known->Look(address, sha256)) {
+    case TrustedCertificates::Verdict::kTrusted:
+      error.acceptCertificate();
+      return;
+    case TrustedCertificates::Verdict::kChanged:
+      error.rejectCertificate();
+      Q_EMIT told(tr("Refused: the certificate of %1 is not the one that was trusted before.")
+                      .arg(address));
+      return;
+    case TrustedCertificates::Verdict::kUnknown:
+      break;
+  }
+  error.defer();
+  auto answer = [error, known, address, sha256](bool trusted) mutable {
+    if (trusted) {
+      known->Trust(address, sha256);
+      error.acceptCertificate();
+    } else {
+      error.rejectCertificate();
+    }
+  };
+  if (!isSignalConnected(QMetaMethod::fromSignal(&WebPage::certificateQuestion))) {
+    answer(false);
+    return;
+  }
+  Q_EMIT certificateQuestion(address, TrustedCertificates::Fingerprint(sha256), answer);
 }
 
 }  // namespace quayline

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QWebEngineCertificateError>
 #include <QWebEnginePage>
+
+#include <functional>
 
 #include "script/web/web_profile.h"
 
@@ -23,6 +26,12 @@ class WebPage final : public QWebEnginePage {
   void agentSaid(const QString& text);
   void frameNavigating(const QUrl& url, bool is_redirect);
   void told(const QString& text);
+  // A message of the page for the user; with silent mode off.
+  void messageShown(const QString& text);
+  void certificateQuestion(const QString& address, const QString& fingerprint,
+                           const std::function<void(bool trusted)>& answer);
+  // The router's login question found no answer.
+  void loginRefused();
   void scriptFailed(const QString& description, const QString& url, int line);
   // A page asks for a new window; to be answered with the page that becomes it.
   void popupWanted(QWebEnginePage** popup);
@@ -41,8 +50,12 @@ class WebPage final : public QWebEnginePage {
 
  private:
   void AnswerLogin(const QUrl& url, QAuthenticator* authenticator);
+  void JudgeCertificate(QWebEngineCertificateError error);
+  // Tells of a message, and shows it where the user wants to see such.
+  void TellMessage(const QString& told_text, const QString& text);
 
   WebProfile& profile_;
+  int messages_ = 0;  // of the page, since its last load began
 };
 
 }  // namespace quayline

@@ -4,10 +4,12 @@
 #include "script/web/web_page_host.h"
 
 #include <QCoreApplication>
+#include <QHostAddress>
 #include <QJsonDocument>
 #include <QKeyEvent>
+#include <QMetaMethod>
+#include <QRegularExpression>
 #include <QTimer>
-#include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
@@ -27,12 +29,27 @@ using std::chrono::milliseconds;
 constexpr milliseconds kSilenceLimit(1000);  // of a page that is blocked, dead or in a dialog
 constexpr milliseconds kWorkLimit(6000);     // of a page that says that it has work in hand
 constexpr milliseconds kCacheClearing(50);   // no signal tells its end
+constexpr milliseconds kKeysLimit(250);      // of keys that no document has heard
 
 QString AsJavaScript(const QJsonArray& values) {
   return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
 }
 
 QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
+
+// A name that ends in a number can only be an address. The engine says nothing at all of a load
+// from one that is none, such as 192.168.1.999.
+bool IsHost(const QString& host) {
+  static const QRegularExpression numeric(QStringLiteral("(^|\\.)([0-9]+|0[xX][0-9a-fA-F]*)\\.?$"));
+  return !host.isEmpty() && (!numeric.match(host).hasMatch() || !QHostAddress(host).isNull());
+}
+
+// For an address that is none: whatever may have been meant as its login is left out.
+QString WithoutLogin(const QString& address) {
+  static const QRegularExpression login(QStringLiteral("//.*@"),
+                                        QRegularExpression::DotMatchesEverythingOption);
+  return QString(address).replace(login, QStringLiteral("//"));
+}
 
 }  // namespace
 
@@ -44,6 +61,12 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
+  keys_guard_.setSingleShot(true);
+  connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
+  connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
+  connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QString& host_name) {
+    Q_EMIT statusTextChanged(tr("Blocked: the page asked for something of %1").arg(host_name));
+  });
   ConnectPage();
 }
 
@@ -53,6 +76,7 @@ WebPageHost::~WebPageHost() {
   // In this order: the page may not outlive its profile, nor the view its page.
   delete view_;
   delete page_;
+  delete dead_page_;
   if (is_popup_) {
     profile_->ReturnPopup();
   }
@@ -64,14 +88,14 @@ void WebPageHost::ConnectPage() {
   connect(page_, &QWebEnginePage::loadProgress, this, &PageHost::progressChanged);
   connect(page_, &QWebEnginePage::windowCloseRequested, this, &PageHost::windowClosing);
   connect(page_, &QWebEnginePage::linkHovered, this, &PageHost::statusTextChanged);
-  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
-    watch_.LoadEnded();
-    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
-  });
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, &WebPageHost::OnRendererGone);
   connect(page_, &WebPage::frameNavigating, &watch_, &NavigationWatch::FrameAsked);
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
   connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
   connect(page_, &WebPage::scriptFailed, this, &PageHost::scriptError);
+  connect(page_, &WebPage::messageShown, this, &PageHost::pageMessage);
+  connect(page_, &WebPage::loginRefused, this, [this] { login_refused_ = true; });
+  connect(page_, &WebPage::certificateQuestion, this, &WebPageHost::OnCertificateQuestion);
   connect(page_, &WebPage::popupWanted, this, [this](QWebEnginePage** popup) {
     auto host = std::make_unique<WebPageHost>(profile_, nullptr);
     host->is_popup_ = true;
@@ -83,15 +107,13 @@ void WebPageHost::ConnectPage() {
       host->is_popup_ = false;  // never counted as open
     }
   });
-  connect(&profile_->Engine(), &QWebEngineProfile::downloadRequested, this,
-          [this](QWebEngineDownloadRequest* download) {
-            if (download->page() == page_) {
-              download->cancel();
-              watch_.FrameEndedWithoutPage();
-              Q_EMIT statusTextChanged(
-                  tr("Refused: the page offered the file %1").arg(download->suggestedFileName()));
-            }
-          });
+}
+
+void WebPageHost::OnDownloadRefused(const QString& file_name) {
+  watch_.FrameEndedWithoutPage();
+  if (!is_popup_) {
+    Q_EMIT statusTextChanged(tr("Refused: the page offered the file %1").arg(file_name));
+  }
 }
 
 void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
@@ -101,13 +123,19 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
       // Without an error page of its own a failed load leaves the page as it was.
       page_->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled,
                                       !profile_->Options().silent_mode);
+      login_refused_ = false;
       watch_.LoadStarted();
+      AskHeld();  // the document that would have heard the keys is going
       Q_EMIT beforeNavigate();
       Q_EMIT statusTextChanged(tr("Opening page %1").arg(url));
       return;
     case QWebEngineLoadingInfo::LoadFailedStatus: {
       watch_.LoadEnded();
       const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
+      constexpr int kLoginWanted = 401;
+      if (is_http && info.errorCode() == kLoginWanted && AskForLogin(info.url())) {
+        return;
+      }
       Q_EMIT navigateError(url, is_http ? info.errorCode() : StatusOfNetError(info.errorCode()));
       return;
     }
@@ -128,6 +156,12 @@ void WebPageHost::OnAgentSaid(const QString& text) {
   }
   if (kind == QLatin1String("working")) {
     Q_EMIT workTold(text.section(QLatin1Char(' '), 1, 1));
+    return;
+  }
+  if (kind == QLatin1String("key")) {
+    if (keys_under_way_ > 0 && --keys_under_way_ == 0) {
+      AskHeld();
+    }
     return;
   }
   const bool is_top = text.section(QLatin1Char(' '), 1, 1) == QLatin1String("1");
@@ -152,10 +186,11 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
   }
   const QUrl url(address, QUrl::TolerantMode);
   const bool is_blank = url.scheme() == QLatin1String("about");
-  if (!url.isValid() || (url.host().isEmpty() && !is_blank)) {
-    Q_EMIT navigateError(address, page_status::kInvalidUrl);
+  if (!url.isValid() || !(is_blank || IsHost(url.host()))) {
+    Q_EMIT navigateError(WithoutLogin(address), page_status::kInvalidUrl);
     return;
   }
+  ReplaceDeadPage();
   if (!target_frame.isEmpty()) {
     // Only a page's own script can reach a frame by its name.
     page_->runJavaScript(QStringLiteral("window.open(...%1)")
@@ -172,6 +207,10 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
 }
 
 void WebPageHost::Refresh2() {
+  if (is_renderer_gone_) {
+    Navigate2(ShownUrl(page_->url()), {});
+    return;
+  }
   watch_.LoadAsked(false);
   page_->triggerAction(QWebEnginePage::ReloadAndBypassCache);
 }
@@ -181,27 +220,75 @@ void WebPageHost::StopNavigation() { page_->triggerAction(QWebEnginePage::Stop);
 void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
 
 void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
-  QJsonArray arguments{call.operation, call.arguments, call.frame};
-  page_->runJavaScript(
-      QStringLiteral("quaylineCall(...%1)").arg(AsJavaScript(arguments)),
-      QWebEngineScript::ApplicationWorld,
-      [answer = std::move(answer), alive = alive_](const QVariant& result) {
-        if (*alive) {
-          const QVariantMap envelope = result.toMap();
-          answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
-                  .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value")))});
-        }
+  const QJsonArray arguments{call.operation, call.arguments, call.frame};
+  Ask(QStringLiteral("quaylineCall(...%1)").arg(AsJavaScript(arguments)),
+      QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
+        const QVariantMap envelope = result.toMap();
+        answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
+                .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value")))});
       });
 }
 
 void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
-  page_->runJavaScript(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld);
-  page_->runJavaScript(code, QWebEngineScript::MainWorld,
-                       [done = std::move(done), alive = alive_](const QVariant&) {
-                         if (*alive) {
-                           done();
-                         }
-                       });
+  Ask(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld, [](const QVariant&) {});
+  Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
+}
+
+void WebPageHost::Ask(const QString& code, quint32 world, PendingAnswer done) {
+  if (is_renderer_gone_) {
+    done({});
+    return;
+  }
+  const quint64 number = ++asked_;
+  pending_.emplace(number, std::move(done));
+  held_.append({number, code, world});
+  if (keys_under_way_ == 0) {
+    AskHeld();
+  }
+}
+
+void WebPageHost::AskHeld() {
+  keys_under_way_ = 0;
+  keys_guard_.stop();
+  for (const HeldQuestion& held : std::exchange(held_, {})) {
+    page_->runJavaScript(held.code, held.world,
+                         [this, number = held.number, alive = alive_](const QVariant& result) {
+                           if (*alive) {
+                             if (auto asked = pending_.extract(number)) {
+                               asked.mapped()(result);
+                             }
+                           }
+                         });
+  }
+}
+
+void WebPageHost::OnRendererGone() {
+  is_renderer_gone_ = true;
+  held_.clear();
+  watch_.LoadEnded();
+  const auto alive = alive_;
+  const auto unanswered = std::exchange(pending_, {});
+  for (const auto& [number, done] : unanswered) {
+    if (*alive) {
+      done({});
+    }
+  }
+  if (*alive) {
+    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
+  }
+}
+
+void WebPageHost::ReplaceDeadPage() {
+  if (!is_renderer_gone_) {
+    return;
+  }
+  is_renderer_gone_ = false;
+  disconnect(page_, nullptr, this, nullptr);
+  delete dead_page_;
+  dead_page_ = page_;
+  page_ = new WebPage(*profile_, nullptr);
+  view_->setPage(page_);
+  ConnectPage();
 }
 
 void WebPageHost::SendKeys(const QString& keys) {
@@ -210,7 +297,12 @@ void WebPageHost::SendKeys(const QString& keys) {
   if (target == nullptr) {
     return;
   }
-  for (const KeyStroke& stroke : ParseKeys(keys)) {
+  const QList<KeyStroke> strokes = ParseKeys(keys);
+  if (!strokes.isEmpty()) {
+    keys_under_way_ += static_cast<int>(strokes.size());
+    keys_guard_.start(kKeysLimit);
+  }
+  for (const KeyStroke& stroke : strokes) {
     QKeyEvent press(QEvent::KeyPress, stroke.key, stroke.modifiers, stroke.text);
     QKeyEvent release(QEvent::KeyRelease, stroke.key, stroke.modifiers, stroke.text);
     QCoreApplication::sendEvent(target, &press);
@@ -253,11 +345,47 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
   quiet();
 }
 
-PageHostFactory WebPageHosts(const JobOptions& options) {
+void WebPageHost::OnCertificateQuestion(const QString& address, const QString& fingerprint,
+                                        const std::function<void(bool)>& answer) {
+  if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::certificateQuestion))) {
+    answer(false);
+    return;
+  }
+  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(address));
+  Q_EMIT certificateQuestion(address, fingerprint, [answer, alive = alive_](bool trusted) {
+    if (*alive) {
+      answer(trusted);
+    }
+  });
+}
+
+bool WebPageHost::AskForLogin(const QUrl& url) {
+  if (!login_refused_ || profile_->Options().silent_mode ||
+      !isSignalConnected(QMetaMethod::fromSignal(&PageHost::loginQuestion))) {
+    return false;
+  }
+  watch_.LoadAsked(false);  // busy until the user has answered
+  Q_EMIT loginQuestion(url.host(), [this, url, alive = alive_](std::optional<TypedLogin> typed) {
+    if (!*alive) {
+      return;
+    }
+    if (typed) {
+      profile_->SetTypedLogin(*typed);
+      page_->load(url);
+    } else {
+      constexpr int kLoginWanted = 401;
+      watch_.LoadEnded();
+      Q_EMIT navigateError(ShownUrl(url), kLoginWanted);
+    }
+  });
+  return true;
+}
+
+PageHostFactory WebPageHosts(const JobOptions& options, TrustedCertificates* certificates) {
   auto profile = std::make_shared<std::shared_ptr<WebProfile>>();
-  return [profile, &options](QObject* parent) -> PageHost* {
+  return [profile, &options, certificates](QObject* parent) -> PageHost* {
     if (*profile == nullptr) {
-      *profile = std::make_shared<WebProfile>(options);
+      *profile = std::make_shared<WebProfile>(options, certificates);
     }
     return new WebPageHost(*profile, parent);
   };

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QWebEngineView>
 
+#include <map>
 #include <memory>
 
 #include "async/flow.h"
@@ -56,17 +57,49 @@ class WebPageHost final : public PageHost {
   void workTold(const QString& id);
 
  private:
+  using PendingAnswer = std::function<void(const QVariant&)>;
+  struct HeldQuestion {
+    quint64 number;
+    QString code;
+    quint32 world;
+  };
+
   void ConnectPage();
   void OnLoadingChanged(const QWebEngineLoadingInfo& info);
   void OnAgentSaid(const QString& text);
+  // Runs code in one of the page's worlds. Calls back once, with nothing when the page's process
+  // ends first.
+  void Ask(const QString& code, quint32 world, PendingAnswer done);
+  // Keys take another way into the page than questions do, and are overtaken: questions wait until
+  // the page has heard the keys before them.
+  void AskHeld();
+  // The engine itself would keep the open questions until the page is deleted.
+  void OnRendererGone();
+  // The engine starts a process that has ended anew without our scripts: only another page has
+  // them.
+  void ReplaceDeadPage();
+  void OnCertificateQuestion(const QString& address, const QString& fingerprint,
+                             const std::function<void(bool trusted)>& answer);
+  // Asks the user for the login that a page which failed for want of it needs. False when there is
+  // nobody to ask, or no question to ask.
+  bool AskForLogin(const QUrl& url);
+  void OnDownloadRefused(const QString& file_name);
   Task<> Prove(std::function<void()> quiet);
 
   std::shared_ptr<WebProfile> profile_;
   NavigationWatch watch_;
   QPointer<WebPage> page_;
+  QPointer<WebPage> dead_page_;  // kept, since it may be the one that is calling
   QPointer<QWebEngineView> view_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   bool is_popup_ = false;
+  bool is_renderer_gone_ = false;
+  bool login_refused_ = false;  // by us, during the load under way
+  quint64 asked_ = 0;
+  std::map<quint64, PendingAnswer> pending_;  // by number, which is the order of asking
+  QList<HeldQuestion> held_;
+  int keys_under_way_ = 0;
+  QTimer keys_guard_;
   int proofs_ = 0;
   Flow proof_;
 };

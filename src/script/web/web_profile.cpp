@@ -6,8 +6,10 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QUrl>
+#include <QWebEngineDownloadRequest>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
 
 // A library's resources are linked in by their name alone; the macro wants the global namespace.
 static void LinkScripts() { Q_INIT_RESOURCE(web); }
@@ -39,10 +41,18 @@ QString ReadScript(const QString& name) {
 
 }  // namespace
 
-WebProfile::WebProfile(const JobOptions& options)
-    : options_(options), beacon_(Secret() + QLatin1Char(' ')) {
+WebProfile::WebProfile(const JobOptions& options, TrustedCertificates* certificates)
+    : options_(options), certificates_(certificates), beacon_(Secret() + QLatin1Char(' ')) {
+  engine_.setUrlRequestInterceptor(&guard_);
   engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+  // A router is asked for nothing that the script did not ask for.
+  engine_.settings()->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
+  connect(&engine_, &QWebEngineProfile::downloadRequested, this,
+          [this](QWebEngineDownloadRequest* download) {
+            download->cancel();
+            Q_EMIT downloadRefused(download->suggestedFileName());
+          });
   LinkScripts();
   InstallScripts();
 }
@@ -63,8 +73,10 @@ void WebProfile::InstallScripts() {
                          arguments.join(QStringLiteral("','")) + QStringLiteral("')"));
     engine_.scripts()->insert(script);
   };
+  Install(QStringLiteral("page_rest.js"), QWebEngineScript::ApplicationWorld,
+          {beacon_, watch_ask, watch_reply});
   Install(QStringLiteral("page_agent.js"), QWebEngineScript::ApplicationWorld,
-          {beacon_, ask, reply, watch_ask, watch_reply});
+          {beacon_, ask, reply});
   Install(QStringLiteral("handler_reader.js"), QWebEngineScript::MainWorld, {ask, reply});
   Install(QStringLiteral("page_watch.js"), QWebEngineScript::MainWorld, {watch_ask, watch_reply});
 }
@@ -73,15 +85,25 @@ void WebProfile::SetLogin(const PageLogin& login) {
   if (login != login_) {
     login_ = login;
     tries_ = 0;
+    guard_.SetHost(login.host);
   }
 }
 
-bool WebProfile::AnswerLogin(const QUrl& url, QString* username, QString* password) {
+void WebProfile::SetTypedLogin(const TypedLogin& typed) {
+  login_.username = typed.username;
+  login_.password = typed.password;
+  tries_ = 0;
+}
+
+bool WebProfile::IsRouter(const QUrl& url) const {
   const int default_port = url.scheme() == QLatin1String("https") ? 443 : 80;
-  const bool is_router = url.scheme() == login_.scheme && url.host() == login_.host &&
-                         url.port(default_port) == login_.port;
+  return url.scheme() == login_.scheme && url.host() == login_.host &&
+         url.port(default_port) == login_.port;
+}
+
+bool WebProfile::AnswerLogin(const QUrl& url, QString* username, QString* password) {
   const bool has_login = !login_.username.isEmpty() || !login_.password.isEmpty();
-  if (!is_router || !has_login || tries_ >= kMaxLoginTries) {
+  if (!IsRouter(url) || !has_login || tries_ >= kMaxLoginTries) {
     return false;
   }
   // First without the blanks at the ends, which are more often slips than meant.

@@ -6,7 +6,9 @@
 #include <QWebEngineProfile>
 
 #include "core/router_session.h"
+#include "core/trusted_certificates.h"
 #include "script/page_host.h"
+#include "script/web/request_guard.h"
 
 namespace quayline {
 
@@ -17,16 +19,23 @@ class WebProfile final : public QObject {
   Q_OBJECT
 
  public:
-  explicit WebProfile(const JobOptions& options);
+  // `certificates` may be missing: then no certificate is taken on trust.
+  WebProfile(const JobOptions& options, TrustedCertificates* certificates);
 
   QWebEngineProfile& Engine() { return engine_; }
   const JobOptions& Options() const { return options_; }
+  TrustedCertificates* Certificates() const { return certificates_; }
+  const RequestGuard& Guard() const { return guard_; }
 
   // Marks what our scripts say on a page's console. No page can know it.
   const QString& Beacon() const { return beacon_; }
 
   // Another login, or another router, has its own tries.
   void SetLogin(const PageLogin& login);
+  // The login that the user typed in for the router of this job.
+  void SetTypedLogin(const TypedLogin& typed);
+  // Whether an address has the router's own scheme, host and port.
+  bool IsRouter(const QUrl& url) const;
   // Answers the browser's login question for the router's own scheme, host and port. False, and no
   // answer, for every other address, without a login, and when the tries are used up.
   bool AnswerLogin(const QUrl& url, QString* username, QString* password);
@@ -35,10 +44,17 @@ class WebProfile final : public QObject {
   bool TakePopup();
   void ReturnPopup() { --popups_; }
 
+ Q_SIGNALS:
+  // Some page of the job offered a file. Of which page cannot be asked: the engine crashes over a
+  // download whose frame has gone.
+  void downloadRefused(const QString& file_name);
+
  private:
   void InstallScripts();
 
   const JobOptions& options_;
+  TrustedCertificates* certificates_;
+  RequestGuard guard_;  // outlives the engine that asks it
   QWebEngineProfile engine_;
   QString beacon_;
   PageLogin login_;

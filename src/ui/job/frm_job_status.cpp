@@ -5,7 +5,6 @@
 
 #include <QCloseEvent>
 
-#include "script/job_texts.h"
 #include "ui/job/job_window_texts.h"
 #include "ui/toolkit/theme.h"
 #include "ui_frm_job_status.h"
@@ -41,8 +40,8 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(Text(message::kJobTitle));
-  resize(1040, 760);
-  ui_->upper_splitter->setSizes({600, 400});
+  resize(1120, 780);
+  ui_->upper_splitter->setSizes({690, 400});
   ui_->splitter->setSizes({500, 120});
   QFont title = ui_->label_entry->font();
   title.setBold(true);
@@ -53,6 +52,7 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->Text2->setPlainText(Text(message::kFirstStatus) + QLatin1Char('\n'));
 
   ConnectLog();
+  ConnectQuestions();
   ConnectProgress();
   ConnectButtons();
   runner_->Open();
@@ -74,9 +74,28 @@ void FrmJobStatus::ConnectLog() {
   connect(runner_.get(), &JobRunner::errorAppended, this,
           [this](const QString& line) { AppendLine(*ui_->Text3, line); });
   connect(runner_.get(), &JobRunner::errorsCleared, this,
-          [this] { ui_->Text3->setPlainText(Text(job_text::kLastError)); });
+          [this] { ui_->Text3->setPlainText(Text(kJobTexts.last_error)); });
   connect(runner_.get(), &JobRunner::noticeRequested, this,
           [this](const QString& text) { prompts_.Notify(this, text); });
+}
+
+// The page waits for the answers; the job can be stopped meanwhile by refusing.
+void FrmJobStatus::ConnectQuestions() {
+  connect(runner_.get(), &JobRunner::certificateQuestion, this,
+          [this](const QString& address, const QString& fingerprint,
+                 const std::function<void(bool)>& answer) {
+            prompts_.AskCarefully(this, Text(message::kCertificateTitle),
+                                  Text(message::kCertificateQuestion).arg(address, fingerprint),
+                                  answer);
+          });
+  connect(
+      runner_.get(), &JobRunner::loginQuestion, this,
+      [this](const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer) {
+        prompts_.AskLogin(this, address, [answer](const std::optional<LoginAnswer>& login) {
+          answer(login ? std::optional(TypedLogin{login->username, login->password})
+                       : std::nullopt);
+        });
+      });
 }
 
 void FrmJobStatus::ConnectProgress() {

@@ -40,6 +40,7 @@ class FrmJobStatus final : public QWidget {
 
  private:
   void ConnectLog();
+  void ConnectQuestions();
   void ConnectProgress();
   void ConnectButtons();
   void ShowHost(PageHost* host);

@@ -11,6 +11,14 @@ inline constexpr Message kFirstStatus{"FrmJobStatus", "Text2", "Router Status: L
 inline constexpr Message kJobTitle{"FrmJobStatus", "Text6", "Job Status"};
 inline constexpr Message kEntryOf{"FrmJobStatus", "TextEntryOf", "Adding port %1 of %2: %3"};
 inline constexpr Message kWaitingFor{"FrmJobStatus", "TextWaitingFor", "Waiting for: %1"};
+inline constexpr Message kCertificateTitle{"FrmJobStatus", "TextCertificateTitle",
+                                           "Is this your router?"};
+inline constexpr Message kCertificateQuestion{
+    "FrmJobStatus", "TextCertificateQuestion",
+    "%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch for it. "
+    "If you reach your own router in your own network here, you can trust it: Quayline then "
+    "remembers it, and refuses any other one at this address.\n\nFingerprint (SHA-256):\n%2\n\n"
+    "Do you trust this certificate?"};
 inline constexpr Message kStopping{"FrmJobStatus", "TextStopping", "Stopping..."};
 inline constexpr Message kStopped{
     "FrmJobStatus", "TextStopped",

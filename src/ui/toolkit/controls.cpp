@@ -61,7 +61,7 @@ void Card::changeEvent(QEvent* event) {
 
 // Not the group box's own: it would put the margins of the style's frame in place of these.
 void Card::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+  QWidget::resizeEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   MakeRoomForTitle();
 }
 

@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include "ui/toolkit/login_dialog.h"
 #include "ui/toolkit/theme.h"
 
 namespace quayline {
@@ -26,6 +27,20 @@ QMessageBox* MakeBox(QWidget* window, QMessageBox::Icon icon, const QString& tit
           .pixmap(QSize(kIconSize, kIconSize), box->devicePixelRatioF()));
   box->setAttribute(Qt::WA_DeleteOnClose);
   return box;
+}
+
+void OpenQuestion(QWidget* window, const QString& title, const QString& text,
+                  QMessageBox::StandardButton default_button,
+                  std::function<void(bool yes)> answered) {
+  QMessageBox* box =
+      MakeBox(window, QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No);
+  box->setDefaultButton(default_button);
+  box->setEscapeButton(QMessageBox::No);
+  QObject::connect(
+      box, &QMessageBox::finished, window,
+      [answer = std::move(answered)](int button) { answer(button == QMessageBox::Yes); },
+      Qt::QueuedConnection);
+  box->open();
 }
 
 QString ProgramTitle() { return QStringLiteral("Quayline"); }
@@ -61,15 +76,25 @@ void WindowPrompts::Notify(QWidget* window, const QString& text) {
 
 void WindowPrompts::Ask(QWidget* window, const QString& title, const QString& text,
                         std::function<void(bool yes)> answered) {
-  QMessageBox* box =
-      MakeBox(window, QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No);
-  box->setDefaultButton(QMessageBox::Yes);
-  box->setEscapeButton(QMessageBox::No);
+  OpenQuestion(window, title, text, QMessageBox::Yes, std::move(answered));
+}
+
+void WindowPrompts::AskCarefully(QWidget* window, const QString& title, const QString& text,
+                                 std::function<void(bool yes)> answered) {
+  OpenQuestion(window, title, text, QMessageBox::No, std::move(answered));
+}
+
+void WindowPrompts::AskLogin(QWidget* window, const QString& address,
+                             std::function<void(std::optional<LoginAnswer>)> answered) {
+  auto* dialog = new LoginDialog(address, window);
   QObject::connect(
-      box, &QMessageBox::finished, window,
-      [answer = std::move(answered)](int button) { answer(button == QMessageBox::Yes); },
+      dialog, &QDialog::finished, window,
+      [dialog, answer = std::move(answered)](int result) {
+        answer(result == QDialog::Accepted ? std::optional(dialog->Answer()) : std::nullopt);
+        dialog->deleteLater();
+      },
       Qt::QueuedConnection);
-  box->open();
+  dialog->open();
 }
 
 void WindowPrompts::AskSaveFile(QWidget* window, const FileQuestion& question,

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QWidget;
 
@@ -15,6 +16,11 @@ struct FileQuestion {
   QString title;
   QString filter;          // as QFileDialog reads it
   QString default_suffix;  // without a dot; put behind a name that has none
+};
+
+struct LoginAnswer {
+  QString username;
+  QString password;
 };
 
 // Everything that a window asks of the user in a box of its own. Nothing here waits: the answer
@@ -34,6 +40,12 @@ class Prompts {
   // Yes or No; a box that is closed otherwise answers No.
   virtual void Ask(QWidget* window, const QString& title, const QString& text,
                    std::function<void(bool yes)> answered) = 0;
+  // As Ask(), for what is risky: No is the button that Enter presses.
+  virtual void AskCarefully(QWidget* window, const QString& title, const QString& text,
+                            std::function<void(bool yes)> answered) = 0;
+  // A login for `address`; nothing when the dialog is cancelled.
+  virtual void AskLogin(QWidget* window, const QString& address,
+                        std::function<void(std::optional<LoginAnswer>)> answered) = 0;
   // The chosen file; the callback does not come when the dialog is cancelled. A save dialog has
   // asked already whether an existing file may be replaced.
   virtual void AskSaveFile(QWidget* window, const FileQuestion& question,
@@ -50,6 +62,10 @@ class WindowPrompts final : public Prompts {
   void Notify(QWidget* window, const QString& text) override;
   void Ask(QWidget* window, const QString& title, const QString& text,
            std::function<void(bool yes)> answered) override;
+  void AskCarefully(QWidget* window, const QString& title, const QString& text,
+                    std::function<void(bool yes)> answered) override;
+  void AskLogin(QWidget* window, const QString& address,
+                std::function<void(std::optional<LoginAnswer>)> answered) override;
   void AskSaveFile(QWidget* window, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override;
   void AskOpenFile(QWidget* window, const FileQuestion& question,

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+// Tells when a page has come to rest: when nothing that it was told to do can start a navigation any
+// more. It lives in the agent's script world, in the top document as in every other, and speaks with
+// the watch of each document (page_watch.js) by the events `ask` and `reply`; `beacon` marks what is
+// said to the host through the console. All three are secret from the page.
+function installPageRest(beacon, ask, reply) {
+  'use strict';
+
+  // How long the page's work in hand is waited for: its own timers behind an act are shorter, and a
+  // request is answered by then or is one that the page holds open for ever.
+  const WORK_LIMIT_MS = 5000;
+  // A page that leaves by itself within this time is followed.
+  const REFRESH_LIMIT_S = 2;
+  // How many timers of ours stand behind the tasks of a page.
+  const TIMERS = 2;
+
+  // What a page names like a member of its document would hide that member.
+  const sendTo = Function.prototype.call.bind(EventTarget.prototype.dispatchEvent);
+  const listenTo = Function.prototype.call.bind(EventTarget.prototype.addEventListener);
+  const stopListeningTo = Function.prototype.call.bind(EventTarget.prototype.removeEventListener);
+  const findIn = Function.prototype.call.bind(Document.prototype.querySelector);
+
+  function tell(text) {
+    console.debug(beacon + text);
+  }
+
+  // The lines to the watches of all documents that scripts of this page can reach. A line is the
+  // window's performance object: unlike its document it keeps its listeners when the document is
+  // written anew.
+  function watchLines() {
+    const lines = [performance];
+    const gather = (window_) => {
+      for (let i = 0; i < window_.length; i += 1) {
+        try {
+          lines.push(window_[i].performance);
+          gather(window_[i]);
+        } catch (error) {
+          // A frame of another host: none of its work is ours.
+        }
+      }
+    };
+    gather(window);
+    return lines;
+  }
+
+  // The number of things in hand in all documents; nothing where a watch keeps silent.
+  function askWatches(what) {
+    let total = 0;
+    for (const line of watchLines()) {
+      let answer = null;
+      const hear = (event) => {
+        answer = Number(event.detail);
+      };
+      listenTo(line, reply, hear);
+      sendTo(line, new CustomEvent(ask, {detail: what}));
+      stopListeningTo(line, reply, hear);
+      if (answer === null) {
+        return null;
+      }
+      total += answer;
+    }
+    return total;
+  }
+
+  window.quaylineArm = function() {
+    askWatches('arm');
+  };
+
+  // Whether the page is about to leave for another by its own markup.
+  function refreshIsNear() {
+    const meta = findIn(document, 'meta[http-equiv="refresh" i]');
+    return meta !== null && document.readyState === 'complete' &&
+      parseFloat(meta.content) <= REFRESH_LIMIT_S;
+  }
+
+  function afterTimers(number, then) {
+    if (number === 0) {
+      then();
+    } else {
+      setTimeout(() => afterTimers(number - 1, then), 0);
+    }
+  }
+
+  // For a page whose work cannot be watched: behind four timers in a row (from the fifth on they
+  // are held back), and, where the page is painted, behind two frames.
+  function proveBlindly(end) {
+    const FRAMES_MS = 60;
+    const QUIET_MS = 30;
+    const start = performance.now();
+    let over = false;
+    const finish = () => {
+      if (!over) {
+        over = true;
+        setTimeout(end, Math.max(0, QUIET_MS - (performance.now() - start)));
+      }
+    };
+    afterTimers(4, () => {
+      if (document.visibilityState === 'visible') {
+        requestAnimationFrame(() => requestAnimationFrame(finish));
+        setTimeout(finish, FRAMES_MS);
+      } else {
+        finish();
+      }
+    });
+  }
+
+  // Says `id` on the console when the page has nothing in hand from which a navigation could come:
+  // behind the tasks that stand in its queue, and behind whatever work they put off.
+  window.quaylineProveQuiet = function(id) {
+    const start = performance.now();
+    let waiting = false;
+    const end = () => {
+      askWatches('disarm');
+      tell('quiet ' + id);
+    };
+    const look = () => {
+      const inHand = askWatches('count');
+      if (inHand === null) {
+        proveBlindly(end);
+        return;
+      }
+      if ((inHand === 0 && !refreshIsNear()) || performance.now() - start > WORK_LIMIT_MS) {
+        end();
+        return;
+      }
+      if (!waiting) {
+        waiting = true;
+        tell('working ' + id);
+      }
+      awaitReply();
+    };
+    // Looks again when a watch reports that its work is done, and from time to time.
+    const awaitReply = () => {
+      const AGAIN_MS = 50;
+      const lines = watchLines();
+      let over = false;
+      const wake = () => {
+        if (!over) {
+          over = true;
+          lines.forEach((line) => stopListeningTo(line, reply, wake));
+          afterTimers(TIMERS, look);
+        }
+      };
+      lines.forEach((line) => listenTo(line, reply, wake));
+      setTimeout(wake, AGAIN_MS);
+    };
+    afterTimers(TIMERS, look);
+  };
+}

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+
+#include "ui/toolkit/prompts.h"
+
+class QLineEdit;
+
+namespace quayline {
+
+// Asks for the login of a router.
+class LoginDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  LoginDialog(const QString& address, QWidget* parent);
+
+  LoginAnswer Answer() const;
+
+ private:
+  QLineEdit* username_;
+  QLineEdit* password_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "web/web_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace page_operation;
+using namespace std::chrono_literals;
+
+class FramesTest : public WebTest {
+ protected:
+  FramesTest() {
+    server.replies["/frames"] = Html(
+        "<html><frameset cols='*,*,*,*'><frame src=/f0><frame src=/f1 name=main>"
+        "<frame src=/f2><frame src='" +
+        elsewhere.Address(u"/f3"_s).toEncoded() + "'></frameset></html>");
+    for (const char* name : {"f0", "f1", "f2", "new"}) {
+      server.replies[QByteArray("/") + name] =
+          Html(QByteArray("<html><body id=") + name + "><input name=a value=" + name +
+               "></body></html>");
+    }
+    elsewhere.replies["/f3"] = Html("<input name=a value=f3>");
+  }
+
+  QString Values() {
+    return Read("[0, 1, 2].map(n => frames[n].document.querySelector('input').value)");
+  }
+
+  ScriptedServer elsewhere;
+};
+
+TEST_F(FramesTest, AnOperationSeesTheDocumentOfItsFrameAlone) {
+  Open("/frames");
+  EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"x"_s)), kFailed) << "a frameset has no fields";
+  EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"x"_s), 1), kSuccessful);
+  EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"y"_s), 2), kSuccessful);
+  EXPECT_EQ(Values(), u"f0,x,y"_s);
+  EXPECT_EQ(Ask(PageContainsWords(u"id=\"f2\""_s), 2), QJsonValue(true));
+  EXPECT_EQ(Ask(PageContainsWords(u"id=\"f2\""_s), 1), QJsonValue(false));
+  EXPECT_EQ(Ask(PageContainsWords(u"frame"_s), 0), QJsonValue(true));
+}
+
+TEST_F(FramesTest, AFrameThatCannotBeHadKeepsTheDocumentBeforeIt) {
+  Open("/frames");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 2), u"f2"_s);
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 9), u"f2"_s) << "no such frame";
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), -1), u"f2"_s) << "no such number";
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 3), u"f2"_s) << "another host's frame";
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 0), u""_s);
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 9), u""_s) << "the top document was in use";
+  EXPECT_EQ(elsewhere.requests.size(), 1);
+}
+
+TEST_F(FramesTest, AnEmptyFieldOfAFrameIsLookedUpInTheTopDocument) {
+  Show("<input id=a value=top><iframe></iframe><iframe src=/f1></iframe>");
+  RunInPage("frames[1].document.querySelector('input').value = ''");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 1), u"top"_s);
+  EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"x"_s, true), 1), kFailed);
+  RunInPage("document.getElementById('a').remove()");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 1), u""_s);
+  EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"x"_s, true), 1), kSuccessful);
+}
+
+TEST_F(FramesTest, AFrameIsClickedTypedIntoAndRead) {
+  server.replies["/f1"] = Html(
+      "<input><select name=s><option>x<option>Web</select><a id=l></a>"
+      "<script>var hit = ''; document.getElementById('l').onclick = "
+      "function () { hit += 'save'; };</script>");
+  Open("/frames");
+  EXPECT_EQ(Ask(ClickByOnclick(u"'save'"_s), 1), kSuccessful);
+  EXPECT_EQ(Read("frames[1].hit"), u"save"_s);
+  EXPECT_EQ(Ask(SetComboValue(u"s"_s, {.text = u"Web"_s}), 1), kSuccessful);
+  EXPECT_EQ(Read("frames[1].document.querySelector('select').value"), u"Web"_s);
+  EXPECT_EQ(Ask(FocusElementByPosition(3), 1), kSuccessful);  // html, head, body, input
+  host->SendKeys(u"80{+}"_s);
+  EXPECT_EQ(Ask(PageContainsWords(u"input"_s), 1), QJsonValue(true)) << "the keys come first";
+  EXPECT_EQ(Read("frames[1].document.querySelector('input').value"), u"80+"_s);
+}
+
+TEST_F(FramesTest, AnAddressForANamedFrameLeavesTheOthersAlone) {
+  Open("/frames");
+  host->Navigate2(server.Address(u"/new"_s).toString(), u"main"_s);
+  EXPECT_TRUE(RunUntil([&] { return Values() == u"f0,new,f2"_s; }, 5s)) << Values().toStdString();
+  Settle();
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s), 1), u"new"_s);
+  EXPECT_EQ(Read("location.pathname"), u"/frames"_s);
+}
+
+}  // namespace
+}  // namespace quayline::testing

@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QFile>
+#include <QProcess>
+#include <QSslKey>
+#include <QSslServer>
+#include <QTemporaryDir>
+#include <QWebEnginePage>
+
+#include <csignal>
+
+#include "script/status_text.h"
+#include "web/web_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace page_operation;
+using namespace std::chrono_literals;
+using Then = Reply::Then;
+
+TEST_F(WebTest, EveryEndOfALoadIsToldOnce) {
+  const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+  const struct {
+    const char* fault;
+    Reply reply;
+    const char* status;  // nullptr: the page is complete, without an error
+  } cases[] = {
+      {"a page", Answer("200 OK", "page"), nullptr},
+      {"an empty page", Answer("200 OK", ""), nullptr},
+      {"no page at all", {"HTTP/1.1 204 No Content\r\n\r\n"}, nullptr},
+      {"a file", Answer("200 OK", "x", "Content-Disposition: attachment\r\n"), nullptr},
+      {"a login without a login", Answer("401 Unauthorized", "no"), "DENIED(401)"},
+      {"forbidden", Answer("403 Forbidden", "no"), "FORBIDDEN(403)"},
+      {"not found", Answer("404 Not Found", "no"), "NOT_FOUND(404)"},
+      {"not found, without a word", Answer("404 Not Found", ""), "NOT_FOUND(404)"},
+      {"a router's own failure", Answer("500 Oops", "no"), "SERVER_ERROR(500)"},
+      {"a router's own failure, without a word", Answer("503 Oops", ""), "SERVICE_UNAVAIL(503)"},
+      {"a reset", {"", Then::kReset}, "CANNOT_CONNECT(-2146697212)"},
+      {"a closed door", {""}, "DATA_NOT_AVAILABLE(-2146697209)"},
+      {"garbage", {"\x16\x03\x01 what is this\r\n\r\n"}, "DATA_NOT_AVAILABLE(-2146697209)"},
+      {"half a page", {ok + "Content-Length: 99\r\n\r\nhalf"}, "DOWNLOAD_FAILURE(-2146697208)"},
+      {"a circle", RedirectTo("/page"), "REDIRECTING(-2146697196)"},
+  };
+  for (const bool silent : {true, false}) {
+    options.silent_mode = silent;
+    for (const auto& row : cases) {
+      SCOPED_TRACE(row.fault);
+      server.replies["/page"] = row.reply;
+      Open("/page");
+      ASSERT_EQ(errors.size(), row.status == nullptr ? 0 : 1) << errors.join(u'\n').toStdString();
+      EXPECT_EQ(completed, row.status == nullptr ? 1 : 0);
+      if (row.status != nullptr) {
+        EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), QString::fromLatin1(row.status));
+        EXPECT_EQ(errors[0].section(u' ', 1), server.Address(u"/page"_s).toString());
+      }
+    }
+  }
+}
+
+TEST_F(WebTest, AddressesThatLeadNowhereAreTold) {
+  quint16 closed_port = 0;
+  {
+    QTcpServer closed;
+    ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
+    closed_port = closed.serverPort();
+  }
+  const struct {
+    QString address;
+    const char* error;
+  } cases[] = {
+      {u"http://127.0.0.1:%1/"_s.arg(closed_port), "CANNOT_CONNECT(-2146697212)"},
+      {u"http://router.invalid/"_s, "RESOURCE_NOT_FOUND(-2146697211)"},
+      {u"http://127.0.0.1:1/"_s, "SECURITY_PROBLEM(-2146697202)"},
+      {u"http://"_s, "INVALID_URL(-2146697214)"},
+      {u"http://1.2.3.999/"_s, "INVALID_URL(-2146697214)"},
+      {u""_s, "INVALID_URL(-2146697214)"},
+      {u"no address"_s, "INVALID_URL(-2146697214)"},
+      {u"http://a b/"_s, "INVALID_URL(-2146697214)"},
+      {u"http://a%2fb/"_s, "INVALID_URL(-2146697214)"},
+      {u"http://[::1/"_s, "INVALID_URL(-2146697214)"},
+      {u"http://127.0.0.1:99999/"_s, "INVALID_URL(-2146697214)"},
+      {u"http://0x1ffffffff/"_s, "INVALID_URL(-2146697214)"},
+      {u"http://1.2.3.4.5/"_s, "INVALID_URL(-2146697214)"},
+      {u"http://admin:p/w@127.0.0.1/"_s, "INVALID_URL(-2146697214)"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.address.toStdString());
+    errors.clear();
+    host->Navigate2(row.address, {});
+    EXPECT_TRUE(RunUntil([&] { return !errors.isEmpty(); }));
+    Settle();
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), QString::fromLatin1(row.error));
+    EXPECT_FALSE(errors[0].contains(u"admin"_s)) << "a login is shown: " << errors[0].toStdString();
+  }
+}
+
+TEST_F(WebTest, AFailedLoadLeavesThePageInSilentMode) {
+  for (const bool silent : {true, false}) {
+    options.silent_mode = silent;
+    Show("<input name=a value=1>");
+    server.replies["/gone"] = {"", Then::kReset};
+    Open("/gone");
+    EXPECT_EQ(Ask(GetElementValue(u"a"_s)), silent ? u"1"_s : u""_s);
+  }
+}
+
+TEST_F(WebTest, ALoadIsStopped) {
+  server.replies["/slow"] = {"", Then::kSilence};
+  host->Navigate2(server.Address(u"/slow"_s).toString(), {});
+  ASSERT_TRUE(RunUntil([&] { return server.requests.size() == 1; }, 5s));
+  EXPECT_TRUE(host->Navigation().busy);
+  host->StopNavigation();
+  Settle();
+  EXPECT_EQ(errors, QStringList());
+  Show("<input name=a value=1>");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
+}
+
+TEST_F(WebTest, ACertificateThatNobodyVouchesForIsRefused) {
+  const QTemporaryDir folder;
+  const QString key_file = folder.filePath(u"key.pem"_s);
+  const QString certificate_file = folder.filePath(u"certificate.pem"_s);
+  QProcess openssl;
+  openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-nodes"_s, u"-subj"_s, u"/CN=127.0.0.1"_s,
+                               u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s, u"-keyout"_s,
+                               key_file, u"-out"_s, certificate_file});
+  if (!openssl.waitForFinished() || openssl.exitCode() != 0) {
+    GTEST_SKIP() << "needs the program openssl to make a certificate";
+  }
+  QFile key(key_file);
+  ASSERT_TRUE(key.open(QIODevice::ReadOnly));
+  QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+  tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate_file));
+  tls.setPrivateKey(QSslKey(&key, QSsl::Rsa));
+  auto listener = std::make_unique<QSslServer>();
+  listener->setSslConfiguration(tls);
+  ScriptedServer secure(std::move(listener));
+  secure.replies["/"] = Answer("200 OK", "trust me");
+  Open(secure.Address(u"/"_s, u"https"_s));
+  ASSERT_EQ(errors.size(), 1);
+  EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), u"INVALID_CERTIFICATE(-2146697191)"_s);
+  EXPECT_TRUE(secure.requests.isEmpty());
+  EXPECT_TRUE(IsTold("certificate"));
+}
+
+TEST_F(WebTest, ADeadPageAnswersItsQuestionsAndTheNextLoadWorks) {
+  Show("<input name=a value=1>");
+  QStringList order;
+  const auto Note = [&order](const char* what) {
+    return [&order, what](const PageAnswer& answer) {
+      order.append(QString::fromLatin1(what) + (answer.answered ? u" answered"_s : u""_s));
+    };
+  };
+  host->RunInPage(u"for (;;) {}"_s, [&order] { order.append(u"endless"_s); });
+  host->Call(GetElementValue(u"a"_s), Note("first"));
+  host->Call(GetElementValue(u"a"_s), Note("second"));
+  RunUntil([] { return false; }, 50ms);
+  EXPECT_EQ(order, QStringList());
+  kill(static_cast<pid_t>(EnginePage()->renderProcessPid()), SIGKILL);
+  EXPECT_TRUE(RunUntil([&] { return errors.size() == 1; }, 5s));
+  host->Call(GetElementValue(u"a"_s), Note("late"));
+  EXPECT_TRUE(RunUntil([&] { return order.size() == 4; }, 5s));
+  EXPECT_EQ(order, (QStringList{u"endless"_s, u"first"_s, u"second"_s, u"late"_s}));
+  EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), u"CANNOT_LOAD_DATA(-2146697201)"_s);
+  Show("<input name=a value=2>");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"2"_s);
+  kill(static_cast<pid_t>(EnginePage()->renderProcessPid()), SIGKILL);
+  EXPECT_TRUE(RunUntil([&] { return errors.size() == 1; }, 5s));
+  host->Refresh2();
+  Settle();
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"2"_s) << "the page is not fetched again";
+}
+
+TEST_F(WebTest, AQuestionIsAnsweredThoughThePageMovesToAnotherHost) {
+  QUrl other = server.Address(u"/page"_s);
+  other.setHost(u"localhost"_s);
+  Show("<a href='" + other.toEncoded() + "'>go</a><input name=a value=1>");
+  int answers = 0;
+  const auto Count = [&answers](const PageAnswer&) { ++answers; };
+  host->Call(ClickLinkByHref(u"localhost"_s), Count);
+  constexpr int kMore = 200;
+  for (int i = 0; i < kMore; ++i) {
+    RunUntil([] { return false; }, 1ms);
+    host->Call(GetElementValue(u"a"_s), Count);
+  }
+  EXPECT_TRUE(RunUntil([&] { return answers == kMore + 1; }, 5s)) << answers;
+  EXPECT_EQ(Read("location.hostname"), u"localhost"_s);
+}
+
+TEST_F(WebTest, NoAnswerComesBehindTheEndOfTheHost) {
+  Show("<input name=a value=1>");
+  bool answered = false;
+  host->Call(GetElementValue(u"a"_s), [&answered](const PageAnswer&) { answered = true; });
+  host.reset();
+  RunUntil([] { return false; }, 50ms);
+  EXPECT_FALSE(answered);
+}
+
+}  // namespace
+}  // namespace quayline::testing

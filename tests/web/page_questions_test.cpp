@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QWebEnginePage>
+
+#include "web/web_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace page_operation;
+using namespace std::chrono_literals;
+
+TEST_F(WebTest, WhatAPageAsksTheUserIsAnsweredAtOnceAndTold) {
+  const struct {
+    const char* fault;
+    const char* code;
+    const char* outcome;
+    const char* told;
+  } cases[] = {
+      {"a message waits", "alert('saved'); out = 'on'", "on", "saved"},
+      {"a question is answered No", "out = confirm('reboot?')", "true", "reboot?"},
+      {"a prompt loses its preset", "out = prompt('port', '80')", "80", "80"},
+      {"a long message is told whole", "alert('x'.repeat(100000)); out = 'on'", "on", "xxx\u2026"},
+      {"a permission is granted",
+       "Notification.requestPermission().then(answer => { out = answer; })", "denied",
+       "permission"},
+      {"another program is opened", "location = 'mailto:x'; out = 'on'", "on", "mailto:x"},
+      {"a file is stored",
+       "var a = document.createElement('a'); a.download = 'a.txt'; a.href = 'data:,x';"
+       "a.click(); out = 'on'",
+       "on", "a.txt"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    Show("<script>var out;</script>");
+    RunInPage(row.code);
+    EXPECT_TRUE(IsTold(row.told)) << told.join(u'\n').toStdString();
+    EXPECT_TRUE(RunUntil([&] { return Read("out") == QString::fromUtf8(row.outcome); }, 2s))
+        << Read("out").toStdString();
+    Settle();
+    EXPECT_EQ(Read("location.pathname"), u"/page"_s);
+  }
+}
+
+TEST_F(WebTest, AFileThatThePageAsksForIsNotChosen) {
+  Show("<input type=file><script>var file = document.querySelector('input')</script>");
+  EXPECT_EQ(Ask(FocusElementByPosition(Read("[...document.getElementsByTagName('*')]"
+                                            ".indexOf(file)")
+                                           .toInt())),
+            kSuccessful);
+  host->SendKeys(u" "_s);  // a chooser opens for a user's key, not for a script
+  EXPECT_TRUE(IsTold("asked for a file"));
+  EXPECT_EQ(Read("file.files.length"), u"0"_s);
+}
+
+TEST_F(WebTest, FailuresOfThePagesScriptsAreTold) {
+  Show("<script>setTimeout(() => broken(), 0)</script>");
+  EXPECT_TRUE(RunUntil([&] { return script_errors.size() == 1; }, 3s));
+  EXPECT_TRUE(script_errors.value(0).contains(u"broken"_s));
+  RunInPage("console.error('Uncaught no failure'.substring(9)); console.log('Uncaught neither')");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u""_s);
+  EXPECT_EQ(script_errors.size(), 1) << script_errors.last().toStdString();
+}
+
+// Takes the popups over, as a job does.
+class PopupTest : public WebTest {
+ protected:
+  PopupTest() {
+    server.replies["/popup"] = Html("<input name=a value=popup>");
+    server.replies["/closes"] = Html("<script>close()</script>");
+    QObject::connect(host.get(), &PageHost::newWindow, window.get(), [this](PageHost* popup) {
+      popup->setParent(&owner);
+      popups.append(popup);
+      popup->Widget()->show();
+      QObject::connect(popup, &PageHost::windowClosing, &owner, [this] { ++closings; });
+    });
+  }
+
+  ~PopupTest() override { qDeleteAll(std::exchange(popups, {})); }
+
+  void WaitFor(PageHost* popup) {
+    ASSERT_TRUE(RunUntil(
+        [&] { return !popup->Navigation().busy && EnginePage(popup)->url().path().size() > 1; },
+        5s));
+  }
+
+  QObject owner;
+  QList<PageHost*> popups;
+  int closings = 0;
+};
+
+TEST_F(PopupTest, APopupIsAPageOfItsOwn) {
+  Show("<a href=/popup target=named>x</a><input name=a value=page>");
+  const char* const ways[] = {
+      "open('/popup')",
+      "open('/popup', 'other', 'width=100')",
+      "document.querySelector('a').click()",
+      "setTimeout(() => open('/popup', 'late'), 0)",
+  };
+  for (const char* way : ways) {
+    SCOPED_TRACE(way);
+    const qsizetype before = popups.size();
+    RunInPage(way);
+    ASSERT_TRUE(RunUntil([&] { return popups.size() == before + 1; }, 5s));
+    WaitFor(popups.last());
+    std::optional<QJsonValue> value;
+    popups.last()->Call(GetElementValue(u"a"_s),
+                        [&](const PageAnswer& answer) { value = answer.value; });
+    EXPECT_TRUE(RunUntil([&] { return value.has_value(); }, 5s));
+    EXPECT_EQ(value, QJsonValue(u"popup"_s));
+    EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"page"_s);
+  }
+  host->Navigate2(server.Address(u"/popup"_s).toString(), u"fresh"_s);
+  EXPECT_TRUE(RunUntil([&] { return popups.size() == 5; }, 5s)) << "a frame that is not there";
+}
+
+TEST_F(PopupTest, APopupThatClosesItselfIsTold) {
+  Show("page");
+  RunInPage("open('/closes')");
+  EXPECT_TRUE(RunUntil([&] { return closings == 1; }, 5s));
+  RunInPage("var second = open('/popup')");
+  ASSERT_TRUE(RunUntil([&] { return popups.size() == 2; }, 5s));
+  WaitFor(popups.last());
+  RunInPage("second.close()");
+  EXPECT_TRUE(RunUntil([&] { return closings == 2; }, 5s));
+}
+
+TEST_F(PopupTest, NotMoreThanEightPopupsAreOpenAtATime) {
+  Show("page");
+  RunInPage("for (var i = 0; i < 30; ++i) open('/popup')");
+  EXPECT_TRUE(IsTold("tried to open a window"));
+  EXPECT_EQ(popups.size(), 8);
+  delete popups.takeLast();
+  RunInPage("open('/popup'); open('/popup')");
+  RunUntil([] { return false; }, 50ms);
+  EXPECT_EQ(popups.size(), 8);
+}
+
+TEST_F(WebTest, APopupThatNobodyTakesIsRefusedAndNotCounted) {
+  Show("page");
+  RunInPage("for (var i = 0; i < 20; ++i) open('/page')");
+  EXPECT_TRUE(IsTold("tried to open a window"));
+  int offered = 0;
+  QObject::connect(host.get(), &PageHost::newWindow, window.get(), [&offered] { ++offered; });
+  RunInPage("open('/page')");
+  EXPECT_TRUE(RunUntil([&] { return offered == 1; }, 3s));
+}
+
+}  // namespace
+}  // namespace quayline::testing

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <span>
+
+#include "script/page_host.h"
+#include "script/page_operations.h"
+#include "script/web/web_engine.h"
+#include "test_main.h"
+#include "transport/scripted_server.h"
+
+class QWebEnginePage;
+
+// How GoogleTest shows an answer.
+void PrintTo(const QJsonValue& value, std::ostream* out);
+
+namespace quayline::testing {
+
+// A whole answer that a browser takes for a page; without a type it would have to guess.
+Reply Html(const QByteArray& markup);
+
+inline const QJsonValue kSuccessful{QLatin1String(page_result::kSuccessful)};
+inline const QJsonValue kFailed{QLatin1String(page_result::kFailed)};
+inline const QJsonValue kFailedLink{QLatin1String(page_result::kFailedLink)};
+inline const QJsonValue kNoAnswer{QLatin1String("[no answer]")};
+
+// One question to a page, and what the page is afterwards.
+struct OperationCase {
+  const char* fault;
+  const char* body;
+  PageCall call;
+  QJsonValue answer;
+  const char* state_script = nullptr;  // read in the page's own world; see Show()
+  const char* state = nullptr;
+};
+
+// A hosted browser in a shown window, and a web server on loopback for it.
+class WebTest : public ::testing::Test {
+ protected:
+  WebTest();
+  ~WebTest() override;
+
+  // Loads an address and waits for its end, in whatever way it ends.
+  void Open(const QUrl& address);
+  void Open(const char* path) { Open(server.Address(QString::fromLatin1(path))); }
+  // Puts `body` on the server as a page and opens it. The page's scripts have note(text), which
+  // collects into `notes`; values(), checks() and names() tell of all its fields.
+  void Show(const QByteArray& body, const QByteArray& head = {});
+  // Waits until no page is on its way.
+  void Settle();
+
+  // kNoAnswer stands for a page that does not answer.
+  QJsonValue Ask(PageCall call, int frame = 0);
+  // What an expression comes to in the page's own world.
+  QString Read(const char* expression);
+  void RunInPage(const char* code);
+
+  // Each case on a page of its own: as it is, and with 10,000 elements behind it.
+  void Check(std::span<const OperationCase> cases);
+
+  QWebEnginePage* EnginePage(PageHost* of = nullptr) const;
+  // Waits until one of the status texts holds `part`.
+  bool IsTold(const char* part);
+
+  testing::ScriptedServer server;
+  JobOptions options;
+  PageHostFactory make_host = WebPageHosts(options);
+  std::unique_ptr<QWidget> window;
+  std::unique_ptr<PageHost> host;
+
+  // What the host said since the last Open().
+  QStringList errors;  // "status address"
+  QStringList told;
+  QStringList script_errors;
+  int completed = 0;
+
+ private:
+  void AskOn(const OperationCase& row, const QByteArray& padding);
+};
+
+}  // namespace quayline::testing
