@@ -24,10 +24,12 @@ TEST(LintCommand, TellsTheLinesAndWhetherTheyMatter) {
   } cases[] = {
       {"", 0, {}},
       {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 0, {}},
-      {"\xEF\xBB\xBFnav(\"a\")\r\ntimeout_last_only(\"5\")\r\n", 0, {":2: warning: Whatever"}},
+      {"\xEF\xBB\xBFnav(\"a\")\r\ntimeout_last_only(\"5\")\r\n",
+       0,
+       {QStringLiteral(":2: warning: Whatever")}},
       {"note\n\nnav(\"a\n\xE4 nav\nset_nmae(\"%1\")",
        1,
-       {":3: The argument", ":5: warning: There"}},
+       {QStringLiteral(":3: The argument"), QStringLiteral(":5: warning: There")}},
       {QByteArray((4 << 20) + 1, ' '), 2, {}},
   };
   for (const auto& c : cases) {
