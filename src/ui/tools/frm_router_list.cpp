@@ -21,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int kRoutersAStep = 1000;
+constexpr int kTextMargins = 12;
 
 }  // namespace
 
@@ -38,6 +39,9 @@ FrmRouterList::FrmRouterList(AppContext& context, Prompts& prompts, QWidget* par
   ui_->List1->setModel(list_);
   ui_->Command1->setIcon(ThemeIcon(QStringLiteral("search")));
   ui_->command_choose->setEnabled(false);
+  QPalette plain = ui_->Text2->palette();  // it looks like what it is: a label
+  plain.setColor(QPalette::Base, Qt::transparent);
+  ui_->Text2->setPalette(plain);
   connect(ui_->Text1, &QLineEdit::textChanged, this, &FrmRouterList::SearchWhileTyping);
   connect(ui_->Command1, &QPushButton::clicked, this, &FrmRouterList::FindNext);
   connect(ui_->List1, &QListView::doubleClicked, this, &FrmRouterList::Choose);
@@ -84,6 +88,8 @@ void FrmRouterList::ShowLoaded() {
   ui_->Text2->setText(
       Text(message::kListedRouters) +
       QStringLiteral(" (%1)").arg(QLocale(QLocale::English).toString(names_.Count())));
+  ui_->Text2->setMinimumWidth(ui_->Text2->fontMetrics().horizontalAdvance(ui_->Text2->text()) +
+                              kTextMargins);
   const qsizetype chosen = ids_.indexOf(context_.session.router_id);
   if (names_.Count() > 0) {
     ui_->List1->setCurrentIndex(list_->index(static_cast<int>(std::max<qsizetype>(chosen, 0))));

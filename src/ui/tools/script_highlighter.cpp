@@ -11,6 +11,8 @@ namespace quayline {
 
 namespace {
 
+constexpr qreal kTint = 0.15;  // a wave of one pixel is overlooked
+
 QColor ErrorColor(const QPalette& palette) {
   return IsDark(palette) ? QColor(0xff, 0x7b, 0x72) : QColor(0xc6, 0x28, 0x28);
 }
@@ -54,6 +56,7 @@ void ScriptHighlighter::Underline(int start, int length, const QColor& color) {
     QTextCharFormat marked = format(i);
     marked.setUnderlineStyle(QTextCharFormat::WaveUnderline);
     marked.setUnderlineColor(color);
+    marked.setBackground(Mixed(palette_.color(QPalette::Base), color, kTint));
     setFormat(i, 1, marked);
   }
 }
