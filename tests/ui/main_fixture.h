@@ -33,8 +33,28 @@ class MainWindowTest : public ::testing::Test {
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
     // Pictures come from a port where nobody listens.
     context_->maker_site.base = QStringLiteral("http://127.0.0.1:9");
-    window_ = std::make_unique<FrmMain2>(
-        *context_, prompts_, WindowFactory{.job_status = [this] { return MakeJobWindow(); }});
+    window_ = std::make_unique<FrmMain2>(*context_, prompts_, Windows());
+  }
+
+  WindowFactory Windows() {
+    return {.job_status = [this] { return MakeJobWindow(); },
+            .view_page = [this](QWidget* parent) { return MakeDialog(parent); },
+            .router_list =
+                [this](QWidget* parent, auto chosen) {
+                  choose_router_ = std::move(chosen);
+                  return MakeDialog(parent);
+                },
+            .view_scripts =
+                [this](QWidget* parent, auto written) {
+                  scripts_written_ = std::move(written);
+                  return MakeDialog(parent);
+                }};
+  }
+
+  QDialog* MakeDialog(QWidget* parent) {
+    dialog_ = new QDialog(parent);
+    dialog_->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog_;
   }
 
   QWidget* MakeJobWindow() {
@@ -58,6 +78,9 @@ class MainWindowTest : public ::testing::Test {
   std::unique_ptr<AppContext> context_;
   std::unique_ptr<FrmMain2> window_;
   QList<QPointer<QWidget>> jobs_;
+  QPointer<QDialog> dialog_;  // the last one that was opened
+  std::function<void(int router_id)> choose_router_;
+  std::function<void()> scripts_written_;
 };
 
 }  // namespace quayline::testing

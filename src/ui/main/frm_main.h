@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDialog>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -28,6 +29,12 @@ namespace quayline {
 struct WindowFactory {
   // A job window on the current list and router, which starts by itself when it is shown.
   std::function<QWidget*()> job_status;
+  // The router's page of ports, reached by the router's view script.
+  std::function<QDialog*(QWidget* parent)> view_page;
+  // The list of routers; `chosen` gets the key of the one that the user takes.
+  std::function<QDialog*(QWidget* parent, std::function<void(int router_id)> chosen)> router_list;
+  // The selected router's scripts; `written` is called when they may have changed.
+  std::function<QDialog*(QWidget* parent, std::function<void()> written)> view_scripts;
 };
 
 // The main window's content, held by FrmMain2: router, login, port list and the one button. It
@@ -61,12 +68,16 @@ class FrmMain final : public QMainWindow {
   void ConnectLogin();
   void ConnectList();
   void ConnectAdvancedMenu();
+  void ConnectRouterWindows();
   void ConnectWebPages();
   void ConnectStartUp();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
 
   void SelectRouterRow(int row);
+  void ChooseRouter(int id);
+  void ReloadRouter();
+  void ViewPorts();
   void ShowStoredFields(const StoredFields& fields);
   void ShowPicture(RouterPicture state, const QImage& picture);
   void ShowMaxEntries();
