@@ -58,6 +58,9 @@ class BareContender final : public Contender {
   Task<> Prepare() override { co_await Load(); }
 
   Task<> Do(QString what) override {
+    if (what == QLatin1String("prepare")) {
+      co_return;
+    }
     if (what == QLatin1String("commands")) {
       co_await MeasureSteps();
       co_return;

@@ -24,6 +24,7 @@ struct JobSite {
 // One way of doing the job, in a process of its own. It is told what to do by lines on standard
 // input, and says "ready" and "done" on standard output, between which it may say what it measured:
 //
+//   prepare   what has to be done ahead of each job or measurement, and does not count
 //   job       the whole job
 //   commands  "cost <what> <microseconds>" for each of many repetitions of single steps
 //   trace     the job, with "event <microseconds> <what>" for what happened when

@@ -35,7 +35,10 @@ class HttpContender final : public Contender {
     co_return;
   }
 
-  Task<> Do(QString) override {
+  Task<> Do(QString what) override {
+    if (what == QLatin1String("prepare")) {
+      co_return;
+    }
     for (const PortEntry& entry : entries_) {
       Get();
       Save(FieldsOf(entry));

@@ -54,14 +54,28 @@ class QuaylineContender final : public Contender {
                      [this](const QString& text) { NoteLog(text); });
   }
 
+  // A job opens its browser anew; the first page is loaded for it.
   Task<> Prepare() override {
     runner_.Open();
-    Show(runner_.ActiveHost());
-    ConnectTrace();
-    co_await RunEntries(site_.entries.first(1));
+    PageHost* host = runner_.ActiveHost();
+    Show(host);
+    ConnectTrace(host);
+    host->SetLogin({.scheme = site_.page.scheme(),
+                    .host = site_.page.host(),
+                    .port = site_.page.port(),
+                    .username = site_.router.routerusername,
+                    .password = site_.router.routerpassword});
+    host->Navigate2(site_.page.toString(), {});
+    co_await Until([host] {
+      return !host->Navigation().busy;
+    }).WokenBy(host, &PageHost::navigationChanged);
   }
 
   Task<> Do(QString what) override {
+    if (what == QLatin1String("prepare")) {
+      co_await Prepare();
+      co_return;
+    }
     if (what == QLatin1String("commands")) {
       co_await MeasureCommands();
       co_return;
@@ -139,8 +153,7 @@ class QuaylineContender final : public Contender {
 
   void NoteLog(const QString& text) { Note(Now(), QStringLiteral("log ") + text.simplified()); }
 
-  void ConnectTrace() {
-    PageHost* host = runner_.ActiveHost();
+  void ConnectTrace(PageHost* host) {
     QObject::connect(host, &PageHost::beforeNavigate, &runner_,
                      [this] { Note(Now(), QStringLiteral("host.started")); });
     QObject::connect(host, &PageHost::navigateComplete, &runner_,

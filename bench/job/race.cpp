@@ -12,6 +12,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -73,6 +74,12 @@ Race::Race(const QString& bench_program, const RouterRecord& router, const RaceO
   }
   password.close();
   AdoptOrphans();
+  // Also behind a failure nothing is left running.
+  std::atexit([] {
+    for (const pid_t child : Children()) {
+      kill(child, SIGTERM);
+    }
+  });
   Start();
 }
 
@@ -147,12 +154,22 @@ std::vector<Result> Race::Run() {
   for (int round = 0; round < options_.rounds; ++round) {
     for (size_t turn = 0; turn < runners_.size(); ++turn) {
       const size_t which = (turn + static_cast<size_t>(round)) % runners_.size();
+      if (runners_[which].process) {
+        Prepare(*runners_[which].process);
+      }
       router_.Reset();
       RunOne(runners_[which], results[which]);
       Check(runners_[which], results[which]);
     }
   }
   return results;
+}
+
+void Race::Prepare(ChildProcess& process) const {
+  process.WriteLine("prepare");
+  if (process.ReadLine(kPatience) != "done") {
+    Fail(QStringLiteral("A contender does not get ready for its job. Try --verbose."));
+  }
 }
 
 void Race::RunOne(Runner& runner, Result& result) {
@@ -204,6 +221,7 @@ void Race::Check(const Runner& runner, Result& result) {
 
 QHash<QString, double> Race::MeasureSteps(const QString& contender) {
   ChildProcess& process = Find(contender);
+  Prepare(process);
   process.WriteLine("commands");
   QHash<QString, std::vector<double>> costs;
   for (;;) {
@@ -227,8 +245,9 @@ QHash<QString, double> Race::MeasureSteps(const QString& contender) {
 }
 
 QStringList Race::Trace() {
-  router_.Reset();
   ChildProcess& process = Find(QStringLiteral("quayline"));
+  Prepare(process);
+  router_.Reset();
   process.WriteLine("trace");
   QStringList events;
   for (;;) {

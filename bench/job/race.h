@@ -61,6 +61,7 @@ class Race final {
   std::vector<std::string> WordsFor(const QString& name) const;
   void Start();
   ChildProcess& Find(const QString& name);
+  void Prepare(ChildProcess& process) const;
   void RunOne(Runner& runner, Result& result);
   void RunWholeProgram(Result& result);
   void Check(const Runner& runner, Result& result);
