@@ -68,9 +68,12 @@ class FakeAdapters final : public Adapters {
  public:
   QList<Adapter> adapters;
   QString local_address = QStringLiteral("192.168.1.20");
+  QStringList address_table = {QStringLiteral("127.0.0.1"), QStringLiteral("192.168.1.20"),
+                               QStringLiteral("10.8.0.2")};
 
   QList<Adapter> List() const override { return adapters; }
   QString LocalAddress(const QString&) const override { return local_address; }
+  QStringList AddressTable() const override { return address_table; }
 };
 
 class FakeDesktop final : public Desktop {

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "i18n/message.h"
+
+namespace quayline::message {
+
+// What the entry dialogs say beside the refusals, which stand with the checks.
+inline constexpr Message kEntriesRequired{"FrmAddNew", "Text13", "Entries Required:"};
+inline constexpr Message kProgramsLoaded{"FrmAddNew", "Text34", "Programs Loaded:"};
+inline constexpr Message kNameTooLongOnLeaving{"FrmAddNew", "Text31",
+                                               "Name can only be 10 chars or less."};
+inline constexpr Message kSearchProgram{"FrmAddNew", "TextSearch", "Choose a program, or type"};
+inline constexpr Message kAdded{"FrmAddNew", "TextAdded", "Added to your list:"};
+inline constexpr Message kUnreadablePorts{
+    "FrmAddNew", "TextUnreadablePorts",
+    "These ports of the program can not be read and were left out:"};
+inline constexpr Message kLookingUpName{"FrmAddNew", "TextLookingUp",
+                                        "Looking up the name of %1..."};
+
+}  // namespace quayline::message

@@ -1,0 +1,291 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/entries/frm_add_new.h"
+
+#include <QFocusEvent>
+#include <QLocale>
+#include <QLoggingCategory>
+
+#include "core/entry_fields.h"
+#include "core/program_entries.h"
+#include "ui/entries/entry_inputs.h"
+#include "ui/entries/entry_texts.h"
+#include "ui/toolkit/short_list.h"
+#include "ui_frm_add_new.h"
+
+namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+Q_LOGGING_CATEGORY(log_entries, "quayline.ui.entries")
+
+constexpr ComputerNameTexts kNameTexts{
+    {"FrmAddNew", "Text28", "Couldn't resolve this IP address to its Name."},
+    {"FrmAddNew", "Text29", "Example: 192.168.1.100 Belongs to Computer name 'FrontDesk'"},
+    {"FrmAddNew", "Text30", "Are you sure you want to use this IP address?"}};
+
+QString InBrackets(const QString& text) { return QStringLiteral(" (%1)").arg(text); }
+
+QString Grouped(qsizetype number) { return QLocale(QLocale::English).toString(number); }
+
+}  // namespace
+
+FrmAddNew::FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_names, QWidget* parent)
+    : QDialog(parent),
+      context_(context),
+      prompts_(prompts),
+      ui_(std::make_unique<Ui::FrmAddNew>()),
+      name_search_(new ComputerNameSearch(context, prompts, host_names, kNameTexts, this)) {
+  ui_->setupUi(this);
+  setAttribute(Qt::WA_DeleteOnClose);
+  ui_->label_status->setMinimumHeight(fontMetrics().height());
+  SetIdle();
+  ConnectDatabasePage(context.databases);
+  ConnectCustomPage();
+  connect(name_search_, &ComputerNameSearch::started, this,
+          [this](const QString& address) { SetBusy(Text(message::kLookingUpName).arg(address)); });
+  connect(name_search_, &ComputerNameSearch::ended, this, &FrmAddNew::SetIdle);
+  connect(ui_->command_close, &QPushButton::clicked, this, &FrmAddNew::reject);
+  ConnectPages();
+}
+
+FrmAddNew::~FrmAddNew() = default;
+
+void FrmAddNew::reject() {
+  loading_.Cancel();
+  adding_.Cancel();
+  QDialog::reject();
+}
+
+void FrmAddNew::ConnectPages() {
+  tabs_.addButton(ui_->Command3);
+  tabs_.addButton(ui_->Command4);
+  timer1_.setSingleShot(true);
+  timer1_.setInterval(100ms);
+  connect(&timer1_, &QTimer::timeout, this, [this] { loading_.Start(LoadPrograms()); });
+  connect(ui_->Command3, &QPushButton::clicked, this, [this] { ShowPage(false); });
+  connect(ui_->Command4, &QPushButton::clicked, this, [this] { ShowPage(true); });
+  ShowPage(false);
+}
+
+void FrmAddNew::ConnectDatabasePage(const Databases& databases) {
+  programs_ = new ProgramBox(*ui_->Combo3, databases);
+  ui_->Combo3->lineEdit()->setPlaceholderText(Text(message::kSearchProgram));
+  connect(programs_, &ProgramBox::progress, this, [this](int loaded, int total) {
+    ui_->progress_bar->setMaximum(std::max(1, total));
+    ui_->progress_bar->setValue(loaded);
+  });
+  connect(programs_, &ProgramBox::chosen, this, &FrmAddNew::ShowProgram);
+  connect(programs_, &ProgramBox::choiceCleared, this, &FrmAddNew::ForgetProgram);
+  MakeAddressBox(*ui_->Combo5, *ui_->zCommand4, context_.adapters, this);
+  connect(ui_->Command2, &QPushButton::clicked, this, [this] { adding_.Start(AddProgram()); });
+  ForgetProgram();
+}
+
+void FrmAddNew::ConnectCustomPage() {
+  const RouterSession& session = context_.session;
+  ui_->Label7->setText(LimitsHint(session));
+  ui_->Label8->setText(LimitsHint(session));
+  MakePortField(*ui_->Text2, session);
+  MakePortField(*ui_->Text3, session);
+  MakeAddressBox(*ui_->Combo4, *ui_->zCommand3, context_.adapters, this);
+  FillProtocols(*ui_->Combo1, HasRuleForBoth(session));
+  ui_->Combo2->setCompleter(nullptr);  // would finish a new name by one that is known
+  ui_->Combo2->lineEdit()->installEventFilter(this);
+  FillCustomNames();
+  connect(ui_->Combo2, &QComboBox::activated, this, &FrmAddNew::ChooseCustom);
+  connect(ui_->Command1, &QPushButton::clicked, this, [this] { adding_.Start(AddCustom()); });
+}
+
+// The name's field, when it is left for another one of this window.
+bool FrmAddNew::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusOut && watched == ui_->Combo2->lineEdit()) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    const bool is_left = reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
+    if (is_left && isVisible() && ui_->Combo2->currentText().size() > kMaxNameLength) {
+      prompts_.Tell(this, Text(message::kNameTooLongOnLeaving),
+                    [this] { ui_->Combo2->setFocus(); });
+    }
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+void FrmAddNew::ShowPage(bool is_custom) {
+  (is_custom ? ui_->Command4 : ui_->Command3)->setChecked(true);
+  ui_->pages->setCurrentWidget(is_custom ? ui_->custom_page : ui_->database_page);
+  ui_->Command1->setVisible(is_custom);
+  ui_->Command2->setVisible(!is_custom);
+  (is_custom ? ui_->Command1 : ui_->Command2)->setDefault(true);
+  ui_->label_status->clear();
+  (is_custom ? ui_->Combo2 : ui_->Combo3)->setFocus();
+  if (!is_custom && programs_->IsEmpty() && !loading_.IsRunning()) {
+    timer1_.start();
+  }
+}
+
+void FrmAddNew::SetBusy(const QString& text) {
+  for (QWidget* part : {static_cast<QWidget*>(ui_->pages), static_cast<QWidget*>(ui_->Command1),
+                        static_cast<QWidget*>(ui_->Command2), static_cast<QWidget*>(ui_->Command3),
+                        static_cast<QWidget*>(ui_->Command4)}) {
+    part->setEnabled(false);
+  }
+  ui_->label_status->setText(text);
+  ui_->dBar1->SetMoving(true);
+  ui_->dBar1->show();
+}
+
+void FrmAddNew::SetIdle() {
+  for (QWidget* part : {static_cast<QWidget*>(ui_->pages), static_cast<QWidget*>(ui_->Command1),
+                        static_cast<QWidget*>(ui_->Command2), static_cast<QWidget*>(ui_->Command3),
+                        static_cast<QWidget*>(ui_->Command4)}) {
+    part->setEnabled(true);
+  }
+  ui_->label_status->clear();
+  ui_->dBar1->hide();
+}
+
+Task<> FrmAddNew::LoadPrograms() {
+  ui_->Combo3->setEnabled(false);
+  ui_->Picture3->show();
+  co_await programs_->Load();
+  ui_->Picture3->hide();
+  ui_->Combo3->setEnabled(true);
+  ui_->Label9->setText(Text(message::kProgramsLoaded) + InBrackets(Grouped(ui_->Combo3->count())));
+  if (!ui_->Command4->isChecked()) {
+    ui_->Combo3->setFocus();
+  }
+}
+
+void FrmAddNew::ShowProgram(const AppPortRecord& program) {
+  program_ = program;
+  const ProgramSummary summary = SummarizeProgram(program, context_.session);
+  ui_->Label14->setText(summary.tcp);
+  ui_->Label15->setText(summary.udp);
+  ShowEntriesRequired(summary.entries);
+}
+
+void FrmAddNew::ForgetProgram() {
+  program_.reset();
+  ui_->Label14->clear();
+  ui_->Label15->clear();
+  ShowEntriesRequired(0);
+}
+
+void FrmAddNew::ShowEntriesRequired(int entries) {
+  ui_->Label11->setText(Text(message::kEntriesRequired) + InBrackets(QString::number(entries)));
+  ui_->label_status->clear();
+}
+
+Task<> FrmAddNew::AddProgram() {
+  const QString address = ui_->Combo5->currentText();
+  const EntryVerdict verdict = CheckProgram(program_.has_value(), address, context_.translator);
+  if (!verdict.accepted) {
+    Refuse(verdict, ui_->Combo5);
+    co_return;
+  }
+  const std::optional<QString> name = co_await name_search_->Find(address);
+  if (!name) {
+    ui_->Combo5->setFocus();
+    co_return;
+  }
+  const ProgramEntries made =
+      MakeProgramEntries(*program_, ForwardedTo(address, *name), context_.session);
+  AddRows(made.entries);
+  ui_->Combo3->setFocus();
+  if (!made.unreadable.isEmpty()) {
+    prompts_.Tell(this, Text(message::kUnreadablePorts) + QLatin1Char('\n') +
+                            ShortList(made.unreadable, QStringLiteral("\n")));
+  }
+}
+
+void FrmAddNew::FillCustomNames() {
+  customs_ = context_.databases.CustomPorts();
+  ui_->Combo2->clear();
+  for (const CustomPortRecord& custom : std::as_const(customs_)) {
+    ui_->Combo2->addItem(custom.appname, custom.id);
+  }
+  ui_->Combo2->setCurrentIndex(-1);
+}
+
+void FrmAddNew::ClearCustomFields() {
+  ui_->Text2->clear();
+  ui_->Text3->clear();
+  SelectProtocol(QStringLiteral("TCP/UDP"));
+}
+
+void FrmAddNew::ChooseCustom(int index) {
+  ClearCustomFields();
+  const CustomPortRecord custom = customs_.value(index);
+  SelectProtocol(custom.portype);
+  ui_->Text2->setText(custom.startport);
+  ui_->Text3->setText(custom.endport);
+}
+
+// One that the selected router lacks changes nothing.
+void FrmAddNew::SelectProtocol(const QString& protocol) {
+  if (const int found = ui_->Combo1->findText(protocol, Qt::MatchFixedString); found >= 0) {
+    ui_->Combo1->setCurrentIndex(found);
+  }
+}
+
+Task<> FrmAddNew::AddCustom() {
+  const TypedEntry typed = {.name = ui_->Combo2->currentText(),
+                            .protocol = ui_->Combo1->currentText(),
+                            .start_port = ui_->Text2->text(),
+                            .end_port = ui_->Text3->text(),
+                            .address = ui_->Combo4->currentText()};
+  const EntryVerdict verdict =
+      CheckNewEntry(typed, context_.port_list.Entries(), context_.session, context_.translator);
+  if (!verdict.accepted) {
+    Refuse(verdict, ui_->Combo4);
+    co_return;
+  }
+  const std::optional<QString> name = co_await name_search_->Find(typed.address);
+  if (!name) {
+    ui_->Combo4->setFocus();
+    co_return;
+  }
+  AddRows({{.app_name = typed.name,
+            .forwarded_to = ForwardedTo(typed.address, *name),
+            .start_port = typed.start_port,
+            .end_port = typed.end_port,
+            .protocol = typed.protocol,
+            .description = typed.name}});
+  if (!context_.databases.RememberCustomPort({.appname = typed.name,
+                                              .portype = typed.protocol,
+                                              .startport = typed.start_port,
+                                              .endport = typed.end_port})) {
+    qCWarning(log_entries) << "the entry cannot be remembered for the next time";
+  }
+  ClearCustomFields();
+  FillCustomNames();
+  ui_->Combo2->setFocus();
+}
+
+void FrmAddNew::AddRows(const QList<PortEntry>& entries) {
+  context_.port_list.Append(entries);
+  Q_EMIT entriesAdded();
+  ui_->label_status->setText(Text(message::kAdded) + InBrackets(Grouped(entries.size())));
+}
+
+void FrmAddNew::Refuse(const EntryVerdict& verdict, QWidget* address_box) {
+  prompts_.Tell(this, verdict.message);
+  switch (verdict.focus) {
+    case EntryField::kProgram:
+      ui_->Combo3->setFocus();
+      break;
+    case EntryField::kName:
+      ui_->Combo2->setFocus();
+      break;
+    case EntryField::kAddress:
+      address_box->setFocus();
+      break;
+    case EntryField::kNone:
+      break;
+  }
+}
+
+}  // namespace quayline
