@@ -127,24 +127,24 @@ void FrmAddNew::ShowPage(bool is_custom) {
 }
 
 void FrmAddNew::SetBusy(const QString& text) {
-  for (QWidget* part : {static_cast<QWidget*>(ui_->pages), static_cast<QWidget*>(ui_->Command1),
-                        static_cast<QWidget*>(ui_->Command2), static_cast<QWidget*>(ui_->Command3),
-                        static_cast<QWidget*>(ui_->Command4)}) {
-    part->setEnabled(false);
-  }
+  SetInputsEnabled(false);
   ui_->label_status->setText(text);
   ui_->dBar1->SetMoving(true);
   ui_->dBar1->show();
 }
 
 void FrmAddNew::SetIdle() {
-  for (QWidget* part : {static_cast<QWidget*>(ui_->pages), static_cast<QWidget*>(ui_->Command1),
-                        static_cast<QWidget*>(ui_->Command2), static_cast<QWidget*>(ui_->Command3),
-                        static_cast<QWidget*>(ui_->Command4)}) {
-    part->setEnabled(true);
-  }
+  SetInputsEnabled(true);
   ui_->label_status->clear();
   ui_->dBar1->hide();
+}
+
+void FrmAddNew::SetInputsEnabled(bool enabled) {
+  ui_->pages->setEnabled(enabled);
+  ui_->Command1->setEnabled(enabled);
+  ui_->Command2->setEnabled(enabled);
+  ui_->Command3->setEnabled(enabled);
+  ui_->Command4->setEnabled(enabled);
 }
 
 Task<> FrmAddNew::LoadPrograms() {

@@ -47,6 +47,7 @@ class FrmAddNew final : public QDialog {
   void ShowPage(bool is_custom);
   void SetBusy(const QString& text);
   void SetIdle();
+  void SetInputsEnabled(bool enabled);
   Task<> LoadPrograms();
   void ShowProgram(const AppPortRecord& program);
   void ForgetProgram();

@@ -96,7 +96,7 @@ Task<> FrmEdit::Update() {
     co_return;
   }
   const std::optional<QString> name = co_await name_search_->Find(typed.address);
-  if (!name) {
+  if (!name || !row_.isValid()) {
     ui_->Combo4->setFocus();
     co_return;
   }
