@@ -23,6 +23,45 @@ th, td { padding: 4px 9px; border: 1px solid #ccd2d8; }
 
 QString Latin1(const char* text) { return QString::fromLatin1(text); }
 
+HttpResponse Page(const AdminSite& site, const QString& title, const QString& body) {
+  const QString html = QStringLiteral(R"(<!DOCTYPE html>
+<html>
+<head>
+<meta charset="utf-8">
+<title>%1 %2 - %3</title>
+%4<style>%5</style>
+</head>
+<body>
+%6</body>
+</html>
+)")
+                           .arg(Latin1(site.maker), Latin1(site.product), title, Latin1(site.head),
+                                Latin1(kStyle), body);
+  HttpResponse response;
+  response.body = html.toUtf8();
+  return response;
+}
+
+}  // namespace
+
+HttpResponse AdminPage(const AdminSite& site, const QString& title, const QString& content) {
+  return Page(site, title,
+              QStringLiteral(R"(<div class="head" style="background: %1"><b>%2</b> %3</div>
+<div class="menu">
+%4</div>
+<div class="main">
+<h1>%5</h1>
+%6
+</div>
+)")
+                  .arg(Latin1(site.colour), Latin1(site.maker), Latin1(site.product),
+                       MenuHtml(site), title, content));
+}
+
+HttpResponse BarePage(const AdminSite& site, const QString& title, const QString& content) {
+  return Page(site, title, QStringLiteral("<h1>%1</h1>\n%2\n").arg(title, content));
+}
+
 QString MenuHtml(const AdminSite& site) {
   QString html;
   for (const MenuLink& link : site.menu) {
@@ -31,46 +70,27 @@ QString MenuHtml(const AdminSite& site) {
   return html;
 }
 
-}  // namespace
-
-HttpResponse AdminPage(const AdminSite& site, const QString& title, const QString& content) {
-  const QString html = QStringLiteral(R"(<!DOCTYPE html>
-<html>
-<head>
-<meta charset="utf-8">
-<title>%1 %2 - %3</title>
-<style>%4</style>
-</head>
-<body>
-<div class="head" style="background: %5"><b>%1</b> %2</div>
-<div class="menu">
-%6</div>
-<div class="main">
-<h1>%3</h1>
-%7
-</div>
-</body>
-</html>
-)")
-                           .arg(Latin1(site.maker), Latin1(site.product), title, Latin1(kStyle),
-                                Latin1(site.colour), MenuHtml(site), content);
+HttpResponse JavaScriptFile(const char* code) {
   HttpResponse response;
-  response.body = html.toUtf8();
+  response.content_type = "text/javascript; charset=utf-8";
+  response.body = code;
   return response;
 }
 
 HttpResponse StatusPage(const AdminSite& site, const RuleTable& table) {
-  return AdminPage(
-      site, QStringLiteral("Status"),
-      QStringLiteral(R"(<table>
+  return AdminPage(site, QStringLiteral("Status"), StatusHtml(site, table));
+}
+
+QString StatusHtml(const AdminSite& site, const RuleTable& table) {
+  return QStringLiteral(R"(<table>
 <tr><th>Model</th><td>%1 %2</td></tr>
 <tr><th>Firmware</th><td>2.04.11</td></tr>
 <tr><th>Internet</th><td>Connected (DHCP)</td></tr>
 <tr><th>LAN address</th><td>192.168.1.1 / 255.255.255.0</td></tr>
 <tr><th>Forwarding rules</th><td>%3 of %4</td></tr>
 </table>)")
-          .arg(Latin1(site.maker), Latin1(site.product), QString::number(table.Rules().size()),
-               QString::number(table.AllRows().size())));
+      .arg(Latin1(site.maker), Latin1(site.product), QString::number(table.Rules().size()),
+           QString::number(table.AllRows().size()));
 }
 
 QString Html(const QString& text) { return text.toHtmlEscaped(); }

@@ -21,13 +21,23 @@ struct AdminSite {
   const char* product = "";
   const char* colour = "";  // of the header, as CSS takes it
   QList<MenuLink> menu;
+  const char* head = "";  // HTML in the head of every page
 };
 
 // A whole page: header, menu, title and `content`, which is HTML.
 HttpResponse AdminPage(const AdminSite& site, const QString& title, const QString& content);
 
+// A page without header and menu, for a frame or a small window of its own.
+HttpResponse BarePage(const AdminSite& site, const QString& title, const QString& content);
+
+// The links of the menu, as HTML.
+QString MenuHtml(const AdminSite& site);
+
+HttpResponse JavaScriptFile(const char* code);
+
 // The page that every router shows first.
 HttpResponse StatusPage(const AdminSite& site, const RuleTable& table);
+QString StatusHtml(const AdminSite& site, const RuleTable& table);
 
 // Text as the content of an element or of a quoted attribute.
 QString Html(const QString& text);

@@ -86,6 +86,21 @@ Result TakeEntries(const QString& value, DemoCommand& command) {
   return {};
 }
 
+Result TakeHttps(const QString&, DemoCommand& command) {
+  command.options.https = true;
+  return {};
+}
+
+Result TakeCertificate(const QString& value, DemoCommand& command) {
+  command.options.certificate_file = value;
+  return {};
+}
+
+Result TakeKey(const QString& value, DemoCommand& command) {
+  command.options.key_file = value;
+  return {};
+}
+
 Result TakeCompare(const QString& value, DemoCommand& command) {
   command.kind = DemoCommand::Kind::kCompare;
   command.list_file = value;
@@ -104,21 +119,34 @@ constexpr Option kOptions[] = {
     {"--user", "NAME", "the login's name (default admin)", TakeUser},
     {"--password", "WORD", "the login's password (default admin)", TakePassword},
     {"--entries", "N", "rules that the table holds (default 20)", TakeEntries},
+    {"--https", nullptr, "speak https, with a new certificate that nobody has signed", TakeHttps},
+    {"--certificate", "FILE", "the certificate of https, as PEM; needs --key", TakeCertificate},
+    {"--key", "FILE", "its private key, as PEM", TakeKey},
     {"--compare", "LIST",
      "compare the list file with the router on --port: 0 when every entry stands there",
      TakeCompare},
     {"--help", nullptr, "this text", TakeHelp},
 };
 
-// Only --port goes with --compare: the other options would be given to no purpose.
+// The other options would be given to no purpose.
 Result CheckCompare(const DemoCommand& command, const QStringList& given) {
   for (const QString& name : given) {
-    if (name != QLatin1String("--compare") && name != QLatin1String("--port")) {
+    if (name != QLatin1String("--compare") && name != QLatin1String("--port") &&
+        name != QLatin1String("--https")) {
       return std::unexpected(QStringLiteral("%1 does not go with --compare.").arg(name));
     }
   }
   if (command.options.port == 0) {
     return std::unexpected(QStringLiteral("--compare needs the router's --port."));
+  }
+  return {};
+}
+
+Result CheckCertificate(const DemoOptions& options) {
+  const bool has_certificate = !options.certificate_file.isEmpty();
+  if (has_certificate != !options.key_file.isEmpty() || (has_certificate && !options.https)) {
+    return std::unexpected(
+        QStringLiteral("--https, --certificate and --key belong to each other."));
   }
   return {};
 }
@@ -150,10 +178,11 @@ std::expected<DemoCommand, QString> ReadCommandLine(const QStringList& arguments
     }
     given.append(name);
   }
-  if (command.kind == DemoCommand::Kind::kCompare) {
-    if (const auto sound = CheckCompare(command, given); !sound) {
-      return std::unexpected(sound.error());
-    }
+  const Result sound = command.kind == DemoCommand::Kind::kCompare
+                           ? CheckCompare(command, given)
+                           : CheckCertificate(command.options);
+  if (!sound) {
+    return std::unexpected(sound.error());
   }
   return command;
 }
@@ -163,13 +192,13 @@ QString HelpText() {
   for (const Option& option : kOptions) {
     const QString head = QLatin1String(option.name) + QLatin1Char(' ') +
                          QLatin1String(option.value ? option.value : "");
-    text += QStringLiteral("  %1%2\n").arg(head.leftJustified(18), QLatin1String(option.sentence));
+    text += QStringLiteral("  %1%2\n").arg(head.leftJustified(20), QLatin1String(option.sentence));
   }
   text += QStringLiteral("\nModels:\n");
   for (const ModelInfo& model : RouterModels()) {
     text +=
         QStringLiteral("  %1%2\n")
-            .arg(QString::fromLatin1(model.name).leftJustified(18), QLatin1String(model.sentence));
+            .arg(QString::fromLatin1(model.name).leftJustified(20), QLatin1String(model.sentence));
   }
   return text + QStringLiteral("\nGET /__state shows the rules, POST /__reset clears them.\n");
 }

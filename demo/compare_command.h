@@ -19,7 +19,8 @@ class CompareCommand final : public QObject {
     QString error;   // a sentence; empty when there is a comparison
   };
 
-  CompareCommand(QString list_file, quint16 port);
+  // Over https any certificate will do: whoever answers on loopback is believed.
+  CompareCommand(QString list_file, quint16 port, bool https = false);
 
   // Calls `done` once, from the event loop. Destroying the command takes the call back.
   void Start(std::function<void(const Outcome&)> done);
@@ -29,6 +30,7 @@ class CompareCommand final : public QObject {
 
   QString list_file_;
   quint16 port_;
+  bool https_;
   QNetworkAccessManager network_;
 };
 

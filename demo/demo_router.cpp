@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "demo/demo_router.h"
 
+#include <QSslServer>
+
+#include "demo/certificate.h"
+
 namespace quayline::demo {
 
 namespace {
@@ -42,15 +46,31 @@ std::expected<quint16, QString> DemoRouter::Start(const QString& model,
   if (!info) {
     return std::unexpected(QStringLiteral("There is no model \"%1\".").arg(model));
   }
+  auto listener = std::make_unique<QTcpServer>();
+  if (options.https) {
+    const auto certificate = ServerCertificate(options.certificate_file, options.key_file);
+    if (!certificate) {
+      return std::unexpected(certificate.error());
+    }
+    auto secure = std::make_unique<QSslServer>();
+    secure->setSslConfiguration(*certificate);
+    listener = std::move(secure);
+  }
   server_.reset();
   info_ = info;
   options_ = options;
-  requests_ = 0;
   table_ = std::make_unique<RuleTable>(options.entries);
-  model_ = info->make(*table_);
-  server_ = std::make_unique<HttpServer>(
-      [this](const HttpRequest& request) { return Answer(request); }, options.delay);
+  MakeModel();
+  server_ =
+      std::make_unique<HttpServer>([this](const HttpRequest& request) { return Answer(request); },
+                                   options.delay, std::move(listener));
   return server_->Listen(options.port);
+}
+
+void DemoRouter::MakeModel() {
+  requests_ = 0;
+  wrong_logins_ = 0;
+  model_ = info_->make(*table_, {.user = options_.user, .password = options_.password});
 }
 
 QList<Rule> DemoRouter::Rules() const { return table_ ? table_->Rules() : QList<Rule>(); }
@@ -58,10 +78,9 @@ QList<Rule> DemoRouter::Rules() const { return table_ ? table_->Rules() : QList<
 int DemoRouter::Saves() const { return table_ ? table_->Saves() : 0; }
 
 void DemoRouter::Reset() {
-  requests_ = 0;
   if (table_) {
     table_->Clear();
-    model_ = info_->make(*table_);
+    MakeModel();
   }
 }
 
@@ -70,13 +89,22 @@ HttpResponse DemoRouter::Answer(const HttpRequest& request) {
     return AnswerWithoutLogin(request);
   }
   ++requests_;
-  if (!HasLogin(request, (options_.user + QLatin1Char(':') + options_.password).toUtf8())) {
+  if (!IsLetIn(request)) {
     return AskForLogin(info_->realm);
   }
   if (request.method != "GET" && request.method != "HEAD" && request.method != "POST") {
     return WrongMethod();
   }
   return model_->Answer(request);
+}
+
+bool DemoRouter::IsLetIn(const HttpRequest& request) {
+  if (!info_->realm ||
+      HasLogin(request, (options_.user + QLatin1Char(':') + options_.password).toUtf8())) {
+    return true;
+  }
+  wrong_logins_ += request.Header("authorization").isEmpty() ? 0 : 1;
+  return false;
 }
 
 HttpResponse DemoRouter::AnswerWithoutLogin(const HttpRequest& request) {

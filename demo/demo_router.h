@@ -20,11 +20,14 @@ struct DemoOptions {
   QString user = QStringLiteral("admin");
   QString password = QStringLiteral("admin");
   int entries = 20;  // the rows of the rule table
+  bool https = false;
+  QString certificate_file;  // PEM; without these two, https has a new certificate of its own
+  QString key_file;
 };
 
-// A home router on loopback, for demonstrations and tests. Its pages ask for a login (Basic);
-// two addresses do not: GET /__state gives the table and the counters as JSON, POST /__reset makes
-// the router as new. Needs an event loop.
+// A home router on loopback, for demonstrations and tests. Its pages ask for a login (most models
+// for a Basic one); two addresses do not: GET /__state gives the table and the counters as JSON,
+// POST /__reset makes the router as new. Needs an event loop.
 class DemoRouter final {
  public:
   DemoRouter() = default;
@@ -38,16 +41,21 @@ class DemoRouter final {
   QList<Rule> Rules() const;
   // Requests to the router's pages, refused logins among them, since the start or the reset.
   int Requests() const { return requests_; }
+  // Basic logins that were given and are wrong, since the start or the reset.
+  int WrongLogins() const { return wrong_logins_; }
   int Saves() const;
   void Reset();
 
  private:
   HttpResponse Answer(const HttpRequest& request);
   HttpResponse AnswerWithoutLogin(const HttpRequest& request);
+  bool IsLetIn(const HttpRequest& request);
+  void MakeModel();
 
   const ModelInfo* info_ = nullptr;
   DemoOptions options_;
   int requests_ = 0;
+  int wrong_logins_ = 0;
   std::unique_ptr<RuleTable> table_;
   std::unique_ptr<RouterModel> model_;
   std::unique_ptr<HttpServer> server_;

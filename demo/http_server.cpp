@@ -31,6 +31,7 @@ class Connection final : public QObject {
     connect(socket_, &QTcpSocket::bytesWritten, this, &Connection::Go);
     connect(socket_, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     idle_.start(kIdleTime);
+    Go();  // what a TLS connection brought along is not announced again
   }
 
  private:
@@ -107,21 +108,23 @@ class Connection final : public QObject {
 
 }  // namespace
 
-HttpServer::HttpServer(Handler handler, AnswerDelay delay)
-    : handler_(std::move(handler)), delay_(delay) {
-  connect(&server_, &QTcpServer::newConnection, this, &HttpServer::TakeConnections);
+HttpServer::HttpServer(Handler handler, AnswerDelay delay, std::unique_ptr<QTcpServer> listener)
+    : handler_(std::move(handler)), delay_(delay), listener_(std::move(listener)) {
+  // Unlike newConnection, this comes when a TLS connection has become one to speak over.
+  connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this,
+          &HttpServer::TakeConnections);
 }
 
 std::expected<quint16, QString> HttpServer::Listen(quint16 port) {
-  if (!server_.listen(QHostAddress::LocalHost, port)) {
+  if (!listener_->listen(QHostAddress::LocalHost, port)) {
     return std::unexpected(QStringLiteral("Port %1 cannot be used: %2.")
-                               .arg(QString::number(port), server_.errorString()));
+                               .arg(QString::number(port), listener_->errorString()));
   }
-  return server_.serverPort();
+  return listener_->serverPort();
 }
 
 void HttpServer::TakeConnections() {
-  while (QTcpSocket* socket = server_.nextPendingConnection()) {
+  while (QTcpSocket* socket = listener_->nextPendingConnection()) {
     if (children().size() >= kMaxConnections) {
       socket->abort();
       socket->deleteLater();

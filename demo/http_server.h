@@ -7,6 +7,7 @@
 #include <chrono>
 #include <expected>
 #include <functional>
+#include <memory>
 
 #include "demo/http_message.h"
 
@@ -25,7 +26,9 @@ class HttpServer final : public QObject {
  public:
   using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
-  explicit HttpServer(Handler handler, AnswerDelay delay = {});
+  // Takes connections from `listener`: plain ones, or those of a TLS server.
+  explicit HttpServer(Handler handler, AnswerDelay delay = {},
+                      std::unique_ptr<QTcpServer> listener = std::make_unique<QTcpServer>());
 
   // Listens on 127.0.0.1 and nowhere else; port 0 takes any free one. Gives the port, or a sentence
   // that says why not.
@@ -36,7 +39,7 @@ class HttpServer final : public QObject {
 
   Handler handler_;
   AnswerDelay delay_;
-  QTcpServer server_;
+  std::unique_ptr<QTcpServer> listener_;
 };
 
 }  // namespace quayline::demo

@@ -31,12 +31,14 @@ int Serve(const DemoCommand& command) {
   if (!port) {
     return Fail(port.error());
   }
-  Print(QStringLiteral("Listening on http://127.0.0.1:%1/\n").arg(*port), stdout);
+  const QString scheme = QLatin1String(command.options.https ? "https" : "http");
+  Print(QStringLiteral("Listening on %1://127.0.0.1:%2/\n").arg(scheme, QString::number(*port)),
+        stdout);
   return QCoreApplication::exec();
 }
 
 int Compare(const DemoCommand& command) {
-  CompareCommand compare(command.list_file, command.options.port);
+  CompareCommand compare(command.list_file, command.options.port, command.options.https);
   compare.Start([](const CompareCommand::Outcome& outcome) {
     Print(outcome.output, stdout);
     if (!outcome.error.isEmpty()) {

@@ -21,12 +21,19 @@ class RouterModel {
   virtual HttpResponse Answer(const HttpRequest& request) = 0;
 };
 
+// Who may see the pages.
+struct Login {
+  QString user;
+  QString password;
+};
+
 // A row of the register of models.
 struct ModelInfo {
-  const char* name;      // what --model takes
-  const char* realm;     // the name by which the router asks for the login
+  const char* name;  // what --model takes
+  // The name by which the router asks for the login (Basic); nullptr: the model has a page for it.
+  const char* realm;
   const char* sentence;  // what is particular about it
-  std::unique_ptr<RouterModel> (*make)(RuleTable& table);
+  std::unique_ptr<RouterModel> (*make)(RuleTable& table, const Login& login);
 };
 
 // A new model is a class in demo/models/ and a row here.

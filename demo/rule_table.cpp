@@ -96,6 +96,8 @@ QString FaultText(RuleFault fault) {
       return QStringLiteral("Another rule uses one of these ports.");
     case RuleFault::kTableFull:
       return QStringLiteral("The table is full. Delete a rule first.");
+    case RuleFault::kNoRule:
+      return QStringLiteral("There is no rule of this name.");
   }
   return {};
 }

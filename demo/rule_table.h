@@ -45,7 +45,8 @@ enum class RuleFault {
   kAddress,   // no dotted IPv4 address of a computer
   kSameName,  // ignoring case
   kSamePorts,
-  kTableFull
+  kTableFull,
+  kNoRule  // to be changed, and not there
 };
 
 // The router's words for a fault, one sentence.

@@ -7,6 +7,7 @@
 # Starts the demo router on loopback, gives it the ports of data/sample-list.qyl, and then shows the
 # router's rules beside the list. Where there is a display this happens in the program's windows,
 # else, and with --cli, on the terminal. Ends with 0 only if every entry stands in the router.
+# NAME is one of the demo router's models; those that data/routers/ has a router for can be updated.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -31,15 +32,15 @@ while (($# > 0)); do
   shift
 done
 
-# The router's name in the database, by the model of the demo router.
-case "$model" in
-  formback) router_name='Demo Router HR-100 (form)' ;;
-  rowtable) router_name='Demo Router Q20 (rows)' ;;
-  *)
-    echo "usage: scripts/demo.sh [--cli] [--model formback|rowtable]" >&2
-    exit 2
-    ;;
-esac
+# Each file of a router says for which model of the demo router it is written.
+mark='# quayline-demo-router --model '
+router_file=$(grep -lxF -- "$mark$model" data/routers/*.txt || true)
+if [[ -z $router_file ]]; then
+  models=$(sed -n "s/^$mark//p" data/routers/*.txt | sort | paste -sd '|')
+  echo "usage: scripts/demo.sh [--cli] [--model $models]" >&2
+  exit 2
+fi
+router_name=$(sed -n 's/^routername: *//p' "$router_file")
 
 scripts/build.sh release
 

@@ -3,6 +3,7 @@
 #include "demo/models/formback_model.h"
 
 #include "demo/admin_page.h"
+#include "demo/rule_form.h"
 
 namespace quayline::demo {
 
@@ -26,13 +27,6 @@ QString ListRow(int row, const Rule& rule) {
 )")
       .arg(Html(rule.name), QString::number(rule.first), QString::number(rule.last),
            ProtocolWord(rule.protocol), rule.address, QString::number(row));
-}
-
-QString TextField(const char* caption, const char* name, const QString& value, int size) {
-  return QStringLiteral(
-             "<tr><th>%1</th><td><input type=\"text\" name=\"%2\" value=\"%3\" "
-             "size=\"%4\" maxlength=\"32\"></td></tr>\n")
-      .arg(QLatin1String(caption), QLatin1String(name), Html(value), QString::number(size));
 }
 
 }  // namespace
@@ -71,28 +65,19 @@ HttpResponse FormbackModel::ListPage() const {
 }
 
 HttpResponse FormbackModel::FormPage(const TypedRule& typed, const QString& fault) const {
-  const QString content = QStringLiteral(R"(%1<form method="post" action="/%2">
+  const QString content =
+      QStringLiteral(R"(%1<form method="post" action="/%2">
 <table>
-%3%4%5<tr><th>Protocol</th><td>%6</td></tr>
-%7</table>
+%3</table>
 <input type="submit" name="btn_save" value="Save">
 </form>)")
-                              .arg(FaultParagraph(fault), QLatin1String(kFormPath),
-                                   TextField("Rule name", "rule_name", typed.name, 24),
-                                   TextField("Start port", "start_port", typed.first, 6),
-                                   TextField("End port", "end_port", typed.last, 6),
-                                   ProtocolSelect(QStringLiteral("protocol"), typed.protocol),
-                                   TextField("Server IP address", "server_ip", typed.address, 16));
+          .arg(FaultParagraph(fault), QLatin1String(kFormPath), RuleRows({}, typed));
   return AdminPage(Site(), QStringLiteral("Port Forwarding: new rule"), content);
 }
 
 HttpResponse FormbackModel::Save(const HttpRequest& request) {
   const FormFields form(request.body);
-  const TypedRule typed{.name = form.Value(QStringLiteral("rule_name")),
-                        .first = form.Value(QStringLiteral("start_port")),
-                        .last = form.Value(QStringLiteral("end_port")),
-                        .protocol = form.Value(QStringLiteral("protocol")),
-                        .address = form.Value(QStringLiteral("server_ip"))};
+  const TypedRule typed = PostedRule({}, form);
   const auto rule = ReadRule(typed);
   if (!rule) {
     return FormPage(typed, FaultText(rule.error()));

@@ -3,6 +3,7 @@
 #include "demo/models/longlist_model.h"
 
 #include "demo/admin_page.h"
+#include "demo/rule_form.h"
 
 namespace quayline::demo {
 
@@ -40,12 +41,6 @@ QString RowHtml(int row, const Rule& rule) {
            rule.enabled ? QStringLiteral("On") : QStringLiteral("Off"));
 }
 
-QString TextField(const char* caption, const char* name, const QString& value) {
-  return QStringLiteral(
-             "<tr><th>%1</th><td><input type=\"text\" name=\"%2\" value=\"%3\"></td></tr>\n")
-      .arg(QLatin1String(caption), QLatin1String(name), Html(value));
-}
-
 }  // namespace
 
 HttpResponse LonglistModel::Answer(const HttpRequest& request) {
@@ -64,34 +59,25 @@ HttpResponse LonglistModel::RulesPage(const TypedRule& typed, const QString& fau
   for (int row = 0; row < table_.AllRows().size(); ++row) {
     rows += RowHtml(row, table_.AllRows().at(row).value_or(Preset(row)));
   }
-  const QString content = QStringLiteral(R"(%1<table>
+  const QString content =
+      QStringLiteral(R"(%1<table>
 <tr><th>No.</th><th>Name</th><th>Start</th><th>End</th><th>Protocol</th><th>Server</th><th>State</th><th></th></tr>
 %2</table>
 <form method="post" action="/%3">
 <table>
-%4%5%6<tr><th>Protocol</th><td>%7</td></tr>
-%8<tr><th>Enabled</th><td><input type="checkbox" name="enabled" value="1"%9></td></tr>
+%4<tr><th>Enabled</th><td><input type="checkbox" name="enabled" value="1"%5></td></tr>
 </table>
 <input type="submit" name="btn_add" value="Add"> <input type="reset" name="btn_clear" value="Clear">
 </form>)")
-                              .arg(FaultParagraph(fault), rows, QLatin1String(kRulesPath),
-                                   TextField("Rule name", "rule_name", typed.name),
-                                   TextField("Start port", "start_port", typed.first),
-                                   TextField("End port", "end_port", typed.last),
-                                   ProtocolSelect(QStringLiteral("protocol"), typed.protocol),
-                                   TextField("Server IP address", "server_ip", typed.address),
-                                   typed.enabled ? QStringLiteral(" checked") : QString());
+          .arg(FaultParagraph(fault), rows, QLatin1String(kRulesPath), RuleRows({}, typed),
+               typed.enabled ? QStringLiteral(" checked") : QString());
   return AdminPage(Site(), QStringLiteral("Port Forwarding"), content);
 }
 
 HttpResponse LonglistModel::Save(const HttpRequest& request) {
   const FormFields form(request.body);
-  const TypedRule typed{.name = form.Value(QStringLiteral("rule_name")),
-                        .first = form.Value(QStringLiteral("start_port")),
-                        .last = form.Value(QStringLiteral("end_port")),
-                        .protocol = form.Value(QStringLiteral("protocol")),
-                        .address = form.Value(QStringLiteral("server_ip")),
-                        .enabled = form.Has(QStringLiteral("enabled"))};
+  TypedRule typed = PostedRule({}, form);
+  typed.enabled = form.Has(QStringLiteral("enabled"));
   const auto rule = ReadRule(typed);
   if (!rule) {
     return RulesPage(typed, FaultText(rule.error()));

@@ -3,6 +3,7 @@
 #include "demo/models/rowtable_model.h"
 
 #include "demo/admin_page.h"
+#include "demo/rule_form.h"
 
 namespace quayline::demo {
 
@@ -130,13 +131,7 @@ HttpResponse RowtableModel::Apply(const HttpRequest& request) {
 QList<TypedRule> RowtableModel::StoredRows() const {
   QList<TypedRule> rows;
   for (const auto& rule : table_.AllRows()) {
-    rows.append(rule ? TypedRule{.name = rule->name,
-                                 .first = QString::number(rule->first),
-                                 .last = QString::number(rule->last),
-                                 .protocol = ProtocolWord(rule->protocol),
-                                 .address = rule->address,
-                                 .enabled = rule->enabled}
-                     : FreeRow());
+    rows.append(rule ? AsTyped(*rule) : FreeRow());
   }
   return rows;
 }

@@ -105,7 +105,13 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
     return CliArguments{.command = CliCommand::kVersion};
   }
   if (words.isEmpty()) {
-    return std::unexpected(QStringLiteral("Please say what to do: update, or --help."));
+    return std::unexpected(QStringLiteral("Please say what to do: update, lint, or --help."));
+  }
+  if (words.first() == QLatin1String("lint")) {
+    if (words.size() != 2) {
+      return std::unexpected(QStringLiteral("Please name one file: lint FILE."));
+    }
+    return CliArguments{.command = CliCommand::kLint, .lint_file = words[1]};
   }
   if (words.first() != QLatin1String("update")) {
     return std::unexpected(QStringLiteral("\"%1\" is not a command.").arg(words.first()));
@@ -123,6 +129,7 @@ QString CliHelp() {
 
 Usage:
   quayline-cli update --data DIR --list FILE [options]
+  quayline-cli lint FILE
   quayline-cli --help | --version
 
 update enters every entry of a port list into the router and writes the job log to
@@ -155,6 +162,17 @@ Exit status:
      standard error
   2  wrong usage, or a file that cannot be read
   3  an entry ended in an error, or the job was stopped (Ctrl-C)
+
+lint judges the lines of a router script (or of a router's file with its two scripts) and writes
+what it has to say to standard output, one "file:line: sentence" each. It knows every command: a
+name that is nearly one, an argument that is cut at the wrong place, fields that are missing or
+lost, numbers that are none. A sentence that begins with "warning:" is about a line that may be
+meant so.
+
+Exit status of lint:
+  0  nothing, or warnings only
+  1  a line cannot do what it says
+  2  wrong usage, or a file that cannot be read
 )");
 }
 

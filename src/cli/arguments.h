@@ -26,11 +26,12 @@ struct UpdateArguments {
   bool throttle = false;
 };
 
-enum class CliCommand { kHelp, kVersion, kUpdate };
+enum class CliCommand { kHelp, kVersion, kUpdate, kLint };
 
 struct CliArguments {
   CliCommand command = CliCommand::kHelp;
   UpdateArguments update;
+  QString lint_file;
 };
 
 // Reads the words behind the program's name. An error is a sentence for the user.

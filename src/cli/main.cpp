@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "cli/arguments.h"
+#include "cli/lint_command.h"
 #include "cli/update_run.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
@@ -62,6 +63,17 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
   return QApplication::exec();
 }
 
+int RunLint(const QString& file) {
+  const quayline::LintReport report = quayline::LintFile(file);
+  if (!report.error.isEmpty()) {
+    return Fail(CliExit::kUsage, report.error);
+  }
+  const QByteArray output = report.output.toUtf8();
+  const bool written = std::fputs(output.constData(), stdout) >= 0 && std::fflush(stdout) == 0;
+  return written ? report.exit_status
+                 : Fail(CliExit::kUsage, QStringLiteral("The output cannot be written."));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -82,6 +94,8 @@ int main(int argc, char** argv) {
       return 0;
     case CliCommand::kUpdate:
       return RunUpdate(arguments->update, argc, argv);
+    case CliCommand::kLint:
+      return RunLint(arguments->lint_file);
   }
   return 0;
 }

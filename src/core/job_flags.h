@@ -32,7 +32,11 @@ class JobFlags final : public QObject {
   bool in_combo = false;         // the entry was found in the page's list of rules
   int script_timer_ms = 0;       // interval of the scripts' timer (Timer2), which outlives a job
   int job_error_grace = 1;       // 1: the job forgives its next navigation error
+  bool is_running = false;       // a script runs, or is about to: these flags are taken
   int active_browser_index = 0;  // the browser that the script drives; popups add to it
+  int view_error_grace = 1;      // as job_error_grace, in the page view, which stops at nothing
+  bool view_stop_requested = false;
+  int view_browser_index = 0;  // the browser that the page view shows
 
  Q_SIGNALS:
   void changed();

@@ -22,36 +22,41 @@ Result Failed(const QString& error) {
 
 struct CheckedData {
   ProgramData data;
-  QString problems;  // empty: nothing is wrong
+  QString problems;  // errors and warnings
+  bool is_sound = false;
 };
 
 CheckedData ReadChecked(const QString& folder, const ScriptLint& lint) {
   Problems problems;
-  CheckedData checked{.data = ReadDataFolder(folder, lint, problems), .problems = {}};
+  CheckedData checked{
+      .data = ReadDataFolder(folder, lint, problems), .problems = {}, .is_sound = false};
   CheckData(checked.data, problems);
   checked.problems = FormatProblems(problems);
+  checked.is_sound = !HoldErrors(problems);
   return checked;
 }
 
 Result Build(const QString& folder, const QString& out, const ScriptLint& lint) {
   const CheckedData checked = ReadChecked(folder, lint);
-  if (!checked.problems.isEmpty()) {
+  if (!checked.is_sound) {
     return {.exit_code = kExitFailed, .output = {}, .error = checked.problems};
   }
   const auto written = WriteDatabases(checked.data, out);
-  return written ? Result() : Failed(written.error());
+  return written ? Result{.exit_code = kExitFine, .output = checked.problems, .error = {}}
+                 : Failed(written.error());
 }
 
 Result Check(const QString& folder, const ScriptLint& lint) {
   const CheckedData checked = ReadChecked(folder, lint);
-  if (!checked.problems.isEmpty()) {
+  if (!checked.is_sound) {
     return {.exit_code = kExitFailed, .output = checked.problems, .error = {}};
   }
-  return {.exit_code = kExitFine,
-          .output = QStringLiteral("Nothing is wrong: routers %1, programs %2.\n")
-                        .arg(checked.data.routers.size())
-                        .arg(checked.data.ports.size()),
-          .error = {}};
+  return {
+      .exit_code = kExitFine,
+      .output = checked.problems + QStringLiteral("Nothing is wrong: routers %1, programs %2.\n")
+                                       .arg(checked.data.routers.size())
+                                       .arg(checked.data.ports.size()),
+      .error = {}};
 }
 
 Result Dump(const QString& file) {

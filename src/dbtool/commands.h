@@ -19,7 +19,8 @@ struct Result {
 };
 
 // Runs "build DATA OUT", "check DATA" or "dump FILE". Build writes nothing when check would find
-// something wrong. `lint` judges the lines of the scripts; without one they pass.
+// something wrong; warnings are printed and refuse nothing. `lint` judges the lines of the scripts;
+// without one they pass.
 Result RunCommand(const QStringList& arguments, const ScriptLint& lint = {});
 
 }  // namespace quayline::dbtool

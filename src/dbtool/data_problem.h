@@ -12,11 +12,16 @@ struct DataProblem {
   QString file;
   int line = 1;  // counted from 1; a matter of the whole file or router stands at its first line
   QString sentence;
+  bool is_warning = false;  // to be looked at, and no reason to refuse the data
 };
 
 using Problems = QList<DataProblem>;
 
-// "file:line: sentence" lines, in the order of files and lines.
+// Whether the data is to be refused.
+bool HoldErrors(const Problems& problems);
+
+// "file:line: sentence" lines, in the order of files and lines. The sentence of a warning begins
+// with "warning: ".
 QString FormatProblems(Problems problems);
 
 }  // namespace quayline::dbtool

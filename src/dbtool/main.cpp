@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "dbtool/commands.h"
+#include "script/script_lint.h"
 
 namespace {
 
@@ -15,12 +16,21 @@ bool Print(const QString& text, std::FILE* stream) {
   return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
 }
 
+QList<quayline::dbtool::ScriptRemark> Lint(const QString& line) {
+  QList<quayline::dbtool::ScriptRemark> remarks;
+  for (const quayline::LintFinding& finding : quayline::LintScriptLine(line)) {
+    remarks.append({.sentence = quayline::LintSentence(finding),
+                    .is_warning = finding.severity == quayline::LintSeverity::kWarning});
+  }
+  return remarks;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const quayline::dbtool::Result result =
-      quayline::dbtool::RunCommand(QCoreApplication::arguments().mid(1));
+      quayline::dbtool::RunCommand(QCoreApplication::arguments().mid(1), Lint);
   Print(result.error, stderr);
   if (!Print(result.output, stdout)) {
     Print(QStringLiteral("The output cannot be written.\n"), stderr);

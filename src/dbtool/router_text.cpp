@@ -123,9 +123,11 @@ class Reader final {
       return;
     }
     script_lines_.append(*text);
-    const bool is_run = lint_ && !text->trimmed().isEmpty();
-    if (const auto sentence = is_run ? lint_(*text) : std::nullopt) {
-      Report(line, *sentence);
+    if (!lint_ || text->trimmed().isEmpty()) {
+      return;
+    }
+    for (const ScriptRemark& remark : lint_(*text)) {
+      problems_.append({file_, line.number, remark.sentence, remark.is_warning});
     }
   }
 

@@ -30,8 +30,13 @@ struct RouterScript {
 std::span<const RouterField> RouterFields();
 std::span<const RouterScript> RouterScripts();
 
-// Judges one line of a script: a sentence when something is wrong with it.
-using ScriptLint = std::function<std::optional<QString>(QString line)>;
+// What is to be said of one line of a script.
+struct ScriptRemark {
+  QString sentence;
+  bool is_warning = false;
+};
+
+using ScriptLint = std::function<QList<ScriptRemark>(const QString& line)>;
 
 // A router as a file has it, with the places of its parts.
 struct RouterSource {

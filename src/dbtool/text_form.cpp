@@ -19,14 +19,20 @@ bool IsControl(QChar c) { return c.category() == QChar::Other_Control; }
 
 }  // namespace
 
+bool HoldErrors(const Problems& problems) {
+  return !std::ranges::all_of(problems, &DataProblem::is_warning);
+}
+
 QString FormatProblems(Problems problems) {
   std::ranges::sort(problems, {}, [](const DataProblem& problem) {
     return std::tie(problem.file, problem.line, problem.sentence);
   });
   QString text;
   for (const DataProblem& problem : problems) {
-    text += QStringLiteral("%1:%2: %3\n")
-                .arg(problem.file, QString::number(problem.line), problem.sentence);
+    text +=
+        QStringLiteral("%1:%2: %3%4\n")
+            .arg(problem.file, QString::number(problem.line),
+                 problem.is_warning ? QStringLiteral("warning: ") : QString(), problem.sentence);
   }
   return text;
 }

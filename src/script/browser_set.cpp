@@ -7,9 +7,10 @@
 
 namespace quayline {
 
-BrowserSet::BrowserSet(PageHostFactory make_host, JobFlags& flags, QObject* parent)
-    : QObject(parent), flags_(flags) {
-  flags_.active_browser_index = 0;
+BrowserSet::BrowserSet(PageHostFactory make_host, JobFlags& flags, int& active_index,
+                       QObject* parent)
+    : QObject(parent), flags_(flags), active_index_(active_index) {
+  active_index_ = 0;
   Add(make_host(this));
 }
 
@@ -23,7 +24,7 @@ BrowserSet::~BrowserSet() {
   }
 }
 
-PageHost* BrowserSet::Active() const { return At(flags_.active_browser_index); }
+PageHost* BrowserSet::Active() const { return At(active_index_); }
 
 PageHost* BrowserSet::At(int index) const {
   const auto position = static_cast<size_t>(std::max(index, 0));
@@ -35,6 +36,9 @@ void BrowserSet::Add(PageHost* host) {
   members_.push_back({.host = host});
   connect(host, &PageHost::navigationChanged, this, &BrowserSet::UpdateNavigation);
   connect(host, &PageHost::documentComplete, this, [this] {
+    if (!holds_flags_) {
+      return;
+    }
     flags_.SetPageErrorPending(false);
     if (!navigation_.busy) {
       flags_.SetPageLoaded(true);
@@ -61,7 +65,7 @@ void BrowserSet::CloseLater(PageHost* host) {
 }
 
 void BrowserSet::Show(int index) {
-  flags_.active_browser_index = index;
+  active_index_ = index;
   Q_EMIT activeChanged(Active());
 }
 
@@ -74,7 +78,7 @@ void BrowserSet::UpdateNavigation() {
     navigation_.busy = navigation_.busy || state.busy;
   }
   if (before.starts != navigation_.starts || before.busy != navigation_.busy) {
-    if (navigation_.busy) {
+    if (navigation_.busy && holds_flags_) {
       flags_.SetPageLoaded(false);
     }
     Q_EMIT navigationChanged();

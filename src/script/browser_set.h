@@ -18,12 +18,18 @@ class BrowserSet final : public QObject {
   Q_OBJECT
 
  public:
-  BrowserSet(PageHostFactory make_host, JobFlags& flags, QObject* parent = nullptr);
+  // `active_index` is where the number of the browser on show is kept.
+  BrowserSet(PageHostFactory make_host, JobFlags& flags, int& active_index,
+             QObject* parent = nullptr);
   ~BrowserSet() override;
 
   PageHost* Active() const;
   // The browser with the window's own number; the script of a page view stays on number 0.
   PageHost* At(int index) const;
+
+  // Leaves the flags of the page to the next run: this window's has ended.
+  void LetFlagsGo() { holds_flags_ = false; }
+  bool HoldsFlags() const { return holds_flags_; }
 
   // Over all browsers of the set: a save may begin in one and end in another.
   NavigationState Navigation() const { return navigation_; }
@@ -47,6 +53,8 @@ class BrowserSet final : public QObject {
   };
 
   JobFlags& flags_;
+  int& active_index_;
+  bool holds_flags_ = true;
   std::vector<Member> members_;
   NavigationState navigation_;
 };

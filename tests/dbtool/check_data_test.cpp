@@ -44,7 +44,7 @@ class CheckTest : public ::testing::Test {
   QByteArray Check(const ScriptLint& lint = {}) {
     const Result result = RunCommand({QStringLiteral("check"), folder_.path()}, lint);
     QString output = result.output;
-    EXPECT_EQ(result.exit_code == kExitFine, output.startsWith(QLatin1String("Nothing is wrong")))
+    EXPECT_EQ(result.exit_code == kExitFine, output.contains(QLatin1String("Nothing is wrong")))
         << output.toStdString();
     return output.remove(folder_.path() + QLatin1Char('/')).toUtf8();
   }
@@ -139,16 +139,29 @@ TEST_F(CheckTest, TwoRoutersOfOneIdOrNameAreToldWithBothPlaces) {
 
 TEST_F(CheckTest, TheLintSeesEveryLineOfBothScriptsAsItIsStored) {
   QStringList seen;
-  const ScriptLint lint = [&](const QString& line) -> std::optional<QString> {
+  const ScriptLint lint = [&](const QString& line) -> QList<ScriptRemark> {
     seen.append(line);
-    return line.startsWith(QLatin1Char('[')) ? std::optional(QStringLiteral("No command."))
-                                             : std::nullopt;
+    return line.startsWith(QLatin1Char('[')) ? QList<ScriptRemark>{{QStringLiteral("No command.")}}
+                                             : QList<ScriptRemark>();
   };
   const QByteArray problems = CheckRouter(
       QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y"), lint);
   EXPECT_EQ(seen, (QStringList{QStringLiteral("  nav(\"a\") "), QStringLiteral("[x\\y"),
                                QStringLiteral("nav(\"b\")")}));
   EXPECT_EQ(problems, "routers/a.txt:16: No command.\n");
+}
+
+TEST_F(CheckTest, AWarningIsToldAndRefusesNothing) {
+  const ScriptLint lint = [](const QString&) {
+    return QList<ScriptRemark>{{.sentence = QStringLiteral("Odd."), .is_warning = true}};
+  };
+  const QByteArray told = CheckRouter(kRouter, lint);
+  EXPECT_TRUE(told.startsWith("routers/a.txt:13: warning: Odd.\n")) << told.constData();
+  EXPECT_TRUE(told.contains("Nothing is wrong")) << told.constData();
+  const Result built = RunCommand({QStringLiteral("build"), folder_.path(), folder_.path()}, lint);
+  EXPECT_EQ(built.exit_code, kExitFine) << built.error.toStdString();
+  EXPECT_TRUE(built.output.contains(QStringLiteral("warning: Odd.")));
+  EXPECT_TRUE(QFile::exists(folder_.filePath(QStringLiteral("routers.mdb"))));
 }
 
 TEST_F(CheckTest, EachFaultOfAProgramIsToldWithItsLine) {

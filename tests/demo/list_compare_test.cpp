@@ -183,6 +183,13 @@ TEST(CompareProgram, TheExitCodeTellsWhetherTheListStands) {
   const ProgramRun unread = RunProgram({arguments.at(0), folder.path(), arguments.at(2)});
   EXPECT_EQ(unread.exit_code, 1);
   EXPECT_TRUE(unread.error.contains(folder.path())) << unread.error.toStdString();
+
+  const auto secure = router.Start(QStringLiteral("rowtable"), {.https = true});
+  ASSERT_TRUE(secure.has_value()) << secure.error().toStdString();
+  const ProgramRun empty = RunProgram(
+      {arguments.at(0), list, QStringLiteral("--port=%1").arg(*secure), QStringLiteral("--https")});
+  EXPECT_TRUE(empty.output.contains(QStringLiteral("0 of 1 entries stand")))
+      << empty.error.toStdString();
 }
 
 TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowed) {
@@ -221,6 +228,8 @@ TEST(CommandLine, NothingIsGuessedFromABadArgument) {
   } kRows[] = {
       {"--port 0 --delay 0-50 --entries 1 --model rowtable --user a --password=", nullptr},
       {"--compare x --port 80", nullptr},
+      {"--compare x --port 80 --https", nullptr},
+      {"--https --certificate a.pem --key b.pem", nullptr},
       {"--help --nonsense", nullptr},
       {"--port", "needs a value"},
       {"--port 65536", "65535"},
@@ -238,6 +247,10 @@ TEST(CommandLine, NothingIsGuessedFromABadArgument) {
       {"--compare x", "--port"},
       {"--compare x --port 0", "--port"},
       {"--compare x --port 80 --entries 5", "--entries"},
+      {"--compare x --port 80 --key k", "--key"},
+      {"--https --key b.pem", "belong"},
+      {"--https --certificate a.pem", "belong"},
+      {"--certificate a.pem --key b.pem", "belong"},
   };
   for (const auto& row : kRows) {
     const auto command = ReadCommandLine(QStringList{QStringLiteral("program")} +

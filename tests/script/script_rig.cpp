@@ -29,7 +29,7 @@ ScriptRig::ScriptRig()
             .entry_end_port = QStringLiteral("90"),
             .entry_ip = QStringLiteral("192.168.1.100"),
             .entry_computer_name = QStringLiteral("FrontDesk")},
-      browsers(pages.Factory(), flags),
+      browsers(pages.Factory(), flags, flags.active_browser_index),
       environment_{
           .flags = flags,
           .options = options,

@@ -20,7 +20,9 @@ namespace {
 class Walker final {
  public:
   Walker(PageHostFactory make_host, demo::AnswerDelay delay)
-      : site_(delay), translator_({}), browsers_(std::move(make_host), flags_) {
+      : site_(delay),
+        translator_({}),
+        browsers_(std::move(make_host), flags_, flags_.active_browser_index) {
     options_.throttle = false;
     if (QWidget* view = browsers_.Active()->Widget()) {
       view->resize(800, 600);

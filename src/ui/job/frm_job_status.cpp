@@ -5,7 +5,6 @@
 
 #include <QCloseEvent>
 
-#include "script/job_texts.h"
 #include "ui/job/job_window_texts.h"
 #include "ui/toolkit/theme.h"
 #include "ui_frm_job_status.h"
@@ -75,7 +74,7 @@ void FrmJobStatus::ConnectLog() {
   connect(runner_.get(), &JobRunner::errorAppended, this,
           [this](const QString& line) { AppendLine(*ui_->Text3, line); });
   connect(runner_.get(), &JobRunner::errorsCleared, this,
-          [this] { ui_->Text3->setPlainText(Text(job_text::kLastError)); });
+          [this] { ui_->Text3->setPlainText(Text(kJobTexts.last_error)); });
   connect(runner_.get(), &JobRunner::noticeRequested, this,
           [this](const QString& text) { prompts_.Notify(this, text); });
 }

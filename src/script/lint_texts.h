@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "i18n/message.h"
+
+// What the lint says. The texts belong to the window of the scripts.
+namespace quayline::lint_text {
+
+inline constexpr Message kBlanksInName{
+    "FrmViewScripts", "TextLintBlanks",
+    "The blanks in the name make this line a comment. The command is written \"%1\"."};
+inline constexpr Message kDidYouMean{
+    "FrmViewScripts", "TextLintDidYouMean",
+    "There is no command \"%1\", so this line does nothing. Did you mean \"%2\"?"};
+inline constexpr Message kUnknown{"FrmViewScripts", "TextLintUnknown",
+                                  "There is no command \"%1\", so this line does nothing."};
+inline constexpr Message kNoArgument{
+    "FrmViewScripts", "TextLintNoArgument",
+    "This line runs, and without an argument. The command is written %1."};
+inline constexpr Message kNotEnclosed{
+    "FrmViewScripts", "TextLintNotEnclosed",
+    "The argument stands between (\" and \"), with nothing behind them: two characters are cut off "
+    "at either end, whatever they are."};
+
+inline constexpr Message kTakesNothing{"FrmViewScripts", "TextLintTakesNothing",
+                                       "The command takes no argument: this is not looked at."};
+inline constexpr Message kTooManyFields{
+    "FrmViewScripts", "TextLintTooManyFields",
+    "The argument ends here: the command takes \"%1\", and no field can hold its separator."};
+inline constexpr Message kMissing{"FrmViewScripts", "TextLintMissing",
+                                  "The field \"%1\" is missing: the command takes \"%2\"."};
+inline constexpr Message kKeepsEarlier{"FrmViewScripts", "TextLintKeepsEarlier",
+                                       "Without the field \"%1\" that of an earlier line counts. "
+                                       "Put a comma where it is to be empty."};
+inline constexpr Message kEmpty{"FrmViewScripts", "TextLintEmpty", "The field \"%1\" is empty."};
+
+inline constexpr Message kNoNumber{"FrmViewScripts", "TextLintNoNumber",
+                                   "The field \"%1\" should be a number from 0 on, not \"%2\"."};
+inline constexpr Message kBeyondField{
+    "FrmViewScripts", "TextLintBeyondField",
+    "The position %1 is counted from the end of \"%2\", which is shorter: nothing is inserted."};
+inline constexpr Message kNoTruth{"FrmViewScripts", "TextLintNoTruth",
+                                  "The field \"%1\" should be true or false, not \"%2\"."};
+inline constexpr Message kEndless{"FrmViewScripts", "TextLintEndless",
+                                  "With 0 the line never ends: it waits until the job is stopped."};
+inline constexpr Message kLeadingSlash{
+    "FrmViewScripts", "TextLintLeadingSlash",
+    "The slash behind the router's address is put there already: this one is a second."};
+inline constexpr Message kAddress{
+    "FrmViewScripts", "TextLintAddress",
+    "The router's address is put in front of the path: write only what stands behind it."};
+
+inline constexpr Message kWaitsWhenNotInCombo{
+    "FrmViewScripts", "TextLintWaitsWhenNotInCombo",
+    "Whatever its name says, this command waits when the entry is not in the list."};
+inline constexpr Message kWaitsBehindTheFirst{
+    "FrmViewScripts", "TextLintWaitsBehindTheFirst",
+    "Whatever its name says, this command waits on every entry but the first."};
+inline constexpr Message kClicksOnEveryEntry{
+    "FrmViewScripts", "TextLintClicksOnEveryEntry",
+    "Whatever its name says, this command looks at the list alone and runs on every entry."};
+inline constexpr Message kFirstButton{
+    "FrmViewScripts", "TextLintFirstButton",
+    "Whatever its name says, this command acts on the first button of the name."};
+inline constexpr Message kOneNumberForTwo{
+    "FrmViewScripts", "TextLintOneNumberForTwo",
+    "The number is the time to wait, and the position at which the current name goes into the "
+    "button's name."};
+
+}  // namespace quayline::lint_text

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "i18n/message.h"
+
+namespace quayline {
+
+// The texts that every window with a run has, each window its own.
+struct RunnerTexts {
+  Message last_error;
+  Message access_denied;
+  Message try_steps;
+  Message check_login;
+  Message check_router_ip;
+  Message log_in_by_hand;
+  Message not_found;
+  Message check_router;
+  Message check_router_ip_again;
+  Message check_http_type;
+  Message router_status;
+};
+
+constexpr RunnerTexts RunnerTextsOf(const char* window) {
+  return {
+      .last_error = {window, "Text7", "Last Error Status Code:"},
+      .access_denied = {window, "Text18",
+                        "You have received an ACCESS DENIED error from the webpage."},
+      .try_steps = {window, "Text19", "Please try the following steps to fix this issue."},
+      .check_login = {window, "Text20", "1.  Make sure the username and password are correct."},
+      .check_router_ip = {window, "Text21",
+                          "2.  Make sure you have the correct router IP set in the main window."},
+      .log_in_by_hand = {window, "Text22",
+                         "3.  Some routers need to be logged into manually. Remove the user name "
+                         "and password from the program, and then turn off 'Silent Mode' under the "
+                         "'Advanced' menu. The webpage will then ask for the username and password "
+                         "like normal."},
+      .not_found = {window, "Text23", "You have received a NOT FOUND error from the webpage."},
+      .check_router = {window, "Text24",
+                       "1.  Make sure the correct router is selected from the router list."},
+      .check_router_ip_again = {window, "Text25",
+                                "2.  Make sure you have the correct router IP set in the main "
+                                "window."},
+      .check_http_type = {window, "Text26",
+                          "3.  Make sure you have the correct 'HTTP Type' and' HTTP Port' to "
+                          "access the router set in the main window. (Default is HTTP:// & Port "
+                          "80)"},
+      .router_status = {window, "Text27", "Router Status:"},
+  };
+}
+
+inline constexpr RunnerTexts kJobTexts = RunnerTextsOf("FrmJobStatus");
+inline constexpr RunnerTexts kPageViewTexts = RunnerTextsOf("FrmViewPage");
+
+}  // namespace quayline

@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/script_runner.h"
+
+#include <QMetaMethod>
+#include <QUrl>
+
+#include "script/status_text.h"
+
+namespace quayline {
+
+ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, const RunnerTexts& texts,
+                           int& active_index, QObject* parent)
+    : QObject(parent),
+      context_(context),
+      make_host_(std::move(make_host)),
+      texts_(texts),
+      active_index_(active_index) {
+  connect(&flow_, &Flow::ended, this, [this] {
+    running_ = false;
+    context_.job_flags.is_running = false;
+    // The window stays, and its pages may still load: what they do is no business of the next run.
+    browsers_->LetFlagsGo();
+    Q_EMIT busyChanged(false);
+    Q_EMIT ended();
+  });
+}
+
+ScriptRunner::~ScriptRunner() {
+  flow_.Cancel();
+  if (browsers_ && browsers_->HoldsFlags()) {
+    context_.job_flags.is_running = false;
+  }
+}
+
+PageHost* ScriptRunner::ActiveHost() const { return browsers_ ? browsers_->Active() : nullptr; }
+
+void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven) {
+  JobFlags& flags = context_.job_flags;
+  browsers_.reset();  // two sets would share the number of the browser on show
+  browsers_ = std::make_unique<BrowserSet>(make_host_, flags, active_index_);
+  connect(browsers_.get(), &BrowserSet::added, this, &ScriptRunner::ConnectHost);
+  connect(browsers_.get(), &BrowserSet::activeChanged, this, &ScriptRunner::activeHostChanged);
+  ConnectHost(browsers_->Active());
+  environment_ = std::make_unique<RunEnvironment>(RunEnvironment{
+      .flags = flags,
+      .options = context_.job_options,
+      .translator = context_.translator,
+      .log = log_,
+      .browsers = *browsers_,
+      .browser = [set = browsers_.get(), choose = std::move(driven)] { return choose(*set); },
+      .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
+      .tell_wait = [this](const QString& what) { Q_EMIT waitingFor(what); }});
+
+  stopped_by_user_ = false;
+  messages_shown_ = 0;
+  flags.is_running = true;
+  flags.SetJobStopRequested(false);
+  flags.SetPageErrorPending(false);
+  flags.SetPageLoaded(true);
+  flags.SetJobDebugMode(context_.job_options.debug_mode);
+  log_.Clear();
+}
+
+void ScriptRunner::StartRun(Task<> run) {
+  running_ = true;
+  context_.job_flags.is_running = true;
+  flow_.Start(std::move(run));
+}
+
+void ScriptRunner::Stop() {
+  stopped_by_user_ = true;
+  context_.job_flags.is_running = running_;
+  context_.job_flags.SetJobStopRequested(true);
+}
+
+void ScriptRunner::ProceedToNextCommand() {
+  Q_EMIT proceedEnabled(false);
+  context_.job_flags.SetPageLoaded(true);
+  context_.job_flags.SetJobDebugMode(false);
+}
+
+RunArguments ScriptRunner::RouterArguments() const {
+  const RouterSession& session = context_.session;
+  return {.http_type = session.http_type,
+          .router_host = RouterHost(session),
+          .username = session.username,
+          .password = session.password,
+          .shown_password = ShownPassword(session)};
+}
+
+void ScriptRunner::GiveLogin() {
+  const RouterSession& session = context_.session;
+  const QUrl address(session.http_type + RouterHost(session));
+  constexpr int kHttpPort = 80;
+  constexpr int kHttpsPort = 443;
+  const int default_port = address.scheme() == QLatin1String("https") ? kHttpsPort : kHttpPort;
+  browsers_->Active()->SetLogin({.scheme = address.scheme(),
+                                 .host = address.host(),
+                                 .port = address.port(default_port),
+                                 .username = session.username,
+                                 .password = session.password});
+}
+
+void ScriptRunner::ConnectHost(PageHost* host) {
+  JobFlags& flags = context_.job_flags;
+  connect(host, &PageHost::navigateError, this, &ScriptRunner::OnNavigateError);
+  connect(host, &PageHost::progressChanged, this, &ScriptRunner::progressChanged);
+  connect(host, &PageHost::statusTextChanged, this, [this, &flags](const QString& text) {
+    if (!text.isEmpty() && text != flags.last_router_status) {
+      flags.last_router_status = text;
+      Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text);
+    }
+  });
+  connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
+  connect(host, &PageHost::scriptError, this, [this](const QString& description) {
+    if (!context_.job_options.silent_mode) {
+      ShowPageMessage(description);
+    }
+  });
+  ConnectQuestions(host);
+}
+
+void ScriptRunner::ConnectQuestions(PageHost* host) {
+  connect(host, &PageHost::certificateQuestion, this, [this](const auto&... question) {
+    if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::certificateQuestion))) {
+      Q_EMIT certificateQuestion(question...);
+    } else {
+      std::get<2>(std::tie(question...))(false);
+    }
+  });
+  connect(host, &PageHost::loginQuestion, this, [this](const auto&... question) {
+    if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::loginQuestion))) {
+      Q_EMIT loginQuestion(question...);
+    } else {
+      std::get<1>(std::tie(question...))(std::nullopt);
+    }
+  });
+}
+
+// A page that has something to say for ever is heard a few times.
+void ScriptRunner::ShowPageMessage(const QString& text) {
+  constexpr int kMaxShown = 5;
+  if (++messages_shown_ <= kMaxShown) {
+    Q_EMIT noticeRequested(text);
+  }
+}
+
+void ScriptRunner::OnNavigateError(const QString& url, int status) {
+  const QString name = StatusText(status);
+  const QString with_url = name + QStringLiteral(" (") + url + QLatin1Char(')');
+  Q_EMIT errorAppended(Text(texts_.last_error) + QLatin1Char(' ') + with_url);
+  if (browsers_->HoldsFlags()) {
+    context_.job_flags.last_page_error = with_url;
+    // Ahead of a stop that the error may cost: a wait that sees both takes the error first.
+    context_.job_flags.SetPageErrorPending(true);
+    CountError();
+  }
+  Q_EMIT busyChanged(false);
+  switch (NoticeOfStatus(name)) {
+    case StatusNotice::kAccessDenied:
+      Q_EMIT noticeRequested(
+          Notice(texts_.access_denied,
+                 {texts_.check_login, texts_.check_router_ip, texts_.log_in_by_hand}));
+      break;
+    case StatusNotice::kNotFound:
+      Q_EMIT noticeRequested(
+          Notice(texts_.not_found,
+                 {texts_.check_router, texts_.check_router_ip_again, texts_.check_http_type}));
+      break;
+    case StatusNotice::kNone:
+      break;
+  }
+}
+
+QString ScriptRunner::Notice(const Message& what, std::initializer_list<Message> steps) const {
+  QString text = Text(what) + QStringLiteral("\n\n") + Text(texts_.try_steps);
+  for (const Message& step : steps) {
+    text += QLatin1Char('\n') + Text(step);
+  }
+  return text;
+}
+
+}  // namespace quayline

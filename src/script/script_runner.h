@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+#include "async/flow.h"
+#include "async/task.h"
+#include "core/app_context.h"
+#include "script/browser_set.h"
+#include "script/job_log.h"
+#include "script/page_host.h"
+#include "script/run_environment.h"
+#include "script/runner_texts.h"
+#include "script/script_run.h"
+
+namespace quayline {
+
+// What every window that runs a script has in common: its browsers, its log, what its pages report,
+// and the flags through which the window holds, frees and stops the run. It never touches a widget.
+//
+// Only one runner may run at a time: the flags are those of the whole program.
+class ScriptRunner : public QObject {
+  Q_OBJECT
+
+ public:
+  ~ScriptRunner() override;
+
+  void Stop();
+  // The debug button: lets the run go on behind the line at which it holds, and frees it from a
+  // page load that never ends.
+  void ProceedToNextCommand();
+
+  bool IsRunning() const { return running_; }
+  JobLog& Log() { return log_; }
+  // The browser on show: that of the page, or of its latest popup. Valid once it is opened.
+  PageHost* ActiveHost() const;
+
+ Q_SIGNALS:
+  // A line for the box of browser states, and one for that of browser errors. Without line breaks.
+  void statusAppended(const QString& line);
+  void errorAppended(const QString& line);
+  // The list of errors starts again.
+  void errorsCleared();
+  // Another browser is on show: a popup opened or closed. The one before may be gone.
+  void activeHostChanged(quayline::PageHost* host);
+  void progressChanged(int percent);
+  // Whether the moving bar moves.
+  void busyChanged(bool busy);
+  // The run holds behind a line and waits for ProceedToNextCommand().
+  void proceedEnabled(bool enabled);
+  // What the run waits for, when a wait gets long; empty when it goes on.
+  void waitingFor(const QString& what);
+  // A message for the user, to be shown without stopping the run.
+  void noticeRequested(const QString& text);
+  // Questions of the router that the user has to answer while the page waits; see PageHost. Where
+  // nobody hears them they are refused.
+  void certificateQuestion(const QString& address, const QString& fingerprint,
+                           const std::function<void(bool trusted)>& answer);
+  void loginQuestion(const QString& address,
+                     const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
+  // The run is over, finished or stopped.
+  void ended();
+
+ protected:
+  // `active_index` is where the number of the browser on show is kept.
+  ScriptRunner(AppContext& context, PageHostFactory make_host, const RunnerTexts& texts,
+               int& active_index, QObject* parent);
+
+  // Makes the browser, and forgets how the run before ended: its stop, its errors, its log. Each
+  // line of a script drives the browser that `driven` names.
+  void OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven);
+  // Runs `run`; ended() follows.
+  void StartRun(Task<> run);
+  // Ends the run where it stands, without ended(). For destructors: a run uses the whole object.
+  void CancelRun() { flow_.Cancel(); }
+
+  // Where the router is and how to log in there, as the main window says now. The entry is empty.
+  RunArguments RouterArguments() const;
+  void GiveLogin();
+
+  // A navigation failed during the run: decides what that costs beside the page's error.
+  virtual void CountError() = 0;
+
+  bool StoppedByUser() const { return stopped_by_user_; }
+  BrowserSet& Browsers() { return *browsers_; }
+  RunEnvironment& Environment() { return *environment_; }
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  JobLog log_;
+
+ private:
+  void ConnectHost(PageHost* host);
+  void ConnectQuestions(PageHost* host);
+  void ShowPageMessage(const QString& text);
+  void OnNavigateError(const QString& url, int status);
+  QString Notice(const Message& what, std::initializer_list<Message> steps) const;
+
+  PageHostFactory make_host_;
+  const RunnerTexts& texts_;
+  int& active_index_;
+  std::unique_ptr<BrowserSet> browsers_;
+  std::unique_ptr<RunEnvironment> environment_;
+  bool stopped_by_user_ = false;
+  bool running_ = false;
+  int messages_shown_ = 0;
+  Flow flow_;  // last: its frames use what stands above
+};
+
+}  // namespace quayline

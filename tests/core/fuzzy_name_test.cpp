@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "core/fuzzy_name.h"
+
+#include <gtest/gtest.h>
+
+#include "test_main.h"
+
+namespace quayline {
+namespace {
+
+TEST(WildcardMatch, FindsThePiecesInTheirOrderAndTellsTheFirst) {
+  const struct {
+    const char16_t* text;
+    const char16_t* pattern;
+    int start;
+    int place;
+  } cases[] = {
+      {u"abc", u"a*c", 1, 1}, {u"cba", u"a*c", 1, 0},  {u"xabyc", u"ab*c", 1, 2},
+      {u"aa", u"a*a", 1, 1},  {u"a", u"a*a", 1, 0},  // a piece begins behind the one before
+      {u"abc", u"", 1, 1},    {u"", u"", 1, 1},        {u"abc", u"*c", 1, 1},
+      {u"abc", u"c*", 1, 3},  {u"abc", u"a**c", 1, 1}, {u"abc", u"d", 1, 0},
+      {u"abab", u"ab", 2, 3}, {u"abc", u"a", 2, 0},    {u"abc", u"a", -4, 1},
+      {u"abc", u"", 9, 0},    {u"ABC", u"b", 1, 2},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(WildcardMatch(c.text, c.pattern, c.start), c.place)
+        << QString::fromUtf16(c.text).toStdString() << " " << QString::fromUtf16(c.pattern).toStdString();
+  }
+  EXPECT_EQ(WildcardMatch(u"ABC", u"b", 1, Qt::CaseSensitive), 0);
+}
+
+FuzzyNames Names() {
+  FuzzyNames names;
+  for (const char* name : {"Alpha (1)", "Beta-2.5", "ALPHA +2", "Gamma beta"}) {
+    names.Append(QString::fromLatin1(name));
+  }
+  return names;
+}
+
+TEST(FuzzyNames, PassesOverSignsAndCase) {
+  const struct {
+    const char* text;
+    bool anywhere;
+    int index;
+  } cases[] = {
+      {"alpha1", false, 0}, {"AL-PHA 2", false, 2}, {"beta2.5", false, 1}, {"beta", false, 1},
+      {"a*2", false, 2},    {"1", false, -1},       {"1", true, 0},        {"mab", true, 3},
+      {"", false, 0},       {"-+", false, 0},       {"alpha3", true, -1},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Names().FindByFuzzyName(QLatin1String(c.text), c.anywhere, 0), c.index) << c.text;
+  }
+  EXPECT_EQ(Names().FindByFuzzyName(QStringLiteral("beta"), true, 2), 3);
+}
+
+TEST(FuzzyNames, TheFirstSearchBeginsBehindTheFirstNameAndAWrapNeedsASearchOfItsOwn) {
+  const FuzzyNames names = Names();
+  int position = 0;
+  QList<int> found;
+  for (int search = 0; search < 5; ++search) {
+    found.append(names.FindNext(QStringLiteral("alpha"), false, position));
+  }
+  EXPECT_EQ(found, (QList<int>{2, -1, 0, 2, -1}));
+  position = 77;  // of a longer list
+  EXPECT_EQ(names.FindNext(QStringLiteral("alpha"), false, position), 0);
+  EXPECT_EQ(FuzzyNames().FindNext(QStringLiteral("a"), true, position), -1);
+}
+
+}  // namespace
+}  // namespace quayline

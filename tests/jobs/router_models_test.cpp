@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <set>
+
+#include "jobs/job_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+class RouterModels : public JobTest {};
+
+struct ModelCase {
+  const char* model;
+  int entries;  // slow routers get less to do
+  // What the status box or the log must hold: without it the page's trait was not met.
+  std::vector<const char*> told;
+};
+
+const std::vector<ModelCase> kModels{
+    {"delayed", 2, {}},
+    {"formback", 4, {}},
+    {"frameset", 4, {}},
+    {"hiddenframe", 4, {}},
+    {"latefields", 4, {"sv_target Found On Page"}},
+    {"nameless", 4, {}},
+    {"nocontent", 4, {}},
+    {"oldlibrary", 4, {}},
+    {"pleasewait", 2, {"Opening page"}},
+    {"popup", 4, {}},
+    {"rowtable", 4, {}},
+    {"selectlist", 4, {"False"}},
+    {"shell", 4, {"rule_form Found On Page"}},
+    {"validator",
+     4,
+     {"Ports below 1024 belong", "Store this rule? (answered: OK)", "The rule is stored."}},
+    {"weblogin", 4, {}},
+};
+
+TEST_F(RouterModels, EachHoldsTheListOnceBehindAJob) {
+  for (const ModelCase& row : kModels) {
+    SCOPED_TRACE(row.model);
+    ASSERT_NO_FATAL_FAILURE(StartRouter(QLatin1String(row.model)));
+    const QList<PortEntry> entries = Entries().first(row.entries);
+    const JobOutcome& outcome = Run(entries);
+    EXPECT_EQ(outcome.entries, row.entries);
+    EXPECT_EQ(outcome.entries_failed, 0);
+    EXPECT_FALSE(outcome.stopped);
+    EXPECT_EQ(Standing(), Expected(entries));
+    EXPECT_FALSE(Log().contains(QStringLiteral("Failed")));
+    const QString all = told_.join(QLatin1Char('\n')) + Log();
+    for (const char* text : row.told) {
+      EXPECT_TRUE(all.contains(QLatin1String(text))) << text;
+    }
+    if (HasFailure()) {
+      FAIL() << all.toStdString();
+    }
+  }
+}
+
+TEST_F(RouterModels, EveryRouterOfTheDataIsProven) {
+  std::set<QString> proven;
+  for (const ModelCase& row : kModels) {
+    proven.insert(QLatin1String(row.model));
+  }
+  for (const auto& [model, name] : RoutersByModel()) {
+    EXPECT_TRUE(proven.contains(model)) << name.toStdString() << " has no job in this file";
+  }
+}
+
+TEST_F(RouterModels, ARuleOfTheSelectListIsChangedAndNotAddedTwice) {
+  ASSERT_NO_FATAL_FAILURE(StartRouter(QStringLiteral("selectlist")));
+  QList<PortEntry> entries = Entries();
+  Run(entries.first(3));
+  entries[1].start_port = QStringLiteral("16000");
+  entries[2].forwarded_to = QStringLiteral("192.168.1.77(Cellar)");
+  const JobOutcome& outcome = Run(entries);
+  EXPECT_EQ(outcome.entries_failed, 0);
+  EXPECT_EQ(Standing(), Expected(entries));
+  EXPECT_EQ(Log().count(QStringLiteral("\r\nTrue")), 3) << Log().toStdString();
+}
+
+TEST_F(RouterModels, AFullTableEndsTheJobAndLeavesTheRulesThatFit) {
+  const struct {
+    const char* model;
+    const char* logged;
+  } rows[] = {{"formback", "(Successful)"},
+              {"hiddenframe", "(Successful)"},
+              {"popup", "(Successful)"},
+              {"rowtable", "(Failed - Object Not Found)"},  // there is no row to write into
+              {"shell", "(Successful)"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.model);
+    ASSERT_NO_FATAL_FAILURE(StartRouter(QLatin1String(row.model), {.entries = 2}));
+    const JobOutcome& outcome = Run(Entries());
+    EXPECT_EQ(outcome.entries, 4);
+    EXPECT_FALSE(outcome.stopped);
+    EXPECT_EQ(Standing(), Expected(Entries().first(2)));
+    const QString of_third = Log().section(QStringLiteral("3/4"), 1);
+    EXPECT_TRUE(of_third.contains(QLatin1String(row.logged))) << Log().toStdString();
+  }
+}
+
+TEST_F(RouterModels, ACertificateIsAskedAboutOnceAndAnotherOneIsRefused) {
+  demo::DemoOptions options{.https = true};
+  ASSERT_NO_FATAL_FAILURE(StartRouter(QStringLiteral("formback"), options));
+  const QList<PortEntry> entries = Entries();
+  EXPECT_EQ(Run(entries.first(2)).entries_failed, 0) << Log().toStdString();
+  EXPECT_EQ(certificate_questions_, 1);
+  EXPECT_EQ(Run(entries.sliced(2)).entries_failed, 0) << Log().toStdString();
+  EXPECT_EQ(certificate_questions_, 1) << "the answer was forgotten between two jobs";
+  EXPECT_EQ(Standing(), Expected(entries));
+
+  options.port = static_cast<quint16>(context_.session.http_port.toInt());
+  ASSERT_NO_FATAL_FAILURE(StartRouter(QStringLiteral("formback"), options));
+  EXPECT_EQ(Run(entries).entries_failed, 2) << Log().toStdString();
+  EXPECT_TRUE(runner_->Outcome().stopped);
+  EXPECT_EQ(certificate_questions_, 1);
+  EXPECT_TRUE(Log().contains(QStringLiteral("INVALID_CERTIFICATE"))) << Log().toStdString();
+  EXPECT_EQ(Standing(), QStringList());
+}
+
+}  // namespace
+}  // namespace quayline::testing
