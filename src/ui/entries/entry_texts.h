@@ -8,6 +8,18 @@ namespace quayline::message {
 
 // What the entry dialogs say beside the refusals, which stand with the checks.
 inline constexpr Message kEntriesRequired{"FrmAddNew", "Text13", "Entries Required:"};
+inline constexpr Message kDiscoveredEntries{"FrmAddNew", "Text11", "Entries Required:"};
+inline constexpr Message kCheckingSettings{"FrmAddNew", "Text12", "Checking Settings..."};
+inline constexpr Message kSettingsOf{"FrmAddNew", "Text14", "Settings"};
+inline constexpr Message kNoSettingsFile{"FrmAddNew", "TextNoSettingsFile",
+                                         "Error - Unable to find the settings file."};
+inline constexpr Message kNoRegistryValue{"FrmAddNew", "TextNoRegistryValue",
+                                          "Error - Unable to find the settings in the registry."};
+inline constexpr Message kSettingsError{"FrmAddNew", "TextSettingsError", "Error - %1"};
+inline constexpr Message kNoUsablePort{"FrmAddNew", "TextNoUsablePort",
+                                       "A port is missing there, or is none."};
+inline constexpr Message kNothingToAdd{"FrmAddNew", "TextNothingToAdd",
+                                       "There are no ports of this program to add."};
 inline constexpr Message kProgramsLoaded{"FrmAddNew", "Text34", "Programs Loaded:"};
 inline constexpr Message kNameTooLongOnLeaving{"FrmAddNew", "Text31",
                                                "Name can only be 10 chars or less."};

@@ -8,9 +8,11 @@
 #include <QLoggingCategory>
 
 #include "core/entry_fields.h"
+#include "core/port_discovery.h"
 #include "core/program_entries.h"
 #include "ui/entries/entry_inputs.h"
 #include "ui/entries/entry_texts.h"
+#include "ui/toolkit/controls.h"
 #include "ui/toolkit/short_list.h"
 #include "ui_frm_add_new.h"
 
@@ -31,19 +33,38 @@ QString InBrackets(const QString& text) { return QStringLiteral(" (%1)").arg(tex
 
 QString Grouped(qsizetype number) { return QLocale(QLocale::English).toString(number); }
 
+QString DiscoveryText(const DiscoveredPorts& found, const Translator& translator) {
+  switch (found.outcome) {
+    case DiscoveryOutcome::kNoFile:
+      return translator.Text(message::kNoSettingsFile);
+    case DiscoveryOutcome::kNoRegistryValue:
+      return translator.Text(message::kNoRegistryValue);
+    case DiscoveryOutcome::kUnreadable:
+      return translator.Text(message::kSettingsError).arg(found.problem);
+    case DiscoveryOutcome::kRead:
+      break;
+  }
+  const QString source =
+      translator.Text(message::kSettingsOf) + QStringLiteral(" - ") + found.source;
+  return found.IsComplete() ? source
+                            : source + QLatin1Char('\n') + translator.Text(message::kNoUsablePort);
+}
+
 }  // namespace
 
-FrmAddNew::FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_names, QWidget* parent)
+FrmAddNew::FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_names,
+                     const ForeignSettings& foreign_settings, QWidget* parent)
     : QDialog(parent),
       context_(context),
       prompts_(prompts),
+      foreign_settings_(foreign_settings),
       ui_(std::make_unique<Ui::FrmAddNew>()),
       name_search_(new ComputerNameSearch(context, prompts, host_names, kNameTexts, this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   ui_->label_status->setMinimumHeight(fontMetrics().height());
   SetIdle();
-  ConnectDatabasePage(context.databases);
+  ConnectDatabasePage();
   ConnectCustomPage();
   connect(name_search_, &ComputerNameSearch::started, this,
           [this](const QString& address) { SetBusy(Text(message::kLookingUpName).arg(address)); });
@@ -71,15 +92,23 @@ void FrmAddNew::ConnectPages() {
   ShowPage(false);
 }
 
-void FrmAddNew::ConnectDatabasePage(const Databases& databases) {
-  programs_ = new ProgramBox(*ui_->Combo3, databases);
+void FrmAddNew::ConnectDatabasePage() {
+  programs_ = new ProgramBox(*ui_->Combo3, context_.databases);
   ui_->Combo3->lineEdit()->setPlaceholderText(Text(message::kSearchProgram));
   connect(programs_, &ProgramBox::progress, this, [this](int loaded, int total) {
     ui_->progress_bar->setMaximum(std::max(1, total));
     ui_->progress_bar->setValue(loaded);
   });
-  connect(programs_, &ProgramBox::chosen, this, &FrmAddNew::ShowProgram);
+  connect(programs_, &ProgramBox::chosen, this, [this](const AppPortRecord& program) {
+    ui_->Combo6->setCurrentIndex(-1);
+    ui_->Label19->clear();
+    ShowProgram(program, message::kEntriesRequired);
+  });
   connect(programs_, &ProgramBox::choiceCleared, this, &FrmAddNew::ForgetProgram);
+  ui_->Combo6->addItems(DiscoverablePrograms());
+  ui_->Combo6->setCurrentIndex(-1);
+  IgnoreWheel(ui_->Combo6);
+  connect(ui_->Combo6, &QComboBox::textActivated, this, &FrmAddNew::Discover);
   MakeAddressBox(*ui_->Combo5, *ui_->zCommand4, context_.adapters, this);
   connect(ui_->Command2, &QPushButton::clicked, this, [this] { adding_.Start(AddProgram()); });
   ForgetProgram();
@@ -159,24 +188,32 @@ Task<> FrmAddNew::LoadPrograms() {
   }
 }
 
-void FrmAddNew::ShowProgram(const AppPortRecord& program) {
+void FrmAddNew::ShowProgram(const AppPortRecord& program, const Message& label) {
   program_ = program;
   const ProgramSummary summary = SummarizeProgram(program, context_.session);
   ui_->Label14->setText(summary.tcp);
   ui_->Label15->setText(summary.udp);
-  ShowEntriesRequired(summary.entries);
+  ShowEntriesRequired(label, summary.entries);
 }
 
 void FrmAddNew::ForgetProgram() {
   program_.reset();
   ui_->Label14->clear();
   ui_->Label15->clear();
-  ShowEntriesRequired(0);
+  ShowEntriesRequired(message::kEntriesRequired, 0);
 }
 
-void FrmAddNew::ShowEntriesRequired(int entries) {
-  ui_->Label11->setText(Text(message::kEntriesRequired) + InBrackets(QString::number(entries)));
+void FrmAddNew::ShowEntriesRequired(const Message& label, int entries) {
+  ui_->Label11->setText(Text(label) + InBrackets(QString::number(entries)));
   ui_->label_status->clear();
+}
+
+void FrmAddNew::Discover(const QString& program) {
+  programs_->ClearChoice();
+  ui_->Label19->setText(Text(message::kCheckingSettings));
+  const DiscoveredPorts found = DiscoverPorts(program, foreign_settings_);
+  ShowProgram(found.ports, message::kDiscoveredEntries);
+  ui_->Label19->setText(DiscoveryText(found, context_.translator));
 }
 
 Task<> FrmAddNew::AddProgram() {
@@ -198,6 +235,8 @@ Task<> FrmAddNew::AddProgram() {
   if (!made.unreadable.isEmpty()) {
     prompts_.Tell(this, Text(message::kUnreadablePorts) + QLatin1Char('\n') +
                             ShortList(made.unreadable, QStringLiteral("\n")));
+  } else if (made.entries.isEmpty()) {
+    prompts_.Tell(this, Text(message::kNothingToAdd));
   }
 }
 

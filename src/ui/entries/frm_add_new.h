@@ -12,6 +12,7 @@
 #include "async/flow.h"
 #include "core/app_context.h"
 #include "core/entry_checks.h"
+#include "platform/foreign_settings.h"
 #include "ui/entries/computer_name.h"
 #include "ui/entries/program_box.h"
 #include "ui/toolkit/prompts.h"
@@ -29,7 +30,8 @@ class FrmAddNew final : public QDialog {
   Q_OBJECT
 
  public:
-  FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_names, QWidget* parent);
+  FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_names,
+            const ForeignSettings& foreign_settings, QWidget* parent);
   ~FrmAddNew() override;
 
   void reject() override;
@@ -40,7 +42,7 @@ class FrmAddNew final : public QDialog {
 
  private:
   void ConnectPages();
-  void ConnectDatabasePage(const Databases& databases);
+  void ConnectDatabasePage();
   void ConnectCustomPage();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -49,9 +51,10 @@ class FrmAddNew final : public QDialog {
   void SetIdle();
   void SetInputsEnabled(bool enabled);
   Task<> LoadPrograms();
-  void ShowProgram(const AppPortRecord& program);
+  void ShowProgram(const AppPortRecord& program, const Message& label);
   void ForgetProgram();
-  void ShowEntriesRequired(int entries);
+  void ShowEntriesRequired(const Message& label, int entries);
+  void Discover(const QString& program);
   Task<> AddProgram();
 
   void FillCustomNames();
@@ -66,6 +69,7 @@ class FrmAddNew final : public QDialog {
 
   AppContext& context_;
   Prompts& prompts_;
+  const ForeignSettings& foreign_settings_;
   std::unique_ptr<Ui::FrmAddNew> ui_;
   QButtonGroup tabs_;
   ProgramBox* programs_ = nullptr;

@@ -52,6 +52,12 @@ Task<> ProgramBox::Load() {
   }
 }
 
+void ProgramBox::ClearChoice() {
+  chosen_ = -1;
+  box_.setCurrentIndex(-1);
+  box_.clearEditText();
+}
+
 void ProgramBox::Choose(int index) {
   if (index < 0 || index >= programs_.size()) {
     return;

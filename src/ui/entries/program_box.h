@@ -22,6 +22,8 @@ class ProgramBox final : public QObject {
   // Fills the list anew, in steps between which the window answers; there may be thousands of
   // programs.
   Task<> Load();
+  // Empties the box, without a signal.
+  void ClearChoice();
 
  Q_SIGNALS:
   void progress(int loaded, int total);
