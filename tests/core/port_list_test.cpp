@@ -206,15 +206,15 @@ TEST(PortListModel, AViewHearsOfEveryChangeAndWrongRowsChangeNothing) {
   model.Append({Row("1", "2"), Row("3", "4")});
   model.Replace(1, Row("5", "6", "UDP"));
   model.Replace(2, Row("7", "8"));
-  model.Remove(-1);
-  model.Remove(2);
+  model.Remove({-1});
+  model.Remove({2});
   EXPECT_EQ(model.Entries(), (QList{Row("1", "2"), Row("5", "6", "UDP")}));
   QStringList cells;
   for (int column = 0; column < model.columnCount(); ++column) {
     cells.append(model.index(1, column).data().toString());
   }
   EXPECT_EQ(cells.join(QLatin1Char('|')), U("Ftp|192.168.1.10()|5|6|UDP|Ftp"));
-  model.Remove(0);
+  model.Remove({0});
   EXPECT_EQ(model.Entries(), QList{Row("5", "6", "UDP")});
   model.SetEntries({});
   EXPECT_EQ(model.rowCount(), 0);

@@ -40,16 +40,16 @@ class ListCommandsTest : public ::testing::Test {
 TEST_F(ListCommandsTest, RemoveAsksForTheRowByNameAndANoKeepsIt) {
   LoadTwoRows();
   prompts_.answers = {false, true};
-  list_.Remove(1);
+  list_.Remove({1});
   EXPECT_EQ(prompts_.shown.last(),
             QStringLiteral("Ask: Confirm Delete:: Are You Sure You Want To Delete This Entry?\nB"));
   EXPECT_EQ(folder_.ReadFile("list.qyl"), kTwoRows);
-  list_.Remove(0);
+  list_.Remove({0});
   EXPECT_EQ(Names(), QStringList(QStringLiteral("B")));
   EXPECT_EQ(folder_.ReadFile("list.qyl"), "B|1.1.1.2()|2|2|UDP|y\r\n");
   prompts_.shown.clear();
-  list_.Remove(-1);
-  list_.Remove(1);
+  list_.Remove({-1});
+  list_.Remove({1});
   EXPECT_TRUE(prompts_.shown.isEmpty()) << "rows that are not there";
 }
 

@@ -149,7 +149,8 @@ struct ProgramFolder {
 
   QString Path(const char* name) const { return dir.filePath(QLatin1String(name)); }
 
-  void WriteDatabases(const QList<QStringList>& routers) {
+  void WriteDatabases(const QList<QStringList>& routers, const QList<QStringList>& programs = {},
+                      const QList<QStringList>& customs = {}) {
     const auto columns = [](const char* names) { return QString::fromLatin1(names).split(u' '); };
     const auto write = [this](const char* file, const char* table, const QStringList& fields,
                               const QList<QStringList>& rows) {
@@ -165,8 +166,9 @@ struct ProgramFolder {
                       "routermaxport routerpic routercommands routerportpage"),
               routers) &&
         write("ports.mdb", "ports",
-              columns("ID appname nameforrouter tcpportsonly udpportsonly tcpudpports"), {}) &&
-        write("custom.mdb", "custom", columns("ID appname portype startport endport"), {});
+              columns("ID appname nameforrouter tcpportsonly udpportsonly tcpudpports"),
+              programs) &&
+        write("custom.mdb", "custom", columns("ID appname portype startport endport"), customs);
     Q_ASSERT(written);
     Q_UNUSED(written);
   }

@@ -4,6 +4,7 @@
 #include "ui/entries/entry_inputs.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
 #include <QValidator>
@@ -54,6 +55,13 @@ void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapter
     QObject::connect(chooser, &FrmNetworkList::chosen, &box, &QComboBox::setEditText);
     chooser->open();
   });
+}
+
+void KeepStatusPlace(QLabel& line, QWidget& bar) {
+  line.setMinimumHeight(line.fontMetrics().height());
+  QSizePolicy policy = bar.sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  bar.setSizePolicy(policy);
 }
 
 void FillProtocols(QComboBox& box, bool offers_both) {

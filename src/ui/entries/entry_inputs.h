@@ -5,6 +5,7 @@
 #include "core/app_context.h"
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QToolButton;
 class QWidget;
@@ -20,6 +21,10 @@ void MakePortField(QLineEdit& field, const RouterSession& session);
 // An editable box for an address, with this computer's own in its list and the first one selected.
 // `detect` opens the chooser of adapters, whose address goes into the box.
 void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapters, QWidget* window);
+
+// Keeps the places of the line and the bar that tell what goes on, so that nothing jumps when they
+// have something to tell.
+void KeepStatusPlace(QLabel& line, QWidget& bar);
 
 // "TCP" and "UDP" and, where one rule can have both, "TCP/UDP"; the last one is selected but for a
 // router without it, for which that is "TCP".

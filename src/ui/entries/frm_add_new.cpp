@@ -24,6 +24,8 @@ using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(log_entries, "quayline.ui.entries")
 
+constexpr int kUsualWidth = 520;
+
 constexpr ComputerNameTexts kNameTexts{
     {"FrmAddNew", "Text28", "Couldn't resolve this IP address to its Name."},
     {"FrmAddNew", "Text29", "Example: 192.168.1.100 Belongs to Computer name 'FrontDesk'"},
@@ -62,7 +64,8 @@ FrmAddNew::FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_name
       name_search_(new ComputerNameSearch(context, prompts, host_names, kNameTexts, this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  ui_->label_status->setMinimumHeight(fontMetrics().height());
+  KeepStatusPlace(*ui_->label_status, *ui_->dBar1);
+  resize(sizeHint().expandedTo(QSize(kUsualWidth, 0)));
   SetIdle();
   ConnectDatabasePage();
   ConnectCustomPage();
@@ -109,6 +112,8 @@ void FrmAddNew::ConnectDatabasePage() {
   ui_->Combo6->setCurrentIndex(-1);
   IgnoreWheel(ui_->Combo6);
   connect(ui_->Combo6, &QComboBox::textActivated, this, &FrmAddNew::Discover);
+  ui_->ports_area->viewport()->setAutoFillBackground(false);  // the card's own shows through
+  ui_->ports_content->setAutoFillBackground(false);
   MakeAddressBox(*ui_->Combo5, *ui_->zCommand4, context_.adapters, this);
   connect(ui_->Command2, &QPushButton::clicked, this, [this] { adding_.Start(AddProgram()); });
   ForgetProgram();
@@ -144,6 +149,8 @@ bool FrmAddNew::eventFilter(QObject* watched, QEvent* event) {
 
 void FrmAddNew::ShowPage(bool is_custom) {
   (is_custom ? ui_->Command4 : ui_->Command3)->setChecked(true);
+  ui_->Command3->setFlat(is_custom);
+  ui_->Command4->setFlat(!is_custom);
   ui_->pages->setCurrentWidget(is_custom ? ui_->custom_page : ui_->database_page);
   ui_->Command1->setVisible(is_custom);
   ui_->Command2->setVisible(!is_custom);

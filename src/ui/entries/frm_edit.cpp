@@ -31,7 +31,7 @@ FrmEdit::FrmEdit(AppContext& context, Prompts& prompts, HostNames& host_names, i
       name_search_(new ComputerNameSearch(context, prompts, host_names, kNameTexts, this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  ui_->label_status->setMinimumHeight(fontMetrics().height());
+  KeepStatusPlace(*ui_->label_status, *ui_->dBar1);
   SetIdle();
   ui_->Label7->setText(LimitsHint(context.session));
   ui_->Label8->setText(LimitsHint(context.session));

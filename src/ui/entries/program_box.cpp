@@ -63,6 +63,7 @@ void ProgramBox::Choose(int index) {
     return;
   }
   chosen_ = index;
+  box_.lineEdit()->setCursorPosition(0);  // of a long name the beginning tells more
   Q_EMIT chosen(programs_.at(index));
 }
 
