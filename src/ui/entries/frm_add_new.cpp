@@ -128,7 +128,7 @@ void FrmAddNew::ConnectCustomPage() {
   MakeAddressBox(*ui_->Combo4, *ui_->zCommand3, context_.adapters, this);
   FillProtocols(*ui_->Combo1, HasRuleForBoth(session));
   ui_->Combo2->setCompleter(nullptr);  // would finish a new name by one that is known
-  ui_->Combo2->lineEdit()->installEventFilter(this);
+  ui_->Combo2->installEventFilter(this);
   FillCustomNames();
   connect(ui_->Combo2, &QComboBox::activated, this, &FrmAddNew::ChooseCustom);
   connect(ui_->Command1, &QPushButton::clicked, this, [this] { adding_.Start(AddCustom()); });
@@ -136,7 +136,7 @@ void FrmAddNew::ConnectCustomPage() {
 
 // The name's field, when it is left for another one of this window.
 bool FrmAddNew::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::FocusOut && watched == ui_->Combo2->lineEdit()) {
+  if (event->type() == QEvent::FocusOut && watched == ui_->Combo2) {
     const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
     const bool is_left = reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
     if (is_left && isVisible() && ui_->Combo2->currentText().size() > kMaxNameLength) {
@@ -237,7 +237,9 @@ Task<> FrmAddNew::AddProgram() {
   }
   const ProgramEntries made =
       MakeProgramEntries(*program_, ForwardedTo(address, *name), context_.session);
-  AddRows(made.entries);
+  if (!made.entries.isEmpty()) {
+    AddRows(made.entries);
+  }
   ui_->Combo3->setFocus();
   if (!made.unreadable.isEmpty()) {
     prompts_.Tell(this, Text(message::kUnreadablePorts) + QLatin1Char('\n') +
