@@ -39,7 +39,7 @@ void TotalsOfAllPorts(benchmark::State& state) {
   QList<PortEntry> entries = SinglePorts(1);
   entries.first().end_port = QString::number(kAllPorts);
   entries.first().protocol = QStringLiteral("TCP/UDP");
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(ComputeTotals(entries));
   }
 }
@@ -47,7 +47,7 @@ BENCHMARK(TotalsOfAllPorts);
 
 void Totals(benchmark::State& state) {
   const QList<PortEntry> entries = SinglePorts(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(ComputeTotals(entries));
   }
 }
@@ -56,7 +56,7 @@ BENCHMARK(Totals)->Arg(1000)->Arg(kAllPorts)->Unit(benchmark::kMicrosecond);
 // The loop over all pairs that CheckUpdate() spares itself, with nothing but its comparisons.
 void EveryPairOfRows(benchmark::State& state) {
   const QList<PortEntry> entries = SinglePorts(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     int clashes = 0;
     for (const PortEntry& row : entries) {
       for (const PortEntry& other : entries) {
@@ -84,7 +84,7 @@ void CheckBeforeUpdate(benchmark::State& state) {
   session.max_range = QString::number(kAllPorts);
   session.update_script = QStringList{QStringLiteral("nav(\"a\")")};
   const QList<PortEntry> entries = SinglePorts(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const UpdateVerdict verdict = CheckUpdate(entries, session, translator);
     if (!verdict.accepted) {
       state.SkipWithError("The list was refused: not every check was made.");
@@ -100,7 +100,7 @@ void LoadList(benchmark::State& state) {
   if (!SavePortList(SinglePorts(rows), file)) {
     state.SkipWithError("The list cannot be written.");
   }
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const auto loaded = LoadPortList(file);
     if (!loaded || loaded->size() != rows) {
       state.SkipWithError("The list was not read.");
@@ -113,7 +113,7 @@ void WriteOneSetting(benchmark::State& state) {
   const QTemporaryDir folder;
   Settings settings(folder.filePath(QStringLiteral("settings.ini")));
   int value = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (!settings.SetValue(setting::kRouterIp, QString::number(++value))) {
       state.SkipWithError("The setting was not written.");
     }
@@ -145,7 +145,7 @@ void FindOneOfManyRouters(benchmark::State& state) {
   }
   int id = 0;
   constexpr int kStride = 7919;  // a prime: another page of the file each time
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     id = (id + kStride) % kRouters;
     const auto router = databases.FindRouter(id + 1);
     if (!router || router->id != id + 1) {
@@ -161,7 +161,7 @@ void ReadManyRouterNames(benchmark::State& state) {
     state.SkipWithError("The databases cannot be opened.");
   }
   constexpr int kStep = 500;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     int count = 0;
     for (QList<RouterName> names = databases.RouterNames(0, kStep); !names.isEmpty();
          names = databases.RouterNames(names.last().id, kStep)) {

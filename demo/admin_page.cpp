@@ -14,6 +14,7 @@ body { margin: 0; font: 13px Verdana, "DejaVu Sans", sans-serif; color: #223; ba
 .menu a { display: block; padding: 7px 22px; color: #234; text-decoration: none; }
 .menu a:hover { background: #dde2e7; }
 .main { margin-left: 150px; min-height: 340px; padding: 8px 26px 26px; background: #fff; }
+.bare { padding: 4px 18px; }
 h1 { font-size: 17px; font-weight: normal; border-bottom: 1px solid #ccd; padding-bottom: 6px; }
 table { border-collapse: collapse; margin: 12px 0; }
 th { text-align: left; background: #e4e8ec; }
@@ -59,7 +60,9 @@ HttpResponse AdminPage(const AdminSite& site, const QString& title, const QStrin
 }
 
 HttpResponse BarePage(const AdminSite& site, const QString& title, const QString& content) {
-  return Page(site, title, QStringLiteral("<h1>%1</h1>\n%2\n").arg(title, content));
+  return Page(
+      site, title,
+      QStringLiteral("<div class=\"bare\">\n<h1>%1</h1>\n%2\n</div>\n").arg(title, content));
 }
 
 QString MenuHtml(const AdminSite& site) {

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <dirent.h>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -90,16 +91,23 @@ ProcessorClock::Times ProcessorClock::Read(pid_t root) {
 
 void AdoptOrphans() { prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0); }
 
+std::vector<pid_t> Children() {
+  std::vector<pid_t> processes;
+  const std::multimap<pid_t, pid_t> children = ChildrenByParent();
+  const auto [first, last] = children.equal_range(getpid());
+  std::transform(first, last, std::back_inserter(processes),
+                 [](const auto& child) { return child.second; });
+  return processes;
+}
+
 std::chrono::nanoseconds ReapOrphans(const std::vector<pid_t>& known) {
   std::chrono::nanoseconds total{};
   for (;;) {
-    const std::multimap<pid_t, pid_t> children = ChildrenByParent();
-    const auto [first, last] = children.equal_range(getpid());
-    const auto orphan = std::find_if(first, last, [&known](const auto& child) {
-      return std::ranges::find(known, child.second) == known.end();
-    });
+    const std::vector<pid_t> children = Children();
+    const auto orphan = std::ranges::find_if(
+        children, [&known](pid_t child) { return std::ranges::find(known, child) == known.end(); });
     rusage usage{};
-    if (orphan == last || wait4(orphan->second, nullptr, 0, &usage) < 0) {
+    if (orphan == children.end() || wait4(*orphan, nullptr, 0, &usage) < 0) {
       return total;
     }
     total += Duration(usage.ru_utime) + Duration(usage.ru_stime);

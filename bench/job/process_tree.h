@@ -35,6 +35,9 @@ class ProcessorClock final {
 // From here on, processes whose parents are gone become children of this one.
 void AdoptOrphans();
 
+// The processes that were started by this one, or adopted.
+std::vector<pid_t> Children();
+
 // Waits for the end of all children but the `known` ones. Returns the processor time that they took
 // in their lives.
 std::chrono::nanoseconds ReapOrphans(const std::vector<pid_t>& known);

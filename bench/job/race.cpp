@@ -80,8 +80,9 @@ std::vector<std::string> Race::WordsFor(const QString& name) const {
   const std::string page = "http://127.0.0.1:" + std::to_string(router_.Port()) + "/rules.html";
   if (name.startsWith(QLatin1String("playwright"))) {
     const std::string way = name.endsWith(QLatin1String("calls")) ? "calls" : "scripts";
-    return {"node",        QUAYLINE_SOURCE_DIR "/bench/peers/playwright_peer.mjs",        way, page,
-            "admin:admin", folder_.filePath(QStringLiteral("entries.json")).toStdString()};
+    const std::string peer = QUAYLINE_SOURCE_DIR "/bench/peers/playwright_peer.mjs";
+    const QString entries = folder_.filePath(QStringLiteral("entries.json"));
+    return {"node", peer, way, page, "admin:admin", entries.toStdString()};
   }
   // "quayline +2": with the second of the flags that are tried.
   const int flag = name.section(QLatin1Char('+'), 1, 1).toInt();
@@ -139,6 +140,7 @@ ChildProcess& Race::Find(const QString& name) {
 
 std::vector<Result> Race::Run() {
   std::vector<Result> results;
+  results.reserve(runners_.size());
   for (const Runner& runner : runners_) {
     results.push_back({.name = runner.name});
   }
@@ -171,6 +173,9 @@ void Race::RunOne(Runner& runner, Result& result) {
 }
 
 void Race::RunWholeProgram(Result& result) {
+  // The program's browser outlives it by a moment, and the other contenders' browsers leave
+  // processes of their own behind.
+  const std::vector<pid_t> others = Children();
   QElapsedTimer clock;
   clock.start();
   ChildProcess program({InFolderOf(bench_program_, "quayline-cli").toStdString(), "update",
@@ -182,22 +187,11 @@ void Race::RunWholeProgram(Result& result) {
                        options_.verbose);
   const ChildProcess::End end = program.WaitForEnd();
   result.wall_ms.push_back(static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMs);
-  // Its browser's processes outlive it by a moment.
-  const std::chrono::nanoseconds processor = end.processor + ReapOrphans(Known());
+  const std::chrono::nanoseconds processor = end.processor + ReapOrphans(others);
   result.processor_ms.push_back(static_cast<double>(processor.count()) / kNanosecondsPerMs);
   if (end.status != 0) {
     Fail(QStringLiteral("quayline-cli ends with %1.").arg(end.status));
   }
-}
-
-std::vector<pid_t> Race::Known() const {
-  std::vector<pid_t> known{router_.Id()};
-  for (const Runner& runner : runners_) {
-    if (runner.process) {
-      known.push_back(runner.process->Id());
-    }
-  }
-  return known;
 }
 
 void Race::Check(const Runner& runner, Result& result) {

@@ -63,7 +63,6 @@ class Race final {
   ChildProcess& Find(const QString& name);
   void RunOne(Runner& runner, Result& result);
   void RunWholeProgram(Result& result);
-  std::vector<pid_t> Known() const;
   void Check(const Runner& runner, Result& result);
 
   QString bench_program_;

@@ -12,8 +12,9 @@ namespace quayline::bench {
 namespace {
 
 size_t Append(char* bytes, size_t size, size_t count, void* body) {
-  static_cast<QByteArray*>(body)->append(bytes, static_cast<qsizetype>(size * count));
-  return size * count;
+  const size_t length = size * count;
+  static_cast<QByteArray*>(body)->append(bytes, static_cast<qsizetype>(length));
+  return length;
 }
 
 [[noreturn]] void Fail(const QString& sentence) {

@@ -23,7 +23,7 @@ function request(method, path, body, done) {
   call.send(body);
 }
 function showForm(answer) {
-  view.innerHTML = '<h1>New rule</h1><div id="rule_form"><table>' + answer.html + '</table>' +
+  view.innerHTML = '<h2>New rule</h2><div id="rule_form"><table>' + answer.html + '</table>' +
     '<p class="fault"></p><button id="store">Store</button></div>';
   document.getElementById('store').addEventListener('click', store);
 }
@@ -41,7 +41,7 @@ function store() {
   });
 }
 function showList(answer) {
-  view.innerHTML = '<h1>Port Forwarding</h1>' + answer.html + '<a href="#/forward/new">New</a>';
+  view.innerHTML = '<h2>Port Forwarding</h2>' + answer.html + '<a href="#/forward/new">New</a>';
 }
 function showState(answer) { view.textContent = 'Running for ' + answer.uptime; }
 function route() {
@@ -70,7 +70,7 @@ const FormSite& ModelSite() {
       .admin = {.maker = "Onepier",
                 .product = "OP-10",
                 .colour = "#20487a",
-                .menu = {{"api/state", "Status"}, {kRulesPath, "Port Forwarding"}}},
+                .menu = {{"#/status", "Status"}, {"#/forward", "Port Forwarding"}}},
       .page = kRulesPath,
       .fields = {.name = "label",
                  .first = "from",
@@ -85,10 +85,8 @@ const FormSite& ModelSite() {
 ShellModel::ShellModel(RuleTable& table) : FormModel(table, ModelSite()) {}
 
 HttpResponse ShellModel::HomePage() const {
-  return BarePage(Site().admin, QStringLiteral("Console"),
-                  QStringLiteral("<p><a href=\"#/status\">Status</a> <a href=\"#/forward\">Port "
-                                 "Forwarding</a></p>\n<div id=\"view\"></div>\n"
-                                 "<script src=\"/shell.js\"></script>"));
+  return AdminPage(Site().admin, QStringLiteral("Console"),
+                   QStringLiteral("<div id=\"view\"></div>\n<script src=\"/shell.js\"></script>"));
 }
 
 HttpResponse ShellModel::OtherPage(const QString& page, const HttpRequest&) {

@@ -17,10 +17,13 @@
 #include "script/web/web_engine.h"
 #include "ui/entries/entry_windows.h"
 #include "ui/job/frm_job_status.h"
+#include "ui/job/frm_view_page.h"
 #include "ui/main/frm_main2.h"
 #include "ui/main/frm_splash.h"
 #include "ui/main/version.h"
 #include "ui/toolkit/theme.h"
+#include "ui/tools/frm_router_list.h"
+#include "ui/tools/frm_view_scripts.h"
 
 namespace quayline {
 namespace {
@@ -103,6 +106,29 @@ int ShowFailure(const QString& text) {
   return 2;
 }
 
+WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows& entries) {
+  const auto hosts = [&context] {
+    return WebPageHosts(context.job_options, &context.certificates);
+  };
+  return {.job_status = [&context, &prompts,
+                         hosts] { return new FrmJobStatus(context, prompts, hosts()); },
+          .add_new = std::bind_front(&EntryWindows::AddNew, &entries),
+          .edit = std::bind_front(&EntryWindows::Edit, &entries),
+          .network_list = std::bind_front(&EntryWindows::NetworkList, &entries),
+          .view_page =
+              [&context, &prompts, hosts](QWidget* parent) {
+                return new FrmViewPage(context, prompts, hosts(), parent);
+              },
+          .router_list =
+              [&context, &prompts](QWidget* parent, auto chosen) {
+                return new FrmRouterList(context, prompts, parent, std::move(chosen));
+              },
+          .view_scripts =
+              [&context, &prompts](QWidget* parent, auto written) {
+                return new FrmViewScripts(context, prompts, parent, std::move(written));
+              }};
+}
+
 int Run(QApplication& application, const Options& options) {
   // The main window's end is the program's, whatever else is open.
   QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -118,16 +144,7 @@ int Run(QApplication& application, const Options& options) {
   SystemHostNames host_names;
   const WineSettings foreign_settings;
   const EntryWindows entries{context, prompts, host_names, foreign_settings};
-  const WindowFactory windows{
-      .job_status =
-          [&context, &prompts] {
-            return new FrmJobStatus(context, prompts,
-                                    WebPageHosts(context.job_options, &context.certificates));
-          },
-      .add_new = std::bind_front(&EntryWindows::AddNew, &entries),
-      .edit = std::bind_front(&EntryWindows::Edit, &entries),
-      .network_list = std::bind_front(&EntryWindows::NetworkList, &entries)};
-  FrmMain2 main_window(context, prompts, windows);
+  FrmMain2 main_window(context, prompts, Windows(context, prompts, entries));
   QObject::connect(&main_window, &FrmMain2::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
   FrmSplash splash;

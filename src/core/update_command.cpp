@@ -14,7 +14,6 @@ namespace quayline {
 
 namespace {
 
-constexpr Message kSetRouterIp{"FrmMain", "Text21", "Please Set Router IP."};
 constexpr Message kRouterHolds{"FrmMain", "Text22", "Your router can hold"};
 constexpr Message kEntries{"FrmMain", "Text23", "entries."};
 constexpr Message kListHolds{"FrmMain", "Text24", "Your list has"};

@@ -11,6 +11,7 @@
 #include <QSqlRecord>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <utility>
@@ -110,11 +111,12 @@ bool Insert(QSqlQuery& query, const Table<Record>& table, const QList<Source>& s
   return true;
 }
 
-// The bytes of a database with the one table, made in the file `scratch`.
+// The bytes of a database with the one table, made in the file `scratch`. They do not depend on how
+// the files of the routers are called: rows are written in the order of their IDs.
 template <typename Source, typename Record>
-std::expected<QByteArray, QString> DatabaseBytes(const Table<Record>& table,
-                                                 const QList<Source>& sources,
+std::expected<QByteArray, QString> DatabaseBytes(const Table<Record>& table, QList<Source> sources,
                                                  const QString& scratch) {
+  std::ranges::sort(sources, {}, [](const Source& source) { return source.record.id; });
   {
     OpenDatabase database(scratch);
     QSqlQuery query(database.Get());

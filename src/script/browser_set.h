@@ -48,7 +48,7 @@ class BrowserSet final : public QObject {
   void UpdateNavigation();
 
   struct Member {
-    PageHost* host;
+    PageHost* host = nullptr;
     quint64 starts_seen = 0;
   };
 

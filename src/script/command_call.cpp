@@ -24,6 +24,7 @@ constexpr milliseconds kLongWait(1500);
 // How long a navigation waits for one that is still under way. Longer than any save takes, and the
 // pages that never report their end are few.
 constexpr milliseconds kSaveGrace(5000);
+constexpr milliseconds kLastSaveGrace(30000);  // nobody is in a hurry behind a job
 
 }  // namespace
 
@@ -219,6 +220,30 @@ void CommandCall::LogErrorBlock(ErrorBlock block) const {
     env.log.Append(Line(LogSeparator()));
   }
   env.log.Append(LineBreak());
+}
+
+Task<> LetPagesComeToRest(RunEnvironment& environment) {
+  BrowserSet& browsers = environment.browsers;
+  JobFlags& flags = environment.flags;
+  const auto over = [&browsers, &flags] {
+    return !browsers.Navigation().busy || flags.JobStopRequested();
+  };
+  co_await Until(over)
+      .WokenBy(&browsers, &BrowserSet::navigationChanged)
+      .WokenBy(&flags, &JobFlags::changed)
+      .AtMost(kLastSaveGrace);
+  if (flags.JobStopRequested()) {
+    co_return;
+  }
+  OneShot<bool> proof;
+  environment.browser()->ProveQuiet([done = proof.Callback()] { done(true); });
+  proof.GiveUpWhen(&flags, &JobFlags::changed, [&flags] { return flags.JobStopRequested(); });
+  proof.GiveUpAfter(kLastSaveGrace);
+  co_await proof;
+  co_await Until(over)
+      .WokenBy(&browsers, &BrowserSet::navigationChanged)
+      .WokenBy(&flags, &JobFlags::changed)
+      .AtMost(kLastSaveGrace);
 }
 
 }  // namespace quayline

@@ -86,6 +86,10 @@ class CommandCall final {
   void GiveUpWithRun(OneShot<T>& answer, PageHost* host) const;
 };
 
+// Waits until whatever the pages still send has arrived, behind the last line of a job: a save that
+// its command did not wait for would end with the browser. A stop ends the wait, and so does time.
+Task<> LetPagesComeToRest(RunEnvironment& environment);
+
 // The label by which some routers list a rule: "Web [TCP/80~80]". An entry of both protocols goes
 // by its TCP label. Nothing for a protocol that is none of the three.
 std::optional<QString> EntryLabel(const RunArguments& entry);

@@ -3,6 +3,7 @@
 
 #include "script/job_runner.h"
 
+#include "script/command_call.h"
 #include "script/interpreter.h"
 #include "script/job_texts.h"
 
@@ -53,6 +54,9 @@ Task<> JobRunner::RunRows() {
     outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
     log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
                 rows_[row - 1].app_name + LineBreak());
+  }
+  if (!outcome_.stopped) {
+    co_await LetPagesComeToRest(Environment());
   }
   const QString rule(19, QLatin1Char('-'));
   log_.Append(LineBreak());

@@ -8,7 +8,7 @@
 #include <numeric>
 #include <vector>
 
-#include "script/command_table.h"
+#include "script/script_lint.h"
 
 namespace quayline {
 
@@ -51,7 +51,7 @@ QString NearestCommandName(const QString& name, bool is_call) {
     if (std::abs(size - name.size()) >= fewest) {
       continue;  // each letter more is a step
     }
-    const QString candidate = QString::fromLatin1(row.name.data(), size);
+    const QString candidate = CommandName(row);
     if (const int steps = Steps(name, candidate); steps < fewest) {
       fewest = steps;
       nearest = candidate;

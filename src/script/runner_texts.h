@@ -8,6 +8,7 @@ namespace quayline {
 
 // The texts that every window with a run has, each window its own.
 struct RunnerTexts {
+  Message first_status;
   Message last_error;
   Message access_denied;
   Message try_steps;
@@ -19,10 +20,14 @@ struct RunnerTexts {
   Message check_router_ip_again;
   Message check_http_type;
   Message router_status;
+  Message waiting_for;
+  Message certificate_title;
+  Message certificate_question;
 };
 
 constexpr RunnerTexts RunnerTextsOf(const char* window) {
   return {
+      .first_status = {window, "Text2", "Router Status: Loading..."},
       .last_error = {window, "Text7", "Last Error Status Code:"},
       .access_denied = {window, "Text18",
                         "You have received an ACCESS DENIED error from the webpage."},
@@ -46,6 +51,14 @@ constexpr RunnerTexts RunnerTextsOf(const char* window) {
                           "access the router set in the main window. (Default is HTTP:// & Port "
                           "80)"},
       .router_status = {window, "Text27", "Router Status:"},
+      .waiting_for = {window, "TextWaitingFor", "Waiting for: %1"},
+      .certificate_title = {window, "TextCertificateTitle", "Is this your router?"},
+      .certificate_question =
+          {window, "TextCertificateQuestion",
+           "%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch "
+           "for it. If you reach your own router in your own network here, you can trust it: "
+           "Quayline then remembers it, and refuses any other one at this address.\n\nFingerprint "
+           "(SHA-256):\n%2\n\nDo you trust this certificate?"},
   };
 }
 

@@ -218,7 +218,9 @@ void LineLint::LintFields(const CommandRow& row) {
     const bool may_be_empty = (inserts && i == position) || (inserts_here && i == target);
     LintField(fields.at(i), RuleOf(names.at(i)), may_be_empty);
   }
-  LintMissing(row, names.mid(fields.size()), fields.last());
+  if (!argument.isEmpty()) {
+    LintMissing(row, names.mid(fields.size()), fields.last());
+  }
   if (inserts_here && target < fields.size()) {
     LintPosition(fields.at(position), fields.at(target));
   }

@@ -106,6 +106,7 @@ TEST(ScriptLint, FieldsThatAreMissingOrLost) {
       {"set_type_choices(\"a|b|c|d\")", "error [|d] The argument ends here"},
       {"set_name(\",\")", "error [set_name(\",\")] The field \"field\" is empty."},
       {"wait_until_words_found(\"\")", "error"},
+      {"set_custom(\"\")", "error [set_custom(\"\")] The field \"field\" is empty."},
       {"click_button_onclick(\"a\")", "error [a] The field \"onclick text\" is missing"},
       {"set_checkbox_by_name_string(\"3,<tr>\")", "error [<tr>] The field \"end marker\""},
   });

@@ -35,13 +35,32 @@ class MainWindowTest : public ::testing::Test {
     // Pictures come from a port where nobody listens.
     context_->maker_site.base = QStringLiteral("http://127.0.0.1:9");
     entries_ = std::make_unique<EntryRig>(*context_, prompts_);
-    const EntryWindows* windows = &entries_->windows;
-    window_ = std::make_unique<FrmMain2>(
-        *context_, prompts_,
-        WindowFactory{.job_status = [this] { return MakeJobWindow(); },
-                      .add_new = std::bind_front(&EntryWindows::AddNew, windows),
-                      .edit = std::bind_front(&EntryWindows::Edit, windows),
-                      .network_list = std::bind_front(&EntryWindows::NetworkList, windows)});
+    window_ = std::make_unique<FrmMain2>(*context_, prompts_, Windows());
+  }
+
+  WindowFactory Windows() {
+    const EntryWindows* entries = &entries_->windows;
+    return {.job_status = [this] { return MakeJobWindow(); },
+            .add_new = std::bind_front(&EntryWindows::AddNew, entries),
+            .edit = std::bind_front(&EntryWindows::Edit, entries),
+            .network_list = std::bind_front(&EntryWindows::NetworkList, entries),
+            .view_page = [this](QWidget* parent) { return MakeDialog(parent); },
+            .router_list =
+                [this](QWidget* parent, auto chosen) {
+                  choose_router_ = std::move(chosen);
+                  return MakeDialog(parent);
+                },
+            .view_scripts =
+                [this](QWidget* parent, auto written) {
+                  scripts_written_ = std::move(written);
+                  return MakeDialog(parent);
+                }};
+  }
+
+  QDialog* MakeDialog(QWidget* parent) {
+    dialog_ = new QDialog(parent);
+    dialog_->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog_;
   }
 
   QWidget* MakeJobWindow() {
@@ -66,6 +85,9 @@ class MainWindowTest : public ::testing::Test {
   std::unique_ptr<EntryRig> entries_;
   std::unique_ptr<FrmMain2> window_;
   QList<QPointer<QWidget>> jobs_;
+  QPointer<QDialog> dialog_;  // the last one that was opened
+  std::function<void(int router_id)> choose_router_;
+  std::function<void()> scripts_written_;
 };
 
 }  // namespace quayline::testing

@@ -5,8 +5,11 @@
 // QT_SCALE_FACTOR. scripts/screenshots.sh takes all of them.
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
@@ -20,10 +23,13 @@
 #include "entry_doubles.h"
 #include "ui/entries/frm_network_list.h"
 #include "ui/job/frm_job_status.h"
+#include "ui/job/frm_view_page.h"
 #include "ui/main/frm_about.h"
 #include "ui/main/frm_main2.h"
 #include "ui/main/frm_splash.h"
 #include "ui/toolkit/theme.h"
+#include "ui/tools/frm_router_list.h"
+#include "ui/tools/frm_view_scripts.h"
 #include "window_doubles.h"
 
 namespace quayline::testing {
@@ -118,6 +124,7 @@ class Photographer final {
     co_await TakeMain(QStringLiteral("main"));
     co_await TakeJob();
     co_await TakeEntries();
+    co_await TakeRouterWindows();
   }
 
  private:
@@ -265,6 +272,53 @@ class Photographer final {
 
   static void Click(QWidget* window, const char* button) {
     window->findChild<QAbstractButton*>(QLatin1String(button))->click();
+  }
+
+  // The list of routers, the page of ports, and scripts with a few faults.
+  Task<> TakeRouterWindows() {
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    if (!context.databases.Open(program_.dir.path())) {
+      failed_ = true;
+      co_return;
+    }
+    context.session.router_name = QStringLiteral("Harbour HB-600");
+    context.session.router_ip = QStringLiteral("192.168.1.1");
+    context.session.router_id = 600;
+    context.session.view_script = {QStringLiteral("nav(\"forward\")")};
+    context.session.update_script = {
+        QStringLiteral("--- add one rule ---"),     QStringLiteral("nav(\"forward.htm\")"),
+        QStringLiteral("set_nmae(\"rule_name,\")"), QStringLiteral("set_start_port(\"start,x\")"),
+        QStringLiteral("click_button(\"Save\")"),   QStringLiteral("set_stop_port(\"\")")};
+    WindowPrompts prompts;
+    auto* list = new FrmRouterList(context, prompts, nullptr, [](int) {});
+    auto* page = new FrmViewPage(
+        context, prompts, [](QObject* parent) { return new FakePage(parent, MakePage()); },
+        nullptr);
+    auto* scripts = new FrmViewScripts(context, prompts, nullptr, [] {});
+    QDialog* const windows[] = {list, page, scripts};
+    const char* const names[] = {"router_list", "view_page", "view_scripts"};
+    for (int i = 0; i < 3; ++i) {
+      windows[i]->show();
+      windows[i]->activateWindow();
+      co_await Sleep(1500ms);
+      Save(*windows[i], QLatin1String(names[i]));
+      if (windows[i] == scripts) {
+        auto* editor = scripts->findChild<ScriptEditor*>(QStringLiteral("Text2"));
+        editor->moveCursor(QTextCursor::End);
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::ControlModifier);
+        editor->insertPlainText(QStringLiteral("set_st"));
+        QCoreApplication::sendEvent(editor, &key);
+        co_await Sleep(50ms);
+        Save(*editor->findChild<QCompleter*>()->popup(), QStringLiteral("completion"));
+        editor->findChild<QCompleter*>()->popup()->hide();
+      }
+      windows[i]->resize(windows[i]->minimumSizeHint());
+      co_await Sleep(50ms);
+      Save(*windows[i], QLatin1String(names[i]) + QStringLiteral("_small"));
+    }
+    for (QDialog* window : windows) {
+      delete window;
+    }
   }
 
   QString folder_;

@@ -28,6 +28,9 @@ class FakePrompts final : public Prompts {
     shown.append(QStringLiteral("Tell: ") + text);
     closed();
   }
+  void TellTitled(QWidget*, const QString& title, const QString& text) override {
+    shown.append(QStringLiteral("Tell: ") + title + QStringLiteral(": ") + text);
+  }
   void Notify(QWidget*, const QString& text) override {
     shown.append(QStringLiteral("Notify: ") + text);
   }

@@ -9,7 +9,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kFrameGuard(5000);
+constexpr milliseconds kFrameGuard(8000);
+constexpr milliseconds kFormGuard(20000);
 constexpr milliseconds kMoveGuard(1000);
 
 }  // namespace
@@ -54,16 +55,17 @@ void NavigationWatch::AddressChanged() {
   }
 }
 
-void NavigationWatch::FrameAsked(const QUrl& url, bool is_redirect) {
+void NavigationWatch::FrameAsked(const QUrl& url, FrameRequest kind) {
   if (loading_) {
     return;  // the end of the top page comes behind those of its frames
   }
-  if (is_redirect && !frames_.isEmpty()) {
+  if (kind == FrameRequest::kRedirect && !frames_.isEmpty()) {
     frames_.last() = url;
     return;
   }
   frames_.append(url);
-  guard_.start(kFrameGuard);
+  const milliseconds guard = kind == FrameRequest::kForm ? kFormGuard : kFrameGuard;
+  guard_.start(std::max(guard, guard_.remainingTimeAsDuration()));
   Update(true);
 }
 

@@ -12,11 +12,15 @@
 
 namespace quayline {
 
+// Why a frame is on its way.
+enum class FrameRequest { kPage, kForm, kRedirect };
+
 // Knows whether a page is on its way somewhere, out of what the engine tells of it.
 //
 // Of the top page the engine tells every start and end. A frame's start is told, but its end only
 // by the agent in the frame's new document; a frame that is answered with nothing at all (204, a
-// download) never has one, so that frames are given up after kFrameGuard.
+// download) never has one, so that frames are given up after a time, which is longer for a form:
+// that may be a save.
 class NavigationWatch final : public QObject {
   Q_OBJECT
 
@@ -31,7 +35,7 @@ class NavigationWatch final : public QObject {
   void LoadStarted();
   void LoadEnded();
   void AddressChanged();
-  void FrameAsked(const QUrl& url, bool is_redirect);
+  void FrameAsked(const QUrl& url, quayline::FrameRequest kind);
   void FrameLoaded(const QUrl& url);
   void FrameEndedWithoutPage();
 

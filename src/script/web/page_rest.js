@@ -9,8 +9,10 @@ function installPageRest(beacon, ask, reply) {
   'use strict';
 
   // How long the page's work in hand is waited for: its own timers behind an act are shorter, and a
-  // request is answered by then or is one that the page holds open for ever.
-  const WORK_LIMIT_MS = 5000;
+  // request is answered by then or is one that the page holds open for ever. One that sends
+  // something may be a save, and a router takes its time over those.
+  const WORK_LIMIT_MS = 8000;
+  const SAVE_LIMIT_MS = 30000;
   // A page that leaves by itself within this time is followed.
   const REFRESH_LIMIT_S = 2;
   // How many timers of ours stand behind the tasks of a page.
@@ -45,13 +47,14 @@ function installPageRest(beacon, ask, reply) {
     return lines;
   }
 
-  // The number of things in hand in all documents; nothing where a watch keeps silent.
+  // The things in hand in all documents, and how many of them are saves; nothing where a watch keeps
+  // silent.
   function askWatches(what) {
-    let total = 0;
+    const total = {count: 0, saves: 0};
     for (const line of watchLines()) {
       let answer = null;
       const hear = (event) => {
-        answer = Number(event.detail);
+        answer = event.detail.split(' ').map(Number);
       };
       listenTo(line, reply, hear);
       sendTo(line, new CustomEvent(ask, {detail: what}));
@@ -59,7 +62,8 @@ function installPageRest(beacon, ask, reply) {
       if (answer === null) {
         return null;
       }
-      total += answer;
+      total.count += answer[0];
+      total.saves += answer[1];
     }
     return total;
   }
@@ -121,7 +125,8 @@ function installPageRest(beacon, ask, reply) {
         proveBlindly(end);
         return;
       }
-      if ((inHand === 0 && !refreshIsNear()) || performance.now() - start > WORK_LIMIT_MS) {
+      const limit = inHand.saves > 0 ? SAVE_LIMIT_MS : WORK_LIMIT_MS;
+      if ((inHand.count === 0 && !refreshIsNear()) || performance.now() - start > limit) {
         end();
         return;
       }

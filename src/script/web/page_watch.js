@@ -12,8 +12,8 @@
 // Work counts while the watch is armed: from the start of the document until it has first come to
 // rest, and from each act of ours until the page has come to rest behind it. What the page does
 // meanwhile counts as well. The agent says "arm", "disarm" and "count" by the event `ask`; the
-// event `reply` answers each with the number of things in hand, and comes by itself when the last
-// of them is done.
+// event `reply` answers each with the number of things in hand and, of these, of the requests that
+// send something; it comes by itself when the last of them is done.
 function installPageWatch(ask, reply) {
   'use strict';
 
@@ -47,6 +47,7 @@ function installPageWatch(ask, reply) {
     cancelAnimationFrame: global.cancelAnimationFrame,
     requestIdleCallback: global.requestIdleCallback,
     fetch: global.fetch,
+    open: XMLHttpRequest.prototype.open,
     send: XMLHttpRequest.prototype.send,
     then: Promise.prototype.then,
   };
@@ -55,23 +56,26 @@ function installPageWatch(ask, reply) {
   let longestTimer = LOAD_TIMER_MS;
   let depth = 0;  // of the work that runs now
   let count = 0;
-  const inHand = Object.create(null);  // by kind and number: true
+  let saves = 0;  // of these, requests that send something
+  const inHand = Object.create(null);  // by kind and number: 'work' or 'save'
 
   function tellCount() {
-    send(new Answer(reply, {detail: String(count)}));
+    send(new Answer(reply, {detail: count + ' ' + saves}));
   }
 
-  function take(key) {
+  function take(key, isSave) {
     if (!inHand[key]) {
-      inHand[key] = true;
+      inHand[key] = isSave ? 'save' : 'work';
       count += 1;
+      saves += isSave ? 1 : 0;
     }
   }
 
   function drop(key) {
     if (inHand[key]) {
-      delete inHand[key];
       count -= 1;
+      saves -= inHand[key] === 'save' ? 1 : 0;
+      delete inHand[key];
       if (count === 0) {
         tellCount();
       }
@@ -164,11 +168,24 @@ function installPageWatch(ask, reply) {
   replaceFrameRequest('requestIdleCallback');
 
   let requests = 0;
+  const methods = new WeakMap();
+  const methodOf = Function.prototype.call.bind(WeakMap.prototype.get);
+  const setMethod = Function.prototype.call.bind(WeakMap.prototype.set);
+
+  function sends(method) {
+    return !/^(get|head)$/i.test(String(method || 'get'));
+  }
+
+  XMLHttpRequest.prototype.open = function(method) {
+    setMethod(methods, this, method);
+    return apply(native.open, this, arguments);
+  };
+
   XMLHttpRequest.prototype.send = function() {
     if (counts()) {
       requests += 1;
       const key = 'x' + requests;
-      take(key);
+      take(key, sends(methodOf(methods, this)));
       apply(listen, this, ['loadend', () => drop(key)]);
       try {
         return apply(native.send, this, arguments);
@@ -180,12 +197,12 @@ function installPageWatch(ask, reply) {
     return apply(native.send, this, arguments);
   };
 
-  global.fetch = function() {
+  global.fetch = function(what, how) {
     const answer = apply(native.fetch, global, arguments);
     if (counts()) {
       requests += 1;
       const key = 'r' + requests;
-      take(key);
+      take(key, sends((how && how.method) || (what && what.method)));
       const finish = () => apply(native.setTimeout, global, [() => drop(key), FETCHED_TEXT_MS]);
       apply(native.then, answer, [finish, finish]);
     }

@@ -56,7 +56,9 @@ bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
     return false;
   }
   if (!is_main_frame) {
-    Q_EMIT frameNavigating(url, type == NavigationTypeRedirect);
+    Q_EMIT frameNavigating(url, type == NavigationTypeRedirect        ? FrameRequest::kRedirect
+                                : type == NavigationTypeFormSubmitted ? FrameRequest::kForm
+                                                                      : FrameRequest::kPage);
   }
   return true;
 }

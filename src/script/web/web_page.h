@@ -7,11 +7,10 @@
 
 #include <functional>
 
+#include "script/web/navigation_watch.h"
 #include "script/web/web_profile.h"
 
 namespace quayline {
-
-class NavigationWatch;
 
 // The one place where the engine calls back: every question that a page raises is answered here, at
 // once, and told to the host as a signal.
@@ -24,7 +23,7 @@ class WebPage final : public QWebEnginePage {
  Q_SIGNALS:
   // One of our scripts says something; without the beacon.
   void agentSaid(const QString& text);
-  void frameNavigating(const QUrl& url, bool is_redirect);
+  void frameNavigating(const QUrl& url, quayline::FrameRequest kind);
   void told(const QString& text);
   // A message of the page for the user; with silent mode off.
   void messageShown(const QString& text);

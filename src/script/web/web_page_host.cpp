@@ -27,7 +27,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kSilenceLimit(1000);  // of a page that is blocked, dead or in a dialog
-constexpr milliseconds kWorkLimit(6000);     // of a page that says that it has work in hand
+constexpr milliseconds kWorkLimit(31000);    // of a page that says that it has work in hand
 constexpr milliseconds kCacheClearing(50);   // no signal tells its end
 constexpr milliseconds kKeysLimit(250);      // of keys that no document has heard
 

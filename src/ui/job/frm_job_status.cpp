@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 
 #include "ui/job/job_window_texts.h"
+#include "ui/job/run_display.h"
 #include "ui/toolkit/theme.h"
 #include "ui_frm_job_status.h"
 
@@ -15,26 +16,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Adds to the end and keeps the end in view; a long log is never laid out again.
-void AppendAtEnd(QPlainTextEdit& box, const QString& text) {
-  QTextCursor cursor(box.document());
-  cursor.movePosition(QTextCursor::End);
-  cursor.insertText(text);
-  box.setTextCursor(cursor);
-  box.ensureCursorVisible();
-}
-
-// A new line, with the caret at its start.
-void AppendLine(QPlainTextEdit& box, const QString& line) {
-  AppendAtEnd(box, QLatin1Char('\n') + line);
-  box.moveCursor(QTextCursor::StartOfBlock);
-}
-
 }  // namespace
 
 FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactory make_host)
     : context_(context),
-      prompts_(prompts),
       ui_(std::make_unique<Ui::FrmJobStatus>()),
       runner_(std::make_unique<JobRunner>(context, std::move(make_host))) {
   ui_->setupUi(this);
@@ -46,18 +31,23 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   QFont title = ui_->label_entry->font();
   title.setBold(true);
   ui_->label_entry->setFont(title);
-  ui_->label_waiting->setForegroundRole(QPalette::PlaceholderText);
-  ui_->Command1->setIcon(ThemeIcon(QStringLiteral("step")));
   ui_->command_stop->setIcon(ThemeIcon(QStringLiteral("stop")));
-  ui_->Text2->setPlainText(Text(message::kFirstStatus) + QLatin1Char('\n'));
 
-  ConnectLog();
-  ConnectQuestions();
-  ConnectProgress();
-  ConnectButtons();
+  auto* display = new RunDisplay(*this, *runner_, context, prompts, kJobTexts,
+                                 {.log = ui_->Text1,
+                                  .states = ui_->Text2,
+                                  .errors = ui_->Text3,
+                                  .browser_area = ui_->browser_area,
+                                  .progress = ui_->progress_bar,
+                                  .bar = ui_->dBar1,
+                                  .proceed = ui_->Command1,
+                                  .waiting = ui_->label_waiting});
+  connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
+  connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
+  connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);
+  connect(ui_->command_close, &QPushButton::clicked, this, &QWidget::close);
   runner_->Open();
-  ShowHost(runner_->ActiveHost());
-  ui_->Command1->setVisible(context_.job_options.debug_mode);
+  display->ShowOpened();
   timer1_.setSingleShot(true);
   connect(&timer1_, &QTimer::timeout, runner_.get(), &JobRunner::Run);
   timer1_.start(500ms);
@@ -66,81 +56,12 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
 // The job first: its browsers show themselves in this window's widgets.
 FrmJobStatus::~FrmJobStatus() { runner_.reset(); }
 
-void FrmJobStatus::ConnectLog() {
-  connect(&runner_->Log(), &JobLog::appended, this,
-          [this](const QString& text) { AppendAtEnd(*ui_->Text1, text); });
-  connect(runner_.get(), &JobRunner::statusAppended, this,
-          [this](const QString& line) { AppendLine(*ui_->Text2, line); });
-  connect(runner_.get(), &JobRunner::errorAppended, this,
-          [this](const QString& line) { AppendLine(*ui_->Text3, line); });
-  connect(runner_.get(), &JobRunner::errorsCleared, this,
-          [this] { ui_->Text3->setPlainText(Text(kJobTexts.last_error)); });
-  connect(runner_.get(), &JobRunner::noticeRequested, this,
-          [this](const QString& text) { prompts_.Notify(this, text); });
-}
-
-// The page waits for the answers; the job can be stopped meanwhile by refusing.
-void FrmJobStatus::ConnectQuestions() {
-  connect(runner_.get(), &JobRunner::certificateQuestion, this,
-          [this](const QString& address, const QString& fingerprint,
-                 const std::function<void(bool)>& answer) {
-            prompts_.AskCarefully(this, Text(message::kCertificateTitle),
-                                  Text(message::kCertificateQuestion).arg(address, fingerprint),
-                                  answer);
-          });
-  connect(
-      runner_.get(), &JobRunner::loginQuestion, this,
-      [this](const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer) {
-        prompts_.AskLogin(this, address, [answer](const std::optional<LoginAnswer>& login) {
-          answer(login ? std::optional(TypedLogin{login->username, login->password})
-                       : std::nullopt);
-        });
-      });
-}
-
-void FrmJobStatus::ConnectProgress() {
-  connect(runner_.get(), &JobRunner::activeHostChanged, this, &FrmJobStatus::ShowHost);
-  connect(runner_.get(), &JobRunner::progressChanged, ui_->progress_bar, &QProgressBar::setValue);
-  connect(runner_.get(), &JobRunner::busyChanged, ui_->dBar1, &AnimationBar::SetMoving);
-  connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
-  connect(runner_.get(), &JobRunner::waitingFor, this, &FrmJobStatus::ShowWait);
-  connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
-}
-
-void FrmJobStatus::ConnectButtons() {
-  // Debug mode may be switched on in the middle of a job, which then holds: the way on must show.
-  connect(runner_.get(), &JobRunner::proceedEnabled, this, [this](bool enabled) {
-    ui_->Command1->setVisible(enabled || ui_->Command1->isVisible());
-    ui_->Command1->setEnabled(enabled);
-  });
-  connect(ui_->Command1, &QPushButton::clicked, runner_.get(), &JobRunner::ProceedToNextCommand);
-  connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);
-  connect(ui_->command_close, &QPushButton::clicked, this, &QWidget::close);
-}
-
-void FrmJobStatus::ShowHost(PageHost* host) {
-  QWidget* shown = host ? host->Widget() : nullptr;
-  QLayout* area = ui_->browser_area->layout();
-  for (int i = 0; i < area->count(); ++i) {
-    QWidget* other = area->itemAt(i)->widget();
-    other->setVisible(other == shown);
-  }
-  if (shown && area->indexOf(shown) < 0) {
-    area->addWidget(shown);
-    shown->show();
-  }
-}
-
 void FrmJobStatus::ShowEntry(int row, int rows, const QString& app_name) {
   ui_->label_entry->setText(
       Text(message::kEntryOf).arg(QString::number(row), QString::number(rows), app_name));
   setWindowTitle(QStringLiteral("%1 (%2/%3)")
                      .arg(Text(message::kJobTitle), QString::number(row), QString::number(rows)));
   ui_->dBar1->SetMoving(true);
-}
-
-void FrmJobStatus::ShowWait(const QString& what) {
-  ui_->label_waiting->setText(what.isEmpty() ? QString() : Text(message::kWaitingFor).arg(what));
 }
 
 void FrmJobStatus::Stop() {

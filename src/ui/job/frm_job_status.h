@@ -10,8 +10,6 @@
 #include "script/job_runner.h"
 #include "ui/toolkit/prompts.h"
 
-class QPlainTextEdit;
-
 namespace Ui {
 class FrmJobStatus;
 }
@@ -39,20 +37,13 @@ class FrmJobStatus final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void ConnectLog();
-  void ConnectQuestions();
-  void ConnectProgress();
-  void ConnectButtons();
-  void ShowHost(PageHost* host);
   void ShowEntry(int row, int rows, const QString& app_name);
-  void ShowWait(const QString& what);
   void ShowEnd();
   void Stop();
   QString OutcomeText() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
-  Prompts& prompts_;
   std::unique_ptr<Ui::FrmJobStatus> ui_;
   std::unique_ptr<JobRunner> runner_;
   QTimer timer1_;

@@ -6,19 +6,9 @@
 
 namespace quayline::message {
 
-// What the job window says beside the job's log, whose texts stand with the job.
-inline constexpr Message kFirstStatus{"FrmJobStatus", "Text2", "Router Status: Loading..."};
+// What the windows of runs say beside the log, whose texts stand with the runs.
 inline constexpr Message kJobTitle{"FrmJobStatus", "Text6", "Job Status"};
 inline constexpr Message kEntryOf{"FrmJobStatus", "TextEntryOf", "Adding port %1 of %2: %3"};
-inline constexpr Message kWaitingFor{"FrmJobStatus", "TextWaitingFor", "Waiting for: %1"};
-inline constexpr Message kCertificateTitle{"FrmJobStatus", "TextCertificateTitle",
-                                           "Is this your router?"};
-inline constexpr Message kCertificateQuestion{
-    "FrmJobStatus", "TextCertificateQuestion",
-    "%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch for it. "
-    "If you reach your own router in your own network here, you can trust it: Quayline then "
-    "remembers it, and refuses any other one at this address.\n\nFingerprint (SHA-256):\n%2\n\n"
-    "Do you trust this certificate?"};
 inline constexpr Message kStopping{"FrmJobStatus", "TextStopping", "Stopping..."};
 inline constexpr Message kStopped{
     "FrmJobStatus", "TextStopped",
@@ -29,5 +19,20 @@ inline constexpr Message kFinished{
 inline constexpr Message kFinishedWithErrors{
     "FrmJobStatus", "TextFinishedWithErrors",
     "Finished, but %1 of %2 entries met an error of a page. The log tells at which step."};
+
+inline constexpr Message kLeadingToPage{"FrmViewPage", "TextLeadingToPage",
+                                        "Going to the page where your router keeps its ports..."};
+inline constexpr Message kPageReached{
+    "FrmViewPage", "TextPageReached",
+    "The script has run. What you change on this page now is between you and your router."};
+inline constexpr Message kPageFailed{
+    "FrmViewPage", "TextPageFailed",
+    "A page failed, so the script ended there. The log tells at which step."};
+inline constexpr Message kViewStopped{"FrmViewPage", "TextViewStopped",
+                                      "Stopped. You can go on by hand."};
+inline constexpr Message kNoViewScript{"FrmViewPage", "TextNoViewScript",
+                                       "There is no script that leads to this router's page of "
+                                       "ports. Please choose a router, or write "
+                                       "one: Advanced, View Current Scripts."};
 
 }  // namespace quayline::message

@@ -39,6 +39,7 @@ FrmMain::FrmMain(AppContext& context, Prompts& prompts, WindowFactory windows, Q
   ConnectLogin();
   ConnectList();
   ConnectAdvancedMenu();
+  ConnectRouterWindows();
   ConnectWebPages();
   ConnectStartUp();
   SetTimers();
@@ -186,6 +187,7 @@ void FrmMain::SetTimers() {
 void FrmMain::SetInputsEnabled(bool enabled) {
   ui_->router_card->setEnabled(enabled);
   ui_->login_card->setEnabled(enabled);
+  ui_->Command7->setEnabled(enabled);
   ui_->Command8->setEnabled(enabled);
   SetListEnabled(enabled);
 }

@@ -36,6 +36,12 @@ struct WindowFactory {
   std::function<QDialog*(QWidget* parent, int row, std::function<void()> changed)> edit;
   // The network adapters; `chosen` gets the gateway of the one that the user takes.
   std::function<QDialog*(QWidget* parent, std::function<void(const QString&)> chosen)> network_list;
+  // The router's page of ports, reached by the router's view script.
+  std::function<QDialog*(QWidget* parent)> view_page;
+  // The list of routers; `chosen` gets the key of the one that the user takes.
+  std::function<QDialog*(QWidget* parent, std::function<void(int router_id)> chosen)> router_list;
+  // The selected router's scripts; `written` is called when they may have changed.
+  std::function<QDialog*(QWidget* parent, std::function<void()> written)> view_scripts;
 };
 
 // The main window's content, held by FrmMain2: router, login, port list and the one button. It
@@ -80,12 +86,16 @@ class FrmMain final : public QMainWindow {
   void SetListKeys();
   void SetListEnabled(bool enabled);
   void ConnectAdvancedMenu();
+  void ConnectRouterWindows();
   void ConnectWebPages();
   void ConnectStartUp();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
 
   void SelectRouterRow(int row);
+  void ChooseRouter(int id);
+  void ReloadRouter();
+  void ViewPorts();
   void ShowStoredFields(const StoredFields& fields);
   void ShowPicture(RouterPicture state, const QImage& picture);
   void ShowMaxEntries();

@@ -79,4 +79,9 @@ inline constexpr Message kCannotKeepList{
 inline constexpr Message kNoBrowser{"FrmMain", "TextNoBrowser",
                                     "Your web browser cannot be started. The page is:"};
 
+inline constexpr Message kJobRuns{
+    "FrmMain", "TextJobRuns",
+    "An update is running, and the router talks to one of you only. Please wait for its end, or "
+    "stop it in its window, then look at the ports."};
+
 }  // namespace quayline::message

@@ -32,6 +32,12 @@ int RouterListModel::RouterId(int row) const {
   return row >= 0 && row < rows_.size() ? rows_.at(row).id : 0;
 }
 
+int RouterListModel::RowOf(int id) const {
+  const auto row = std::find_if(rows_.begin() + std::min<qsizetype>(1, rows_.size()), rows_.end(),
+                                [id](const RouterName& router) { return router.id == id; });
+  return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
+}
+
 int RouterListModel::Find(const QString& name) const {
   if (name.isEmpty()) {
     return -1;

@@ -26,6 +26,8 @@ class RouterListModel final : public QAbstractListModel {
   QString Placeholder() const { return rows_.isEmpty() ? QString() : rows_.first().name; }
   // 0 for the placeholder and for rows that are not there.
   int RouterId(int row) const;
+  // The row of a router, or -1.
+  int RowOf(int id) const;
   // The first row of exactly this name in any case, or -1. An empty name is never found.
   int Find(const QString& name) const;
 

@@ -67,6 +67,10 @@ void WindowPrompts::Tell(QWidget* window, const QString& text, std::function<voi
   box->open();
 }
 
+void WindowPrompts::TellTitled(QWidget* window, const QString& title, const QString& text) {
+  MakeBox(window, QMessageBox::Information, title, text, QMessageBox::Ok)->open();
+}
+
 void WindowPrompts::Notify(QWidget* window, const QString& text) {
   QMessageBox* box =
       MakeBox(window, QMessageBox::Information, ProgramTitle(), text, QMessageBox::Ok);

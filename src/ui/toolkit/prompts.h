@@ -35,6 +35,7 @@ class Prompts {
   void Tell(QWidget* window, const QString& text) {
     Tell(window, text, [] {});
   }
+  virtual void TellTitled(QWidget* window, const QString& title, const QString& text) = 0;
   // A message beside a window that goes on working.
   virtual void Notify(QWidget* window, const QString& text) = 0;
   // Yes or No; a box that is closed otherwise answers No.
@@ -59,6 +60,7 @@ class WindowPrompts final : public Prompts {
  public:
   using Prompts::Tell;
   void Tell(QWidget* window, const QString& text, std::function<void()> closed) override;
+  void TellTitled(QWidget* window, const QString& title, const QString& text) override;
   void Notify(QWidget* window, const QString& text) override;
   void Ask(QWidget* window, const QString& title, const QString& text,
            std::function<void(bool yes)> answered) override;

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+
+#include <memory>
+
+#include "script/page_view_runner.h"
+#include "ui/toolkit/prompts.h"
+
+namespace Ui {
+class FrmViewPage;
+}
+
+namespace quayline {
+
+// The window in which the user sees the router's page of ports and removes some by hand: the view
+// script leads there, half a second after the window opened, and the page stays. The window deletes
+// itself when it is closed.
+class FrmViewPage final : public QDialog {
+  Q_OBJECT
+
+ public:
+  FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory make_host, QWidget* parent);
+  ~FrmViewPage() override;
+
+  void done(int result) override;
+
+ private:
+  void Run();
+  void Stop();
+  void ShowEnd();
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  std::unique_ptr<Ui::FrmViewPage> ui_;
+  std::unique_ptr<PageViewRunner> runner_;
+  QTimer timer1_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/job/run_display.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QLayout>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+
+#include "ui/toolkit/theme.h"
+
+namespace quayline {
+
+namespace {
+
+// Adds to the end and keeps the end in view; a long log is never laid out again.
+void AppendAtEnd(QPlainTextEdit& box, const QString& text) {
+  QTextCursor cursor(box.document());
+  cursor.movePosition(QTextCursor::End);
+  cursor.insertText(text);
+  box.setTextCursor(cursor);
+  box.ensureCursorVisible();
+}
+
+// A new line, with the caret at its start.
+void AppendLine(QPlainTextEdit& box, const QString& line) {
+  AppendAtEnd(box, QLatin1Char('\n') + line);
+  box.moveCursor(QTextCursor::StartOfBlock);
+}
+
+}  // namespace
+
+RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, const AppContext& context,
+                       Prompts& prompts, const RunnerTexts& texts, const RunControls& controls)
+    : QObject(&window),
+      window_(window),
+      runner_(runner),
+      context_(context),
+      prompts_(prompts),
+      texts_(texts),
+      controls_(controls) {
+  controls_.waiting->setForegroundRole(QPalette::PlaceholderText);
+  controls_.proceed->setIcon(ThemeIcon(QStringLiteral("step")));
+  controls_.states->setPlainText(Text(texts_.first_status) + QLatin1Char('\n'));
+  ConnectLog();
+  ConnectQuestions();
+  ConnectProgress();
+  ConnectProceed();
+}
+
+void RunDisplay::ShowOpened() {
+  ShowHost(runner_.ActiveHost());
+  controls_.proceed->setVisible(context_.job_options.debug_mode);
+}
+
+void RunDisplay::ConnectLog() {
+  connect(&runner_.Log(), &JobLog::appended, this,
+          [this](const QString& text) { AppendAtEnd(*controls_.log, text); });
+  connect(&runner_, &ScriptRunner::statusAppended, this,
+          [this](const QString& line) { AppendLine(*controls_.states, line); });
+  connect(&runner_, &ScriptRunner::errorAppended, this,
+          [this](const QString& line) { AppendLine(*controls_.errors, line); });
+  connect(&runner_, &ScriptRunner::errorsCleared, this,
+          [this] { controls_.errors->setPlainText(Text(texts_.last_error)); });
+  connect(&runner_, &ScriptRunner::noticeRequested, this,
+          [this](const QString& text) { prompts_.Notify(&window_, text); });
+}
+
+// The page waits for the answers; the run can be stopped meanwhile by refusing.
+void RunDisplay::ConnectQuestions() {
+  connect(&runner_, &ScriptRunner::certificateQuestion, this,
+          [this](const QString& address, const QString& fingerprint,
+                 const std::function<void(bool)>& answer) {
+            prompts_.AskCarefully(&window_, Text(texts_.certificate_title),
+                                  Text(texts_.certificate_question).arg(address, fingerprint),
+                                  answer);
+          });
+  connect(
+      &runner_, &ScriptRunner::loginQuestion, this,
+      [this](const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer) {
+        prompts_.AskLogin(&window_, address, [answer](const std::optional<LoginAnswer>& login) {
+          answer(login ? std::optional(TypedLogin{login->username, login->password})
+                       : std::nullopt);
+        });
+      });
+}
+
+void RunDisplay::ConnectProgress() {
+  connect(&runner_, &ScriptRunner::activeHostChanged, this, &RunDisplay::ShowHost);
+  connect(&runner_, &ScriptRunner::progressChanged, controls_.progress, &QProgressBar::setValue);
+  connect(&runner_, &ScriptRunner::busyChanged, controls_.bar, &AnimationBar::SetMoving);
+  connect(&runner_, &ScriptRunner::waitingFor, this, [this](const QString& what) {
+    controls_.waiting->setText(what.isEmpty() ? QString() : Text(texts_.waiting_for).arg(what));
+  });
+  connect(&runner_, &ScriptRunner::ended, this, [this] {
+    controls_.waiting->clear();
+    controls_.proceed->setEnabled(false);
+  });
+}
+
+// Debug mode may be switched on in the middle of a run, which then holds: the way on must show.
+void RunDisplay::ConnectProceed() {
+  connect(&runner_, &ScriptRunner::proceedEnabled, this, [this](bool enabled) {
+    controls_.proceed->setVisible(enabled || controls_.proceed->isVisible());
+    controls_.proceed->setEnabled(enabled);
+  });
+  connect(controls_.proceed, &QPushButton::clicked, &runner_, &ScriptRunner::ProceedToNextCommand);
+}
+
+void RunDisplay::ShowHost(PageHost* host) {
+  QWidget* shown = host ? host->Widget() : nullptr;
+  QLayout* area = controls_.browser_area->layout();
+  for (int i = 0; i < area->count(); ++i) {
+    QWidget* other = area->itemAt(i)->widget();
+    other->setVisible(other == shown);
+  }
+  if (shown && area->indexOf(shown) < 0) {
+    area->addWidget(shown);
+    shown->show();
+  }
+}
+
+}  // namespace quayline

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+#include "script/script_runner.h"
+#include "ui/toolkit/controls.h"
+#include "ui/toolkit/prompts.h"
+
+class QFrame;
+class QLabel;
+class QPlainTextEdit;
+class QProgressBar;
+
+namespace quayline {
+
+// The controls that every window with a run has.
+struct RunControls {
+  QPlainTextEdit* log;     // Text1
+  QPlainTextEdit* states;  // Text2
+  QPlainTextEdit* errors;  // Text3
+  QFrame* browser_area;
+  QProgressBar* progress;
+  AnimationBar* bar;
+  QPushButton* proceed;  // Command1
+  QLabel* waiting;
+};
+
+// Shows in a window's controls what its run says, and hands on what the user answers. The window
+// owns it and everything that it is given.
+class RunDisplay final : public QObject {
+  Q_OBJECT
+
+ public:
+  RunDisplay(QWidget& window, ScriptRunner& runner, const AppContext& context, Prompts& prompts,
+             const RunnerTexts& texts, const RunControls& controls);
+
+  // To be called once the runner has its browsers.
+  void ShowOpened();
+
+ private:
+  void ConnectLog();
+  void ConnectQuestions();
+  void ConnectProgress();
+  void ConnectProceed();
+  void ShowHost(PageHost* host);
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  QWidget& window_;
+  ScriptRunner& runner_;
+  const AppContext& context_;
+  Prompts& prompts_;
+  const RunnerTexts& texts_;
+  const RunControls controls_;
+};
+
+}  // namespace quayline

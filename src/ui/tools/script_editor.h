@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QTimer>
+
+#include "script/script_lint.h"
+
+class QCompleter;
+class QModelIndex;
+
+namespace quayline {
+
+class ScriptHighlighter;
+
+// A finding of the lint in a script, with its line counted from 1.
+struct ScriptFinding {
+  int line = 1;
+  LintFinding finding;
+};
+
+// Edits a router script: commands stand out, what the lint finds is underlined and told in a tool
+// tip, and the names of commands are completed, with the shape of their argument beside them, while
+// one is typed or with Ctrl+Space.
+class ScriptEditor final : public QPlainTextEdit {
+  Q_OBJECT
+
+ public:
+  explicit ScriptEditor(QWidget* parent = nullptr);
+
+  // For the tool tips' language; it outlives the editor. English without.
+  void SetTranslator(const Translator* translator) { translator_ = translator; }
+
+  // The script as the database holds it: CR LF behind each line but the last, which is empty where
+  // the text ends with a line break. No character is replaced.
+  QString Script() const;
+  void SetScript(const QStringList& lines);
+
+  QList<ScriptFinding> Findings() const;
+  // Selects what the finding is about, without taking the focus.
+  void GoToFinding(const ScriptFinding& found);
+  QString Sentence(const LintFinding& finding) const;
+
+ Q_SIGNALS:
+  // The text has changed and come to rest.
+  void findingsChanged();
+  // The caret stands in a command's line: how the command is written. Empty in any other line.
+  void shapeChanged(const QString& shape);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+
+ private:
+  void ShowShape();
+  void OfferCompletion(bool was_asked);
+  void Complete(const QModelIndex& chosen);
+  QString TypedName() const;
+
+  const Translator* translator_ = nullptr;
+  ScriptHighlighter* highlighter_;
+  QCompleter* completer_;
+  QTimer rest_timer_;
+};
+
+}  // namespace quayline
