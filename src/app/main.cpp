@@ -13,7 +13,9 @@
 #include "core/program_folder.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
+#include "platform/linux/wine_settings.h"
 #include "script/web/web_engine.h"
+#include "ui/entries/entry_windows.h"
 #include "ui/job/frm_job_status.h"
 #include "ui/job/frm_view_page.h"
 #include "ui/main/frm_main2.h"
@@ -28,6 +30,7 @@ namespace {
 
 struct Options {
   QString data_folder;  // empty: looked for
+  QString list_file;    // a saved list to open, or empty
   bool run_update = false;
 };
 
@@ -56,8 +59,18 @@ Options ReadOptions() {
                      "stay open."));
   parser.addOption(data);
   parser.addOption(run_update);
+  parser.addPositionalArgument(QStringLiteral("FILE.qyl"),
+                               QStringLiteral("A saved list of ports to open."),
+                               QStringLiteral("[FILE.qyl]"));
   parser.process(*QCoreApplication::instance());
-  return {.data_folder = parser.value(data), .run_update = parser.isSet(run_update)};
+  const QStringList files = parser.positionalArguments();
+  if (files.size() > 1) {
+    std::fprintf(stderr, "quayline: only one list can be opened at a time\n");
+    std::exit(EXIT_FAILURE);
+  }
+  return {.data_folder = parser.value(data),
+          .list_file = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath(),
+          .run_update = parser.isSet(run_update)};
 }
 
 // Help and version are for terminals, which may have no display for an application with windows.
@@ -93,12 +106,15 @@ int ShowFailure(const QString& text) {
   return 2;
 }
 
-WindowFactory Windows(AppContext& context, Prompts& prompts) {
+WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows& entries) {
   const auto hosts = [&context] {
     return WebPageHosts(context.job_options, &context.certificates);
   };
   return {.job_status = [&context, &prompts,
                          hosts] { return new FrmJobStatus(context, prompts, hosts()); },
+          .add_new = std::bind_front(&EntryWindows::AddNew, &entries),
+          .edit = std::bind_front(&EntryWindows::Edit, &entries),
+          .network_list = std::bind_front(&EntryWindows::NetworkList, &entries),
           .view_page =
               [&context, &prompts, hosts](QWidget* parent) {
                 return new FrmViewPage(context, prompts, hosts(), parent);
@@ -125,14 +141,22 @@ int Run(QApplication& application, const Options& options) {
   LinuxDesktop desktop;
   AppContext context(*folder, adapters, desktop);
   WindowPrompts prompts;
-  FrmMain2 main_window(context, prompts, Windows(context, prompts));
+  SystemHostNames host_names;
+  const WineSettings foreign_settings;
+  const EntryWindows entries{context, prompts, host_names, foreign_settings};
+  FrmMain2 main_window(context, prompts, Windows(context, prompts, entries));
   QObject::connect(&main_window, &FrmMain2::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
   FrmSplash splash;
   QObject::connect(&main_window, &FrmMain2::startFailed, &splash, &QWidget::close);
+  FrmMain& main = main_window.Main();
+  QObject::connect(&main, &FrmMain::ready, &main, [&main, &options] {
+    const bool has_list = options.list_file.isEmpty() || main.OpenList(options.list_file);
+    if (options.run_update && has_list) {
+      main.UpdateRouter();
+    }
+  });
   if (options.run_update) {
-    QObject::connect(&main_window.Main(), &FrmMain::ready, &main_window.Main(),
-                     &FrmMain::UpdateRouter);
     main_window.show();
   } else {
     QObject::connect(&splash, &FrmSplash::timeForMainWindow, &main_window, &QWidget::show);

@@ -3,6 +3,8 @@
 
 #include "core/databases.h"
 
+#include <algorithm>
+
 #include "core/table_file.h"
 
 namespace quayline {
@@ -31,6 +33,18 @@ const TableShape kCustom = {QStringLiteral("custom.mdb"),
                             QStringLiteral("custom"),
                             {QStringLiteral("appname"), QStringLiteral("portype"),
                              QStringLiteral("startport"), QStringLiteral("endport")}};
+
+QStringList TextsOf(const CustomPortRecord& record) {
+  return {record.appname, record.portype, record.startport, record.endport};
+}
+
+QList<AppPortRecord> ReadAppPorts(const TableFile& ports, std::optional<int> after_id, int limit) {
+  QList<AppPortRecord> records;
+  ports.Read(kPorts.fields, after_id, limit, [&](int id, const QStringList& texts) {
+    records.append({id, texts[0], texts[1], texts[2], texts[3], texts[4]});
+  });
+  return records;
+}
 
 }  // namespace
 
@@ -92,14 +106,15 @@ bool Databases::UpdateRouterScripts(int id, const QString& routercommands,
   return store_ && store_->routers->Update(id, kScripts, {routercommands, routerportpage});
 }
 
+int Databases::AppPortCount() const { return store_ ? store_->ports->Count() : 0; }
+
 QList<AppPortRecord> Databases::AppPorts() const {
-  QList<AppPortRecord> records;
-  if (store_) {
-    store_->ports->Read(kPorts.fields, {}, -1, [&](int id, const QStringList& texts) {
-      records.append({id, texts[0], texts[1], texts[2], texts[3], texts[4]});
-    });
-  }
-  return records;
+  return store_ ? ReadAppPorts(*store_->ports, {}, -1) : QList<AppPortRecord>();
+}
+
+QList<AppPortRecord> Databases::AppPorts(int after_id, int limit) const {
+  return store_ && limit > 0 ? ReadAppPorts(*store_->ports, after_id, limit)
+                             : QList<AppPortRecord>();
 }
 
 QList<CustomPortRecord> Databases::CustomPorts() const {
@@ -113,8 +128,17 @@ QList<CustomPortRecord> Databases::CustomPorts() const {
 }
 
 bool Databases::AddCustomPort(const CustomPortRecord& record) {
-  return store_ && store_->custom->Insert(kCustom.fields, {record.appname, record.portype,
-                                                           record.startport, record.endport});
+  return store_ && store_->custom->Insert(kCustom.fields, TextsOf(record));
+}
+
+bool Databases::RememberCustomPort(const CustomPortRecord& record) {
+  const QList<CustomPortRecord> known = CustomPorts();
+  const auto same_name = std::ranges::find_if(known, [&](const CustomPortRecord& each) {
+    return each.appname.compare(record.appname, Qt::CaseInsensitive) == 0;
+  });
+  return same_name == known.end()
+             ? AddCustomPort(record)
+             : store_->custom->Update(same_name->id, kCustom.fields, TextsOf(record));
 }
 
 }  // namespace quayline

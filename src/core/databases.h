@@ -53,9 +53,14 @@ class Databases final {
   // False when the row is gone or the file cannot be written; the old scripts then stand.
   bool UpdateRouterScripts(int id, const QString& routercommands, const QString& routerportpage);
 
+  int AppPortCount() const;
   QList<AppPortRecord> AppPorts() const;
+  // As RouterNames(): up to `limit` programs whose ID is above `after_id`.
+  QList<AppPortRecord> AppPorts(int after_id, int limit) const;
   QList<CustomPortRecord> CustomPorts() const;
   bool AddCustomPort(const CustomPortRecord& record);  // record.id is ignored
+  // Overwrites the first record of this name, in any case, or adds one.
+  bool RememberCustomPort(const CustomPortRecord& record);
 
  private:
   class Store;

@@ -7,8 +7,6 @@
 
 #include <algorithm>
 
-#include "core/row_ports.h"
-
 namespace quayline {
 
 namespace {
@@ -27,8 +25,6 @@ class Numbering final {
   QHash<QString, int> numbers_;
 };
 
-bool IsWithin(int value, int low, int high) { return low <= value && value <= high; }
-
 qint64 CountWithin(const std::vector<int>& sorted, int low, int high) {
   return low > high
              ? 0
@@ -44,15 +40,14 @@ PortConflicts::PortConflicts(const QList<PortEntry>& entries) {
   RowPorts ports;
   for (const PortEntry& entry : entries) {
     ports.Take(entry);
-    rows_.push_back(
-        {names.Of(entry.app_name), protocols.Of(entry.protocol), ports.start, ports.end});
+    rows_.push_back({names.Of(entry.app_name), protocols.Of(entry.protocol), ports});
   }
   rows_of_name_.resize(names.Count());
   rows_of_protocol_.resize(protocols.Count());
   for (const Row& row : rows_) {
     ++rows_of_name_[row.name];
-    rows_of_protocol_[row.protocol].Add(row);
-    all_rows_.Add(row);
+    rows_of_protocol_[row.protocol].Add(row.ports);
+    all_rows_.Add(row.ports);
   }
   std::ranges::for_each(rows_of_protocol_, &Index::Sort);
   all_rows_.Sort();
@@ -74,19 +69,19 @@ std::optional<PortConflict> PortConflicts::FirstOf(int row) const {
     if (!DoProtocolsMeet(checked, against)) {
       continue;
     }
-    if (ClashesAtStart(checked, against)) {
+    if (ClashesAtStart(checked.ports, against.ports)) {
       return PortConflict{PortConflict::kSameStart, row, other};
     }
-    if (ClashesAtEnd(checked, against)) {
+    if (ClashesAtEnd(checked.ports, against.ports)) {
       return PortConflict{PortConflict::kSameEnd, row, other};
     }
   }
   return std::nullopt;
 }
 
-qint64 PortConflicts::Length(int row) const { return qint64{rows_[row].end} - rows_[row].start; }
+qint64 PortConflicts::Length(int row) const { return rows_[row].ports.Length(); }
 
-void PortConflicts::Index::Add(const Row& row) {
+void PortConflicts::Index::Add(const RowPorts& row) {
   starts.push_back(row.start);
   ends.push_back(row.end);
   if (row.start <= row.end) {
@@ -101,7 +96,7 @@ void PortConflicts::Index::Sort() {
   }
 }
 
-qint64 PortConflicts::Index::CountClashes(const Row& row) const {
+qint64 PortConflicts::Index::CountClashes(const RowPorts& row) const {
   // Ranges around a port: those that have begun by then, less those that have ended before.
   const auto count_around = [this](int port) {
     const auto begun = std::ranges::upper_bound(proper_starts, port) - proper_starts.begin();
@@ -112,30 +107,20 @@ qint64 PortConflicts::Index::CountClashes(const Row& row) const {
          CountWithin(ends, row.end, row.start);
 }
 
-bool PortConflicts::ClashesAtStart(const Row& row, const Row& other) {
-  return IsWithin(row.start, other.start, other.end) || IsWithin(other.start, row.start, row.end);
-}
-
-// The second half is no mirror of the first: it speaks only of a row that does not reach beyond its
-// own start port.
-bool PortConflicts::ClashesAtEnd(const Row& row, const Row& other) {
-  return IsWithin(row.end, other.start, other.end) || IsWithin(other.end, row.end, row.start);
-}
-
 bool PortConflicts::ClashesWithAny(const Row& row) const {
   if (rows_of_name_[row.name] > 1) {
     return true;
   }
   qint64 clashes = 0;
   if (row.protocol == both_protocols_) {
-    clashes = all_rows_.CountClashes(row);
+    clashes = all_rows_.CountClashes(row.ports);
   } else {
-    clashes = rows_of_protocol_[row.protocol].CountClashes(row) +
-              rows_of_protocol_[both_protocols_].CountClashes(row);
+    clashes = rows_of_protocol_[row.protocol].CountClashes(row.ports) +
+              rows_of_protocol_[both_protocols_].CountClashes(row.ports);
   }
   Index itself;
-  itself.Add(row);
-  return clashes > itself.CountClashes(row);
+  itself.Add(row.ports);
+  return clashes > itself.CountClashes(row.ports);
 }
 
 bool PortConflicts::DoProtocolsMeet(const Row& row, const Row& other) const {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/port_entry.h"
+#include "core/row_ports.h"
 
 namespace quayline {
 
@@ -43,15 +44,14 @@ class PortConflicts final {
   struct Row {
     int name = 0;      // equal for names that differ in case only
     int protocol = 0;  // likewise
-    int start = 0;
-    int end = 0;
+    RowPorts ports;
   };
 
   struct Index {
-    void Add(const Row& row);
+    void Add(const RowPorts& row);
     void Sort();
-    // How many of the rows would clash with `row` by their ports.
-    qint64 CountClashes(const Row& row) const;
+    // How many of the rows would clash with `row`.
+    qint64 CountClashes(const RowPorts& row) const;
 
     std::vector<int> starts;
     std::vector<int> ends;
@@ -60,8 +60,6 @@ class PortConflicts final {
     std::vector<int> proper_ends;
   };
 
-  static bool ClashesAtStart(const Row& row, const Row& other);
-  static bool ClashesAtEnd(const Row& row, const Row& other);
   bool ClashesWithAny(const Row& row) const;
   bool DoProtocolsMeet(const Row& row, const Row& other) const;
 

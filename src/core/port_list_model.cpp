@@ -3,6 +3,8 @@
 
 #include "core/port_list_model.h"
 
+#include <algorithm>
+
 namespace quayline {
 
 namespace {
@@ -46,13 +48,20 @@ void PortListModel::Replace(int row, const PortEntry& entry) {
   Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
 }
 
-void PortListModel::Remove(int row) {
-  if (row < 0 || row >= rowCount()) {
-    return;
+// From the end, so that the places of the rows ahead hold; neighbours go in one step.
+void PortListModel::Remove(QList<int> rows) {
+  rows.removeIf([this](int row) { return row < 0 || row >= rowCount(); });
+  std::ranges::sort(rows);
+  while (!rows.isEmpty()) {
+    const int last = rows.takeLast();
+    int first = last;
+    while (!rows.isEmpty() && rows.last() >= first - 1) {
+      first = rows.takeLast();
+    }
+    beginRemoveRows({}, first, last);
+    entries_.remove(first, last - first + 1);
+    endRemoveRows();
   }
-  beginRemoveRows({}, row, row);
-  entries_.removeAt(row);
-  endRemoveRows();
 }
 
 void PortListModel::SetEntries(QList<PortEntry> entries) {

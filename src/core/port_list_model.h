@@ -22,7 +22,8 @@ class PortListModel final : public QAbstractTableModel {
   const QList<PortEntry>& Entries() const { return entries_; }
   void Append(const QList<PortEntry>& entries);
   void Replace(int row, const PortEntry& entry);
-  void Remove(int row);
+  // Rows that are not there are ignored.
+  void Remove(QList<int> rows);
   // Replaces the whole list in one step.
   void SetEntries(QList<PortEntry> entries);
   // Six texts in column order. Changes what headerData() answers.

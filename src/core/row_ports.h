@@ -22,6 +22,20 @@ struct RowPorts {
 
   // End minus start; below zero for a row that ends before it starts.
   qint64 Length() const { return qint64{end} - start; }
+
+  // False for every port of a row that ends before it starts.
+  bool Holds(int port) const { return start <= port && port <= end; }
 };
+
+// Whether the ports of `row` are refused beside those of `other`, for either of its two ends.
+inline bool ClashesAtStart(const RowPorts& row, const RowPorts& other) {
+  return other.Holds(row.start) || row.Holds(other.start);
+}
+
+// The second half is no mirror of the first: it speaks only of a row that does not reach beyond its
+// own start port.
+inline bool ClashesAtEnd(const RowPorts& row, const RowPorts& other) {
+  return other.Holds(row.end) || (row.end <= other.end && other.end <= row.start);
+}
 
 }  // namespace quayline

@@ -26,4 +26,10 @@ QString DefaultGateway(const QList<Adapter>& adapters) {
   return adapters.isEmpty() ? Adapter().gateway : adapters[PreselectedAdapter(adapters)].gateway;
 }
 
+QStringList ForwardableAddresses(QStringList table) {
+  table.removeAll(QStringLiteral("0.0.0.0"));
+  table.removeAll(QStringLiteral("127.0.0.1"));
+  return table;
+}
+
 }  // namespace quayline

@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace quayline {
 
@@ -29,6 +30,9 @@ class Adapters {
   // The address from which this computer would reach `host` (dotted IPv4 text), or an empty text.
   // With an empty host: the address of the adapter that leads to the internet.
   virtual QString LocalAddress(const QString& host) const = 0;
+
+  // Every IPv4 address of this computer as dotted text, in the system's order, loopback included.
+  virtual QStringList AddressTable() const = 0;
 };
 
 // The place of the first adapter whose address, mask and gateway all are set (none begins with
@@ -37,5 +41,8 @@ qsizetype PreselectedAdapter(const QList<Adapter>& adapters);
 
 // The gateway of the preselected adapter; "0.0.0.0" without adapters.
 QString DefaultGateway(const QList<Adapter>& adapters);
+
+// The addresses of `table` that ports can be forwarded to: all but "0.0.0.0" and "127.0.0.1".
+QStringList ForwardableAddresses(QStringList table);
 
 }  // namespace quayline

@@ -166,7 +166,7 @@ TEST_F(DatabasesTest, AWriteThatFailsLeavesTheOldScripts) {
     const testing::ReadOnlyFolder folder(folder_.path());
     ASSERT_TRUE(Open());
     EXPECT_FALSE(databases_.UpdateRouterScripts(1, U("x"), U("x")));
-    EXPECT_FALSE(databases_.AddCustomPort({}));
+    EXPECT_FALSE(databases_.RememberCustomPort({}));
     EXPECT_EQ(databases_.FindRouter(1)->routercommands, U("new"));
     databases_.Close();
   }
@@ -184,6 +184,34 @@ TEST_F(DatabasesTest, AProgramThatTheUserEntersGetsTheNextId) {
   added.id = 41;
   ASSERT_TRUE(Open());
   EXPECT_EQ(databases_.CustomPorts(), (QList<CustomPortRecord>{old, added, {42, {}, {}, {}, {}}}));
+}
+
+TEST_F(DatabasesTest, AKnownProgramIsOverwrittenUnderAnyCaseAndOnlyItsFirstRow) {
+  const QList<CustomPortRecord> old = {{4, U("Web"), U("UDP"), U("1"), U("2")},
+                                       {7, U("FTP"), U("UDP"), U("1"), U("2")},
+                                       {9, U("ftp"), U("UDP"), U("1"), U("2")}};
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, {}, old));
+  ASSERT_TRUE(Open());
+  EXPECT_TRUE(databases_.RememberCustomPort({0, U("Ftp"), U("TCP"), U("21"), U("21")}));
+  EXPECT_TRUE(databases_.RememberCustomPort({0, U("o'neil"), U("TCP"), U("5"), U("5")}));
+  EXPECT_EQ(databases_.CustomPorts(),
+            (QList<CustomPortRecord>{old[0],
+                                     {7, U("Ftp"), U("TCP"), U("21"), U("21")},
+                                     old[2],
+                                     {10, U("o'neil"), U("TCP"), U("5"), U("5")}}));
+}
+
+TEST_F(DatabasesTest, ProgramsComeInSteps) {
+  QList<AppPortRecord> programs;
+  for (const int id : {3, 5, 8}) {
+    programs.append({id, QString::number(id), {}, {}, {}, {}});
+  }
+  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, programs));
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(databases_.AppPortCount(), 3);
+  EXPECT_EQ(databases_.AppPorts(0, 2), programs.first(2));
+  EXPECT_EQ(databases_.AppPorts(5, 2), programs.last(1));
+  EXPECT_EQ(databases_.AppPorts(8, 2), QList<AppPortRecord>());
 }
 
 TEST_F(DatabasesTest, FilesCanBeReplacedWhileClosed) {

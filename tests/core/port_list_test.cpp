@@ -206,16 +206,18 @@ TEST(PortListModel, AViewHearsOfEveryChangeAndWrongRowsChangeNothing) {
   model.Append({Row("1", "2"), Row("3", "4")});
   model.Replace(1, Row("5", "6", "UDP"));
   model.Replace(2, Row("7", "8"));
-  model.Remove(-1);
-  model.Remove(2);
+  model.Remove({-1, 2});
   EXPECT_EQ(model.Entries(), (QList{Row("1", "2"), Row("5", "6", "UDP")}));
   QStringList cells;
   for (int column = 0; column < model.columnCount(); ++column) {
     cells.append(model.index(1, column).data().toString());
   }
   EXPECT_EQ(cells.join(QLatin1Char('|')), U("Ftp|192.168.1.10()|5|6|UDP|Ftp"));
-  model.Remove(0);
+  model.Remove({0});
   EXPECT_EQ(model.Entries(), QList{Row("5", "6", "UDP")});
+  model.SetEntries({Row("0", "0"), Row("1", "1"), Row("2", "2"), Row("3", "3"), Row("4", "4")});
+  model.Remove({4, 0, 3, 0});  // neighbours, out of order, one twice
+  EXPECT_EQ(model.Entries(), (QList{Row("1", "1"), Row("2", "2")}));
   model.SetEntries({});
   EXPECT_EQ(model.rowCount(), 0);
 }

@@ -54,5 +54,14 @@ TEST(DefaultGateway, IsThatOfTheAdapterInUse) {
   }
 }
 
+TEST(ForwardableAddresses, AreAllButTwo) {
+  const auto list = [](const char* addresses) {
+    return QString::fromLatin1(addresses).split(QLatin1Char(' '));
+  };
+  EXPECT_EQ(ForwardableAddresses(list("127.0.0.1 10.0.0.1 0.0.0.0 127.0.0.11 1.2.3.4")),
+            list("10.0.0.1 127.0.0.11 1.2.3.4"));
+  EXPECT_TRUE(ForwardableAddresses(list("127.0.0.1")).isEmpty());
+}
+
 }  // namespace
 }  // namespace quayline

@@ -14,9 +14,11 @@ class FakeAdapters final : public Adapters {
  public:
   QList<Adapter> List() const override { return adapters; }
   QString LocalAddress(const QString& host) const override { return local_addresses.value(host); }
+  QStringList AddressTable() const override { return address_table; }
 
   QList<Adapter> adapters;
   QHash<QString, QString> local_addresses;
+  QStringList address_table;
 };
 
 }  // namespace quayline::testing

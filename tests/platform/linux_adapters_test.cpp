@@ -96,6 +96,18 @@ TEST(LinuxAdapters, ReadsATableThatComesInManyPieces) {
   EXPECT_EQ(*seen, QStringLiteral("120 q119 10.1.119.2 255.255.255.0 0.0.0.0"));
 }
 
+TEST(LinuxAdapters, TheAddressTableHoldsEveryAddressInTheKernelsOrder) {
+  const auto seen = testing::InNetworkOfItsOwn(
+      QByteArray(kTwoCables) +
+          "addr add 10.0.0.2/24 dev q0\naddr add 10.0.0.9/24 dev q0\n"
+          "addr add 10.8.0.2 peer 10.8.0.1/32 dev q1\n",
+      [] { return LinuxAdapters().AddressTable().join(QLatin1Char(' ')); });
+  if (!seen) {
+    GTEST_SKIP() << "needs the right to make a network namespace, and iproute2";
+  }
+  EXPECT_EQ(*seen, QStringLiteral("127.0.0.1 10.8.0.2 10.0.0.2 10.0.0.9"));
+}
+
 TEST(LinuxAdapters, LocalAddressFollowsTheRouteToTheHost) {
   const QByteArray lan = "addr add 10.0.0.2/24 dev q0\naddr add 192.168.7.2/24 dev q1\n";
   const QByteArray wan = "route add default via 10.0.0.1 dev q0\n";

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "entry_doubles.h"
 #include "test_main.h"
 #include "ui/main/frm_main2.h"
 #include "window_doubles.h"
@@ -33,11 +34,16 @@ class MainWindowTest : public ::testing::Test {
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
     // Pictures come from a port where nobody listens.
     context_->maker_site.base = QStringLiteral("http://127.0.0.1:9");
+    entries_ = std::make_unique<EntryRig>(*context_, prompts_);
     window_ = std::make_unique<FrmMain2>(*context_, prompts_, Windows());
   }
 
   WindowFactory Windows() {
+    const EntryWindows* entries = &entries_->windows;
     return {.job_status = [this] { return MakeJobWindow(); },
+            .add_new = std::bind_front(&EntryWindows::AddNew, entries),
+            .edit = std::bind_front(&EntryWindows::Edit, entries),
+            .network_list = std::bind_front(&EntryWindows::NetworkList, entries),
             .view_page = [this](QWidget* parent) { return MakeDialog(parent); },
             .router_list =
                 [this](QWidget* parent, auto chosen) {
@@ -76,6 +82,7 @@ class MainWindowTest : public ::testing::Test {
   ProgramFolder folder_;
   FakePrompts prompts_;
   std::unique_ptr<AppContext> context_;
+  std::unique_ptr<EntryRig> entries_;
   std::unique_ptr<FrmMain2> window_;
   QList<QPointer<QWidget>> jobs_;
   QPointer<QDialog> dialog_;  // the last one that was opened

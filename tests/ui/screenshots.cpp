@@ -20,6 +20,8 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
+#include "entry_doubles.h"
+#include "ui/entries/frm_network_list.h"
 #include "ui/job/frm_job_status.h"
 #include "ui/job/frm_view_page.h"
 #include "ui/main/frm_about.h"
@@ -93,7 +95,18 @@ class Photographer final {
     for (int i = 1; i <= 1200; ++i) {
       routers.append(RouterRow(i, QStringLiteral("Harbour HB-%1").arg(i), QStringLiteral("admin")));
     }
-    program_.WriteDatabases(routers);
+    QStringList many;
+    for (int port = 20000; port < 20400; port += 4) {
+      many.append(QStringLiteral("%1-%2").arg(port).arg(port + 2));
+    }
+    program_.WriteDatabases(
+        routers,
+        {{QStringLiteral("1"), QStringLiteral("Game night"), QStringLiteral("Game"),
+          QStringLiteral("6881-6889|6969-6969"), QStringLiteral("27015"),
+          QStringLiteral("3478-3480")},
+         {QStringLiteral("2"), QStringLiteral("A program with a very long name and many ports"),
+          QStringLiteral("Many"), many.join(QLatin1Char('|')), QString(),
+          QStringLiteral("1-x|<b>")}});
     program_.WriteFile("settings.ini",
                        "[main]\r\nrouter=Harbour HB-600\r\nrouterip=192.168.1.1\r\n"
                        "routerusername=admin\r\nrouterpassword=tea for two\r\n");
@@ -110,6 +123,7 @@ class Photographer final {
                        "Web|192.168.1.10(FrontDesk)|8080|8080|TCP|Home page\r\n");
     co_await TakeMain(QStringLiteral("main"));
     co_await TakeJob();
+    co_await TakeEntries();
     co_await TakeRouterWindows();
   }
 
@@ -186,6 +200,78 @@ class Photographer final {
     Save(*job, QStringLiteral("job"));
     job->close();
     co_await Sleep(10ms);
+  }
+
+  // Each state of the entry windows, also with what is too long for them.
+  Task<> TakeEntries() {
+    program_.adapters.adapters = {{.description = QStringLiteral("enp3s0"),
+                                   .index = 2,
+                                   .address = QStringLiteral("192.168.1.20"),
+                                   .mask = QStringLiteral("255.255.255.0"),
+                                   .gateway = QStringLiteral("192.168.1.1")}};
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    if (!context.databases.Open(program_.dir.path())) {
+      co_return;
+    }
+    context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
+    SelectRouter(context.session, *context.databases.FindRouter(600));
+    WindowPrompts prompts;
+    EntryRig rig(context, prompts);
+    QWidget window;
+    co_await TakeNetworkLists(&rig.windows, &window);
+    co_await TakeAddNew(&rig.windows, &window);
+    context.session.needs_computer_name = QStringLiteral("yes");
+    rig.host_names.hangs = true;
+    QDialog* edit = rig.windows.Edit(&window, 0, [] {});
+    edit->show();
+    co_await Sleep(50ms);
+    Save(*edit, QStringLiteral("edit"));
+    Click(edit, "Command1");
+    co_await Sleep(200ms);
+    Save(*edit, QStringLiteral("edit_name"));
+  }
+
+  Task<> TakeNetworkLists(const EntryWindows* windows, QWidget* parent) {
+    QDialog* router = windows->NetworkList(parent, [](const QString&) {});
+    router->show();
+    auto* own = new FrmNetworkList(windows->context.adapters, AddressPurpose::kOwn, parent);
+    own->show();
+    co_await Sleep(50ms);
+    Save(*router, QStringLiteral("network_list"));
+    Save(*own, QStringLiteral("network_list2"));
+  }
+
+  Task<> TakeAddNew(const EntryWindows* windows, QWidget* parent) {
+    QDialog* add = windows->AddNew(parent, [] {});
+    add->show();
+    co_await Sleep(300ms);
+    Save(*add, QStringLiteral("add_new"));
+    auto* programs = add->findChild<QComboBox*>(QStringLiteral("Combo3"));
+    for (const int program : {0, 1}) {
+      programs->setCurrentIndex(program);
+      Q_EMIT programs->activated(program);
+      if (program == 0) {
+        Click(add, "Command2");
+      }
+      co_await Sleep(50ms);
+      Save(*add, QStringLiteral("add_new_program%1").arg(program + 1));
+    }
+    auto* installed = add->findChild<QComboBox*>(QStringLiteral("Combo6"));
+    installed->setCurrentIndex(1);
+    Q_EMIT installed->textActivated(installed->currentText());
+    co_await Sleep(50ms);
+    Save(*add, QStringLiteral("add_new_installed"));
+    Click(add, "Command4");
+    co_await Sleep(50ms);
+    Save(*add, QStringLiteral("add_new_custom"));
+    add->resize(add->minimumSizeHint());
+    Click(add, "Command3");
+    co_await Sleep(50ms);
+    Save(*add, QStringLiteral("add_new_small"));
+  }
+
+  static void Click(QWidget* window, const char* button) {
+    window->findChild<QAbstractButton*>(QLatin1String(button))->click();
   }
 
   // The list of routers, the page of ports, and scripts with a few faults.

@@ -71,9 +71,12 @@ class FakeAdapters final : public Adapters {
  public:
   QList<Adapter> adapters;
   QString local_address = QStringLiteral("192.168.1.20");
+  QStringList address_table = {QStringLiteral("127.0.0.1"), QStringLiteral("192.168.1.20"),
+                               QStringLiteral("10.8.0.2")};
 
   QList<Adapter> List() const override { return adapters; }
   QString LocalAddress(const QString&) const override { return local_address; }
+  QStringList AddressTable() const override { return address_table; }
 };
 
 class FakeDesktop final : public Desktop {
@@ -149,7 +152,8 @@ struct ProgramFolder {
 
   QString Path(const char* name) const { return dir.filePath(QLatin1String(name)); }
 
-  void WriteDatabases(const QList<QStringList>& routers) {
+  void WriteDatabases(const QList<QStringList>& routers, const QList<QStringList>& programs = {},
+                      const QList<QStringList>& customs = {}) {
     const auto columns = [](const char* names) { return QString::fromLatin1(names).split(u' '); };
     const auto write = [this](const char* file, const char* table, const QStringList& fields,
                               const QList<QStringList>& rows) {
@@ -165,8 +169,9 @@ struct ProgramFolder {
                       "routermaxport routerpic routercommands routerportpage"),
               routers) &&
         write("ports.mdb", "ports",
-              columns("ID appname nameforrouter tcpportsonly udpportsonly tcpudpports"), {}) &&
-        write("custom.mdb", "custom", columns("ID appname portype startport endport"), {});
+              columns("ID appname nameforrouter tcpportsonly udpportsonly tcpudpports"),
+              programs) &&
+        write("custom.mdb", "custom", columns("ID appname portype startport endport"), customs);
     Q_ASSERT(written);
     Q_UNUSED(written);
   }

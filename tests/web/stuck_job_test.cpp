@@ -18,6 +18,7 @@ class NoAdapters final : public Adapters {
  public:
   QList<Adapter> List() const override { return {}; }
   QString LocalAddress(const QString&) const override { return {}; }
+  QStringList AddressTable() const override { return {}; }
 };
 
 class NoDesktop final : public Desktop {

@@ -5,6 +5,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <limits>
 #include <net/if.h>
@@ -49,26 +50,26 @@ QList<Adapter> Links() {
   return links;
 }
 
-struct AddressAndMask {
+struct OwnAddress {
+  int adapter = 0;
   QString address;
   QString mask;
 };
 
-// By adapter: the first of its addresses.
-QHash<int, AddressAndMask> FirstAddresses() {
-  QHash<int, AddressAndMask> first;
+QList<OwnAddress> OwnAddresses() {
+  QList<OwnAddress> addresses;
   const auto rows = DumpRouteTable(RTM_GETADDR, AF_INET);
   for (const QByteArray& message : rows.value_or(QList<QByteArray>())) {
     const RouteRow<ifaddrmsg> row(message);
     // On a point-to-point link IFA_ADDRESS is the other end; IFA_LOCAL is always our own.
     const auto peer = row.attributes.Value<in_addr>(IFA_ADDRESS, {});
     const auto own = row.attributes.Value<in_addr>(IFA_LOCAL, peer);
-    const auto index = static_cast<int>(row.fixed.ifa_index);
-    if (row.fixed.ifa_family == AF_INET && !first.contains(index)) {
-      first.insert(index, {Dotted(own), DottedMask(row.fixed.ifa_prefixlen)});
+    if (row.fixed.ifa_family == AF_INET) {
+      addresses.append({static_cast<int>(row.fixed.ifa_index), Dotted(own),
+                        DottedMask(row.fixed.ifa_prefixlen)});
     }
   }
-  return first;
+  return addresses;
 }
 
 // Collects, by adapter, the gateway of the default route that the kernel prefers.
@@ -138,16 +139,25 @@ Gateways ReadGateways() {
 
 QList<Adapter> LinuxAdapters::List() const {
   QList<Adapter> adapters = Links();
-  const QHash<int, AddressAndMask> addresses = FirstAddresses();
+  const QList<OwnAddress> addresses = OwnAddresses();
   const Gateways gateways = ReadGateways();
   for (Adapter& adapter : adapters) {
-    if (const auto own = addresses.constFind(adapter.index); own != addresses.constEnd()) {
+    const auto own = std::ranges::find(addresses, adapter.index, &OwnAddress::adapter);
+    if (own != addresses.end()) {
       adapter.address = own->address;
       adapter.mask = own->mask;
     }
     adapter.gateway = gateways.Of(adapter.index);
   }
   return adapters;
+}
+
+QStringList LinuxAdapters::AddressTable() const {
+  QStringList table;
+  for (const OwnAddress& own : OwnAddresses()) {
+    table.append(own.address);
+  }
+  return table;
 }
 
 QString LinuxAdapters::LocalAddress(const QString& host) const {

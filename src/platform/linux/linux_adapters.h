@@ -13,6 +13,7 @@ class LinuxAdapters final : public Adapters {
  public:
   QList<Adapter> List() const override;
   QString LocalAddress(const QString& host) const override;
+  QStringList AddressTable() const override;
 };
 
 }  // namespace quayline

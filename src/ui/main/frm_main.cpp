@@ -63,6 +63,7 @@ void FrmMain::Unload() {
   timer3_.stop();
   timer_get_ip_.stop();
   start_up_.Cancel();
+  columns_->Flush();
   delete job_status_.data();
   context_.databases.Close();
 }
@@ -148,40 +149,6 @@ void FrmMain::ConnectLogin() {
           [this](const QString& language) { Store(setting::kLanguage, language); });
 }
 
-void FrmMain::ConnectList() {
-  context_.port_list.SetHeaders({Text(message::kHeaderAppName), Text(message::kHeaderForwardedTo),
-                                 Text(message::kHeaderStartPort), Text(message::kHeaderEndPort),
-                                 QStringLiteral("TCP/UDP"), Text(message::kHeaderDescription)});
-  ui_->ListView1->setModel(&context_.port_list);
-  ui_->ListView1->SetEmptyHint(Text(message::kEmptyList), Text(message::kEmptyListHint));
-  ui_->ListView1->SizeColumns();
-  connect(ui_->ListView1, &QWidget::customContextMenuRequested, this, &FrmMain::ShowListMenu);
-
-  const auto remove = [this] { list_.Remove(SelectedRow()); };
-  auto* delete_key = new QShortcut(QKeySequence::Delete, ui_->ListView1);
-  delete_key->setContext(Qt::WidgetShortcut);
-  connect(delete_key, &QShortcut::activated, this, remove);
-  connect(ui_->Command2, &QPushButton::clicked, this, remove);
-  connect(ui_->menuRemove, &QAction::triggered, this, remove);
-  connect(ui_->MenuRemovePorts, &QAction::triggered, this, remove);
-  connect(ui_->menuremoveall, &QAction::triggered, &list_, &ListCommands::RemoveAll);
-  connect(ui_->zCommand5, &QPushButton::clicked, &list_, &ListCommands::SaveAs);
-  connect(ui_->MenuSave, &QAction::triggered, &list_, &ListCommands::SaveAs);
-  connect(ui_->zCommand6, &QPushButton::clicked, &list_, &ListCommands::Open);
-  connect(ui_->MenuOpen, &QAction::triggered, &list_, &ListCommands::Open);
-  connect(&list_, &ListCommands::listWritten, this, [this] {
-    ui_->ListView1->SizeColumns();
-    KeepRowSelected();
-    timer3_.start();
-  });
-  KeepRowSelected();
-
-  auto* update_key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this);
-  connect(update_key, &QShortcut::activated, this, &FrmMain::UpdateRouter);
-  connect(ui_->Command8, &QPushButton::clicked, this, &FrmMain::UpdateRouter);
-  connect(ui_->menuExit, &QAction::triggered, this, &FrmMain::exitRequested);
-}
-
 void FrmMain::ConnectStartUp() {
   SetInputsEnabled(false);
   connect(&start_up_, &StartUp::languagesRead, this,
@@ -220,9 +187,9 @@ void FrmMain::SetTimers() {
 void FrmMain::SetInputsEnabled(bool enabled) {
   ui_->router_card->setEnabled(enabled);
   ui_->login_card->setEnabled(enabled);
-  ui_->list_card->setEnabled(enabled);
   ui_->Command7->setEnabled(enabled);
   ui_->Command8->setEnabled(enabled);
+  SetListEnabled(enabled);
 }
 
 void FrmMain::SelectRouterRow(int row) {
@@ -286,10 +253,6 @@ void FrmMain::ShowLocalIp() {
   ui_->LabelLocalIP->setText(Text(message::kLocalIp) + QLatin1Char(' ') + address);
 }
 
-void FrmMain::ShowListMenu(const QPoint& position) {
-  ui_->menurightclick->popup(ui_->ListView1->viewport()->mapToGlobal(position));
-}
-
 void FrmMain::OnRouterIpChanged(const QString& typed) {
   const QString address = WithoutScheme(typed);
   if (address != typed) {
@@ -298,23 +261,6 @@ void FrmMain::OnRouterIpChanged(const QString& typed) {
   }
   context_.session.router_ip = address;
   Store(setting::kRouterIp, address);
-}
-
-// There is always a row that Remove means, as long as there is one at all.
-void FrmMain::KeepRowSelected() {
-  const bool has_rows = context_.port_list.rowCount() > 0;
-  if (has_rows && SelectedRow() < 0) {
-    ui_->ListView1->setCurrentIndex(context_.port_list.index(0, 0));
-  }
-  for (QAction* action : {ui_->menuRemove, ui_->MenuRemovePorts, ui_->menuremoveall}) {
-    action->setEnabled(has_rows);
-  }
-  ui_->Command2->setEnabled(has_rows);
-}
-
-int FrmMain::SelectedRow() const {
-  const QModelIndexList rows = ui_->ListView1->selectionModel()->selectedRows();
-  return rows.isEmpty() ? -1 : rows.first().row();
 }
 
 void FrmMain::UpdateRouter() {

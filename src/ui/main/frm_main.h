@@ -13,6 +13,7 @@
 #include "core/app_context.h"
 #include "core/port_totals.h"
 #include "core/update_command.h"
+#include "ui/main/list_columns.h"
 #include "ui/main/list_commands.h"
 #include "ui/main/router_list_model.h"
 #include "ui/main/router_selection.h"
@@ -29,6 +30,12 @@ namespace quayline {
 struct WindowFactory {
   // A job window on the current list and router, which starts by itself when it is shown.
   std::function<QWidget*()> job_status;
+  // Adds rows to the port list; `changed` is called behind each addition.
+  std::function<QDialog*(QWidget* parent, std::function<void()> changed)> add_new;
+  // Edits a row of the port list; `changed` is called when it has a new content.
+  std::function<QDialog*(QWidget* parent, int row, std::function<void()> changed)> edit;
+  // The network adapters; `chosen` gets the gateway of the one that the user takes.
+  std::function<QDialog*(QWidget* parent, std::function<void(const QString&)> chosen)> network_list;
   // The router's page of ports, reached by the router's view script.
   std::function<QDialog*(QWidget* parent)> view_page;
   // The list of routers; `chosen` gets the key of the one that the user takes.
@@ -55,6 +62,9 @@ class FrmMain final : public QMainWindow {
 
   // As pressing "Update Router".
   void UpdateRouter();
+  // Replaces the list by that of a file, as if it had been chosen in the dialog. False when it
+  // cannot be read, which the user is told.
+  bool OpenList(const QString& file) { return list_.OpenFile(file); }
   const PortTotals& Totals() const { return totals_; }
 
  Q_SIGNALS:
@@ -62,11 +72,19 @@ class FrmMain final : public QMainWindow {
   void ready();
   void exitRequested();
 
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
  private:
   void DressUp();
   void ConnectRouter();
   void ConnectLogin();
   void ConnectList();
+  void ConnectRemoval();
+  void ConnectEntryWindows();
+  void SetListKeys();
+  void SetListEnabled(bool enabled);
   void ConnectAdvancedMenu();
   void ConnectRouterWindows();
   void ConnectWebPages();
@@ -87,7 +105,9 @@ class FrmMain final : public QMainWindow {
   void OnRouterIpChanged(const QString& typed);
   void OpenPage(const QUrl& page);
   void KeepRowSelected();
-  int SelectedRow() const;
+  QList<int> SelectedRows() const;
+  void AddEntries();
+  void EditEntry();
   void ShowRefusal(const UpdateVerdict& verdict);
   void ShowJob();
   void Tell(std::initializer_list<Message> texts);
@@ -101,6 +121,7 @@ class FrmMain final : public QMainWindow {
   RouterListModel routers_;
   RouterSelection selection_;
   ListCommands list_;
+  std::unique_ptr<ListColumns> columns_;
   StartUp start_up_;
   PortTotals totals_;
   QTimer timer1_;        // the slow half of the start

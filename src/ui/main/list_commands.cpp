@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include "ui/main/main_messages.h"
+#include "ui/toolkit/short_list.h"
 
 namespace quayline {
 
@@ -39,20 +40,33 @@ void ListCommands::LoadAtStart() {
   Keep();
 }
 
-void ListCommands::Remove(int row) {
-  const QModelIndex index = context_.port_list.index(row, PortListModel::kAppName);
-  if (!index.isValid()) {
+void ListCommands::Remove(const QList<int>& rows) {
+  QList<QPersistentModelIndex> asked;
+  QStringList names;
+  for (const int row : rows) {
+    if (const QModelIndex index = context_.port_list.index(row, PortListModel::kAppName);
+        index.isValid()) {
+      asked.append(index);
+      names.append(context_.port_list.Entries().at(row).app_name);
+    }
+  }
+  if (asked.isEmpty()) {
     return;
   }
-  const QString question = Text(message::kDeleteEntry) + QLatin1Char('\n') +
-                           context_.port_list.Entries().at(row).app_name;
-  prompts_.Ask(window_, Text(message::kConfirmDelete), question,
-               [this, asked = QPersistentModelIndex(index)](bool yes) {
-                 if (yes && asked.isValid()) {
-                   context_.port_list.Remove(asked.row());
-                   Keep();
-                 }
-               });
+  const QString question = names.size() == 1
+                               ? Text(message::kDeleteEntry) + QLatin1Char('\n') + names.first()
+                               : Text(message::kDeleteEntries).arg(names.size()) +
+                                     QLatin1Char('\n') + ShortList(names, QStringLiteral("\n"));
+  prompts_.Ask(window_, Text(message::kConfirmDelete), question, [this, asked](bool yes) {
+    if (yes) {
+      QList<int> still_there;
+      for (const QPersistentModelIndex& index : asked) {
+        still_there.append(index.row());
+      }
+      context_.port_list.Remove(still_there);
+      Keep();
+    }
+  });
 }
 
 void ListCommands::RemoveAll() {
@@ -92,16 +106,17 @@ void ListCommands::Open() {
                        [this](const QString& file) { OpenFile(file); });
 }
 
-void ListCommands::OpenFile(const QString& file) {
+bool ListCommands::OpenFile(const QString& file) {
   auto entries = LoadPortList(file);
   if (!entries) {
     const Message& why = entries.error() == ListFileError::kTooLarge ? message::kListTooLarge
                                                                      : message::kCannotOpenList;
     prompts_.Tell(window_, Text(why) + QLatin1Char('\n') + QDir::toNativeSeparators(file));
-    return;
+    return false;
   }
   context_.port_list.SetEntries(std::move(*entries));
   Keep();
+  return true;
 }
 
 void ListCommands::Keep() {

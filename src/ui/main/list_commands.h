@@ -25,13 +25,15 @@ class ListCommands final : public QObject {
   // The list of the last run. A missing file makes an empty one; a file that cannot be read is left
   // alone, so that nothing is lost by looking at it.
   void LoadAtStart();
-  // Asks and removes. A row that the list does not have is ignored.
-  void Remove(int row);
+  // Asks and removes. Rows that the list does not have are ignored.
+  void Remove(const QList<int>& rows);
   void RemoveAll();
   void SaveAs();
   // Replaces the list and makes the opened one the working list. A file that cannot be read changes
   // nothing.
   void Open();
+  // As Open(), for a file that was chosen otherwise. False when it cannot be read.
+  bool OpenFile(const QString& file);
   // Writes "list.qyl". To be called behind every change of the rows that is meant to stay.
   void Keep();
 
@@ -40,7 +42,6 @@ class ListCommands final : public QObject {
   void listWritten();
 
  private:
-  void OpenFile(const QString& file);
   void SaveFile(const QString& file);
   QString WorkingFile() const { return context_.FileInFolder("list.qyl"); }
   QString Text(const Message& message) const { return context_.translator.Text(message); }

@@ -59,10 +59,12 @@ inline constexpr Message kPortsToBeOpened{"FrmMain", "Text57", "Ports To Be Open
 inline constexpr Message kPortType{"FrmMain", "Text58", "Port Type:"};
 
 inline constexpr Message kEmptyList{"FrmMain", "TextEmptyList", "No ports yet"};
-inline constexpr Message kEmptyListHint{
-    "FrmMain", "TextEmptyListHint",
-    "Each entry is a port that your router shall open. Press \"Open Saved List\" to load some."};
+inline constexpr Message kEmptyListHint{"FrmMain", "TextEmptyListHint",
+                                        "Each entry is a port that your router shall open. Press "
+                                        "\"Add New Port To Forward\" to begin."};
 inline constexpr Message kNoPicture{"FrmMain", "TextNoPicture", "No picture"};
+inline constexpr Message kDeleteEntries{"FrmMain", "TextDeleteEntries",
+                                        "Are You Sure You Want To Delete These %1 Entries?"};
 inline constexpr Message kCannotOpenList{
     "FrmMain", "TextCannotOpenList", "This list cannot be opened, your ports stay as they are:"};
 inline constexpr Message kListTooLarge{"FrmMain", "TextListTooLarge",

@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QStyleOptionButton>
 #include <QStyleOptionFocusRect>
 #include <QTimerEvent>
@@ -160,6 +161,19 @@ void LinkLabel::leaveEvent(QEvent* event) {
   update();
 }
 
+WrappedLabel::WrappedLabel(QWidget* parent) : QLabel(parent) { setWordWrap(true); }
+
+QSize WrappedLabel::minimumSizeHint() const {
+  const QSize least = QLabel::minimumSizeHint();
+  return text().isEmpty() || !has_width_ ? least : QSize(least.width(), heightForWidth(width()));
+}
+
+void WrappedLabel::resizeEvent(QResizeEvent* event) {
+  QLabel::resizeEvent(event);
+  has_width_ = true;
+  updateGeometry();
+}
+
 AnimationBar::AnimationBar(QWidget* parent) : QWidget(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -243,6 +257,24 @@ HintedList::HintedList(QWidget* parent) : QTreeView(parent) {
   setAlternatingRowColors(true);
   setEditTriggers(NoEditTriggers);
   setSelectionBehavior(SelectRows);
+  connect(header(), &QHeaderView::sectionResized, this, &HintedList::OnSectionResized);
+  connect(header(), &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+    kept_widths_.remove(column);
+    Q_EMIT columnSized(column, 0);
+  });
+}
+
+// The last column follows the window's width, not the user's hand.
+void HintedList::OnSectionResized(int column, int, int width) {
+  if (!sizing_ && column + 1 < header()->count()) {
+    kept_widths_.insert(column, width);
+    Q_EMIT columnSized(column, width);
+  }
+}
+
+void HintedList::KeepWidth(int column, int width) {
+  kept_widths_.insert(column, width);
+  SizeColumns();
 }
 
 void HintedList::SetEmptyHint(const QString& title, const QString& text) {
@@ -252,7 +284,12 @@ void HintedList::SetEmptyHint(const QString& title, const QString& text) {
 }
 
 void HintedList::SizeColumns() {
+  const QScopedValueRollback guard(sizing_, true);
   for (int column = 0; column + 1 < header()->count(); ++column) {
+    if (const auto kept = kept_widths_.constFind(column); kept != kept_widths_.constEnd()) {
+      setColumnWidth(column, *kept);
+      continue;
+    }
     resizeColumnToContents(column);
     setColumnWidth(column, std::min(columnWidth(column) + kGrid, kMaxColumnWidth));
   }

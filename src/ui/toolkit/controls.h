@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QBasicTimer>
 #include <QGroupBox>
+#include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTreeView>
@@ -56,6 +57,22 @@ class LinkLabel final : public QAbstractButton {
   void leaveEvent(QEvent* event) override;
 };
 
+// A text that breaks its lines at its width, and has the height that this takes. (A label's own
+// minimum is that of two lines, and layouts inside layouts cut it there.)
+class WrappedLabel final : public QLabel {
+  Q_OBJECT
+
+ public:
+  explicit WrappedLabel(QWidget* parent = nullptr);
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  bool has_width_ = false;  // one that a layout gave it
+};
+
 // A bar that moves while something of unknown length goes on. It takes no time while it is hidden.
 class AnimationBar final : public QWidget {
   Q_OBJECT
@@ -105,15 +122,26 @@ class HintedList final : public QTreeView {
  public:
   explicit HintedList(QWidget* parent = nullptr);
   void SetEmptyHint(const QString& title, const QString& text);
-  // Each column as wide as its header and its longest text, the last one to the edge.
+  // Each column as wide as its header and its longest text, the last one to the edge. A column to
+  // which the user gave a width keeps it.
   void SizeColumns();
+  // As if the user had given the column this width.
+  void KeepWidth(int column, int width);
+
+ Q_SIGNALS:
+  // The user drew a column to this width, or (0) let it size itself again by a double click.
+  void columnSized(int column, int width);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void OnSectionResized(int column, int old_width, int width);
+
   QString hint_title_;
   QString hint_text_;
+  QHash<int, int> kept_widths_;  // by column
+  bool sizing_ = false;
 };
 
 // Leaves turns of the mouse wheel over `control` without effect.

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+#include <optional>
+
+#include "async/task.h"
+#include "core/app_context.h"
+#include "platform/host_names.h"
+#include "ui/toolkit/prompts.h"
+
+namespace quayline {
+
+// The three paragraphs of the question that comes up when nobody knows a computer's name.
+struct ComputerNameTexts {
+  Message cannot_resolve;
+  Message example;
+  Message are_you_sure;
+};
+
+// Finds the computer name that some routers want in each entry. Belongs to the window that adds or
+// changes entries.
+class ComputerNameSearch final : public QObject {
+  Q_OBJECT
+
+ public:
+  ComputerNameSearch(AppContext& context, Prompts& prompts, HostNames& host_names,
+                     const ComputerNameTexts& texts, QWidget* window);
+
+  // The name for an entry that forwards to `address`: empty at once where the selected router needs
+  // none, and empty where none is found and the user wants the address all the same. Nothing when
+  // the user does not.
+  Task<std::optional<QString>> Find(QString address);
+
+ Q_SIGNALS:
+  // Between these two the network is asked, which may take seconds.
+  void started(const QString& address);
+  void ended();
+
+ private:
+  bool IsNeeded() const;
+
+  AppContext& context_;
+  Prompts& prompts_;
+  HostNames& host_names_;
+  ComputerNameTexts texts_;
+  QWidget* window_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/entries/program_box.h"
+
+#include <QCompleter>
+#include <QLineEdit>
+
+#include <limits>
+
+#include "async/wait.h"
+#include "ui/toolkit/controls.h"
+
+namespace quayline {
+
+namespace {
+
+constexpr int kProgramsAStep = 500;  // a step is well below a frame of the screen
+
+}  // namespace
+
+ProgramBox::ProgramBox(QComboBox& box, const Databases& databases)
+    : QObject(&box), box_(box), databases_(databases) {
+  auto* completer = new QCompleter(box.model(), &box);
+  completer->setCaseSensitivity(Qt::CaseInsensitive);
+  completer->setFilterMode(Qt::MatchContains);
+  box.setCompleter(completer);
+  IgnoreWheel(&box);
+  connect(&box, &QComboBox::activated, this, &ProgramBox::Choose);
+  connect(box.lineEdit(), &QLineEdit::editingFinished, this, &ProgramBox::Settle);
+}
+
+Task<> ProgramBox::Load() {
+  box_.clear();
+  programs_.clear();
+  chosen_ = -1;
+  const int total = databases_.AppPortCount();
+  int last_id = std::numeric_limits<int>::min();
+  while (true) {
+    const QList<AppPortRecord> step = databases_.AppPorts(last_id, kProgramsAStep);
+    if (step.isEmpty()) {
+      break;
+    }
+    last_id = step.last().id;
+    for (const AppPortRecord& program : step) {
+      box_.addItem(program.appname, program.id);
+    }
+    box_.setCurrentIndex(-1);  // the first item of an empty box selects itself
+    programs_ += step;
+    Q_EMIT progress(static_cast<int>(programs_.size()), total);
+    co_await Sleep(std::chrono::milliseconds(0));
+  }
+}
+
+void ProgramBox::ClearChoice() {
+  chosen_ = -1;
+  box_.setCurrentIndex(-1);
+  box_.clearEditText();
+}
+
+void ProgramBox::Choose(int index) {
+  if (index < 0 || index >= programs_.size()) {
+    return;
+  }
+  chosen_ = index;
+  box_.lineEdit()->setCursorPosition(0);  // of a long name the beginning tells more
+  Q_EMIT chosen(programs_.at(index));
+}
+
+// What was typed is left alone, whether it is a program or not.
+void ProgramBox::Settle() {
+  const QString typed = box_.currentText();
+  if (chosen_ >= 0 && typed == programs_.at(chosen_).appname) {
+    return;
+  }
+  const int found = typed.isEmpty() ? -1 : box_.findText(typed, Qt::MatchFixedString);
+  box_.setCurrentIndex(found);
+  if (found >= 0) {
+    Choose(found);
+    return;
+  }
+  box_.setEditText(typed);
+  if (chosen_ >= 0) {
+    chosen_ = -1;
+    Q_EMIT choiceCleared();
+  }
+}
+
+}  // namespace quayline
