@@ -235,7 +235,8 @@ int Run() {
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  quayline::PrepareWebEngine();
+  // As quayline-cli does: nobody sees these pages.
+  quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
   const QApplication application(argc, argv);
   return quayline::bench::Run();
 }

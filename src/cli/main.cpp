@@ -37,7 +37,7 @@ int Fail(CliExit exit, const QString& message) {
 int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv) {
   // No window on any screen, whatever the desktop offers.
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  quayline::PrepareWebEngine();
+  quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
   QApplication application(argc, argv);
   quayline::LinuxAdapters adapters;
   quayline::LinuxDesktop desktop;

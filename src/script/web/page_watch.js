@@ -35,6 +35,7 @@ function installPageWatch(ask, reply) {
   const Answer = CustomEvent;
   const global = window;
   const evaluate = global.eval;
+  const performanceNow = performance.now.bind(performance);
   const listen = EventTarget.prototype.addEventListener;
   const defineProperty = Object.defineProperty;
   const getDescriptor = Object.getOwnPropertyDescriptor;
@@ -140,32 +141,65 @@ function installPageWatch(ask, reply) {
   replaceTimer('setTimeout', 'clearTimeout');
   replaceTimer('setInterval', 'clearInterval');
 
-  let frames = 0;
-  function replaceFrameRequest(name) {
-    const request = native[name];
-    if (typeof request !== 'function') {
-      return;
+  // A page that is not painted gets no frames: a timer stands in for them.
+  const LONGEST_FRAME_MS = 40;
+  const substitutes = Object.create(null);  // timers, by the number of the frame's request
+
+  global.requestAnimationFrame = function(work) {
+    if (typeof work !== 'function') {
+      return apply(native.requestAnimationFrame, global, arguments);
     }
-    global[name] = function(work, ...rest) {
-      // A page that is not painted gets no frames.
-      if (!counts() || document.visibilityState !== 'visible') {
-        return apply(request, global, arguments);
+    const isCounted = counts();
+    const level = depth + 1;
+    let id = 0;
+    const run = (time) => {
+      if (substitutes[id] === undefined) {
+        return;
       }
-      const level = depth + 1;
-      frames += 1;
-      const key = 'f' + frames;
-      take(key);
-      return apply(request, global, [function(...args) {
-        try {
-          return runDeeper(level, work, global, args);
-        } finally {
-          drop(key);
-        }
-      }, ...rest]);
+      apply(native.clearTimeout, global, [substitutes[id]]);
+      apply(native.cancelAnimationFrame, global, [id]);
+      delete substitutes[id];
+      try {
+        runDeeper(level, work, global, [time]);
+      } finally {
+        drop('f' + id);
+      }
     };
-  }
-  replaceFrameRequest('requestAnimationFrame');
-  replaceFrameRequest('requestIdleCallback');
+    id = apply(native.requestAnimationFrame, global, [run]);
+    substitutes[id] = apply(native.setTimeout, global,
+                            [() => run(performanceNow()), LONGEST_FRAME_MS]);
+    if (isCounted) {
+      take('f' + id);
+    }
+    return id;
+  };
+
+  global.cancelAnimationFrame = function(id) {
+    if (substitutes[id] !== undefined) {
+      apply(native.clearTimeout, global, [substitutes[id]]);
+      delete substitutes[id];
+    }
+    drop('f' + id);
+    return apply(native.cancelAnimationFrame, global, arguments);
+  };
+
+  let idleRequests = 0;
+  global.requestIdleCallback = function(work, ...rest) {
+    if (!counts()) {
+      return apply(native.requestIdleCallback, global, arguments);
+    }
+    const level = depth + 1;
+    idleRequests += 1;
+    const key = 'i' + idleRequests;
+    take(key);
+    return apply(native.requestIdleCallback, global, [function(...args) {
+      try {
+        return runDeeper(level, work, global, args);
+      } finally {
+        drop(key);
+      }
+    }, ...rest]);
+  };
 
   let requests = 0;
   const methods = new WeakMap();

@@ -10,7 +10,7 @@
 
 namespace quayline {
 
-void PrepareWebEngine() {
+void PrepareWebEngine(PagesAre pages) {
   // Root has no use of the sandbox, and the engine refuses to start with it.
   if (geteuid() == 0) {
     qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
@@ -24,6 +24,12 @@ void PrepareWebEngine() {
               " --disable-ipc-flooding-protection --disable-background-timer-throttling"
               " --allow-pre-commit-input"
               " --no-proxy-server --disable-background-networking");
+  if (pages == PagesAre::kUnseen) {
+    // Without a thread that puts pages together none is painted; what waits for a frame of the
+    // painting is given one by the page watch.
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
+            qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") + " --disable-threaded-compositing");
+  }
   QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   // The engine's account of how it paints is for its own developers.
   QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));

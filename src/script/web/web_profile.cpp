@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QUrl>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineScript>
@@ -39,6 +40,15 @@ QString ReadScript(const QString& name) {
   return QString::fromUtf8(file.readAll());
 }
 
+// A call of the function that the file holds. Comments and indentation are left out: every document
+// reads the text anew.
+QString Called(const QString& name, const QStringList& arguments) {
+  static const QRegularExpression unread(QStringLiteral("^\\s*(//.*)?\\n|^ +"),
+                                         QRegularExpression::MultilineOption);
+  return QLatin1Char('(') + ReadScript(name).remove(unread) + QStringLiteral(")('") +
+         arguments.join(QStringLiteral("','")) + QStringLiteral("');\n");
+}
+
 }  // namespace
 
 WebProfile::WebProfile(const JobOptions& options, TrustedCertificates* certificates)
@@ -62,23 +72,24 @@ void WebProfile::InstallScripts() {
   const QString reply = Secret();
   const QString watch_ask = Secret();
   const QString watch_reply = Secret();
-  const auto Install = [this](const QString& name, QWebEngineScript::ScriptWorldId world,
-                              const QStringList& arguments) {
-    QWebEngineScript script;
-    script.setName(name);
-    script.setWorldId(world);
-    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    script.setRunsOnSubFrames(true);
-    script.setSourceCode(QLatin1Char('(') + ReadScript(name) + QStringLiteral(")('") +
-                         arguments.join(QStringLiteral("','")) + QStringLiteral("')"));
-    engine_.scripts()->insert(script);
-  };
-  Install(QStringLiteral("page_rest.js"), QWebEngineScript::ApplicationWorld,
-          {beacon_, watch_ask, watch_reply});
-  Install(QStringLiteral("page_agent.js"), QWebEngineScript::ApplicationWorld,
-          {beacon_, ask, reply});
-  Install(QStringLiteral("handler_reader.js"), QWebEngineScript::MainWorld, {ask, reply});
-  Install(QStringLiteral("page_watch.js"), QWebEngineScript::MainWorld, {watch_ask, watch_reply});
+  Install(QStringLiteral("agent"), QWebEngineScript::ApplicationWorld,
+          Called(QStringLiteral("page_rest.js"), {beacon_, watch_ask, watch_reply}) +
+              Called(QStringLiteral("page_agent.js"), {beacon_, ask, reply}));
+  Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
+          Called(QStringLiteral("handler_reader.js"), {ask, reply}) +
+              Called(QStringLiteral("page_watch.js"), {watch_ask, watch_reply}));
+}
+
+// One script a world: each costs every page its time.
+void WebProfile::Install(const QString& name, QWebEngineScript::ScriptWorldId world,
+                         const QString& source) {
+  QWebEngineScript script;
+  script.setName(name);
+  script.setWorldId(world);
+  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+  script.setRunsOnSubFrames(true);
+  script.setSourceCode(source);
+  engine_.scripts()->insert(script);
 }
 
 void WebProfile::SetLogin(const PageLogin& login) {

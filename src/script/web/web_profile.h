@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 
 #include "core/router_session.h"
 #include "core/trusted_certificates.h"
@@ -51,6 +52,7 @@ class WebProfile final : public QObject {
 
  private:
   void InstallScripts();
+  void Install(const QString& name, QWebEngineScript::ScriptWorldId world, const QString& source);
 
   const JobOptions& options_;
   TrustedCertificates* certificates_;
