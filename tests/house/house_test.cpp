@@ -114,7 +114,8 @@ TEST(House, EveryFileHasItsLicenceLinesAndRefersToNothingOutside) {
   }
   files += {kRoot + QStringLiteral("/CMakeLists.txt"), kRoot + QStringLiteral("/README.md")};
   for (const QString& file : files) {
-    if (QFile::exists(file)) {
+    // What npm fetches for the benchmarks' peers lies in the tree and is not of it.
+    if (QFile::exists(file) && !file.contains(QLatin1String("/node_modules/"))) {
       const QString name = QDir(kRoot).relativeFilePath(file);
       EXPECT_EQ(testing::WrongText(name, Contents(file)), QString()) << name.toStdString();
     }
