@@ -29,6 +29,11 @@ class BrowserSet final : public QObject {
 
   // Leaves the flags of the page to the next run: this window's has ended.
   void LetFlagsGo() { holds_flags_ = false; }
+  // Takes them for a run that begins: they tell of this window's pages from here on.
+  void TakeFlags() {
+    holds_flags_ = true;
+    flags_.SetPageLoaded(!navigation_.busy);
+  }
   bool HoldsFlags() const { return holds_flags_; }
 
   // Over all browsers of the set: a save may begin in one and end in another.

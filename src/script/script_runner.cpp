@@ -66,6 +66,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
 void ScriptRunner::StartRun(Task<> run) {
   running_ = true;
   context_.job_flags.is_running = true;
+  browsers_->TakeFlags();
   flow_.Start(std::move(run));
 }
 

@@ -152,6 +152,20 @@ TEST_F(JobRunnerTest, KeepsTheTestOfTheListForTheNextRowAndNotForTheNextJob) {
   EXPECT_EQ(pages_.calls, QStringList());
 }
 
+TEST_F(JobRunnerTest, ASecondRunOnTheSamePagesWaitsForThemAsTheFirst) {
+  SetScript({"nav(\"a\")"});
+  int loads_begun = 0;
+  const auto count = QObject::connect(&context_.job_flags, &JobFlags::changed, runner_.get(), [&] {
+    loads_begun += context_.job_flags.PageLoaded() ? 0 : 1;
+  });
+  RunJob();
+  EXPECT_GT(std::exchange(loads_begun, 0), 0);
+  runner_->Run();
+  ASSERT_TRUE(RunUntil([this] { return !runner_->IsRunning(); }));
+  EXPECT_GT(loads_begun, 0) << "the second run took a page for loaded that was on its way";
+  QObject::disconnect(count);
+}
+
 TEST_F(JobRunnerTest, TakesTheRowsThatStoodThereAtItsBeginning) {
   SetScript({"set_name(\"n,\")"});
   SetRows({Row("a", "10.0.0.5(x)"), Row("b", "10.0.0.6(x)")});
