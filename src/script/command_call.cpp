@@ -60,6 +60,7 @@ Task<QJsonValue> CommandCall::Ask(PageCall call) const {
   host->Call(call, answer.Callback());
   GiveUpWithRun(answer, host);
   const std::optional<PageAnswer> got = co_await answer;
+  run.markup_state = got ? got->markup_state : QString();
   co_return got && got->answered ? got->value : call.if_gone;
 }
 
@@ -112,6 +113,7 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
       continue;  // the browser that was asked is gone: ask the one on show
     }
     mark = browsers.Navigation().starts;
+    run.markup_state.clear();
     // The user's "proceed" says that the page is loaded while the browser still denies it.
     const auto arrived = [&browsers, &flags] {
       return !browsers.Navigation().busy || flags.PageLoaded();

@@ -85,9 +85,10 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
   co_return std::nullopt;
 }
 
-// Lets a page that still rewrites itself come to rest before a command touches it.
+// Lets a page that still rewrites itself come to rest before a command touches it. The answer to
+// the line before is the first look.
 Task<bool> Interpreter::Settle() {
-  QString before;
+  QString before = run_.markup_state;
   for (int round = 0;; ++round) {
     const QJsonValue state = co_await call_.Ask(page_operation::ReadMarkupState());
     if (Stopped()) {

@@ -24,6 +24,8 @@ struct PageCall {
 struct PageAnswer {
   bool answered = false;
   QJsonValue value;
+  // Of the document asked, behind the call: see page_operation::ReadMarkupState().
+  QString markup_state;
 };
 
 }  // namespace quayline

@@ -48,6 +48,9 @@ struct ScriptRun {
   QString argument;  // of the current line; a command that splits it leaves field 0 here
   QString url;       // the last address built, as the log shows it
 
+  // What the page's markup was at its last answer; empty where that does not tell anything of it.
+  QString markup_state;
+
   int frame_number = 0;  // 0: the top document
   QString frame_name;    // target frame of every navigation
 

@@ -6,7 +6,8 @@
 // that a page does to the built-ins of its scripts reaches it.
 //
 // The top document's agent answers the questions of PageOperations, one call each; the page cannot
-// change under a call. An answer is {ok: true, value: ...}. `beacon` marks what is said to the host
+// change under a call. An answer is {ok: true, value: ..., state: ...}, with the state of the markup
+// behind the call. `beacon` marks what is said to the host
 // through the console, `ask` and `reply` are the names under which it speaks with the handler
 // reader (handler_reader.js). All three are secret from the page.
 function installPageAgent(beacon, ask, reply) {
@@ -570,7 +571,8 @@ function installPageAgent(beacon, ask, reply) {
       if (ACTS.test(operation)) {
         window.quaylineArm();
       }
-      return {ok: true, value: operations[operation](chooseDocument(frame), ...args)};
+      const value = operations[operation](chooseDocument(frame), ...args);
+      return {ok: true, value, state: markupState(working)};
     } catch (error) {
       return {ok: false, value: String(error)};
     }

@@ -225,7 +225,8 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
       QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
         const QVariantMap envelope = result.toMap();
         answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
-                .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value")))});
+                .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value"))),
+                .markup_state = envelope.value(QStringLiteral("state")).toString()});
       });
 }
 
