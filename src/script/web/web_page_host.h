@@ -22,17 +22,25 @@ class WebProfile;
 
 // A hosted browser on Qt WebEngine.
 //
-// How a page is proven quiet (ProveQuiet). What starts a navigation, by how late it is announced
-// behind the call that caused it:
-//   1. A link or `location =` is announced ahead of the call's own answer.
-//   2. A form that is submitted is announced behind the answer, ahead of one more round trip.
-//   3. A task that the page queues (a timer of 0, a promise) runs ahead of tasks queued later, so
-//      that four timers in a row of ours come behind it.
-//   4. A frame of the painting comes behind them: two of ours come behind the page's.
-//   5. Timers of a few milliseconds fall into what is left of kQuietTime.
-//   6. One more round trip brings in what all these have announced meanwhile.
-// What comes later than that (an answer that a page fetches, a timer of 100 ms) cannot be told from
-// a page that does nothing; scripts have commands to wait for such pages.
+// How a page is proven quiet (ProveQuiet), so that no save is overtaken and no click is waited for
+// longer than it takes:
+//   1. Ahead of an act the page watch (page_watch.js) is armed. From then on it counts the work
+//   that
+//      the page puts off: timers up to 2.5 s, frames of the painting, requests, pictures and
+//      scripts that are fetched, and what these put off in their turn.
+//   2. The act is done. A link or `location =` is announced to the engine ahead of the act's own
+//      answer, a form that is submitted behind it, ahead of one more round trip.
+//   3. The agent (page_rest.js) sets two timers in a row. What the page queued without a timer
+//      (messages, promises, events) stands ahead of them and has run when they come.
+//   4. It asks the watches of all documents what they have in hand. Nothing: the watch is disarmed
+//      and the agent says "quiet". Something: it says "working", waits for the watch's word that
+//      the last of it is done, and goes back to 3. Requests are waited for as long as a router may
+//      take over a save, other work less.
+//   5. One more round trip brings in what all this has announced meanwhile. Then the proof stands.
+//   6. A page whose watch keeps silent is proven by time instead: four timers in a row, two frames
+//      of the painting, 30 ms in all.
+// Whoever waits leaves at any of these steps as soon as a navigation begins; behind its end the new
+// page is proven in its turn, because pages leave by themselves as soon as they are there.
 class WebPageHost final : public PageHost {
   Q_OBJECT
 
