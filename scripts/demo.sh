@@ -59,6 +59,7 @@ trap clean_up EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
+: >"$folder/router.out" # it is read before the router has had its turn
 "$bin/quayline-demo-router" --port 0 --model "$model" >"$folder/router.out" &
 router=$!
 
@@ -108,6 +109,7 @@ run_with_windows() {
   while kill -0 "$program" 2>/dev/null; do
     if ! $is_done && compare >/dev/null 2>&1; then
       is_done=true
+      compare
       echo "Every entry stands in the router. Close the program's windows to end the demo."
     fi
     sleep 1
