@@ -195,7 +195,9 @@ std::expected<void, QString> WriteDatabases(const ProgramData& data, const QStri
     }
     const QString path = QDir(folder).filePath(QLatin1String(name));
     files.push_back(std::make_unique<QSaveFile>(path));
-    if (!files.back()->open(QIODevice::WriteOnly) || files.back()->write(*bytes) != bytes->size()) {
+    // Flushed by hand: a full disk is not told of by commit().
+    if (!files.back()->open(QIODevice::WriteOnly) || files.back()->write(*bytes) != bytes->size() ||
+        !files.back()->flush()) {
       return std::unexpected(
           QStringLiteral("%1 cannot be written: %2.").arg(path, files.back()->errorString()));
     }

@@ -3,6 +3,8 @@
 
 #include "script/script_line.h"
 
+#include "core/port_entry.h"
+
 namespace quayline {
 
 ScriptLine ParseScriptLine(const QString& line) {
@@ -33,11 +35,7 @@ QString EntryLetter(int entry_index) {
   return QString(QChar(static_cast<char16_t>(entry_index + kBeforeA)));
 }
 
-std::optional<int> WholeNumber(const QString& text) {
-  bool is_number = false;
-  const int number = text.trimmed().toInt(&is_number);
-  return is_number ? std::optional(number) : std::nullopt;
-}
+std::optional<int> WholeNumber(const QString& text) { return PortNumber(text); }
 
 std::optional<bool> TruthValue(const QString& text) {
   const QString trimmed = text.trimmed();

@@ -6,8 +6,9 @@
 #include <QFile>
 #include <QImageReader>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <QScopeGuard>
+
+#include "core/save_file.h"
 
 namespace quayline {
 
@@ -65,9 +66,8 @@ Task<> RouterSelection::FetchPicture() {
     qCInfo(log_router) << "no picture from" << address.host();
     co_return;
   }
-  QSaveFile file(PictureFile());
-  if (!file.open(QIODevice::WriteOnly) || file.write(*bytes) != bytes->size() || !file.commit()) {
-    qCWarning(log_router) << "the picture cannot be stored:" << file.errorString();
+  if (!SaveFile(PictureFile(), *bytes)) {
+    qCWarning(log_router) << "the picture cannot be stored";
   }
 }
 
