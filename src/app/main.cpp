@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "app/one_copy.h"
 #include "core/app_context.h"
 #include "core/program_folder.h"
 #include "platform/linux/linux_adapters.h"
@@ -129,6 +130,40 @@ WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows&
               }};
 }
 
+// Another copy works on this folder: it does what this one was started for.
+int LeaveToOther(const OneCopy& copy, const Options& options) {
+  if (options.run_update) {
+    return ShowFailure(
+        QStringLiteral("Quayline is running already: press \"Update Router\" there."));
+  }
+  return copy.AskOther(options.list_file)
+             ? 0
+             : ShowFailure(QStringLiteral(
+                   "Quayline is running already, and does not answer. Please close it first."));
+}
+
+// What the command line asks for, once the main window is filled.
+void BeginWith(FrmMain& main, const Options& options) {
+  if (!options.run_update) {
+    if (!options.list_file.isEmpty()) {
+      main.OfferList(options.list_file);
+    }
+  } else if (options.list_file.isEmpty() || main.OpenList(options.list_file)) {
+    main.UpdateRouter();
+  }
+}
+
+// What starting the program once more does to this copy.
+void ComeForward(QWidget& window, FrmMain& main, const QString& list_file) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+  if (!list_file.isEmpty()) {
+    main.OfferList(list_file);
+  }
+}
+
 int Run(QApplication& application, const Options& options) {
   // The main window's end is the program's, whatever else is open.
   QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -136,6 +171,10 @@ int Run(QApplication& application, const Options& options) {
   const auto folder = ChooseFolder(options.data_folder);
   if (!folder) {
     return ShowFailure(folder.error());
+  }
+  OneCopy copy(*folder);
+  if (!copy.Claim()) {
+    return LeaveToOther(copy, options);
   }
   LinuxAdapters adapters;
   LinuxDesktop desktop;
@@ -150,11 +189,12 @@ int Run(QApplication& application, const Options& options) {
   FrmSplash splash;
   QObject::connect(&main_window, &FrmMain2::startFailed, &splash, &QWidget::close);
   FrmMain& main = main_window.Main();
-  QObject::connect(&main, &FrmMain::ready, &main, [&main, &options] {
-    const bool has_list = options.list_file.isEmpty() || main.OpenList(options.list_file);
-    if (options.run_update && has_list) {
-      main.UpdateRouter();
-    }
+  QObject::connect(&copy, &OneCopy::asked, &main, [&main_window, &main](const QString& list_file) {
+    ComeForward(main_window, main, list_file);
+  });
+  QObject::connect(&main, &FrmMain::ready, &main, [&main, &copy, &options] {
+    copy.Listen();
+    BeginWith(main, options);
   });
   if (options.run_update) {
     main_window.show();

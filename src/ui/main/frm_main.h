@@ -65,6 +65,8 @@ class FrmMain final : public QMainWindow {
   // Replaces the list by that of a file, as if it had been chosen in the dialog. False when it
   // cannot be read, which the user is told.
   bool OpenList(const QString& file) { return list_.OpenFile(file); }
+  // As OpenList(), but asks first where the user has a list that it would replace.
+  void OfferList(const QString& file) { list_.OfferFile(file); }
   const PortTotals& Totals() const { return totals_; }
 
  Q_SIGNALS:

@@ -42,6 +42,8 @@ void FrmMain::ConnectList() {
   connect(&list_, &ListCommands::listWritten, this, [this] {
     ui_->ListView1->SizeColumns();
     KeepRowSelected();
+    ui_->menu_undo->setEnabled(list_.CanUndo());
+    ui_->menu_redo->setEnabled(list_.CanRedo());
     timer3_.start();
   });
   ConnectRemoval();
@@ -62,6 +64,8 @@ void FrmMain::ConnectRemoval() {
   connect(ui_->menuRemove, &QAction::triggered, this, remove);
   connect(ui_->MenuRemovePorts, &QAction::triggered, this, remove);
   connect(ui_->menuremoveall, &QAction::triggered, &list_, &ListCommands::RemoveAll);
+  connect(ui_->menu_undo, &QAction::triggered, &list_, &ListCommands::Undo);
+  connect(ui_->menu_redo, &QAction::triggered, &list_, &ListCommands::Redo);
 }
 
 void FrmMain::ConnectEntryWindows() {
@@ -143,7 +147,7 @@ void FrmMain::dragEnterEvent(QDragEnterEvent* event) {
 
 void FrmMain::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
-  list_.OpenFile(DraggedList(*event->mimeData()));
+  list_.OfferFile(DraggedList(*event->mimeData()));
 }
 
 }  // namespace quayline

@@ -23,6 +23,15 @@ FileQuestion QuestionOf(const QString& title) {
   return {.title = title, .filter = FileFilter(), .default_suffix = QStringLiteral("qyl")};
 }
 
+// The first name of a list file that nothing has yet: "list-unread.qyl", "list-unread-2.qyl".
+QString FreeName(const QString& stem) {
+  QString name = stem + QStringLiteral(".qyl");
+  for (int number = 2; QFileInfo::exists(name); ++number) {
+    name = QStringLiteral("%1-%2.qyl").arg(stem, QString::number(number));
+  }
+  return name;
+}
+
 }  // namespace
 
 ListCommands::ListCommands(AppContext& context, Prompts& prompts, QWidget* window)
@@ -30,13 +39,14 @@ ListCommands::ListCommands(AppContext& context, Prompts& prompts, QWidget* windo
 
 void ListCommands::LoadAtStart() {
   const auto entries = LoadPortList(WorkingFile());
-  if (entries) {
-    context_.port_list.Append(*entries);
-  } else if (QFileInfo::exists(WorkingFile())) {
-    qCWarning(log_list) << "the list of the last run cannot be read and is left as it is";
+  if (!entries && QFileInfo::exists(WorkingFile())) {
+    aside_ = FreeName(context_.FileInFolder("list-unread"));
+    prompts_.Tell(window_, Text(message::kListUnread).arg(QFileInfo(aside_).fileName()));
     Q_EMIT listWritten();
     return;
   }
+  context_.port_list.Append(entries.value_or(QList<PortEntry>()));
+  history_.Begin(context_.port_list.Entries());
   Keep();
 }
 
@@ -107,20 +117,60 @@ void ListCommands::Open() {
 }
 
 bool ListCommands::OpenFile(const QString& file) {
+  auto entries = ReadFile(file);
+  if (!entries) {
+    return false;
+  }
+  Take(std::move(*entries));
+  return true;
+}
+
+void ListCommands::OfferFile(const QString& file) {
+  const auto entries = ReadFile(file);
+  if (!entries || *entries == context_.port_list.Entries()) {
+    return;
+  }
+  if (context_.port_list.rowCount() == 0) {
+    Take(*entries);
+    return;
+  }
+  prompts_.Ask(window_, Text(message::kReplaceListTitle),
+               Text(message::kReplaceList)
+                   .arg(QString::number(context_.port_list.rowCount()), QFileInfo(file).fileName(),
+                        QString::number(entries->size())),
+               [this, entries](bool yes) {
+                 if (yes) {
+                   Take(*entries);
+                 }
+               });
+}
+
+// Tells the user why there is nothing.
+std::optional<QList<PortEntry>> ListCommands::ReadFile(const QString& file) {
   auto entries = LoadPortList(file);
   if (!entries) {
     const Message& why = entries.error() == ListFileError::kTooLarge ? message::kListTooLarge
                                                                      : message::kCannotOpenList;
     prompts_.Tell(window_, Text(why) + QLatin1Char('\n') + QDir::toNativeSeparators(file));
-    return false;
+    return std::nullopt;
   }
-  context_.port_list.SetEntries(std::move(*entries));
+  return std::move(*entries);
+}
+
+void ListCommands::Take(QList<PortEntry> entries) {
+  context_.port_list.SetEntries(std::move(entries));
   Keep();
-  return true;
+}
+
+void ListCommands::ShowState(std::optional<QList<PortEntry>> state) {
+  if (state) {
+    Take(std::move(*state));
+  }
 }
 
 void ListCommands::Keep() {
-  if (!SavePortList(context_.port_list.Entries(), WorkingFile())) {
+  history_.Note(context_.port_list.Entries());
+  if (!WriteWorkingFile()) {
     qCWarning(log_list) << "the list cannot be written";
     if (!told_of_failure_) {
       told_of_failure_ = true;
@@ -128,6 +178,16 @@ void ListCommands::Keep() {
     }
   }
   Q_EMIT listWritten();
+}
+
+bool ListCommands::WriteWorkingFile() {
+  if (!aside_.isEmpty()) {
+    if (!QFile::rename(WorkingFile(), aside_)) {
+      return false;
+    }
+    aside_.clear();
+  }
+  return SavePortList(context_.port_list.Entries(), WorkingFile()).has_value();
 }
 
 }  // namespace quayline

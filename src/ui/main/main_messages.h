@@ -76,6 +76,14 @@ inline constexpr Message kCannotKeepList{
     "FrmMain", "TextCannotKeepList",
     "Your list cannot be stored, changes will be lost when the program ends. Is the disk full, or "
     "may you not write there?"};
+inline constexpr Message kListUnread{
+    "FrmMain", "TextListUnread",
+    "The ports that you collected before cannot be read, so your list is empty for now. Their file "
+    "stays as it is; when you change the list, it is kept under the name \"%1\"."};
+inline constexpr Message kReplaceListTitle{"FrmMain", "TextReplaceListTitle", "Open List"};
+inline constexpr Message kReplaceList{
+    "FrmMain", "TextReplaceList",
+    "Put the ports of \"%2\" in place of those in your list?\n\nEntries now: %1, then: %3."};
 inline constexpr Message kNoBrowser{"FrmMain", "TextNoBrowser",
                                     "Your web browser cannot be started. The page is:"};
 
