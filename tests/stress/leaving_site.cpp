@@ -58,6 +58,9 @@ const std::vector<WayOut>& WaysOut() {
       {"message channel", kForNextPage,
        GO("var c=new MessageChannel;c.port1.onmessage=function(){saving.submit()};"
           "c.port2.postMessage(1)")},
+      {"messages, then submit", kForNextPage,
+       GO("var c=new MessageChannel,left=6;c.port1.onmessage=function(){"
+          "--left?c.port2.postMessage(1):saving.submit()};c.port2.postMessage(1)")},
       {"change of #", kForNextPage,
        FORM "<input type=button name=go onclick=\"location.hash='saving'\">" SCRIPT(
            "onhashchange=function(){saving.submit()}")},
@@ -94,6 +97,8 @@ const std::vector<WayOut>& WaysOut() {
        "<form method=post action='@SAVE@&answer=header'><input type=submit name=go></form>"},
       {"wait page, onload", kForNextPage,
        "<form method=post action='@SAVE@&answer=onload'><input type=submit name=go></form>"},
+      {"wait page, messages", kForNextPage,
+       "<form method=post action='@SAVE@&answer=messages'><input type=submit name=go></form>"},
       {"wait page, timer", kForNextPage,
        "<form method=post action='@SAVE@&answer=timer'><input type=submit name=go></form>"},
       {"redirect", kForNextPage,
@@ -145,6 +150,11 @@ HttpResponse LeavingSite::Answer(const HttpRequest& request) {
     }
     if (answer == QLatin1String("onload")) {
       return {.body = "<body onload=\"location='" + next + "'\">Please wait"};
+    }
+    if (answer == QLatin1String("messages")) {
+      return {.body =
+                  "<script>var left=6;onmessage=function(){--left?postMessage(1,'*'):location='" +
+                  next + "'}</script><body onload=\"postMessage(1,'*')\">Please wait"};
     }
     if (answer == QLatin1String("timer")) {
       return {.body = "<body onload=\"setTimeout(function(){location='" + next +

@@ -15,8 +15,8 @@ function installPageRest(beacon, ask, reply) {
   const SAVE_LIMIT_MS = 30000;
   // A page that leaves by itself within this time is followed.
   const REFRESH_LIMIT_S = 2;
-  // How many timers of ours stand behind the tasks of a page.
-  const TIMERS = 2;
+  // How many messages of ours, each sent by the one before it, stand behind the tasks of a page.
+  const HOPS = 8;
 
   // What a page names like a member of its document would hide that member.
   const sendTo = Function.prototype.call.bind(EventTarget.prototype.dispatchEvent);
@@ -68,7 +68,28 @@ function installPageRest(beacon, ask, reply) {
     return total;
   }
 
+  // A document that has just been loaded begins its proof by itself, some milliseconds ahead of the
+  // engine's word of the load: most often it is through when the host asks. An act ends it.
+  let proofOfLoad = null;
+
+  function forgetProofOfLoad() {
+    proofOfLoad = null;
+  }
+
+  addEventListener('load', () => {
+    const proof = {isThrough: false, then: null};
+    proofOfLoad = proof;
+    behindTasks(() => {
+      proof.isThrough = true;
+      if (proof.then !== null) {
+        proof.then();
+      }
+    });
+  });
+  addEventListener('keydown', forgetProofOfLoad, true);
+
   window.quaylineArm = function() {
+    forgetProofOfLoad();
     askWatches('arm');
   };
 
@@ -79,12 +100,33 @@ function installPageRest(beacon, ask, reply) {
       parseFloat(meta.content) <= REFRESH_LIMIT_S;
   }
 
+  function isQuiet(inHand) {
+    return inHand !== null && inHand.count === 0 && !refreshIsNear();
+  }
+
   function afterTimers(number, then) {
     if (number === 0) {
       then();
     } else {
       setTimeout(() => afterTimers(number - 1, then), 0);
     }
+  }
+
+  // Behind a timer, and then behind as many tasks in a row as a page may string together without
+  // one: what a task queues stands ahead of the next message of ours.
+  function behindTasks(then) {
+    let left = HOPS;
+    const line = new MessageChannel();
+    line.port1.onmessage = () => {
+      left -= 1;
+      if (left > 0) {
+        line.port2.postMessage(0);
+      } else {
+        line.port1.close();
+        then();
+      }
+    };
+    setTimeout(() => line.port2.postMessage(0), 0);
   }
 
   // For a page whose work cannot be watched: behind four timers in a row (from the fifth on they
@@ -126,7 +168,7 @@ function installPageRest(beacon, ask, reply) {
         return;
       }
       const limit = inHand.saves > 0 ? SAVE_LIMIT_MS : WORK_LIMIT_MS;
-      if ((inHand.count === 0 && !refreshIsNear()) || performance.now() - start > limit) {
+      if (isQuiet(inHand) || performance.now() - start > limit) {
         end();
         return;
       }
@@ -145,12 +187,20 @@ function installPageRest(beacon, ask, reply) {
         if (!over) {
           over = true;
           lines.forEach((line) => stopListeningTo(line, reply, wake));
-          afterTimers(TIMERS, look);
+          behindTasks(look);
         }
       };
       lines.forEach((line) => listenTo(line, reply, wake));
       setTimeout(wake, AGAIN_MS);
     };
-    afterTimers(TIMERS, look);
+    const ofLoad = proofOfLoad;
+    forgetProofOfLoad();
+    if (ofLoad === null) {
+      behindTasks(look);
+    } else if (ofLoad.isThrough) {
+      look();
+    } else {
+      ofLoad.then = look;
+    }
   };
 }

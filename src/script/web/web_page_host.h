@@ -25,13 +25,14 @@ class WebProfile;
 // How a page is proven quiet (ProveQuiet), so that no save is overtaken and no click is waited for
 // longer than it takes:
 //   1. Ahead of an act the page watch (page_watch.js) is armed. From then on it counts the work
-//   that
-//      the page puts off: timers up to 2.5 s, frames of the painting, requests, pictures and
+//      that the page puts off: timers up to 2.5 s, frames of the painting, requests, pictures and
 //      scripts that are fetched, and what these put off in their turn.
 //   2. The act is done. A link or `location =` is announced to the engine ahead of the act's own
 //      answer, a form that is submitted behind it, ahead of one more round trip.
-//   3. The agent (page_rest.js) sets two timers in a row. What the page queued without a timer
-//      (messages, promises, events) stands ahead of them and has run when they come.
+//   3. The agent (page_rest.js) lets the tasks that are not counted go ahead (messages, promises,
+//      events): it sets a timer and then sends itself a few messages in a row, each of which stands
+//      behind whatever was queued before it. A document that has just been loaded has done so by
+//      itself while the engine was still busy with the load.
 //   4. It asks the watches of all documents what they have in hand. Nothing: the watch is disarmed
 //      and the agent says "quiet". Something: it says "working", waits for the watch's word that
 //      the last of it is done, and goes back to 3. Requests are waited for as long as a router may
