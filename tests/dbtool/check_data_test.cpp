@@ -174,6 +174,7 @@ TEST_F(CheckTest, EachFaultOfAProgramIsToldWithItsLine) {
       {"1 ; A ; B ; 80 ;", "The line has 5 cells"},
       {"1 ; A ; B ; 80 ; ; ;", "The line has 7 cells"},
       {"x ; A ; B ; 80 ; ;", "\"x\" is no ID"},
+      {"0 ; A ; B ; 80 ; ;", "\"0\" is no ID"},
       {"1 ; \\q ; B ; 80 ; ;", "Behind a leading"},
       {"1 ;  ; B ; 80 ; ;", "The program has no name."},
       {"1 ; A ;  ; 80 ; ;", "The short name \"\" should"},
