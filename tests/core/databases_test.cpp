@@ -56,9 +56,9 @@ class DatabasesTest : public ::testing::Test {
     return names.join(u' ');
   }
 
-  // Open() refuses `file` by its name and leaves its `bytes` alone.
-  void ExpectRefused(const char* file, const QByteArray& bytes) {
-    const auto opened = Open();
+  // Open() refused `file` by its name and left its `bytes` alone.
+  void ExpectRefused(const std::expected<void, DatabaseError>& opened, const char* file,
+                     const QByteArray& bytes) {
     ASSERT_FALSE(opened);
     EXPECT_NE(opened.error().number, 0);
     EXPECT_TRUE(opened.error().description.contains(Path(file)));
@@ -100,7 +100,8 @@ TEST_F(DatabasesTest, AFileThatCannotServeIsNamedAndNothingStaysOpen) {
     MakeAndOpen({Router(1, row.fault)});
     EXPECT_EQ(Names(9), U(row.fault)) << "the file that was replaced while closed is read";
     row.spoil(Path(row.file));
-    ExpectRefused(row.file, ReadBytes(Path(row.file)));
+    const QByteArray spoiled = ReadBytes(Path(row.file));
+    ExpectRefused(Open(), row.file, spoiled);
   }
 }
 
@@ -224,15 +225,12 @@ TEST_F(DatabasesTest, AJetFileStaysWhereItIsDamagedOrThereIsNoRoomToConvertIt) {
   for (qsizetype size = 20; size < jet.size(); size += 2038) {
     SCOPED_TRACE(size);
     ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet.first(size)));
-    ExpectRefused("routers.mdb", jet.first(size));
+    ExpectRefused(Open(), "routers.mdb", jet.first(size));
   }
   ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet));
   for (const rlim_t room : {0, 4096, 20'000, 90'000}) {
     SCOPED_TRACE(room);
-    {
-      const testing::FullDisk disk(room);
-      ExpectRefused("routers.mdb", jet);
-    }
+    ExpectRefused(testing::OnFullDisk(room, [&] { return Open(); }), "routers.mdb", jet);
     EXPECT_EQ(testing::Names(folder_.path()).size(), 3);
   }
   EXPECT_TRUE(Open());

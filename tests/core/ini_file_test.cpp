@@ -150,10 +150,7 @@ TEST_F(IniFile, AFailedWriteIsToldAndLeavesTheFile) {
   // Larger than the lock file, which has to find room first.
   const QByteArray small = "[main]\r\nrouter=A\r\n" + QByteArray("; a remark\r\n").repeated(100);
   ASSERT_TRUE(WriteBytes(path_, small));
-  {
-    const testing::FullDisk disk(small.size() - 1);
-    EXPECT_FALSE(Write(u"B"_s));
-  }
+  EXPECT_FALSE(testing::OnFullDisk(small.size() - 1, [&] { return Write(u"B"_s); }));
   EXPECT_EQ(ReadBytes(path_), small);
   {
     const testing::ReadOnlyFolder folder(folder_.path());

@@ -15,6 +15,7 @@
 namespace quayline {
 namespace {
 
+using testing::OnFullDisk;
 using testing::PortRows;
 using testing::ReadBytes;
 using testing::WriteBytes;
@@ -96,11 +97,7 @@ TEST_F(PortListOnDisk, ADiskThatFillsAtAnyByteLeavesTheOldList) {
   const QList<PortEntry> entries = PortRows("Ftp 21..21; Web 80..90 TCP/UDP");
   const qsizetype size = FormatPortList(entries).size();
   for (qsizetype room = 0; room < size; ++room) {
-    std::expected<void, ListFileError> saved;
-    {
-      const testing::FullDisk disk(room);
-      saved = SavePortList(entries, path_);
-    }
+    const auto saved = OnFullDisk(room, [&] { return SavePortList(entries, path_); });
     ASSERT_FALSE(saved) << room;
     ASSERT_EQ(saved.error(), ListFileError::kCannotWrite);
     ASSERT_EQ(ReadBytes(path_), old) << room;

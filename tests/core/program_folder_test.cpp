@@ -63,11 +63,7 @@ TEST_F(ProgramFolder, FailuresNameWhatCouldNotBeDone) {
   EXPECT_TRUE(no_folder.error().contains(home_));
   QFile::remove(data_);
   QDir().mkpath(home_);
-  std::expected<QString, QString> full;
-  {
-    const testing::FullDisk disk(3);
-    full = FindProgramFolder(bin_, seed_);
-  }
+  const auto full = testing::OnFullDisk(3, [&] { return FindProgramFolder(bin_, seed_); });
   ASSERT_FALSE(full);
   EXPECT_TRUE(full.error().contains(u"routers.mdb"_s));
   EXPECT_EQ(Names(home_), QStringList());

@@ -3,7 +3,6 @@
 #include "demo/list_compare.h"
 
 #include <QProcess>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 
@@ -14,12 +13,14 @@
 #include "demo/compare_command.h"
 #include "demo/rules.h"
 #include "test_main.h"
+#include "transport/scripted_server.h"
 
 namespace quayline::demo {
 namespace {
 
 using namespace Qt::StringLiterals;
 using quayline::testing::RunUntil;
+using quayline::testing::ScriptedServer;
 
 QByteArray Marks(const QList<ComparedRow>& rows) {
   QByteArray marks;
@@ -156,17 +157,10 @@ TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowe
        {QByteArray(), QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"),
         "HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:" + port + "/__state\r\n" + no_rules,
         "HTTP/1.1 500 Oops\r\n" + no_rules}) {
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-    QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
-      QTcpSocket* socket = server.nextPendingConnection();
-      QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, reply] {
-        socket->write(reply);
-        socket->disconnectFromHost();
-      });
-    });
+    ScriptedServer server;
+    server.replies["/__state"] = {reply};
     CompareCommand command(QStringLiteral(QUAYLINE_SOURCE_DIR "/data/sample-list.qyl"),
-                           server.serverPort());
+                           static_cast<quint16>(server.Address({}).port()));
     std::optional<CompareCommand::Outcome> outcome;
     command.Start([&](const CompareCommand::Outcome& result) { outcome = result; });
     ASSERT_TRUE(RunUntil([&] { return outcome.has_value(); }));
