@@ -86,7 +86,8 @@ TEST(RouterModels, HiddenframeTakesRulesFromItsOwnPagesOnly) {
                       "rule[name]=a&rule[from]=1&rule[to]=1&rule[proto]=udp&rule[dest]=10.0.0.1",
                       referer);
   };
-  for (const char* referer : {"", "http://other/nat_rules.php", "http://other/?http://router:8"}) {
+  for (const char* referer :
+       {"", "http://other/nat_rules.php", "http://other/?http://router:8", "http://router:810/"}) {
     EXPECT_EQ(post(referer).status, 403) << referer;
   }
   EXPECT_TRUE(model.table.Rules().isEmpty());
