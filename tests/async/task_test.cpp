@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <gtest/gtest.h>
-
 #include <QSignalSpy>
+
+#include <gtest/gtest.h>
 
 #include "async/wait.h"
 #include "test_main.h"
@@ -64,8 +64,9 @@ TEST(Task, ACancelledFlowDestroysItsFramesInnerFirstAndNeverResumes) {
       const Mark outer{*out, QStringLiteral("outer ")};
       co_await [](Bell* inner_bell, QString* inner_out) -> Task<> {
         const Mark inner{*inner_out, QStringLiteral("inner ")};
-        co_await Until([inner_bell] { return inner_bell->rings > 0; })
-            .WokenBy(inner_bell, &Bell::rang);
+        co_await Until([inner_bell] {
+          return inner_bell->rings > 0;
+        }).WokenBy(inner_bell, &Bell::rang);
         *inner_out += QStringLiteral("resumed ");
       }(b, out);
     }(&bell, &order));
@@ -78,39 +79,35 @@ TEST(Task, ACancelledFlowDestroysItsFramesInnerFirstAndNeverResumes) {
 }
 
 TEST(OneShot, AnAnswerAfterTheWaiterIsGoneIsDropped) {
-  std::function<void(int)> late;
-  {
-    OneShot<int> shot;
-    late = shot.Callback();
-  }
+  const std::function<void(int)> late = OneShot<int>().Callback();
   late(1);
   QCoreApplication::processEvents();
 }
 
 TEST(OneShot, GivesUpBeforeDuringAndAfterTheWait) {
-  struct Case {
+  const struct {
     const char* name;
-    bool given_up_before;
+    int rings_before;
     bool answered;
     bool rung;
     std::optional<int> expected;
-  };
-  for (const Case& c : {Case{"given up before", true, false, false, std::nullopt},
-                        Case{"answered", false, true, false, 7},
-                        Case{"answered, then given up", false, true, true, 7},
-                        Case{"given up", false, false, true, std::nullopt}}) {
+  } cases[] = {{"given up before", 1, false, false, {}},
+               {"answered", 0, true, false, 7},
+               {"answered, then given up", 0, true, true, 7},
+               {"given up", 0, false, true, {}}};
+  for (const auto& c : cases) {
     Bell bell;
-    bell.rings = c.given_up_before ? 1 : 0;
+    bell.rings = c.rings_before;
     OneShot<int> shot;
     shot.GiveUpWhen(&bell, &Bell::rang, [&] { return bell.rings > 0; });
     const auto answer = shot.Callback();
     std::optional<int> got = -1;
     Flow flow;
-    flow.Start([](OneShot<int> s, std::optional<int>* out) -> Task<> {
-      *out = co_await s;
-    }(std::move(shot), &got));
+    flow.Start([](OneShot<int> s, std::optional<int>* out) -> Task<> { *out = co_await s; }(
+                                                               std::move(shot), &got));
     if (c.answered) {
       answer(7);
+      answer(8);  // Only the first counts.
     }
     if (c.rung) {
       bell.Ring();
@@ -122,9 +119,8 @@ TEST(OneShot, GivesUpBeforeDuringAndAfterTheWait) {
 
 TEST(Until, TheTimeRunsOut) {
   bool held = true;
-  EXPECT_TRUE(testing::RunTask([](bool* out) -> Task<> {
-    *out = co_await Until([] { return false; }).AtMost(5ms);
-  }(&held)));
+  EXPECT_TRUE(testing::RunTask(
+      [](bool* out) -> Task<> { *out = co_await Until([] { return false; }).AtMost(5ms); }(&held)));
   EXPECT_FALSE(held);
 }
 

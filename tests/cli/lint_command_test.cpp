@@ -3,61 +3,56 @@
 
 #include "cli/lint_command.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 #include "cli/arguments.h"
+#include "core/files.h"
 #include "test_main.h"
 
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 TEST(LintCommand, TellsTheLinesAndWhetherTheyMatter) {
   QTemporaryDir folder;
-  const QString name = folder.filePath(QStringLiteral("script.txt"));
+  const QString name = folder.filePath(u"script.txt"_s);
   const struct {
     QByteArray script;
     int exit_status;
-    QStringList lines;  // how the lines of the output begin, behind the file's name
+    QStringList lines = {};  // how the lines of the output begin, behind the file's name
   } cases[] = {
-      {"", 0, {}},
-      {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 0, {}},
-      {"\xEF\xBB\xBFnav(\"a\")\r\ntimeout_last_only(\"5\")\r\n",
-       0,
-       {QStringLiteral(":2: warning: Whatever")}},
+      {"", 0},
+      {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 0},
+      {"\xEF\xBB\xBFnav(\"a\")\r\ntimeout_last_only(\"5\")\r\n", 0, {u":2: warning: Whatever"_s}},
       {"note\n\nnav(\"a\n\xE4 nav\nset_nmae(\"%1\")",
        1,
-       {QStringLiteral(":3: The argument"), QStringLiteral(":5: warning: There")}},
-      {QByteArray((4 << 20) + 1, ' '), 2, {}},
+       {u":3: The argument"_s, u":5: warning: There"_s}},
+      {QByteArray((4 << 20) + 1, ' '), 2},
   };
   for (const auto& c : cases) {
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(c.script);
-    file.close();
+    ASSERT_TRUE(testing::WriteBytes(name, c.script));
     const LintReport report = LintFile(name);
-    const QStringList lines = report.output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    EXPECT_EQ(report.exit_status, c.exit_status) << report.output.toStdString();
+    SCOPED_TRACE(qPrintable(report.output));
+    EXPECT_EQ(report.exit_status, c.exit_status);
     EXPECT_EQ(report.error.isEmpty(), c.exit_status != 2);
-    ASSERT_EQ(lines.size(), c.lines.size()) << report.output.toStdString();
+    const QStringList lines = report.output.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), c.lines.size());
     for (qsizetype i = 0; i < lines.size(); ++i) {
-      EXPECT_TRUE(lines[i].startsWith(name + c.lines[i])) << lines[i].toStdString();
+      EXPECT_TRUE(lines[i].startsWith(name + c.lines[i])) << qPrintable(c.lines[i]);
     }
   }
   EXPECT_EQ(LintFile(folder.path()).exit_status, 2);
-  EXPECT_EQ(LintFile(folder.filePath(QStringLiteral("gone"))).exit_status, 2);
+  EXPECT_EQ(LintFile(folder.filePath(u"gone"_s)).exit_status, 2);
 }
 
 TEST(LintCommand, TakesOneFile) {
-  const QStringList words{QStringLiteral("lint"), QStringLiteral("a b"), QStringLiteral("c")};
-  const auto one = ParseCliArguments(words.first(2));
+  const auto one = ParseCliArguments({u"lint"_s, u"a b"_s});
   ASSERT_TRUE(one);
   EXPECT_EQ(one->command, CliCommand::kLint);
-  EXPECT_EQ(one->lint_file, QStringLiteral("a b"));
-  EXPECT_FALSE(ParseCliArguments(words.first(1)));
-  EXPECT_FALSE(ParseCliArguments(words));
+  EXPECT_EQ(one->lint_file, u"a b"_s);
+  EXPECT_FALSE(ParseCliArguments({u"lint"_s}));
+  EXPECT_FALSE(ParseCliArguments({u"lint"_s, u"a b"_s, u"c"_s}));
 }
 
 }  // namespace

@@ -1,14 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include "core/port_list_file.h"
+#include "core/files.h"
 #include "core/settings.h"
 #include "core/test_databases.h"
 #include "demo/demo_router.h"
@@ -30,42 +27,40 @@ class CliProgram : public ::testing::Test {
  protected:
   CliProgram() {
     port_ = router_.Start(u"formback"_s, {.entries = 3}).value_or(0);
-    RouterRecord record{.id = 1,
-                        .routername = u"Form"_s,
-                        .routerusername = u"admin"_s,
-                        .routerpassword = u"admin"_s,
-                        .routermaxentries = u"3"_s,
-                        .routermaxrange = u"100"_s,
-                        .routerminport = u"1"_s,
-                        .routermaxport = u"65535"_s};
-    record.routercommands =
-        u"nav(\"forwarding_add.html\")\r\nset_name(\"rule_name,\")\r\n"
-        "set_start_port(\"start_port,\")\r\nset_stop_port(\"end_port,\")\r\n"
-        "set_ip(\"server_ip,\")\r\nclick_button(\"btn_save\")"_s;
+    const RouterRecord record{
+        .id = 1,
+        .routername = u"Form"_s,
+        .routerusername = u"admin"_s,
+        .routerpassword = u"admin"_s,
+        .routermaxentries = u"3"_s,
+        .routermaxrange = u"100"_s,
+        .routerminport = u"1"_s,
+        .routermaxport = u"65535"_s,
+        .routercommands =
+            u"nav(\"forwarding_add.html\")\r\nset_name(\"rule_name,\")\r\n"
+            "set_start_port(\"start_port,\")\r\nset_stop_port(\"end_port,\")\r\n"
+            "set_ip(\"server_ip,\")\r\nclick_button(\"btn_save\")"_s};
     EXPECT_TRUE(MakeTestDatabases(folder_.path(), {record}));
     Write("one.qyl", "Web|192.168.1.5(Desk)|80|80|TCP|Web\r\n");
   }
 
-  void Write(const char* name, const QByteArray& bytes) const {
-    QFile file(Path(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-  }
   QString Path(const char* name) const { return folder_.filePath(QLatin1String(name)); }
+  void Write(const char* name, const QByteArray& bytes) const {
+    EXPECT_TRUE(WriteBytes(Path(name), bytes));
+  }
 
-  // Runs an update with the words of `more` behind the usual ones.
-  Outcome Update(const QStringList& more = {}, const QByteArray& input = {}) {
+  // The words of an update; `more` stands behind the usual ones, and in their place.
+  QStringList Words(const QStringList& more = {}) const {
     QStringList words{u"update"_s, u"--data"_s, folder_.path(), u"--port"_s,
                       QString::number(port_)};
-    const auto Default = [&](const QString& option, const QString& value) {
+    for (const auto& [option, value] : {std::pair(u"--router"_s, u"Form"_s),
+                                        {u"--address"_s, u"127.0.0.1"_s},
+                                        {u"--list"_s, Path("one.qyl")}}) {
       if (!more.contains(option)) {
         words += {option, value};
       }
-    };
-    Default(u"--router"_s, u"Form"_s);
-    Default(u"--address"_s, u"127.0.0.1"_s);
-    Default(u"--list"_s, Path("one.qyl"));
-    return Run(words + more, input);
+    }
+    return words + more;
   }
 
   Outcome Run(const QStringList& words, const QByteArray& input = {}) {
@@ -85,8 +80,8 @@ class CliProgram : public ::testing::Test {
 };
 
 TEST_F(CliProgram, AnUpdateFillsTheRouterAndWritesTheLog) {
-  const Outcome outcome = Update();
-  EXPECT_EQ(outcome.status, 0) << outcome.errors.toStdString();
+  const Outcome outcome = Run(Words());
+  EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.errors);
   ASSERT_EQ(router_.Rules().size(), 1);
   EXPECT_TRUE(outcome.output.startsWith(u"\nRouter: Form\nLoading Commands...\n"_s));
   EXPECT_TRUE(outcome.output.contains(
@@ -116,43 +111,41 @@ TEST_F(CliProgram, RefusalsAndFailuresHaveTheirStatus) {
   Write("password", "nonsense\n");
   const struct {
     const char* fault;
-    QStringList more;
+    QString option;
+    QString value;
     int status;
     const char* named;
   } cases[] = {
-      {"an empty list", {u"--list"_s, Path("none.qyl")}, 1, "at least 1 port"},
-      {"more entries than the router holds", {u"--list"_s, Path("long.qyl")}, 1, "3"},
-      {"a range that is too long", {u"--list"_s, Path("range.qyl")}, 1, "100"},
-      {"no address", {u"--address"_s, u"0.0.0.0"_s}, 1, "Please Set Router IP."},
-      {"a list that is not there", {u"--list"_s, Path("gone.qyl")}, 2, "gone.qyl"},
-      {"a list that is a folder", {u"--list"_s, folder_.path()}, 2, "cannot be read"},
-      {"an unknown router", {u"--router"_s, u"Frm"_s}, 2, "\"Frm\""},
-      {"a password file that is not there", {u"--password-file"_s, Path("no")}, 2, "no"},
-      {"a wrong password", {u"--password-file"_s, Path("password")}, 3, "ACCESS DENIED"},
-      {"a router that is not there", {u"--address"_s, u"127.0.0.1:1"_s}, 3, "INVALID_URL"},
+      {"an empty list", u"--list"_s, Path("none.qyl"), 1, "at least 1 port"},
+      {"more entries than the router holds", u"--list"_s, Path("long.qyl"), 1, "3"},
+      {"a range that is too long", u"--list"_s, Path("range.qyl"), 1, "100"},
+      {"no address", u"--address"_s, u"0.0.0.0"_s, 1, "Please Set Router IP."},
+      {"a list that is not there", u"--list"_s, Path("gone.qyl"), 2, "gone.qyl"},
+      {"a list that is a folder", u"--list"_s, folder_.path(), 2, "cannot be read"},
+      {"an unknown router", u"--router"_s, u"Frm"_s, 2, "\"Frm\""},
+      {"a password file that is not there", u"--password-file"_s, Path("no"), 2, "no"},
+      {"a wrong password", u"--password-file"_s, Path("password"), 3, "ACCESS DENIED"},
+      {"a router that is not there", u"--address"_s, u"127.0.0.1:1"_s, 3, "INVALID_URL"},
   };
   for (const auto& row : cases) {
-    const Outcome outcome = Update(row.more);
-    EXPECT_EQ(outcome.status, row.status) << row.fault << ": " << outcome.errors.toStdString();
-    EXPECT_TRUE(outcome.errors.contains(QLatin1String(row.named)))
-        << row.fault << ": " << outcome.errors.toStdString();
-    EXPECT_FALSE((outcome.output + outcome.errors).contains(u"nonsense"_s)) << row.fault;
-    EXPECT_EQ(outcome.output.isEmpty(), row.status != 3) << row.fault;
+    const Outcome outcome = Run(Words({row.option, row.value}));
+    SCOPED_TRACE(row.fault);
+    SCOPED_TRACE(qPrintable(outcome.errors));
+    EXPECT_EQ(outcome.status, row.status);
+    EXPECT_TRUE(outcome.errors.contains(QLatin1String(row.named)));
+    EXPECT_FALSE((outcome.output + outcome.errors).contains(u"nonsense"_s));
+    EXPECT_EQ(outcome.output.isEmpty(), row.status != 3);
   }
   EXPECT_EQ(router_.Rules().size(), 0);
   QFile::remove(Path("ports.mdb"));
-  const Outcome outcome = Update();
+  const Outcome outcome = Run(Words());
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_TRUE(outcome.errors.contains(u"ports.mdb"_s)) << outcome.errors.toStdString();
+  EXPECT_TRUE(outcome.errors.contains(u"ports.mdb"_s)) << qPrintable(outcome.errors);
 }
 
 TEST_F(CliProgram, AnInterruptStopsTheJob) {
   QProcess program;
-  Write("slow.qyl", "Web|192.168.1.5(Desk)|80|80|TCP|Web\r\n");
-  program.start(QStringLiteral(QUAYLINE_CLI),
-                {u"update"_s, u"--data"_s, folder_.path(), u"--router"_s, u"Form"_s, u"--address"_s,
-                 u"127.0.0.1"_s, u"--port"_s, QString::number(port_), u"--list"_s, Path("slow.qyl"),
-                 u"--throttle"_s});
+  program.start(QStringLiteral(QUAYLINE_CLI), Words({u"--throttle"_s}));
   QByteArray output;
   ASSERT_TRUE(RunUntil([&] {
     output += program.readAllStandardOutput();

@@ -11,31 +11,35 @@
 #include "core/files.h"
 #include "core/sql_connection.h"
 #include "core/test_databases.h"
+#include "test_main.h"
 
 namespace quayline {
 namespace {
 
 using testing::MakeTestDatabases;
 using testing::ReadBytes;
-using testing::RouterTable;
 using testing::WriteBytes;
 
 QString U(const char* text) { return QString::fromUtf8(text); }
 
-RouterRecord Router(int id, const char* name) {
-  RouterRecord record;
-  record.id = id;
-  record.routername = U(name);
-  return record;
+RouterRecord Router(int id, const char* name) { return {.id = id, .routername = U(name)}; }
+
+QByteArray JetFile() {
+  return ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
 }
 
 class DatabasesTest : public ::testing::Test {
  protected:
   QString Path(const char* name) const { return folder_.filePath(U(name)); }
   std::expected<void, DatabaseError> Open() { return databases_.Open(folder_.path()); }
-  bool Run(const char* file, const char* statement) {
+  void MakeAndOpen(const QList<RouterRecord>& routers, const QList<AppPortRecord>& ports = {},
+                   const QList<CustomPortRecord>& custom = {}) {
+    ASSERT_TRUE(MakeTestDatabases(folder_.path(), routers, ports, custom));
+    ASSERT_TRUE(Open());
+  }
+  bool Run(const char* file, const QString& statement) {
     const SqlConnection connection(Path(file), SqlAccess::kReadWrite);
-    return QSqlQuery(connection.Handle()).exec(U(statement));
+    return QSqlQuery(connection.Handle()).exec(statement);
   }
   // Names of all routers, read in steps of `step`.
   QString Names(int step) const {
@@ -49,7 +53,18 @@ class DatabasesTest : public ::testing::Test {
       }
       after = page.last().id;
     }
-    return names.join(QLatin1Char(' '));
+    return names.join(u' ');
+  }
+
+  // Open() refused `file` by its name and left its `bytes` alone.
+  void ExpectRefused(const std::expected<void, DatabaseError>& opened, const char* file,
+                     const QByteArray& bytes) {
+    ASSERT_FALSE(opened);
+    EXPECT_NE(opened.error().number, 0);
+    EXPECT_TRUE(opened.error().description.contains(Path(file)));
+    EXPECT_EQ(ReadBytes(Path(file)), bytes);
+    EXPECT_FALSE(databases_.IsOpen());
+    EXPECT_EQ(databases_.RouterCount(), 0);
   }
 
   QTemporaryDir folder_;
@@ -57,7 +72,9 @@ class DatabasesTest : public ::testing::Test {
 };
 
 TEST_F(DatabasesTest, AFileThatCannotServeIsNamedAndNothingStaysOpen) {
-  const QByteArray jet_head("\0\1\0\0Standard Jet DB\0", 20);
+  const auto write = [](const QByteArray& bytes) {
+    return [bytes](const QString& path) { WriteBytes(path, bytes); };
+  };
   const struct {
     const char* fault;
     const char* file;
@@ -66,32 +83,25 @@ TEST_F(DatabasesTest, AFileThatCannotServeIsNamedAndNothingStaysOpen) {
       {"missing", "custom.mdb", [](const QString& path) { QFile::remove(path); }},
       {"a folder", "ports.mdb",
        [](const QString& path) { QFile::remove(path) && QDir().mkpath(path); }},
-      {"garbage", "routers.mdb",
-       [](const QString& path) { WriteBytes(path, QByteArray("not a database ").repeated(500)); }},
-      {"empty", "ports.mdb", [](const QString& path) { WriteBytes(path, {}); }},
+      {"garbage", "routers.mdb", write(QByteArray("not a database ").repeated(500))},
+      {"empty", "ports.mdb", write({})},
       {"cut", "routers.mdb",
        [](const QString& path) { WriteBytes(path, ReadBytes(path).first(5000)); }},
       {"without its table", "custom.mdb",
-       [this](const QString&) { Run("custom.mdb", "ALTER TABLE custom RENAME TO other"); }},
+       [this](const QString&) { Run("custom.mdb", U("ALTER TABLE custom RENAME TO other")); }},
       {"without its key", "custom.mdb",
-       [this](const QString&) { Run("custom.mdb", "ALTER TABLE custom RENAME ID TO number"); }},
+       [this](const QString&) { Run("custom.mdb", U("ALTER TABLE custom RENAME ID TO number")); }},
       {"the head of a Jet file alone", "routers.mdb",
-       [&](const QString& path) { WriteBytes(path, jet_head); }},
+       write(QByteArray("\0\1\0\0Standard Jet DB\0", 20))},
   };
   for (const auto& row : rows) {
+    SCOPED_TRACE(row.fault);
     QDir(Path("ports.mdb")).removeRecursively();
-    ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "A")}));
-    ASSERT_TRUE(Open()) << row.fault;
-    databases_.Close();
+    MakeAndOpen({Router(1, row.fault)});
+    EXPECT_EQ(Names(9), U(row.fault)) << "the file that was replaced while closed is read";
     row.spoil(Path(row.file));
     const QByteArray spoiled = ReadBytes(Path(row.file));
-    const auto opened = Open();
-    ASSERT_FALSE(opened) << row.fault;
-    EXPECT_NE(opened.error().number, 0) << row.fault;
-    EXPECT_TRUE(opened.error().description.contains(Path(row.file))) << row.fault;
-    EXPECT_FALSE(databases_.IsOpen());
-    EXPECT_EQ(databases_.RouterCount(), 0);
-    EXPECT_EQ(ReadBytes(Path(row.file)), spoiled) << row.fault;
+    ExpectRefused(Open(), row.file, spoiled);
   }
 }
 
@@ -101,8 +111,7 @@ TEST_F(DatabasesTest, EveryFieldComesBackUnderItsName) {
                                U("a\\b"), U("x\r\ny"), U("Ж\"'")};
   const AppPortRecord ports = {2, U("app"), U("short"), U("1-2"), U("3-4"), U("5-6")};
   const CustomPortRecord custom = {9, U("c"), U("TCP/UDP"), U("7"), U("8")};
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {router}, {ports}, {custom}));
-  ASSERT_TRUE(Open());
+  MakeAndOpen({router}, {ports}, {custom});
   EXPECT_EQ(databases_.FindRouter(20), router);
   EXPECT_EQ(databases_.FindRouter(21), std::nullopt);
   EXPECT_EQ(databases_.AppPorts(), QList{ports});
@@ -111,45 +120,40 @@ TEST_F(DatabasesTest, EveryFieldComesBackUnderItsName) {
 
 TEST_F(DatabasesTest, TablesOfAnotherShapeAreRead) {
   ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
-  const struct {
-    const char* fault;
-    const char* create;
-    const char* names;
-  } rows[] = {
-      {"IDs of text", "ID TEXT, routername TEXT, more BLOB", "nine ten"},
-      {"no type at all", "id, RouterName, more", "nine ten"},
-      {"no key", "ID LONG INTEGER, routername VARCHAR(255), more TEXT", "nine ten"},
-  };
-  for (const auto& row : rows) {
+  for (const char* shape : {"ID TEXT, routername TEXT, more BLOB", "id, RouterName, more",
+                            "ID LONG INTEGER, routername VARCHAR(255), more TEXT"}) {
+    SCOPED_TRACE(shape);
     QFile::remove(Path("routers.mdb"));
-    ASSERT_TRUE(Run("routers.mdb",
-                    qPrintable(QStringLiteral("CREATE TABLE Routers(%1)").arg(U(row.create)))));
+    ASSERT_TRUE(Run("routers.mdb", U("CREATE TABLE Routers(%1)").arg(U(shape))));
     ASSERT_TRUE(
         Run("routers.mdb",
-            "INSERT INTO routers VALUES ('10','ten',NULL), ('abc','bad',''), (NULL,'bad',''),"
-            "(9,'nine',''), ('','bad',''), (1.5,'bad',''), (3000000000,'bad','')"));
-    ASSERT_TRUE(Open()) << row.fault;
-    EXPECT_EQ(databases_.RouterCount(), 2) << row.fault;
-    EXPECT_EQ(Names(1), U(row.names)) << row.fault;
-    EXPECT_EQ(databases_.FindRouter(10), Router(10, "ten")) << row.fault;
-    EXPECT_TRUE(databases_.FindRouter(9)) << row.fault;
+            U("INSERT INTO routers VALUES ('10','ten',NULL), ('abc','bad',''), (NULL,'bad',''),"
+              "(9,'nine',''), ('','bad',''), (1.5,'bad',''), (3000000000,'bad','')")));
+    ASSERT_TRUE(Open());
+    EXPECT_EQ(databases_.RouterCount(), 2);
+    EXPECT_EQ(Names(1), U("nine ten"));
+    EXPECT_EQ(databases_.FindRouter(10), Router(10, "ten"));
+    EXPECT_TRUE(databases_.FindRouter(9));
   }
 }
 
-TEST_F(DatabasesTest, NamesComeInStepsInTheOrderOfTheirIds) {
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(7, "c"), Router(-5, "a"), Router(1000, "e"),
-                                                 Router(8, "d"), Router(1, "b")}));
-  ASSERT_TRUE(Open());
+TEST_F(DatabasesTest, RoutersAndProgramsComeInStepsInTheOrderOfTheirIds) {
+  const QList<AppPortRecord> programs = {{3, U("3")}, {5, U("5")}, {8, U("8")}};
+  MakeAndOpen({Router(7, "c"), Router(-5, "a"), Router(1000, "e"), Router(8, "d"), Router(1, "b")},
+              programs);
   for (const int step : {1, 2, 5, 100}) {
     EXPECT_EQ(Names(step), U("a b c d e")) << step;
   }
   EXPECT_TRUE(databases_.RouterNames(0, 0).isEmpty());
   EXPECT_TRUE(databases_.RouterNames(0, -1).isEmpty());
+  EXPECT_EQ(databases_.AppPortCount(), 3);
+  EXPECT_EQ(databases_.AppPorts(0, 2), programs.first(2));
+  EXPECT_EQ(databases_.AppPorts(5, 2), programs.last(1));
+  EXPECT_EQ(databases_.AppPorts(8, 2), QList<AppPortRecord>());
 }
 
 TEST_F(DatabasesTest, AWriteThatFailsLeavesTheOldScripts) {
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "A")}));
-  ASSERT_TRUE(Open());
+  MakeAndOpen({Router(1, "A")});
   EXPECT_TRUE(databases_.UpdateRouterScripts(1, U("new"), {}));
   EXPECT_FALSE(databases_.UpdateRouterScripts(2, U("x"), U("x")));
   {
@@ -174,60 +178,26 @@ TEST_F(DatabasesTest, AWriteThatFailsLeavesTheOldScripts) {
   EXPECT_EQ(databases_.FindRouter(1)->routercommands, U("new"));
 }
 
-TEST_F(DatabasesTest, AProgramThatTheUserEntersGetsTheNextId) {
-  const CustomPortRecord old = {40, U("old"), U("UDP"), U("1"), U("2")};
-  CustomPortRecord added = {40, U("new"), U("TCP"), U("3"), U("4")};
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, {}, {old}));
-  ASSERT_TRUE(Open());
-  EXPECT_TRUE(databases_.AddCustomPort(added));
-  EXPECT_TRUE(databases_.AddCustomPort({}));
-  added.id = 41;
-  ASSERT_TRUE(Open());
-  EXPECT_EQ(databases_.CustomPorts(), (QList<CustomPortRecord>{old, added, {42, {}, {}, {}, {}}}));
-}
-
-TEST_F(DatabasesTest, AKnownProgramIsOverwrittenUnderAnyCaseAndOnlyItsFirstRow) {
+TEST_F(DatabasesTest, AProgramIsKnownUnderAnyCaseAndANewOneGetsTheNextId) {
   const QList<CustomPortRecord> old = {{4, U("Web"), U("UDP"), U("1"), U("2")},
                                        {7, U("FTP"), U("UDP"), U("1"), U("2")},
                                        {9, U("ftp"), U("UDP"), U("1"), U("2")}};
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, {}, old));
-  ASSERT_TRUE(Open());
+  MakeAndOpen({}, {}, old);
   EXPECT_TRUE(databases_.RememberCustomPort({0, U("Ftp"), U("TCP"), U("21"), U("21")}));
-  EXPECT_TRUE(databases_.RememberCustomPort({0, U("o'neil"), U("TCP"), U("5"), U("5")}));
+  EXPECT_TRUE(databases_.RememberCustomPort({4, U("o'neil"), U("TCP"), U("5"), U("6")}));
+  EXPECT_TRUE(databases_.AddCustomPort({}));
+  ASSERT_TRUE(Open());
   EXPECT_EQ(databases_.CustomPorts(),
             (QList<CustomPortRecord>{old[0],
                                      {7, U("Ftp"), U("TCP"), U("21"), U("21")},
                                      old[2],
-                                     {10, U("o'neil"), U("TCP"), U("5"), U("5")}}));
-}
-
-TEST_F(DatabasesTest, ProgramsComeInSteps) {
-  QList<AppPortRecord> programs;
-  for (const int id : {3, 5, 8}) {
-    programs.append({id, QString::number(id), {}, {}, {}, {}});
-  }
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, programs));
-  ASSERT_TRUE(Open());
-  EXPECT_EQ(databases_.AppPortCount(), 3);
-  EXPECT_EQ(databases_.AppPorts(0, 2), programs.first(2));
-  EXPECT_EQ(databases_.AppPorts(5, 2), programs.last(1));
-  EXPECT_EQ(databases_.AppPorts(8, 2), QList<AppPortRecord>());
-}
-
-TEST_F(DatabasesTest, FilesCanBeReplacedWhileClosed) {
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "old")}));
-  ASSERT_TRUE(Open());
-  EXPECT_EQ(Names(9), U("old"));
-  databases_.Close();
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {Router(1, "new")}));
-  ASSERT_TRUE(Open());
-  EXPECT_EQ(Names(9), U("new"));
+                                     {10, U("o'neil"), U("TCP"), U("5"), U("6")},
+                                     {11}}));
 }
 
 TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
-  const QByteArray jet = ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
   ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
-  ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet));
+  ASSERT_TRUE(WriteBytes(Path("routers.mdb"), JetFile()));
   for (int opening = 0; opening < 2; ++opening) {
     const auto opened = Open();
     ASSERT_TRUE(opened) << qPrintable(opened.error().description);
@@ -237,7 +207,7 @@ TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
     EXPECT_TRUE(long_script.routercommands.endsWith(U("\r\nnav=page1499.htm")));
     EXPECT_EQ(long_script.routerpic, U("a\\b.jpg"));
     EXPECT_EQ(databases_.FindRouter(3)->routermaxentries, QString());
-    EXPECT_EQ(ReadBytes(Path("routers.mdb.jet")), jet);
+    EXPECT_EQ(ReadBytes(Path("routers.mdb.jet")), JetFile());
   }
   EXPECT_EQ(testing::Names(folder_.path()).size(), 4) << "temporary files stay behind";
   const SqlConnection connection(Path("routers.mdb"), SqlAccess::kReadOnly);
@@ -249,34 +219,19 @@ TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
   EXPECT_EQ(query.value(0).toString(), U("keptfirst,second"));
 }
 
-TEST_F(DatabasesTest, ADamagedJetFileStaysAsItIs) {
-  const QByteArray jet = ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
+TEST_F(DatabasesTest, AJetFileStaysWhereItIsDamagedOrThereIsNoRoomToConvertIt) {
+  const QByteArray jet = JetFile();
   ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
   for (qsizetype size = 20; size < jet.size(); size += 2038) {
+    SCOPED_TRACE(size);
     ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet.first(size)));
-    if (const auto opened = Open(); !opened) {
-      EXPECT_TRUE(opened.error().description.contains(Path("routers.mdb"))) << size;
-      EXPECT_EQ(ReadBytes(Path("routers.mdb")), jet.first(size)) << size;
-    } else {
-      ADD_FAILURE() << "a file cut at " << size << " was taken as whole";
-    }
+    ExpectRefused(Open(), "routers.mdb", jet.first(size));
   }
-}
-
-TEST_F(DatabasesTest, AJetFileStaysWhereThereIsNoRoomToConvertIt) {
-  const QByteArray jet = ReadBytes(U(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
   ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet));
   for (const rlim_t room : {0, 4096, 20'000, 90'000}) {
-    std::expected<void, DatabaseError> opened;
-    {
-      const testing::FullDisk disk(room);
-      opened = Open();
-    }
-    ASSERT_FALSE(opened) << room;
-    EXPECT_TRUE(opened.error().description.contains(Path("routers.mdb"))) << room;
-    EXPECT_EQ(ReadBytes(Path("routers.mdb")), jet) << room;
-    EXPECT_EQ(testing::Names(folder_.path()).size(), 3) << room;
+    SCOPED_TRACE(room);
+    ExpectRefused(testing::OnFullDisk(room, [&] { return Open(); }), "routers.mdb", jet);
+    EXPECT_EQ(testing::Names(folder_.path()).size(), 3);
   }
   EXPECT_TRUE(Open());
 }
@@ -285,20 +240,16 @@ TEST_F(DatabasesTest, TenThousandRoutersDoNotHoldTheWindow) {
   QList<RouterRecord> routers;
   for (int id = 1; id <= 10'000; ++id) {
     routers.append(Router(id, "Harbour"));
-    routers.last().routercommands = QString(4096, QLatin1Char('x'));
+    routers.last().routercommands = QString(4096, u'x');
   }
   ASSERT_TRUE(MakeTestDatabases(folder_.path(), routers));
   QElapsedTimer timer;
   timer.start();
   ASSERT_TRUE(Open());
   EXPECT_EQ(databases_.RouterCount(), 10'000);
-  const qint64 opened = timer.restart();
+  EXPECT_LT(timer.restart(), 500);
   EXPECT_EQ(Names(100).count(U("Harbour")), 10'000);
-  const qint64 listed = timer.elapsed();
-  EXPECT_LT(opened, 500);
-  EXPECT_LT(listed, 1000);  // Steps that each walk the table take ten times that.
-  RecordProperty("opened_ms", static_cast<int>(opened));
-  RecordProperty("listed_ms", static_cast<int>(listed));
+  EXPECT_LT(timer.elapsed(), 1000);  // Steps that each walk the table take ten times that.
 }
 
 }  // namespace

@@ -13,14 +13,12 @@ namespace {
 
 QString U(const char* text) { return QString::fromUtf8(text); }
 
-RouterSession Router(const char* both = "yes") {
-  RouterSession session;
-  session.router_id = 1;
-  session.supports_both = U(both);
-  session.max_range = U("100");
-  session.min_port = U("1");
-  session.max_port = U("65000");
-  return session;
+RouterSession Router(const char* supports_both = "yes") {
+  return {.router_id = 1,
+          .supports_both = U(supports_both),
+          .max_range = U("100"),
+          .min_port = U("1"),
+          .max_port = U("65000")};
 }
 
 TEST(EntryFields, WhatMayBeTyped) {
@@ -56,8 +54,7 @@ TEST(EntryFields, APortThatIsLeftIsMovedIntoTheRoutersLimits) {
   RouterSession session = Router();
   session.min_port = U("1024");
   const struct {
-    const char* typed;
-    const char* left;
+    const char *typed, *left;
   } cases[] = {{"80", "1024"},     {"1024", "1024"},
                {"65000", "65000"}, {"65001", "65000"},
                {"-5", "1024"},     {"99999999999999999999", "65000"},
@@ -73,69 +70,39 @@ TEST(EntryFields, APortThatIsLeftIsMovedIntoTheRoutersLimits) {
   EXPECT_EQ(ClampedPort(U("2000"), LimitsOf(session)), U("0")) << "as an update does";
 }
 
-struct Program {
-  const char* fault;
-  const char* both;  // routersupportsboth
-  const char* name;
-  const char* lists[3];  // TCP, UDP, both
-  const char* shown[2];  // TCP, UDP
-  int required;
-  const char* rows;
-  const char* unreadable;
-};
-
 TEST(ProgramEntries, OfPortLists) {
-  const Program cases[] = {
-      {"both lists ahead of one another, or numbers that start anew",
-       "NO",
-       "e Mule",
-       {"4662-4662", "4672-4675|5000", "7000-7001|8000-8000"},
-       {"(4662)(7000-7001)(8000)", "(4672-4675)(5000)(7000-7001)(8000)"},
-       7,
+  const struct {
+    const char* fault;
+    const char* supports_both;
+    const char* name;
+    const char *tcp, *udp, *both;
+    const char *shown_tcp, *shown_udp;
+    int required;
+    const char* rows;
+    const char* unreadable = "";
+  } cases[] = {
+      {"both lists ahead of one another, or numbers that start anew", "NO", "e Mule", "4662-4662",
+       "4672-4675|5000", "7000-7001|8000-8000", "(4662)(7000-7001)(8000)",
+       "(4672-4675)(5000)(7000-7001)(8000)", 7,
        "eMule01 4662 4662 TCP;eMule02 4672 4675 UDP;eMule03 5000 5000 UDP;"
-       "eMule04 7000 7001 TCP;eMule05 7000 7001 UDP;eMule06 8000 8000 TCP;eMule07 8000 8000 UDP",
-       ""},
-      {"two rows where one does",
-       "maybe",
-       "A",
-       {"", "", "7000-7000"},
-       {"(7000)", "(7000)"},
-       1,
-       "A01 7000 7000 TCP/UDP",
-       ""},
-      {"blank elements count",
-       "",
-       "A",
-       {"||  |5-6|", " ", ""},
-       {"(5-6)", "-"},
-       1,
-       "A01 5 6 TCP",
-       ""},
-      {"broken ports reach the list, or take the good ones along",
-       "",
-       "A",
-       {"-|x|6-5|70000|5-6-7|1-99999999999|+5| 9 - 10 ", "", ""},
-       {"()(x)(6-5)(70000)(5-6-7)(1-99999999999)(+5)(9 - 10)", "-"},
-       8,
-       "A01 9 10 TCP",
+       "eMule04 7000 7001 TCP;eMule05 7000 7001 UDP;eMule06 8000 8000 TCP;eMule07 8000 8000 UDP"},
+      {"two rows where one does", "maybe", "A", "", "", "7000-7000", "(7000)", "(7000)", 1,
+       "A01 7000 7000 TCP/UDP"},
+      {"blank elements count", "", "A", "||  |5-6|", " ", "", "(5-6)", "-", 1, "A01 5 6 TCP"},
+      {"broken ports reach the list, or take the good ones along", "", "A",
+       "-|x|6-5|70000|5-6-7|1-99999999999|+5| 9 - 10 ", "", "",
+       "()(x)(6-5)(70000)(5-6-7)(1-99999999999)(+5)(9 - 10)", "-", 8, "A01 9 10 TCP",
        "- x 6-5 70000 5-6-7 1-99999999999 +5"},
-      {"a bar in a name splits the row",
-       "",
-       "A|B",
-       {"5", "", ""},
-       {"(5)", "-"},
-       1,
-       "AB01 5 5 TCP",
-       ""},
+      {"a bar in a name splits the row", "", "A|B", "5", "", "", "(5)", "-", 1, "AB01 5 5 TCP"},
   };
-  for (const Program& c : cases) {
-    const AppPortRecord record = {
-        1, U("x|y"), U(c.name), U(c.lists[0]), U(c.lists[1]), U(c.lists[2])};
-    const RouterSession session = Router(c.both);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.fault);
+    const AppPortRecord record = {1, U("x|y"), U(c.name), U(c.tcp), U(c.udp), U(c.both)};
+    const RouterSession session = Router(c.supports_both);
     const ProgramSummary summary = SummarizeProgram(record, session);
-    EXPECT_EQ(summary.tcp, U(c.shown[0])) << c.fault;
-    EXPECT_EQ(summary.udp, U(c.shown[1])) << c.fault;
-    EXPECT_EQ(summary.entries, c.required) << c.fault;
+    EXPECT_EQ(summary.tcp, U(c.shown_tcp));
+    EXPECT_EQ(summary.udp, U(c.shown_udp));
+    EXPECT_EQ(summary.entries, c.required);
     const ProgramEntries made =
         MakeProgramEntries(record, ForwardedTo(U("10.0.0.1"), U("Desk")), session);
     QStringList rows;
@@ -144,8 +111,8 @@ TEST(ProgramEntries, OfPortLists) {
       EXPECT_EQ(e.forwarded_to, U("10.0.0.1(Desk)"));
       EXPECT_EQ(e.description, U("x y"));
     }
-    EXPECT_EQ(rows.join(u';'), U(c.rows)) << c.fault;
-    EXPECT_EQ(made.unreadable.join(u' '), U(c.unreadable)) << c.fault;
+    EXPECT_EQ(rows.join(u';'), U(c.rows));
+    EXPECT_EQ(made.unreadable.join(u' '), U(c.unreadable));
   }
 }
 
@@ -154,16 +121,15 @@ TEST(ProgramEntries, AHundredthRowKeepsItsWholeNumber) {
   EXPECT_EQ(MakeProgramEntries(record, {}, Router()).entries.last().app_name, U("A100"));
 }
 
-QList<PortEntry> Rows() {
-  return {{U("Web"), U("10.0.0.1()"), U("80"), U("90"), U("TCP"), {}},
-          {U("Odd"), U("printer()"), U("?"), U("?"), U("udp"), {}},  // as good as 80 to 90
-          {U("Both"), U("10.0.0.1()"), U("500"), U("500"), U("TCP/UDP"), {}}};
-}
+const QList<PortEntry> kRows = {
+    {U("Web"), U("10.0.0.1()"), U("80"), U("90"), U("TCP"), {}},
+    {U("Odd"), U("printer()"), U("?"), U("?"), U("udp"), {}},  // as good as 80 to 90
+    {U("Both"), U("10.0.0.1()"), U("500"), U("500"), U("TCP/UDP"), {}}};
 
 struct Typed {
   const char* fault;
   TypedEntry entry;
-  const char* message;  // the whole of it up to the first line break; empty: accepted
+  const char* message = "";  // the whole of it up to the first line break; empty: accepted
   EntryField focus = EntryField::kNone;
 };
 
@@ -184,62 +150,59 @@ constexpr char kNoAddress[] = "You must enter an ip address to forward the ports
 constexpr char kReversed[] = "Starting port can not be larger than the ending port";
 constexpr char kTooFar[] =
     "On this router the End Port can be at most 100 higher than the Start Port.";
+constexpr char kNoBar[] = "A name can not contain \"|\" or a line break.";
+constexpr char kMeetsWeb[] = "'Web' Already has the start port in its range.";
+constexpr char kMeetsOdd[] = "'Odd' Already has the start port in its range.";
+constexpr char kMeetsBoth[] = "'Both' Already has the start port in its range.";
 
 TEST(EntryChecks, OfANewEntryInTheirOrder) {
+  using Field = EntryField;
   const Typed cases[] = {
-      {"a good entry is refused", Entry("New", "TCP", "1000", "1100"), ""},
+      {"a good entry is refused", Entry("New", "TCP", "1000", "1100")},
       {"other checks ahead of the order", Entry("", "", "9", "8", ""), kReversed},
       {"an empty end port counts as information", Entry("New", "TCP", "9", ""), kReversed},
       {"the range is inclusive", Entry("", "TCP", "1000", "1101"), kTooFar},
       {"the range hides the name", Entry("ElevenChars", "TCP", "1000", "1101"), kTooFar},
       {"eleven letters pass", Entry("ElevenChars", "", "1", "1"),
-       "Name can only be 10 chars or less.", EntryField::kName},
-      {"a bar splits the row in the file", Entry("a|b", "TCP", "1", "1"),
-       "A name can not contain \"|\" or a line break.", EntryField::kName},
-      {"a line break as well", Entry("a\nb", "TCP", "1", "1"),
-       "A name can not contain \"|\" or a line break.", EntryField::kName},
+       "Name can only be 10 chars or less.", Field::kName},
+      {"a bar splits the row in the file", Entry("a|b", "TCP", "1", "1"), kNoBar, Field::kName},
+      {"a line break as well", Entry("a\nb", "TCP", "1", "1"), kNoBar, Field::kName},
       {"no name", Entry("", "TCP", "1", "1"), kNeedAll},
       {"a blank name", Entry("  ", "TCP", "1", "1"), kNeedAll},
       {"no ports at all", Entry("New", "TCP", "", ""), kNeedAll},
       {"no address", Entry("New", "TCP", "1", "1", ""), kNeedAll},
-      {"the address of nobody", Entry("New", "TCP", "1", "1", "0.0.0.0"), kNoAddress,
-       EntryField::kAddress},
-      {"half an address", Entry("New", "TCP", "1", "1", "192.168."), kNoAddress,
-       EntryField::kAddress},
+      {"nobody's address", Entry("New", "TCP", "1", "1", "0.0.0.0"), kNoAddress, Field::kAddress},
+      {"half an address", Entry("New", "TCP", "1", "1", "192.168."), kNoAddress, Field::kAddress},
       {"a point reaches the list", Entry("New", "TCP", "1.5", "2"), kWhole},
       {"a port beyond all numbers", Entry("New", "TCP", "1", "99999999999999999999"), kWhole},
       {"names that differ in case only", Entry("wEB", "UDP", "700", "700"),
        "The name 'wEB' is in your list already. Please choose another one."},
-      {"the protocols of another row meet", Entry("New", "UDP", "600", "600"), ""},
-      {"start within", Entry("New", "TCP", "90", "95"),
-       "'Web' Already has the start port in its range."},
-      {"around a whole row", Entry("New", "TCP", "70", "95"),
-       "'Web' Already has the start port in its range."},
-      {"a row whose ports are no numbers", Entry("New", "UDP", "85", "85"),
-       "'Odd' Already has the start port in its range."},
-      {"both protocols against one", Entry("New", "TCP/UDP", "90", "95"),
-       "'Web' Already has the start port in its range."},
-      {"one protocol against both", Entry("New", "udp", "500", "501"),
-       "'Both' Already has the start port in its range."},
-      {"next to a row", Entry("New", "TCP", "91", "99"), ""},
+      {"the protocols of another row meet", Entry("New", "UDP", "600", "600")},
+      {"start within", Entry("New", "TCP", "90", "95"), kMeetsWeb},
+      {"around a whole row", Entry("New", "TCP", "70", "95"), kMeetsWeb},
+      {"a row whose ports are no numbers", Entry("New", "UDP", "85", "85"), kMeetsOdd},
+      {"both protocols against one", Entry("New", "TCP/UDP", "90", "95"), kMeetsWeb},
+      {"one protocol against both", Entry("New", "udp", "500", "501"), kMeetsBoth},
+      {"next to a row", Entry("New", "TCP", "91", "99")},
   };
-  const Translator translator{QString()};
+  const Translator english{QString()};
+  const auto check = [&](const TypedEntry& typed) {
+    return CheckNewEntry(typed, kRows, Router(), english);
+  };
   for (const Typed& c : cases) {
-    ExpectVerdict(CheckNewEntry(c.entry, Rows(), Router(), translator), c);
+    ExpectVerdict(check(c.entry), c);
   }
-  EXPECT_EQ(
-      CheckNewEntry(Entry("New", "TCP", "1000", "1101"), Rows(), Router(), translator).message,
-      U(kTooFar) + U("\n\nYours is 101 higher than the Start Port."));
-  EXPECT_EQ(CheckNewEntry(Entry("New", "TCP", "90", "90"), Rows(), Router(), translator).message,
-            U("'Web' Already has the start port in its range.\n"
-              "You can not have a port forwarded more than once."));
-  EXPECT_TRUE(CheckNewEntry(Entry("New", "TCP", "1", "60000"), {}, {}, translator).accepted)
+  EXPECT_EQ(check(Entry("New", "TCP", "1000", "1101")).message,
+            U(kTooFar) + U("\n\nYours is 101 higher than the Start Port."));
+  EXPECT_EQ(check(Entry("New", "TCP", "90", "90")).message,
+            U(kMeetsWeb) + U("\nYou can not have a port forwarded more than once."));
+  EXPECT_TRUE(CheckNewEntry(Entry("New", "TCP", "1", "60000"), {}, {}, english).accepted)
       << "without a router there is no range yet";
 }
 
 TEST(EntryChecks, OfAnEditedRow) {
   const Typed web[] = {
-      {"the row is compared with itself", Entry("Web", "TCP", "80", "90", "10.0.0.1"), ""},
+      {"the row is compared with itself", Entry("Web", "TCP", "80", "90", "10.0.0.1")},
       {"other checks ahead of the empty field", Entry("", "TCP", "9", "8"), kNeedAll},
       {"reversed", Entry("Web", "TCP", "9", "8"),
        "Starting port can not be larger than the ending port."},
@@ -247,18 +210,16 @@ TEST(EntryChecks, OfAnEditedRow) {
       {"no number", Entry("Web", "TCP", "8-", "90"), kWhole},
       {"another row's name", Entry("both", "TCP", "80", "90"),
        "The name 'both' is in your list already. Please choose another one."},
-      {"another row's port", Entry("Web", "TCP", "450", "500"),
-       "'Both' Already has the start port in its range."},
+      {"another row's port", Entry("Web", "TCP", "450", "500"), kMeetsBoth},
       {"half an address", Entry("Web", "TCP", "80", "90", "10.0"), kNoAddress,
        EntryField::kAddress},
   };
-  const Translator translator{QString()};
+  const Translator english{QString()};
   for (const Typed& c : web) {
-    ExpectVerdict(CheckEditedEntry(c.entry, 0, Rows(), Router(), translator), c);
+    ExpectVerdict(CheckEditedEntry(c.entry, 0, kRows, Router(), english), c);
   }
-  EXPECT_TRUE(CheckEditedEntry(Entry("Odd", "UDP", "600", "600", "printer"), 1, Rows(), Router(),
-                               translator)
-                  .accepted)
+  const TypedEntry odd = Entry("Odd", "UDP", "600", "600", "printer");
+  EXPECT_TRUE(CheckEditedEntry(odd, 1, kRows, Router(), english).accepted)
       << "what the row holds already is held against it";
 }
 

@@ -30,22 +30,19 @@ inline QStringList Names(const QString& folder) {
 // What the process has worked so far; unlike the time of day, the same on a busy machine.
 inline qint64 WorkedMs() { return qint64{std::clock()} * 1000 / CLOCKS_PER_SEC; }
 
-// While it lives, no file of this process grows beyond `bytes`, as on a disk that is full.
-class FullDisk final {
- public:
-  explicit FullDisk(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &former_);
-    const rlimit limit = {bytes, former_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() { setrlimit(RLIMIT_FSIZE, &former_); }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  rlimit former_ = {};
-};
+// What `work` gives while no file of this process can grow beyond `bytes`, as on a disk that is
+// full.
+template <typename Work>
+auto OnFullDisk(rlim_t bytes, const Work& work) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit former = {};
+  getrlimit(RLIMIT_FSIZE, &former);
+  const rlimit limit = {bytes, former.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &limit);
+  auto result = work();
+  setrlimit(RLIMIT_FSIZE, &former);
+  return result;
+}
 
 // While it lives, `folder` and its files can be read but not written, also where the tests run as
 // root, who could write anyway.

@@ -15,6 +15,7 @@
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::WriteBytes;
 
 constexpr char kUserHive[] =
@@ -55,12 +56,13 @@ constexpr char kAzureus[] =
 // A home folder with a Wine prefix in it.
 class PortDiscovery : public ::testing::Test {
  protected:
+  PortDiscovery() { MakePrefix(); }
   // Begins with nothing but the hives and the empty folders of the user.
-  void MakePrefix() {
+  void MakePrefix(const QByteArray& user = kUserHive, const QByteArray& machine = kMachineHive) {
     folder_ = std::make_unique<QTemporaryDir>();
-    QDir(folder_->path()).mkpath(QStringLiteral(APP_DATA));
-    Add("user.reg", kUserHive);
-    Add("system.reg", kMachineHive);
+    QDir().mkpath(Path(APP_DATA));
+    Add("user.reg", user);
+    Add("system.reg", machine);
   }
   QString Path(const char* below) const { return folder_->filePath(QString::fromUtf8(below)); }
   void Add(const char* below, const QByteArray& bytes) const {
@@ -77,69 +79,66 @@ class PortDiscovery : public ::testing::Test {
 
 QString Lists(const DiscoveredPorts& found) {
   EXPECT_EQ(found.ports.tcpudpports, QString());
-  return found.ports.tcpportsonly + QLatin1Char(' ') + found.ports.udpportsonly;
+  return found.ports.tcpportsonly + u' ' + found.ports.udpportsonly;
 }
 
 TEST_F(PortDiscovery, EachProgramsSettingsGiveItsPorts) {
+  const QByteArray comet =
+      "<BitComet>\r\n<Settings>\r\n<ListenPort>17890</ListenPort>\r\n<ListenPort>2</ListenPort>";
+  const QByteArray lime = "#LimeWire properties file\r\nCLIENT_ID=0A\r\nPORT=14217\r\nPORT=2\r\n";
+  const QByteArray tornado = "maxport = 60000\r\nmax_uploads = 7\r\nminport = 10000\r\n";
   const struct {
     const char* program;
-    const char* file;  // null: the registry is enough
-    QByteArray bytes;
-    const char* lists;  // TCP, a blank, UDP
     const char* short_name;
+    const char* lists;           // TCP, a blank, UDP
+    const char* file = nullptr;  // null: the registry is enough
+    QByteArray bytes = {};
   } rows[] = {
-      {"Ares", nullptr, {}, "48196-48196| ", "Ares"},
-      {"Azureus Vuze", APP_DATA "Azureus/azureus.config", kAzureus, "49160-49160| 49161-49161|",
-       "Azureus"},
-      {"Azureus Vuze", "home/.azureus/azureus.config", kAzureus, "49160-49160| 49161-49161|",
-       "Azureus"},
-      {"BitComet", PROGRAMS "BitComet/BitComet.xml",
-       "<BitComet>\r\n<Settings>\r\n<ListenPort>17890</ListenPort>\r\n<ListenPort>2</ListenPort>",
-       "17890-17890| ", "BitComet"},
-      {"BitLord", PROGRAMS "BitLord/BitLord.xml",
-       "\xef\xbb\xbf<a><ListenPort> 08517\n</ListenPort>", "8517-8517| ", "BitLord"},
-      {"BitTornado", APP_DATA ".BitTornado/config.gui.ini",
-       "maxport = 60000\r\nmax_uploads = 7\r\nminport = 10000\r\n", "10000-60000| ", "BitTornado"},
-      {"BitTornado", "home/.BitTornado/config.gui.ini", "minport = 10000\nmaxport = 10000",
-       "10000-10000| ", "BitTornado"},
-      {"BitTorrent", APP_DATA "bittorrent/Settings.dat", "d9:bind_porti6881e3:abcle", "6881-6881| ",
-       "BitTorrent"},
-      {"DreaMule", PROGRAMS "DreaMule/config/preferences.ini", kMule, "4662-4662| 4672-4672|",
-       "DreaMule"},
-      {"Emule (Shared)", PROGRAMS "eMule/config/preferences.ini", kMule, "4662-4662| 4672-4672|",
-       "Emule"},
-      {"Emule (Shared)", VIRTUAL_STORE "eMule/config/preferences.ini", kMule,
-       "4662-4662| 4672-4672|", "Emule"},
-      {"Emule (User Specific)", APP_DATA "eMule/config/preferences.ini", kMule,
-       "4662-4662| 4672-4672|", "Emule"},
-      {"LimeWire", APP_DATA "LimeWire/limewire.props",
-       "#LimeWire properties file\r\nCLIENT_ID=0A\r\nPORT=14217\r\nPORT=2\r\n", "14217-14217| ",
-       "LimeWire"},
-      {"LimeWire", "home/.limewire/limewire.props", "FORCED_PORT=14217\nPORT=2", "14217-14217| ",
-       "LimeWire"},
-      {"Shareaza", nullptr, {}, "7213-7213| ", "Shareaza"},
-      {"StrongDC++", PROGRAMS "StrongDC++/Settings/DCPlusPlus.xml", kDirectConnect,
-       "3412-3412|3414-3414| 3413-3413|", "StrongDC++"},
-      {"utorrent", APP_DATA "uTorrent/settings.dat", "d9:bind_porti65535e", "65535-65535| ",
-       "uTorrent"},
-      {"Vibe Streamer", PROGRAMS "Vibe Streamer/conf/server.xml",
-       "<config><serverPort>8081</serverPort></config>", "8081-8081| ", "Vibe"},
+      {"Ares", "Ares", "48196-48196| "},
+      {"Azureus Vuze", "Azureus", "49160-49160| 49161-49161|", APP_DATA "Azureus/azureus.config",
+       kAzureus},
+      {"Azureus Vuze", "Azureus", "49160-49160| 49161-49161|", "home/.azureus/azureus.config",
+       kAzureus},
+      {"BitComet", "BitComet", "17890-17890| ", PROGRAMS "BitComet/BitComet.xml", comet},
+      {"BitLord", "BitLord", "8517-8517| ", PROGRAMS "BitLord/BitLord.xml",
+       "\xef\xbb\xbf<a><ListenPort> 08517\n</ListenPort>"},
+      {"BitTornado", "BitTornado", "10000-60000| ", APP_DATA ".BitTornado/config.gui.ini", tornado},
+      {"BitTornado", "BitTornado", "10000-10000| ", "home/.BitTornado/config.gui.ini",
+       "minport = 10000\nmaxport = 10000"},
+      {"BitTorrent", "BitTorrent", "6881-6881| ", APP_DATA "bittorrent/Settings.dat",
+       "d9:bind_porti6881e3:abcle"},
+      {"DreaMule", "DreaMule", "4662-4662| 4672-4672|", PROGRAMS "DreaMule/config/preferences.ini",
+       kMule},
+      {"Emule (Shared)", "Emule", "4662-4662| 4672-4672|", PROGRAMS "eMule/config/preferences.ini",
+       kMule},
+      {"Emule (Shared)", "Emule", "4662-4662| 4672-4672|",
+       VIRTUAL_STORE "eMule/config/preferences.ini", kMule},
+      {"Emule (User Specific)", "Emule", "4662-4662| 4672-4672|",
+       APP_DATA "eMule/config/preferences.ini", kMule},
+      {"LimeWire", "LimeWire", "14217-14217| ", APP_DATA "LimeWire/limewire.props", lime},
+      {"LimeWire", "LimeWire", "14217-14217| ", "home/.limewire/limewire.props",
+       "FORCED_PORT=14217\nPORT=2"},
+      {"Shareaza", "Shareaza", "7213-7213| "},
+      {"StrongDC++", "StrongDC++", "3412-3412|3414-3414| 3413-3413|",
+       PROGRAMS "StrongDC++/Settings/DCPlusPlus.xml", kDirectConnect},
+      {"utorrent", "uTorrent", "65535-65535| ", APP_DATA "uTorrent/settings.dat",
+       "d9:bind_porti65535e"},
+      {"Vibe Streamer", "Vibe", "8081-8081| ", PROGRAMS "Vibe Streamer/conf/server.xml",
+       "<config><serverPort>8081</serverPort></config>"},
   };
   QStringList tried;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.file != nullptr ? row.file : row.program);
     MakePrefix();
     if (row.file != nullptr) {
-      EXPECT_EQ(Lists(Discover(row.program)), QStringLiteral(" ")) << "before there is a file";
+      EXPECT_EQ(Lists(Discover(row.program)), u" "_s) << "before there is a file";
       Add(row.file, row.bytes);
     }
     const DiscoveredPorts found = Discover(row.program);
     EXPECT_TRUE(found.IsComplete());
     EXPECT_EQ(Lists(found), QLatin1String(row.lists));
     EXPECT_EQ(found.ports.nameforrouter, QLatin1String(row.short_name));
-    if (row.file != nullptr) {
-      EXPECT_EQ(found.source, Path(row.file));
-    }
+    EXPECT_TRUE(row.file == nullptr || found.source == Path(row.file)) << qPrintable(found.source);
     tried += found.ports.appname;
   }
   tried.removeDuplicates();
@@ -147,14 +146,12 @@ TEST_F(PortDiscovery, EachProgramsSettingsGiveItsPorts) {
 }
 
 TEST_F(PortDiscovery, WhatIsNoPortNeverBecomesOne) {
-  struct Place {
-    const char* program;
-    const char* file;
-  };
+  using Place = std::pair<const char*, const char*>;  // program, file
   const Place torrent = {"uTorrent", APP_DATA "uTorrent/settings.dat"};
   const Place azureus = {"Azureus Vuze", APP_DATA "Azureus/azureus.config"};
   const Place mule = {"Emule (User Specific)", APP_DATA "eMule/config/preferences.ini"};
   const Place tornado = {"BitTornado", APP_DATA ".BitTornado/config.gui.ini"};
+  const QByteArray binary = QByteArray(5000, '\0') + "\xff\xfe\xff";
   const struct {
     const char* fault;
     Place place;
@@ -171,10 +168,7 @@ TEST_F(PortDiscovery, WhatIsNoPortNeverBecomesOne) {
       {"a thousand digits", torrent, "bind_porti" + QByteArray(1000, '1') + "e", "-| ",
        u"11111111111111111111"},
       {"cut off by the file's end", torrent, "bind_porti688", "-| ", u""},
-      {"binary all around", torrent,
-       QByteArray(5000, '\0') + "\xff\xfe\xff"
-                                "bind_porti6881e",
-       "6881-6881| ", nullptr},
+      {"binary all around", torrent, binary + "bind_porti6881e", "6881-6881| ", nullptr},
       {"the largest file", torrent, "bind_porti6881e" + QByteArray((4 << 20) - 15, 'x'),
        "6881-6881| ", nullptr},
       {"the UDP port is taken for the TCP port", azureus, "15:UDP.Listen.Porti49161ee",
@@ -185,23 +179,22 @@ TEST_F(PortDiscovery, WhatIsNoPortNeverBecomesOne) {
       {"a range that ends before it starts", tornado, "minport = 10\nmaxport = 9\n", "-| ", u"9"},
       {"half a range", tornado, "minport = 0\nmaxport = 9\n", "-| ", u"0"},
   };
-  MakePrefix();
   for (const auto& row : rows) {
-    Add(row.place.file, row.bytes);
-    const DiscoveredPorts found = Discover(row.place.program);
-    EXPECT_EQ(found.outcome, DiscoveryOutcome::kRead) << row.fault;
-    EXPECT_EQ(Lists(found), QLatin1String(row.lists)) << row.fault;
-    EXPECT_EQ(found.IsComplete(), row.refused == nullptr) << row.fault;
-    EXPECT_EQ(found.refused.join(QLatin1Char('+')), QString::fromUtf16(row.refused)) << row.fault;
+    SCOPED_TRACE(row.fault);
+    Add(row.place.second, row.bytes);
+    const DiscoveredPorts found = Discover(row.place.first);
+    EXPECT_EQ(found.outcome, DiscoveryOutcome::kRead);
+    EXPECT_EQ(Lists(found), QLatin1String(row.lists));
+    EXPECT_EQ(found.IsComplete(), row.refused == nullptr);
+    EXPECT_EQ(found.refused.join(u'+'), QString::fromUtf16(row.refused));
   }
 }
 
 TEST_F(PortDiscovery, WhatCannotBeReadIsToldApart) {
-  MakePrefix();
   const char* const file = APP_DATA "uTorrent/settings.dat";
-  EXPECT_EQ(Discover("uTorrent").outcome, DiscoveryOutcome::kNoFile);
-  EXPECT_EQ(Discover("BitComet").outcome, DiscoveryOutcome::kNoFile);
-  EXPECT_EQ(Discover("no such program").outcome, DiscoveryOutcome::kNoFile);
+  for (const char* program : {"uTorrent", "BitComet", "no such program"}) {
+    EXPECT_EQ(Discover(program).outcome, DiscoveryOutcome::kNoFile) << program;
+  }
   Add(APP_DATA "uTorrent/settings.dat/x", "a folder in place of the file");
   EXPECT_EQ(Discover("uTorrent").outcome, DiscoveryOutcome::kNoFile);
   QDir(Path(file)).removeRecursively();
@@ -209,60 +202,46 @@ TEST_F(PortDiscovery, WhatCannotBeReadIsToldApart) {
   EXPECT_EQ(Discover("uTorrent").outcome, DiscoveryOutcome::kNoFile) << "or it waits for ever";
   QFile::remove(Path(file));
   Add(file, QByteArray((4 << 20) + 1, 'x'));
-  EXPECT_EQ(Discover("uTorrent").problem, QStringLiteral("4 File too large"));
+  EXPECT_EQ(Discover("uTorrent").problem, u"4 File too large"_s);
   QFile::remove(Path(file));
   // A file that opens, and whose first byte nobody can read.
-  QFile::link(QStringLiteral("/proc/self/mem"), Path(file));
+  QFile::link(u"/proc/self/mem"_s, Path(file));
   const DiscoveredPorts broken = Discover("uTorrent");
   EXPECT_EQ(broken.outcome, DiscoveryOutcome::kUnreadable);
-  EXPECT_EQ(broken.problem, QStringLiteral("1 Input/output error"));
+  EXPECT_EQ(broken.problem, u"1 Input/output error"_s);
   EXPECT_EQ(broken.source, Path(file));
-  EXPECT_EQ(Lists(broken), QStringLiteral(" "));
+  EXPECT_EQ(Lists(broken), u" "_s);
 }
 
 TEST_F(PortDiscovery, AnEmptyRegistryIsTold) {
-  const char* const programs[] = {"Ares", "BitComet", "DreaMule", "StrongDC++"};
   const QByteArray head = "WINE REGISTRY Version 2\n";
-  const QByteArray hives[] = {
-      "", head,
-      head +
-          "[Software\\\\BitComet]\n@=\"\"\n["
-          "Software\\\\Classes\\\\dchub\\\\Shell\\\\Open\\\\Command]\n"
-          "@=\"C:\\\\StrongDC.exe %1\"\n",
-      head +
-          "[Software\\\\Classes\\\\dchub\\\\Shell\\\\Open\\\\Command]\n@=\"\\\"short\\\" %1\"\n"};
-  for (const QByteArray& hive : hives) {
-    MakePrefix();
-    Add("user.reg", hive);
-    Add("system.reg", hive);
-    for (const char* program : programs) {
+  const QByteArray opening = "[Software\\\\Classes\\\\dchub\\\\Shell\\\\Open\\\\Command]\n@=";
+  for (const QByteArray& hive :
+       {QByteArray(), head, head + opening + "\"\\\"short\\\" %1\"\n",
+        head + "[Software\\\\BitComet]\n@=\"\"\n" + opening + "\"C:\\\\StrongDC.exe %1\"\n"}) {
+    MakePrefix(hive, hive);
+    for (const char* program : {"Ares", "BitComet", "DreaMule", "StrongDC++"}) {
       EXPECT_EQ(Discover(program).outcome, DiscoveryOutcome::kNoRegistryValue)
           << program << " " << hive.toStdString();
     }
   }
-  MakePrefix();
-  Add("user.reg",
-      QByteArray("WINE REGISTRY Version 2\n[Software\\\\Ares]\n\"Transfer.ServerPort\"=dword:0\n"));
+  MakePrefix(head + "[Software\\\\Ares]\n\"Transfer.ServerPort\"=dword:0\n");
   const DiscoveredPorts zero = Discover("Ares");
   EXPECT_EQ(zero.outcome, DiscoveryOutcome::kRead);
-  EXPECT_EQ(zero.refused, QStringList{QStringLiteral("0")});
-  EXPECT_EQ(zero.source, QStringLiteral("HKEY_CURRENT_USER\\Software\\Ares\\Transfer.ServerPort"));
+  EXPECT_EQ(zero.refused, QStringList{u"0"_s});
+  EXPECT_EQ(zero.source, u"HKEY_CURRENT_USER\\Software\\Ares\\Transfer.ServerPort"_s);
 }
 
 TEST_F(PortDiscovery, AllProgramsWithPortsAreListedOnceAndAMissingPrefixHasNone) {
-  MakePrefix();
   Add(APP_DATA "Azureus/azureus.config", kAzureus);
   Add("home/.azureus/azureus.config", "15:TCP.Listen.Porti1e15:UDP.Listen.Porti2e");
   Add(APP_DATA "uTorrent/settings.dat", "no port");
-  QStringList found;
+  QString found;
   for (const DiscoveredPorts& each : DiscoverAllPorts(Settings())) {
-    found += each.ports.appname + QLatin1Char(' ') + each.ports.tcpportsonly;
+    found += each.ports.appname + u' ' + each.ports.tcpportsonly;
   }
-  EXPECT_EQ(found, (QStringList{QStringLiteral("Ares 48196-48196|"),
-                                QStringLiteral("Azureus Vuze 49160-49160|"),
-                                QStringLiteral("Shareaza 7213-7213|")}));
-  const WineSettings nothing(Path("missing"), Path("missing"));
-  EXPECT_TRUE(DiscoverAllPorts(nothing).isEmpty());
+  EXPECT_EQ(found, u"Ares 48196-48196|Azureus Vuze 49160-49160|Shareaza 7213-7213|"_s);
+  EXPECT_TRUE(DiscoverAllPorts(WineSettings(Path("missing"), Path("missing"))).isEmpty());
 }
 
 }  // namespace

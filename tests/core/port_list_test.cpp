@@ -8,91 +8,81 @@
 #include "core/files.h"
 #include "core/port_list_file.h"
 #include "core/port_list_model.h"
+#include "core/port_rows.h"
 #include "core/port_totals.h"
+#include "test_main.h"
 
 namespace quayline {
 namespace {
 
+using testing::OnFullDisk;
+using testing::PortRows;
 using testing::ReadBytes;
 using testing::WriteBytes;
 
 QString U(const char* text) { return QString::fromUtf8(text); }
 
-PortEntry Row(const char* start, const char* end, const char* protocol = "TCP") {
-  return {U("Ftp"), U("192.168.1.10()"), U(start), U(end), U(protocol), U("Ftp")};
-}
-
-PortEntry Fields(const QString& first, const QString& second = {}) {
-  return {first, second, {}, {}, {}, {}};
-}
-
 TEST(PortNumber, TakesWholeNumbersAndNothingElse) {
   const struct {
     const char* text;
-    std::optional<int> number;
-  } rows[] = {{"21", 21},
-              {" +21\t", 21},
-              {"-1", -1},
-              {"0021", 21},
-              {"2147483647", 2147483647},
-              {"2147483648", {}},
-              {"-2147483649", {}},
-              {"", {}},
-              {"  ", {}},
-              {"21x", {}},
-              {"2 1", {}},
-              {"0x15", {}},
-              {"2e3", {}},
-              {"1,000", {}},
-              {"21.0", {}},
-              {"- 1", {}},
-              {"٢١", {}}};
+    std::optional<int> number = {};
+  } rows[] = {{"21", 21},     {" +21\t", 21},  {"-1", -1}, {"0021", 21}, {"2147483647", 2147483647},
+              {"2147483648"}, {"-2147483649"}, {""},       {"  "},       {"21x"},
+              {"2 1"},        {"0x15"},        {"2e3"},    {"1,000"},    {"21.0"},
+              {"- 1"},        {"٢١"}};
   for (const auto& row : rows) {
     EXPECT_EQ(PortNumber(U(row.text)), row.number) << row.text;
   }
+}
+
+// The fields of each row, with "|" behind each and "\n" behind the row.
+QString Fields(const QList<PortEntry>& entries) {
+  QString text;
+  for (const PortEntry& e : entries) {
+    for (const QString& field :
+         {e.app_name, e.forwarded_to, e.start_port, e.end_port, e.protocol, e.description}) {
+      text += field + u'|';
+    }
+    text += u'\n';
+  }
+  return text;
 }
 
 TEST(PortListFile, ReadsEveryLineThatIsThere) {
   const struct {
     const char* fault;
     QByteArray bytes;
-    QList<PortEntry> entries;
+    const char* fields;
   } rows[] = {
-      {"the plain row", "Ftp|192.168.1.10()|21|21|TCP|Ftp\r\n", {Row("21", "21")}},
-      {"no line end", "Ftp|192.168.1.10()|21|21|TCP|Ftp", {Row("21", "21")}},
-      {"line ends of other systems, empty lines",
-       "\n\r\na\rb\n\nc\r\r\n",
-       {Fields(U("a")), Fields(U("b")), Fields(U("c"))}},
-      {"too few fields", "a|b|\r\n", {Fields(U("a"), U("b"))}},
-      {"too many fields",
-       "a|b|1|2|TCP|d|x|y\r\n",
-       {{U("a"), U("b"), U("1"), U("2"), U("TCP"), U("d")}}},
-      {"blanks are kept", " a |\r\n", {Fields(U(" a "))}},
-      {"zeros", QByteArray("a\0b\0\r\n\0", 7), {Fields(U("ab"))}},
-      {"UTF-8 with its mark", "\xef\xbb\xbf\xc3\xa9|\xe2\x82\xac", {Fields(U("é"), U("€"))}},
-      {"Windows-1252, also at the end of a line",
-       "\x80|\x81\xe9\r\n\xc3\xa9",
-       {Fields(U("€"), U("\u0081é")), Fields(U("é"))}},
-      {"UTF-16", QByteArray("\xff\xfe\x61\0|\0\xe9\0\r\0\n\0", 12), {Fields(U("a"), U("é"))}},
-      {"empty file", "", {}},
+      {"the plain row", "Ftp|1.1.1.1()|21|22|TCP|x\r\n", "Ftp|1.1.1.1()|21|22|TCP|x|\n"},
+      {"no line end", "Ftp|1.1.1.1()|21|22|TCP|x", "Ftp|1.1.1.1()|21|22|TCP|x|\n"},
+      {"line ends of other systems, empty lines", "\n\r\na\rb\n\nc\r\r\n",
+       "a||||||\nb||||||\nc||||||\n"},
+      {"too few fields", "a|b|\r\n", "a|b|||||\n"},
+      {"too many fields", "a|b|1|2|TCP|d|x|y\r\n", "a|b|1|2|TCP|d|\n"},
+      {"blanks are kept", " a |\r\n", " a ||||||\n"},
+      {"zeros", QByteArray("a\0b\0\r\n\0", 7), "ab||||||\n"},
+      {"UTF-8 with its mark", "\xef\xbb\xbf\xc3\xa9|\xe2\x82\xac", "é|€|||||\n"},
+      {"Windows-1252, also at the end of a line", "\x80|\x81\xe9\r\n\xc3\xa9",
+       "€|\u0081é|||||\né||||||\n"},
+      {"UTF-16", QByteArray("\xff\xfe\x61\0|\0\xe9\0\r\0\n\0", 12), "a|é|||||\n"},
+      {"empty file", "", ""},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(ParsePortList(row.bytes), row.entries) << row.fault;
+    EXPECT_EQ(Fields(ParsePortList(row.bytes)), U(row.fields)) << row.fault;
   }
 }
 
 TEST(PortListFile, WritesTheBytesThatAreExchanged) {
-  EXPECT_EQ(FormatPortList({Row("21", "21"), Row("80", "90", "TCP/UDP")}),
-            "Ftp|192.168.1.10()|21|21|TCP|Ftp\r\nFtp|192.168.1.10()|80|90|TCP/UDP|Ftp\r\n");
+  EXPECT_EQ(FormatPortList(PortRows("Ftp 21..21; Web 80..90 TCP/UDP")),
+            "Ftp|10.0.0.9()|21|21|TCP|note\r\nWeb|10.0.0.9()|80|90|TCP/UDP|note\r\n");
   EXPECT_EQ(FormatPortList({}), "");
-  PortEntry broken = Row("21", "21");
-  broken.description = U("one\r\ntwo\nthree\rЖ 😀");
-  const QList<PortEntry> read = ParsePortList(FormatPortList({broken, Row("1", "1")}));
-  ASSERT_EQ(read.size(), 2);
-  EXPECT_EQ(read[0].description, U("one two three Ж 😀"));
+  const QList<PortEntry> broken = {{.description = U("one\r\ntwo\nthree\rЖ 😀")}, {U("next")}};
+  EXPECT_EQ(Fields(ParsePortList(FormatPortList(broken))),
+            U("|||||one two three Ж 😀|\nnext||||||\n"));
   // Half of a pair has no form in any encoding: the rest of the list must not go with it.
-  broken.description = QString(QChar(0xD83D)) + U("kept");
-  EXPECT_TRUE(ParsePortList(FormatPortList({broken}))[0].description.endsWith(U("kept")));
+  const PortEntry half = {.description = QString(QChar(0xD83D)) + U("kept")};
+  EXPECT_TRUE(ParsePortList(FormatPortList({half}))[0].description.endsWith(U("kept")));
 }
 
 class PortListOnDisk : public ::testing::Test {
@@ -102,16 +92,12 @@ class PortListOnDisk : public ::testing::Test {
 };
 
 TEST_F(PortListOnDisk, ADiskThatFillsAtAnyByteLeavesTheOldList) {
-  ASSERT_TRUE(SavePortList({Row("1", "2")}, path_));
+  ASSERT_TRUE(SavePortList(PortRows("Old 1..2"), path_));
   const QByteArray old = ReadBytes(path_);
-  const QList<PortEntry> entries = {Row("21", "21"), Row("80", "90", "TCP/UDP")};
+  const QList<PortEntry> entries = PortRows("Ftp 21..21; Web 80..90 TCP/UDP");
   const qsizetype size = FormatPortList(entries).size();
   for (qsizetype room = 0; room < size; ++room) {
-    std::expected<void, ListFileError> saved;
-    {
-      const testing::FullDisk disk(room);
-      saved = SavePortList(entries, path_);
-    }
+    const auto saved = OnFullDisk(room, [&] { return SavePortList(entries, path_); });
     ASSERT_FALSE(saved) << room;
     ASSERT_EQ(saved.error(), ListFileError::kCannotWrite);
     ASSERT_EQ(ReadBytes(path_), old) << room;
@@ -155,46 +141,37 @@ TEST_F(PortListOnDisk, AMillionRowsLoadWithoutALongWait) {
   EXPECT_LT(testing::WorkedMs() - begun, 5000);
 }
 
-// Ranges as "first-last,protocol".
-QString Ranges(const PortTotals& totals) {
-  QStringList texts;
-  for (const ForwardedRange& range : totals.forwarded) {
-    texts.append(QStringLiteral("%1-%2,%3")
-                     .arg(range.first)
-                     .arg(range.last)
-                     .arg(static_cast<int>(range.protocol)));
-  }
-  return texts.join(QLatin1Char(' '));
-}
-
 TEST(PortTotals, CountsAsTheListShowsIt) {
   const struct {
     const char* fault;
-    QList<PortEntry> entries;
+    const char* entries;
     qint64 tcp, udp;
     const char* ranges;
   } rows[] = {
-      {"empty", {}, 0, 0, ""},
-      {"single port", {Row("100", "100")}, 1, 0, "100-100,6"},
-      {"both count twice", {Row("1", "10", "tcp/Udp")}, 10, 10, "1-10,6 1-10,17"},
-      {"UDP", {Row("5", "6", "udp")}, 0, 2, "5-6,17"},
-      {"unknown protocol", {Row("5", "6", "SCTP")}, 0, 0, ""},
-      {"not a number at first", {Row("x", "3")}, 4, 0, "0-3,6"},
-      {"not a number later", {Row("5", "9", "SCTP"), Row("x", "y")}, 5, 0, "5-9,6"},
-      {"ends before it starts", {Row("9", "5"), Row("1", "10")}, 7, 0, "1-10,6"},
-      {"the whole of 32 bits",
-       {Row("-2147483648", "2147483647")},
-       qint64{1} << 32,
-       0,
+      {"empty", "", 0, 0, ""},
+      {"single port", "a 100..100", 1, 0, "100-100,6"},
+      {"both count twice", "a 1..10 tcp/Udp", 10, 10, "1-10,6 1-10,17"},
+      {"UDP", "a 5..6 udp", 0, 2, "5-6,17"},
+      {"unknown protocol", "a 5..6 SCTP", 0, 0, ""},
+      {"not a number at first", "a x..3", 4, 0, "0-3,6"},
+      {"not a number later", "a 5..9 SCTP; b x..y", 5, 0, "5-9,6"},
+      {"ends before it starts", "a 9..5; b 1..10", 7, 0, "1-10,6"},
+      {"the whole of 32 bits", "a -2147483648..2147483647", qint64{1} << 32, 0,
        "-2147483648-2147483647,6"},
   };
   for (const auto& row : rows) {
-    const PortTotals totals = ComputeTotals(row.entries);
-    EXPECT_EQ(totals.rows, row.entries.size()) << row.fault;
-    EXPECT_EQ(totals.tcp, row.tcp) << row.fault;
-    EXPECT_EQ(totals.udp, row.udp) << row.fault;
-    EXPECT_EQ(totals.total, row.tcp + row.udp) << row.fault;
-    EXPECT_EQ(Ranges(totals), U(row.ranges)) << row.fault;
+    SCOPED_TRACE(row.fault);
+    const QList<PortEntry> entries = PortRows(row.entries);
+    const PortTotals totals = ComputeTotals(entries);
+    EXPECT_EQ(totals.rows, entries.size());
+    EXPECT_EQ(totals.tcp, row.tcp);
+    EXPECT_EQ(totals.udp, row.udp);
+    EXPECT_EQ(totals.total, row.tcp + row.udp);
+    QStringList ranges;
+    for (const auto& [first, last, protocol] : totals.forwarded) {
+      ranges += U("%1-%2,%3").arg(first).arg(last).arg(static_cast<int>(protocol));
+    }
+    EXPECT_EQ(ranges.join(u' '), U(row.ranges));
   }
 }
 
@@ -203,21 +180,19 @@ TEST(PortListModel, AViewHearsOfEveryChangeAndWrongRowsChangeNothing) {
   const QAbstractItemModelTester tester(&model,
                                         QAbstractItemModelTester::FailureReportingMode::Fatal);
   model.Append({});
-  model.Append({Row("1", "2"), Row("3", "4")});
-  model.Replace(1, Row("5", "6", "UDP"));
-  model.Replace(2, Row("7", "8"));
+  model.Append(PortRows("a 1..2; b 3..4"));
+  model.Replace(1, PortRows("c 5..6 UDP")[0]);
+  model.Replace(2, PortRows("d 7..8")[0]);
   model.Remove({-1, 2});
-  EXPECT_EQ(model.Entries(), (QList{Row("1", "2"), Row("5", "6", "UDP")}));
-  QStringList cells;
+  EXPECT_EQ(model.Entries(), PortRows("a 1..2; c 5..6 UDP"));
+  QString cells;
   for (int column = 0; column < model.columnCount(); ++column) {
-    cells.append(model.index(1, column).data().toString());
+    cells += model.index(1, column).data().toString() + u'|';
   }
-  EXPECT_EQ(cells.join(QLatin1Char('|')), U("Ftp|192.168.1.10()|5|6|UDP|Ftp"));
-  model.Remove({0});
-  EXPECT_EQ(model.Entries(), QList{Row("5", "6", "UDP")});
-  model.SetEntries({Row("0", "0"), Row("1", "1"), Row("2", "2"), Row("3", "3"), Row("4", "4")});
-  model.Remove({4, 0, 3, 0});  // neighbours, out of order, one twice
-  EXPECT_EQ(model.Entries(), (QList{Row("1", "1"), Row("2", "2")}));
+  EXPECT_EQ(cells, U("c|10.0.0.9()|5|6|UDP|note|"));
+  model.SetEntries(PortRows("a 0..0; b 1..1; c 2..2; d 3..3; e 4..4; f 5..5"));
+  model.Remove({5, 0, 4, 2, 0});  // neighbours, out of order, one twice
+  EXPECT_EQ(model.Entries(), PortRows("b 1..1; d 3..3"));
   model.SetEntries({});
   EXPECT_EQ(model.rowCount(), 0);
 }

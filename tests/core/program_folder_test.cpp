@@ -8,10 +8,12 @@
 #include <gtest/gtest.h>
 
 #include "core/files.h"
+#include "test_main.h"
 
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::Names;
 using testing::ReadBytes;
 using testing::WriteBytes;
@@ -22,40 +24,36 @@ class ProgramFolder : public ::testing::Test {
     qputenv("XDG_DATA_HOME", QFile::encodeName(data_));
     QDir().mkpath(bin_);
     QDir().mkpath(seed_);
-    WriteBytes(seed_ + QStringLiteral("/routers.mdb"), "seed routers");
-    WriteBytes(seed_ + QStringLiteral("/custom.mdb"), "seed custom");
+    WriteBytes(seed_ + u"/routers.mdb"_s, "seed routers");
+    WriteBytes(seed_ + u"/custom.mdb"_s, "seed custom");
   }
   ~ProgramFolder() override { qunsetenv("XDG_DATA_HOME"); }
 
   QTemporaryDir folder_;
-  QString data_ = folder_.filePath(QStringLiteral("data"));
-  QString bin_ = folder_.filePath(QStringLiteral("bin"));
-  QString seed_ = folder_.filePath(QStringLiteral("share/quayline"));
-  QString home_ = data_ + QStringLiteral("/quayline");
+  QString data_ = folder_.filePath(u"data"_s);
+  QString bin_ = folder_.filePath(u"bin"_s);
+  QString seed_ = folder_.filePath(u"share/quayline"_s);
+  QString home_ = data_ + u"/quayline"_s;
 };
 
 TEST_F(ProgramFolder, APortableProgramStaysInItsFolder) {
-  WriteBytes(bin_ + QStringLiteral("/routers.mdb"), "own");
+  WriteBytes(bin_ + u"/routers.mdb"_s, "own");
   EXPECT_EQ(FindProgramFolder(bin_, seed_), bin_);
   EXPECT_FALSE(QFileInfo::exists(data_));
 }
 
 TEST_F(ProgramFolder, TheFirstStartCopiesWhatIsMissingAndReplacesNothing) {
-  QDir().mkpath(home_);
-  WriteBytes(home_ + QStringLiteral("/custom.mdb"), "mine");
-  QFile::setPermissions(seed_ + QStringLiteral("/routers.mdb"), QFile::ReadOwner);
+  EXPECT_EQ(SeedFolder(home_), QString());
+  EXPECT_EQ(FindProgramFolder(bin_, QString()), home_) << "also where there is nothing to copy";
+  EXPECT_EQ(Names(home_), QStringList());
+  WriteBytes(home_ + u"/custom.mdb"_s, "mine");
+  QFile::setPermissions(seed_ + u"/routers.mdb"_s, QFile::ReadOwner);
   EXPECT_EQ(SeedFolder(bin_), seed_);
   EXPECT_EQ(FindProgramFolder(bin_, SeedFolder(bin_)), home_);
-  EXPECT_EQ(ReadBytes(home_ + QStringLiteral("/custom.mdb")), "mine");
-  EXPECT_EQ(ReadBytes(home_ + QStringLiteral("/routers.mdb")), "seed routers");
+  EXPECT_EQ(ReadBytes(home_ + u"/custom.mdb"_s), "mine");
+  EXPECT_EQ(ReadBytes(home_ + u"/routers.mdb"_s), "seed routers");
   EXPECT_EQ(Names(home_).size(), 2) << "a file that the seed lacks, or a temporary one";
-  EXPECT_TRUE(QFileInfo(home_ + QStringLiteral("/routers.mdb")).permission(QFile::WriteOwner));
-}
-
-TEST_F(ProgramFolder, WithoutASeedTheFolderIsStillMade) {
-  EXPECT_EQ(SeedFolder(home_), QString());
-  EXPECT_EQ(FindProgramFolder(bin_, QString()), home_);
-  EXPECT_EQ(Names(home_), QStringList());
+  EXPECT_TRUE(QFileInfo(home_ + u"/routers.mdb"_s).permission(QFile::WriteOwner));
 }
 
 TEST_F(ProgramFolder, FailuresNameWhatCouldNotBeDone) {
@@ -65,13 +63,9 @@ TEST_F(ProgramFolder, FailuresNameWhatCouldNotBeDone) {
   EXPECT_TRUE(no_folder.error().contains(home_));
   QFile::remove(data_);
   QDir().mkpath(home_);
-  std::expected<QString, QString> full;
-  {
-    const testing::FullDisk disk(3);
-    full = FindProgramFolder(bin_, seed_);
-  }
+  const auto full = testing::OnFullDisk(3, [&] { return FindProgramFolder(bin_, seed_); });
   ASSERT_FALSE(full);
-  EXPECT_TRUE(full.error().contains(QStringLiteral("routers.mdb")));
+  EXPECT_TRUE(full.error().contains(u"routers.mdb"_s));
   EXPECT_EQ(Names(home_), QStringList());
 }
 

@@ -6,6 +6,7 @@
 #include "core/files.h"
 #include "core/router_session.h"
 #include "core/settings.h"
+#include "test_main.h"
 
 namespace quayline {
 namespace {
@@ -19,10 +20,10 @@ TEST(Settings, BooleansOfEditedFiles) {
   EXPECT_FALSE(settings.Boolean(setting::kSilentMode, false));
   const struct {
     const char* text;
-    std::optional<bool> value;
-  } rows[] = {{"True", true}, {"FALSE", false}, {"1", true},   {"-1", true}, {"0", false},
-              {"0.5", true},  {"yes", {}},      {"", {}},      {"nan", {}},  {"inf", {}},
-              {"1x", {}},     {"0,0", {}},      {"Truely", {}}};
+    std::optional<bool> value = {};
+  } rows[] = {{"True", true}, {"FALSE", false}, {"1", true}, {"-1", true}, {"0", false},
+              {"0.5", true},  {"yes"},          {""},        {"nan"},      {"inf"},
+              {"1x"},         {"0,0"},          {"Truely"}};
   for (const auto& row : rows) {
     EXPECT_TRUE(settings.SetValue(setting::kSilentMode, U(row.text)));
     for (const bool otherwise : {true, false}) {
@@ -37,16 +38,12 @@ TEST(Settings, BooleansOfEditedFiles) {
 }
 
 TEST(RouterSession, ASelectionReplacesAllButTheAddress) {
-  RouterSession session;
-  session.router_ip = U("10.0.0.1");
-  session.password = U("typed");
-  session.update_script = {U("old")};
-  RouterRecord record;
-  record.id = 7;
-  record.routername = U("Harbour");
-  record.routerpic = U("pics\\a\\b.jpg");
-  record.routerportpage = U("nav=a\r\n  \r\n  click b \nc\r\n\r\n\t");
-  SelectRouter(session, record);
+  RouterSession session{
+      .router_ip = U("10.0.0.1"), .password = U("typed"), .update_script = {U("old")}};
+  SelectRouter(session, {.id = 7,
+                         .routername = U("Harbour"),
+                         .routerpic = U("pics\\a\\b.jpg"),
+                         .routerportpage = U("nav=a\r\n  \r\n  click b \nc\r\n\r\n\t")});
   EXPECT_EQ(session.router_ip, U("10.0.0.1"));
   EXPECT_EQ(session.password, QString());
   EXPECT_EQ(session.picture_path, U("pics/a/b.jpg"));
@@ -56,8 +53,7 @@ TEST(RouterSession, ASelectionReplacesAllButTheAddress) {
 
 TEST(RouterSession, AddressesAsTyped) {
   const struct {
-    const char* typed;
-    const char* rest;
+    const char *typed, *rest;
   } schemes[] = {{"http://a", "a"},         {"HTTPS://a", "a"},
                  {"http://https://a", "a"}, {"https://http://a", "http://a"},
                  {"http:/a", "http:/a"},    {" http://a", " http://a"},
@@ -65,15 +61,11 @@ TEST(RouterSession, AddressesAsTyped) {
   for (const auto& row : schemes) {
     EXPECT_EQ(WithoutScheme(U(row.typed)), U(row.rest)) << row.typed;
   }
-  RouterSession session;
-  session.router_ip = U("10.0.0.1");
   const struct {
-    const char* port;
-    const char* host;
-  } ports[] = {{"80", "10.0.0.1"}, {"8080", "10.0.0.1:8080"}, {"080", "10.0.0.1:080"}};
+    const char *port, *host;
+  } ports[] = {{"80", "a"}, {"8080", "a:8080"}, {"080", "a:080"}};
   for (const auto& row : ports) {
-    session.http_port = U(row.port);
-    EXPECT_EQ(RouterHost(session), U(row.host));
+    EXPECT_EQ(RouterHost({.router_ip = U("a"), .http_port = U(row.port)}), U(row.host));
   }
 }
 

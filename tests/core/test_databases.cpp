@@ -5,56 +5,53 @@
 
 #include <QFile>
 
+#include "core/table_data.h"
+
 namespace quayline::testing {
 
 namespace {
 
-QStringList Columns(const char* names) {
-  return QString::fromLatin1(names).split(QLatin1Char(' '));
-}
-
-bool MakeFile(const QString& path, const TableData& table) {
+// `fields` gives the texts behind the ID of a record.
+template <typename Record>
+bool MakeFile(const QString& folder, const char* name, const char* columns,
+              const QList<Record>& records, QStringList (*fields)(const Record&)) {
+  TableData table{
+      .name = QLatin1String(name), .columns = QString::fromLatin1(columns).split(u' '), .rows = {}};
+  for (const Record& record : records) {
+    table.rows.append(QStringList{QString::number(record.id)} + fields(record));
+  }
+  const QString path = folder + u'/' + table.name + QStringLiteral(".mdb");
   QFile::remove(path);
   return WriteTables({table}, path).has_value();
 }
 
-}  // namespace
-
-TableData RouterTable(const QList<RouterRecord>& routers) {
-  TableData table{.name = QStringLiteral("routers"),
-                  .columns = Columns("ID routername routerusername routerpassword "
-                                     "routersupportsboth routerneedscomputername routermaxentries "
-                                     "routermaxrange routerminport routermaxport routerpic "
-                                     "routercommands routerportpage"),
-                  .rows = {}};
-  for (const RouterRecord& r : routers) {
-    table.rows.append({QString::number(r.id), r.routername, r.routerusername, r.routerpassword,
-                       r.routersupportsboth, r.routerneedscomputername, r.routermaxentries,
-                       r.routermaxrange, r.routerminport, r.routermaxport, r.routerpic,
-                       r.routercommands, r.routerportpage});
-  }
-  return table;
+QStringList RouterFields(const RouterRecord& r) {
+  return {r.routername,         r.routerusername,          r.routerpassword,
+          r.routersupportsboth, r.routerneedscomputername, r.routermaxentries,
+          r.routermaxrange,     r.routerminport,           r.routermaxport,
+          r.routerpic,          r.routercommands,          r.routerportpage};
 }
+
+QStringList ProgramFields(const AppPortRecord& p) {
+  return {p.appname, p.nameforrouter, p.tcpportsonly, p.udpportsonly, p.tcpudpports};
+}
+
+QStringList CustomFields(const CustomPortRecord& c) {
+  return {c.appname, c.portype, c.startport, c.endport};
+}
+
+}  // namespace
 
 bool MakeTestDatabases(const QString& folder, const QList<RouterRecord>& routers,
                        const QList<AppPortRecord>& ports, const QList<CustomPortRecord>& custom) {
-  TableData port_table{
-      .name = QStringLiteral("ports"),
-      .columns = Columns("ID appname nameforrouter tcpportsonly udpportsonly tcpudpports"),
-      .rows = {}};
-  for (const AppPortRecord& p : ports) {
-    port_table.rows.append({QString::number(p.id), p.appname, p.nameforrouter, p.tcpportsonly,
-                            p.udpportsonly, p.tcpudpports});
-  }
-  TableData custom_table{.name = QStringLiteral("custom"),
-                         .columns = Columns("ID appname portype startport endport"),
-                         .rows = {}};
-  for (const CustomPortRecord& c : custom) {
-    custom_table.rows.append({QString::number(c.id), c.appname, c.portype, c.startport, c.endport});
-  }
-  return MakeFile(folder + QStringLiteral("/routers.mdb"), RouterTable(routers)) &&
-         MakeFile(folder + QStringLiteral("/ports.mdb"), port_table) &&
-         MakeFile(folder + QStringLiteral("/custom.mdb"), custom_table);
+  return MakeFile(folder, "routers",
+                  "ID routername routerusername routerpassword routersupportsboth "
+                  "routerneedscomputername routermaxentries routermaxrange routerminport "
+                  "routermaxport routerpic routercommands routerportpage",
+                  routers, RouterFields) &&
+         MakeFile(folder, "ports", "ID appname nameforrouter tcpportsonly udpportsonly tcpudpports",
+                  ports, ProgramFields) &&
+         MakeFile(folder, "custom", "ID appname portype startport endport", custom, CustomFields);
 }
 
 }  // namespace quayline::testing

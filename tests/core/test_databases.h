@@ -6,12 +6,8 @@
 #include <QString>
 
 #include "core/records.h"
-#include "core/table_data.h"
 
 namespace quayline::testing {
-
-// Table `routers` as it stands in "routers.mdb", for tests that bend it first.
-TableData RouterTable(const QList<RouterRecord>& routers);
 
 // Makes "routers.mdb", "ports.mdb" and "custom.mdb" in `folder`, in the place of what is there.
 // False when one could not be written.

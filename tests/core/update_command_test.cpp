@@ -9,90 +9,66 @@
 
 #include "core/files.h"
 #include "core/port_conflicts.h"
+#include "core/port_rows.h"
+#include "test_main.h"
 
 namespace quayline {
 namespace {
 
+using testing::PortRows;
+
 QString U(const char* text) { return QString::fromUtf8(text); }
 
-PortEntry Row(const QString& name, const QString& start, const QString& end,
-              const QString& protocol) {
-  return {name, U("10.0.0.9()"), start, end, protocol, {}};
-}
-
-PortEntry Row(const char* name, const char* start, const char* end, const char* protocol = "TCP") {
-  return Row(U(name), U(start), U(end), U(protocol));
-}
-
-RouterSession Session() {
-  RouterSession session;
-  session.router_name = U("Harbour");
-  session.router_ip = U("10.0.0.1");
-  session.max_range = U("100");
-  session.min_port = U("1");
-  session.max_port = U("65535");
-  return session;
-}
-
-TEST(ClampPorts, MovesPortsIntoTheLimits) {
+TEST(ClampPorts, MovesPortsIntoTheLimitsAndNamesTheRowsThatChanged) {
   const struct {
     const char* fault;
     const char *min, *max;
-    QList<PortEntry> entries;
-    const char* ports;
-    QList<int> changed;
+    const char *before, *after;
   } rows[] = {
-      {"inside",
-       "1",
-       "65535",
-       {Row("a", "1", "65535"), Row("b", "+21", "021")},
-       "1-65535 +21-021",
-       {}},
-      {"a range below shrinks to a port",
-       "1024",
-       "65535",
-       {Row("a", "20", "21")},
-       "1024-1024",
-       {0}},
-      {"one end only",
-       "1024",
-       "2000",
-       {Row("a", "1500", "3000"), Row("b", "20", "1100")},
-       "1500-2000 1024-1100",
-       {0, 1}},
-      {"no limits in the router's row", "", "", {Row("a", "20", "21")}, "0-0", {0}},
-      {"limits the wrong way round", "2000", "1000", {Row("a", "1500", "5")}, "1000-1000", {0}},
-      {"not a number stands for the row before",
-       "10",
-       "90",
-       {Row("a", "x", "50"), Row("b", "y", "99"), Row("c", "20", "z")},
-       "10-50 y-90 20-z",
-       {0, 1}},
-      {"beyond 32 bits is not a number", "1", "90", {Row("a", "5", "99999999999")}, "5-1", {0}},
+      {"inside", "1", "65535", "a 1..65535; b +21..021", "a 1..65535; b +21..021"},
+      {"a range below shrinks to a port", "1024", "65535", "a 20..21", "a 1024..1024"},
+      {"one end only", "1024", "2000", "a 1500..3000; b 20..1100", "a 1500..2000; b 1024..1100"},
+      {"no limits in the router's row", "", "", "a 20..21", "a 0..0"},
+      {"limits the wrong way round", "2000", "1000", "a 1500..5", "a 1000..1000"},
+      {"not a number stands for the row before", "10", "90", "a x..50; b y..99; c 20..z",
+       "a 10..50; b y..90; c 20..z"},
+      {"beyond 32 bits is not a number", "1", "90", "a 5..99999999999", "a 5..1"},
   };
   for (const auto& row : rows) {
-    RouterSession session = Session();
-    session.min_port = U(row.min);
-    session.max_port = U(row.max);
-    QList<PortEntry> entries = row.entries;
-    EXPECT_EQ(ClampPorts(entries, session), row.changed) << row.fault;
-    QStringList ports;
-    for (const PortEntry& entry : entries) {
-      ports.append(entry.start_port + QLatin1Char('-') + entry.end_port);
+    const QList<PortEntry> before = PortRows(row.before);
+    const QList<PortEntry> after = PortRows(row.after);
+    QList<int> changed;
+    for (int i = 0; i < before.size(); ++i) {
+      if (before[i] != after[i]) {
+        changed.append(i);
+      }
     }
-    EXPECT_EQ(ports.join(QLatin1Char(' ')), U(row.ports)) << row.fault;
+    QList<PortEntry> entries = before;
+    const RouterSession session{.min_port = U(row.min), .max_port = U(row.max)};
+    EXPECT_EQ(ClampPorts(entries, session), changed) << row.fault;
+    EXPECT_EQ(entries, after) << row.fault;
   }
 }
 
+const RouterSession kHarbour{.router_name = U("Harbour"),
+                             .router_ip = U("10.0.0.1"),
+                             .max_range = U("100"),
+                             .min_port = U("1"),
+                             .max_port = U("65535")};
+
 TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
-  const QList<PortEntry> one = {Row("Ftp", "21", "21")};
-  const QList<PortEntry> two = {Row("Ftp", "21", "21"), Row("Web", "80", "80")};
-  const auto start_clash =
-      U("'Ftp' Conflicts With 'Web\n' Same start port in its range.\n"
+  using S = RouterSession;
+  const auto with = [](QString S::* member, const char* text, S session = kHarbour) {
+    session.*member = U(text);
+    return session;
+  };
+  const char* const one = "Ftp 21..21";
+  const char* const two = "Ftp 21..21; Web 80..80";
+  const auto clash =
+      U("'Ftp' Conflicts With 'Web\n' Same %1 port in its range.\n"
         "You can not have a port forwarded more than once.");
-  const auto end_clash =
-      U("'Ftp' Conflicts With 'Web\n' Same end port in its range.\n"
-        "You can not have a port forwarded more than once.");
+  const auto start_clash = clash.arg(U("start"));
+  const auto end_clash = clash.arg(U("end"));
   const auto same_name =
       U("The App Name 'Ftp' is used by more than one entry. Please give each "
         "entry a name of its own.");
@@ -102,118 +78,54 @@ TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
   const auto too_long =
       U("On this router the End Port of an entry can be at most %1 higher than "
         "its Start Port.\n\nIt is %2 higher in the entry Ftp");
-  const auto change = [](QString RouterSession::* member, const char* text) {
-    return [member, text](RouterSession& session) { session.*member = U(text); };
-  };
-  const auto no_change = [](RouterSession&) {};
-  using Focus = UpdateFocus;
   const struct {
     const char* fault;
-    QList<PortEntry> entries;
-    std::function<void(RouterSession&)> change;
-    QString message;
-    Focus focus = Focus::kNone;
-    int row = -1;
+    const char* entries;
+    S session = kHarbour;
+    QString message = {};
+    int row = -1;  // behind it stands the focus
+    UpdateFocus focus = UpdateFocus::kNone;
   } rows[] = {
-      {"a good list", two, no_change, {}},
-      {"limit reached", two, change(&RouterSession::max_entries, "2"), {}},
-      {"limit passed", two, change(&RouterSession::max_entries, "1"), too_many.arg(U("1"), U("2"))},
-      {"a limit of 0 is one", one, change(&RouterSession::max_entries, "0"),
-       too_many.arg(U("0"), U("1"))},
-      {"a limit that is no number", one, change(&RouterSession::max_entries, "?"),
-       too_many.arg(U("?"), U("1"))},
-      {"limit ahead of the router", two,
-       [](RouterSession& s) { s.max_entries = U("1"), s.router_name.clear(); },
+      {"a good list", two},
+      {"limit reached", two, with(&S::max_entries, "2")},
+      {"limit passed", two, with(&S::max_entries, "1"), too_many.arg(U("1"), U("2"))},
+      {"a limit of 0 is one", one, with(&S::max_entries, "0"), too_many.arg(U("0"), U("1"))},
+      {"a limit that is no number", one, with(&S::max_entries, "?"), too_many.arg(U("?"), U("1"))},
+      {"limit ahead of the router", two, with(&S::max_entries, "1", with(&S::router_name, "")),
        too_many.arg(U("1"), U("2"))},
       {"no router, ahead of the address", one,
-       [](RouterSession& s) { s.router_ip = U("0.0.0.0"), s.router_name.clear(); },
-       U("Please Choose A Router."), Focus::kRouter},
-      {"no address, ahead of the empty list",
-       {},
-       change(&RouterSession::router_ip, "0.0.0.0"),
-       U("Please Set Router IP."),
-       Focus::kRouterIp},
-      {"an empty address passes", one, change(&RouterSession::router_ip, ""), {}},
-      {"empty list", {}, no_change, U("You must have at least 1 port to forward.")},
-      {"longest range", {Row("Ftp", "100", "200")}, no_change, {}},
-      {"too long a range", {Row("Ftp", "100", "201")}, no_change, too_long.arg(U("100"), U("101"))},
-      {"no longest range known",
-       {Row("Ftp", "1", "2")},
-       change(&RouterSession::max_range, ""),
-       too_long.arg(U("0"), U("1"))},
-      {"a range of the second row behind a clash of the first",
-       {Row("Ftp", "1", "1"), Row("ftp", "1", "900")},
-       no_change,
-       same_name,
-       Focus::kPortList,
-       0},
-      {"names ahead of ports",
-       {Row("Ftp", "1", "1"), Row("FTP", "1", "1")},
-       no_change,
-       same_name,
-       Focus::kPortList,
-       0},
-      {"ports of an earlier pair ahead of names",
-       {Row("Ftp", "1", "1"), Row("Web", "1", "1"), Row("FTP", "5", "5")},
-       no_change,
-       start_clash,
-       Focus::kPortList,
-       0},
-      {"the clash of a later row",
-       {Row("x", "1", "1"), Row("Ftp", "5", "9"), Row("Web", "9", "9")},
-       no_change,
-       start_clash,
-       Focus::kPortList,
-       1},
-      {"protocols that differ",
-       {Row("Ftp", "21", "21"), Row("Web", "21", "21", "UDP")},
-       no_change,
-       {}},
-      {"one of both protocols",
-       {Row("Ftp", "21", "21"), Row("Web", "21", "21", "TCP/UDP")},
-       no_change,
-       start_clash,
-       Focus::kPortList,
-       0},
-      {"protocols in another case",
-       {Row("Ftp", "21", "21"), Row("Web", "21", "21", "tcp")},
-       no_change,
-       start_clash,
-       Focus::kPortList,
-       0},
-      {"neighbours", {Row("Ftp", "1", "9"), Row("Web", "10", "19")}, no_change, {}},
-      {"within",
-       {Row("Ftp", "1", "9"), Row("Web", "5", "6")},
-       no_change,
-       start_clash,
-       Focus::kPortList,
-       0},
-      {"backward row that ends in another",
-       {Row("Ftp", "50", "5"), Row("Web", "4", "6")},
-       no_change,
-       end_clash,
-       Focus::kPortList,
-       0},
-      {"backward row around another's end",
-       {Row("Ftp", "50", "5"), Row("Web", "9", "7")},
-       no_change,
-       end_clash,
-       Focus::kPortList,
-       0},
-      {"names that look like place holders",
-       {Row("%1%3", "1", "1"), Row("%2", "2", "2")},
-       no_change,
-       {}},
+       with(&S::router_ip, "0.0.0.0", with(&S::router_name, "")), U("Please Choose A Router."), -1,
+       UpdateFocus::kRouter},
+      {"no address, ahead of the empty list", "", with(&S::router_ip, "0.0.0.0"),
+       U("Please Set Router IP."), -1, UpdateFocus::kRouterIp},
+      {"an empty address passes", one, with(&S::router_ip, "")},
+      {"empty list", "", kHarbour, U("You must have at least 1 port to forward.")},
+      {"longest range", "Ftp 100..200"},
+      {"too long a range", "Ftp 100..201", kHarbour, too_long.arg(U("100"), U("101"))},
+      {"no longest range known", "Ftp 1..2", with(&S::max_range, ""), too_long.arg(U("0"), U("1"))},
+      {"a range of the second row behind a clash of the first", "Ftp 1..1; ftp 1..900", kHarbour,
+       same_name, 0},
+      {"names ahead of ports", "Ftp 1..1; FTP 1..1", kHarbour, same_name, 0},
+      {"ports of an earlier pair ahead of names", "Ftp 1..1; Web 1..1; FTP 5..5", kHarbour,
+       start_clash, 0},
+      {"the clash of a later row", "x 1..1; Ftp 5..9; Web 9..9", kHarbour, start_clash, 1},
+      {"protocols that differ", "Ftp 21..21; Web 21..21 UDP"},
+      {"one of both protocols", "Ftp 21..21; Web 21..21 TCP/UDP", kHarbour, start_clash, 0},
+      {"protocols in another case", "Ftp 21..21; Web 21..21 tcp", kHarbour, start_clash, 0},
+      {"neighbours", "Ftp 1..9; Web 10..19"},
+      {"within", "Ftp 1..9; Web 5..6", kHarbour, start_clash, 0},
+      {"backward row that ends in another", "Ftp 50..5; Web 4..6", kHarbour, end_clash, 0},
+      {"backward row around another's end", "Ftp 50..5; Web 9..7", kHarbour, end_clash, 0},
+      {"names that look like place holders", "%1%3 1..1; %2 2..2"},
   };
-  const Translator english{QString()};
   for (const auto& row : rows) {
-    RouterSession session = Session();
-    row.change(session);
-    const UpdateVerdict verdict = CheckUpdate(row.entries, session, english);
-    EXPECT_EQ(verdict.message, row.message) << row.fault << ": " << qPrintable(verdict.message);
-    EXPECT_EQ(verdict.accepted, row.message.isEmpty()) << row.fault;
-    EXPECT_EQ(verdict.focus, row.focus) << row.fault;
-    EXPECT_EQ(verdict.row, row.row) << row.fault;
+    SCOPED_TRACE(row.fault);
+    const UpdateVerdict verdict =
+        CheckUpdate(PortRows(row.entries), row.session, Translator(QString()));
+    EXPECT_EQ(verdict.message, row.message);
+    EXPECT_EQ(verdict.accepted, row.message.isEmpty());
+    EXPECT_EQ(verdict.focus, row.row < 0 ? row.focus : UpdateFocus::kPortList);
+    EXPECT_EQ(verdict.row, row.row);
   }
 }
 
@@ -257,9 +169,11 @@ TEST(PortConflicts, FindsThePairThatTheLoopOverAllPairsFinds) {
     for (int row = 0; row < rows; ++row) {
       const int start = random.bounded(ports);
       const int end = start + random.bounded(-4, 4);
-      QString name = QStringLiteral("a%1").arg(random.bounded(60));
-      entries.append(Row(random.bounded(2) ? name : name.toUpper(), QString::number(start),
-                         QString::number(end), protocols[random.bounded(5)]));
+      const QString name = QStringLiteral("a%1").arg(random.bounded(60));
+      entries.append({.app_name = random.bounded(2) ? name : name.toUpper(),
+                      .start_port = QString::number(start),
+                      .end_port = QString::number(end),
+                      .protocol = protocols[random.bounded(5)]});
     }
     const PortConflicts conflicts(entries);
     std::optional<PortConflict> first;
@@ -277,13 +191,14 @@ TEST(CheckUpdate, AListOfEveryPortIsCheckedAtOnce) {
   QList<PortEntry> entries;
   for (int port = 1; port <= 65535; ++port) {
     const QString text = QString::number(port);
-    entries.append(Row(text, text, text, U("TCP/UDP")));
+    entries.append(
+        {.app_name = text, .start_port = text, .end_port = text, .protocol = U("TCP/UDP")});
   }
   const Translator english{QString()};
   const qint64 begun = testing::WorkedMs();
-  EXPECT_TRUE(CheckUpdate(entries, Session(), english).accepted);
+  EXPECT_TRUE(CheckUpdate(entries, kHarbour, english).accepted);
   entries.last().end_port = U("65534");
-  EXPECT_EQ(CheckUpdate(entries, Session(), english).row, 65533);
+  EXPECT_EQ(CheckUpdate(entries, kHarbour, english).row, 65533);
   EXPECT_LT(testing::WorkedMs() - begun, 2000);
 }
 

@@ -1,16 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "core/files.h"
 #include "dbtool/commands.h"
 #include "dbtool/text_form.h"
+#include "test_main.h"
 
 namespace quayline::dbtool {
 namespace {
+
+using namespace Qt::StringLiterals;
 
 // Thirteen lines of fields and two scripts, nothing wrong.
 const char kRouter[] = R"(id: 1
@@ -32,21 +34,20 @@ nav("b")
 
 class CheckTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(QDir(folder_.path()).mkdir(QStringLiteral("routers"))); }
+  void SetUp() override { ASSERT_TRUE(QDir(folder_.path()).mkdir(u"routers"_s)); }
 
+  QString Path(const char* name) const { return folder_.filePath(QLatin1String(name)); }
   void Write(const char* name, const QByteArray& bytes) {
-    QFile file(folder_.filePath(QLatin1String(name)));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    ASSERT_TRUE(testing::WriteBytes(Path(name), bytes));
   }
 
   // The problems with the folder's name cut off.
   QByteArray Check(const ScriptLint& lint = {}) {
-    const Result result = RunCommand({QStringLiteral("check"), folder_.path()}, lint);
+    const Result result = RunCommand({u"check"_s, folder_.path()}, lint);
     QString output = result.output;
-    EXPECT_EQ(result.exit_code == kExitFine, output.contains(QLatin1String("Nothing is wrong")))
-        << output.toStdString();
-    return output.remove(folder_.path() + QLatin1Char('/')).toUtf8();
+    EXPECT_EQ(result.exit_code == kExitFine, output.contains(u"Nothing is wrong"_s))
+        << qPrintable(output);
+    return output.remove(folder_.path() + u'/').toUtf8();
   }
 
   QByteArray CheckRouter(const QByteArray& router, const ScriptLint& lint = {}) {
@@ -55,10 +56,8 @@ class CheckTest : public ::testing::Test {
     return Check(lint);
   }
 
-  QByteArray CheckPorts(const QByteArray& lines) {
-    Write("routers/a.txt", kRouter);
-    Write("ports.txt", lines);
-    return Check();
+  Result Build(const ScriptLint& lint = {}) {
+    return RunCommand({u"build"_s, folder_.path(), folder_.path()}, lint);
   }
 
   QTemporaryDir folder_;
@@ -92,7 +91,7 @@ TEST_F(CheckTest, EachFaultOfARouterIsToldWithItsLine) {
       {"minport: 1\nroutermaxport: 65535", "minport: 9\nroutermaxport: 8",
        "a.txt:10: routermaxport is below routerminport."},
       {"pics\\example.jpg", "\\x.jpg", "a.txt:11: Behind a leading"},
-      {"pics\\example.jpg", "\\u00", "a.txt:11: Behind a leading"},
+      {"pics\\example.jpg", "\\\\u00", "a.txt:11: Behind a leading"},
       {"pics\\example.jpg", "..\\..\\passwd", "a.txt:11: routerpic is not a path"},
       {"pics\\example.jpg", "http://x/y", "a.txt:11: routerpic is not a path"},
       {"routerpic: pics\\example.jpg\n", "", "a.txt:1: The router has no field routerpic."},
@@ -108,23 +107,24 @@ TEST_F(CheckTest, EachFaultOfARouterIsToldWithItsLine) {
   };
   ASSERT_EQ(CheckRouter(kRouter).left(16), "Nothing is wrong");
   for (const auto& row : kRows) {
-    QByteArray router = kRouter;
-    ASSERT_TRUE(router.contains(row.from)) << row.from;
-    router.replace(router.indexOf(row.from), qstrlen(row.from), row.to);
-    const QByteArray problems = CheckRouter(router);
+    ASSERT_TRUE(QByteArray(kRouter).contains(row.from)) << row.from;
+    const QByteArray problems = CheckRouter(QByteArray(kRouter).replace(row.from, row.to));
     EXPECT_TRUE(problems.contains(QByteArray("routers/") + row.problem))
         << row.problem << " is not in " << problems.constData();
   }
 }
 
 TEST_F(CheckTest, AllFaultsAreToldAtOnceInTheOrderOfTheLines) {
-  QByteArray router = kRouter;
-  router.replace("65535", "x").replace("id: 1", "id: y").replace("range: 0", "range: z");
-  const QByteArrayList problems = CheckRouter(router).trimmed().split('\n');
+  const QByteArrayList problems = CheckRouter(QByteArray(kRouter)
+                                                  .replace("65535", "x")
+                                                  .replace("id: 1", "id: y")
+                                                  .replace("range: 0", "range: z"))
+                                      .trimmed()
+                                      .split('\n');
   ASSERT_EQ(problems.size(), 3);
-  EXPECT_TRUE(problems.at(0).startsWith("routers/a.txt:1:"));
-  EXPECT_TRUE(problems.at(1).startsWith("routers/a.txt:8:"));
-  EXPECT_TRUE(problems.at(2).startsWith("routers/a.txt:10:"));
+  EXPECT_TRUE(problems[0].startsWith("routers/a.txt:1:"));
+  EXPECT_TRUE(problems[1].startsWith("routers/a.txt:8:"));
+  EXPECT_TRUE(problems[2].startsWith("routers/a.txt:10:"));
 }
 
 TEST_F(CheckTest, TwoRoutersOfOneIdOrNameAreToldWithBothPlaces) {
@@ -139,42 +139,42 @@ TEST_F(CheckTest, TwoRoutersOfOneIdOrNameAreToldWithBothPlaces) {
 
 TEST_F(CheckTest, TheLintSeesEveryLineOfBothScriptsAsItIsStored) {
   QStringList seen;
-  const ScriptLint lint = [&](const QString& line) -> QList<ScriptRemark> {
+  const ScriptLint lint = [&](const QString& line) {
     seen.append(line);
-    return line.startsWith(QLatin1Char('[')) ? QList<ScriptRemark>{{QStringLiteral("No command.")}}
-                                             : QList<ScriptRemark>();
+    return line.startsWith(u'[') ? QList<ScriptRemark>{{u"No command."_s}} : QList<ScriptRemark>();
   };
-  const QByteArray problems = CheckRouter(
-      QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y"), lint);
-  EXPECT_EQ(seen, (QStringList{QStringLiteral("  nav(\"a\") "), QStringLiteral("[x\\y"),
-                               QStringLiteral("nav(\"b\")")}));
-  EXPECT_EQ(problems, "routers/a.txt:16: No command.\n");
+  const QByteArray router =
+      QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y");
+  EXPECT_EQ(CheckRouter(router, lint), "routers/a.txt:16: No command.\n");
+  EXPECT_EQ(seen.join(u'|'), u"  nav(\"a\") |[x\\y|nav(\"b\")"_s);
 }
 
 TEST_F(CheckTest, AWarningIsToldAndRefusesNothing) {
   const ScriptLint lint = [](const QString&) {
-    return QList<ScriptRemark>{{.sentence = QStringLiteral("Odd."), .is_warning = true}};
+    return QList<ScriptRemark>{{.sentence = u"Odd."_s, .is_warning = true}};
   };
   const QByteArray told = CheckRouter(kRouter, lint);
   EXPECT_TRUE(told.startsWith("routers/a.txt:13: warning: Odd.\n")) << told.constData();
   EXPECT_TRUE(told.contains("Nothing is wrong")) << told.constData();
-  const Result built = RunCommand({QStringLiteral("build"), folder_.path(), folder_.path()}, lint);
-  EXPECT_EQ(built.exit_code, kExitFine) << built.error.toStdString();
-  EXPECT_TRUE(built.output.contains(QStringLiteral("warning: Odd.")));
-  EXPECT_TRUE(QFile::exists(folder_.filePath(QStringLiteral("routers.mdb"))));
+  const Result built = Build(lint);
+  EXPECT_EQ(built.exit_code, kExitFine) << qPrintable(built.error);
+  EXPECT_TRUE(built.output.contains(u"warning: Odd."_s));
+  EXPECT_TRUE(QFile::exists(Path("routers.mdb")));
 }
 
 TEST_F(CheckTest, EachFaultOfAProgramIsToldWithItsLine) {
   const struct {
     const char* line;
-    const char* problem;  // nothing: the line is fine
+    const char* problem = nullptr;  // nothing: the line is fine
+    const char* file = "ports.txt";
   } kRows[] = {
-      {"1 ; A ; Abcdefgh ; 1, 65535 ; 5-9 ; 2-4", nullptr},
-      {"1 ; A ; Short Nam ; 80 ; 80 ;", nullptr},
-      {"1 ; A ; B ; \\21-21||22-22 ; ;", nullptr},
+      {"1 ; A ; Abcdefgh ; 1, 65535 ; 5-9 ; 2-4"},
+      {"1 ; A ; Short Nam ; 80 ; 80 ;"},
+      {"1 ; A ; B ; \\21-21||22-22 ; ;"},
       {"1 ; A ; B ; 80 ;", "The line has 5 cells"},
       {"1 ; A ; B ; 80 ; ; ;", "The line has 7 cells"},
       {"x ; A ; B ; 80 ; ;", "\"x\" is no ID"},
+      {"0 ; A ; B ; 80 ; ;", "\"0\" is no ID"},
       {"1 ; \\q ; B ; 80 ; ;", "Behind a leading"},
       {"1 ;  ; B ; 80 ; ;", "The program has no name."},
       {"1 ; A ;  ; 80 ; ;", "The short name \"\" should"},
@@ -190,37 +190,24 @@ TEST_F(CheckTest, EachFaultOfAProgramIsToldWithItsLine) {
       {"1 ; A ; B ; \\21 ; ;", "\"21\" has no end port."},
       {"1 ; A ; B ; 5-9, 7 ; ;", "TCP port 7 stands twice."},
       {"1 ; A ; B ; ; 80 ; 80-81", "UDP port 80 stands twice."},
+      {"1 ; Tencharact ; TCP/UDP ; 1 ; 65535", nullptr, "custom.txt"},
+      {"1 ; Elevenchars ; TCP ; 1 ; 1", "The name \"Elevenchars\"", "custom.txt"},
+      {"1 ; A ; tcp ; 1 ; 1", "The protocol is \"tcp\"", "custom.txt"},
+      {"1 ; A ; TCP ; 2 ; 1", "\"2-1\" ends before", "custom.txt"},
+      {"1 ; A ; TCP ; ; 1", "\"-1\" is not made of ports", "custom.txt"},
   };
+  Write("routers/a.txt", kRouter);
   for (const auto& row : kRows) {
-    const QByteArray problems = CheckPorts(QByteArray("# head\n\n") + row.line + "\n");
-    if (row.problem) {
-      EXPECT_TRUE(problems.startsWith(QByteArray("ports.txt:3: ") + row.problem))
-          << row.line << ": " << problems.constData();
-    } else {
-      EXPECT_TRUE(problems.startsWith("Nothing")) << row.line << ": " << problems.constData();
-    }
-  }
-  EXPECT_TRUE(CheckPorts("1;A;B;1;;\n1;a;C;2;;\n").startsWith("ports.txt:2: The ID \"1\" stands"));
-}
-
-TEST_F(CheckTest, EachFaultOfAnOwnProgramIsToldWithItsLine) {
-  const struct {
-    const char* line;
-    const char* problem;
-  } kRows[] = {
-      {"1 ; Tencharact ; TCP/UDP ; 1 ; 65535", nullptr},
-      {"1 ; Elevenchars ; TCP ; 1 ; 1", "The name \"Elevenchars\""},
-      {"1 ; A ; tcp ; 1 ; 1", "The protocol is \"tcp\""},
-      {"1 ; A ; TCP ; 2 ; 1", "\"2-1\" ends before"},
-      {"1 ; A ; TCP ; ; 1", "\"-1\" is not made of ports"},
-  };
-  for (const auto& row : kRows) {
-    Write("custom.txt", row.line);
-    const QByteArray problems = CheckRouter(kRouter);
-    EXPECT_TRUE(problems.startsWith(row.problem ? QByteArray("custom.txt:1: ") + row.problem
+    Write("ports.txt", "");
+    Write(row.file, QByteArray("# head\n\n") + row.line + "\n");
+    const QByteArray problems = Check();
+    EXPECT_TRUE(problems.startsWith(row.problem ? row.file + QByteArray(":3: ") + row.problem
                                                 : QByteArray("Nothing")))
-        << problems.constData();
+        << row.line << ": " << problems.constData();
   }
+  QFile::remove(Path("custom.txt"));
+  Write("ports.txt", "1;A;B;1;;\n1;a;C;2;;\n");
+  EXPECT_TRUE(Check().startsWith("ports.txt:2: The ID \"1\" stands"));
 }
 
 TEST_F(CheckTest, FilesThatAreNoDataAreToldAndNeverTakenForEmptyOnes) {
@@ -232,9 +219,9 @@ TEST_F(CheckTest, FilesThatAreNoDataAreToldAndNeverTakenForEmptyOnes) {
   EXPECT_TRUE(CheckRouter(QByteArray(3000, '\0')).contains("a.txt:1: This line holds a control"));
   EXPECT_TRUE(CheckRouter("\xEF\xBB\xBF" + QByteArray(kRouter).replace("\n", "\r\n"))
                   .startsWith("Nothing"));
-  QFile::remove(folder_.filePath(QStringLiteral("ports.txt")));
+  QFile::remove(Path("ports.txt"));
   EXPECT_TRUE(Check().startsWith("ports.txt:1: The file cannot be read"));
-  ASSERT_TRUE(QDir(folder_.path()).mkdir(QStringLiteral("ports.txt")));
+  ASSERT_TRUE(QDir().mkdir(Path("ports.txt")));
   EXPECT_TRUE(Check().startsWith("ports.txt:1: The file cannot be read"));
 }
 
@@ -242,25 +229,18 @@ TEST_F(CheckTest, BuildRefusesWhatCheckRefusesAndTouchesNothing) {
   Write("routers/a.txt", QByteArray(kRouter).replace("65535", "x"));
   Write("ports.txt", "");
   Write("routers.mdb", "old");
-  const Result result = RunCommand({QStringLiteral("build"), folder_.path(), folder_.path()});
+  const Result result = Build();
   EXPECT_EQ(result.exit_code, kExitFailed);
-  EXPECT_TRUE(result.error.contains(QStringLiteral("a.txt:10:")));
-  QFile old(folder_.filePath(QStringLiteral("routers.mdb")));
-  ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-  EXPECT_EQ(old.readAll(), "old");
-  EXPECT_FALSE(QFile::exists(folder_.filePath(QStringLiteral("ports.mdb"))));
+  EXPECT_TRUE(result.error.contains(u"a.txt:10:"_s));
+  EXPECT_EQ(testing::ReadBytes(Path("routers.mdb")), "old");
+  EXPECT_FALSE(QFile::exists(Path("ports.mdb")));
 }
 
 TEST(Commands, AnythingElseShowsTheUsage) {
-  for (const QStringList& arguments :
-       QList<QStringList>{{},
-                          {QStringLiteral("build"), QStringLiteral("a")},
-                          {QStringLiteral("check")},
-                          {QStringLiteral("dump"), QStringLiteral("a"), QStringLiteral("b")},
-                          {QStringLiteral("Build"), QStringLiteral("a"), QStringLiteral("b")}}) {
-    const Result result = RunCommand(arguments);
+  for (const QString& line : {u""_s, u"build a"_s, u"check"_s, u"dump a b"_s, u"Build a b"_s}) {
+    const Result result = RunCommand(line.split(u' ', Qt::SkipEmptyParts));
     EXPECT_EQ(result.exit_code, kExitUsage);
-    EXPECT_TRUE(result.error.contains(QStringLiteral("build DATA OUT")));
+    EXPECT_TRUE(result.error.contains(u"build DATA OUT"_s));
   }
 }
 

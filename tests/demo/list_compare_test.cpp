@@ -2,27 +2,25 @@
 // SPDX-License-Identifier: MIT
 #include "demo/list_compare.h"
 
-#include <QFile>
 #include <QProcess>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "core/files.h"
 #include "demo/command_line.h"
 #include "demo/compare_command.h"
+#include "demo/rules.h"
 #include "test_main.h"
+#include "transport/scripted_server.h"
 
 namespace quayline::demo {
 namespace {
 
+using namespace Qt::StringLiterals;
 using quayline::testing::RunUntil;
-
-Rule MakeRule(const char* name, Protocol protocol, int first, int last, const char* address,
-              bool enabled = true) {
-  return {QString::fromUtf8(name), protocol, first, last, QString::fromUtf8(address), enabled};
-}
+using quayline::testing::ScriptedServer;
 
 QByteArray Marks(const QList<ComparedRow>& rows) {
   QByteArray marks;
@@ -35,95 +33,58 @@ QByteArray Marks(const QList<ComparedRow>& rows) {
 // stands, off, Differs, Missing, + for extra
 TEST(CompareList, OnlyTheSameEnabledRuleMakesAnEntryStand) {
   const QByteArray entry = "Web|192.168.1.10(Desk)|80|90|TCP/UDP|Web server\r\n";
-  const Rule rule = MakeRule("Web", Protocol::kBoth, 80, 90, "192.168.1.10");
-  const Rule off = MakeRule("Web", Protocol::kBoth, 80, 90, "192.168.1.10", false);
+  const char* const rule = "Web both 80 90 192.168.1.10";
   const struct {
     const char* fault;
     QByteArray list;
-    QList<Rule> rules;
+    const char* rules;
     const char* marks;
-    bool stands;
+    bool stands = false;
   } kRows[] = {
-      {"the very rule", entry, {rule}, "s", true},
-      {"an empty table", entry, {}, "M", false},
-      {"disabled", entry, {off}, "o", false},
-      {"disabled ahead of enabled", entry, {off, rule}, "s+", true},
-      {"another case of the name",
-       entry,
-       {MakeRule("WEB", Protocol::kBoth, 80, 90, "192.168.1.10")},
-       "D",
-       false},
-      {"another name",
-       entry,
-       {MakeRule("Web2", Protocol::kBoth, 80, 90, "192.168.1.10")},
-       "M+",
-       false},
-      {"another start",
-       entry,
-       {MakeRule("Web", Protocol::kBoth, 81, 90, "192.168.1.10")},
-       "D",
-       false},
-      {"another end",
-       entry,
-       {MakeRule("Web", Protocol::kBoth, 80, 80, "192.168.1.10")},
-       "D",
-       false},
-      {"half the protocol",
-       entry,
-       {MakeRule("Web", Protocol::kTcp, 80, 90, "192.168.1.10")},
-       "D",
-       false},
-      {"another computer",
-       entry,
-       {MakeRule("Web", Protocol::kBoth, 80, 90, "192.168.1.1")},
-       "D",
-       false},
-      {"one of two missing", entry + "B|1.1.1.1()|1|1|TCP|\r\n", {rule}, "sM", false},
-      {"two equal entries, one rule", entry + entry, {rule}, "sM", false},
-      {"a changed twin does not take the rule",
-       "Web|1.1.1.1()|80|90|TCP/UDP|\r\n" + entry,
-       {rule},
-       "Ms",
-       false},
-      {"more rules than entries",
-       entry,
-       {MakeRule("X", Protocol::kTcp, 1, 1, "1.1.1.1"), rule},
-       "s+",
+      {"the very rule", entry, rule, "s", true},
+      {"an empty table", entry, "", "M"},
+      {"disabled", entry, "Web both 80 90 192.168.1.10 off", "o"},
+      {"disabled ahead of enabled", entry,
+       "Web both 80 90 192.168.1.10 off; Web both 80 90 192.168.1.10", "s+", true},
+      {"another case of the name", entry, "WEB both 80 90 192.168.1.10", "D"},
+      {"another name", entry, "Web2 both 80 90 192.168.1.10", "M+"},
+      {"another start", entry, "Web both 81 90 192.168.1.10", "D"},
+      {"another end", entry, "Web both 80 80 192.168.1.10", "D"},
+      {"half the protocol", entry, "Web tcp 80 90 192.168.1.10", "D"},
+      {"another computer", entry, "Web both 80 90 192.168.1.1", "D"},
+      {"one of two missing", entry + "B|1.1.1.1()|1|1|TCP|\r\n", rule, "sM"},
+      {"two equal entries, one rule", entry + entry, rule, "sM"},
+      {"a changed twin does not take the rule", "Web|1.1.1.1()|80|90|TCP/UDP|\r\n" + entry, rule,
+       "Ms"},
+      {"more rules than entries", entry, "X tcp 1 1 1.1.1.1; Web both 80 90 192.168.1.10", "s+",
        true},
-      {"an empty list", "", {rule}, "+", false},
-      {"blank lines alone", "\r\n\r\n", {}, "", false},
-      {"a line without fields", "Web\r\n", {rule}, "D", false},
-      {"ports that are no numbers", "Web|192.168.1.10()|80x|90|TCP/UDP|\r\n", {rule}, "D", false},
-      {"no CR and no end", "Web|192.168.1.10|80|90|TCP/UDP", {rule}, "s", true},
+      {"an empty list", "", rule, "+"},
+      {"blank lines alone", "\r\n\r\n", "", ""},
+      {"a line without fields", "Web\r\n", rule, "D"},
+      {"ports that are no numbers", "Web|192.168.1.10()|80x|90|TCP/UDP|\r\n", rule, "D"},
+      {"no CR and no end", "Web|192.168.1.10|80|90|TCP/UDP", rule, "s", true},
+      {"a name in UTF-8", "\xC3\xA4\xE2\x82\xAC|1.1.1.1()|1|1|TCP|", "ä€ tcp 1 1 1.1.1.1", "s",
+       true},
+      {"the same in Windows-1252", "\xE4\x80|1.1.1.1()|1|1|TCP|", "ä€ tcp 1 1 1.1.1.1", "s", true},
   };
   for (const auto& row : kRows) {
-    const QList<ComparedRow> rows = CompareList(ReadList(row.list), row.rules);
+    const QList<ComparedRow> rows = CompareList(ReadList(row.list), RulesOf(row.rules));
     EXPECT_EQ(Marks(rows), row.marks) << row.fault;
     EXPECT_EQ(EveryEntryStands(rows), row.stands) << row.fault;
-  }
-}
-
-TEST(CompareList, NamesInEitherEncodingAreTheSameName) {
-  const QList<Rule> rules{MakeRule("\xC3\xA4\xE2\x82\xAC", Protocol::kTcp, 1, 1, "1.1.1.1")};
-  for (const QByteArray name : {"\xC3\xA4\xE2\x82\xAC", "\xE4\x80"}) {
-    EXPECT_EQ(Marks(CompareList(ReadList(name + "|1.1.1.1()|1|1|TCP|\r\n"), rules)), "s");
   }
 }
 
 TEST(CompareList, TheTableShowsBothSidesAndNoControlCharacter) {
   const QString text = FormatComparison(
       CompareList(ReadList("A\x1b[2J|1.1.1.1()|1|2|TCP|\r\nWeb|1.1.1.2()|80|80|UDP|\r\n"),
-                  {MakeRule("Web", Protocol::kTcp, 80, 80, "1.1.1.2"),
-                   MakeRule("Old", Protocol::kUdp, 7, 9, "1.1.1.3", false)}));
-  const QStringList lines = text.split(QLatin1Char('\n'));
+                  RulesOf("Web tcp 80 80 1.1.1.2; Old udp 7 9 1.1.1.3 off")));
+  const QStringList lines = text.split(u'\n');
   EXPECT_FALSE(text.contains(QChar(0x1b)));
-  EXPECT_TRUE(lines.at(1).startsWith(QStringLiteral("MISSING  A?[2J")));
-  EXPECT_EQ(lines.at(2).simplified(),
-            QStringLiteral("DIFFERS Web 80-80 UDP 1.1.1.2 | Web 80-80 TCP 1.1.1.2 on"));
-  EXPECT_EQ(lines.at(3).simplified(), QStringLiteral("extra | Old 7-9 UDP 1.1.1.3 off"));
-  EXPECT_EQ(lines.at(4), QStringLiteral("0 of 2 entries stand on the router."));
-  const qsizetype bar = lines.at(1).indexOf(QLatin1Char('|'));
-  EXPECT_EQ(lines.at(2).indexOf(QLatin1Char('|')), bar);
+  EXPECT_TRUE(lines[1].startsWith(u"MISSING  A?[2J"_s));
+  EXPECT_EQ(lines[2].simplified(), u"DIFFERS Web 80-80 UDP 1.1.1.2 | Web 80-80 TCP 1.1.1.2 on"_s);
+  EXPECT_EQ(lines[3].simplified(), u"extra | Old 7-9 UDP 1.1.1.3 off"_s);
+  EXPECT_EQ(lines[4], u"0 of 2 entries stand on the router."_s);
+  EXPECT_EQ(lines[2].indexOf(u'|'), lines[1].indexOf(u'|'));
 }
 
 TEST(ReadState, AnAnswerThatIsNoStateIsNotTakenForAnEmptyTable) {
@@ -156,18 +117,16 @@ ProgramRun RunProgram(const QStringList& arguments) {
 }
 
 TEST(CompareProgram, TheExitCodeTellsWhetherTheListStands) {
-  QTemporaryDir folder;
-  const QString list = folder.filePath(QStringLiteral("a list.qyl"));
-  QFile file(list);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write("Web|192.168.1.10()|80|80|TCP|\r\n");
-  file.close();
+  const QTemporaryDir folder;
+  const QString list = folder.filePath(u"a list.qyl"_s);
+  ASSERT_TRUE(quayline::testing::WriteBytes(list, "Web|192.168.1.10()|80|80|TCP|\r\n"));
   DemoRouter router;
-  const auto port = router.Start(QStringLiteral("rowtable"), {});
+  const auto port = router.Start(u"rowtable"_s, {});
   ASSERT_TRUE(port.has_value());
-  const QStringList arguments{QStringLiteral("--compare"), list,
-                              QStringLiteral("--port=%1").arg(*port)};
-  EXPECT_EQ(RunProgram(arguments).exit_code, 1);
+  const auto compare = [](const QString& file, quint16 of_port, const QStringList& more = {}) {
+    return RunProgram(QStringList{u"--compare"_s, file, u"--port=%1"_s.arg(of_port)} + more);
+  };
+  EXPECT_EQ(compare(list, *port).exit_code, 1);
 
   QTcpSocket browser;
   browser.connectToHost(QHostAddress::LocalHost, *port);
@@ -176,43 +135,32 @@ TEST(CompareProgram, TheExitCodeTellsWhetherTheListStands) {
       "POST /forward.htm HTTP/1.1\r\nAuthorization: Basic YWRtaW46YWRtaW4=\r\nContent-Length: " +
       QByteArray::number(body.size()) + "\r\n\r\n" + body);
   ASSERT_TRUE(RunUntil([&] { return router.Saves() == 1; }));
-  const ProgramRun run = RunProgram(arguments);
+  const ProgramRun run = compare(list, *port);
   EXPECT_EQ(run.exit_code, 0);
-  EXPECT_TRUE(run.output.contains(QStringLiteral("1 of 1 entries stand")));
+  EXPECT_TRUE(run.output.contains(u"1 of 1 entries stand"_s));
 
-  const ProgramRun unread = RunProgram({arguments.at(0), folder.path(), arguments.at(2)});
+  const ProgramRun unread = compare(folder.path(), *port);
   EXPECT_EQ(unread.exit_code, 1);
-  EXPECT_TRUE(unread.error.contains(folder.path())) << unread.error.toStdString();
+  EXPECT_TRUE(unread.error.contains(folder.path())) << qPrintable(unread.error);
 
-  const auto secure = router.Start(QStringLiteral("rowtable"), {.https = true});
-  ASSERT_TRUE(secure.has_value()) << secure.error().toStdString();
-  const ProgramRun empty = RunProgram(
-      {arguments.at(0), list, QStringLiteral("--port=%1").arg(*secure), QStringLiteral("--https")});
-  EXPECT_TRUE(empty.output.contains(QStringLiteral("0 of 1 entries stand")))
-      << empty.error.toStdString();
+  const auto secure = router.Start(u"rowtable"_s, {.https = true});
+  ASSERT_TRUE(secure.has_value()) << qPrintable(secure.error());
+  const ProgramRun empty = compare(list, *secure, {u"--https"_s});
+  EXPECT_TRUE(empty.output.contains(u"0 of 1 entries stand"_s)) << qPrintable(empty.error);
 }
 
 TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowed) {
   DemoRouter router;
-  const auto router_port = router.Start(QStringLiteral("formback"), {});
-  ASSERT_TRUE(router_port.has_value());
-  const QByteArray elsewhere = "http://127.0.0.1:" + QByteArray::number(*router_port) + "/__state";
+  const QByteArray port = QByteArray::number(router.Start(u"formback"_s, {}).value());
+  const QByteArray no_rules = "Content-Length: 12\r\n\r\n{\"rules\":[]}";
   for (const QByteArray& reply :
-       QList<QByteArray>{"", "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}",
-                         "HTTP/1.1 302 Found\r\nLocation: " + elsewhere +
-                             "\r\nContent-Length: 12\r\n\r\n{\"rules\":[]}",
-                         "HTTP/1.1 500 Oops\r\nContent-Length: 12\r\n\r\n{\"rules\":[]}"}) {
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-    QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
-      QTcpSocket* socket = server.nextPendingConnection();
-      QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, reply] {
-        socket->write(reply);
-        socket->disconnectFromHost();
-      });
-    });
+       {QByteArray(), QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"),
+        "HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:" + port + "/__state\r\n" + no_rules,
+        "HTTP/1.1 500 Oops\r\n" + no_rules}) {
+    ScriptedServer server;
+    server.replies["/__state"] = {reply};
     CompareCommand command(QStringLiteral(QUAYLINE_SOURCE_DIR "/data/sample-list.qyl"),
-                           server.serverPort());
+                           static_cast<quint16>(server.Address({}).port()));
     std::optional<CompareCommand::Outcome> outcome;
     command.Start([&](const CompareCommand::Outcome& result) { outcome = result; });
     ASSERT_TRUE(RunUntil([&] { return outcome.has_value(); }));
@@ -224,13 +172,13 @@ TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowe
 TEST(CommandLine, NothingIsGuessedFromABadArgument) {
   const struct {
     const char* line;
-    const char* word;  // of the sentence; nothing: it is understood
+    const char* word = nullptr;  // of the sentence; nothing: it is understood
   } kRows[] = {
-      {"--port 0 --delay 0-50 --entries 1 --model rowtable --user a --password=", nullptr},
-      {"--compare x --port 80", nullptr},
-      {"--compare x --port 80 --https", nullptr},
-      {"--https --certificate a.pem --key b.pem", nullptr},
-      {"--help --nonsense", nullptr},
+      {"--port 0 --delay 0-50 --entries 1 --model rowtable --user a --password="},
+      {"--compare x --port 80"},
+      {"--compare x --port 80 --https"},
+      {"--https --certificate a.pem --key b.pem"},
+      {"--help --nonsense"},
       {"--port", "needs a value"},
       {"--port 65536", "65535"},
       {"--port -1", "65535"},
@@ -253,27 +201,23 @@ TEST(CommandLine, NothingIsGuessedFromABadArgument) {
       {"--certificate a.pem --key b.pem", "belong"},
   };
   for (const auto& row : kRows) {
-    const auto command = ReadCommandLine(QStringList{QStringLiteral("program")} +
-                                         QString::fromLatin1(row.line).split(QLatin1Char(' ')));
+    const auto command =
+        ReadCommandLine(QStringList{u"program"_s} + QString::fromLatin1(row.line).split(u' '));
     EXPECT_EQ(command.has_value(), row.word == nullptr) << row.line;
-    if (!command && row.word) {
-      EXPECT_TRUE(command.error().contains(QLatin1String(row.word)))
-          << command.error().toStdString();
-    }
+    EXPECT_TRUE(command || command.error().contains(QLatin1String(row.word))) << row.line;
   }
 }
 
 TEST(CommandLine, ADelayMayBeOneNumberOrTwo) {
-  const auto options = [](const char* delay) {
-    return ReadCommandLine({QString(), QStringLiteral("--delay"), QLatin1String(delay)})
-        .value()
-        .options.delay;
-  };
   using std::chrono::milliseconds;
-  EXPECT_EQ(options("20").least, milliseconds(20));
-  EXPECT_EQ(options("20").most, milliseconds(20));
-  EXPECT_EQ(options("0-50").least, milliseconds(0));
-  EXPECT_EQ(options("0-50").most, milliseconds(50));
+  const std::tuple<QString, milliseconds, milliseconds> rows[] = {
+      {u"20"_s, milliseconds(20), milliseconds(20)},
+      {u"0-50"_s, milliseconds(0), milliseconds(50)}};
+  for (const auto& [text, least, most] : rows) {
+    const auto delay = ReadCommandLine({QString(), u"--delay"_s, text}).value().options.delay;
+    EXPECT_EQ(delay.least, least);
+    EXPECT_EQ(delay.most, most);
+  }
 }
 
 }  // namespace

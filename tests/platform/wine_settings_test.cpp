@@ -17,6 +17,7 @@
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
 using Hive = ForeignSettings::Hive;
 
 constexpr char kHead[] =
@@ -59,15 +60,14 @@ TEST(WineRegistry, ReadsEveryFormInWhichAValueIsKept) {
   for (const auto& row : rows) {
     const QByteArray hive =
         kHead + QByteArray("[Software]\n\"Port\"=\"9\"\n\n[software\\\\a [b\\]] 170\n") + row.lines;
-    const auto value =
-        FindWineValue(hive, QStringLiteral("Software\\A [b]"), QStringLiteral("Port"));
+    const auto value = FindWineValue(hive, u"Software\\A [b]"_s, u"Port"_s);
     EXPECT_EQ(value.has_value(), row.value != nullptr) << row.fault;
     EXPECT_EQ(value.value_or(QString()), QString::fromUtf16(row.value)) << row.fault;
   }
   QByteArray hive = kHead + QByteArray("[K]\n\"x\"=\"2\"\n@=hex(1):31,\\\n  00\n");
-  EXPECT_EQ(FindWineValue(hive, QStringLiteral("K"), QString()), QStringLiteral("1"));
+  EXPECT_EQ(FindWineValue(hive, u"K"_s, QString()), u"1"_s);
   hive.replace("\n", "\r\n");
-  EXPECT_EQ(FindWineValue(hive, QStringLiteral("K"), QString()), QStringLiteral("1"));
+  EXPECT_EQ(FindWineValue(hive, u"K"_s, QString()), u"1"_s);
 }
 
 TEST(WineRegistry, WhatIsNoHiveHoldsNothing) {
@@ -76,66 +76,62 @@ TEST(WineRegistry, WhatIsNoHiveHoldsNothing) {
        {QByteArray(), QByteArray("WINE REGISTRY Version 2"), QByteArray("REGEDIT4\n") + key, key,
         kHead + QByteArray("[K"), kHead + QByteArray("[K]\n\"x\"=\"\\"),
         kHead + QByteArray(100000, '\0'), kHead + QByteArray("[\\").repeated(100000)}) {
-    EXPECT_EQ(FindWineValue(hive, QStringLiteral("K"), QStringLiteral("x")), std::nullopt)
-        << hive.left(60).toStdString();
+    EXPECT_EQ(FindWineValue(hive, u"K"_s, u"x"_s), std::nullopt) << hive.left(60).toStdString();
   }
 }
 
 class WinePrefix : public ::testing::Test {
  protected:
-  QString Path(const char* below) const {
-    return folder_.path() + QLatin1Char('/') + QString::fromUtf8(below);
-  }
+  QString Path(const char* below) const { return folder_.filePath(QString::fromUtf8(below)); }
   void MakeFolder(const char* below) const { QDir().mkpath(Path(below)); }
+  void WriteHive(const char* name, const QByteArray& keys) const {
+    ASSERT_TRUE(testing::WriteBytes(Path(name), kHead + keys));
+  }
 
   QTemporaryDir folder_;
-  WineSettings settings_{folder_.path(), QStringLiteral("/home/anna")};
+  WineSettings settings_{folder_.path(), u"/home/anna"_s};
 };
 
 TEST_F(WinePrefix, EachHiveHasItsFileAndOldProgramsTheirPartOfIt) {
-  testing::WriteBytes(Path("user.reg"), kHead + QByteArray("[Software\\\\K]\n\"x\"=\"user\"\n"));
-  testing::WriteBytes(
-      Path("system.reg"),
-      kHead + QByteArray("[Software\\\\K]\n\"x\"=\"machine\"\n\n"
-                         "[Software\\\\Wow6432Node\\\\K]\n\"x\"=\"2\"\n\"y\"=\"32\"\n"));
-  const QString key = QStringLiteral("SOFTWARE\\K");
-  const QString x = QStringLiteral("x");
-  const QString y = QStringLiteral("y");
-  EXPECT_EQ(settings_.RegistryValue(Hive::kCurrentUser, key, x), QStringLiteral("user"));
-  EXPECT_EQ(settings_.RegistryValue(Hive::kLocalMachine, key, x), QStringLiteral("machine"));
-  EXPECT_EQ(settings_.RegistryValue(Hive::kLocalMachine, key, y), QStringLiteral("32"));
-  EXPECT_EQ(settings_.RegistryValue(Hive::kCurrentUser, key, y), std::nullopt);
+  WriteHive("user.reg", "[Software\\\\K]\n\"x\"=\"user\"\n");
+  WriteHive("system.reg",
+            "[Software\\\\K]\n\"x\"=\"machine\"\n\n"
+            "[Software\\\\Wow6432Node\\\\K]\n\"x\"=\"2\"\n\"y\"=\"32\"\n");
+  const auto value = [this](Hive hive, const QString& name) {
+    return settings_.RegistryValue(hive, u"SOFTWARE\\K"_s, name);
+  };
+  EXPECT_EQ(value(Hive::kCurrentUser, u"x"_s), u"user"_s);
+  EXPECT_EQ(value(Hive::kLocalMachine, u"x"_s), u"machine"_s);
+  EXPECT_EQ(value(Hive::kLocalMachine, u"y"_s), u"32"_s);
+  EXPECT_EQ(value(Hive::kCurrentUser, u"y"_s), std::nullopt);
   QFile::resize(Path("user.reg"), qint64{65} << 20);
-  EXPECT_EQ(settings_.RegistryValue(Hive::kCurrentUser, key, x), std::nullopt) << "huge";
+  EXPECT_EQ(value(Hive::kCurrentUser, u"x"_s), std::nullopt) << "huge";
 }
 
 TEST_F(WinePrefix, TheApplicationDataFoldersAreFoundUnderEveryEditionsNames) {
   qputenv("USER", "anna");
   const auto restore = qScopeGuard([] { qunsetenv("USER"); });
   const auto folders = [this] {
-    return QStringList{settings_.AppDataFolder(), settings_.LocalAppDataFolder()}.join(
-        QLatin1Char(' '));
+    return settings_.AppDataFolder() + u' ' + settings_.LocalAppDataFolder();
   };
-  EXPECT_EQ(folders(), QStringLiteral(" ")) << "no prefix";
+  EXPECT_EQ(folders(), u" "_s) << "no prefix";
   MakeFolder("drive_c/users/Public/AppData/Roaming");
-  EXPECT_EQ(folders(), QStringLiteral(" ")) << "the folder of all users belongs to none";
+  EXPECT_EQ(folders(), u" "_s) << "the folder of all users belongs to none";
   MakeFolder("drive_c/users/aaron/AppData/Roaming");
-  EXPECT_EQ(folders(), QStringLiteral("C:\\users\\aaron\\AppData\\Roaming "));
+  EXPECT_EQ(folders(), u"C:\\users\\aaron\\AppData\\Roaming "_s);
   MakeFolder("drive_c/users/anna/Application Data");
   MakeFolder("drive_c/users/anna/Local Settings/Application Data");
-  EXPECT_EQ(folders(), QStringLiteral("C:\\users\\anna\\Application Data "
-                                      "C:\\users\\anna\\Local Settings\\Application Data"));
+  EXPECT_EQ(folders(),
+            u"C:\\users\\anna\\Application Data "
+            "C:\\users\\anna\\Local Settings\\Application Data"_s);
   MakeFolder("drive_c/users/anna/appdata/ROAMING");
   MakeFolder("drive_c/users/anna/appdata/local");
-  EXPECT_EQ(folders(),
-            QStringLiteral("C:\\users\\anna\\AppData\\Roaming C:\\users\\anna\\AppData\\Local"));
-  testing::WriteBytes(
-      Path("user.reg"),
-      kHead + QByteArray("[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\Shell "
-                         "Folders] 1\n\"AppData\"=\"C:\\\\users\\\\anna\\\\Application Data\"\n"
-                         "\"Local AppData\"=\"C:\\\\users\\\\gone\\\\AppData\\\\Local\"\n"));
-  EXPECT_EQ(folders(),
-            QStringLiteral("C:\\users\\anna\\Application Data C:\\users\\anna\\AppData\\Local"));
+  EXPECT_EQ(folders(), u"C:\\users\\anna\\AppData\\Roaming C:\\users\\anna\\AppData\\Local"_s);
+  WriteHive("user.reg",
+            "[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\Shell Folders] 1\n"
+            "\"AppData\"=\"C:\\\\users\\\\anna\\\\Application Data\"\n"
+            "\"Local AppData\"=\"C:\\\\users\\\\gone\\\\AppData\\\\Local\"\n");
+  EXPECT_EQ(folders(), u"C:\\users\\anna\\Application Data C:\\users\\anna\\AppData\\Local"_s);
 }
 
 TEST_F(WinePrefix, ForeignPathsAreFoundWhateverTheirLetterCase) {
@@ -144,8 +140,8 @@ TEST_F(WinePrefix, ForeignPathsAreFoundWhateverTheirLetterCase) {
   MakeFolder("Drive_C/Twin");
   MakeFolder("dosdevices");
   MakeFolder("other/data");
-  QFile::link(QStringLiteral("../other"), Path("dosdevices/d:"));
-  QFile::link(QStringLiteral("../missing"), Path("dosdevices/e:"));
+  QFile::link(u"../other"_s, Path("dosdevices/d:"));
+  QFile::link(u"../missing"_s, Path("dosdevices/e:"));
   const struct {
     const char16_t* foreign;
     const char* host;
@@ -172,16 +168,16 @@ TEST_F(WinePrefix, ForeignPathsAreFoundWhateverTheirLetterCase) {
 TEST_F(WinePrefix, ThePrefixIsTheOneThatWineWouldUse) {
   MakeFolder("dosdevices");
   MakeFolder(".wine/dosdevices");
-  QFile::link(QStringLiteral("/"), Path("dosdevices/z:"));
-  QFile::link(QStringLiteral("/"), Path(".wine/dosdevices/h:"));
+  QFile::link(u"/"_s, Path("dosdevices/z:"));
+  QFile::link(u"/"_s, Path(".wine/dosdevices/h:"));
   const auto restore = qScopeGuard([home = qgetenv("HOME")] {
     qputenv("HOME", home);
     qunsetenv("WINEPREFIX");
   });
   qputenv("HOME", QFile::encodeName(folder_.path()));
-  EXPECT_EQ(WineSettings().HostPath(QStringLiteral("H:")), Path(".wine/dosdevices/h:"));
+  EXPECT_EQ(WineSettings().HostPath(u"H:"_s), Path(".wine/dosdevices/h:"));
   qputenv("WINEPREFIX", QFile::encodeName(folder_.path()));
-  EXPECT_EQ(WineSettings().HostPath(QStringLiteral("Z:")), Path("dosdevices/z:"));
+  EXPECT_EQ(WineSettings().HostPath(u"Z:"_s), Path("dosdevices/z:"));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include "transport/http_fetch.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSslKey>
@@ -22,45 +21,45 @@ namespace quayline {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 using testing::Answer;
 using testing::RedirectTo;
 using testing::Reply;
+using testing::RunUntil;
 using testing::ScriptedServer;
 using Then = Reply::Then;
 
+const QByteArray kOk = "HTTP/1.1 200 OK\r\n";
+const Reply kHalf = {kOk + "Content-Length: 5\r\n\r\nab", Then::kSilence};
+
+using Fetch = Task<std::expected<QByteArray, FetchError>>;
+
 // What a fetch came to: the body, or the error's name in brackets.
-QByteArray Text(const std::expected<QByteArray, FetchError>& outcome) {
-  if (outcome) {
-    return *outcome;
-  }
-  switch (outcome.error()) {
-    case FetchError::kBadAddress:
-      return "[bad address]";
-    case FetchError::kNoConnection:
-      return "[no connection]";
-    case FetchError::kTimeout:
-      return "[timeout]";
-    case FetchError::kHttpStatus:
-      return "[status]";
-    case FetchError::kTooLarge:
-      return "[too large]";
-  }
-  return "[unknown]";
-}
-
-Task<> Write(Task<std::expected<QByteArray, FetchError>> fetch, QByteArray* out) {
+Task<> Write(Fetch fetch, QByteArray* out) {
+  constexpr const char* kErrors[] = {"[bad address]", "[no connection]", "[timeout]", "[status]",
+                                     "[too large]"};
   const auto outcome = co_await fetch;
-  *out = Text(outcome);
+  *out = outcome ? *outcome : QByteArray(kErrors[static_cast<int>(outcome.error())]);
 }
 
-QByteArray Fetched(HttpFetch* http, const QUrl& address, FetchLimits limits = {}) {
+QByteArray Fetched(Fetch fetch) {
   QByteArray text = "[never ended]";
-  testing::RunTask(Write(http->Get(address, limits), &text), 10s);
+  testing::RunTask(Write(std::move(fetch), &text), 10s);
   return text;
 }
 
-TEST(HttpFetch, TellsEachKindOfAnswerApart) {
-  const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+class HttpFetchTest : public ::testing::Test {
+ protected:
+  Fetch Get(const QString& path, FetchLimits limits = {}) {
+    return http_->Get(server_.Address(path), limits);
+  }
+
+  ScriptedServer server_;
+  std::unique_ptr<HttpFetch> http_ = std::make_unique<HttpFetch>();
+};
+
+TEST_F(HttpFetchTest, TellsEachKindOfAnswerApart) {
+  const QByteArray chunked = kOk + "Transfer-Encoding: chunked\r\n\r\n";
   const QByteArray large(3000, 'x');
   const struct {
     const char* fault;
@@ -70,12 +69,9 @@ TEST(HttpFetch, TellsEachKindOfAnswerApart) {
       {"a body is lost", Answer("200 OK", "hello"), "hello"},
       {"zero bytes end the body", Answer("200 OK", QByteArray("a\0b", 3)), QByteArray("a\0b", 3)},
       {"an empty body is a failure", Answer("200 OK", ""), ""},
-      {"chunks are not put together",
-       {ok + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n"},
-       "abcde"},
-      {"a body without length is refused", {ok + "\r\nuntil the end"}, "until the end"},
-      {"the text of an error page is taken for the answer", Answer("404 Not Found", "sorry"),
-       "[status]"},
+      {"chunks are not put together", {chunked + "3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n"}, "abcde"},
+      {"a body without length is refused", {kOk + "\r\nuntil the end"}, "until the end"},
+      {"an error page's text counts", Answer("404 Not Found", "sorry"), "[status]"},
       {"an error page is judged by its size", Answer("500 Oops", large), "[status]"},
       {"a partial answer is judged by its size", Answer("206 Partial Content", large), "[status]"},
       {"half a success counts", Answer("206 Partial Content", "par"), "[status]"},
@@ -83,156 +79,110 @@ TEST(HttpFetch, TellsEachKindOfAnswerApart) {
       {"a redirect to nowhere counts", Answer("302 Found", "x"), "[status]"},
       {"local files can be fetched", RedirectTo("file:///etc/hostname"), "[bad address]"},
       {"other protocols can be fetched", RedirectTo("ftp://127.0.0.1/"), "[bad address]"},
-      {"a body of the largest size is refused", Answer("200 OK", large.left(2000)),
-       large.left(2000)},
+      {"the largest body is refused", Answer("200 OK", large.left(2000)), large.left(2000)},
       {"a body that says it is too large is fetched", Answer("200 OK", large), "[too large]"},
-      {"a body that does not say it is too large is fetched", {ok + "\r\n" + large}, "[too large]"},
-      {"chunks are not counted",
-       {ok + "Transfer-Encoding: chunked\r\n\r\nbb8\r\n" + large + "\r\n0\r\n\r\n"},
-       "[too large]"},
+      {"a body that does not say so is fetched", {kOk + "\r\n" + large}, "[too large]"},
+      {"chunks are not counted", {chunked + "bb8\r\n" + large + "\r\n0\r\n\r\n"}, "[too large]"},
       {"silence is waited out for ever", {"", Then::kSilence}, "[timeout]"},
-      {"silence behind the headers is waited out for ever",
-       {ok + "Content-Length: 5\r\n\r\nab", Then::kSilence},
-       "[timeout]"},
-      {"half a body counts", {ok + "Content-Length: 5\r\n\r\nab"}, "[no connection]"},
-      {"half a body with a reset counts",
-       {ok + "Content-Length: 5\r\n\r\nab", Then::kReset},
-       "[no connection]"},
-      {"half the chunks count",
-       {ok + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n"},
-       "[no connection]"},
+      {"silence behind the headers is waited out for ever", kHalf, "[timeout]"},
+      {"half a body counts", {kHalf.bytes}, "[no connection]"},
+      {"half a body with a reset counts", {kHalf.bytes, Then::kReset}, "[no connection]"},
+      {"half the chunks count", {chunked + "3\r\nabc\r\n"}, "[no connection]"},
       {"no answer at all counts", {""}, "[no connection]"},
       {"words that are no HTTP count", {"SSH-2.0-dropbear\r\n"}, "[no connection]"},
-      {"a broken length counts", {ok + "Content-Length: many\r\n\r\nab"}, "[no connection]"},
+      {"a broken length counts", {kOk + "Content-Length: many\r\n\r\nab"}, "[no connection]"},
   };
-  ScriptedServer server;
-  HttpFetch http;
   for (const auto& c : cases) {
-    server.replies["/page"] = c.reply;
-    const FetchLimits limits{.max_bytes = 2000, .timeout = 300ms};
-    EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/page")), limits), c.expected)
-        << c.fault;
+    server_.replies["/"] = c.reply;
+    EXPECT_EQ(Fetched(Get(u"/"_s, {.max_bytes = 2000, .timeout = 300ms})), c.expected) << c.fault;
   }
 }
 
-TEST(HttpFetch, FollowsFiveRedirectsAndNoMore) {
-  ScriptedServer server;
-  server.replies["/0"] = Answer("200 OK", "there");
+TEST_F(HttpFetchTest, FollowsFiveRedirectsAndNoMore) {
+  server_.replies["/0"] = Answer("200 OK", "there");
   for (int hop = 1; hop <= 6; ++hop) {
-    server.replies["/" + QByteArray::number(hop)] = RedirectTo("/" + QByteArray::number(hop - 1));
+    server_.replies["/" + QByteArray::number(hop)] = RedirectTo("/" + QByteArray::number(hop - 1));
   }
-  server.replies["/circle"] = RedirectTo("/circle");
-  HttpFetch http;
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/5"))), "there");
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/6"))), "[status]");
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/circle"))), "[status]");
+  server_.replies["/circle"] = RedirectTo("/circle");
+  EXPECT_EQ(Fetched(Get(u"/5"_s)), "there");
+  EXPECT_EQ(Fetched(Get(u"/6"_s)), "[status]");
+  EXPECT_EQ(Fetched(Get(u"/circle"_s)), "[status]");
 }
 
-TEST(HttpFetch, RefusesAddressesOffTheWebWithoutAskingAnyone) {
-  QFile file(QDir::tempPath() + QStringLiteral("/quayline-http-fetch-test"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  HttpFetch http;
-  for (const QUrl& address :
-       {QUrl(), QUrl(QStringLiteral("page.html")), QUrl(QStringLiteral("http://")),
-        QUrl(QStringLiteral("ftp://127.0.0.1/x")), QUrl(QStringLiteral("gopher://127.0.0.1/")),
-        QUrl::fromLocalFile(file.fileName())}) {
-    EXPECT_EQ(Fetched(&http, address), "[bad address]") << address.toString().toStdString();
+TEST_F(HttpFetchTest, RefusesAddressesOffTheWebAndTellsThatNobodyListens) {
+  const QUrl local = QUrl::fromLocalFile(QStringLiteral(QUAYLINE_SOURCE_DIR "/README.md"));
+  for (const QUrl& address : {QUrl(), QUrl(u"page.html"_s), QUrl(u"http://"_s), local,
+                              QUrl(u"ftp://127.0.0.1/x"_s), QUrl(u"gopher://127.0.0.1/"_s)}) {
+    EXPECT_EQ(Fetched(http_->Get(address, {})), "[bad address]")
+        << address.toString().toStdString();
   }
-  file.remove();
+  const QUrl closed = ScriptedServer().Address(u"/"_s);
+  EXPECT_EQ(Fetched(http_->Get(closed, {})), "[no connection]");
 }
 
-TEST(HttpFetch, NobodyListens) {
-  QUrl address;
-  {
-    ScriptedServer server;
-    address = server.Address(QStringLiteral("/"));
-  }
-  HttpFetch http;
-  EXPECT_EQ(Fetched(&http, address), "[no connection]");
-}
-
-TEST(HttpFetch, GoesRoundTheProxyOfTheEnvironmentAndKeepsNoCookies) {
-  ScriptedServer server;
-  server.replies["/a%20b?c=%26"] = Answer("200 OK", "direct", "Set-Cookie: id=7; Path=/\r\n");
+TEST_F(HttpFetchTest, GoesRoundTheProxyOfTheEnvironmentAndKeepsNoCookies) {
+  server_.replies["/a%20b?c=%26"] = Answer("200 OK", "direct", "Set-Cookie: id=7; Path=/\r\n");
   qputenv("http_proxy", "http://127.0.0.1:1");
   qputenv("all_proxy", "http://127.0.0.1:1");
-  HttpFetch http;
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/a b?c=%26"))), "direct");
-  }
+  EXPECT_EQ(Fetched(Get(u"/a b?c=%26"_s)), "direct");
+  EXPECT_EQ(Fetched(Get(u"/a b?c=%26"_s)), "direct");
   qunsetenv("http_proxy");
   qunsetenv("all_proxy");
-  ASSERT_EQ(server.requests.size(), 2);
-  EXPECT_FALSE(server.requests[1].contains("Cookie")) << server.requests[1].toStdString();
+  ASSERT_EQ(server_.requests.size(), 2);
+  EXPECT_FALSE(server_.requests[1].contains("Cookie")) << server_.requests[1].toStdString();
 }
 
-TEST(HttpFetch, ACertificateThatNobodyVouchesForIsRefused) {
+TEST_F(HttpFetchTest, ACertificateThatNobodyVouchesForIsRefused) {
   const QTemporaryDir folder;
-  const QString key_file = folder.filePath(QStringLiteral("key.pem"));
-  const QString certificate_file = folder.filePath(QStringLiteral("certificate.pem"));
-  const QStringList arguments{QStringLiteral("req"),
-                              QStringLiteral("-x509"),
-                              QStringLiteral("-nodes"),
-                              QStringLiteral("-subj"),
-                              QStringLiteral("/CN=127.0.0.1"),
-                              QStringLiteral("-addext"),
-                              QStringLiteral("subjectAltName=IP:127.0.0.1"),
-                              QStringLiteral("-keyout"),
-                              key_file,
-                              QStringLiteral("-out"),
-                              certificate_file};
   QProcess openssl;
-  openssl.start(QStringLiteral("openssl"), arguments);
+  openssl.setWorkingDirectory(folder.path());
+  openssl.startCommand(
+      u"openssl req -x509 -nodes -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 "
+      "-keyout key.pem -out certificate.pem"_s);
   if (!openssl.waitForFinished() || openssl.exitCode() != 0) {
     GTEST_SKIP() << "needs the program openssl to make a certificate";
   }
-  QFile key(key_file);
+  QFile key(folder.filePath(u"key.pem"_s));
   ASSERT_TRUE(key.open(QIODevice::ReadOnly));
   QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-  tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate_file));
+  tls.setLocalCertificateChain(QSslCertificate::fromPath(folder.filePath(u"certificate.pem"_s)));
   tls.setPrivateKey(QSslKey(&key, QSsl::Rsa));
   auto listener = std::make_unique<QSslServer>();
   listener->setSslConfiguration(tls);
   bool is_handshake_begun = false;
   QObject::connect(listener.get(), &QSslServer::startedEncryptionHandshake, listener.get(),
                    [&](QSslSocket*) { is_handshake_begun = true; });
-  ScriptedServer server(std::move(listener));
-  server.replies["/"] = Answer("200 OK", "trust me");
-  HttpFetch http;
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/"), QStringLiteral("https"))),
-            "[no connection]");
+  ScriptedServer secure(std::move(listener));
+  secure.replies["/"] = Answer("200 OK", "trust me");
+  EXPECT_EQ(Fetched(http_->Get(secure.Address(u"/"_s, u"https"_s), {})), "[no connection]");
   EXPECT_TRUE(is_handshake_begun);
-  EXPECT_TRUE(server.requests.isEmpty());
+  EXPECT_TRUE(secure.requests.isEmpty());
 }
 
-TEST(HttpFetch, ADestroyedTaskHangsUpAndLeavesTheOthersAlone) {
-  ScriptedServer server;
-  server.replies["/half"] = {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Then::kSilence};
-  server.replies["/whole"] = Answer("200 OK", "whole");
-  HttpFetch http;
+TEST_F(HttpFetchTest, ADestroyedTaskHangsUpAndLeavesTheOthersAlone) {
+  server_.replies["/half"] = kHalf;
+  server_.replies["/whole"] = Answer("200 OK", "whole");
   QByteArray stopped = "untouched";
-  QByteArray other = "untouched";
+  QByteArray other;
   Flow first;
   Flow second;
-  first.Start(Write(http.Get(server.Address(QStringLiteral("/half")), {}), &stopped));
-  second.Start(Write(http.Get(server.Address(QStringLiteral("/half")), {}), &other));
-  ASSERT_TRUE(testing::RunUntil([&] { return server.requests.size() == 2; }, 5s));
+  first.Start(Write(Get(u"/half"_s), &stopped));
+  second.Start(Write(Get(u"/half"_s), &other));
+  ASSERT_TRUE(RunUntil([&] { return server_.requests.size() == 2; }, 5s));
   first.Cancel();
-  EXPECT_TRUE(testing::RunUntil([&] { return server.open_connections == 1; }, 5s));
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/whole"))), "whole");
+  EXPECT_TRUE(RunUntil([&] { return server_.open_connections == 1; }, 5s));
+  EXPECT_EQ(Fetched(Get(u"/whole"_s)), "whole");
   EXPECT_TRUE(second.IsRunning());
   EXPECT_EQ(stopped, "untouched");
 }
 
-TEST(HttpFetch, ATaskDestroyedBetweenItsEndAndItsResumptionStaysDead) {
-  ScriptedServer server;
-  server.replies["/"] = Answer("200 OK", "late");
-  HttpFetch http;
+TEST_F(HttpFetchTest, ATaskDestroyedBetweenItsEndAndItsResumptionStaysDead) {
+  server_.replies["/"] = Answer("200 OK", "late");
   // Cancelled in each of the first turns of the event loop, one of which is that moment.
   for (int turns = 0; turns < 40; ++turns) {
     QByteArray text = "untouched";
     Flow flow;
-    flow.Start(Write(http.Get(server.Address(QStringLiteral("/")), {}), &text));
+    flow.Start(Write(Get(u"/"_s), &text));
     for (int turn = 0; turn < turns; ++turn) {
       QCoreApplication::processEvents();
     }
@@ -241,54 +191,44 @@ TEST(HttpFetch, ATaskDestroyedBetweenItsEndAndItsResumptionStaysDead) {
     QCoreApplication::processEvents();
     EXPECT_EQ(text, before) << turns;
   }
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/"))), "late");
+  EXPECT_EQ(Fetched(Get(u"/"_s)), "late");
 }
 
-TEST(HttpFetch, AnObjectDestroyedFirstEndsItsFetches) {
-  ScriptedServer server;
-  server.replies["/"] = {"", Then::kSilence};
-  auto http = std::make_unique<HttpFetch>();
-  QByteArray under_way = "[never ended]";
-  QByteArray not_begun = "[never ended]";
+TEST_F(HttpFetchTest, AnObjectDestroyedFirstEndsItsFetches) {
+  server_.replies["/"] = {"", Then::kSilence};
+  QByteArray under_way;
+  QByteArray not_begun;
   Flow flow;
-  flow.Start(Write(http->Get(server.Address(QStringLiteral("/")), {}), &under_way));
-  Task<> later = Write(http->Get(server.Address(QStringLiteral("/")), {}), &not_begun);
-  ASSERT_TRUE(testing::RunUntil([&] { return server.requests.size() == 1; }, 5s));
-  http.reset();
-  EXPECT_TRUE(testing::RunUntil([&] { return !flow.IsRunning(); }, 2s));
+  flow.Start(Write(Get(u"/"_s), &under_way));
+  Task<> later = Write(Get(u"/"_s), &not_begun);
+  ASSERT_TRUE(RunUntil([&] { return server_.requests.size() == 1; }, 5s));
+  http_.reset();
+  EXPECT_TRUE(RunUntil([&] { return !flow.IsRunning(); }, 2s));
   EXPECT_TRUE(testing::RunTask(std::move(later), 2s));
   EXPECT_EQ(under_way, "[no connection]");
   EXPECT_EQ(not_begun, "[no connection]");
-  EXPECT_TRUE(testing::RunUntil([&] { return server.open_connections == 0; }, 2s));
+  EXPECT_TRUE(RunUntil([&] { return server_.open_connections == 0; }, 2s));
 }
 
-TEST(HttpFetch, WaitingForASilentServerCostsNoTime) {
-  ScriptedServer server;
-  server.replies["/"] = {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Then::kSilence};
-  HttpFetch http;
+TEST_F(HttpFetchTest, WaitingForASilentServerCostsNoTime) {
+  server_.replies["/"] = kHalf;
   const std::clock_t before = std::clock();
-  EXPECT_EQ(Fetched(&http, server.Address(QStringLiteral("/")), {.timeout = 800ms}), "[timeout]");
+  EXPECT_EQ(Fetched(Get(u"/"_s, {.timeout = 800ms})), "[timeout]");
   EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC * 4 / 10);
 }
 
-TEST(HttpFetch, ThirtyFetchesAtOnceEachGetTheirOwnBody) {
-  ScriptedServer server;
-  HttpFetch http;
+TEST_F(HttpFetchTest, ThirtyFetchesAtOnceEachGetTheirOwnBody) {
   std::array<QByteArray, 30> bodies;
   std::array<Flow, 30> flows;
-  const auto body_of = [](std::size_t i) {
-    return QByteArray::number(static_cast<qulonglong>(i)).repeated(40'000);
-  };
-  for (std::size_t i = 0; i < flows.size(); ++i) {
-    const QString path = QStringLiteral("/%1").arg(i);
-    server.replies[path.toLatin1()] = Answer("200 OK", body_of(i));
-    flows[i].Start(Write(http.Get(server.Address(path), {}), &bodies[i]));
+  const auto body_of = [](int i) { return QByteArray::number(i).repeated(40'000); };
+  for (int i = 0; i < 30; ++i) {
+    const QString path = u"/%1"_s.arg(i);
+    server_.replies[path.toLatin1()] = Answer("200 OK", body_of(i));
+    flows.at(i).Start(Write(Get(path), &bodies.at(i)));
   }
-  EXPECT_TRUE(testing::RunUntil([&] {
-    return std::ranges::none_of(flows, [](const Flow& flow) { return flow.IsRunning(); });
-  }));
-  for (std::size_t i = 0; i < flows.size(); ++i) {
-    EXPECT_TRUE(bodies[i] == body_of(i)) << i << ": " << bodies[i].size() << " bytes";
+  EXPECT_TRUE(RunUntil([&] { return std::ranges::none_of(flows, &Flow::IsRunning); }));
+  for (int i = 0; i < 30; ++i) {
+    EXPECT_TRUE(bodies.at(i) == body_of(i)) << i << ": " << bodies.at(i).size() << " bytes";
   }
 }
 
