@@ -67,28 +67,24 @@ TEST_F(ListCommandsTest, SeveralRowsGoAtOnceAndAreNamedUpToALimit) {
   EXPECT_EQ(File(), "");
 }
 
-TEST_F(ListCommandsTest, AnOpenedListIsTheWorkingListAtOnce) {
+TEST_F(ListCommandsTest, AnOpenedListIsTheWorkingListAtOnceAndOneThatCannotBeOpenedIsNot) {
   Load(kTwoRows);
   folder_.WriteFile("other.qyl", "C|1.1.1.3()|3|3|TCP|z|extra\r\n\r\nD");
-  prompts_.files = {folder_.Path("other.qyl")};
-  written_.clear();
-  list_.Open();
-  EXPECT_EQ(Rows(), "C 1.1.1.3() 3-3 TCP z; D  -  ");
-  EXPECT_EQ(File(), "C|1.1.1.3()|3|3|TCP|z\r\nD|||||\r\n");
-  EXPECT_EQ(written_.size(), 1);
-}
-
-TEST_F(ListCommandsTest, AListThatCannotBeOpenedLeavesTheOneThatIsThere) {
-  Load(kTwoRows);
   prompts_.files = {folder_.Path("missing.qyl"), folder_.dir.path()};
   for (int i = 0; i < 3; ++i) {  // the third is cancelled
     list_.Open();
   }
-  const auto asked = StartsWith("Open: ");
-  const auto told = StartsWith("Tell: This list cannot be opened");
-  EXPECT_THAT(prompts_.shown, ElementsAre(asked, told, asked, told, asked));
   EXPECT_EQ(context_->port_list.rowCount(), 2);
   EXPECT_EQ(File(), kTwoRows);
+  EXPECT_EQ(written_.size(), 1);
+  prompts_.files = {folder_.Path("other.qyl")};
+  list_.Open();
+  EXPECT_EQ(Rows(), "C 1.1.1.3() 3-3 TCP z; D  -  ");
+  EXPECT_EQ(File(), "C|1.1.1.3()|3|3|TCP|z\r\nD|||||\r\n");
+  EXPECT_EQ(written_.size(), 2);
+  const auto asked = StartsWith("Open: ");
+  const auto told = StartsWith("Tell: This list cannot be opened");
+  EXPECT_THAT(prompts_.shown, ElementsAre(asked, told, asked, told, asked, asked));
 }
 
 TEST_F(ListCommandsTest, SavingWritesTheCopyAndNotTheWorkingList) {

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "entry_doubles.h"
 #include "ui/main/frm_main2.h"
 #include "window_fixture.h"
 

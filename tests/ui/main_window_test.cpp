@@ -58,15 +58,6 @@ TEST_F(MainWindowTest, AStoredRouterThatIsGoneStaysAsTextAndSelectsNothing) {
   EXPECT_TRUE(context_->session.update_script.isEmpty());
   EXPECT_EQ(Stored(setting::kRouter), "Gone 9");
   EXPECT_TRUE(Find("ImageLogo")->isVisible());
-}
-
-TEST_F(MainWindowTest, ThePlaceholderKeepsTheLoginAndTheScriptsOfTheRouterBefore) {
-  Start("router=Alpha 1\r\nrouterusername=me\r\n");
-  Choose("Combo1", 0);
-  EXPECT_EQ(context_->session.update_script.size(), 2);
-  EXPECT_EQ(context_->session.username, u"me"_s);
-  EXPECT_EQ(Stored(setting::kRouter), "Alpha 1");
-  EXPECT_TRUE(Find("ImageLogo")->isVisible());
   EXPECT_FALSE(Find("Image1")->isVisible());
 }
 

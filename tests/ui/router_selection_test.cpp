@@ -52,15 +52,20 @@ class RouterSelectionTest : public WindowTest {
   QString order_;  // r: row read; L, W, P: logo, waiting, picture, each with the picture's width
 };
 
-TEST_F(RouterSelectionTest, TheFirstChoiceShowsThePictureOnDiskAndAsksNobody) {
-  selection_.Select(0, 0, u"placeholder"_s);
+TEST_F(RouterSelectionTest, TheFirstChoiceShowsThePictureOnDiskAndThePlaceholderIsNoChoice) {
+  const auto select_placeholder = [this] { selection_.Select(0, 0, u"placeholder"_s); };
+  select_placeholder();
   Select(3, "Alpha 1");
-  EXPECT_EQ(order_, u"L0rP11"_s) << "the placeholder is no choice";
+  context_->session.username = u"me"_s;
+  select_placeholder();
+  EXPECT_EQ(order_, u"L0rP11L0"_s);
   EXPECT_EQ(Stored(setting::kRouter), "Alpha 1");
+  EXPECT_EQ(context_->session.update_script.size(), 2);
+  EXPECT_EQ(context_->session.username, u"me"_s);
   EXPECT_TRUE(server_.requests.isEmpty());
 }
 
-TEST_F(RouterSelectionTest, TheNextChoiceFetchesItsPictureAndKeepsIt) {
+TEST_F(RouterSelectionTest, TheNextChoiceFetchesItsPictureAndShowsNoneOfAnotherKind) {
   Serve(Answer("200 OK", PictureOf(22)));
   SelectAnother();
   EXPECT_EQ(order_, u"rW0"_s);
@@ -70,9 +75,6 @@ TEST_F(RouterSelectionTest, TheNextChoiceFetchesItsPictureAndKeepsIt) {
   EXPECT_TRUE(Comes("rW0P22"));
   EXPECT_EQ(Stored(setting::kRouter), "Beta 2");
   EXPECT_EQ(folder_.ReadFile("router.jpg"), PictureOf(22));
-}
-
-TEST_F(RouterSelectionTest, AnAnswerThatIsNoPictureShowsNone) {
   Serve(Answer("200 OK", "<html>sorry</html>"));
   SelectAnother();
   EXPECT_TRUE(Comes("rW0P0"));

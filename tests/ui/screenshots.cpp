@@ -20,7 +20,6 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
-#include "entry_doubles.h"
 #include "ui/entries/frm_network_list.h"
 #include "ui/job/frm_job_status.h"
 #include "ui/job/frm_view_page.h"

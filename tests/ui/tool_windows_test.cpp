@@ -4,7 +4,6 @@
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QCompleter>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
@@ -120,11 +119,9 @@ TEST_F(RouterListTest, TenThousandNamesAreSearchedBetweenTwoKeys) {
   }
   Open(names << u"Zulu"_s);
   EXPECT_EQ(TextOf("Text2"), "Routers Loaded: (10,001)");
-  QElapsedTimer clock;
-  clock.start();
+  const qint64 before = WorkedMs();
   TypeKeys("z*lu");
-  RecordProperty("milliseconds", static_cast<int>(clock.elapsed()));
-  EXPECT_LT(clock.elapsed(), 4 * 50);
+  EXPECT_LT(WorkedMs() - before, 4 * 50);
   EXPECT_EQ(Selected(), u"Zulu"_s);
 }
 

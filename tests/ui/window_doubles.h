@@ -5,11 +5,15 @@
 #include <QLabel>
 #include <QPointer>
 
+#include "async/wait.h"
 #include "core/app_context.h"
 #include "core/files.h"
 #include "core/test_databases.h"
 #include "platform/fake_adapters.h"
+#include "platform/host_names.h"
+#include "platform/linux/wine_settings.h"
 #include "script/page_host.h"
+#include "ui/entries/entry_windows.h"
 #include "ui/toolkit/prompts.h"
 
 namespace quayline::testing {
@@ -168,6 +172,32 @@ struct ProgramFolder {
   QTemporaryDir dir;
   FakeAdapters adapters;
   FakeDesktop desktop;
+};
+
+// A network in which every computer has the same name, or in which nobody answers.
+class FakeHostNames final : public HostNames {
+ public:
+  QString name;
+  bool hangs = false;
+  QStringList asked;
+
+  Task<QString> OfAddress(QString address) override {
+    asked.append(address);
+    if (hangs) {
+      co_await Until([] { return false; });
+    }
+    co_return name;
+  }
+};
+
+// The entry windows on a program folder, with a home folder of their own for other programs.
+struct EntryRig {
+  EntryRig(AppContext& app, Prompts& boxes) : windows{app, boxes, host_names, programs} {}
+
+  QTemporaryDir home;
+  FakeHostNames host_names;
+  WineSettings programs{home.filePath(u"wine"_s), home.path()};
+  EntryWindows windows;
 };
 
 }  // namespace quayline::testing
