@@ -133,7 +133,9 @@ class ListOnScreenTest : public MainWindowTest {
 TEST_F(ListOnScreenTest, TheDeleteKeyRemovesRowsInTheListAndEditsInAField) {
   StartWithRows();
   Press("Text1", Qt::Key_Delete);
+  Press("Text1", Qt::Key_Return);
   EXPECT_THAT(prompts_.shown, IsEmpty());
+  EXPECT_EQ(window_->findChild<QDialog*>(), nullptr);
   prompts_.answers = {true, true};
   Press("ListView1", Qt::Key_Down, Qt::ShiftModifier);
   Press("ListView1", Qt::Key_Delete);
@@ -185,7 +187,7 @@ TEST_F(ListOnScreenTest, ADroppedListIsOpenedAndNothingElseIsTaken) {
 
 TEST_F(ListOnScreenTest, ADrawnColumnKeepsItsWidthAndTheOthersFollowTheirTexts) {
   folder_.WriteFile("list.qyl", kTwoRows);
-  Start("listcolumns=-5,x,99999999999\r\n");
+  Start("listcolumns=5,-5,99999\r\n");
   auto* list = Find<HintedList>("ListView1");
   const int own = list->columnWidth(0);
   EXPECT_GT(own, 16) << "a stored width that is none";

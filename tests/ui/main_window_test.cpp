@@ -78,6 +78,7 @@ TEST_F(MainWindowTest, EveryFieldIsInTheFileAtEachChangeAndAnEmptyPortGetsItsDef
   };
   for (const auto& c : cases) {
     Type(c.control, c.typed);
+    EXPECT_EQ(TextOf(c.control), c.stored.text);
     ExpectStored({c.stored});
   }
   Type("Text10", "  ");

@@ -37,6 +37,7 @@ class RouterSelectionTest : public WindowTest {
                      });
   }
   void Select(int id, const char* name) { selection_.Select(1, id, QLatin1String(name)); }
+  void SelectPlaceholder() { selection_.Select(0, 0, u"placeholder"_s); }
   void SelectAnother() {
     Select(3, "Alpha 1");
     order_.clear();
@@ -53,11 +54,10 @@ class RouterSelectionTest : public WindowTest {
 };
 
 TEST_F(RouterSelectionTest, TheFirstChoiceShowsThePictureOnDiskAndThePlaceholderIsNoChoice) {
-  const auto select_placeholder = [this] { selection_.Select(0, 0, u"placeholder"_s); };
-  select_placeholder();
+  SelectPlaceholder();
   Select(3, "Alpha 1");
   context_->session.username = u"me"_s;
-  select_placeholder();
+  SelectPlaceholder();
   EXPECT_EQ(order_, u"L0rP11L0"_s);
   EXPECT_EQ(Stored(setting::kRouter), "Alpha 1");
   EXPECT_EQ(context_->session.update_script.size(), 2);
@@ -84,10 +84,13 @@ TEST_F(RouterSelectionTest, AChoiceDuringAFetchEndsItAndNoNameIsLost) {
   Serve({{}, Reply::Then::kSilence});
   SelectAnother();
   ASSERT_TRUE(RunUntil([&] { return !server_.requests.isEmpty(); }));
+  SelectPlaceholder();
+  EXPECT_EQ(Stored(setting::kRouter), "Beta 2");
+  Select(7, "Beta 2");
   Serve(Answer("200 OK", PictureOf(22)));
   Select(3, "Alpha 1");
   EXPECT_EQ(Stored(setting::kRouter), "Beta 2");
-  EXPECT_TRUE(Comes("rW0rW0P22"));
+  EXPECT_TRUE(Comes("rW0L0rW0rW0P22"));
   EXPECT_EQ(Stored(setting::kRouter), "Alpha 1");
 }
 
