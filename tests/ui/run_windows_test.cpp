@@ -146,6 +146,25 @@ TEST_P(EachRunWindowTest, APopupTakesThePlaceOfThePageAndGivesItBack) {
   }
 }
 
+TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
+  Open();
+  QStringList answers;
+  prompts_.answers = {false, true};
+  for (const std::optional<LoginAnswer>& login :
+       {std::optional<LoginAnswer>(), std::optional<LoginAnswer>({u"me"_s, u"pw"_s})}) {
+    prompts_.login = login;
+    Q_EMIT page_->certificateQuestion(u"1.1.1.1"_s, u"AB:CD"_s, [&](bool is_trusted) {
+      answers.append(is_trusted ? u"trusted"_s : u"refused"_s);
+    });
+    Q_EMIT page_->loginQuestion(u"1.1.1.1"_s, [&](const std::optional<TypedLogin>& typed) {
+      answers.append(typed ? typed->username + u':' + typed->password : u"cancelled"_s);
+    });
+  }
+  EXPECT_EQ(answers.join(u' '), u"refused cancelled trusted me:pw"_s);
+  const auto careful = AllOf(StartsWith("Careful: "), HasSubstr("1.1.1.1"), HasSubstr("AB:CD"));
+  EXPECT_THAT(prompts_.shown, ElementsAre(careful, "Login: 1.1.1.1", careful, "Login: 1.1.1.1"));
+}
+
 TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHoldsNothing) {
   hangs_ = true;
   Open();

@@ -43,9 +43,10 @@ class FakePrompts final : public Prompts {
     Note("Ask", {title, text});
     answered(!answers.isEmpty() && answers.takeFirst());
   }
-  void AskCarefully(QWidget* window, const QString& title, const QString& text,
+  void AskCarefully(QWidget*, const QString& title, const QString& text,
                     std::function<void(bool yes)> answered) override {
-    Ask(window, title, text, std::move(answered));
+    Note("Careful", {title, text});
+    answered(!answers.isEmpty() && answers.takeFirst());
   }
   void AskLogin(QWidget*, const QString& address,
                 std::function<void(std::optional<LoginAnswer>)> answered) override {
@@ -132,19 +133,19 @@ class FakePage final : public PageHost {
 };
 
 inline RouterRecord RouterRow(int id, const QString& name, const QString& user) {
-  return {id,
-          name,
-          user,
-          u"secret"_s,
-          u"yes"_s,
-          u"no"_s,
-          u"16"_s,
-          u"100"_s,
-          u"1"_s,
-          u"65535"_s,
-          u"a\\b.png"_s,
-          u"nav(\"one\")\r\n\r\nnav(\"two\")"_s,
-          u"nav(\"list\")"_s};
+  return {.id = id,
+          .routername = name,
+          .routerusername = user,
+          .routerpassword = u"secret"_s,
+          .routersupportsboth = u"yes"_s,
+          .routerneedscomputername = u"no"_s,
+          .routermaxentries = u"16"_s,
+          .routermaxrange = u"100"_s,
+          .routerminport = u"1"_s,
+          .routermaxport = u"65535"_s,
+          .routerpic = u"a\\b.png"_s,
+          .routercommands = u"nav(\"one\")\r\n\r\nnav(\"two\")"_s,
+          .routerportpage = u"nav(\"list\")"_s};
 }
 
 // A program folder, and what stands around a window in it.
