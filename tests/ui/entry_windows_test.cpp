@@ -58,7 +58,7 @@ class EntryWindowTest : public WindowTest {
   int stored_ = 0;
 };
 
-TEST_F(EntryWindowTest, AProgramIsCountedShownAndAddedTwiceUnderTheSameNames) {
+TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAreTold) {
   OpenAdd();
   Choose("Combo3", 0);
   ExpectTexts({{"Label9", "Programs Loaded: (2)"},
@@ -75,6 +75,10 @@ TEST_F(EntryWindowTest, AProgramIsCountedShownAndAddedTwiceUnderTheSameNames) {
   EXPECT_EQ(Rows(), rows + "; " + rows);
   EXPECT_EQ(stored_, 2);
   EXPECT_THAT(prompts_.shown, IsEmpty());
+  Choose("Combo3", 1);
+  Click("Command2");
+  EXPECT_THAT(Rows(), EndsWith("; Mail01 192.168.1.20() 25-25 TCP <b>Mail x</b>"));
+  EXPECT_THAT(prompts_.shown, ElementsAre(EndsWith("were left out:\nx")));
 }
 
 TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
@@ -100,14 +104,6 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
     told_about("Tell: You must enter an ip address to forward the ports to.");
   }
   EXPECT_EQ(stored_, 0);
-}
-
-TEST_F(EntryWindowTest, BrokenPortsAreLeftOutAndTold) {
-  OpenAdd();
-  Choose("Combo3", 1);
-  Click("Command2");
-  EXPECT_EQ(Rows(), "Mail01 192.168.1.20() 25-25 TCP <b>Mail x</b>");
-  EXPECT_THAT(prompts_.shown, ElementsAre(EndsWith("were left out:\nx")));
 }
 
 TEST_F(EntryWindowTest, AnInstalledProgramTakesTheDatabasesPlace) {
