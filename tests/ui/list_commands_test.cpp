@@ -3,14 +3,11 @@
 
 #include "ui/main/list_commands.h"
 
-#include <QDialog>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 
 #include "main_fixture.h"
 #include "ui/toolkit/controls.h"
@@ -18,242 +15,243 @@
 namespace quayline::testing {
 namespace {
 
+constexpr char kOneRow[] = "C|1.1.1.3()|3|3|TCP|z\r\n";
 constexpr char kTwoRows[] = "A|1.1.1.1()|1|1|TCP|x\r\nB|1.1.1.2()|2|2|UDP|y\r\n";
 
-class ListCommandsTest : public ::testing::Test {
+class ListCommandsTest : public WindowTest {
  protected:
-  void LoadTwoRows() {
-    folder_.WriteFile("list.qyl", kTwoRows);
+  void Load(const QByteArray& rows) {
+    folder_.WriteFile("list.qyl", rows);
     list_.LoadAtStart();
-    ASSERT_EQ(context_.port_list.rowCount(), 2);
   }
-  QStringList Names() const {
-    QStringList names;
-    for (const PortEntry& entry : context_.port_list.Entries()) {
-      names.append(entry.app_name);
-    }
-    return names;
-  }
+  QByteArray File() const { return folder_.ReadFile("list.qyl"); }
 
-  ProgramFolder folder_;
-  FakePrompts prompts_;
-  AppContext context_{folder_.dir.path(), folder_.adapters, folder_.desktop};
-  QWidget window_;
-  ListCommands list_{context_, prompts_, &window_};
+  QWidget parent_;
+  ListCommands list_{*context_, prompts_, &parent_};
+  QSignalSpy written_{&list_, &ListCommands::listWritten};
 };
 
-TEST_F(ListCommandsTest, RemoveAsksForTheRowByNameAndANoKeepsIt) {
-  LoadTwoRows();
-  prompts_.answers = {false, true};
+TEST_F(ListCommandsTest, RemovingAsksAndANoKeepsTheRows) {
+  list_.RemoveAll();  // of nothing
+  Load(kTwoRows);
+  prompts_.answers = {false, false, true, true};
   list_.Remove({1});
-  EXPECT_EQ(prompts_.shown.last(),
-            QStringLiteral("Ask: Confirm Delete:: Are You Sure You Want To Delete This Entry?\nB"));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), kTwoRows);
+  list_.RemoveAll();
+  EXPECT_EQ(File(), kTwoRows);
   list_.Remove({0});
-  EXPECT_EQ(Names(), QStringList(QStringLiteral("B")));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), "B|1.1.1.2()|2|2|UDP|y\r\n");
-  prompts_.shown.clear();
+  EXPECT_EQ(File(), "B|1.1.1.2()|2|2|UDP|y\r\n");
   list_.Remove({-1});
-  list_.Remove({1});
-  EXPECT_TRUE(prompts_.shown.isEmpty()) << "rows that are not there";
-}
-
-TEST_F(ListCommandsTest, RemoveAllLeavesAnEmptyFileAndAsksOnlyWithRows) {
+  list_.Remove({1});  // neither is there
   list_.RemoveAll();
-  EXPECT_TRUE(prompts_.shown.isEmpty());
-  LoadTwoRows();
-  prompts_.answers = {false, true};
-  list_.RemoveAll();
-  EXPECT_EQ(Names().size(), 2);
-  list_.RemoveAll();
-  EXPECT_TRUE(Names().isEmpty());
+  const std::string one = "Ask: Confirm Delete:: Are You Sure You Want To Delete This Entry?\n";
+  const auto all = StartsWith("Ask: Confirm Delete:: ");
+  EXPECT_THAT(prompts_.shown, ElementsAre(one + "B", all, one + "A", all));
+  EXPECT_EQ(Rows(), "");
   EXPECT_TRUE(QFile::exists(folder_.Path("list.qyl")));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), "");
+  EXPECT_EQ(File(), "");
 }
 
-TEST_F(ListCommandsTest, AnOpenedListIsTheWorkingListAtOnce) {
-  LoadTwoRows();
+TEST_F(ListCommandsTest, SeveralRowsGoAtOnceAndAreNamedUpToALimit) {
+  QByteArray rows;
+  for (int i = 1; i <= 12; ++i) {
+    rows += "R" + QByteArray::number(i) + "|||||\r\n";
+  }
+  Load(rows);
+  prompts_.answers = {true, true};
+  list_.Remove({11, 1, 99});
+  EXPECT_EQ(prompts_.shown.back(),
+            "Ask: Confirm Delete:: Are You Sure You Want To Delete These 2 Entries?\nR12\nR2");
+  EXPECT_EQ(File(), rows.replace("R12|||||\r\n", "").replace("R2|||||\r\n", ""));
+  context_->port_list.Append({{.app_name = QString(200, u'x')}});
+  list_.Remove({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+  EXPECT_THAT(prompts_.shown.back(), EndsWith("R11\n..."));
+  EXPECT_EQ(File(), "");
+}
+
+TEST_F(ListCommandsTest, AnOpenedListIsTheWorkingListAtOnceAndOneThatCannotBeOpenedIsNot) {
+  Load(kTwoRows);
   folder_.WriteFile("other.qyl", "C|1.1.1.3()|3|3|TCP|z|extra\r\n\r\nD");
-  prompts_.files = {folder_.Path("other.qyl")};
-  QSignalSpy written(&list_, &ListCommands::listWritten);
-  list_.Open();
-  EXPECT_EQ(Names(), QStringList({QStringLiteral("C"), QStringLiteral("D")}));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), "C|1.1.1.3()|3|3|TCP|z\r\nD|||||\r\n");
-  EXPECT_EQ(written.size(), 1);
-}
-
-TEST_F(ListCommandsTest, AListThatCannotBeOpenedLeavesTheOneThatIsThere) {
-  LoadTwoRows();
   prompts_.files = {folder_.Path("missing.qyl"), folder_.dir.path()};
+  for (int i = 0; i < 3; ++i) {  // the third is cancelled
+    list_.Open();
+  }
+  EXPECT_EQ(context_->port_list.rowCount(), 2);
+  EXPECT_EQ(File(), kTwoRows);
+  EXPECT_EQ(written_.size(), 1);
+  prompts_.files = {folder_.Path("other.qyl")};
   list_.Open();
-  list_.Open();
-  list_.Open();  // cancelled
-  EXPECT_EQ(prompts_.shown.filter(QStringLiteral("Tell: This list cannot be opened")).size(), 2);
-  EXPECT_EQ(Names().size(), 2);
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), kTwoRows);
+  EXPECT_EQ(Rows(), "C 1.1.1.3() 3-3 TCP z; D  -  ");
+  EXPECT_EQ(File(), "C|1.1.1.3()|3|3|TCP|z\r\nD|||||\r\n");
+  EXPECT_EQ(written_.size(), 2);
+  const auto asked = StartsWith("Open: ");
+  const auto told = StartsWith("Tell: This list cannot be opened");
+  EXPECT_THAT(prompts_.shown, ElementsAre(asked, told, asked, told, asked, asked));
 }
 
 TEST_F(ListCommandsTest, SavingWritesTheCopyAndNotTheWorkingList) {
   list_.SaveAs();
-  EXPECT_EQ(prompts_.shown,
-            QStringList(QStringLiteral("Tell: The list is empty, there is nothing to save.")));
-  LoadTwoRows();
+  Load(kTwoRows);
   folder_.WriteFile("list.qyl", "untouched");
   prompts_.files = {folder_.Path("copy.qyl"), folder_.Path("no/such/folder.qyl")};
   list_.SaveAs();
-  EXPECT_EQ(prompts_.shown.last(), QStringLiteral("Save: Select a file"));
   EXPECT_EQ(folder_.ReadFile("copy.qyl"), kTwoRows);
   list_.SaveAs();
-  EXPECT_TRUE(prompts_.shown.last().startsWith(QStringLiteral("Tell: The list cannot be saved.")));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), "untouched");
+  EXPECT_THAT(prompts_.shown, ElementsAre("Tell: The list is empty, there is nothing to save.",
+                                          "Save: Select a file", "Save: Select a file",
+                                          StartsWith("Tell: The list cannot be saved.")));
+  EXPECT_EQ(File(), "untouched");
 }
 
 TEST_F(ListCommandsTest, AMissingListMakesAnEmptyFileAndALostFolderIsToldOnce) {
   list_.LoadAtStart();
   EXPECT_TRUE(QFile::exists(folder_.Path("list.qyl")));
   QDir(folder_.dir.path()).removeRecursively();
-  QSignalSpy written(&list_, &ListCommands::listWritten);
+  written_.clear();
   list_.Keep();
   list_.Keep();
-  EXPECT_EQ(prompts_.shown.size(), 1);
-  EXPECT_EQ(written.size(), 2) << "the totals are due all the same";
+  EXPECT_THAT(prompts_.shown, SizeIs(1));
+  EXPECT_EQ(written_.size(), 2) << "the totals are due all the same";
 }
 
-TEST_F(ListCommandsTest, SeveralRowsGoAtOnceAndAreNamedUpToALimit) {
-  QByteArray file;
-  for (int i = 1; i <= 12; ++i) {
-    file += "R" + QByteArray::number(i) + "|||||\r\n";
-  }
-  folder_.WriteFile("list.qyl", file);
-  list_.LoadAtStart();
-  prompts_.answers = {true, true};
-  list_.Remove({11, 1, 99});
-  EXPECT_EQ(prompts_.shown.last(),
-            QStringLiteral("Ask: Confirm Delete:: Are You Sure You Want To Delete These 2 "
-                           "Entries?\nR12\nR2"));
-  EXPECT_EQ(Names().join(u' '), QStringLiteral("R1 R3 R4 R5 R6 R7 R8 R9 R10 R11"));
-  context_.port_list.Append({{.app_name = QString(200, u'x')}});
-  list_.Remove({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
-  EXPECT_TRUE(prompts_.shown.last().endsWith(QStringLiteral("R11\n...")));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), "");
-}
-
-TEST_F(MainWindowTest, ManyRowsAreRemovedByOneKeyAndTheNextOneIsSelected) {
-  folder_.WriteFile("list.qyl", QByteArray(kTwoRows) + "C|||||\r\nD|||||\r\n");
-  Start();
-  auto* list = Find<HintedList>("ListView1");
-  window_->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
-  list->setFocus();
-  list->setCurrentIndex(context_->port_list.index(1, 0));
-  QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
+TEST_F(ListCommandsTest, WhatWasRemovedOrReplacedComesBackWithItsFile) {
+  folder_.WriteFile("other.qyl", kOneRow);
+  Load(kTwoRows);
+  EXPECT_FALSE(list_.CanUndo()) << "the start is no change";
   prompts_.answers = {true};
-  QTest::keyClick(list, Qt::Key_Delete);
-  ASSERT_EQ(context_->port_list.rowCount(), 2);
-  EXPECT_EQ(context_->port_list.Entries().last().app_name, QStringLiteral("D"));
-  EXPECT_EQ(list->selectionModel()->selectedRows().size(), 1);
+  list_.RemoveAll();
+  list_.OpenFile(folder_.Path("other.qyl"));
+  list_.Undo();
+  EXPECT_EQ(File(), "");
+  list_.Undo();
+  EXPECT_EQ(File(), kTwoRows);
+  EXPECT_EQ(context_->port_list.rowCount(), 2);
+  list_.Redo();
+  list_.Redo();
+  EXPECT_EQ(File(), kOneRow);
+  list_.Redo();
+  EXPECT_EQ(context_->port_list.rowCount(), 1) << "there is nothing more";
 }
 
-TEST_F(MainWindowTest, InsertAddsEnterEditsAndEveryChangeIsInTheFile) {
-  folder_.WriteFile("list.qyl", kTwoRows);
-  folder_.WriteFile("settings.ini", "[main]\r\nrouter=Alpha 1\r\n");
-  Start();
-  window_->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
-  auto* list = Find<HintedList>("ListView1");
-  list->setFocus();
-  list->setCurrentIndex(context_->port_list.index(1, 0));
-  QTest::keyClick(list, Qt::Key_Return);
+TEST_F(ListCommandsTest, AnOfferedListAsksForTheOneThatItReplaces) {
+  folder_.WriteFile("other.qyl", kOneRow);
+  list_.OfferFile(folder_.Path("other.qyl"));
+  EXPECT_EQ(File(), kOneRow);
+  list_.OfferFile(folder_.Path("other.qyl"));
+  EXPECT_THAT(prompts_.shown, IsEmpty()) << "an empty list, and the same rows again";
+  folder_.WriteFile("other.qyl", kTwoRows);
+  prompts_.answers = {false, true};
+  list_.OfferFile(folder_.Path("other.qyl"));
+  EXPECT_THAT(prompts_.shown,
+              ElementsAre("Ask: Open List: Put the ports of \"other.qyl\" in place of those in "
+                          "your list?\n\nEntries now: 1, then: 2."));
+  EXPECT_EQ(File(), kOneRow);
+  list_.OfferFile(folder_.Path("other.qyl"));
+  EXPECT_EQ(File(), kTwoRows);
+}
+
+TEST_F(ListCommandsTest, AListThatCannotBeReadOutlivesTheFirstChange) {
+  QDir(folder_.dir.path()).mkdir(u"list.qyl"_s);
+  folder_.WriteFile("list.qyl/proof", "kept");
+  folder_.WriteFile("list-unread.qyl", "of an earlier time");
+  folder_.WriteFile("other.qyl", kOneRow);
+  list_.LoadAtStart();
+  EXPECT_EQ(written_.size(), 1) << "the totals are due all the same";
+  EXPECT_EQ(folder_.ReadFile("list.qyl/proof"), "kept") << "looking changes nothing";
+  list_.OpenFile(folder_.Path("other.qyl"));
+  EXPECT_EQ(folder_.ReadFile("list-unread-2.qyl/proof"), "kept");
+  EXPECT_EQ(File(), kOneRow);
+  EXPECT_EQ(folder_.ReadFile("list-unread.qyl"), "of an earlier time");
+  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("\"list-unread-2.qyl\"")));
+}
+
+class ListOnScreenTest : public MainWindowTest {
+ protected:
+  // Of four rows the second is selected.
+  void StartWithRows() {
+    folder_.WriteFile("list.qyl", QByteArray(kTwoRows) + "C|||||\r\nD|||||\r\n");
+    Start("router=Alpha 1\r\n");
+    Activate();
+    list_ = Find<HintedList>("ListView1");
+    EXPECT_EQ(list_->currentIndex().row(), 0) << "a row is selected from the start";
+    list_->setCurrentIndex(context_->port_list.index(1, 0));
+  }
+
+  HintedList* list_ = nullptr;
+};
+
+TEST_F(ListOnScreenTest, TheDeleteKeyRemovesRowsInTheListAndEditsInAField) {
+  StartWithRows();
+  Press("Text1", Qt::Key_Delete);
+  Press("Text1", Qt::Key_Return);
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  EXPECT_EQ(window_->findChild<QDialog*>(), nullptr);
+  prompts_.answers = {true, true};
+  Press("ListView1", Qt::Key_Down, Qt::ShiftModifier);
+  Press("ListView1", Qt::Key_Delete);
+  EXPECT_EQ(Rows(), "A 1.1.1.1() 1-1 TCP x; D  -  ");
+  EXPECT_EQ(list_->selectionModel()->selectedRows().size(), 1);
+  list_->setCurrentIndex(context_->port_list.index(1, 0));
+  Press("ListView1", Qt::Key_Delete);
+  EXPECT_EQ(Rows(), "A 1.1.1.1() 1-1 TCP x");
+  EXPECT_EQ(list_->currentIndex().row(), 0);
+}
+
+TEST_F(ListOnScreenTest, InsertAddsEnterEditsAndEveryChangeIsInTheFile) {
+  StartWithRows();
+  Press("ListView1", Qt::Key_Return);
   auto* edit = Find<QDialog>("FrmEdit");
-  edit->findChild<QLineEdit*>(QStringLiteral("Text1"))->setText(QStringLiteral("New"));
-  edit->findChild<QAbstractButton*>(QStringLiteral("Command1"))->click();
-  EXPECT_TRUE(folder_.ReadFile("list.qyl").contains("\r\nNew|1.1.1.2()|2|2|UDP|y"));
+  Child(edit, "Text1")->setProperty("text", u"New"_s);
+  Child<QAbstractButton>(edit, "Command1")->click();
+  EXPECT_TRUE(folder_.ReadFile("list.qyl").contains("\r\nNew|1.1.1.2()|2|2|UDP|y\r\nC|"));
   ASSERT_TRUE(RunUntil([&] { return window_->findChild<QDialog*>() == nullptr; }));
-  window_->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
-  list->setFocus();
-  QTest::keyClick(list, Qt::Key_Insert);
-  EXPECT_TRUE(Find<QDialog>("FrmAddNew")->isVisible());
+  Activate();
+  Press("ListView1", Qt::Key_Insert);
+  EXPECT_TRUE(Find("FrmAddNew")->isVisible());
 }
 
-TEST_F(MainWindowTest, ADroppedListIsOpenedAndNothingElseIsTaken) {
-  folder_.WriteFile("list.qyl", kTwoRows);
-  folder_.WriteFile("Other.QYL", "C|1.1.1.3()|3|3|TCP|z\r\n");
-  Start();
+TEST_F(ListOnScreenTest, ADroppedListIsOpenedAndNothingElseIsTaken) {
+  folder_.WriteFile("Other.QYL", kOneRow);
+  StartWithRows();
   const auto drop = [this](const QList<QUrl>& urls) {
     QMimeData data;
     data.setUrls(urls);
     QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(&window_->Main(), &enter);
+    QCoreApplication::sendEvent(&main_->Main(), &enter);
     if (enter.isAccepted()) {
       QDropEvent dropped({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
-      QCoreApplication::sendEvent(&window_->Main(), &dropped);
+      QCoreApplication::sendEvent(&main_->Main(), &dropped);
     }
     return enter.isAccepted();
   };
   const QUrl other = QUrl::fromLocalFile(folder_.Path("Other.QYL"));
   EXPECT_FALSE(drop({other, other}));
-  EXPECT_FALSE(drop({QUrl(QStringLiteral("http://127.0.0.1/x.qyl"))}));
+  EXPECT_FALSE(drop({QUrl(u"http://127.0.0.1/x.qyl"_s)}));
   EXPECT_FALSE(drop({QUrl::fromLocalFile(folder_.Path("settings.ini"))}));
   EXPECT_TRUE(drop({QUrl::fromLocalFile(folder_.Path("missing.qyl"))}));
-  EXPECT_TRUE(prompts_.shown.last().startsWith(QStringLiteral("Tell: This list cannot be opened")));
-  EXPECT_EQ(context_->port_list.rowCount(), 2);
+  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: This list cannot be opened")));
+  EXPECT_EQ(context_->port_list.rowCount(), 4);
   prompts_.answers = {true};
   EXPECT_TRUE(drop({other}));
-  EXPECT_EQ(folder_.ReadFile("list.qyl"), "C|1.1.1.3()|3|3|TCP|z\r\n");
+  EXPECT_EQ(folder_.ReadFile("list.qyl"), kOneRow);
 }
 
-TEST_F(MainWindowTest, ADrawnColumnKeepsItsWidthAndTheOthersFollowTheirTexts) {
+TEST_F(ListOnScreenTest, ADrawnColumnKeepsItsWidthAndTheOthersFollowTheirTexts) {
   folder_.WriteFile("list.qyl", kTwoRows);
-  folder_.WriteFile("settings.ini", "[main]\r\nlistcolumns=-5,x,99999999999\r\n");
-  Start();
+  Start("listcolumns=5,-5,99999\r\n");
   auto* list = Find<HintedList>("ListView1");
   const int own = list->columnWidth(0);
   EXPECT_GT(own, 16) << "a stored width that is none";
   EXPECT_LT(list->columnWidth(2), 2000);
   list->header()->resizeSection(1, 222);
   context_->port_list.Replace(0, {.app_name = QString(30, u'x')});
-  Find<QAbstractButton>("zCommand6")->click();
-  window_->Main().Unload();
+  Click("zCommand6");
   Start();
   list = Find<HintedList>("ListView1");
   EXPECT_EQ(list->columnWidth(1), 222);
   EXPECT_EQ(list->columnWidth(0), own);
   Q_EMIT list->header()->sectionHandleDoubleClicked(1);
-  window_->Main().Unload();
-  EXPECT_FALSE(Stored(setting::kListColumns).contains(QStringLiteral("222")));
-}
-
-TEST_F(MainWindowTest, DetectRouterIpTakesTheGatewayOfTheAdapterInUse) {
-  folder_.WriteFile("settings.ini", "[main]\r\nrouterip=9.9.9.9\r\n");
-  folder_.adapters.adapters = {{.description = QStringLiteral("eth0"),
-                                .address = QStringLiteral("10.0.0.7"),
-                                .mask = QStringLiteral("255.0.0.0"),
-                                .gateway = QStringLiteral("10.0.0.1")}};
-  Start();
-  Find<QAbstractButton>("zCommand3")->click();
-  auto* chooser = Find<QDialog>("FrmNetworkList");
-  chooser->findChild<QAbstractButton*>(QStringLiteral("Command1"))->click();
-  EXPECT_EQ(Stored(setting::kRouterIp), QStringLiteral("10.0.0.1"));
-}
-
-TEST_F(MainWindowTest, TheDeleteKeyRemovesInTheListAndEditsInAField) {
-  folder_.WriteFile("list.qyl", kTwoRows);
-  Start();
-  auto* list = Find<HintedList>("ListView1");
-  EXPECT_EQ(list->currentIndex().row(), 0) << "a row is selected from the start";
-  list->setCurrentIndex(context_->port_list.index(1, 0));
-  window_->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
-  Find<QWidget>("Text1")->setFocus();
-  QTest::keyClick(Find<QWidget>("Text1"), Qt::Key_Delete);
-  EXPECT_TRUE(prompts_.shown.isEmpty());
-  prompts_.answers = {true};
-  list->setFocus();
-  QTest::keyClick(list, Qt::Key_Delete);
-  ASSERT_EQ(context_->port_list.rowCount(), 1);
-  EXPECT_EQ(context_->port_list.Entries().first().app_name, QStringLiteral("A"));
-  EXPECT_EQ(list->currentIndex().row(), 0);
+  main_->Main().Unload();
+  EXPECT_THAT(Stored(setting::kListColumns), Not(HasSubstr("222")));
 }
 
 }  // namespace

@@ -2,45 +2,73 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include "entry_doubles.h"
-#include "test_main.h"
 #include "ui/main/frm_main2.h"
-#include "window_doubles.h"
+#include "window_fixture.h"
 
 namespace quayline::testing {
 
-// The main window on a program folder of its own.
-class MainWindowTest : public ::testing::Test {
+// The main window. Windows of other folders are empty, but for those of the entries.
+class MainWindowTest : public WindowTest {
  protected:
   MainWindowTest() {
-    folder_.WriteDatabases({RouterRow(3, QStringLiteral("Alpha 1"), QStringLiteral("admin")),
-                            RouterRow(7, QStringLiteral("Beta 2"), QStringLiteral("root"))});
-  }
-
-  // Opens the window and runs the start to its end.
-  void Start() {
-    Make();
-    bool is_ready = false;
-    QObject::connect(&window_->Main(), &FrmMain::ready, window_.get(), [&] { is_ready = true; });
-    window_->Load();
-    window_->show();
-    ASSERT_TRUE(RunUntil([&] { return is_ready; }));
+    folder_.WriteDatabases(
+        {RouterRow(3, u"Alpha 1"_s, u"admin"_s), RouterRow(7, u"Beta 2"_s, u"root"_s)});
   }
 
   void Make() {
-    window_.reset();
+    delete window_.data();
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
     // Pictures come from a port where nobody listens.
-    context_->maker_site.base = QStringLiteral("http://127.0.0.1:9");
+    context_->maker_site.base = u"http://127.0.0.1:9"_s;
     entries_ = std::make_unique<EntryRig>(*context_, prompts_);
-    window_ = std::make_unique<FrmMain2>(*context_, prompts_, Windows());
+    main_ = new FrmMain2(*context_, prompts_, Windows());
+    window_ = main_;
+    is_ready_ = false;
+    QObject::connect(&main_->Main(), &FrmMain::ready, main_, [this] { is_ready_ = true; });
+    QObject::connect(main_, &FrmMain2::closed, main_, [this] { ++closed_; });
+  }
+  void Begin() {
+    Make();
+    main_->Load();
+    main_->show();
+  }
+  // Opens the window and runs the start to its end.
+  void Start() {
+    Begin();
+    ASSERT_TRUE(RunUntil([this] { return is_ready_; }));
+  }
+  void Start(const QByteArray& settings) {
+    WriteSettings(settings);
+    Start();
+  }
+  void WriteSettings(const QByteArray& lines) {
+    delete window_.data();  // may write its own
+    folder_.WriteFile("settings.ini", "[main]\r\n" + lines);
   }
 
+  void ExpectStored(std::initializer_list<Named> settings) const {
+    for (const Named& setting : settings) {
+      EXPECT_EQ(Stored(setting.name), setting.text) << setting.name;
+    }
+  }
+
+  FrmMain2* main_ = nullptr;
+  bool is_ready_ = false;
+  int closed_ = 0;
+  QList<QPointer<QWidget>> jobs_;
+  QPointer<QDialog> dialog_;  // the last one that was opened
+  std::function<void(int router_id)> choose_router_;
+  std::function<void()> scripts_written_;
+
+ private:
   WindowFactory Windows() {
     const EntryWindows* entries = &entries_->windows;
-    return {.job_status = [this] { return MakeJobWindow(); },
+    return {.job_status =
+                [this] {
+                  jobs_.append(new QWidget);
+                  jobs_.last()->setAttribute(Qt::WA_DeleteOnClose);
+                  return jobs_.last();
+                },
             .add_new = std::bind_front(&EntryWindows::AddNew, entries),
             .edit = std::bind_front(&EntryWindows::Edit, entries),
             .network_list = std::bind_front(&EntryWindows::NetworkList, entries),
@@ -56,38 +84,13 @@ class MainWindowTest : public ::testing::Test {
                   return MakeDialog(parent);
                 }};
   }
-
   QDialog* MakeDialog(QWidget* parent) {
     dialog_ = new QDialog(parent);
     dialog_->setAttribute(Qt::WA_DeleteOnClose);
     return dialog_;
   }
 
-  QWidget* MakeJobWindow() {
-    auto* job = new QWidget;
-    job->setAttribute(Qt::WA_DeleteOnClose);
-    jobs_.append(job);
-    return job;
-  }
-
-  template <typename T>
-  T* Find(const char* name) const {
-    T* control = window_->findChild<T*>(QLatin1String(name));
-    EXPECT_NE(control, nullptr) << name;
-    return control;
-  }
-  QString TextOf(const char* label) const { return Find<QLabel>(label)->text(); }
-  QString Stored(const char* key) const { return context_->settings.Value(key); }
-
-  ProgramFolder folder_;
-  FakePrompts prompts_;
-  std::unique_ptr<AppContext> context_;
   std::unique_ptr<EntryRig> entries_;
-  std::unique_ptr<FrmMain2> window_;
-  QList<QPointer<QWidget>> jobs_;
-  QPointer<QDialog> dialog_;  // the last one that was opened
-  std::function<void(int router_id)> choose_router_;
-  std::function<void()> scripts_written_;
 };
 
 }  // namespace quayline::testing

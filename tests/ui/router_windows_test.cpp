@@ -1,72 +1,130 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QComboBox>
-#include <QLineEdit>
-
-#include <gtest/gtest.h>
-
 #include "main_fixture.h"
+#include "ui/toolkit/controls.h"
 
 namespace quayline::testing {
 namespace {
 
 using RouterWindowsTest = MainWindowTest;
 
-TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
-  Start();
-  auto* button = Find<QAbstractButton>("Command7");
-  Find<QLineEdit>("Text1")->setText(QStringLiteral("0.0.0.0"));
-  button->click();
-  EXPECT_EQ(prompts_.shown, QStringList(QStringLiteral("Tell: Please Set Router IP.")));
-  Find<QLineEdit>("Text1")->setText(QStringLiteral("192.168.1.1"));
-  context_->job_flags.is_running = true;
-  button->click();
-  ASSERT_EQ(prompts_.shown.size(), 2);
-  EXPECT_TRUE(prompts_.shown[1].startsWith(QStringLiteral("Tell: An update is running")));
-  EXPECT_TRUE(dialog_.isNull());
-  EXPECT_FALSE(context_->job_flags.JobStopRequested());
+constexpr char kOne[] = "A|1.1.1.1()|5|5|TCP|x\r\n";
 
-  context_->job_flags.is_running = false;
-  context_->job_flags.SetJobStopRequested(true);
-  context_->job_flags.view_error_grace = 0;
-  button->click();
-  ASSERT_TRUE(dialog_);
-  EXPECT_TRUE(dialog_->isModal());
-  EXPECT_FALSE(context_->job_flags.JobStopRequested());
-  EXPECT_EQ(context_->job_flags.view_error_grace, 1);
+TEST_F(RouterWindowsTest, AnUpdateThatCannotBeginSaysWhyAndPointsThere) {
+  const struct {
+    const char* router;
+    const char* address;
+    const char* list;
+    const char* message;  // a part of it
+    const char* focus;    // the control that has it afterwards; nullptr is any
+    int row = 0;          // the selected one
+  } cases[] = {
+      {"", "1.1.1.1", kOne, "Please Choose A Router.", "Combo1"},
+      {"Alpha 1", "0.0.0.0", kOne, "Please Set Router IP.", "Text1"},
+      {"Alpha 1", "1.1.1.1", "", "You must have at least 1 port", nullptr, -1},
+      {"Alpha 1", "1.1.1.1",
+       "B|1.1.1.1()|9|9|TCP|x\r\nA|1.1.1.1()|5|5|TCP|x\r\na|1.1.1.1()|7|7|UDP|x\r\n", "'A'",
+       "ListView1", 1},
+      {"Alpha 1", "1.1.1.1", "A|1.1.1.1()|5|106|TCP|x\r\n", "101", nullptr},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.message);
+    folder_.WriteFile("list.qyl", c.list);
+    Start("router=Alpha 1\r\n");
+    Type("Combo1", c.router);
+    Type("Text1", c.address);
+    prompts_.shown.clear();
+    Find("Command8")->setFocus();
+    Click("Command8");
+    EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr(c.message)));
+    EXPECT_TRUE(jobs_.isEmpty());
+    const QWidget* focused = window_->focusWidget();
+    EXPECT_TRUE(!c.focus || (focused && focused->objectName() == QLatin1String(c.focus)));
+    EXPECT_EQ(Find<HintedList>("ListView1")->currentIndex().row(), c.row);
+  }
 }
 
-TEST_F(RouterWindowsTest, TheRouterOfTheListIsReadAsOneOfTheBox) {
+TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
+  const QByteArray list = "A|1.1.1.1()|0|70000|TCP|x\r\n";
+  RouterRecord router = RouterRow(3, u"Alpha 1"_s, QString());
+  router.routermaxrange = u"70000"_s;
+  folder_.WriteDatabases({router});
+  folder_.WriteFile("list.qyl", list);
+  Start("router=Alpha 1\r\nrouterip=1.1.1.1\r\n");
+  JobFlags& flags = context_->job_flags;
+  flags.SetJobStopRequested(true);
+  flags.SetJobDebugMode(true);
+  flags.job_error_grace = 0;
+  Click("Command8");
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  ASSERT_EQ(jobs_.size(), 1);
+  EXPECT_TRUE(jobs_.first()->isVisible());
+  EXPECT_FALSE(flags.JobStopRequested());
+  EXPECT_FALSE(flags.JobDebugMode());
+  EXPECT_EQ(flags.job_error_grace, 1);
+  EXPECT_EQ(Rows(), "A 1.1.1.1() 1-65535 TCP x");
+  EXPECT_EQ(folder_.ReadFile("list.qyl"), list);
+  Click("Command8");
+  ASSERT_EQ(jobs_.size(), 2);
+  EXPECT_TRUE(jobs_.first().isNull()) << "the job before is dropped first";
+}
+
+TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
   Start();
-  Find<QAbstractButton>("vkCommand8")->click();
+  JobFlags& flags = context_->job_flags;
+  Type("Text1", "0.0.0.0");
+  Click("Command7");
+  Type("Text1", "192.168.1.1");
+  flags.is_running = true;
+  Click("Command7");
+  EXPECT_THAT(prompts_.shown,
+              ElementsAre("Tell: Please Set Router IP.", StartsWith("Tell: An update is running")));
+  EXPECT_TRUE(dialog_.isNull());
+  EXPECT_FALSE(flags.JobStopRequested());
+
+  flags.is_running = false;
+  flags.SetJobStopRequested(true);
+  flags.view_error_grace = 0;
+  Click("Command7");
+  ASSERT_TRUE(dialog_);
+  EXPECT_TRUE(dialog_->isModal());
+  EXPECT_FALSE(flags.JobStopRequested());
+  EXPECT_EQ(flags.view_error_grace, 1);
+}
+
+TEST_F(RouterWindowsTest, AnotherRouterOfTheBoxOrTheListReplacesTheTypedPassword) {
+  Start();
+  Click("vkCommand8");
   ASSERT_TRUE(dialog_ && choose_router_);
-  choose_router_(7);
-  EXPECT_EQ(Find<QComboBox>("Combo1")->currentText(), QStringLiteral("Beta 2"));
-  EXPECT_EQ(Find<QLineEdit>("Text2")->text(), QStringLiteral("root"));
-  EXPECT_EQ(context_->session.router_id, 7);
-  choose_router_(99);  // gone from the database meanwhile
-  EXPECT_EQ(context_->session.router_id, 7);
+  const std::function<void()> ways[] = {[this] { Choose("Combo1", 2); },
+                                        [this] { choose_router_(7); }};
+  for (const auto& choose : ways) {
+    choose_router_(3);
+    Type("Text3", "typed");
+    choose();
+    choose_router_(99);  // gone from the database meanwhile
+    ExpectTexts({{"Combo1", "Beta 2"}, {"Text2", "root"}, {"Text3", "secret"}});
+    EXPECT_EQ(Stored(setting::kRouterPassword), "secret");
+    EXPECT_EQ(context_->session.router_id, 7);
+    EXPECT_EQ(context_->session.router_name, u"Beta 2"_s);
+  }
 }
 
 TEST_F(RouterWindowsTest, ScriptsThatWereWrittenAreReadAndTheLoginStays) {
   Start();
-  Find<QAbstractButton>("vkCommand8")->click();
+  Click("vkCommand8");
   choose_router_(3);
-  Find<QLineEdit>("Text2")->setText(QStringLiteral("me"));
-  Find<QLineEdit>("Text3")->setText(QStringLiteral("my own"));
-  Find<QAction>("MenuViewScripts")->trigger();
+  Type("Text2", "me");
+  Type("Text3", "my own");
+  Trigger("MenuViewScripts");
   ASSERT_TRUE(scripts_written_);
-  ASSERT_TRUE(context_->databases.UpdateRouterScripts(3, QStringLiteral("a\r\nb"), QString()));
+  ASSERT_TRUE(context_->databases.UpdateRouterScripts(3, u"a\r\nb"_s, QString()));
   scripts_written_();
-  EXPECT_EQ(context_->session.update_script,
-            (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+  EXPECT_EQ(context_->session.update_script, QStringList({u"a"_s, u"b"_s}));
   EXPECT_EQ(context_->session.view_script, QStringList());
-  EXPECT_EQ(Find<QLineEdit>("Text2")->text(), QStringLiteral("me"));
-  EXPECT_EQ(Find<QLineEdit>("Text3")->text(), QStringLiteral("my own"));
-  EXPECT_EQ(Stored(setting::kRouterPassword), QStringLiteral("my own"));
+  ExpectTexts({{"Text2", "me"}, {"Text3", "my own"}});
+  EXPECT_EQ(Stored(setting::kRouterPassword), "my own");
 }
 
 }  // namespace

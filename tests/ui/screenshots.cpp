@@ -20,7 +20,6 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
-#include "entry_doubles.h"
 #include "ui/entries/frm_network_list.h"
 #include "ui/job/frm_job_status.h"
 #include "ui/job/frm_view_page.h"
@@ -91,7 +90,7 @@ class Photographer final {
  public:
   Photographer(QString folder, QString palette)
       : folder_(std::move(folder)), palette_(std::move(palette)) {
-    QList<QStringList> routers;
+    QList<RouterRecord> routers;
     for (int i = 1; i <= 1200; ++i) {
       routers.append(RouterRow(i, QStringLiteral("Harbour HB-%1").arg(i), QStringLiteral("admin")));
     }
@@ -99,14 +98,13 @@ class Photographer final {
     for (int port = 20000; port < 20400; port += 4) {
       many.append(QStringLiteral("%1-%2").arg(port).arg(port + 2));
     }
-    program_.WriteDatabases(
-        routers,
-        {{QStringLiteral("1"), QStringLiteral("Game night"), QStringLiteral("Game"),
-          QStringLiteral("6881-6889|6969-6969"), QStringLiteral("27015"),
-          QStringLiteral("3478-3480")},
-         {QStringLiteral("2"), QStringLiteral("A program with a very long name and many ports"),
-          QStringLiteral("Many"), many.join(QLatin1Char('|')), QString(),
-          QStringLiteral("1-x|<b>")}});
+    program_.WriteDatabases(routers,
+                            {{1, QStringLiteral("Game night"), QStringLiteral("Game"),
+                              QStringLiteral("6881-6889|6969-6969"), QStringLiteral("27015"),
+                              QStringLiteral("3478-3480")},
+                             {2, QStringLiteral("A program with a very long name and many ports"),
+                              QStringLiteral("Many"), many.join(QLatin1Char('|')), QString(),
+                              QStringLiteral("1-x|<b>")}});
     program_.WriteFile("settings.ini",
                        "[main]\r\nrouter=Harbour HB-600\r\nrouterip=192.168.1.1\r\n"
                        "routerusername=admin\r\nrouterpassword=tea for two\r\n");

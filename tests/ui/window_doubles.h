@@ -2,64 +2,72 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFile>
 #include <QLabel>
 #include <QPointer>
-#include <QTemporaryDir>
 
+#include "async/wait.h"
 #include "core/app_context.h"
-#include "core/table_data.h"
+#include "core/files.h"
+#include "core/test_databases.h"
+#include "platform/fake_adapters.h"
+#include "platform/host_names.h"
+#include "platform/linux/wine_settings.h"
 #include "script/page_host.h"
+#include "ui/entries/entry_windows.h"
 #include "ui/toolkit/prompts.h"
 
 namespace quayline::testing {
+
+using Qt::StringLiterals::operator""_s;
 
 // Answers boxes in advance and notes what was shown. A box without an answer is cancelled.
 class FakePrompts final : public Prompts {
  public:
   using Prompts::Tell;
 
-  QStringList shown;  // "Tell: text", "Ask: title: text", "Save: title: filter", ...
+  std::vector<std::string> shown;  // "Tell: text", "Ask: title: text", "Save: title", ...
   QList<bool> answers;
   QList<QString> files;
   std::optional<LoginAnswer> login;
 
   void Tell(QWidget*, const QString& text, std::function<void()> closed) override {
-    shown.append(QStringLiteral("Tell: ") + text);
+    Note("Tell", {text});
     closed();
   }
   void TellTitled(QWidget*, const QString& title, const QString& text) override {
-    shown.append(QStringLiteral("Tell: ") + title + QStringLiteral(": ") + text);
+    Note("Tell", {title, text});
   }
-  void Notify(QWidget*, const QString& text) override {
-    shown.append(QStringLiteral("Notify: ") + text);
-  }
+  void Notify(QWidget*, const QString& text) override { Note("Notify", {text}); }
   void Ask(QWidget*, const QString& title, const QString& text,
            std::function<void(bool yes)> answered) override {
-    shown.append(QStringLiteral("Ask: ") + title + QStringLiteral(": ") + text);
+    Note("Ask", {title, text});
     answered(!answers.isEmpty() && answers.takeFirst());
   }
-  void AskCarefully(QWidget* window, const QString& title, const QString& text,
+  void AskCarefully(QWidget*, const QString& title, const QString& text,
                     std::function<void(bool yes)> answered) override {
-    Ask(window, title, text, std::move(answered));
+    Note("Careful", {title, text});
+    answered(!answers.isEmpty() && answers.takeFirst());
   }
   void AskLogin(QWidget*, const QString& address,
                 std::function<void(std::optional<LoginAnswer>)> answered) override {
-    shown.append(QStringLiteral("Login: ") + address);
+    Note("Login", {address});
     answered(login);
   }
   void AskSaveFile(QWidget*, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override {
-    shown.append(QStringLiteral("Save: ") + question.title);
+    Note("Save", {question.title});
     Choose(chosen);
   }
   void AskOpenFile(QWidget*, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override {
-    shown.append(QStringLiteral("Open: ") + question.title);
+    Note("Open", {question.title});
     Choose(chosen);
   }
 
  private:
+  void Note(const char* box, const QStringList& texts) {
+    shown.push_back(std::string(box) + ": " + texts.join(QLatin1String(": ")).toStdString());
+  }
   void Choose(const std::function<void(const QString& file)>& chosen) {
     if (!files.isEmpty()) {
       chosen(files.takeFirst());
@@ -67,17 +75,13 @@ class FakePrompts final : public Prompts {
   }
 };
 
-class FakeAdapters final : public Adapters {
- public:
-  QList<Adapter> adapters;
-  QString local_address = QStringLiteral("192.168.1.20");
-  QStringList address_table = {QStringLiteral("127.0.0.1"), QStringLiteral("192.168.1.20"),
-                               QStringLiteral("10.8.0.2")};
-
-  QList<Adapter> List() const override { return adapters; }
-  QString LocalAddress(const QString&) const override { return local_address; }
-  QStringList AddressTable() const override { return address_table; }
-};
+// An adapter with a way out.
+inline Adapter UsedAdapter() {
+  return {.description = u"eth0"_s,
+          .address = u"10.0.0.7"_s,
+          .mask = u"255.0.0.0"_s,
+          .gateway = u"10.0.0.1"_s};
+}
 
 class FakeDesktop final : public Desktop {
  public:
@@ -114,7 +118,7 @@ class FakePage final : public PageHost {
   void StopNavigation() override {}
   void SetLogin(const PageLogin&) override {}
   void Call(const PageCall&, std::function<void(PageAnswer)> answer) override {
-    answer({.answered = true, .value = QStringLiteral("page")});
+    answer({.answered = true, .value = u"page"_s});
   }
   void RunInPage(const QString&, std::function<void()> done) override { done(); }
   void SendKeys(const QString&) override {}
@@ -128,64 +132,73 @@ class FakePage final : public PageHost {
   NavigationState navigation_;
 };
 
-inline QStringList RouterRow(int id, const QString& name, const QString& user) {
-  return {QString::number(id),
-          name,
-          user,
-          QStringLiteral("secret"),
-          QStringLiteral("yes"),
-          QStringLiteral("no"),
-          QStringLiteral("16"),
-          QStringLiteral("100"),
-          QStringLiteral("1"),
-          QStringLiteral("65535"),
-          QStringLiteral("a\\b.png"),
-          QStringLiteral("nav(\"one\")\r\n\r\nnav(\"two\")"),
-          QStringLiteral("nav(\"list\")")};
+inline RouterRecord RouterRow(int id, const QString& name, const QString& user) {
+  return {.id = id,
+          .routername = name,
+          .routerusername = user,
+          .routerpassword = u"secret"_s,
+          .routersupportsboth = u"yes"_s,
+          .routerneedscomputername = u"no"_s,
+          .routermaxentries = u"16"_s,
+          .routermaxrange = u"100"_s,
+          .routerminport = u"1"_s,
+          .routermaxport = u"65535"_s,
+          .routerpic = u"a\\b.png"_s,
+          .routercommands = u"nav(\"one\")\r\n\r\nnav(\"two\")"_s,
+          .routerportpage = u"nav(\"list\")"_s};
 }
 
-// A program folder with databases, and what stands around a window in it.
+// A program folder, and what stands around a window in it.
 struct ProgramFolder {
-  QTemporaryDir dir;
-  FakeAdapters adapters;
-  FakeDesktop desktop;
+  ProgramFolder() {
+    adapters.local_addresses = {{QString(), u"192.168.1.20"_s}};
+    adapters.address_table = {u"127.0.0.1"_s, u"192.168.1.20"_s, u"10.8.0.2"_s};
+  }
 
   QString Path(const char* name) const { return dir.filePath(QLatin1String(name)); }
 
-  void WriteDatabases(const QList<QStringList>& routers, const QList<QStringList>& programs = {},
-                      const QList<QStringList>& customs = {}) {
-    const auto columns = [](const char* names) { return QString::fromLatin1(names).split(u' '); };
-    const auto write = [this](const char* file, const char* table, const QStringList& fields,
-                              const QList<QStringList>& rows) {
-      QFile::remove(Path(file));
-      return WriteTables({{.name = QLatin1String(table), .columns = fields, .rows = rows}},
-                         Path(file))
-          .has_value();
-    };
-    const bool written =
-        write("routers.mdb", "routers",
-              columns("ID routername routerusername routerpassword routersupportsboth "
-                      "routerneedscomputername routermaxentries routermaxrange routerminport "
-                      "routermaxport routerpic routercommands routerportpage"),
-              routers) &&
-        write("ports.mdb", "ports",
-              columns("ID appname nameforrouter tcpportsonly udpportsonly tcpudpports"),
-              programs) &&
-        write("custom.mdb", "custom", columns("ID appname portype startport endport"), customs);
-    Q_ASSERT(written);
-    Q_UNUSED(written);
-  }
-
-  void WriteFile(const char* name, const QByteArray& bytes) const {
-    QFile file(Path(name));
-    if (file.open(QIODevice::WriteOnly)) {
-      file.write(bytes);
+  void WriteDatabases(const QList<RouterRecord>& routers, const QList<AppPortRecord>& programs = {},
+                      const QList<CustomPortRecord>& customs = {}) const {
+    if (!MakeTestDatabases(dir.path(), routers, programs, customs)) {
+      qFatal("no databases can be written");
     }
   }
-  QByteArray ReadFile(const char* name) const {
-    QFile file(Path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  void WriteFile(const char* name, const QByteArray& bytes) const {
+    if (!WriteBytes(Path(name), bytes)) {
+      qFatal("%s cannot be written", name);
+    }
   }
+  QByteArray ReadFile(const char* name) const { return ReadBytes(Path(name)); }
+
+  QTemporaryDir dir;
+  FakeAdapters adapters;
+  FakeDesktop desktop;
+};
+
+// A network in which every computer has the same name, or in which nobody answers.
+class FakeHostNames final : public HostNames {
+ public:
+  QString name;
+  bool hangs = false;
+  QStringList asked;
+
+  Task<QString> OfAddress(QString address) override {
+    asked.append(address);
+    if (hangs) {
+      co_await Until([] { return false; });
+    }
+    co_return name;
+  }
+};
+
+// The entry windows on a program folder, with a home folder of their own for other programs.
+struct EntryRig {
+  EntryRig(AppContext& app, Prompts& boxes) : windows{app, boxes, host_names, programs} {}
+
+  QTemporaryDir home;
+  FakeHostNames host_names;
+  WineSettings programs{home.filePath(u"wine"_s), home.path()};
+  EntryWindows windows;
 };
 
 }  // namespace quayline::testing

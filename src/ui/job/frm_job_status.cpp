@@ -7,7 +7,6 @@
 
 #include "ui/job/job_window_texts.h"
 #include "ui/job/run_display.h"
-#include "ui/toolkit/theme.h"
 #include "ui_frm_job_status.h"
 
 namespace quayline {
@@ -31,17 +30,8 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   QFont title = ui_->label_entry->font();
   title.setBold(true);
   ui_->label_entry->setFont(title);
-  ui_->command_stop->setIcon(ThemeIcon(QStringLiteral("stop")));
 
-  auto* display = new RunDisplay(*this, *runner_, context, prompts, kJobTexts,
-                                 {.log = ui_->Text1,
-                                  .states = ui_->Text2,
-                                  .errors = ui_->Text3,
-                                  .browser_area = ui_->browser_area,
-                                  .progress = ui_->progress_bar,
-                                  .bar = ui_->dBar1,
-                                  .proceed = ui_->Command1,
-                                  .waiting = ui_->label_waiting});
+  auto* display = new RunDisplay(*this, *runner_, context, prompts, kJobTexts, RunControls(*ui_));
   connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
   connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);
@@ -84,7 +74,6 @@ void FrmJobStatus::ShowEnd() {
   ui_->command_stop->setEnabled(false);
   ui_->command_close->setFocus();
   setWindowTitle(Text(message::kJobTitle));
-  Q_EMIT jobEnded();
 }
 
 QString FrmJobStatus::OutcomeText() const {

@@ -26,12 +26,6 @@ class FrmJobStatus final : public QWidget {
   FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactory make_host);
   ~FrmJobStatus() override;
 
-  const JobRunner& Job() const { return *runner_; }
-
- Q_SIGNALS:
-  // The job is over, the window is still open.
-  void jobEnded();
-
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;

@@ -5,7 +5,6 @@
 
 #include "ui/job/job_window_texts.h"
 #include "ui/job/run_display.h"
-#include "ui/toolkit/theme.h"
 #include "ui_frm_view_page.h"
 
 namespace quayline {
@@ -28,19 +27,11 @@ FrmViewPage::FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory 
   resize(1120, 780);
   ui_->upper_splitter->setSizes({760, 320});
   ui_->splitter->setSizes({560, 100});
-  ui_->command_stop->setIcon(ThemeIcon(QStringLiteral("stop")));
   ui_->label_entry->setText(Text(message::kLeadingToPage));
   ui_->label_entry->setWordWrap(true);
 
-  auto* display = new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts,
-                                 {.log = ui_->Text1,
-                                  .states = ui_->Text2,
-                                  .errors = ui_->Text3,
-                                  .browser_area = ui_->browser_area,
-                                  .progress = ui_->progress_bar,
-                                  .bar = ui_->dBar1,
-                                  .proceed = ui_->Command1,
-                                  .waiting = ui_->label_waiting});
+  auto* display =
+      new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts, RunControls(*ui_));
   connect(runner_.get(), &PageViewRunner::ended, this, &FrmViewPage::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmViewPage::Stop);
   connect(ui_->command_close, &QPushButton::clicked, this, &QDialog::reject);

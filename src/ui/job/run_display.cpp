@@ -43,6 +43,7 @@ RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, const AppContext& 
       controls_(controls) {
   controls_.waiting->setForegroundRole(QPalette::PlaceholderText);
   controls_.proceed->setIcon(ThemeIcon(QStringLiteral("step")));
+  controls_.stop->setIcon(ThemeIcon(QStringLiteral("stop")));
   controls_.states->setPlainText(Text(texts_.first_status) + QLatin1Char('\n'));
   ConnectLog();
   ConnectQuestions();

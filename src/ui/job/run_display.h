@@ -17,14 +17,28 @@ namespace quayline {
 
 // The controls that every window with a run has.
 struct RunControls {
-  QPlainTextEdit* log;     // Text1
-  QPlainTextEdit* states;  // Text2
-  QPlainTextEdit* errors;  // Text3
+  // From the form of such a window.
+  template <typename Form>
+  explicit RunControls(const Form& form)
+      : log(form.Text1),
+        states(form.Text2),
+        errors(form.Text3),
+        browser_area(form.browser_area),
+        progress(form.progress_bar),
+        bar(form.dBar1),
+        proceed(form.Command1),
+        waiting(form.label_waiting),
+        stop(form.command_stop) {}
+
+  QPlainTextEdit* log;
+  QPlainTextEdit* states;
+  QPlainTextEdit* errors;
   QFrame* browser_area;
   QProgressBar* progress;
   AnimationBar* bar;
-  QPushButton* proceed;  // Command1
+  QPushButton* proceed;
   QLabel* waiting;
+  QPushButton* stop;
 };
 
 // Shows in a window's controls what its run says, and hands on what the user answers. The window

@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QPlainTextEdit>
+#include <QTimer>
+
+#include "ui/job/frm_job_status.h"
+#include "ui/job/frm_view_page.h"
+#include "window_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+// Text1 is the log, Text2 the states, Text3 the errors, Command1 the way on in debug mode.
+class RunWindowTest : public WindowTest {
+ protected:
+  RunWindowTest() {
+    context_->job_options.throttle = false;
+    context_->session.router_name = u"Alpha 1"_s;
+    context_->session.router_ip = u"1.1.1.1"_s;
+    context_->session.update_script = {u"nav(\"one\")"_s, u"nav(\"two\")"_s};
+    context_->session.view_script = context_->session.update_script;
+    context_->port_list.SetEntries({{u"A"_s, u"1.1.1.5(x)"_s, u"5"_s, u"5"_s, u"TCP"_s, {}},
+                                    {u"B"_s, u"1.1.1.5(x)"_s, u"6"_s, u"6"_s, u"TCP"_s, {}}});
+  }
+
+  void OpenJob() { Show(new FrmJobStatus(*context_, prompts_, Browser())); }
+  void OpenView() { Show(new FrmViewPage(*context_, prompts_, Browser(), nullptr)); }
+
+  bool hangs_ = false;
+  QPointer<FakePage> page_;
+
+ private:
+  PageHostFactory Browser() {
+    return [this](QObject* parent) {
+      page_ = new FakePage(parent, new QLabel(u"page"_s));
+      page_->hangs = hangs_;
+      return page_;
+    };
+  }
+  void Show(QWidget* window) {
+    delete window_.data();
+    window_ = window;
+    window_->show();
+  }
+};
+
+TEST_F(RunWindowTest, ARouterWithoutAScriptIsToldAndNothingIsLoaded) {
+  context_->session.view_script.clear();
+  OpenView();
+  EXPECT_TRUE(ComesToSay("label_entry", "There is no script"));
+  EXPECT_EQ(TextOf("Text1"), "");
+  EXPECT_FALSE(context_->job_flags.is_running);
+}
+
+// What holds in both windows.
+class EachRunWindowTest : public RunWindowTest, public ::testing::WithParamInterface<const char*> {
+ protected:
+  bool IsJob() const { return GetParam() == std::string_view("Job"); }
+  const char* WordsAtTheEnd() const { return IsJob() ? "Finished" : "The script has run"; }
+  void Open() { IsJob() ? OpenJob() : OpenView(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(, EachRunWindowTest, ::testing::Values("Job", "View"),
+                         [](const auto& test) { return test.param; });
+
+TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewBehindTheRun) {
+  Open();
+  EXPECT_EQ(TextOf("Text1"), IsJob() ? "\nRouter: Alpha 1\nLoading Commands..." : "");
+  EXPECT_TRUE(page_->Widget()->isVisible());
+  ASSERT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
+  EXPECT_THAT(TextOf("Text1"), HasSubstr("Step 02. nav(\"two\")"));
+  EXPECT_THAT(TextOf("Text1"), HasSubstr(IsJob() ? "(Current -  2/2)\nAdding B (TCP)" : ""));
+  EXPECT_THAT(TextOf("Text1"),
+              EndsWith(IsJob() ? "DONE! (All Commands Finished)-------------------" : "------\n"));
+  EXPECT_TRUE(Find<QPlainTextEdit>("Text1")->textCursor().atEnd());
+  EXPECT_TRUE(page_->Widget()->isVisible());
+  EXPECT_FALSE(Find("command_stop")->isEnabled());
+  Q_EMIT page_->statusTextChanged(u"Done"_s);
+  EXPECT_THAT(TextOf("Text2"), EndsWith("\nRouter Status: Done"));
+}
+
+TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndTheBrowser) {
+  hangs_ = true;
+  Open();
+  ASSERT_TRUE(ComesToSay("Text1", "nav(\"one\")"));
+  EXPECT_TRUE(context_->job_flags.is_running);
+  window_->close();
+  ASSERT_TRUE(ComesToItsEnd());
+  EXPECT_TRUE(page_.isNull());
+  EXPECT_TRUE(context_->job_flags.JobStopRequested());
+  EXPECT_FALSE(context_->job_flags.is_running) << "the next run would be refused";
+}
+
+TEST_P(EachRunWindowTest, StopFreesTheRunAheadOfItsFirstStepAndInAHangingPage) {
+  hangs_ = true;
+  for (const bool at_once : {true, false}) {
+    Open();
+    ASSERT_TRUE(at_once || ComesToSay("Text1", "Step 01"));
+    Click("command_stop");
+    EXPECT_TRUE(ComesToSay("label_entry", "Stopped"));
+    QTest::qWait(at_once ? 700 : 0);  // longer than the window lets its run wait
+    EXPECT_EQ(TextOf("Text1").contains("Step 01"), !at_once);
+    EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("2/2")));
+    EXPECT_TRUE(window_->isVisible());
+    EXPECT_FALSE(context_->job_flags.is_running);
+  }
+}
+
+TEST_P(EachRunWindowTest, DebugModeHoldsEachStepAndItsButtonLeadsOn) {
+  for (const bool from_the_start : {true, false}) {
+    context_->job_options.debug_mode = from_the_start;
+    Open();
+    const auto* proceed = Find("Command1");
+    EXPECT_EQ(proceed->isVisible(), from_the_start);
+    context_->job_options.debug_mode = true;
+    // The line during which it is switched on is not held.
+    for (int step = from_the_start ? 1 : 2; step <= (IsJob() ? 4 : 2); ++step) {
+      ASSERT_TRUE(RunUntil([&] { return proceed->isEnabled(); })) << TextOf("Text1");
+      EXPECT_TRUE(proceed->isVisible());
+      EXPECT_EQ(Find<QPlainTextEdit>("Text1")->toPlainText().count(u"Step "_s), step);
+      Click("Command1");
+    }
+    ASSERT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
+    EXPECT_FALSE(proceed->isEnabled());
+  }
+}
+
+TEST_P(EachRunWindowTest, APopupTakesThePlaceOfThePageAndGivesItBack) {
+  for (const bool is_over : {false, true}) {
+    hangs_ = !is_over;
+    Open();
+    ASSERT_TRUE(!is_over || RunUntil([this] { return !Find("command_stop")->isEnabled(); }));
+    auto* popup = new FakePage(nullptr, new QLabel(u"popup"_s));
+    const QPointer<QWidget> view = popup->Widget();
+    Q_EMIT page_->newWindow(popup);
+    EXPECT_TRUE(view->isVisible());
+    EXPECT_FALSE(page_->Widget()->isVisible());
+    QTimer::singleShot(0, popup, [popup] { Q_EMIT popup->windowClosing(); });
+    EXPECT_TRUE(RunUntil([&] { return view.isNull(); }));
+    EXPECT_TRUE(page_->Widget()->isVisible());
+  }
+}
+
+TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
+  Open();
+  QStringList answers;
+  prompts_.answers = {false, true};
+  for (const std::optional<LoginAnswer>& login :
+       {std::optional<LoginAnswer>(), std::optional<LoginAnswer>({u"me"_s, u"pw"_s})}) {
+    prompts_.login = login;
+    Q_EMIT page_->certificateQuestion(u"1.1.1.1"_s, u"AB:CD"_s, [&](bool is_trusted) {
+      answers.append(is_trusted ? u"trusted"_s : u"refused"_s);
+    });
+    Q_EMIT page_->loginQuestion(u"1.1.1.1"_s, [&](const std::optional<TypedLogin>& typed) {
+      answers.append(typed ? typed->username + u':' + typed->password : u"cancelled"_s);
+    });
+  }
+  EXPECT_EQ(answers.join(u' '), u"refused cancelled trusted me:pw"_s);
+  const auto careful = AllOf(StartsWith("Careful: "), HasSubstr("1.1.1.1"), HasSubstr("AB:CD"));
+  EXPECT_THAT(prompts_.shown, ElementsAre(careful, "Login: 1.1.1.1", careful, "Login: 1.1.1.1"));
+}
+
+TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHoldsNothing) {
+  hangs_ = true;
+  Open();
+  for (const char* text : {"Connecting", "", "Connecting", "Done"}) {
+    Q_EMIT page_->statusTextChanged(QLatin1String(text));
+  }
+  Q_EMIT page_->navigateError(u"http://1.1.1.1/one"_s, 401);
+  EXPECT_EQ(TextOf("Text2"),
+            "Router Status: Loading...\n\nRouter Status: Connecting\nRouter Status: Done");
+  EXPECT_THAT(TextOf("Text3"),
+              EndsWith("\nLast Error Status Code: DENIED(401) (http://1.1.1.1/one)"));
+  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Notify: You have received an ACCESS")));
+}
+
+}  // namespace
+}  // namespace quayline::testing

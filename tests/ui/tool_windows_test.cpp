@@ -1,0 +1,240 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QAbstractItemView>
+#include <QCheckBox>
+#include <QCompleter>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QTextBlock>
+
+#include "ui/tools/frm_router_list.h"
+#include "ui/tools/frm_view_scripts.h"
+#include "window_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+class RouterListTest : public WindowTest {
+ protected:
+  void Open(const QStringList& names) {
+    QList<RouterRecord> rows;
+    for (const QString& name : names) {
+      rows.append(RouterRow(10 + static_cast<int>(rows.size()), name, u"admin"_s));
+    }
+    context_->databases.Close();
+    folder_.WriteDatabases(rows);
+    ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
+    Reopen();
+  }
+  void Reopen() {
+    delete window_.data();
+    window_ = new FrmRouterList(*context_, prompts_, nullptr, [this](int id) { chosen_ = id; });
+    window_->show();
+    list_ = Find<QListView>("List1");
+    ASSERT_TRUE(RunUntil([this] { return !Find("Label5")->isVisible(); }));
+  }
+  QString Selected() const { return list_->currentIndex().data().toString(); }
+  void TypeKeys(const char* text) { QTest::keyClicks(Find("Text1"), QLatin1String(text)); }
+
+  QListView* list_ = nullptr;
+  int chosen_ = 0;
+};
+
+const QStringList kNames{u"Alpha 1"_s, u"Beta-20"_s, u"Gamma (Alpha)"_s, u"ALPHA 2"_s};
+
+TEST_F(RouterListTest, FindNextGoesOnAndBeginsAnewOnlyWithTheNextSearch) {
+  Open(kNames);
+  TypeKeys("alpha");
+  Find("Text1")->blockSignals(true);  // from here on the button alone
+  context_->router_search_position = 0;
+  for (const int found : {3, 0, 3, 0}) {
+    Press("Text1", Qt::Key_Return);
+    EXPECT_EQ(Selected(), kNames[found]);
+  }
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  Find<QCheckBox>("Check2")->setChecked(true);
+  Press("Text1", Qt::Key_Return);
+  EXPECT_EQ(Selected(), kNames[2]);
+  Reopen();
+  TypeKeys("a");
+  EXPECT_EQ(Selected(), kNames[3]) << "the place outlives the window";
+}
+
+TEST_F(RouterListTest, TypingDoesNotRunIntoABoxAndOneThatIsRightComesLater) {
+  Open(kNames);
+  const auto is_told = [this] { return !prompts_.shown.empty(); };
+  TypeKeys("beta");  // each letter searches behind the one name there is
+  EXPECT_EQ(Selected(), kNames[1]);
+  EXPECT_FALSE(RunUntil(is_told, std::chrono::milliseconds(800)));
+  TypeKeys("x'<b>");
+  EXPECT_FALSE(is_told());
+  ASSERT_TRUE(RunUntil(is_told));
+  EXPECT_EQ(Selected(), kNames[1]);
+  Click("Command1");  // tells at once
+  const std::string told = "Tell: Find: Could Not Find 'betax'<b>'";
+  EXPECT_THAT(prompts_.shown, ElementsAre(told, told));
+}
+
+TEST_F(RouterListTest, EveryWayOfChoosingHandsOverTheKeyOfTheRow) {
+  const auto double_click = [this] {
+    const QPoint place = list_->visualRect(list_->currentIndex()).center();
+    QTest::mouseClick(list_->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(list_->viewport(), Qt::LeftButton, {}, place);
+  };
+  const auto press_enter = [this] {
+    Activate();
+    Press("List1", Qt::Key_Return);
+  };
+  const auto click_button = [this] { Click("command_choose"); };
+  const std::pair<const char*, std::function<void()>> ways[] = {
+      {"double click", double_click}, {"Enter", press_enter}, {"button", click_button}};
+  for (const auto& [way, choose] : ways) {
+    SCOPED_TRACE(way);
+    Open(kNames);
+    chosen_ = 0;
+    list_->setCurrentIndex(list_->model()->index(2, 0));
+    choose();
+    EXPECT_EQ(chosen_, 12);
+    EXPECT_TRUE(ComesToItsEnd());
+  }
+}
+
+TEST_F(RouterListTest, AnEmptyTableIsNothingToSearchIn) {
+  Open({});
+  EXPECT_EQ(TextOf("Text2"), "Routers Loaded: (0)");
+  TypeKeys("a");
+  Click("Command1");
+  EXPECT_FALSE(Find("command_choose")->isEnabled());
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  EXPECT_EQ(chosen_, 0);
+}
+
+TEST_F(RouterListTest, TenThousandNamesAreSearchedBetweenTwoKeys) {
+  QStringList names;
+  for (int i = 0; i < 10'000; ++i) {
+    names.append(u"Harbour HB-%1 (rev. B)"_s.arg(i));
+  }
+  Open(names << u"Zulu"_s);
+  EXPECT_EQ(TextOf("Text2"), "Routers Loaded: (10,001)");
+  const qint64 before = WorkedMs();
+  TypeKeys("z*lu");
+  EXPECT_LT(WorkedMs() - before, 4 * 50);
+  EXPECT_EQ(Selected(), u"Zulu"_s);
+}
+
+class ScriptWindowTest : public WindowTest {
+ protected:
+  ScriptWindowTest() {
+    folder_.WriteDatabases({RouterRow(3, u"Alpha 1"_s, u"admin"_s)});
+    EXPECT_TRUE(context_->databases.Open(folder_.dir.path()));
+    SelectRouter(context_->session, *context_->databases.FindRouter(3));
+    Open();
+  }
+  void Open() {
+    auto* window = new FrmViewScripts(*context_, prompts_, nullptr, [this] { ++writes_; });
+    delete window_.data();
+    window_ = window;
+    window->open();
+    window_->activateWindow();
+    update_ = Find<ScriptEditor>("Text2");
+  }
+  // "the update script | the view script"
+  QString Scripts() {
+    const RouterRecord stored = *context_->databases.FindRouter(3);
+    return stored.routercommands + u" | "_s + stored.routerportpage;
+  }
+
+  ScriptEditor* update_ = nullptr;
+  int writes_ = 0;
+};
+
+TEST_F(ScriptWindowTest, EachButtonWritesItsOwnScriptAndLeavesTheOtherAlone) {
+  EXPECT_EQ(window_->windowTitle(), u"Current Scripts For - Alpha 1"_s);
+  EXPECT_EQ(TextOf("Text2"), "nav(\"one\")\nnav(\"two\")\n");
+  auto* view = Find<ScriptEditor>("Text1");
+  EXPECT_FALSE(view->isVisible());
+  view->appendPlainText(u"not to be saved"_s);
+  update_->setPlainText(u"nav(\"\u00a0\u2192\")\n\nx"_s);
+  Click("Command2");
+  EXPECT_EQ(Scripts(), u"nav(\"\u00a0\u2192\")\r\n\r\nx | nav(\"list\")"_s);
+  EXPECT_FALSE(Find("Command2")->isEnabled());
+
+  Click("Command4");
+  EXPECT_TRUE(view->isVisible());
+  view->clear();
+  Click("Command1");
+  EXPECT_EQ(Scripts(), u"nav(\"\u00a0\u2192\")\r\n\r\nx | "_s);
+  EXPECT_EQ(writes_, 2);
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+}
+
+TEST_F(ScriptWindowTest, AWriteThatFailsIsToldAndTheTextStays) {
+  update_->insertPlainText(u"new"_s);
+  context_->databases.Close();
+  Click("Command2");
+  EXPECT_EQ(writes_, 1) << "what the database holds is read anew in any case";
+  EXPECT_TRUE(Find("Command2")->isEnabled());
+  EXPECT_TRUE(update_->document()->isModified());
+  context_->session.router_id = 0;
+  Open();
+  Click("Command2");
+  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: The script cannot be saved"),
+                                          StartsWith("Tell: Please choose a router")));
+}
+
+TEST_F(ScriptWindowTest, ChangesAreNotThrownAwayUnasked) {
+  QTest::keyClicks(update_, u"x"_s);
+  window_->close();
+  EXPECT_TRUE(window_ && window_->isVisible());
+  prompts_.answers = {true};
+  window_->close();
+  EXPECT_TRUE(ComesToItsEnd());
+  Open();
+  window_->close();
+  EXPECT_TRUE(ComesToItsEnd());
+  const auto asked = StartsWith("Careful: ");
+  EXPECT_THAT(prompts_.shown, ElementsAre(asked, asked)) << "nothing was changed in the last one";
+}
+
+TEST_F(ScriptWindowTest, FaultyLinesAreMarkedAndListedWhileTypingAndLeadToTheirPlace) {
+  auto* list = Find<QListWidget>("list_findings");
+  EXPECT_EQ(list->count(), 0);
+  update_->setPlainText(u"nav(\"one\")\nset_nmae(\"a,\")\ntimeout(\"0\")\na comment"_s);
+  ASSERT_TRUE(RunUntil([&] { return list->count() == 2; }));
+  for (const int line : {0, 1, 2, 3}) {
+    const QTextBlock block = update_->document()->findBlockByNumber(line);
+    const bool is_marked = std::ranges::any_of(block.layout()->formats(), [](const auto& range) {
+      return range.format.underlineStyle() == QTextCharFormat::WaveUnderline;
+    });
+    EXPECT_EQ(is_marked, line == 1 || line == 2) << line;
+  }
+  EXPECT_THAT(list->item(0)->text().toStdString(), StartsWith("Line 2 (warning): There is no"));
+  EXPECT_THAT(list->item(1)->text().toStdString(), StartsWith("Line 3: With 0"));
+  EXPECT_EQ(TextOf("label_findings"), "Lines to look at: 2 (errors: 1)");
+  list->setFocus();
+  list->setCurrentRow(1);
+  EXPECT_EQ(update_->textCursor().selectedText(), u"0"_s);
+  update_->document()->clear();  // the list is a moment behind
+  list->setCurrentRow(0);
+  EXPECT_EQ(update_->textCursor().selectedText(), QString());
+  EXPECT_TRUE(RunUntil([&] { return list->count() == 0; }));
+}
+
+TEST_F(ScriptWindowTest, NamesAreCompletedAtTheBeginningOfALineOnly) {
+  QAbstractItemView* popup = update_->findChild<QCompleter*>()->popup();
+  const std::string shape = "set_stop_port(\"field,position\")";
+  update_->clear();
+  QTest::keyClicks(update_, u"set_stop_port"_s);
+  ASSERT_TRUE(popup->isVisible()) << "three commands begin so";
+  EXPECT_EQ(popup->currentIndex().data().toString().toStdString(), shape);
+  QTest::keyClick(popup, Qt::Key_Return);
+  ExpectTexts({{"Text2", "set_stop_port(\"\")"}, {"label_shape_text2", shape}});
+  QTest::keyClicks(update_, u"nav"_s);
+  EXPECT_FALSE(popup->isVisible());
+  EXPECT_EQ(TextOf("Text2"), "set_stop_port(\"nav\")");
+}
+
+}  // namespace
+}  // namespace quayline::testing
