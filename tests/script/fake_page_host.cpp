@@ -55,6 +55,12 @@ PageHostFactory FakePages::Factory() {
 
 FakePageHost& FakePages::Host(int number) const { return *hosts_.at(number); }
 
+void FakePages::On(std::initializer_list<const char*> starts, const Reaction& reaction) {
+  for (const char* start : starts) {
+    reactions_.append({QLatin1String(start), reaction});
+  }
+}
+
 void FakePages::Record(FakePageHost& host, const QString& call, const Reaction& otherwise) {
   calls.append(host.number_ == 0 ? call : QStringLiteral("popup %1: ").arg(host.number_) + call);
   const auto named = std::ranges::find_if(
@@ -160,10 +166,10 @@ void FakePageHost::LoadPage() {
   });
 }
 
-void FakePageHost::LoadBrokenPage(const QString& url, int status) {
-  Later([this, url, status] {
+void FakePageHost::LoadBrokenPage(int status) {
+  Later([this, status] {
     BeginNavigation();
-    Later([this, url, status] { FailNavigation(url, status); });
+    Later([this, status] { FailNavigation(QStringLiteral("http://x/"), status); });
   });
 }
 
