@@ -13,36 +13,36 @@ using namespace Qt::StringLiterals;
 TEST(Clicks, TakeTheirArgumentsApart) {
   CheckScripts({
       {"a comma in a button's name or an onclick text",
-       {"click_button(\"Save, then go\")", "click_onclick(\"go(1, 2)\")"},
-       {"ClickButton(Save, then go)", "ClickByOnclick(go(1)"}},
+       R"x(click_button("Save, then go")  > ClickButton(Save, then go)
+           click_onclick("go(1, 2)")      > ClickByOnclick(go(1))x"},
       {"the name goes into the button's name instead of its onclick text",
-       {"set_next_letter(\"\")", "click_button_onclick(\"Edit,edit('')x,3\")",
-        "click_button_onclick(\"Edit,rm('')x\")", "click_button_onclick(\"Edit,a,\")"},
-       {"ClickButtonByOnclick(Edit, edit('A')x)", "ClickButtonByOnclick(Edit, rm('A')x)",
-        "ClickButtonByOnclick(Edit, a)"},
-       {{"(Successful) (A)", kOk, kOk, kOk}}},
+       R"(set_next_letter("")                       = ok (A)
+          click_button_onclick("Edit,edit('')x,3")  > ClickButtonByOnclick(Edit, edit('A')x)
+          click_button_onclick("Edit,rm('')x")      > ClickButtonByOnclick(Edit, rm('A')x)
+          click_button_onclick("Edit,a,")           > ClickButtonByOnclick(Edit, a))"},
       {"a link is logged as written, or without its address",
-       {"set_next_letter(\"\")", "click_link(\"edit,0\")", "click_link(\"other,\")"},
-       {"ClickLinkByHref(editA)", "ClickLinkByHref(other)"},
-       {{"(Successful) (A)", "Looking For Link: editA", "http://r/editA.htm",
-         "Looking For Link: other", "(Failed To Find Link)"}},
+       R"(set_next_letter("")   = ok (A)
+          click_link("edit,0")  > ClickLinkByHref(editA)  = Looking For Link: editA
+            = http://r/editA.htm
+          click_link("other,")  > ClickLinkByHref(other)  = Looking For Link: other
+            = (Failed To Find Link))",
        [](ScriptRig& rig) {
          rig.pages.Answer("ClickLinkByHref(editA", {u"http://r/editA.htm"_s});
          rig.pages.Answer("ClickLinkByHref(other", {u"failed_link"_s});
        }},
       {"a form number that is none submits the first form",
-       {"call_page_submit(\"2\")", "call_page_submit(\"\")"},
-       {"SubmitFormByNumber(2)", "SubmitFormByNumber(-1)"}},
+       R"(call_page_submit("2")  > SubmitFormByNumber(2)
+          call_page_submit("")   > SubmitFormByNumber(-1))"},
       {"script code runs in a frame, or ends at its first comma only",
-       {"set_frame_number(\"2\")", "set_next_letter(\"\")", "call_javascript(\"f('');,3\")",
-        "call_javascript_by_letter_order(\"g();,2\")", "call_javascript(\"h(1,2)\")"},
-       {"run f('C');", "run g(C);", "run h(1"},
-       {{"(Successful) (C)", kOk, kOk, kOk}},
+       R"x(set_frame_number("2")                      = -
+           set_next_letter("")                        = ok (C)
+           call_javascript("f('');,3")                > run f('C');
+           call_javascript_by_letter_order("g();,2")  > run g(C);
+           call_javascript("h(1,2)")                  > run h(1)x",
        [](ScriptRig& rig) { rig.entry.entry_index = 3; }},
       {"a click that leads nowhere waits for the page that never came before it",
-       {"click_button(\"none\")", "set_name(\"n,\")"},
-       {"ClickButton(none)", "SetElementValue(n, Web, false)"},
-       {{"(Failed - Object Not Found)", kOk}},
+       R"(click_button("none")  > ClickButton(none)  = (Failed - Object Not Found)
+          set_name("n,")        > SetElementValue(n, Web, false))",
        [](ScriptRig& rig) {
          rig.flags.SetPageLoaded(false);
          rig.pages.Answer("Click", {u"failed"_s});

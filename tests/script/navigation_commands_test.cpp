@@ -54,46 +54,41 @@ TEST(Nav, BuildsAddresses) {
   };
   CheckScripts({
       {"the router's root, or commas in a path",
-       {"nav(\"\")", "nav(\"a,b\")"},
-       {"nav http://192.168.1.1/", "nav http://192.168.1.1/a,b"},
-       {{"(Successful) (http://192.168.1.1/)", "(Successful) (http://192.168.1.1/a,b)"}},
+       R"(nav("")     > nav http://192.168.1.1/  = ok (http://192.168.1.1/)
+          nav("a,b")  > nav http://192.168.1.1/a,b  = ok (http://192.168.1.1/a,b))",
        without_login},
       {"a suffix of an earlier job, a new one, none found, one marker",
-       {"nav(\"a\")", "add_to_nav(\"sid=,&\")", "nav(\"a\")", "add_to_nav(\"x,y\")", "nav(\"a\")",
-        "add_to_nav(\"x\")"},
-       {"nav http://192.168.1.1/a?sid=1", "ExtractBetweenMarkers(sid=, &)",
-        "nav http://192.168.1.1/a&sid=9", "ExtractBetweenMarkers(x, y)", "nav http://192.168.1.1/a",
-        "ExtractBetweenMarkers(x, )"},
-       {{"(Successful) (http://192.168.1.1/a?sid=1)", "(Successful) (http://192.168.1.1/a&sid=9)",
-         "(Successful) (http://192.168.1.1/a)"}},
+       R"(nav("a")  > nav http://192.168.1.1/a?sid=1  = ok (http://192.168.1.1/a?sid=1)
+          add_to_nav("sid=,&")  > ExtractBetweenMarkers(sid=, &)  = -
+          nav("a")  > nav http://192.168.1.1/a&sid=9  = ok (http://192.168.1.1/a&sid=9)
+          add_to_nav("x,y")  > ExtractBetweenMarkers(x, y)  = -
+          nav("a")  > nav http://192.168.1.1/a  = ok (http://192.168.1.1/a)
+          add_to_nav("x")  > ExtractBetweenMarkers(x, )  = -)",
        with_suffix},
       {"a link gets the suffix, or not the entry's letter",
-       {"nav_link_by_letter_order(\"rule.htm,4\")", "nav_link(\"rule,\")"},
-       {"FindLinkByHref(ruleA.htm)", "nav http://r/rules.htm", "FindLinkByHref(rule)",
-        "nav http://r/rules.htm"},
-       Texts(2, "(Successful) (http://r/rules.htm)"),
+       R"(nav_link_by_letter_order("rule.htm,4")  > FindLinkByHref(ruleA.htm)
+            > nav http://r/rules.htm  = ok (http://r/rules.htm)
+          nav_link("rule,")                       > FindLinkByHref(rule)  > nav http://r/rules.htm
+            = ok (http://r/rules.htm))",
        with_suffix},
       {"frames by name and number",
-       {"set_frame_name(\"main\")", "set_frame_number(\"2\")", "nav(\"a\")", "set_name(\"n,\")",
-        "set_frame_number(\"x\")", "set_name(\"n,\")", "set_frame_number(\"0\")",
-        "set_name(\"n,\")"},
-       {"nav http://192.168.1.1/a in frame main", "SetElementValue(n, Web, false) in frame 2",
-        "SetElementValue(n, Web, false) in frame 2", "SetElementValue(n, Web, false)"},
-       {{"(Successful) (http://192.168.1.1/a)", kOk, kOk, kOk}},
+       R"(set_frame_name("main")  = -
+          set_frame_number("2")  = -
+          nav("a")  > nav http://192.168.1.1/a in frame main  = ok (http://192.168.1.1/a)
+          set_name("n,")  > SetElementValue(n, Web, false) in frame 2
+          set_frame_number("x")  = -
+          set_name("n,")  > SetElementValue(n, Web, false) in frame 2
+          set_frame_number("0")  = -
+          set_name("n,")  > SetElementValue(n, Web, false))",
        without_login},
       {"a refresh that loads nothing waits for ever",
-       {"page_refresh(\"\")"},
-       {"refresh"},
-       {{"(Successful) (Page Refreshed)"}},
+       R"(page_refresh("")  > refresh  = ok (Page Refreshed))",
        [](ScriptRig& rig) { rig.pages.On({"refresh"}, [](FakePageHost&) {}); }},
       {"the cache that is cleared",
-       {"clear_cache(\"\")"},
-       {"clear cache"},
-       {{"(Clearing Cache Please Wait...)", "(Cache Cleared)"}}},
+       R"(clear_cache("")  > clear cache  = (Clearing Cache Please Wait...)  = (Cache Cleared))"},
       {"the cache that is not cleared",
-       {"clear_cache(\"\")"},
-       {"clear cache"},
-       {{"(Clearing Cache Please Wait...)", "(Clearing Cache Failed)"}},
+       R"(clear_cache("")  > clear cache  = (Clearing Cache Please Wait...)
+            = (Clearing Cache Failed))",
        [](ScriptRig& rig) { rig.pages.clears_cache = false; }},
   });
 }
@@ -132,18 +127,16 @@ TEST(WaitUntilWords, LooksAgainAndAgainAtThePageOnShow) {
   };
   CheckScripts({
       {"words that come late",
-       {"wait_until_words_found(\"Rule, saved\")"},
-       Texts(3, "PageContainsWords(Rule, saved)"),
-       {{"(Successful - Rule, saved Found On Page)"}},
+       R"(wait_until_words_found("Rule, saved")  > PageContainsWords(Rule, saved)
+            > PageContainsWords(Rule, saved)  > PageContainsWords(Rule, saved)
+            = (Successful - Rule, saved Found On Page))",
        answers({false, false, true})},
       {"words that are not there",
-       {"wait_until_words_not_found(\"Please wait\")"},
-       {"PageContainsWords(Please wait)"},
-       {{"(Successful - Please wait Not Found On Page)"}}},
+       R"(wait_until_words_not_found("Please wait")  > PageContainsWords(Please wait)
+            = (Successful - Please wait Not Found On Page))"},
       {"words that go",
-       {"wait_until_words_not_found(\"Wait\")"},
-       Texts(2, "PageContainsWords(Wait)"),
-       {{"(Successful - Wait Not Found On Page)"}},
+       R"(wait_until_words_not_found("Wait")  > PageContainsWords(Wait)  > PageContainsWords(Wait)
+            = (Successful - Wait Not Found On Page))",
        answers({true, false})},
   });
 }

@@ -10,15 +10,15 @@
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 // "error [what is marked] sentence", one a finding.
 QStringList Lint(const QString& line) {
   QStringList told;
   for (const LintFinding& finding : LintScriptLine(line)) {
-    told.append(QStringLiteral("%1 [%2] ")
-                    .arg(finding.severity == LintSeverity::kError ? QStringLiteral("error")
-                                                                  : QStringLiteral("warning"),
-                         line.mid(finding.start, finding.length)) +
-                LintSentence(finding));
+    const bool is_error = finding.severity == LintSeverity::kError;
+    told.append((is_error ? u"error ["_s : u"warning ["_s) +
+                line.mid(finding.start, finding.length) + u"] "_s + LintSentence(finding));
   }
   return told;
 }

@@ -3,6 +3,8 @@
 
 #include "script/script_rig.h"
 
+#include <QRegularExpression>
+
 namespace quayline::testing {
 
 using namespace Qt::StringLiterals;
@@ -76,16 +78,57 @@ QStringList ScriptRig::Results() const {
   return results;
 }
 
+namespace {
+
+struct Transcript {
+  explicit Transcript(const char* text);
+
+  QByteArrayList script;
+  QStringList calls;
+  QStringList results;
+};
+
+Transcript::Transcript(const char* text) {
+  static const QRegularExpression kBetween(u"\\s+(?=[>=] )"_s);
+  bool has_result = true;
+  const auto end_line = [&] {
+    results.append(has_result ? QStringList() : Lines({kOk}));
+    has_result = false;
+  };
+  for (const QString& line : QString::fromUtf8(text).split(u'\n')) {
+    for (const QString& part : line.trimmed().split(kBetween)) {
+      if (part.startsWith(u"> "_s)) {
+        calls.append(part.mid(2));
+      } else if (part.startsWith(u"= "_s)) {
+        const QString result = part.mid(2);
+        results.append(result == u"-"_s ? QStringList()
+                                        : QStringList(result.startsWith(u"ok"_s)
+                                                          ? QLatin1String(kOk) + result.mid(2)
+                                                          : result));
+        has_result = true;
+      } else {
+        end_line();
+        script.append(part.toUtf8());
+      }
+    }
+  }
+  end_line();
+}
+
+}  // namespace
+
 void CheckScripts(const std::vector<ScriptCase>& cases) {
   for (const ScriptCase& c : cases) {
     SCOPED_TRACE(c.fault);
+    const Transcript expected(c.transcript);
     ScriptRig rig;
     if (c.prepare) {
       c.prepare(rig);
     }
-    EXPECT_EQ(rig.Run(c.script), c.end);
-    EXPECT_EQ(rig.pages.calls, Lines(c.calls));
-    EXPECT_EQ(rig.Results(), Lines(c.results.value_or(Texts(c.script.size(), kOk))));
+    EXPECT_EQ(rig.Run(Texts(expected.script.begin(), expected.script.end())),
+              RunEnd::kAllLinesDone);
+    EXPECT_EQ(rig.pages.calls, expected.calls);
+    EXPECT_EQ(rig.Results(), expected.results);
   }
 }
 

@@ -63,15 +63,13 @@ class ScriptRig final {
   Flow flow_;
 };
 
-// Script text in, page calls and log out.
+// A script, and beside each line what it does: "line  > call  > call  = result". A line without a
+// result is successful, "= -" logs nothing, and "ok" stands for "(Successful)". What follows a call
+// may stand on a line of its own.
 struct ScriptCase {
   const char* fault;
-  Texts script;
-  Texts calls;
-  // ScriptRig::Results(). Nothing: each line of the script was successful.
-  std::optional<Texts> results;
+  const char* transcript;
   std::function<void(ScriptRig&)> prepare;
-  RunEnd end = RunEnd::kAllLinesDone;
 };
 
 void CheckScripts(const std::vector<ScriptCase>& cases);
