@@ -117,18 +117,21 @@ Transcript::Transcript(const char* text) {
 
 }  // namespace
 
+void CheckScript(ScriptRig& rig, const char* transcript) {
+  const Transcript expected(transcript);
+  EXPECT_EQ(rig.Run(Texts(expected.script.begin(), expected.script.end())), RunEnd::kAllLinesDone);
+  EXPECT_EQ(rig.pages.calls, expected.calls);
+  EXPECT_EQ(rig.Results(), expected.results);
+}
+
 void CheckScripts(const std::vector<ScriptCase>& cases) {
   for (const ScriptCase& c : cases) {
     SCOPED_TRACE(c.fault);
-    const Transcript expected(c.transcript);
     ScriptRig rig;
     if (c.prepare) {
       c.prepare(rig);
     }
-    EXPECT_EQ(rig.Run(Texts(expected.script.begin(), expected.script.end())),
-              RunEnd::kAllLinesDone);
-    EXPECT_EQ(rig.pages.calls, expected.calls);
-    EXPECT_EQ(rig.Results(), expected.results);
+    CheckScript(rig, c.transcript);
   }
 }
 

@@ -63,9 +63,11 @@ class ScriptRig final {
   Flow flow_;
 };
 
-// A script, and beside each line what it does: "line  > call  > call  = result". A line without a
-// result is successful, "= -" logs nothing, and "ok" stands for "(Successful)". What follows a call
-// may stand on a line of its own.
+// Runs a script that has beside each line what it does: "line  > call  > call  = result". A line
+// without a result is successful, "= -" logs nothing, and "ok" stands for "(Successful)". What a
+// line does may go on below it.
+void CheckScript(ScriptRig& rig, const char* transcript);
+
 struct ScriptCase {
   const char* fault;
   const char* transcript;
