@@ -159,7 +159,9 @@ TEST_F(WebTest, OptionsAreSeenAndSelectedByTheirTextAlone) {
          {"a name in another case is not found", two, ComboHasOption(u"A"_s, u"UDP"_s), true},
          {"a value counts as an option", two, ComboHasOption(u"a"_s, u"17"_s), false},
          {"a part counts as an option", two, ComboHasOption(u"a"_s, u"ud"_s), false},
-         {"a starred option is not found", "<select name=a><option>x<option>udp*</select>",
+         {"a star behind hides an option", "<select name=a><option>x<option>udp*</select>",
+          ComboHasOption(u"a"_s, u"udp"_s), true},
+         {"a star in front hides an option", "<select name=a><option>*udp</select>",
           ComboHasOption(u"a"_s, u"udp"_s), true},
          {"an id is taken for a name", "<select id=a><option>udp</select>",
           ComboHasOption(u"a"_s, u"udp"_s), false}});
