@@ -23,7 +23,8 @@ struct BareContext {
   AppContext app{folder.path(), adapters, desktop};
 };
 
-inline PortEntry WebEntry(const QString& name, const QString& forwarded_to) {
+inline PortEntry WebEntry(const QString& name,
+                          const QString& forwarded_to = QStringLiteral("10.0.0.5(Desk)")) {
   return {.app_name = name,
           .forwarded_to = forwarded_to,
           .start_port = QStringLiteral("80"),

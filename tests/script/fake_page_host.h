@@ -52,8 +52,8 @@ class FakePages final {
  private:
   friend FakePageHost;
 
-  void Record(FakePageHost& host, const QString& call, const Reaction& otherwise);
-  bool IsSilentOn(const QString& call) const;
+  void Record(FakePageHost& host, const QString& call, const Reaction& otherwise = {});
+  void AnswerLater(FakePageHost& host, const QString& call, std::function<void()> answer);
   QJsonValue NextAnswer(const PageCall& call, const QString& line);
 
   QHash<QString, QList<QJsonValue>> answers_;

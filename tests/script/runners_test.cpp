@@ -26,7 +26,7 @@ class RunnerTest : public ::testing::Test {
     context_.session.update_script = Lines({"nav(\"not the view's\")"});
     context_.session.view_script = Lines({"nav(\"not the job's\")"});
     context_.job_options.throttle = false;
-    SetRows({WebEntry(u"Web"_s, u"10.0.0.5(Desk)"_s)});
+    SetRows({WebEntry(u"Web"_s)});
     NextRunner();
   }
 
@@ -91,7 +91,7 @@ TEST_F(JobRunnerTest, TellsFirstAndLastEntryByTheirPlace) {
       {3, {"first", "more", "1", "more", "2", "last", "3"}},
   };
   for (const auto& c : cases) {
-    SetRows(QList<PortEntry>(c.rows, WebEntry(u"Web"_s, u"10.0.0.5(Desk)"_s)));
+    SetRows(QList<PortEntry>(c.rows, WebEntry(u"Web"_s)));
     NextRunner();
     Run({"click_button_first_only(\"first\")", "click_button_not_last_only(\"more\")",
          "click_button_last_only(\"last\")", "set_textbox_number(\"n,\")"});
@@ -129,9 +129,9 @@ TEST_F(JobRunnerTest, CutsTheAddressFromTheComputerName) {
 
 TEST_F(JobRunnerTest, KeepsTheTestOfTheListForTheNextRowAndNotForTheNextJob) {
   const Texts script{"is_in_combo_special_1(\"l\")", "set_name_if_in_combo_true(\"n,\")"};
-  PortEntry other = WebEntry(u"b"_s, u"10.0.0.6(x)"_s);
+  PortEntry other = WebEntry(u"b"_s);
   other.protocol = u"none"_s;
-  SetRows({WebEntry(u"a"_s, u"10.0.0.5(x)"_s), other});
+  SetRows({WebEntry(u"a"_s), other});
   pages_.Answer("ComboHasOption", {true});
   Run(script);
   EXPECT_EQ(LastCall(), u"SetElementValue(n, b, false)"_s);
@@ -153,7 +153,7 @@ TEST_F(JobRunnerTest, ASecondRunOnTheSamePagesWaitsForThemAsTheFirst) {
 }
 
 TEST_F(JobRunnerTest, TakesTheRowsThatStoodThereAtItsBeginning) {
-  SetRows({WebEntry(u"a"_s, {}), WebEntry(u"b"_s, {})});
+  SetRows({WebEntry(u"a"_s), WebEntry(u"b"_s)});
   pages_.On({"SetElementValue(n, a"}, [this](FakePageHost&) { SetRows({}); });
   Run({"set_name(\"n,\")"});
   EXPECT_EQ(pages_.calls, Lines({"SetElementValue(n, a, false)", "SetElementValue(n, b, false)"}));
@@ -161,7 +161,7 @@ TEST_F(JobRunnerTest, TakesTheRowsThatStoodThereAtItsBeginning) {
 
 TEST_F(JobRunnerTest, ForgivesTheFirstPageErrorOfEachJobAndStopsAtTheSecond) {
   const Texts script{"nav(\"rules.htm\")", "set_name(\"n,\")"};
-  SetRows({WebEntry(u"a"_s, {}), WebEntry(u"b"_s, {}), WebEntry(u"c"_s, {}), WebEntry(u"d"_s, {})});
+  SetRows({WebEntry(u"a"_s), WebEntry(u"b"_s), WebEntry(u"c"_s), WebEntry(u"d"_s)});
   int loads = 0;
   pages_.On({"nav"}, [&loads](FakePageHost& host) {
     ++loads;
@@ -226,7 +226,7 @@ TEST_F(JobRunnerTest, TellsTheUserWhatToLookAtInSilentModeToo) {
 }
 
 TEST_F(JobRunnerTest, StopsByTheUserAreNotForgiven) {
-  SetRows({WebEntry(u"a"_s, {}), WebEntry(u"b"_s, {})});
+  SetRows({WebEntry(u"a"_s), WebEntry(u"b"_s)});
   pages_.On({"nav"}, [this](FakePageHost& host) {
     host.BeginNavigation();
     host.Later([this, &host] {

@@ -1,15 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <QFile>
-#include <QProcess>
-#include <QSslKey>
 #include <QSslServer>
-#include <QTemporaryDir>
 #include <QWebEnginePage>
 
 #include <csignal>
 
+#include "demo/certificate.h"
 #include "web/web_fixture.h"
 
 namespace quayline::testing {
@@ -110,23 +107,12 @@ TEST_F(WebTest, ALoadIsStopped) {
 }
 
 TEST_F(WebTest, ACertificateThatNobodyVouchesForIsRefused) {
-  const QTemporaryDir folder;
-  const QString key_file = folder.filePath(u"key.pem"_s);
-  const QString certificate_file = folder.filePath(u"certificate.pem"_s);
-  QProcess openssl;
-  openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-nodes"_s, u"-subj"_s, u"/CN=127.0.0.1"_s,
-                               u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s, u"-keyout"_s,
-                               key_file, u"-out"_s, certificate_file});
-  if (!openssl.waitForFinished() || openssl.exitCode() != 0) {
-    GTEST_SKIP() << "needs the program openssl to make a certificate";
+  const auto tls = demo::ServerCertificate({}, {});
+  if (!tls) {
+    GTEST_SKIP() << tls.error().toStdString();
   }
-  QFile key(key_file);
-  ASSERT_TRUE(key.open(QIODevice::ReadOnly));
-  QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-  tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate_file));
-  tls.setPrivateKey(QSslKey(&key, QSsl::Rsa));
   auto listener = std::make_unique<QSslServer>();
-  listener->setSslConfiguration(tls);
+  listener->setSslConfiguration(*tls);
   ScriptedServer secure(std::move(listener));
   secure.replies["/"] = Answer("200 OK", "trust me");
   Open(secure.Address(u"/"_s, u"https"_s));

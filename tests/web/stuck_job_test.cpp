@@ -19,7 +19,7 @@ class StuckJob : public ::testing::Test {
     context_.session.router_ip = address.host();
     context_.session.http_port = QString::number(address.port());
     context_.job_options.throttle = false;
-    context_.port_list.SetEntries({WebEntry(u"Web"_s, u"1.1.1.1()"_s)});
+    context_.port_list.SetEntries({WebEntry(u"Web"_s)});
     server_.replies["/silent"] = {.bytes = {}, .then = Reply::Then::kSilence};
   }
 
