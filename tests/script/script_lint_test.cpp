@@ -69,6 +69,7 @@ TEST(ScriptLint, ArgumentsThatAreCutAtTheWrongPlace) {
             {"nav('a.htm')", "error [('a.htm')]"},
             {"nav(\"a.htm\") ", "error [(\"a.htm\") ]"},
             {"nav(\"a.htm\")  first", "error"},
+            {"nav(a.htm\")", "error [(a.htm\")]"},
             {"nav(\"a.htm)", "error"},
             {"nav(\")", "error [(\")]"},  // the same two characters cannot be both ends
             {"nav (\"\xE2\x80\x9C", "error [nav ]"},
