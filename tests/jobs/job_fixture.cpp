@@ -17,6 +17,7 @@ extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
 
 namespace quayline::testing {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -88,9 +89,9 @@ QList<PortEntry> JobTest::Entries() {
 QStringList JobTest::Expected(const QList<PortEntry>& entries) {
   QStringList rules;
   for (const PortEntry& entry : entries) {
-    rules.append(QStringLiteral("%1 %2 %3-%4 %5 on")
-                     .arg(entry.app_name, entry.protocol, entry.start_port, entry.end_port,
-                          entry.forwarded_to.section(QLatin1Char('('), 0, 0)));
+    rules.append(u"%1 %2 %3-%4 %5 on"_s.arg(entry.app_name, entry.protocol, entry.start_port,
+                                            entry.end_port,
+                                            entry.forwarded_to.section(u'(', 0, 0)));
   }
   return rules;
 }
@@ -98,10 +99,9 @@ QStringList JobTest::Expected(const QList<PortEntry>& entries) {
 QStringList JobTest::Standing() const {
   QStringList rules;
   for (const demo::Rule& rule : router_.Rules()) {
-    rules.append(QStringLiteral("%1 %2 %3-%4 %5 %6")
-                     .arg(rule.name, demo::ProtocolText(rule.protocol), QString::number(rule.first),
-                          QString::number(rule.last), rule.address,
-                          QLatin1String(rule.enabled ? "on" : "off")));
+    rules.append(u"%1 %2 %3-%4 %5 %6"_s.arg(rule.name, demo::ProtocolText(rule.protocol),
+                                            QString::number(rule.first), QString::number(rule.last),
+                                            rule.address, rule.enabled ? u"on"_s : u"off"_s));
   }
   return rules;
 }

@@ -2,25 +2,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
 
-#include "core/app_context.h"
 #include "demo/demo_router.h"
-#include "platform/desktop.h"
-#include "platform/fake_adapters.h"
+#include "script/bare_context.h"
 #include "script/job_runner.h"
 #include "test_main.h"
 
 namespace quayline::testing {
-
-class NoDesktop final : public Desktop {
- public:
-  bool OpenInBrowser(const QUrl&) override { return false; }
-};
 
 // Jobs as the programs run them: with the databases that data/ makes, in browsers that are shown.
 class JobTest : public ::testing::Test {

@@ -3,58 +3,50 @@
 
 #include <QElapsedTimer>
 
-#include <gtest/gtest.h>
-
 #include "script/script_rig.h"
-#include "test_main.h"
 
-namespace quayline {
+namespace quayline::testing {
 namespace {
 
-using testing::CheckScripts;
-using testing::FakePageHost;
-using testing::Lines;
-using testing::RunUntil;
-using testing::ScriptRig;
-
-constexpr char kOk[] = "(Successful)";
+using namespace Qt::StringLiterals;
 
 TEST(Clicks, TakeTheirArgumentsApart) {
   CheckScripts({
-      {"a comma in a button's name",
-       {"click_button(\"Save, then go\")"},
-       {"ClickButton(Save, then go)"},
-       {kOk}},
-      {"a comma in an onclick text",
-       {"click_onclick(\"go(1, 2)\")"},
-       {"ClickByOnclick(go(1)"},
-       {kOk}},
+      {"a comma in a button's name or an onclick text",
+       R"x(click_button("Save, then go")  > ClickButton(Save, then go)
+           click_onclick("go(1, 2)")      > ClickByOnclick(go(1))x"},
       {"the name goes into the button's name instead of its onclick text",
-       {"set_next_letter(\"\")", "click_button_onclick(\"Edit,edit('')x,3\")",
-        "click_button_onclick(\"Edit,rm('')x\")", "click_button_onclick(\"Edit,a,\")"},
-       {"ClickButtonByOnclick(Edit, edit('A')x)", "ClickButtonByOnclick(Edit, rm('A')x)",
-        "ClickButtonByOnclick(Edit, a)"},
-       {"(Successful) (A)", kOk, kOk, kOk}},
+       R"(set_next_letter("")                       = ok (A)
+          click_button_onclick("Edit,edit('')x,3")  > ClickButtonByOnclick(Edit, edit('A')x)
+          click_button_onclick("Edit,rm('')x")      > ClickButtonByOnclick(Edit, rm('A')x)
+          click_button_onclick("Edit,a,")           > ClickButtonByOnclick(Edit, a))"},
       {"a link is logged as written, or without its address",
-       {"set_next_letter(\"\")", "click_link(\"edit,0\")", "click_link(\"other,\")"},
-       {"ClickLinkByHref(editA)", "ClickLinkByHref(other)"},
-       {"(Successful) (A)", "Looking For Link: editA", "http://r/editA.htm",
-        "Looking For Link: other", "(Failed To Find Link)"},
+       R"(set_next_letter("")   = ok (A)
+          click_link("edit,0")  > ClickLinkByHref(editA)  = Looking For Link: editA
+            = http://r/editA.htm
+          click_link("other,")  > ClickLinkByHref(other)  = Looking For Link: other
+            = (Failed To Find Link))",
        [](ScriptRig& rig) {
-         rig.pages.Answer(QStringLiteral("ClickLinkByHref(editA"),
-                          {QStringLiteral("http://r/editA.htm")});
-         rig.pages.Answer(QStringLiteral("ClickLinkByHref(other"), {QStringLiteral("failed_link")});
+         rig.pages.Answer("ClickLinkByHref(editA", {u"http://r/editA.htm"_s});
+         rig.pages.Answer("ClickLinkByHref(other", {u"failed_link"_s});
        }},
       {"a form number that is none submits the first form",
-       {"call_page_submit(\"2\")", "call_page_submit(\"\")"},
-       {"SubmitFormByNumber(2)", "SubmitFormByNumber(-1)"},
-       {kOk, kOk}},
+       R"(call_page_submit("2")  > SubmitFormByNumber(2)
+          call_page_submit("")   > SubmitFormByNumber(-1))"},
       {"script code runs in a frame, or ends at its first comma only",
-       {"set_frame_number(\"2\")", "set_next_letter(\"\")", "call_javascript(\"f('');,3\")",
-        "call_javascript_by_letter_order(\"g();,2\")", "call_javascript(\"h(1,2)\")"},
-       {"run f('C');", "run g(C);", "run h(1"},
-       {"(Successful) (C)", kOk, kOk, kOk},
+       R"x(set_frame_number("2")                      = -
+           set_next_letter("")                        = ok (C)
+           call_javascript("f('');,3")                > run f('C');
+           call_javascript_by_letter_order("g();,2")  > run g(C);
+           call_javascript("h(1,2)")                  > run h(1)x",
        [](ScriptRig& rig) { rig.entry.entry_index = 3; }},
+      {"a click that leads nowhere waits for the page that never came before it",
+       R"(click_button("none")  > ClickButton(none)  = (Failed - Object Not Found)
+          set_name("n,")        > SetElementValue(n, Web, false))",
+       [](ScriptRig& rig) {
+         rig.flags.SetPageLoaded(false);
+         rig.pages.Answer("Click", {u"failed"_s});
+       }},
   });
 }
 
@@ -66,7 +58,8 @@ TEST(Clicks, WaitForThePageTheyLeadTo) {
         "nav_link(\"x,\")", "nav(\"x\")", "page_refresh(\"\")"}) {
     ScriptRig rig;
     QStringList order;
-    const auto load = [&order](FakePageHost& host) {
+    rig.pages.Answer("FindLinkByHref", {u"http://r/x"_s});
+    rig.pages.On({"Click", "Submit", "run", "nav", "refresh"}, [&order](FakePageHost& host) {
       host.Later([&order, &host] {
         host.BeginNavigation();
         // A redirect, and a page that leaves by itself as soon as it is there.
@@ -74,88 +67,68 @@ TEST(Clicks, WaitForThePageTheyLeadTo) {
           host.EndNavigation();
           host.BeginNavigation();
           QTimer::singleShot(20, &host, [&order, &host] {  // longer than the next line's settling
-            order.append(QStringLiteral("loaded"));
+            order.append(u"loaded"_s);
             host.EndNavigation();
           });
         });
       });
-    };
-    rig.pages.Answer(QStringLiteral("FindLinkByHref"), {QStringLiteral("http://r/x")});
-    for (const char* call : {"Click", "Submit", "run", "nav", "refresh"}) {
-      rig.pages.On(QString::fromLatin1(call), load);
-    }
-    rig.pages.On(QStringLiteral("SetElementValue"),
-                 [&order](FakePageHost&) { order.append(QStringLiteral("next line")); });
-    EXPECT_EQ(rig.Run({QString::fromLatin1(line), QStringLiteral("set_name(\"n,\")")}),
-              RunEnd::kAllLinesDone)
-        << line;
+    });
+    rig.pages.On({"SetElementValue"}, [&order](FakePageHost&) { order.append(u"next line"_s); });
+    EXPECT_EQ(rig.Run({line, "set_name(\"n,\")"}), RunEnd::kAllLinesDone) << line;
     EXPECT_EQ(order, Lines({"loaded", "next line"})) << line;
   }
 }
 
-TEST(Clicks, ThatLeadNowhereGoOn) {
-  ScriptRig rig;
-  rig.flags.SetPageLoaded(false);  // as an earlier page that never came left it
-  rig.pages.Answer(QStringLiteral("Click"), {QStringLiteral("failed")});
-  EXPECT_EQ(rig.Run(Lines({"click_button(\"none\")", "set_name(\"n,\")"}), std::chrono::seconds(5)),
-            RunEnd::kAllLinesDone);
-  EXPECT_EQ(rig.Results(), Lines({"(Failed - Object Not Found)", kOk}));
-}
-
-TEST(ClickIgnoringPageLoad, WaitsItsTimeWhateverThePageDoes) {
+TEST(Times, AreKeptWhateverThePageDoesAndForTheNextLineWithoutOne) {
   const struct {
     const char* fault;
-    std::vector<const char*> script;
-    std::vector<const char*> calls;
-    int timer_before;
-    int timer_after;
+    int before;
+    int after;
+    const char* transcript;
   } cases[] = {
-      {"no time given", {"click_button_ignore_page_loading(\"S\")"}, {"ClickButton(S)"}, 1, 100},
-      {"its own time", {"click_button_ignore_page_loading(\"S,30\")"}, {"ClickButton(S)"}, 1, 30},
-      {"an empty time", {"click_button_ignore_page_loading(\"S,\")"}, {"ClickButton(S)"}, 20, 20},
-      {"the plain one inserts the name",
-       {"set_next_letter(\"\")", "click_button_ignore_page_loading(\"Save,2\")"},
-       {"ClickButton(Save)"},
-       1,
-       2},
-      {"the time is the place of the name as well",
-       {"set_next_letter(\"\")", "click_button_ignore_page_loading_if_in_combo_false(\"Save,2\")"},
-       {"ClickButton(SaAve)"},
-       1,
-       2},
-      {"a default where there is none",
-       {"set_name(\"n,3\")", "click_button_ignore_page_loading_if_in_combo_false(\"Save\")"},
-       {"SetElementValue(n, Web, false)", "ClickButton(Save)"},
-       1,
-       3},
+      {"none", 1, 100, R"(click_button_ignore_page_loading("S")  > ClickButton(S))"},
+      {"its own", 1, 30, R"(click_button_ignore_page_loading("S,30")  > ClickButton(S))"},
+      {"an empty one", 20, 20, R"(click_button_ignore_page_loading("S,")  > ClickButton(S))"},
+      {"the plain one inserts the name", 1, 2,
+       R"(set_next_letter("")  = ok (A)
+          click_button_ignore_page_loading("Save,2")  > ClickButton(Save))"},
+      {"the time is the place of the name as well", 1, 2,
+       R"(set_next_letter("")  = ok (A)
+          click_button_ignore_page_loading_if_in_combo_false("Save,2")  > ClickButton(SaAve))"},
+      {"a default where there is none", 1, 3,
+       R"(set_name("n,3")  > SetElementValue(n, Web, false)
+          click_button_ignore_page_loading_if_in_combo_false("Save")  > ClickButton(Save))"},
+      {"a pause", 1, 40, R"x(timeout("40"))x"},
+      {"no number", 40, 40, R"x(timeout("soon"))x"},
+      {"below zero", 40, 40, R"x(timeout("-5"))x"},
+      {"beyond 32 bits", 40, 40, R"x(timeout("99999999999"))x"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.fault);
     ScriptRig rig;
-    rig.flags.script_timer_ms = c.timer_before;
-    rig.pages.On(QStringLiteral("ClickButton"),
-                 [](FakePageHost& host) { host.BeginNavigation(); });  // which never ends
+    rig.flags.script_timer_ms = c.before;
+    rig.pages.On({"ClickButton"}, LoadForEver);
     QElapsedTimer time;
     time.start();
-    EXPECT_EQ(rig.Run(Lines(c.script)), RunEnd::kAllLinesDone) << c.fault;
-    EXPECT_GE(time.elapsed(), c.timer_after - 1) << c.fault;
-    EXPECT_EQ(rig.pages.calls, Lines(c.calls)) << c.fault;
-    EXPECT_EQ(rig.flags.script_timer_ms, c.timer_after) << c.fault;
+    CheckScript(rig, c.transcript);
+    EXPECT_GE(time.elapsed(), c.after - 1);
+    EXPECT_EQ(rig.flags.script_timer_ms, c.after);
   }
 }
 
 TEST(DebugButton, FreesAWaitForAPageThatNeverLoads) {
   ScriptRig rig;
-  rig.pages.On(QStringLiteral("ClickButton"), [](FakePageHost& host) { host.BeginNavigation(); });
+  rig.pages.On({"ClickButton"}, LoadForEver);
   rig.entry.shown_password = rig.entry.password;
-  rig.Start(Lines({"nav(\"list.htm\")", "click_button(\"Save\")", "set_name(\"n,\")"}));
+  rig.Start({"nav(\"list.htm\")", "click_button(\"Save\")", "set_name(\"n,\")"});
   // Only a wait that has begun to look at the page tells of a long wait.
   ASSERT_TRUE(RunUntil([&] { return !rig.waits.isEmpty(); }));
-  EXPECT_TRUE(rig.IsRunning());
+  EXPECT_EQ(rig.End(), std::nullopt);
   rig.flags.SetPageLoaded(true);
-  ASSERT_TRUE(RunUntil([&] { return !rig.IsRunning(); }));
+  ASSERT_TRUE(rig.Ends());
   EXPECT_EQ(rig.End(), RunEnd::kAllLinesDone);
   EXPECT_EQ(rig.waits, Lines({"192.168.1.1", ""})) << "with the login of the address before";
 }
 
 }  // namespace
-}  // namespace quayline
+}  // namespace quayline::testing

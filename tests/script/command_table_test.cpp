@@ -6,32 +6,23 @@
 #include <QFile>
 #include <QHash>
 
-#include <gtest/gtest.h>
-
+#include "script/script_lint.h"
 #include "script/script_rig.h"
-#include "test_main.h"
 
-namespace quayline {
+namespace quayline::testing {
 namespace {
 
-using testing::ScriptRig;
+using namespace Qt::StringLiterals;
 
-QStringList NamesOfTheReference() {
-  QFile file(QStringLiteral(QUAYLINE_SOURCE_DIR "/tests/script/command_names.txt"));
-  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-  return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-}
-
-QString NameOf(const CommandRow& row) {
-  return QString::fromLatin1(row.name.data(), static_cast<qsizetype>(row.name.size()));
-}
-
+// A router's script turns into comments where a name is lost or mistyped.
 TEST(CommandTable, HoldsTheWholeLanguageInItsOrder) {
-  const QStringList reference = NamesOfTheReference();
+  QFile file(QStringLiteral(QUAYLINE_SOURCE_DIR "/tests/script/command_names.txt"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QStringList reference = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
   ASSERT_EQ(reference.size(), 179);
   QStringList names;
   for (const CommandRow& row : CommandTable()) {
-    names.append(NameOf(row));
+    names.append(CommandName(row));
   }
   EXPECT_EQ(names, reference);
 }
@@ -40,113 +31,108 @@ TEST(CommandTable, EveryRowHasOneHandlerAndIsFoundByItsName) {
   for (const CommandRow& row : CommandTable()) {
     EXPECT_NE(row.ask == nullptr, row.flow == nullptr) << row.name;
     EXPECT_FALSE(row.awaits_page && row.ask == nullptr) << row.name << " waits on its own";
-    EXPECT_EQ(FindCommand(NameOf(row)), &row) << row.name << " stands there twice";
+    EXPECT_EQ(FindCommand(CommandName(row)), &row) << row.name << " stands there twice";
   }
-}
-
-TEST(CommandTable, AnythingElseIsNoCommand) {
   for (const char* text : {"", " nav", "nav ", "navigate", "set_name_", "set_", "# set_name",
                            "click_button_first_only_", "timeout_not_last_only"}) {
     EXPECT_EQ(FindCommand(QString::fromUtf8(text)), nullptr) << '"' << text << '"';
   }
 }
 
-// What a name's suffix says, read off the name.
-bool SuffixHolds(QString name, bool first, bool last, bool in_combo) {
-  // These have a meaning of their own.
-  const QHash<QString, bool> exceptions{
-      {QStringLiteral("set_username"), first},
-      {QStringLiteral("set_password"), first},
-      {QStringLiteral("set_password_combine_value_to_name"), first},
-      {QStringLiteral("click_button_last_only_if_in_combo_true"), in_combo},
-      {QStringLiteral("click_button_last_only_if_in_combo_false"), !in_combo},
-      {QStringLiteral("timeout_last_only"), !first},
-      {QStringLiteral("timeout_if_in_combo_true"), !in_combo},
-  };
-  if (exceptions.contains(name)) {
-    return exceptions[name];
-  }
-  if (name != QStringLiteral("is_in_combo_special_1")) {
-    name.remove(QStringLiteral("_special_1"));
-  }
+struct Place {
+  bool first;
+  bool last;
+  bool in_combo;
+
+  explicit Place(int mask)
+      : first((mask & 1) != 0), last((mask & 2) != 0), in_combo((mask & 4) != 0) {}
+};
+
+// The family of a name, and whether what its suffixes say holds.
+std::pair<QString, bool> TakeSuffixes(QString name, const Place& place) {
   bool holds = true;
-  const auto TakeSuffix = [&name, &holds](const char* suffix, bool condition) {
-    if (name.endsWith(QLatin1String(suffix))) {
-      name.chop(static_cast<qsizetype>(qstrlen(suffix)));
+  const std::pair<QLatin1String, bool> suffixes[] = {
+      {"_if_in_combo_true"_L1, place.in_combo},
+      {"_if_in_combo_false"_L1, !place.in_combo},
+      {"_first_only"_L1, place.first},
+      {"_not_last_only"_L1, !place.last},
+      {"_last_only"_L1, place.last},
+  };
+  for (const auto& [suffix, condition] : suffixes) {
+    if (name.endsWith(suffix)) {
+      name.chop(suffix.size());
       holds = holds && condition;
     }
+  }
+  return {name, holds};
+}
+
+bool SuffixHolds(QString name, const Place& place) {
+  // These have a meaning of their own.
+  const QHash<QString, bool> exceptions{
+      {u"set_username"_s, place.first},
+      {u"set_password"_s, place.first},
+      {u"set_password_combine_value_to_name"_s, place.first},
+      {u"click_button_last_only_if_in_combo_true"_s, place.in_combo},
+      {u"click_button_last_only_if_in_combo_false"_s, !place.in_combo},
+      {u"timeout_last_only"_s, !place.first},
+      {u"timeout_if_in_combo_true"_s, !place.in_combo},
   };
-  TakeSuffix("_if_in_combo_true", in_combo);
-  TakeSuffix("_if_in_combo_false", !in_combo);
-  TakeSuffix("_first_only", first);
-  TakeSuffix("_not_last_only", !last);
-  TakeSuffix("_last_only", last);
-  return holds;
+  if (name != u"is_in_combo_special_1"_s) {
+    name.remove(u"_special_1"_s);
+  }
+  return exceptions.value(name, TakeSuffixes(name, place).second);
+}
+
+bool Holds(const CommandRow& row, const Place& place) {
+  return ConditionHolds(row.condition, {.is_first_entry = place.first, .is_last_entry = place.last},
+                        place.in_combo);
 }
 
 TEST(CommandTable, EveryNameRunsWhenItsSuffixSays) {
   for (const CommandRow& row : CommandTable()) {
     for (int mask = 0; mask < 8; ++mask) {
-      const bool first = (mask & 1) != 0;
-      const bool last = (mask & 2) != 0;
-      const bool in_combo = (mask & 4) != 0;
-      const RunArguments arguments{.is_first_entry = first, .is_last_entry = last};
-      EXPECT_EQ(ConditionHolds(row.condition, arguments, in_combo),
-                SuffixHolds(NameOf(row), first, last, in_combo))
-          << row.name << " first " << first << " last " << last << " in combo " << in_combo;
+      EXPECT_EQ(Holds(row, Place(mask)), SuffixHolds(CommandName(row), Place(mask)))
+          << row.name << " where first, last, in combo are " << mask;
     }
   }
-}
-
-QString WithoutSuffixes(QString name) {
-  for (const char* suffix :
-       {"_if_in_combo_true", "_if_in_combo_false", "_first_only", "_not_last_only", "_last_only"}) {
-    if (name.endsWith(QLatin1String(suffix))) {
-      name.chop(static_cast<qsizetype>(qstrlen(suffix)));
-    }
-  }
-  return name;
 }
 
 // The calls and results of one command where its condition holds.
-QString Outcome(const CommandRow& row) {
-  ScriptRig rig;
-  for (int mask = 0; mask < 8; ++mask) {
-    rig.entry.is_first_entry = (mask & 1) != 0;
-    rig.entry.is_last_entry = (mask & 2) != 0;
-    rig.flags.in_combo = (mask & 4) != 0;
-    if (ConditionHolds(row.condition, rig.entry, rig.flags.in_combo)) {
-      break;
-    }
+QStringList Outcome(const CommandRow& row) {
+  int mask = 0;
+  while (mask < 7 && !Holds(row, Place(mask))) {
+    ++mask;
   }
+  ScriptRig rig;
+  rig.entry.is_first_entry = Place(mask).first;
+  rig.entry.is_last_entry = Place(mask).last;
+  rig.flags.in_combo = Place(mask).in_combo;
   rig.flags.script_timer_ms = 1;
-  rig.pages.Answer(QStringLiteral("PageContainsWords(word"), {true});
-  rig.Run({QStringLiteral("set_name_array(\"n|m\")"), QStringLiteral("set_next_name_array(\"\")"),
-           QStringLiteral("set_type_choices(\"t|u|b\")"),
-           NameOf(row) + QStringLiteral("(\"word,1,value\")")});
-  return rig.pages.calls.join(QLatin1Char('\n')) + QStringLiteral("\n--\n") +
-         rig.Results().join(QLatin1Char('\n'));
+  rig.pages.Answer("PageContainsWords(word", {true});
+  const std::string line = std::string(row.name) + "(\"word,1,value\")";
+  rig.Run({"set_name_array(\"n|m\")", "set_next_name_array(\"\")", "set_type_choices(\"t|u|b\")",
+           line.c_str()});
+  return rig.pages.calls + rig.Results();
 }
 
 TEST(CommandTable, TheMembersOfAFamilyDifferInTheirConditionOnly) {
-  const QStringList different{
-      QStringLiteral("click_button_ignore_page_loading_if_in_combo_false"),  // insert the name
-      QStringLiteral("click_button_ignore_page_loading_if_in_combo_true"),
-      QStringLiteral("set_2ndradiobutton_if_in_combo_false"),  // act on the first button
-      QStringLiteral("set_2ndradiobutton_if_in_combo_true"),
-  };
+  const QStringList different = Lines({
+      "click_button_ignore_page_loading_if_in_combo_false",  // insert the name
+      "click_button_ignore_page_loading_if_in_combo_true",
+      "set_2ndradiobutton_if_in_combo_false",  // act on the first button
+      "set_2ndradiobutton_if_in_combo_true",
+  });
   int compared = 0;
   for (const CommandRow& row : CommandTable()) {
-    const QString name = NameOf(row);
-    const CommandRow* plain = FindCommand(WithoutSuffixes(name));
-    if (plain == nullptr || plain == &row) {
-      continue;
+    const CommandRow* plain = FindCommand(TakeSuffixes(CommandName(row), Place(0)).first);
+    if (plain != nullptr && plain != &row) {
+      ++compared;
+      EXPECT_EQ(Outcome(row) == Outcome(*plain), !different.contains(CommandName(row))) << row.name;
     }
-    ++compared;
-    EXPECT_EQ(Outcome(row) == Outcome(*plain), !different.contains(name)) << row.name;
   }
   EXPECT_GT(compared, 100);
 }
 
 }  // namespace
-}  // namespace quayline
+}  // namespace quayline::testing

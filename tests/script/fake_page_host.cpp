@@ -11,6 +11,8 @@
 
 namespace quayline::testing {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QLatin1String kSettleCheck("ReadMarkupState");
@@ -19,9 +21,9 @@ QString Shown(const QJsonValue& value) {
   if (value.isString()) {
     return value.toString();
   }
-  const QString in_brackets =
-      QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
-  return in_brackets.mid(1, in_brackets.size() - 2);
+  return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
+      .sliced(1)
+      .chopped(1);
 }
 
 QString Line(const PageCall& call) {
@@ -29,10 +31,9 @@ QString Line(const PageCall& call) {
   for (const QJsonValue& argument : call.arguments) {
     arguments.append(Shown(argument));
   }
-  QString line =
-      call.operation + QLatin1Char('(') + arguments.join(QStringLiteral(", ")) + QLatin1Char(')');
+  QString line = call.operation + u'(' + arguments.join(u", "_s) + u')';
   if (call.frame != 0) {
-    line += QStringLiteral(" in frame %1").arg(call.frame);
+    line += u" in frame %1"_s.arg(call.frame);
   }
   return line;
 }
@@ -55,8 +56,14 @@ PageHostFactory FakePages::Factory() {
 
 FakePageHost& FakePages::Host(int number) const { return *hosts_.at(number); }
 
+void FakePages::On(std::initializer_list<const char*> starts, const Reaction& reaction) {
+  for (const char* start : starts) {
+    reactions_.append({QLatin1String(start), reaction});
+  }
+}
+
 void FakePages::Record(FakePageHost& host, const QString& call, const Reaction& otherwise) {
-  calls.append(host.number_ == 0 ? call : QStringLiteral("popup %1: ").arg(host.number_) + call);
+  calls.append(host.number_ == 0 ? call : u"popup %1: "_s.arg(host.number_) + call);
   const auto named = std::ranges::find_if(
       reactions_, [&call](const auto& reaction) { return call.startsWith(reaction.first); });
   if (named != reactions_.end()) {
@@ -66,9 +73,10 @@ void FakePages::Record(FakePageHost& host, const QString& call, const Reaction& 
   }
 }
 
-bool FakePages::IsSilentOn(const QString& call) const {
-  return std::ranges::any_of(silent_,
-                             [&call](const QString& start) { return call.startsWith(start); });
+void FakePages::AnswerLater(FakePageHost& host, const QString& call, std::function<void()> answer) {
+  if (std::ranges::none_of(silent_, [&](const QString& start) { return call.startsWith(start); })) {
+    host.Later(std::move(answer));
+  }
 }
 
 QJsonValue FakePages::NextAnswer(const PageCall& call, const QString& line) {
@@ -84,49 +92,39 @@ FakePageHost::FakePageHost(FakePages& pages, int number, QObject* parent)
     : PageHost(parent), pages_(pages), number_(number) {}
 
 void FakePageHost::Navigate2(const QString& url, const QString& target_frame) {
-  const QString frame =
-      target_frame.isEmpty() ? QString() : QStringLiteral(" in frame ") + target_frame;
-  pages_.Record(*this, QStringLiteral("nav ") + url + frame,
-                [](FakePageHost& host) { host.LoadPage(); });
+  const QString frame = target_frame.isEmpty() ? QString() : u" in frame "_s + target_frame;
+  pages_.Record(*this, u"nav "_s + url + frame, [](FakePageHost& host) { host.LoadPage(); });
 }
 
 void FakePageHost::Refresh2() {
-  pages_.Record(*this, QStringLiteral("refresh"), [](FakePageHost& host) { host.LoadPage(); });
+  pages_.Record(*this, u"refresh"_s, [](FakePageHost& host) { host.LoadPage(); });
 }
 
-void FakePageHost::StopNavigation() { pages_.Record(*this, QStringLiteral("stop"), {}); }
+void FakePageHost::StopNavigation() { pages_.Record(*this, u"stop"_s); }
 
 void FakePageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
   const QString line = Line(call);
   if (call.operation == kSettleCheck) {
     ++pages_.settle_reads;
   } else {
-    pages_.Record(*this, line, {});
+    pages_.Record(*this, line);
   }
-  if (!pages_.IsSilentOn(line)) {
-    const QJsonValue value = pages_.NextAnswer(call, line);
-    Later([answer = std::move(answer), value] { answer({.answered = true, .value = value}); });
-  }
+  pages_.AnswerLater(*this, line, [this, call, line, answer = std::move(answer)] {
+    answer({.answered = true, .value = pages_.NextAnswer(call, line)});
+  });
 }
 
 void FakePageHost::RunInPage(const QString& code, std::function<void()> done) {
-  const QString line = QStringLiteral("run ") + code;
-  pages_.Record(*this, line, {});
-  if (!pages_.IsSilentOn(line)) {
-    Later(std::move(done));
-  }
+  pages_.Record(*this, u"run "_s + code);
+  pages_.AnswerLater(*this, u"run "_s + code, std::move(done));
 }
 
-void FakePageHost::SendKeys(const QString& keys) {
-  pages_.Record(*this, QStringLiteral("keys ") + keys, {});
-}
+void FakePageHost::SendKeys(const QString& keys) { pages_.Record(*this, u"keys "_s + keys); }
 
 void FakePageHost::ClearCache(std::function<void(bool)> done) {
-  const QString line = QStringLiteral("clear cache");
-  pages_.Record(*this, line, {});
-  if (!pages_.IsSilentOn(line)) {
-    Later([done = std::move(done), cleared = pages_.clears_cache] { done(cleared); });
-  }
+  pages_.Record(*this, u"clear cache"_s);
+  pages_.AnswerLater(*this, u"clear cache"_s,
+                     [this, done = std::move(done)] { done(pages_.clears_cache); });
 }
 
 void FakePageHost::ProveQuiet(std::function<void()> quiet) {
@@ -160,10 +158,10 @@ void FakePageHost::LoadPage() {
   });
 }
 
-void FakePageHost::LoadBrokenPage(const QString& url, int status) {
-  Later([this, url, status] {
+void FakePageHost::LoadBrokenPage(int status) {
+  Later([this, status] {
     BeginNavigation();
-    Later([this, url, status] { FailNavigation(url, status); });
+    Later([this, status] { FailNavigation(u"http://x/"_s, status); });
   });
 }
 

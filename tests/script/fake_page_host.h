@@ -33,17 +33,16 @@ class FakePages final {
 
   // The answers to calls that begin with `call`, one after the other; the last one stays. Without
   // any, operations answer as on a page that holds every box and no words, values or options.
-  void Answer(const QString& call, const QList<QJsonValue>& answers) { answers_[call] = answers; }
-  // The page never answers a call that begins so, as a page that hangs.
-  void KeepSilentOn(const QString& call) { silent_.append(call); }
-  // What else happens when a call that begins with `call` comes in, ahead of its answer. It takes
-  // the place of the page load that `nav` and `refresh` lead to otherwise.
-  void On(const QString& call, Reaction reaction) {
-    reactions_.append({call, std::move(reaction)});
+  void Answer(const char* call, const QList<QJsonValue>& answers) {
+    answers_[QLatin1String(call)] = answers;
   }
+  // The page never answers a call that begins so, as a page that hangs.
+  void KeepSilentOn(const char* call) { silent_.append(QLatin1String(call)); }
+  // What else happens when a call that begins with one of `starts` comes in, ahead of its answer.
+  // It takes the place of the page load that `nav` and `refresh` lead to otherwise.
+  void On(std::initializer_list<const char*> starts, const Reaction& reaction);
 
   FakePageHost& Host(int number) const;
-  int HostCount() const { return static_cast<int>(hosts_.size()); }
 
   QStringList calls;
   QList<PageLogin> logins;
@@ -53,8 +52,8 @@ class FakePages final {
  private:
   friend FakePageHost;
 
-  void Record(FakePageHost& host, const QString& call, const Reaction& otherwise);
-  bool IsSilentOn(const QString& call) const;
+  void Record(FakePageHost& host, const QString& call, const Reaction& otherwise = {});
+  void AnswerLater(FakePageHost& host, const QString& call, std::function<void()> answer);
   QJsonValue NextAnswer(const PageCall& call, const QString& line);
 
   QHash<QString, QList<QJsonValue>> answers_;
@@ -88,8 +87,8 @@ class FakePageHost final : public PageHost {
   void FailNavigation(const QString& url, int status);
   // One navigation, begun and ended in two turns of the event loop.
   void LoadPage();
-  // The same, ended by an error.
-  void LoadBrokenPage(const QString& url, int status);
+  // The same, ended by an error of the address http://x/.
+  void LoadBrokenPage(int status);
   FakePageHost& OpenPopup();
   void CloseWindow();
 
@@ -103,5 +102,10 @@ class FakePageHost final : public PageHost {
 
   friend FakePages;
 };
+
+// Reactions.
+inline void LoadForEver(FakePageHost& host) { host.BeginNavigation(); }
+inline void OpenPopup(FakePageHost& host) { host.OpenPopup().LoadPage(); }
+inline void CloseWindow(FakePageHost& host) { host.CloseWindow(); }
 
 }  // namespace quayline::testing

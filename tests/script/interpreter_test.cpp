@@ -5,112 +5,84 @@
 
 #include <QElapsedTimer>
 
-#include <gtest/gtest.h>
-
 #include "script/script_rig.h"
-#include "test_main.h"
 
-namespace quayline {
+namespace quayline::testing {
 namespace {
 
-using testing::CheckScripts;
-using testing::FakePageHost;
-using testing::Lines;
-using testing::RunUntil;
-using testing::ScriptRig;
-
-const QString kRule = QString(71, QLatin1Char('-'));
-
-QString Log(const std::vector<const char*>& lines) {
-  QString text = Lines(lines).join(QStringLiteral("\r\n"));
-  text.replace(QStringLiteral("RULE"), kRule);
-  return text;
-}
+using namespace Qt::StringLiterals;
 
 TEST(RunLog, IsRightToTheCharacter) {
   const struct {
     const char* fault;
-    std::vector<const char*> script;
-    int broken_status;
-    std::vector<const char*> log;
+    Texts script;
+    RunEnd end;
+    Texts log;  // behind its head and in front of its last rule
   } cases[] = {
-      {"an empty script",
-       {},
-       0,
-       {"", "Running Script From Database For Selected Router", "RULE", "RULE", ""}},
+      {"an empty script", {}, RunEnd::kAllLinesDone, {}},
       {"a comment, a command, a command whose condition fails",
        {"Log in first", "SET_name(\"rule,0\")", " set_name(\"rule,0\")",
         "set_name_if_in_combo_true(\"rule,0\")"},
-       0,
-       {"", "Running Script From Database For Selected Router", "RULE", "Step 01. Log in first",
-        "Step 02. SET_name(\"rule,0\")", "(Successful)", "Step 03.  set_name(\"rule,0\")",
-        "Step 04. set_name_if_in_combo_true(\"rule,0\")", "RULE", ""}},
+       RunEnd::kAllLinesDone,
+       {"Step 01. Log in first", "Step 02. SET_name(\"rule,0\")", "(Successful)",
+        "Step 03.  set_name(\"rule,0\")", "Step 04. set_name_if_in_combo_true(\"rule,0\")"}},
+      {"an entry that exists",
+       {"check_if_name_exists(\"its argument counts for nothing\")", "nav(\"a.htm\")"},
+       RunEnd::kEntryExists,
+       {"Step 01. check_if_name_exists(\"its argument counts for nothing\")", "",
+        "This Entry (Web) Already Exists On The Router, This Entry Will be Skipped."}},
       {"a page that fails behind nav",
        {"nav(\"a.htm\")", "set_name(\"rule,0\")"},
-       404,
-       {"", "Running Script From Database For Selected Router", "RULE", "Step 01. nav(\"a.htm\")",
-        "", "!ERROR! (Navigating to http://192.168.1.1/a.htm)", "This Entry Will be Skipped.",
-        "Please Check your Router Info And Try Again.", "RULE", "NOT_FOUND(404) (http://x/)",
-        "RULE", ""}},
+       RunEnd::kPageError,
+       {"Step 01. nav(\"a.htm\")", "", "!ERROR! (Navigating to http://192.168.1.1/a.htm)",
+        "SKIPPED", "RULE", "NOT_FOUND(404) (http://x/)"}},
       {"a page that fails behind a click",
        {"click_button(\"Save, now\")", "set_name(\"rule,0\")"},
-       404,
-       {"", "Running Script From Database For Selected Router", "RULE",
-        "Step 01. click_button(\"Save, now\")", "(Successful)", "",
-        "!ERROR! (Navigating to http://192.168.1.1/Save, now)", "This Entry Will be Skipped.",
-        "Please Check your Router Info And Try Again.", "RULE", ""}},
+       RunEnd::kPageError,
+       {"Step 01. click_button(\"Save, now\")", "(Successful)", "",
+        "!ERROR! (Navigating to http://192.168.1.1/Save, now)", "SKIPPED"}},
       {"a page that fails behind script code",
        {"call_javascript(\"save()\")"},
-       404,
-       {"", "Running Script From Database For Selected Router", "RULE",
-        "Step 01. call_javascript(\"save()\")", "", "!ERROR! Running JavaScript",
-        "This Entry Will be Skipped.", "Please Check your Router Info And Try Again.", "RULE", ""}},
+       RunEnd::kPageError,
+       {"Step 01. call_javascript(\"save()\")", "", "!ERROR! Running JavaScript", "SKIPPED"}},
       {"a page that fails while words are waited for",
        {"wait_until_words_found(\"Saved\")"},
-       404,
-       {"", "Running Script From Database For Selected Router", "RULE",
-        "Step 01. wait_until_words_found(\"Saved\")", "", "!ERROR! ()",
-        "This Entry Will be Skipped.", "Please Check your Router Info And Try Again.", "RULE", ""}},
-      {"an entry that exists",
-       {"check_if_name_exists(\"\")", "nav(\"a.htm\")"},
-       0,
-       {"", "Running Script From Database For Selected Router", "RULE",
-        "Step 01. check_if_name_exists(\"\")", "",
-        "This Entry (Web) Already Exists On The Router, This Entry Will be Skipped.", "RULE", ""}},
+       RunEnd::kPageError,
+       {"Step 01. wait_until_words_found(\"Saved\")", "", "!ERROR! ()", "SKIPPED"}},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.fault);
     ScriptRig rig;
-    rig.pages.Answer(QStringLiteral("PageContainsWords(Web)"), {true});
-    if (c.broken_status != 0) {
+    rig.pages.Answer("PageContainsWords(Web)", {true});
+    if (c.end == RunEnd::kPageError) {
       QObject::connect(&rig.pages.Host(0), &PageHost::navigateError, &rig.browsers, [&rig] {
-        rig.flags.last_page_error = QStringLiteral("NOT_FOUND(404) (http://x/)");
+        rig.flags.last_page_error = u"NOT_FOUND(404) (http://x/)"_s;
         rig.flags.SetPageErrorPending(true);
       });
-      const auto fail = [](FakePageHost& host) {
-        host.LoadBrokenPage(QStringLiteral("http://x/"), 404);
-      };
-      for (const char* call : {"nav", "ClickButton", "run"}) {
-        rig.pages.On(QString::fromLatin1(call), fail);
-      }
-      bool failed = false;
-      rig.pages.On(QStringLiteral("PageContainsWords(Saved)"), [&failed, fail](FakePageHost& host) {
-        if (!std::exchange(failed, true)) {
-          fail(host);
-        }
-      });
-      EXPECT_EQ(rig.Run(Lines(c.script)), RunEnd::kPageError) << c.fault;
-      EXPECT_FALSE(rig.flags.PageErrorPending()) << c.fault << ": ends the next entry, too";
-    } else {
-      rig.Run(Lines(c.script));
+      bool failed = false;  // words are asked for again and again
+      rig.pages.On({"nav", "ClickButton", "run", "PageContainsWords(Saved)"},
+                   [&failed](FakePageHost& host) {
+                     if (!std::exchange(failed, true)) {
+                       host.LoadBrokenPage(404);
+                     }
+                   });
     }
-    EXPECT_EQ(rig.log.Text(), Log(c.log)) << c.fault;
+    EXPECT_EQ(rig.Run(c.script), c.end);
+    EXPECT_FALSE(rig.flags.PageErrorPending()) << "ends the next entry, too";
+    QStringList log = Lines({"", "Running Script From Database For Selected Router", "RULE"}) +
+                      Lines(c.log) + Lines({"RULE", ""});
+    log.replaceInStrings(u"RULE"_s, QString(71, u'-'));
+    log.replaceInStrings(u"SKIPPED"_s,
+                         u"This Entry Will be Skipped.\r\n"
+                         "Please Check your Router Info And Try Again."_s);
+    EXPECT_EQ(rig.log.Text(), log.join(u"\r\n"_s));
   }
 }
 
 TEST(Run, IsNotEvenHeadedWhenItWasStoppedBefore) {
   ScriptRig rig;
   rig.flags.SetJobStopRequested(true);
-  EXPECT_EQ(rig.Run({QStringLiteral("nav(\"a\")")}), RunEnd::kStopped);
+  EXPECT_EQ(rig.Run({"nav(\"a\")"}), RunEnd::kStopped);
   EXPECT_EQ(rig.log.Text(), QString());
   EXPECT_EQ(rig.pages.calls, QStringList());
 }
@@ -118,21 +90,22 @@ TEST(Run, IsNotEvenHeadedWhenItWasStoppedBefore) {
 TEST(SettleCheck, ReadsUntilTwoReadsAreEqualAndSixTimesAtMost) {
   const struct {
     const char* fault;
-    QList<QJsonValue> states;
+    QString states;  // a letter a read
     int reads;
   } cases[] = {
-      {"a page at rest", {QStringLiteral("a")}, 2},
-      {"a page that changes once", {QStringLiteral("a"), QStringLiteral("b")}, 3},
-      {"an empty page", {QString()}, 1},
-      {"a page that never rests",
-       {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("b"),
-        QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("b")},
-       6},
+      {"a page at rest", u"a"_s, 2},
+      {"a page that changes once", u"ab"_s, 3},
+      {"an empty page", u""_s, 1},
+      {"a page that never rests", u"abababab"_s, 6},
   };
   for (const auto& c : cases) {
     ScriptRig rig;
-    rig.pages.Answer(QStringLiteral("ReadMarkupState"), c.states);
-    EXPECT_EQ(rig.Run({QStringLiteral("set_name(\"a,\")")}), RunEnd::kAllLinesDone) << c.fault;
+    QList<QJsonValue> states;
+    for (const QChar state : c.states) {
+      states.append(QString(state));
+    }
+    rig.pages.Answer("ReadMarkupState", states.isEmpty() ? QList<QJsonValue>{u""_s} : states);
+    EXPECT_EQ(rig.Run({"set_name(\"a,\")"}), RunEnd::kAllLinesDone) << c.fault;
     EXPECT_EQ(rig.pages.settle_reads, c.reads) << c.fault;
     EXPECT_EQ(rig.pages.calls.size(), 1) << c.fault;
   }
@@ -142,26 +115,24 @@ TEST(DebugMode, HoldsBehindEveryLineAndArmsTheNextHold) {
   ScriptRig rig;
   rig.options.debug_mode = true;
   rig.flags.SetJobDebugMode(true);  // as a job does that begins in debug mode
-  rig.Start(Lines({"one", "two", "three"}));
+  rig.Start({"one", "two", "three"});
   for (int hold = 1; hold <= 3; ++hold) {
-    ASSERT_TRUE(RunUntil([&] { return rig.order.count(QStringLiteral("hold")) == hold; }));
-    if (hold == 3) {
-      rig.options.debug_mode = false;
-    }
+    ASSERT_TRUE(RunUntil([&] { return rig.order.count(u"hold"_s) == hold; }));
+    rig.options.debug_mode = hold < 3;
     rig.flags.SetJobDebugMode(false);
   }
-  ASSERT_TRUE(RunUntil([&] { return !rig.IsRunning(); }));
+  ASSERT_TRUE(rig.Ends());
   EXPECT_EQ(rig.order, Lines({"Step 01", "hold", "button on", "button on", "Step 02", "hold",
                               "button on", "button on", "Step 03", "hold", "button on"}));
   EXPECT_TRUE(rig.log.Text().contains(
-      QStringLiteral("\r\n-------Click 'Proceed To Next Command' To Continue-------\r\n\r\nStep")));
+      u"\r\n-------Click 'Proceed To Next Command' To Continue-------\r\n\r\nStep"_s));
 }
 
 TEST(DebugMode, CheckedDuringAJobHoldsOneLineLater) {
   ScriptRig rig;
   rig.options.debug_mode = true;
-  rig.Start(Lines({"one", "two"}));
-  ASSERT_TRUE(RunUntil([&] { return rig.order.contains(QStringLiteral("hold")); }));
+  rig.Start({"one", "two"});
+  ASSERT_TRUE(RunUntil([&] { return rig.order.contains(u"hold"_s); }));
   EXPECT_EQ(rig.order, Lines({"Step 01", "button on", "Step 02", "hold", "button on"}));
 }
 
@@ -169,47 +140,46 @@ TEST(Throttle, StandsBehindTheHold) {
   ScriptRig rig;
   rig.options.throttle = true;
   rig.flags.SetJobDebugMode(true);
+  rig.Start({"one"});
+  ASSERT_TRUE(RunUntil([&] { return rig.order.contains(u"hold"_s); }));
   QElapsedTimer since_proceed;
-  rig.Start(Lines({"one"}));
-  ASSERT_TRUE(RunUntil([&] { return rig.order.contains(QStringLiteral("hold")); }));
   since_proceed.start();
   rig.flags.SetJobDebugMode(false);
-  ASSERT_TRUE(RunUntil([&] { return !rig.IsRunning(); }));
+  ASSERT_TRUE(rig.Ends());
   EXPECT_GE(since_proceed.elapsed(), 490);
 }
 
 TEST(Run, GoesOnWithTheBrowserOnShow) {
   ScriptRig rig;
-  rig.pages.On(QStringLiteral("ClickButton(Edit)"),
-               [](FakePageHost& host) { host.OpenPopup().LoadPage(); });
-  rig.pages.On(QStringLiteral("ClickButton(Close)"),
-               [](FakePageHost& host) { host.CloseWindow(); });
-  EXPECT_EQ(rig.Run(Lines({"click_button(\"Edit\")", "set_name(\"a,\")", "click_button(\"Close\")",
-                           "set_name(\"b,\")"})),
-            RunEnd::kAllLinesDone);
+  rig.pages.On({"ClickButton(Edit)"}, OpenPopup);
+  rig.pages.On({"ClickButton(Close)", "run close()"}, CloseWindow);
+  rig.Run({"click_button(\"Edit\")", "set_name(\"a,\")", "click_button(\"Close\")",
+           "set_name(\"b,\")", "click_button(\"Edit\")", "call_javascript(\"close()\")",
+           "set_name(\"c,\")"});
+  EXPECT_EQ(rig.End(), RunEnd::kAllLinesDone);
   EXPECT_EQ(rig.pages.calls,
             Lines({"ClickButton(Edit)", "popup 1: SetElementValue(a, Web, false)",
-                   "popup 1: ClickButton(Close)", "SetElementValue(b, Web, false)"}));
+                   "popup 1: ClickButton(Close)", "SetElementValue(b, Web, false)",
+                   "ClickButton(Edit)", "popup 1: run close()", "SetElementValue(c, Web, false)"}));
   // The page that opened the popup is still there to answer; the one that closed itself is not.
-  EXPECT_EQ(rig.Results(),
-            Lines({"(Successful)", "(Successful)", "(Failed - Object Not Found)", "(Successful)"}));
+  EXPECT_EQ(rig.Results(), Lines({kOk, kOk, "(Failed - Object Not Found)", kOk, kOk, kOk, kOk}));
 }
 
 TEST(Run, KeepsItsStateForItselfAndTheFlagsForTheNext) {
   ScriptRig rig;
-  rig.pages.Answer(QStringLiteral("ComboHasOption"), {true});
-  rig.pages.Answer(QStringLiteral("ExtractBetweenMarkers"), {QStringLiteral("?id=7")});
-  rig.Run(Lines({"set_frame_number(\"2\")", "set_frame_name(\"main\")", "set_next_letter(\"\")",
-                 "set_custom(\"a,1,x\")", "set_type_choices(\"T|U|B\")", "is_in_combo(\"list\")",
-                 "add_to_nav(\"b,a\")"}));
+  rig.pages.Answer("ComboHasOption", {true});
+  rig.pages.Answer("ExtractBetweenMarkers", {u"?id=7"_s});
+  rig.Run({"set_frame_number(\"2\")", "set_frame_name(\"main\")", "set_next_letter(\"\")",
+           "set_custom(\"a,1,x\")", "set_type_choices(\"T|U|B\")", "is_in_combo(\"list\")",
+           "add_to_nav(\"b,a\")"});
   rig.pages.calls.clear();
   rig.entry.is_first_entry = false;
-  rig.Run(Lines({"set_custom(\"abc\")", "set_combobox(\"p,0\")", "nav(\"x\")",
-                 "set_name_if_in_combo_true(\"n\")"}));
+  rig.Run({"set_custom(\"abc\")", "set_combobox(\"p,0\")", "nav(\"x\")",
+           "set_name_if_in_combo_true(\"n\")"});
   EXPECT_EQ(rig.pages.calls,
             Lines({"SetElementValue(abc, , false)", "SetComboValue(p, , , false)",
                    "nav http://192.168.1.1/x?id=7", "SetElementValue(n, Web, false)"}));
 }
 
 }  // namespace
-}  // namespace quayline
+}  // namespace quayline::testing

@@ -10,18 +10,21 @@
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 // "S+C+A+" for the modifiers, then the typed text, or the key's number where it types nothing.
 QString Shown(const QList<KeyStroke>& strokes) {
   QStringList shown;
   for (const KeyStroke& stroke : strokes) {
-    QString one;
-    one += stroke.modifiers.testFlag(Qt::ShiftModifier) ? QStringLiteral("S+") : QString();
-    one += stroke.modifiers.testFlag(Qt::ControlModifier) ? QStringLiteral("C+") : QString();
-    one += stroke.modifiers.testFlag(Qt::AltModifier) ? QStringLiteral("A+") : QString();
-    shown.append(
-        one + (stroke.text.isEmpty() ? QStringLiteral("#%1").arg(stroke.key, 0, 16) : stroke.text));
+    QString one = stroke.text.isEmpty() ? u"#%1"_s.arg(stroke.key, 0, 16) : stroke.text;
+    for (const auto& [modifier, sign] :
+         {std::pair(Qt::AltModifier, u"A+"_s), std::pair(Qt::ControlModifier, u"C+"_s),
+          std::pair(Qt::ShiftModifier, u"S+"_s)}) {
+      one.prepend(stroke.modifiers.testFlag(modifier) ? sign : QString());
+    }
+    shown.append(one);
   }
-  return shown.join(QLatin1Char(' '));
+  return shown.join(u' ');
 }
 
 TEST(KeySequence, ReadsTheClassicNotation) {
@@ -55,10 +58,7 @@ TEST(KeySequence, ReadsTheClassicNotation) {
     EXPECT_EQ(Shown(ParseKeys(QString::fromUtf8(c.notation))), QString::fromUtf8(c.expected))
         << c.fault;
   }
-}
-
-TEST(KeySequence, AHugeCountIsCutShort) {
-  EXPECT_LE(ParseKeys(QStringLiteral("{a 2000000000}")).size(), 1000);
+  EXPECT_LE(ParseKeys(u"{a 2000000000}"_s).size(), 1000) << "a huge count";
 }
 
 }  // namespace

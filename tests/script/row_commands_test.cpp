@@ -1,29 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <gtest/gtest.h>
-
 #include "script/script_rig.h"
-#include "test_main.h"
 
-namespace quayline {
+namespace quayline::testing {
 namespace {
 
-using testing::CheckScripts;
-using testing::Lines;
-using testing::ScriptRig;
+using namespace Qt::StringLiterals;
 
-constexpr char kOk[] = "(Successful)";
+void ThirdEntry(ScriptRig& rig) { rig.entry.entry_index = 3; }
 
-auto EntryNumber(int number) {
-  return [number](ScriptRig& rig) { rig.entry.entry_index = number; };
-}
-
-auto Boxes(std::vector<std::pair<const char*, const char*>> values) {
-  return [values = std::move(values)](ScriptRig& rig) {
+// What boxes of these names hold.
+auto Boxes(const std::vector<std::pair<const char*, QString>>& values) {
+  return [values](ScriptRig& rig) {
     for (const auto& [name, value] : values) {
-      rig.pages.Answer(QStringLiteral("GetElementValue(%1)").arg(QString::fromLatin1(name)),
-                       {QString::fromLatin1(value)});
+      rig.pages.Answer(("GetElementValue(" + std::string(name) + ")").c_str(), {value});
     }
   };
 }
@@ -31,169 +22,139 @@ auto Boxes(std::vector<std::pair<const char*, const char*>> values) {
 TEST(RowNames, GoWithTheEntryNumber) {
   CheckScripts({
       {"the letter of the third entry",
-       {"set_next_letter(\"\")", "set_name(\"n,0\")"},
-       {"SetElementValue(nC, Web, false)"},
-       {"(Successful) (C)", kOk},
-       EntryNumber(3)},
+       R"(set_next_letter("")  = ok (C)
+          set_name("n,0")      > SetElementValue(nC, Web, false))",
+       ThirdEntry},
       {"the first element belongs to entry 0",
-       {"set_name_array(\"x|y\")", "set_next_name_array(\"\")"},
-       {},
-       {kOk, "(Successful) (x)"}},
+       R"(set_name_array("x|y")
+          set_next_name_array("")  = ok (x))"},
       {"an entry beyond the array keeps the name before",
-       {"set_next_letter(\"\")", "set_name_array(\"x|y\")", "set_next_name_array(\"\")"},
-       {},
-       {"(Successful) (C)", kOk, "(Successful) ()"},
-       EntryNumber(3)},
-      {"no array", {"set_next_name_array(\"\")"}, {}, {"(Successful) ()"}},
+       R"(set_next_letter("")      = ok (C)
+          set_name_array("x|y")
+          set_next_name_array("")  = ok ())",
+       ThirdEntry},
+      {"no array", R"(set_next_name_array("")  = ok ())"},
   });
 }
 
 TEST(FreeRow, IsLookedForBoxByBox) {
-  const char* const kArray = "set_name_array(\"1|| |2|3\")";
   CheckScripts({
       {"a box that holds 0 is taken",
-       {"set_name_array(\"1|2\")", "set_name_to_check(\"port_x,2\")", "set_name(\"n,0\")"},
-       {"GetElementValue(port1_x)", "SetElementValue(n1, Web, false)"},
-       {kOk, "(Successful) (Current Name From Name Array 1)", kOk},
-       Boxes({{"port1_x", "0"}})},
+       R"(set_name_array("1|2")
+          set_name_to_check("port_x,2")  > GetElementValue(port1_x)
+            = ok (Current Name From Name Array 1)
+          set_name("n,0")                > SetElementValue(n1, Web, false))",
+       Boxes({{"port1_x", u"0"_s}})},
       {"empty elements are asked for, or the search goes on behind the free row",
-       {kArray, "set_name_to_check(\"port,\")"},
-       {"GetElementValue(port1)", "GetElementValue(port2)"},
-       {kOk, "(Successful) (Current Name From Name Array 2)"},
-       Boxes({{"port1", "80"}, {"port2", ""}})},
+       R"(set_name_array("1|| |2|3")
+          set_name_to_check("port,")  > GetElementValue(port1)  > GetElementValue(port2)
+            = ok (Current Name From Name Array 2))",
+       Boxes({{"port1", u"80"_s}, {"port2", u""_s}})},
       {"the empty position stays empty for the next line",
-       {kArray, "set_name_to_check(\"port,\")", "set_name(\"n\")"},
-       {"GetElementValue(port1)", "SetElementValue(n1, Web, false)"},
-       {kOk, "(Successful) (Current Name From Name Array 1)", kOk}},
+       R"(set_name_array("1|| |2|3")
+          set_name_to_check("port,")  > GetElementValue(port1)
+            = ok (Current Name From Name Array 1)
+          set_name("n")               > SetElementValue(n1, Web, false))"},
       {"a full page leaves an element, not the last value",
-       {"set_name_array(\"1|2\")", "set_name_to_check(\"port,0\")"},
-       {"GetElementValue(port1)", "GetElementValue(port2)"},
-       {kOk, "(Successful) (Current Name From Name Array 90)"},
-       Boxes({{"port1", "80"}, {"port2", "90"}})},
+       R"(set_name_array("1|2")
+          set_name_to_check("port,0")  > GetElementValue(port1)  > GetElementValue(port2)
+            = ok (Current Name From Name Array 90))",
+       Boxes({{"port1", u"80"_s}, {"port2", u"90"_s}})},
       {"no array keeps the name before",
-       {"set_next_letter(\"\")", "set_name_to_check(\"port,0\")"},
-       {},
-       {"(Successful) (A)", "(Successful) (Current Name From Name Array )"}},
+       R"(set_next_letter("")          = ok (A)
+          set_name_to_check("port,0")  = ok (Current Name From Name Array ))"},
       {"the row that is in use",
-       {kArray, "set_name_to_check_find_value(\"port,0\")"},
-       {"GetElementValue(port1)", "GetElementValue(port2)", "GetElementValue(port3)"},
-       {kOk, "(Successful) (Current Name From Name Array 3)"},
-       Boxes({{"port1", "0"}, {"port2", ""}, {"port3", "80"}})},
+       R"(set_name_array("1|| |2|3")
+          set_name_to_check_find_value("port,0")  > GetElementValue(port1)
+            > GetElementValue(port2)  > GetElementValue(port3)
+            = ok (Current Name From Name Array 3))",
+       Boxes({{"port1", u"0"_s}, {"port2", u""_s}, {"port3", u"80"_s}})},
   });
 }
 
 TEST(FreeString, IsLookedForInThePage) {
-  const auto Used = [](ScriptRig& rig) {
-    rig.pages.Answer(QStringLiteral("PageContainsWords(Rule 1 )"), {true});
-    rig.entry.entry_name = QStringLiteral("Web");
-  };
+  const auto used = [](ScriptRig& rig) { rig.pages.Answer("PageContainsWords(Rule 1 )", {true}); };
   CheckScripts({
       {"a used string, or the name changes with it",
-       {"set_next_letter(\"\")", "set_name_array(\"1|2\")", "set_string_to_check(\"Rule  ,1\")",
-        "set_number(\"n,0\")"},
-       {"PageContainsWords(Rule 1 )", "PageContainsWords(Rule 2 )",
-        "SetElementValue(nA, 2, false)"},
-       {"(Successful) (A)", kOk, "(Successful) (2)", kOk},
-       Used},
+       R"(set_next_letter("")              = ok (A)
+          set_name_array("1|2")
+          set_string_to_check("Rule  ,1")  > PageContainsWords(Rule 1 )
+            > PageContainsWords(Rule 2 )  = ok (2)
+          set_number("n,0")                > SetElementValue(nA, 2, false))",
+       used},
       {"all used: the one before stays",
-       {"set_name_array(\"2\")", "set_string_to_check(\"Rule  ,1\")", "set_name_array(\"1\")",
-        "set_string_to_check(\"Rule  ,1\")"},
-       {"PageContainsWords(Rule 2 )", "PageContainsWords(Rule 1 )"},
-       {kOk, "(Successful) (2)", kOk, "(Successful) ()"},
-       Used},
+       R"(set_name_array("2")
+          set_string_to_check("Rule  ,1")  > PageContainsWords(Rule 2 )  = ok (2)
+          set_name_array("1")
+          set_string_to_check("Rule  ,1")  > PageContainsWords(Rule 1 )  = ok ())",
+       used},
   });
 }
 
 TEST(InCombo, IsAskedTwiceAndTakesTheSecondAnswer) {
-  const auto Protocol = [](const char* protocol, const QList<QJsonValue>& answers) {
+  const auto entry = [](const char* protocol, const QList<QJsonValue>& answers) {
     return [protocol, answers](ScriptRig& rig) {
-      rig.entry.entry_protocol = QString::fromLatin1(protocol);
-      rig.entry.entry_name = QStringLiteral("%1 Web");
+      rig.entry.entry_protocol = QLatin1String(protocol);
+      rig.entry.entry_name = u"%1 Web"_s;
       rig.flags.in_combo = true;
-      rig.pages.Answer(QStringLiteral("ComboHasOption"), answers);
+      rig.pages.Answer("ComboHasOption", answers);
     };
   };
-  const std::vector<const char*> special{"is_in_combo_special_1(\"list\")",
-                                         "set_name_if_in_combo_true(\"n,\")"};
   CheckScripts({
       {"commas in the list's name, the first answer",
-       {"is_in_combo(\"a,b\")", "set_name_if_in_combo_true(\"t,\")",
-        "set_name_if_in_combo_false(\"f,\")"},
-       {"ComboHasOption(a,b, %1 Web)", "ComboHasOption(a,b, %1 Web)",
-        "SetElementValue(f, %1 Web, false)"},
-       {"True", kOk},
-       Protocol("TCP", {true, false})},
+       R"(is_in_combo("a,b")  > ComboHasOption(a,b, %1 Web)  > ComboHasOption(a,b, %1 Web)  = True
+          set_name_if_in_combo_true("t,")  = -
+          set_name_if_in_combo_false("f,")  > SetElementValue(f, %1 Web, false))",
+       entry("TCP", {true, false})},
       {"the label of both protocols",
-       special,
-       {"ComboHasOption(list, %1 Web [TCP/80~90])", "ComboHasOption(list, %1 Web [TCP/80~90])",
-        "SetElementValue(n, %1 Web, false)"},
-       {"False", kOk},
-       Protocol("TCP/UDP", {false, true})},
+       R"(is_in_combo_special_1("list")    > ComboHasOption(list, %1 Web [TCP/80~90])
+            > ComboHasOption(list, %1 Web [TCP/80~90])  = False
+          set_name_if_in_combo_true("n,")  > SetElementValue(n, %1 Web, false))",
+       entry("TCP/UDP", {false, true})},
       {"the label of udp",
-       special,
-       {"ComboHasOption(list, %1 Web [UDP/80~90])", "ComboHasOption(list, %1 Web [UDP/80~90])"},
-       {"False"},
-       Protocol("udp", {false})},
+       R"(is_in_combo_special_1("list")    > ComboHasOption(list, %1 Web [UDP/80~90])
+            > ComboHasOption(list, %1 Web [UDP/80~90])  = False
+          set_name_if_in_combo_true("n,")  = -)",
+       entry("udp", {false})},
       {"another protocol is asked for, or clears the flag",
-       special,
-       {"SetElementValue(n, %1 Web, false)"},
-       {kOk},
-       Protocol("ICMP", {false})},
+       R"(is_in_combo_special_1("list")    = -
+          set_name_if_in_combo_true("n,")  > SetElementValue(n, %1 Web, false))",
+       entry("ICMP", {false})},
       {"a rule is chosen by part of its label",
-       {"set_combobox_name_if_in_combo_true_special_1(\"l,\")",
-        "set_combobox_name_if_in_combo_false_special_1(\"l,\")"},
-       {"SetComboValue(l, %1 Web [TCP/80~90], , false)"},
-       {kOk},
-       Protocol("TCP", {})},
-      {"a label for no protocol",
-       {"set_combobox_name_if_in_combo_true_special_1(\"l,\")"},
-       {},
-       {},
-       Protocol("", {})},
+       R"(set_combobox_name_if_in_combo_true_special_1("l,")
+            > SetComboValue(l, %1 Web [TCP/80~90], , false)
+          set_combobox_name_if_in_combo_false_special_1("l,")  = -)",
+       entry("TCP", {})},
+      {"a label for no protocol", R"(set_combobox_name_if_in_combo_true_special_1("l,")  = -)",
+       entry("", {})},
   });
 }
 
-TEST(CheckIfNameExists, EndsTheEntryAtItsNameAlone) {
-  CheckScripts({
-      {"the argument is looked for, or a line runs behind it",
-       {"check_if_name_exists(\"Other\")", "set_name(\"n,\")"},
-       {"PageContainsWords(Web)"},
-       {"This Entry (Web) Already Exists On The Router, This Entry Will be Skipped."},
-       [](ScriptRig& rig) { rig.pages.Answer(QStringLiteral("PageContainsWords(Web)"), {true}); },
-       RunEnd::kEntryExists},
-      {"a new entry is logged",
-       {"check_if_name_exists(\"\")", "set_name(\"n,\")"},
-       {"PageContainsWords(Web)", "SetElementValue(n, Web, false)"},
-       {kOk}},
-  });
-}
-
-TEST(Firmware, CommandsOfSingleModels) {
-  const auto single_port = [](ScriptRig& rig) {
-    rig.entry.entry_end_port = rig.entry.entry_start_port;
-  };
-  const std::vector<const char*> verizon{
-      "set_next_letter(\"\")", "set_name(\"n,0\")",
-      "set_combobox_actiontec_mi424wr_verizon_if_in_combo_false(\"type,Range,Single\")",
-      "set_ports_actiontec_mi424wr_verizon_if_in_combo_false(\"from,to\")"};
+TEST(OddCommands, DoTheirOwn) {
   CheckScripts({
       {"a range, with the name inserted",
-       verizon,
-       {"SetElementValue(nA, Web, false)", "SetComboValue(type, Range, , false)",
-        "SetElementValue(from, 80, false)", "SetElementValue(to, 90, false)"},
-       {"(Successful) (A)", kOk, kOk, kOk, kOk}},
+       R"(set_next_letter("")  = ok (A)
+          set_name("n,0")      > SetElementValue(nA, Web, false)
+          set_combobox_actiontec_mi424wr_verizon_if_in_combo_false("type,Range,Single")
+            > SetComboValue(type, Range, , false)
+          set_ports_actiontec_mi424wr_verizon_if_in_combo_false("from,to")
+            > SetElementValue(from, 80, false)  > SetElementValue(to, 90, false)  = ok  = ok)"},
       {"a single port in two boxes",
-       verizon,
-       {"SetElementValue(nA, Web, false)", "SetComboValue(type, Single, , false)",
-        "SetElementValue(from, 80, false)"},
-       {"(Successful) (A)", kOk, kOk, kOk},
-       single_port},
+       R"(set_next_letter("")  = ok (A)
+          set_name("n,0")      > SetElementValue(nA, Web, false)
+          set_combobox_actiontec_mi424wr_verizon_if_in_combo_false("type,Range,Single")
+            > SetComboValue(type, Single, , false)
+          set_ports_actiontec_mi424wr_verizon_if_in_combo_false("from,to")
+            > SetElementValue(from, 80, false))",
+       [](ScriptRig& rig) { rig.entry.entry_end_port = rig.entry.entry_start_port; }},
+      {"a new entry is logged",
+       R"(check_if_name_exists("")  > PageContainsWords(Web)  = -
+          set_name("n,")            > SetElementValue(n, Web, false))"},
       {"boxes without names: one is logged, the other not",
-       {"give_names_to_nameless_boxes(\"\")", "set_tomato_firmware_v1_tweak(\"\")"},
-       {"NameNamelessBoxes()", "NameOnchangeBoxes()"},
-       {kOk}},
+       R"(give_names_to_nameless_boxes("")  > NameNamelessBoxes()  = -
+          set_tomato_firmware_v1_tweak("")  > NameOnchangeBoxes())"},
   });
 }
 
 }  // namespace
-}  // namespace quayline
+}  // namespace quayline::testing

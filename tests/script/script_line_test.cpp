@@ -10,6 +10,8 @@
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 TEST(ScriptLine, IsCutByPositionAlone) {
   const struct {
     const char* fault;
@@ -58,18 +60,14 @@ TEST(InsertAt, CountsFromTheEnd) {
       {"beyond 32 bits", "4294967298", "abcde"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(InsertAt(QStringLiteral("abcde"), QString::fromUtf8(c.position), QStringLiteral("B")),
-              QLatin1String(c.expected))
+    EXPECT_EQ(InsertAt(u"abcde"_s, QLatin1String(c.position), u"B"_s), QLatin1String(c.expected))
         << c.fault;
   }
-  EXPECT_EQ(InsertAt(QStringLiteral("abcde"), QStringLiteral("2"), QString()),
-            QStringLiteral("abcde"));
+  EXPECT_EQ(InsertAt(u"abcde"_s, u"2"_s, {}), u"abcde"_s) << "nothing to insert";
 }
 
 TEST(EntryLetter, GoesOnBehindZWithoutAWrap) {
-  EXPECT_EQ(EntryLetter(1), QStringLiteral("A"));
-  EXPECT_EQ(EntryLetter(26), QStringLiteral("Z"));
-  EXPECT_EQ(EntryLetter(27), QStringLiteral("["));
+  EXPECT_EQ(EntryLetter(1) + EntryLetter(26) + EntryLetter(27), u"AZ["_s);
 }
 
 TEST(TruthValue, TellsNoAnswerFromFalse) {

@@ -10,142 +10,129 @@
 namespace quayline {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 // "error [what is marked] sentence", one a finding.
 QStringList Lint(const QString& line) {
   QStringList told;
   for (const LintFinding& finding : LintScriptLine(line)) {
-    told.append(QStringLiteral("%1 [%2] ")
-                    .arg(finding.severity == LintSeverity::kError ? QStringLiteral("error")
-                                                                  : QStringLiteral("warning"),
-                         line.mid(finding.start, finding.length)) +
-                LintSentence(finding));
+    const bool is_error = finding.severity == LintSeverity::kError;
+    told.append((is_error ? u"error ["_s : u"warning ["_s) +
+                line.mid(finding.start, finding.length) + u"] "_s + LintSentence(finding));
   }
   return told;
 }
 
-struct LintCase {
-  const char* line;
-  const char* told;  // how the finding begins; nothing: the line is fine
-};
-
-void Check(const std::vector<LintCase>& cases) {
-  for (const LintCase& c : cases) {
-    const QStringList told = Lint(QString::fromUtf8(c.line));
-    if (c.told == nullptr) {
-      EXPECT_EQ(told, QStringList()) << c.line;
-    } else {
-      ASSERT_EQ(told.size(), 1) << c.line << ": " << told.join(QLatin1Char('|')).toStdString();
-      EXPECT_TRUE(told[0].startsWith(QString::fromUtf8(c.told)))
-          << c.line << ": " << told[0].toStdString();
-    }
+// Lines that are fine, and lines with what one finding about them begins with.
+void Check(const std::vector<const char*>& fine,
+           const std::vector<std::pair<const char*, const char*>>& wrong) {
+  for (const char* line : fine) {
+    EXPECT_EQ(Lint(QString::fromUtf8(line)), QStringList()) << line;
+  }
+  for (const auto& [line, finding] : wrong) {
+    const QStringList told = Lint(QString::fromUtf8(line));
+    ASSERT_EQ(told.size(), 1) << line << ": " << told.join(u'|').toStdString();
+    EXPECT_TRUE(told[0].startsWith(QLatin1String(finding)))
+        << line << ": " << told[0].toStdString();
   }
 }
 
 TEST(ScriptLint, NamesThatNoCommandHas) {
-  Check({
-      {"SET_Name(\"a,\")", nullptr},
-      {"", nullptr},
-      {"  ", nullptr},
-      {"--- the rules (new firmware) ---", nullptr},
-      {"Now the page with the rules", nullptr},
-      {" set_name(\"a,\")", "error [ set_name] The blanks in the name"},
-      {"set _name(\"a,\")", "error [set _name] The blanks in the name"},
-      {"nav (\"a\")", "error [nav ] The blanks"},
-      {"set_nmae(\"a,\")",
-       "warning [set_nmae] There is no command \"set_nmae\", so this line does "
-       "nothing. Did you mean \"set_name\"?"},
-      {"set-stop-port(\"a,\")",
-       "warning [set-stop-port] There is no command \"set-stop-port\", so "
-       "this line does nothing. Did you mean \"set_stop_port\"?"},
-      {"set_combobox_if_in_combo_tru", "warning [set_combobox_if_in_combo_tru] There is no"},
-      {"frobnicate(\"a\")",
-       "warning [frobnicate] There is no command \"frobnicate\", so this line "
-       "does nothing."},
-      {"(\"%1 a\")", "warning"},
-      {"click(\"%2\")", "warning [click] There is no command \"click\""},
-  });
+  Check({"SET_Name(\"a,\")", "", "  ", "--- the rules (new firmware) ---",
+         "Now the page with the rules"},
+        {
+            {" set_name(\"a,\")", "error [ set_name] The blanks in the name"},
+            {"set _name(\"a,\")", "error [set _name] The blanks in the name"},
+            {"nav (\"a\")", "error [nav ] The blanks"},
+            {"set_nmae(\"a,\")",
+             "warning [set_nmae] There is no command \"set_nmae\", so this line does "
+             "nothing. Did you mean \"set_name\"?"},
+            {"set-stop-port(\"a,\")",
+             "warning [set-stop-port] There is no command \"set-stop-port\", so "
+             "this line does nothing. Did you mean \"set_stop_port\"?"},
+            {"set_combobox_if_in_combo_tru", "warning [set_combobox_if_in_combo_tru] There is no"},
+            {"frobnicate(\"a\")",
+             "warning [frobnicate] There is no command \"frobnicate\", so this line "
+             "does nothing."},
+            {"(\"%1 a\")", "warning"},
+            {"click(\"%2\")", "warning [click] There is no command \"click\""},
+        });
 }
 
 TEST(ScriptLint, ArgumentsThatAreCutAtTheWrongPlace) {
-  Check({
-      {"clear_cache", nullptr},
-      {"nav(\"\")", nullptr},
-      {"wait_until_words_found(\"say \"(yes)\", please\")", nullptr},
-      {"nav",
-       "error [nav] This line runs, and without an argument. The command is written "
-       "nav(\"path\")."},
-      {"nav(a.htm)", "error [(a.htm)] The argument stands between"},
-      {"nav('a.htm')", "error [('a.htm')]"},
-      {"nav(\"a.htm\") ", "error [(\"a.htm\") ]"},
-      {"nav(\"a.htm\")  first", "error"},
-      {"nav(\"a.htm)", "error"},
-      {"nav(\")", "error [(\")]"},  // the same two characters cannot be both ends
-      {"nav (\"\xE2\x80\x9C", "error [nav ]"},
-      {"nav(", "error [(]"},
-      {"clear_cache(\"now\")", "warning [now] The command takes no argument"},
-  });
+  Check({"clear_cache", "nav(\"\")", "wait_until_words_found(\"say \"(yes)\", please\")"},
+        {
+            {"nav",
+             "error [nav] This line runs, and without an argument. The command is written "
+             "nav(\"path\")."},
+            {"nav(a.htm)", "error [(a.htm)] The argument stands between"},
+            {"nav('a.htm')", "error [('a.htm')]"},
+            {"nav(\"a.htm\") ", "error [(\"a.htm\") ]"},
+            {"nav(\"a.htm\")  first", "error"},
+            {"nav(a.htm\")", "error [(a.htm\")]"},
+            {"nav(\"a.htm)", "error"},
+            {"nav(\")", "error [(\")]"},  // the same two characters cannot be both ends
+            {"nav (\"\xE2\x80\x9C", "error [nav ]"},
+            {"nav(", "error [(]"},
+            {"clear_cache(\"now\")", "warning [now] The command takes no argument"},
+        });
 }
 
 TEST(ScriptLint, FieldsThatAreMissingOrLost) {
-  Check({
-      {"set_name(\"a,\")", nullptr},
-      {"set_name(\",1\")", "error [1] The position 1 is counted from the end of \"\""},
-      {"set_name(\",0\")", nullptr},  // the current name alone
-      {"set_name_to_check(\",\")", nullptr},
-      {"set_port_range(\"a,\")", nullptr},
-      {"set_ip1(\"a,,true\")", nullptr},
-      {"click_button_ignore_page_loading(\"Save\")", nullptr},
-      {"set_type_choices(\"T|U\")", nullptr},
-      {"click_button(\"Save, please\")", nullptr},
-      {"set_name(\"a\")", "warning [a] Without the field \"position\" that of an earlier line"},
-      {"set_custom(\"a,\")",
-       "error [set_custom(\"a,\")] The field \"value\" is missing: the command takes "
-       "\"field,position,value\"."},
-      {"set_custom(\"a,,1,5\")", "error [,5] The argument ends here"},
-      {"call_javascript(\"f(1, 2)\")", "error [ 2)] The field \"position\" should be a number"},
-      {"set_type_choices(\"a|b|c|d\")", "error [|d] The argument ends here"},
-      {"set_name(\",\")", "error [set_name(\",\")] The field \"field\" is empty."},
-      {"wait_until_words_found(\"\")", "error"},
-      {"set_custom(\"\")", "error [set_custom(\"\")] The field \"field\" is empty."},
-      {"click_button_onclick(\"a\")", "error [a] The field \"onclick text\" is missing"},
-      {"set_checkbox_by_name_string(\"3,<tr>\")", "error [<tr>] The field \"end marker\""},
-  });
+  Check(
+      {"set_name(\"a,\")", "set_name(\",0\")", "set_name_to_check(\",\")", "set_port_range(\"a,\")",
+       "set_ip1(\"a,,true\")", "click_button_ignore_page_loading(\"Save\")",
+       "set_type_choices(\"T|U\")", "click_button(\"Save, please\")"},
+      {
+          {"set_name(\",1\")", "error [1] The position 1 is counted from the end of \"\""},
+          {"set_name(\"a\")", "warning [a] Without the field \"position\" that of an earlier line"},
+          {"set_custom(\"a,\")",
+           "error [set_custom(\"a,\")] The field \"value\" is missing: the command takes "
+           "\"field,position,value\"."},
+          {"set_custom(\"a,,1,5\")", "error [,5] The argument ends here"},
+          {"call_javascript(\"f(1, 2)\")", "error [ 2)] The field \"position\" should be a number"},
+          {"set_type_choices(\"a|b|c|d\")", "error [|d] The argument ends here"},
+          {"set_name(\",\")", "error [set_name(\",\")] The field \"field\" is empty."},
+          {"wait_until_words_found(\"\")", "error"},
+          {"set_custom(\"\")", "error [set_custom(\"\")] The field \"field\" is empty."},
+          {"click_button_onclick(\"a\")", "error [a] The field \"onclick text\" is missing"},
+          {"set_checkbox_by_name_string(\"3,<tr>\")", "error [<tr>] The field \"end marker\""},
+      });
 }
 
 TEST(ScriptLint, NumbersThatAreNone) {
-  Check({
-      {"set_name(\"abc,3\")", nullptr},
-      {"set_name(\"abc,4\")", "error [4] The position 4 is counted from the end of \"abc\""},
-      {"set_name(\"abc,-1\")", "error [-1] The field \"position\" should be a number"},
-      {"set_name(\"abc,x\")", "error [x]"},
-      {"click_button_onclick(\"a,save(),2\")", nullptr},
-      {"click_button_onclick(\"a,go,3\")", "error [3] The position 3 is counted"},
-      {"set_value_by_position(\"v,12\")", nullptr},
-      {"set_value_by_position(\"v,\")", "error"},
-      {"set_password_by_position(\"two\")", "error [two]"},
-      {"set_frame_number(\"0\")", nullptr},
-      {"set_frame_number(\"\")", "error [set_frame_number(\"\")] The field \"frame number\""},
-      {"call_page_submit(\"99999999999\")", "error"},
-      {"timeout(\" 500 \")", nullptr},
-      {"timeout(\"0\")", "error [0] With 0 the line never ends"},
-      {"timeout(\"1.5\")", "error [1.5]"},
-      {"click_button_ignore_page_loading(\"Save,0\")", "error [0] With 0"},
-      {"set_ip1(\"a,,yes\")", "error [yes] The field \"only if empty\" should be true or false"},
-      {"set_ip1(\"a,,-1\")", nullptr},
-      {"nav(\"/a.htm\")", "warning [/] The slash"},
-      {"nav_first_only(\"HTTP://192.168.1.1/a.htm\")", "error [HTTP"},
-  });
+  Check({"set_name(\"abc,3\")", "click_button_onclick(\"a,save(),2\")",
+         "set_value_by_position(\"v,12\")", "set_frame_number(\"0\")", "timeout(\" 500 \")",
+         "set_ip1(\"a,,-1\")"},
+        {
+            {"set_name(\"abc,4\")", "error [4] The position 4 is counted from the end of \"abc\""},
+            {"set_name(\"abc,-1\")", "error [-1] The field \"position\" should be a number"},
+            {"set_name(\"abc,x\")", "error [x]"},
+            {"click_button_onclick(\"a,go,3\")", "error [3] The position 3 is counted"},
+            {"set_value_by_position(\"v,\")", "error"},
+            {"set_password_by_position(\"two\")", "error [two]"},
+            {"set_frame_number(\"\")", "error [set_frame_number(\"\")] The field \"frame number\""},
+            {"call_page_submit(\"99999999999\")", "error"},
+            {"timeout(\"0\")", "error [0] With 0 the line never ends"},
+            {"timeout(\"1.5\")", "error [1.5]"},
+            {"click_button_ignore_page_loading(\"Save,0\")", "error [0] With 0"},
+            {"set_ip1(\"a,,yes\")",
+             "error [yes] The field \"only if empty\" should be true or false"},
+            {"nav(\"/a.htm\")", "warning [/] The slash"},
+            {"nav_first_only(\"HTTP://192.168.1.1/a.htm\")", "error [HTTP"},
+        });
 }
 
 TEST(ScriptLint, CommandsThatDoNotDoWhatTheySay) {
-  Check({
-      {"timeout_if_in_combo_true(\"5\")", "warning [timeout_if_in_combo_true] Whatever its name"},
-      {"timeout_last_only(\"5\")", "warning"},
-      {"click_button_last_only_if_in_combo_true(\"a\")", "warning"},
-      {"set_2ndradiobutton_if_in_combo_false(\"a,,b\")", "warning"},
-      {"click_button_ignore_page_loading_if_in_combo_true(\"Save,2\")", "warning"},
-      {"timeout_first_only(\"5\")", nullptr},
-  });
+  Check({"timeout_first_only(\"5\")"},
+        {
+            {"timeout_if_in_combo_true(\"5\")",
+             "warning [timeout_if_in_combo_true] Whatever its name"},
+            {"timeout_last_only(\"5\")", "warning"},
+            {"click_button_last_only_if_in_combo_true(\"a\")", "warning"},
+            {"set_2ndradiobutton_if_in_combo_false(\"a,,b\")", "warning"},
+            {"click_button_ignore_page_loading_if_in_combo_true(\"Save,2\")", "warning"},
+        });
 }
 
 // The shape that is offered for completion has to pass, apart from its numbers.

@@ -3,13 +3,13 @@
 
 #include "script/script_rig.h"
 
-#include <gtest/gtest.h>
-
-#include "test_main.h"
+#include <QRegularExpression>
 
 namespace quayline::testing {
 
-QStringList Lines(const std::vector<const char*>& lines) {
+using namespace Qt::StringLiterals;
+
+QStringList Lines(const Texts& lines) {
   QStringList all;
   for (const char* line : lines) {
     all.append(QString::fromUtf8(line));
@@ -18,49 +18,50 @@ QStringList Lines(const std::vector<const char*>& lines) {
 }
 
 ScriptRig::ScriptRig()
-    : entry{.http_type = QStringLiteral("http://"),
-            .router_host = QStringLiteral("192.168.1.1"),
-            .username = QStringLiteral("admin"),
-            .password = QStringLiteral("secret"),
-            .shown_password = QStringLiteral("******"),
-            .entry_name = QStringLiteral("Web"),
-            .entry_protocol = QStringLiteral("TCP"),
-            .entry_start_port = QStringLiteral("80"),
-            .entry_end_port = QStringLiteral("90"),
-            .entry_ip = QStringLiteral("192.168.1.100"),
-            .entry_computer_name = QStringLiteral("FrontDesk")},
+    : entry{.http_type = u"http://"_s,
+            .router_host = u"192.168.1.1"_s,
+            .username = u"admin"_s,
+            .password = u"secret"_s,
+            .shown_password = u"******"_s,
+            .entry_name = u"Web"_s,
+            .entry_protocol = u"TCP"_s,
+            .entry_start_port = u"80"_s,
+            .entry_end_port = u"90"_s,
+            .entry_ip = u"192.168.1.100"_s,
+            .entry_computer_name = u"FrontDesk"_s},
       browsers(pages.Factory(), flags, flags.active_browser_index),
-      environment_{
-          .flags = flags,
-          .options = options,
-          .translator = translator_,
-          .log = log,
-          .browsers = browsers,
-          .browser = [this] { return browsers.Active(); },
-          .enable_proceed =
-              [this](bool enabled) {
-                order.append(enabled ? QStringLiteral("button on") : QStringLiteral("button off"));
-              },
-          .tell_wait = [this](const QString& what) { waits.append(what); }} {
+      environment_{.flags = flags,
+                   .options = options,
+                   .translator = translator_,
+                   .log = log,
+                   .browsers = browsers,
+                   .browser = [this] { return browsers.Active(); },
+                   .enable_proceed =
+                       [this](bool on) { order.append(on ? u"button on"_s : u"button off"_s); },
+                   .tell_wait = [this](const QString& what) { waits.append(what); }} {
   QObject::connect(&log, &JobLog::appended, &browsers, [this](const QString& text) {
-    if (text.trimmed().startsWith(QStringLiteral("Step "))) {
+    if (text.trimmed().startsWith(u"Step "_s)) {
       order.append(text.trimmed().left(7));
-    } else if (text.contains(QStringLiteral("Proceed To Next Command"))) {
-      order.append(QStringLiteral("hold"));
+    } else if (text.contains(u"Proceed To Next Command"_s)) {
+      order.append(u"hold"_s);
     }
   });
 }
 
-std::optional<RunEnd> ScriptRig::Run(const QStringList& lines, std::chrono::milliseconds limit) {
+std::optional<RunEnd> ScriptRig::Run(const Texts& lines, std::chrono::milliseconds limit) {
   Start(lines);
-  RunUntil([this] { return !IsRunning(); }, limit);
+  Ends(limit);
   return end_;
 }
 
-void ScriptRig::Start(const QStringList& lines) {
-  entry.commands = lines;
+void ScriptRig::Start(const Texts& lines) {
+  entry.commands = Lines(lines);
   end_.reset();
   flow_.Start(RunToEnd());
+}
+
+bool ScriptRig::Ends(std::chrono::milliseconds limit) {
+  return RunUntil([this] { return !flow_.IsRunning(); }, limit);
 }
 
 Task<> ScriptRig::RunToEnd() { end_ = co_await RunRouterCommands(environment_, entry); }
@@ -68,8 +69,8 @@ Task<> ScriptRig::RunToEnd() { end_ = co_await RunRouterCommands(environment_, e
 QStringList ScriptRig::Results() const {
   QStringList results;
   for (const QString& line : log.Text().split(LineBreak(), Qt::SkipEmptyParts)) {
-    const bool is_frame = line == LogSeparator() || line.startsWith(QStringLiteral("Step ")) ||
-                          line.startsWith(QStringLiteral("Running Script From"));
+    const bool is_frame = line == LogSeparator() || line.startsWith(u"Step "_s) ||
+                          line.startsWith(u"Running Script From"_s);
     if (!is_frame) {
       results.append(line);
     }
@@ -77,16 +78,60 @@ QStringList ScriptRig::Results() const {
   return results;
 }
 
+namespace {
+
+struct Transcript {
+  explicit Transcript(const char* text);
+
+  QByteArrayList script;
+  QStringList calls;
+  QStringList results;
+};
+
+Transcript::Transcript(const char* text) {
+  static const QRegularExpression kBetween(u"\\s+(?=[>=] )"_s);
+  bool has_result = true;
+  const auto end_line = [&] {
+    results.append(has_result ? QStringList() : Lines({kOk}));
+    has_result = false;
+  };
+  for (const QString& line : QString::fromUtf8(text).split(u'\n')) {
+    for (const QString& part : line.trimmed().split(kBetween)) {
+      if (part.startsWith(u"> "_s)) {
+        calls.append(part.mid(2));
+      } else if (part.startsWith(u"= "_s)) {
+        const QString result = part.mid(2);
+        results.append(result == u"-"_s ? QStringList()
+                                        : QStringList(result.startsWith(u"ok"_s)
+                                                          ? QLatin1String(kOk) + result.mid(2)
+                                                          : result));
+        has_result = true;
+      } else {
+        end_line();
+        script.append(part.toUtf8());
+      }
+    }
+  }
+  end_line();
+}
+
+}  // namespace
+
+void CheckScript(ScriptRig& rig, const char* transcript) {
+  const Transcript expected(transcript);
+  EXPECT_EQ(rig.Run(Texts(expected.script.begin(), expected.script.end())), RunEnd::kAllLinesDone);
+  EXPECT_EQ(rig.pages.calls, expected.calls);
+  EXPECT_EQ(rig.Results(), expected.results);
+}
+
 void CheckScripts(const std::vector<ScriptCase>& cases) {
   for (const ScriptCase& c : cases) {
+    SCOPED_TRACE(c.fault);
     ScriptRig rig;
     if (c.prepare) {
       c.prepare(rig);
     }
-    const std::optional<RunEnd> end = rig.Run(Lines(c.script));
-    EXPECT_EQ(end, c.end) << c.fault;
-    EXPECT_EQ(rig.pages.calls, Lines(c.calls)) << c.fault;
-    EXPECT_EQ(rig.Results(), Lines(c.results)) << c.fault;
+    CheckScript(rig, c.transcript);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <gtest/gtest.h>
 #include <optional>
 #include <vector>
 
@@ -17,10 +18,14 @@
 #include "script/fake_page_host.h"
 #include "script/interpreter.h"
 #include "script/job_log.h"
+#include "test_main.h"
 
 namespace quayline::testing {
 
-QStringList Lines(const std::vector<const char*>& lines);
+using Texts = std::vector<const char*>;
+QStringList Lines(const Texts& lines);
+
+inline constexpr char kOk[] = "(Successful)";
 
 // One run of the interpreter in a window that is not there: script text in, page calls and log out.
 // The entry is number 1 of 1: "Web", TCP, 80 to 90, for 192.168.1.100 (FrontDesk).
@@ -29,11 +34,12 @@ class ScriptRig final {
   ScriptRig();
 
   // Runs the lines to their end. Nothing: they have not ended in time.
-  std::optional<RunEnd> Run(const QStringList& lines,
+  std::optional<RunEnd> Run(const Texts& lines,
                             std::chrono::milliseconds limit = std::chrono::seconds(20));
   // Begins them, to be ended by what the test does next.
-  void Start(const QStringList& lines);
-  bool IsRunning() const { return flow_.IsRunning(); }
+  void Start(const Texts& lines);
+  // Whether they end in time.
+  bool Ends(std::chrono::milliseconds limit = std::chrono::seconds(20));
   std::optional<RunEnd> End() const { return end_; }
 
   // What the commands logged, without the head, the steps and the separators.
@@ -57,14 +63,15 @@ class ScriptRig final {
   Flow flow_;
 };
 
-// Script text in, page calls and log out. `results` are ScriptRig::Results().
+// Runs a script that has beside each line what it does: "line  > call  > call  = result". A line
+// without a result is successful, "= -" logs nothing, and "ok" stands for "(Successful)". What a
+// line does may go on below it.
+void CheckScript(ScriptRig& rig, const char* transcript);
+
 struct ScriptCase {
   const char* fault;
-  std::vector<const char*> script;
-  std::vector<const char*> calls;
-  std::vector<const char*> results;
+  const char* transcript;
   std::function<void(ScriptRig&)> prepare;
-  RunEnd end = RunEnd::kAllLinesDone;
 };
 
 void CheckScripts(const std::vector<ScriptCase>& cases);

@@ -3,6 +3,7 @@
 
 #include "stress/leaving_site.h"
 
+#include <QHash>
 #include <QUrlQuery>
 
 namespace quayline::stress {
@@ -14,6 +15,8 @@ using demo::HttpResponse;
 
 // A form that posts the save, for pages whose button only sets it off.
 #define FORM "<form method=post action='@SAVE@'></form>"
+#define SUBMIT(answer) \
+  "<form method=post action='@SAVE@" answer "'><input type=submit name=go></form>"
 #define SCRIPT(code) "<script>var saving=document.forms[0];" code "</script>"
 #define GO(code) FORM "<input type=button name=go onclick=\"" code "\">" SCRIPT("")
 
@@ -22,8 +25,7 @@ using demo::HttpResponse;
 const std::vector<WayOut>& WaysOut() {
   using enum Leaves;
   static const std::vector<WayOut> ways{
-      {"submit button", kForNextPage,
-       "<form method=post action='@SAVE@'><input type=submit name=go></form>"},
+      {"submit button", kForNextPage, SUBMIT("")},
       {"form.submit()", kForNextPage, GO("saving.submit()")},
       {"link", kForNextPage, "<a href='@SAVE@' name=go>go</a>"},
       {"location =", kForNextPage, GO("location='@SAVE@'")},
@@ -87,22 +89,14 @@ const std::vector<WayOut>& WaysOut() {
        GO("var r=new XMLHttpRequest;r.open('POST','@SAVE@&answer=ok');r.send('x=1')")},
       {"save by fetch", kInBackground, GO("fetch('@SAVE@&answer=ok',{method:'POST',body:'x'})")},
       {"save by picture", kInBackground, GO("new Image().src='@SAVE@&answer=ok'")},
-      {"answer 204", kInBackground,
-       "<form method=post action='@SAVE@&answer=204'><input type=submit name=go></form>"},
-      {"answer is a file", kInBackground,
-       "<form method=post action='@SAVE@&answer=file'><input type=submit name=go></form>"},
-      {"wait page, refresh by markup", kForNextPage,
-       "<form method=post action='@SAVE@&answer=meta'><input type=submit name=go></form>"},
-      {"wait page, refresh by header", kForNextPage,
-       "<form method=post action='@SAVE@&answer=header'><input type=submit name=go></form>"},
-      {"wait page, onload", kForNextPage,
-       "<form method=post action='@SAVE@&answer=onload'><input type=submit name=go></form>"},
-      {"wait page, messages", kForNextPage,
-       "<form method=post action='@SAVE@&answer=messages'><input type=submit name=go></form>"},
-      {"wait page, timer", kForNextPage,
-       "<form method=post action='@SAVE@&answer=timer'><input type=submit name=go></form>"},
-      {"redirect", kForNextPage,
-       "<form method=post action='@SAVE@&answer=redirect'><input type=submit name=go></form>"},
+      {"answer 204", kInBackground, SUBMIT("&answer=204")},
+      {"answer is a file", kInBackground, SUBMIT("&answer=file")},
+      {"wait page, refresh by markup", kForNextPage, SUBMIT("&answer=meta")},
+      {"wait page, refresh by header", kForNextPage, SUBMIT("&answer=header")},
+      {"wait page, onload", kForNextPage, SUBMIT("&answer=onload")},
+      {"wait page, messages", kForNextPage, SUBMIT("&answer=messages")},
+      {"wait page, timer", kForNextPage, SUBMIT("&answer=timer")},
+      {"redirect", kForNextPage, SUBMIT("&answer=redirect")},
       {"nothing", kNotAtAll, GO("void 0")},
       {"submit that the page refuses", kNotAtAll,
        "<form method=post action='@SAVE@' onsubmit='return false'><input type=submit "
@@ -128,37 +122,32 @@ HttpResponse LeavingSite::Answer(const HttpRequest& request) {
     saved_.insert({way, number});
     const QString answer = query.queryItemValue(QStringLiteral("answer"));
     const QByteArray next = "/" + PagePath(way, number).toUtf8();
-    if (answer == QLatin1String("ok")) {
-      return {.body = "<p>saved"};
-    }
     if (answer == QLatin1String("204")) {
       return {.status = 204};
+    }
+    if (answer == QLatin1String("redirect")) {
+      return demo::RedirectTo(next);
     }
     if (answer == QLatin1String("file")) {
       return {.content_type = "application/octet-stream",
               .headers = {{"Content-Disposition", "attachment; filename=x.bin"}},
               .body = "x"};
     }
-    if (answer == QLatin1String("redirect")) {
-      return demo::RedirectTo(next);
-    }
-    if (answer == QLatin1String("meta")) {
-      return {.body = "<meta http-equiv=refresh content='0;url=" + next + "'>Please wait"};
-    }
     if (answer == QLatin1String("header")) {
       return {.headers = {{"Refresh", "0;url=" + next}}, .body = "Please wait"};
     }
-    if (answer == QLatin1String("onload")) {
-      return {.body = "<body onload=\"location='" + next + "'\">Please wait"};
-    }
-    if (answer == QLatin1String("messages")) {
-      return {.body =
-                  "<script>var left=6;onmessage=function(){--left?postMessage(1,'*'):location='" +
-                  next + "'}</script><body onload=\"postMessage(1,'*')\">Please wait"};
-    }
-    if (answer == QLatin1String("timer")) {
-      return {.body = "<body onload=\"setTimeout(function(){location='" + next +
-                      "'},20)\">Please wait"};
+    const QHash<QString, QByteArray> pages{
+        {QStringLiteral("ok"), "<p>saved"},
+        {QStringLiteral("meta"), "<meta http-equiv=refresh content='0;url=@NEXT@'>Please wait"},
+        {QStringLiteral("onload"), "<body onload=\"location='@NEXT@'\">Please wait"},
+        {QStringLiteral("messages"),
+         "<script>var left=6;onmessage=function(){--left?postMessage(1,'*'):location='@NEXT@'}"
+         "</script><body onload=\"postMessage(1,'*')\">Please wait"},
+        {QStringLiteral("timer"),
+         "<body onload=\"setTimeout(function(){location='@NEXT@'},20)\">Please wait"},
+    };
+    if (pages.contains(answer)) {
+      return {.body = QByteArray(pages[answer]).replace("@NEXT@", next)};
     }
   } else if (request.path != QLatin1String("/page")) {
     return {.content_type = "text/javascript", .body = "1"};

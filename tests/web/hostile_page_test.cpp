@@ -40,9 +40,11 @@ constexpr char kPlainFields[] =
     "<script>var hits = 0;"
     "document.querySelector('#b').onclick = function () { hits += 10; save(); };</script>";
 
-class HostilePageTest : public WebTest {
- protected:
-  void ExpectEverythingWorks() {
+TEST_F(WebTest, BuiltInsThatThePageReplacedAreNotUsed) {
+  for (const bool before_the_load : {true, false}) {
+    SCOPED_TRACE(before_the_load);
+    Show(kPlainFields, before_the_load ? QByteArray("<script>") + kReplaced + "</script>" : "");
+    RunInPage(before_the_load ? "" : kReplaced);
     EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"x"_s)), kSuccessful);
     EXPECT_EQ(Ask(GetElementValue(u"A"_s)), u"x"_s);
     EXPECT_EQ(Ask(SetCheckbox(u"c"_s)), kSuccessful);
@@ -57,20 +59,9 @@ class HostilePageTest : public WebTest {
                    "document.querySelector('select').selectedIndex"),
               u"11 xtrue1"_s);
   }
-};
-
-TEST_F(HostilePageTest, BuiltInsReplacedBeforeTheLoadAreNotUsed) {
-  Show(kPlainFields, QByteArray("<script>") + kReplaced + "</script>");
-  ExpectEverythingWorks();
 }
 
-TEST_F(HostilePageTest, BuiltInsReplacedAfterTheLoadAreNotUsed) {
-  Show(kPlainFields);
-  RunInPage(kReplaced);
-  ExpectEverythingWorks();
-}
-
-TEST_F(HostilePageTest, NamesOnThePageHideNothing) {
+TEST_F(WebTest, NamesOnThePageHideNothing) {
   const char* const controls =
       "<form id=f onclick=\"note('form')\">"
       "<input name=name value=n><input name=id value=i><input name=value value=v>"
@@ -84,61 +75,52 @@ TEST_F(HostilePageTest, NamesOnThePageHideNothing) {
       "<img name=documentElement><img name=defaultView><img name=addEventListener>"
       "<input name=a value=1><a href='javascript:go()'></a><b>key=5;</b>"
       "<a onclick=\"note('hit')\"></a>";
-  const OperationCase cases[] = {
-      {"a control named name", controls, SetElementValue(u"name"_s, u"x"_s), kSuccessful,
-       "values().substring(0, 6)", "x|i|v|"},
-      {"a control named value", controls, SetElementValue(u"value"_s, u"x"_s), kSuccessful,
-       "values().substring(0, 6)", "n|i|x|"},
-      {"a form whose id is a control", controls, ClickButton(u"f"_s), kSuccessful, "notes", "form"},
-      {"a form whose handler is a control", controls, ClickByOnclick(u"note('form')"_s),
-       kSuccessful, "notes", "form"},
-      {"a form whose children are a control", controls, ExtractBetweenMarkers(u"<b>key="_s, u";"_s),
-       u"5"_s},
-      {"a form whose type is a control", controls, NameNamelessBoxes(), kFailed},
-      {"a document whose elements are hidden", members, SetElementValue(u"A"_s, u"x"_s),
-       kSuccessful, "document.querySelector('input').value", "x"},
-      {"a document whose links are a picture", members, FindLinkByHref(u"go"_s),
-       u"javascript:go()"_s},
-      {"a document whose root is a picture", members, ExtractBetweenMarkers(u"key="_s, u";"_s),
-       u"5"_s},
-      {"a document whose window is a picture", members, ClickByOnclick(u"'hit'"_s), kSuccessful,
-       "notes", "hit"},
-      {"a document whose body is a form", members,
-       SetCheckboxByPageText(u"key"_s, 3, u"<"_s, u"="_s), kSuccessful},
-  };
-  Check(cases);
+  Check("notes + values().substring(0, 6)",
+        {{"a control named name", controls, SetElementValue(u"name"_s, u"x"_s), "x|i|v|"},
+         {"a control named value", controls, SetElementValue(u"value"_s, u"x"_s), "n|i|x|"},
+         {"a form whose id is a control", controls, ClickButton(u"f"_s), "formn|i|v|"},
+         {"a form whose handler is a control", controls, ClickByOnclick(u"note('form')"_s),
+          "formn|i|v|"},
+         {"a document whose elements are hidden", members, SetElementValue(u"A"_s, u"x"_s), "x"},
+         {"a document whose window is a picture", members, ClickByOnclick(u"'hit'"_s), "hit1"}});
+  Check({{"a form whose children are a control", controls,
+          ExtractBetweenMarkers(u"<b>key="_s, u";"_s), u"5"_s},
+         {"a form whose type is a control", controls, NameNamelessBoxes(), kFailed},
+         {"a document whose links are a picture", members, FindLinkByHref(u"go"_s),
+          u"javascript:go()"_s},
+         {"a document whose root is a picture", members, ExtractBetweenMarkers(u"key="_s, u";"_s),
+          u"5"_s},
+         {"a document whose body is a form", members,
+          SetCheckboxByPageText(u"key"_s, 3, u"<"_s, u"="_s), kSuccessful}});
   Show(members);
   EXPECT_NE(Ask(ReadMarkupState()), QJsonValue(u""_s));
 }
 
-TEST_F(HostilePageTest, MessagesFromHandlersHoldNothingUp) {
-  const OperationCase cases[] = {
-      {"focus", "<input name=a onfocus=\"alert('focus'); note('focus')\">",
-       SetElementValue(u"a"_s, u"x"_s), kSuccessful, "notes + values()", "focusx"},
-      {"click", "<input type=checkbox name=a onclick=\"if (confirm('sure?')) note('click')\">",
-       SetCheckbox(u"a"_s), kSuccessful, "notes + checks()", "clicktrue"},
-      {"change", "<select name=a onchange=\"note(prompt('which', 'this'))\"><option>Web</select>",
-       SetComboValue(u"a"_s, {.text = u"Web"_s}), kSuccessful, "notes", "this"},
-  };
-  Check(cases);
+TEST_F(WebTest, MessagesFromHandlersHoldNothingUp) {
+  Check(
+      "notes + values() + checks()",
+      {{"focus", "<input name=a onfocus=\"alert('focus'); note('focus')\">",
+        SetElementValue(u"a"_s, u"x"_s), "focusxfalse"},
+       {"click", "<input type=checkbox name=a onclick=\"if (confirm('sure?')) note('click')\">",
+        SetCheckbox(u"a"_s), "clickontrue"},
+       {"change", "<select name=a onchange=\"note(prompt('which', 'this'))\"><option>Web</select>",
+        SetComboValue(u"a"_s, {.text = u"Web"_s}), "thisWeb"}});
 }
 
-TEST_F(HostilePageTest, ElementsThatVanishInTheirHandlersAreStillSet) {
-  const OperationCase cases[] = {
-      {"a field that its focus removes",
-       "<input name=a onfocus='window.gone = this; this.remove()'>",
-       SetElementValue(u"a"_s, u"x"_s), kSuccessful, "gone.value", "x"},
-      {"a box whose click replaces the whole page",
-       "<input type=checkbox name=a onclick=\"document.body.textContent = 'gone'\">",
-       SetCheckbox(u"a"_s), kSuccessful, "document.body.textContent", "gone"},
-      {"a select whose change empties it",
-       "<select name=a onchange='this.length = 0'><option>x<option>Web</select>",
-       SetComboValue(u"a"_s, {.text = u"Web"_s}), kSuccessful, "values()", ""},
-      {"a button whose click writes the page anew",
-       "<button name=a onclick=\"document.open(); document.write('anew'); document.close()\">",
-       ClickButton(u"a"_s), kSuccessful, "document.body.textContent", "anew"},
-  };
-  Check(cases);
+TEST_F(WebTest, ElementsThatVanishInTheirHandlersAreStillSet) {
+  Check("window.gone ? gone.value : document.body.textContent.trim()",
+        {{"a field that its focus removes",
+          "<input name=a onfocus='window.gone = this; this.remove()'>",
+          SetElementValue(u"a"_s, u"x"_s), "x"},
+         {"a box whose click replaces the whole page",
+          "<input type=checkbox name=a onclick=\"document.body.textContent = 'gone'\">",
+          SetCheckbox(u"a"_s), "gone"},
+         {"a select whose change empties it",
+          "<select name=a onchange='this.length = 0'><option>x<option>Web</select>",
+          SetComboValue(u"a"_s, {.text = u"Web"_s}), ""},
+         {"a button whose click writes the page anew",
+          "<button name=a onclick=\"document.open(); document.write('anew'); document.close()\">",
+          ClickButton(u"a"_s), "anew"}});
 }
 
 }  // namespace

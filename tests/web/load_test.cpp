@@ -1,16 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <QFile>
-#include <QProcess>
-#include <QSslKey>
 #include <QSslServer>
-#include <QTemporaryDir>
 #include <QWebEnginePage>
 
 #include <csignal>
 
-#include "script/status_text.h"
+#include "demo/certificate.h"
 #include "web/web_fixture.h"
 
 namespace quayline::testing {
@@ -53,7 +49,7 @@ TEST_F(WebTest, EveryEndOfALoadIsToldOnce) {
       ASSERT_EQ(errors.size(), row.status == nullptr ? 0 : 1) << errors.join(u'\n').toStdString();
       EXPECT_EQ(completed, row.status == nullptr ? 1 : 0);
       if (row.status != nullptr) {
-        EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), QString::fromLatin1(row.status));
+        EXPECT_EQ(FirstError(), QLatin1String(row.status));
         EXPECT_EQ(errors[0].section(u' ', 1), server.Address(u"/page"_s).toString());
       }
     }
@@ -61,39 +57,29 @@ TEST_F(WebTest, EveryEndOfALoadIsToldOnce) {
 }
 
 TEST_F(WebTest, AddressesThatLeadNowhereAreTold) {
-  quint16 closed_port = 0;
-  {
-    QTcpServer closed;
-    ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
-    closed_port = closed.serverPort();
-  }
-  const struct {
-    QString address;
-    const char* error;
-  } cases[] = {
-      {u"http://127.0.0.1:%1/"_s.arg(closed_port), "CANNOT_CONNECT(-2146697212)"},
+  QTcpServer closed;
+  ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
+  const QString closed_door = u"http://127.0.0.1:%1/"_s.arg(closed.serverPort());
+  closed.close();
+  std::vector<std::pair<QString, const char*>> cases{
+      {closed_door, "CANNOT_CONNECT(-2146697212)"},
       {u"http://router.invalid/"_s, "RESOURCE_NOT_FOUND(-2146697211)"},
       {u"http://127.0.0.1:1/"_s, "SECURITY_PROBLEM(-2146697202)"},
-      {u"http://"_s, "INVALID_URL(-2146697214)"},
-      {u"http://1.2.3.999/"_s, "INVALID_URL(-2146697214)"},
-      {u""_s, "INVALID_URL(-2146697214)"},
-      {u"no address"_s, "INVALID_URL(-2146697214)"},
-      {u"http://a b/"_s, "INVALID_URL(-2146697214)"},
-      {u"http://a%2fb/"_s, "INVALID_URL(-2146697214)"},
-      {u"http://[::1/"_s, "INVALID_URL(-2146697214)"},
-      {u"http://127.0.0.1:99999/"_s, "INVALID_URL(-2146697214)"},
-      {u"http://0x1ffffffff/"_s, "INVALID_URL(-2146697214)"},
-      {u"http://1.2.3.4.5/"_s, "INVALID_URL(-2146697214)"},
-      {u"http://admin:p/w@127.0.0.1/"_s, "INVALID_URL(-2146697214)"},
   };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.address.toStdString());
+  for (const char* invalid :
+       {"http://", "http://1.2.3.999/", "", "no address", "http://a b/", "http://a%2fb/",
+        "http://[::1/", "http://127.0.0.1:99999/", "http://0x1ffffffff/", "http://1.2.3.4.5/",
+        "http://admin:p/w@127.0.0.1/"}) {
+    cases.emplace_back(QLatin1String(invalid), "INVALID_URL(-2146697214)");
+  }
+  for (const auto& [address, error] : cases) {
+    SCOPED_TRACE(address.toStdString());
     errors.clear();
-    host->Navigate2(row.address, {});
+    host->Navigate2(address, {});
     EXPECT_TRUE(RunUntil([&] { return !errors.isEmpty(); }));
     Settle();
     ASSERT_EQ(errors.size(), 1);
-    EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), QString::fromLatin1(row.error));
+    EXPECT_EQ(FirstError(), QLatin1String(error));
     EXPECT_FALSE(errors[0].contains(u"admin"_s)) << "a login is shown: " << errors[0].toStdString();
   }
 }
@@ -121,28 +107,17 @@ TEST_F(WebTest, ALoadIsStopped) {
 }
 
 TEST_F(WebTest, ACertificateThatNobodyVouchesForIsRefused) {
-  const QTemporaryDir folder;
-  const QString key_file = folder.filePath(u"key.pem"_s);
-  const QString certificate_file = folder.filePath(u"certificate.pem"_s);
-  QProcess openssl;
-  openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-nodes"_s, u"-subj"_s, u"/CN=127.0.0.1"_s,
-                               u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s, u"-keyout"_s,
-                               key_file, u"-out"_s, certificate_file});
-  if (!openssl.waitForFinished() || openssl.exitCode() != 0) {
-    GTEST_SKIP() << "needs the program openssl to make a certificate";
+  const auto tls = demo::ServerCertificate({}, {});
+  if (!tls) {
+    GTEST_SKIP() << tls.error().toStdString();
   }
-  QFile key(key_file);
-  ASSERT_TRUE(key.open(QIODevice::ReadOnly));
-  QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-  tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate_file));
-  tls.setPrivateKey(QSslKey(&key, QSsl::Rsa));
   auto listener = std::make_unique<QSslServer>();
-  listener->setSslConfiguration(tls);
+  listener->setSslConfiguration(*tls);
   ScriptedServer secure(std::move(listener));
   secure.replies["/"] = Answer("200 OK", "trust me");
   Open(secure.Address(u"/"_s, u"https"_s));
   ASSERT_EQ(errors.size(), 1);
-  EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), u"INVALID_CERTIFICATE(-2146697191)"_s);
+  EXPECT_EQ(FirstError(), u"INVALID_CERTIFICATE(-2146697191)"_s);
   EXPECT_TRUE(secure.requests.isEmpty());
   EXPECT_TRUE(IsTold("certificate"));
 }
@@ -158,14 +133,14 @@ TEST_F(WebTest, ADeadPageAnswersItsQuestionsAndTheNextLoadWorks) {
   host->RunInPage(u"for (;;) {}"_s, [&order] { order.append(u"endless"_s); });
   host->Call(GetElementValue(u"a"_s), Note("first"));
   host->Call(GetElementValue(u"a"_s), Note("second"));
-  RunUntil([] { return false; }, 50ms);
+  Pause();
   EXPECT_EQ(order, QStringList());
   kill(static_cast<pid_t>(EnginePage()->renderProcessPid()), SIGKILL);
   EXPECT_TRUE(RunUntil([&] { return errors.size() == 1; }, 5s));
   host->Call(GetElementValue(u"a"_s), Note("late"));
   EXPECT_TRUE(RunUntil([&] { return order.size() == 4; }, 5s));
   EXPECT_EQ(order, (QStringList{u"endless"_s, u"first"_s, u"second"_s, u"late"_s}));
-  EXPECT_EQ(StatusText(errors[0].section(u' ', 0, 0)), u"CANNOT_LOAD_DATA(-2146697201)"_s);
+  EXPECT_EQ(FirstError(), u"CANNOT_LOAD_DATA(-2146697201)"_s);
   Show("<input name=a value=2>");
   EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"2"_s);
   kill(static_cast<pid_t>(EnginePage()->renderProcessPid()), SIGKILL);
@@ -196,7 +171,7 @@ TEST_F(WebTest, NoAnswerComesBehindTheEndOfTheHost) {
   bool answered = false;
   host->Call(GetElementValue(u"a"_s), [&answered](const PageAnswer&) { answered = true; });
   host.reset();
-  RunUntil([] { return false; }, 50ms);
+  Pause();
   EXPECT_FALSE(answered);
 }
 

@@ -11,16 +11,13 @@ using namespace page_operation;
 
 TEST_F(WebTest, WordsAreLookedForInTheMarkupBelowTheRoot) {
   const char* const body = "<p class=Rules>Port <b>8080</b></p><input name=a>";
-  const OperationCase cases[] = {
-      {"the root's own tag counts", body, PageContainsWords(u"roots-own-tag"_s), false},
-      {"text is not found, or case counts", body, PageContainsWords(u"PORT <B>8080"_s), true},
-      {"a tag is not found", body, PageContainsWords(u"class=\"rules\""_s), true},
-      {"the head is not looked at", body, PageContainsWords(u"charset"_s), true},
-      {"the body's own tag is not looked at", body, PageContainsWords(u"<body>"_s), true},
-      {"words that are not there are found", body, PageContainsWords(u"Port 8080"_s), false},
-      {"no words at all are not found", body, PageContainsWords({}), true},
-  };
-  Check(cases);
+  Check({{"the root's own tag counts", body, PageContainsWords(u"roots-own-tag"_s), false},
+         {"text is not found, or case counts", body, PageContainsWords(u"PORT <B>8080"_s), true},
+         {"a tag is not found", body, PageContainsWords(u"class=\"rules\""_s), true},
+         {"the head is not looked at", body, PageContainsWords(u"charset"_s), true},
+         {"the body's own tag is not looked at", body, PageContainsWords(u"<body>"_s), true},
+         {"words that are not there are found", body, PageContainsWords(u"Port 8080"_s), false},
+         {"no words at all are not found", body, PageContainsWords({}), true}});
   Show(body);
   EXPECT_EQ(Ask(SetElementValue(u"a"_s, u"typed"_s)), kSuccessful);
   EXPECT_EQ(Ask(PageContainsWords(u"typed"_s)), QJsonValue(false))
@@ -28,44 +25,42 @@ TEST_F(WebTest, WordsAreLookedForInTheMarkupBelowTheRoot) {
 }
 
 TEST_F(WebTest, TextIsTakenBetweenTheFirstMarkersThatHoldAny) {
-  const OperationCase cases[] = {
-      {"the second piece is taken", "<p>id=[17] id=[18]</p>", ExtractBetweenMarkers(u"["_s, u"]"_s),
-       u"17"_s},
+  const struct {
+    const char* fault;
+    const char* body;
+    QString before;
+    QString after;
+    QString between;
+  } cases[] = {
+      {"the second piece is taken", "<p>id=[17] id=[18]</p>", u"["_s, u"]"_s, u"17"_s},
       {"an element with nothing between its markers ends the walk", "<p>{}</p><p><b>{7}</b></p>",
-       ExtractBetweenMarkers(u"<b>{"_s, u"}"_s), u"7"_s},
-      {"an empty piece ends the walk", "<p>key=;</p><p>key=5;</p>",
-       ExtractBetweenMarkers(u"key="_s, u";"_s), u"5"_s},
-      {"a missing end marker gives nothing", "<p>key=5</p>",
-       ExtractBetweenMarkers(u"key="_s, u"</p>"_s), u"5"_s},
-      {"case is ignored", "<p>KEY=5;</p>", ExtractBetweenMarkers(u"key="_s, u";"_s), u""_s},
-      {"an empty marker takes all", "<p>5;</p>", ExtractBetweenMarkers({}, u";"_s), u""_s},
-      {"an empty end marker takes all", "<p>key=5;</p>", ExtractBetweenMarkers(u"key="_s, {}),
-       u""_s},
-      {"the root's own tag counts", "<p>5;</p>", ExtractBetweenMarkers(u"lang=\"roots-"_s, u"-"_s),
-       u""_s},
-      {"the head is passed by", "<p>5;</p>", ExtractBetweenMarkers(u"charset=\""_s, u"\""_s),
-       u"utf-8"_s},
+       u"<b>{"_s, u"}"_s, u"7"_s},
+      {"an empty piece ends the walk", "<p>key=;</p><p>key=5;</p>", u"key="_s, u";"_s, u"5"_s},
+      {"a missing end marker gives nothing", "<p>key=5</p>", u"key="_s, u"</p>"_s, u"5"_s},
+      {"case is ignored", "<p>KEY=5;</p>", u"key="_s, u";"_s, {}},
+      {"an empty marker takes all", "<p>5;</p>", {}, u";"_s, {}},
+      {"an empty end marker takes all", "<p>key=5;</p>", u"key="_s, {}, {}},
+      {"the root's own tag counts", "<p>5;</p>", u"lang=\"roots-"_s, u"-"_s, {}},
+      {"the head is passed by", "<p>5;</p>", u"charset=\""_s, u"\""_s, u"utf-8"_s},
   };
-  Check(cases);
+  for (const auto& row : cases) {
+    Check({{row.fault, row.body, ExtractBetweenMarkers(row.before, row.after), row.between}});
+  }
 }
 
 TEST_F(WebTest, NamelessBoxesAreNumberedByTheirKind) {
   const char* const boxes =
       "<input><input type=TEXT><input name=own><input type=password><input type=radio>"
       "<input type=checkbox><select></select><select multiple></select><input type=checkbox>";
-  const char* const handlers =
-      "<input onchange='check()'><input onchange=''><input><input id=s><input type=checkbox>"
-      "<script>document.getElementById('s').onchange = function () {}</script>";
-  const OperationCase cases[] = {
-      {"a box is named that shall not be, or not as it shall", boxes, NameNamelessBoxes(),
-       kSuccessful, "names()",
-       "QYL_Text1|QYL_Text2|own|||QYL_CheckBox1|QYL_DropDownBox1||QYL_CheckBox2"},
-      {"nothing to name counts as success", "<input name=own><input type=password>",
-       NameNamelessBoxes(), kFailed, "names()", "own|"},
-      {"a box without a handler is named, or one that script gave a handler is not", handlers,
-       NameOnchangeBoxes(), kSuccessful, "names()", "QYL_Text1|||QYL_Text2|QYL_CheckBox1"},
-  };
-  Check(cases);
+  Check("names()",
+        {{"a box is named that shall not be, or not as it shall", boxes, NameNamelessBoxes(),
+          "QYL_Text1|QYL_Text2|own|||QYL_CheckBox1|QYL_DropDownBox1||QYL_CheckBox2"},
+         {"nothing to name counts as success", "<input name=own><input type=password>",
+          NameNamelessBoxes(), "own|", kFailed},
+         {"a box without a handler is named, or one that script gave a handler is not",
+          "<input onchange='check()'><input onchange=''><input><input id=s><input type=checkbox>"
+          "<script>document.getElementById('s').onchange = function () {}</script>",
+          NameOnchangeBoxes(), "QYL_Text1|||QYL_Text2|QYL_CheckBox1"}});
   Show(boxes);
   EXPECT_EQ(Ask(NameNamelessBoxes()), kSuccessful);
   EXPECT_EQ(Ask(NameNamelessBoxes()), kFailed) << "boxes are named twice";
@@ -79,13 +74,10 @@ TEST_F(WebTest, TheMarkupStateChangesWithTheMarkupAndNotWithoutIt) {
   QJsonValue before = Ask(ReadMarkupState());
   EXPECT_NE(before, QJsonValue(u""_s));
   EXPECT_EQ(Ask(ReadMarkupState()), before);
-  const char* const changes[] = {
-      "document.getElementById('p').firstChild.data = 'other'",
-      "document.getElementById('p').className = 'other'",
-      "document.body.append('more')",
-      "document.open(); document.write('<p>anew'); document.close()",
-  };
-  for (const char* change : changes) {
+  for (const char* change :
+       {"document.getElementById('p').firstChild.data = 'other'",
+        "document.getElementById('p').className = 'other'", "document.body.append('more')",
+        "document.open(); document.write('<p>anew'); document.close()"}) {
     RunInPage(change);
     const QJsonValue after = Ask(ReadMarkupState());
     EXPECT_NE(after, before) << change;

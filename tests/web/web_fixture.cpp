@@ -8,6 +8,8 @@
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
+#include "script/status_text.h"
+
 extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
 
 void PrintTo(const QJsonValue& value, std::ostream* out) {
@@ -42,6 +44,10 @@ QByteArray Page(const QByteArray& head, const QByteArray& body) {
 
 Reply Html(const QByteArray& markup) {
   return Answer("200 OK", markup, "Content-Type: text/html; charset=utf-8\r\n");
+}
+
+Reply LoginNeeded() {
+  return Answer("401 Unauthorized", "who are you?", "WWW-Authenticate: Basic realm=\"r\"\r\n");
 }
 
 WebTest::WebTest() : window(std::make_unique<QWidget>()), host(make_host(nullptr)) {
@@ -82,6 +88,15 @@ void WebTest::Show(const QByteArray& body, const QByteArray& head) {
   ASSERT_EQ(errors, QStringList());
 }
 
+void WebTest::GiveLogin(const QString& username, const QString& password) {
+  const QUrl address = server.Address({});
+  host->SetLogin({.scheme = address.scheme(),
+                  .host = address.host(),
+                  .port = address.port(),
+                  .username = username,
+                  .password = password});
+}
+
 void WebTest::Settle() {
   ASSERT_TRUE(RunUntil([&] { return !host->Navigation().busy; }, 10s));
 }
@@ -111,30 +126,33 @@ void WebTest::RunInPage(const char* code) {
   ASSERT_TRUE(RunUntil([&] { return done; }, 10s));
 }
 
-void WebTest::Check(std::span<const OperationCase> cases) {
-  QByteArray many = "<div hidden>";
-  for (int i = 0; i < kPaddingElements; ++i) {
-    many += "<i></i>";
-  }
-  for (const OperationCase& row : cases) {
-    SCOPED_TRACE(row.fault);
-    AskOn(row, {});
-    SCOPED_TRACE("with 10,000 elements more");
-    AskOn(row, many);
+void WebTest::Check(const char* state_script, std::initializer_list<ActionCase> cases) {
+  for (const ActionCase& row : cases) {
+    CheckOne({row.fault, row.body, row.call, row.answer}, state_script, row.state);
   }
 }
 
-void WebTest::AskOn(const OperationCase& row, const QByteArray& padding) {
-  Show(row.body + padding);
-  EXPECT_EQ(Ask(row.call), row.answer);
-  if (row.state_script != nullptr) {
-    EXPECT_EQ(Read(row.state_script), QString::fromUtf8(row.state));
+void WebTest::Check(std::initializer_list<QuestionCase> cases) {
+  for (const QuestionCase& row : cases) {
+    CheckOne(row, "''", "");
+  }
+}
+
+void WebTest::CheckOne(const QuestionCase& row, const char* state_script, const char* state) {
+  const QByteArray many = "<div hidden>" + QByteArray("<i></i>").repeated(kPaddingElements);
+  for (const QByteArray& padding : {QByteArray(), many}) {
+    SCOPED_TRACE(row.fault + (padding.isEmpty() ? "" : std::string(", with 10,000 elements more")));
+    Show(row.body + padding);
+    EXPECT_EQ(Ask(row.call), row.answer);
+    EXPECT_EQ(Read(state_script), QString::fromUtf8(state));
   }
 }
 
 QWebEnginePage* WebTest::EnginePage(PageHost* of) const {
   return qobject_cast<QWebEngineView*>((of == nullptr ? host.get() : of)->Widget())->page();
 }
+
+QString WebTest::FirstError() const { return StatusText(errors.value(0).section(u' ', 0, 0)); }
 
 bool WebTest::IsTold(const char* part) {
   return RunUntil([&] { return told.filter(QString::fromUtf8(part)).size() > 0; }, 3s);

@@ -6,8 +6,8 @@
 #include <QWidget>
 
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <memory>
-#include <span>
 
 #include "script/page_host.h"
 #include "script/page_operations.h"
@@ -24,20 +24,29 @@ namespace quayline::testing {
 
 // A whole answer that a browser takes for a page; without a type it would have to guess.
 Reply Html(const QByteArray& markup);
+// A page that asks for a login.
+Reply LoginNeeded();
 
 inline const QJsonValue kSuccessful{QLatin1String(page_result::kSuccessful)};
 inline const QJsonValue kFailed{QLatin1String(page_result::kFailed)};
 inline const QJsonValue kFailedLink{QLatin1String(page_result::kFailedLink)};
 inline const QJsonValue kNoAnswer{QLatin1String("[no answer]")};
 
-// One question to a page, and what the page is afterwards.
-struct OperationCase {
+// What a page is told to do, and what it is afterwards.
+struct ActionCase {
+  const char* fault;
+  const char* body;
+  PageCall call;
+  const char* state;
+  QJsonValue answer = kSuccessful;
+};
+
+// What a page is asked.
+struct QuestionCase {
   const char* fault;
   const char* body;
   PageCall call;
   QJsonValue answer;
-  const char* state_script = nullptr;  // read in the page's own world; see Show()
-  const char* state = nullptr;
 };
 
 // A hosted browser in a shown window, and a web server on loopback for it.
@@ -54,6 +63,13 @@ class WebTest : public ::testing::Test {
   void Show(const QByteArray& body, const QByteArray& head = {});
   // Waits until no page is on its way.
   void Settle();
+  // Lets time pass for what must not come.
+  static void Pause() {
+    RunUntil([] { return false; }, std::chrono::milliseconds(50));
+  }
+
+  // As a job does for the router's login.
+  void GiveLogin(const QString& username, const QString& password);
 
   // kNoAnswer stands for a page that does not answer.
   QJsonValue Ask(PageCall call, int frame = 0);
@@ -61,10 +77,14 @@ class WebTest : public ::testing::Test {
   QString Read(const char* expression);
   void RunInPage(const char* code);
 
-  // Each case on a page of its own: as it is, and with 10,000 elements behind it.
-  void Check(std::span<const OperationCase> cases);
+  // Each case on a page of its own: as it is, and with 10,000 elements behind it. `state_script` is
+  // read in the page's own world.
+  void Check(const char* state_script, std::initializer_list<ActionCase> cases);
+  void Check(std::initializer_list<QuestionCase> cases);
 
   QWebEnginePage* EnginePage(PageHost* of = nullptr) const;
+  // The name of the status of the first error.
+  QString FirstError() const;
   // Waits until one of the status texts holds `part`.
   bool IsTold(const char* part);
 
@@ -81,7 +101,7 @@ class WebTest : public ::testing::Test {
   int completed = 0;
 
  private:
-  void AskOn(const OperationCase& row, const QByteArray& padding);
+  void CheckOne(const QuestionCase& row, const char* state_script, const char* state);
 };
 
 }  // namespace quayline::testing
