@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <cstdio>
+#include <limits>
 
 #include "core/port_list_file.h"
 #include "core/update_command.h"
@@ -63,8 +64,8 @@ std::expected<void, CliError> ReadPassword(const UpdateArguments& arguments, QSt
 std::optional<int> FindRouterId(const Databases& databases, const QString& name) {
   constexpr int kPage = 1000;
   std::optional<int> other_case;
-  for (QList<RouterName> page = databases.RouterNames(0, kPage); !page.isEmpty();
-       page = databases.RouterNames(page.last().id, kPage)) {
+  for (QList<RouterName> page = databases.RouterNames(std::numeric_limits<int>::min(), kPage);
+       !page.isEmpty(); page = databases.RouterNames(page.last().id, kPage)) {
     for (const RouterName& router : page) {
       if (router.name == name) {
         return router.id;
