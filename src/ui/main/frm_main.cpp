@@ -167,6 +167,8 @@ void FrmMain::ConnectStartUp() {
                          InBrackets(QLocale(QLocale::English).toString(count)));
   });
   connect(&start_up_, &StartUp::fieldsRead, this, &FrmMain::ShowStoredFields);
+  connect(&start_up_, &StartUp::openedTwice, this,
+          [this] { prompts_.Tell(this, Text(message::kOpenTwice)); });
   connect(&start_up_, &StartUp::finished, this, [this] {
     SetInputsEnabled(true);
     ui_->Combo1->setFocus();

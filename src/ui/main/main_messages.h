@@ -76,6 +76,10 @@ inline constexpr Message kCannotKeepList{
     "FrmMain", "TextCannotKeepList",
     "Your list cannot be stored, changes will be lost when the program ends. Is the disk full, or "
     "may you not write there?"};
+inline constexpr Message kOpenTwice{
+    "FrmMain", "TextOpenTwice",
+    "Quayline is open already. If you change the list of ports in both of its windows, the changes "
+    "that you make in one of them are lost. Please close one."};
 inline constexpr Message kNoBrowser{"FrmMain", "TextNoBrowser",
                                     "Your web browser cannot be started. The page is:"};
 

@@ -26,7 +26,13 @@ QString CurrentLanguage(const QStringList& languages, const QString& stored) {
 }  // namespace
 
 StartUp::StartUp(AppContext& context, ListCommands& list, RouterListModel& routers, QObject* parent)
-    : QObject(parent), context_(context), list_(list), routers_(routers) {}
+    : QObject(parent),
+      context_(context),
+      list_(list),
+      routers_(routers),
+      copy_lock_(context.FileInFolder("quayline.lock")) {
+  copy_lock_.setStaleLockTime(0);  // held however long the program runs; not once it has died
+}
 
 std::expected<void, QString> StartUp::Prepare() {
   NoteDailyCheck();
@@ -64,7 +70,15 @@ Task<> StartUp::Load() {
   const StoredFields fields = ReadFields();
   co_await LoadRouters();
   Q_EMIT fieldsRead(fields);
+  TakeFolder();
   Q_EMIT finished();
+}
+
+// A folder that cannot be written has no list that the copies could take from each other.
+void StartUp::TakeFolder() {
+  if (!copy_lock_.tryLock(0) && copy_lock_.error() == QLockFile::LockFailedError) {
+    Q_EMIT openedTwice();
+  }
 }
 
 void StartUp::ReadLanguages() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QLockFile>
 #include <QObject>
 
 #include <expected>
@@ -48,6 +49,8 @@ class StartUp final : public QObject {
   void routersLoaded(int count);
   // The login is the stored one, which is to win over the defaults of the router that is selected.
   void fieldsRead(const quayline::StoredFields& fields);
+  // Another copy of the program works in the same folder.
+  void openedTwice();
   void finished();
 
  private:
@@ -56,10 +59,12 @@ class StartUp final : public QObject {
   Task<> LoadRouters();
   StoredFields ReadFields() const;
   void NoteDailyCheck();
+  void TakeFolder();
 
   AppContext& context_;
   ListCommands& list_;
   RouterListModel& routers_;
+  QLockFile copy_lock_;  // held until the window goes
   Flow flow_;
 };
 
