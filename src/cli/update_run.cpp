@@ -150,15 +150,20 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
   connect(&runner_, &JobRunner::errorAppended, this, tell);
   connect(&runner_, &JobRunner::noticeRequested, this, tell);
   connect(&runner_, &JobRunner::certificateQuestion, this,
-          [tell, trusted_certificate](const QString& address, const QString& fingerprint,
+          [tell, trusted_certificate](const ShownCertificate& shown,
                                       const std::function<void(bool)>& answer) {
             const bool is_trusted =
                 trusted_certificate &&
-                trusted_certificate->compare(fingerprint, Qt::CaseInsensitive) == 0;
+                trusted_certificate->compare(shown.fingerprint, Qt::CaseInsensitive) == 0;
             if (!is_trusted) {
-              tell(QStringLiteral("%1 shows a certificate that nobody vouches for. If it is your "
-                                  "router's own, run this again with --trust-certificate %2")
-                       .arg(address, fingerprint));
+              tell(QStringLiteral("%1 shows %2. If it is your router's own, run this again with "
+                                  "--trust-certificate %3")
+                       .arg(shown.address,
+                            shown.is_changed
+                                ? QStringLiteral("another certificate than the one that was "
+                                                 "trusted before")
+                                : QStringLiteral("a certificate that nobody vouches for"),
+                            shown.fingerprint));
             }
             answer(is_trusted);
           });

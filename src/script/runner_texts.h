@@ -23,6 +23,7 @@ struct RunnerTexts {
   Message waiting_for;
   Message certificate_title;
   Message certificate_question;
+  Message changed_certificate;
 };
 
 constexpr RunnerTexts RunnerTextsOf(const char* window) {
@@ -60,6 +61,13 @@ constexpr RunnerTexts RunnerTextsOf(const char* window) {
            "Quayline then remembers it, and refuses any other one at this address.\n\nFingerprint "
            "(SHA-256):\n%2\n\nDo you trust this certificate?"},
   };
+      .changed_certificate =
+          {window, "TextChangedCertificate",
+           "Careful: %1 shows another certificate than the one that you trusted before.\n\nA "
+           "router "
+           "makes a new one when it is reset, updated or replaced. If none of this has happened, "
+           "somebody else may be answering in its place, and would get your router's password: "
+           "answer No then.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust the new certificate?"},
 }
 
 inline constexpr RunnerTexts kJobTexts = RunnerTextsOf("FrmJobStatus");

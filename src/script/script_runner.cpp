@@ -128,7 +128,7 @@ void ScriptRunner::ConnectQuestions(PageHost* host) {
     if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::certificateQuestion))) {
       Q_EMIT certificateQuestion(question...);
     } else {
-      std::get<2>(std::tie(question...))(false);
+      std::get<1>(std::tie(question...))(false);
     }
   });
   connect(host, &PageHost::loginQuestion, this, [this](const auto&... question) {

@@ -57,7 +57,7 @@ class ScriptRunner : public QObject {
   void noticeRequested(const QString& text);
   // Questions of the router that the user has to answer while the page waits; see PageHost. Where
   // nobody hears them they are refused.
-  void certificateQuestion(const QString& address, const QString& fingerprint,
+  void certificateQuestion(const quayline::ShownCertificate& shown,
                            const std::function<void(bool trusted)>& answer);
   void loginQuestion(const QString& address,
                      const std::function<void(std::optional<quayline::TypedLogin>)>& answer);

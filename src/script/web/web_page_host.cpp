@@ -346,14 +346,14 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
   quiet();
 }
 
-void WebPageHost::OnCertificateQuestion(const QString& address, const QString& fingerprint,
+void WebPageHost::OnCertificateQuestion(const ShownCertificate& shown,
                                         const std::function<void(bool)>& answer) {
   if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::certificateQuestion))) {
     answer(false);
     return;
   }
-  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(address));
-  Q_EMIT certificateQuestion(address, fingerprint, [answer, alive = alive_](bool trusted) {
+  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(shown.address));
+  Q_EMIT certificateQuestion(shown, [answer, alive = alive_](bool trusted) {
     if (*alive) {
       answer(trusted);
     }
