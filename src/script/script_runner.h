@@ -37,6 +37,8 @@ class ScriptRunner : public QObject {
   JobLog& Log() { return log_; }
   // The browser on show: that of the page, or of its latest popup. Valid once it is opened.
   PageHost* ActiveHost() const;
+  // Stop() was called; errors of pages can end a run as well.
+  bool StoppedByUser() const { return stopped_by_user_; }
 
  Q_SIGNALS:
   // A line for the box of browser states, and one for that of browser errors. Without line breaks.
@@ -84,7 +86,6 @@ class ScriptRunner : public QObject {
   // A navigation failed during the run: decides what that costs beside the page's error.
   virtual void CountError() = 0;
 
-  bool StoppedByUser() const { return stopped_by_user_; }
   BrowserSet& Browsers() { return *browsers_; }
   RunEnvironment& Environment() { return *environment_; }
   QString Text(const Message& message) const { return context_.translator.Text(message); }

@@ -89,8 +89,11 @@ void FrmJobStatus::ShowEnd() {
 
 QString FrmJobStatus::OutcomeText() const {
   const JobOutcome& outcome = runner_->Outcome();
-  if (outcome.stopped || context_.job_flags.JobStopRequested()) {
+  if (runner_->StoppedByUser()) {
     return Text(message::kStopped);
+  }
+  if (outcome.stopped) {
+    return Text(message::kEndedEarly);
   }
   if (outcome.entries_failed > 0) {
     return Text(message::kFinishedWithErrors)
