@@ -179,6 +179,9 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
   connect(&runner_, &JobRunner::activeHostChanged, this, show);
   connect(&runner_, &JobRunner::ended, this, [this] {
     Write(stdout, QStringLiteral("\n"));
+    runner_.Leave();
+  });
+  connect(&runner_, &JobRunner::left, this, [this] {
     const JobOutcome& outcome = runner_.Outcome();
     const bool done = !outcome.stopped && outcome.entries_failed == 0;
     Q_EMIT finished(static_cast<int>(done ? CliExit::kDone : CliExit::kFailed));

@@ -29,16 +29,19 @@ class ScriptRunner : public QObject {
   ~ScriptRunner() override;
 
   void Stop();
+  // Stops the run and lets its pages come to rest, so that a save on its way to the router is not
+  // cut off. left() follows within ten seconds, at once where no run has begun.
+  void Leave();
   // The debug button: lets the run go on behind the line at which it holds, and frees it from a
   // page load that never ends.
   void ProceedToNextCommand();
 
   bool IsRunning() const { return running_; }
+  // Stop() was called; errors of pages can end a run as well.
+  bool StoppedByUser() const { return stopped_by_user_; }
   JobLog& Log() { return log_; }
   // The browser on show: that of the page, or of its latest popup. Valid once it is opened.
   PageHost* ActiveHost() const;
-  // Stop() was called; errors of pages can end a run as well.
-  bool StoppedByUser() const { return stopped_by_user_; }
 
  Q_SIGNALS:
   // A line for the box of browser states, and one for that of browser errors. Without line breaks.
@@ -65,6 +68,8 @@ class ScriptRunner : public QObject {
                      const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // The run is over, finished or stopped.
   void ended();
+  // Nothing is lost any more when the runner goes.
+  void left();
 
  protected:
   // `active_index` is where the number of the browser on show is kept.
@@ -94,6 +99,7 @@ class ScriptRunner : public QObject {
   JobLog log_;
 
  private:
+  Task<> ComeToRest();
   void ConnectHost(PageHost* host);
   void ConnectQuestions(PageHost* host);
   void ShowPageMessage(const QString& text);
@@ -107,8 +113,10 @@ class ScriptRunner : public QObject {
   std::unique_ptr<RunEnvironment> environment_;
   bool stopped_by_user_ = false;
   bool running_ = false;
+  bool has_run_ = false;
   int messages_shown_ = 0;
-  Flow flow_;  // last: its frames use what stands above
+  Flow leaving_;  // these two last: their frames use what stands above
+  Flow flow_;
 };
 
 }  // namespace quayline

@@ -75,14 +75,19 @@ TEST_F(JobWindowTest, TheLogBoxHoldsTheWholeLogAndItsEndIsInView) {
   EXPECT_TRUE(Find<QLabel>("label_entry")->text().startsWith(QStringLiteral("Finished")));
 }
 
-TEST_F(JobWindowTest, ClosingInTheMiddleOfAPageEndsTheJobAndTheBrowser) {
+TEST_F(JobWindowTest, ClosingInTheMiddleOfAPageEndsTheJobAndCutsNoSaveOff) {
   hangs_ = true;
   Open();
   ASSERT_TRUE(LogComesTo("nav(\"one\")"));
   window_->close();
+  EXPECT_TRUE(context_.job_flags.JobStopRequested());
+  EXPECT_FALSE(RunUntil([&] { return page_.isNull(); }, std::chrono::milliseconds(300)));
+  EXPECT_FALSE(window_->isVisible());
+  EXPECT_EQ(context_.job_flags.LeavingRuns(), 1);
+  page_->Arrive();
   ASSERT_TRUE(RunUntil([&] { return window_.isNull(); }));
   EXPECT_TRUE(page_.isNull());
-  EXPECT_TRUE(context_.job_flags.JobStopRequested());
+  EXPECT_EQ(context_.job_flags.LeavingRuns(), 0);
 }
 
 TEST_F(JobWindowTest, StopFreesAHangingPageAndTheWindowStays) {

@@ -68,12 +68,15 @@ TEST_F(PageViewWindowTest, ThePageStaysInViewBehindTheScript) {
       QStringLiteral("\nRouter Status: Done")));
 }
 
-TEST_F(PageViewWindowTest, ClosingInTheMiddleOfAPageEndsTheScriptAndTheBrowser) {
+TEST_F(PageViewWindowTest, ClosingInTheMiddleOfAPageEndsTheScriptAndCutsNoSaveOff) {
   hangs_ = true;
   Open();
   ASSERT_TRUE(RunUntil([this] { return Log().contains(QStringLiteral("nav(\"list\")")); }));
   EXPECT_TRUE(context_.job_flags.is_running);
   QTest::keyClick(window_, Qt::Key_Escape);
+  EXPECT_FALSE(RunUntil([this] { return page_.isNull(); }, std::chrono::milliseconds(300)));
+  EXPECT_FALSE(window_->isVisible());
+  page_->Arrive();
   ASSERT_TRUE(RunUntil([this] { return window_.isNull(); }));
   EXPECT_TRUE(page_.isNull());
   EXPECT_TRUE(context_.job_flags.JobStopRequested());

@@ -33,21 +33,21 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->label_entry->setFont(title);
   ui_->command_stop->setIcon(ThemeIcon(QStringLiteral("stop")));
 
-  auto* display = new RunDisplay(*this, *runner_, context, prompts, kJobTexts,
-                                 {.log = ui_->Text1,
-                                  .states = ui_->Text2,
-                                  .errors = ui_->Text3,
-                                  .browser_area = ui_->browser_area,
-                                  .progress = ui_->progress_bar,
-                                  .bar = ui_->dBar1,
-                                  .proceed = ui_->Command1,
-                                  .waiting = ui_->label_waiting});
+  display_ = new RunDisplay(*this, *runner_, context, prompts, kJobTexts,
+                            {.log = ui_->Text1,
+                             .states = ui_->Text2,
+                             .errors = ui_->Text3,
+                             .browser_area = ui_->browser_area,
+                             .progress = ui_->progress_bar,
+                             .bar = ui_->dBar1,
+                             .proceed = ui_->Command1,
+                             .waiting = ui_->label_waiting});
   connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
   connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);
   connect(ui_->command_close, &QPushButton::clicked, this, &QWidget::close);
   runner_->Open();
-  display->ShowOpened();
+  display_->ShowOpened();
   timer1_.setSingleShot(true);
   connect(&timer1_, &QTimer::timeout, runner_.get(), &JobRunner::Run);
   timer1_.start(500ms);
@@ -105,7 +105,7 @@ QString FrmJobStatus::OutcomeText() const {
 void FrmJobStatus::closeEvent(QCloseEvent* event) {
   timer1_.stop();
   context_.job_flags.SetPageErrorPending(true);
-  runner_->Stop();
+  display_->Leave();
   event->accept();
 }
 

@@ -32,20 +32,20 @@ FrmViewPage::FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory 
   ui_->label_entry->setText(Text(message::kLeadingToPage));
   ui_->label_entry->setWordWrap(true);
 
-  auto* display = new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts,
-                                 {.log = ui_->Text1,
-                                  .states = ui_->Text2,
-                                  .errors = ui_->Text3,
-                                  .browser_area = ui_->browser_area,
-                                  .progress = ui_->progress_bar,
-                                  .bar = ui_->dBar1,
-                                  .proceed = ui_->Command1,
-                                  .waiting = ui_->label_waiting});
+  display_ = new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts,
+                            {.log = ui_->Text1,
+                             .states = ui_->Text2,
+                             .errors = ui_->Text3,
+                             .browser_area = ui_->browser_area,
+                             .progress = ui_->progress_bar,
+                             .bar = ui_->dBar1,
+                             .proceed = ui_->Command1,
+                             .waiting = ui_->label_waiting});
   connect(runner_.get(), &PageViewRunner::ended, this, &FrmViewPage::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmViewPage::Stop);
   connect(ui_->command_close, &QPushButton::clicked, this, &QDialog::reject);
   runner_->Open();
-  display->ShowOpened();
+  display_->ShowOpened();
   timer1_.setSingleShot(true);
   connect(&timer1_, &QTimer::timeout, this, &FrmViewPage::Run);
   timer1_.start(500ms);
@@ -85,7 +85,7 @@ void FrmViewPage::ShowEnd() {
 void FrmViewPage::done(int result) {
   timer1_.stop();
   context_.job_flags.SetPageErrorPending(true);
-  runner_->Stop();
+  display_->Leave();
   QDialog::done(result);
 }
 

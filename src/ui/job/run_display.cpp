@@ -55,6 +55,13 @@ void RunDisplay::ShowOpened() {
   controls_.proceed->setVisible(context_.job_options.debug_mode);
 }
 
+void RunDisplay::Leave() {
+  runner_.disconnect(this);  // what a page asks now finds nobody: it is refused
+  window_.setAttribute(Qt::WA_DeleteOnClose, false);
+  connect(&runner_, &ScriptRunner::left, &window_, &QObject::deleteLater);
+  runner_.Leave();
+}
+
 void RunDisplay::ConnectLog() {
   connect(&runner_.Log(), &JobLog::appended, this,
           [this](const QString& text) { AppendAtEnd(*controls_.log, text); });

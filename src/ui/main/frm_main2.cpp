@@ -9,10 +9,14 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "async/wait.h"
+
 namespace quayline {
 
 FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
-    : prompts_(prompts), main_(new FrmMain(context, prompts, std::move(windows), this)) {
+    : context_(context),
+      prompts_(prompts),
+      main_(new FrmMain(context, prompts, std::move(windows), this)) {
   setObjectName(QStringLiteral("FrmMain2"));
   setWindowTitle(QStringLiteral("Quayline"));
   auto* layout = new QVBoxLayout(this);
@@ -35,7 +39,6 @@ void FrmMain2::Load() {
 
 void FrmMain2::closeEvent(QCloseEvent* event) {
   hide();
-  main_->Unload();
   // Boxes and other windows go as well; each lets go of what it runs.
   const QWidgetList windows = QApplication::topLevelWidgets();
   for (QWidget* window : windows) {
@@ -44,6 +47,13 @@ void FrmMain2::closeEvent(QCloseEvent* event) {
     }
   }
   event->accept();
+  ending_.Start(End());
+}
+
+Task<> FrmMain2::End() {
+  JobFlags& flags = context_.job_flags;
+  co_await Until([&flags] { return flags.LeavingRuns() == 0; }).WokenBy(&flags, &JobFlags::changed);
+  main_->Unload();
   Q_EMIT closed();
 }
 
