@@ -23,6 +23,13 @@ TEST_F(MainWindowTest, ASecondCopyIsToldThatItTakesTheListOfTheFirst) {
   EXPECT_TRUE(prompts_.shown.first().contains(QStringLiteral("open already")));
 }
 
+TEST_F(MainWindowTest, ItFitsOnASmallScreenWhereItsRestIsScrolledTo) {
+  Start();
+  const QSize small(640, 480);
+  window_->resize(small);
+  EXPECT_EQ(window_->size(), small) << "the main button is beyond the screen";
+}
+
 TEST_F(MainWindowTest, WhatIsPastedAsAPortIsNeverGluedTogether) {
   Start();
   Find<QPushButton>("Command1")->click();

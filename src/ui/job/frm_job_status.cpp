@@ -25,7 +25,7 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(Text(message::kJobTitle));
-  resize(1120, 780);
+  ResizeOnScreen(*this, {1120, 780});
   ui_->upper_splitter->setSizes({690, 400});
   ui_->splitter->setSizes({500, 120});
   QFont title = ui_->label_entry->font();

@@ -25,7 +25,7 @@ FrmViewPage::FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory 
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
-  resize(1120, 780);
+  ResizeOnScreen(*this, {1120, 780});
   ui_->upper_splitter->setSizes({760, 320});
   ui_->splitter->setSizes({560, 100});
   ui_->command_stop->setIcon(ThemeIcon(QStringLiteral("stop")));

@@ -7,6 +7,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "async/wait.h"
@@ -21,14 +22,19 @@ FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
   setWindowTitle(QStringLiteral("Quayline"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(main_);
+  // On a small screen, or at a large scale, "Update Router" would be beyond the window's edge.
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setWidget(main_);
+  layout->addWidget(area);
   connect(main_, &FrmMain::exitRequested, this, &QWidget::close);
 }
 
 void FrmMain2::Load() {
   const auto loaded = main_->Load();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
+  resize(main_->sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
   move(screen.center() - rect().center());
   if (!loaded) {
     failed_ = true;

@@ -23,7 +23,7 @@ FrmViewScripts::FrmViewScripts(AppContext& context, Prompts& prompts, QWidget* p
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
   setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") + context.session.router_name);
-  resize(820, 640);
+  ResizeOnScreen(*this, {820, 640});
   ui_->splitter->setSizes({460, 120});
   ui_->Text2->SetScript(context.session.update_script);
   ui_->Text1->SetScript(context.session.view_script);
