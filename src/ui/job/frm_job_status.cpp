@@ -95,6 +95,9 @@ QString FrmJobStatus::OutcomeText() const {
   if (outcome.stopped) {
     return Text(message::kEndedEarly);
   }
+  if (context_.session.update_script.isEmpty()) {
+    return Text(message::kNoUpdateScript);
+  }
   if (outcome.entries_failed > 0) {
     return Text(message::kFinishedWithErrors)
         .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));

@@ -17,6 +17,10 @@ inline constexpr Message kFinished{
     "FrmJobStatus", "TextFinished",
     "Finished: every entry has run. The log tells what was found and done on each page. If most of "
     "its steps failed, please check that the right router is chosen."};
+inline constexpr Message kNoUpdateScript{
+    "FrmJobStatus", "TextNoUpdateScript",
+    "Nothing was done: there is no script for this router. Please choose your router in the main "
+    "window, and update again."};
 inline constexpr Message kEndedEarly{
     "FrmJobStatus", "TextEndedEarly",
     "Ended early, since pages of the router failed. Please check its IP, HTTP type and port, and "
