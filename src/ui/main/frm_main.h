@@ -57,6 +57,8 @@ class FrmMain final : public QMainWindow {
   // Does the first half of the start and arms the timers. The error has to be shown by the caller,
   // who ends the program.
   std::expected<void, QString> Load();
+  // The user is done with this window, whatever still has to be brought to its end behind it.
+  void LetFolderGo() { start_up_.LetFolderGo(); }
   // Ends what the window runs, its timers, and the job window. Called once, at the end.
   void Unload();
 

@@ -45,6 +45,7 @@ void FrmMain2::Load() {
 
 void FrmMain2::closeEvent(QCloseEvent* event) {
   hide();
+  main_->LetFolderGo();
   // Boxes and other windows go as well; each lets go of what it runs.
   const QWidgetList windows = QApplication::topLevelWidgets();
   for (QWidget* window : windows) {

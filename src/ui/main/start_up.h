@@ -42,6 +42,8 @@ class StartUp final : public QObject {
   void Begin();
   // Ends the slow half where it stands.
   void Cancel() { flow_.Cancel(); }
+  // The next copy of the program is the only one again.
+  void LetFolderGo() { copy_lock_.unlock(); }
 
  Q_SIGNALS:
   void languagesRead(const QStringList& languages, const QString& current);
@@ -64,7 +66,7 @@ class StartUp final : public QObject {
   AppContext& context_;
   ListCommands& list_;
   RouterListModel& routers_;
-  QLockFile copy_lock_;  // held until the window goes
+  QLockFile copy_lock_;  // held until the window closes
   Flow flow_;
 };
 
