@@ -192,6 +192,7 @@ int Run(QApplication& application, const Options& options) {
   QObject::connect(&copy, &OneCopy::asked, &main, [&main_window, &main](const QString& list_file) {
     ComeForward(main_window, main, list_file);
   });
+  QObject::connect(&main_window, &FrmMain2::leaving, &copy, &OneCopy::Release);
   QObject::connect(&main, &FrmMain::ready, &main, [&main, &copy, &options] {
     copy.Listen();
     BeginWith(main, options);

@@ -50,6 +50,11 @@ void OneCopy::Listen() {
   server_.listen(server_name_);
 }
 
+void OneCopy::Release() {
+  server_.close();
+  lock_.unlock();
+}
+
 void OneCopy::Answer(QLocalSocket* caller) {
   if (!caller->canReadLine()) {
     if (caller->bytesAvailable() > kMaxRequest) {

@@ -18,11 +18,13 @@ class OneCopy final : public QObject {
   // `folder` is the program's folder.
   explicit OneCopy(const QString& folder);
 
-  // True when no other copy has the folder. It is this copy's from then on, until the process ends,
-  // in whatever way. Also true where the folder does not let anybody claim it.
+  // True when no other copy has the folder. It is this copy's from then on, until it is released or
+  // the process ends, in whatever way. Also true where the folder does not let anybody claim it.
   bool Claim();
   // The first copy is to listen once it can do what it is asked for.
   void Listen();
+  // Leaves the folder to the next copy, while this one brings its last pages to their end.
+  void Release();
   // Asks the copy that has the folder to show itself, and to open a list unless `file` is empty.
   // Waits some seconds at most; false when nobody answers.
   bool AskOther(const QString& file) const;

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <cstdio>
+#include <limits>
 
 #include "core/port_list_file.h"
 #include "core/update_command.h"
@@ -63,8 +64,8 @@ std::expected<void, CliError> ReadPassword(const UpdateArguments& arguments, QSt
 std::optional<int> FindRouterId(const Databases& databases, const QString& name) {
   constexpr int kPage = 1000;
   std::optional<int> other_case;
-  for (QList<RouterName> page = databases.RouterNames(0, kPage); !page.isEmpty();
-       page = databases.RouterNames(page.last().id, kPage)) {
+  for (QList<RouterName> page = databases.RouterNames(std::numeric_limits<int>::min(), kPage);
+       !page.isEmpty(); page = databases.RouterNames(page.last().id, kPage)) {
     for (const RouterName& router : page) {
       if (router.name == name) {
         return router.id;
@@ -149,15 +150,20 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
   connect(&runner_, &JobRunner::errorAppended, this, tell);
   connect(&runner_, &JobRunner::noticeRequested, this, tell);
   connect(&runner_, &JobRunner::certificateQuestion, this,
-          [tell, trusted_certificate](const QString& address, const QString& fingerprint,
+          [tell, trusted_certificate](const ShownCertificate& shown,
                                       const std::function<void(bool)>& answer) {
             const bool is_trusted =
                 trusted_certificate &&
-                trusted_certificate->compare(fingerprint, Qt::CaseInsensitive) == 0;
+                trusted_certificate->compare(shown.fingerprint, Qt::CaseInsensitive) == 0;
             if (!is_trusted) {
-              tell(QStringLiteral("%1 shows a certificate that nobody vouches for. If it is your "
-                                  "router's own, run this again with --trust-certificate %2")
-                       .arg(address, fingerprint));
+              tell(QStringLiteral("%1 shows %2. If it is your router's own, run this again with "
+                                  "--trust-certificate %3")
+                       .arg(shown.address,
+                            shown.is_changed
+                                ? QStringLiteral("another certificate than the one that was "
+                                                 "trusted before")
+                                : QStringLiteral("a certificate that nobody vouches for"),
+                            shown.fingerprint));
             }
             answer(is_trusted);
           });
@@ -173,6 +179,9 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
   connect(&runner_, &JobRunner::activeHostChanged, this, show);
   connect(&runner_, &JobRunner::ended, this, [this] {
     Write(stdout, QStringLiteral("\n"));
+    runner_.Leave();
+  });
+  connect(&runner_, &JobRunner::left, this, [this] {
     const JobOutcome& outcome = runner_.Outcome();
     const bool done = !outcome.stopped && outcome.entries_failed == 0;
     Q_EMIT finished(static_cast<int>(done ? CliExit::kDone : CliExit::kFailed));

@@ -26,6 +26,13 @@ class JobFlags final : public QObject {
   void SetPageLoaded(bool value) { Set(page_loaded_, value); }
   void SetJobDebugMode(bool value) { Set(job_debug_mode_, value); }
 
+  // Runs whose windows are closed, and whose pages still bring a save to its end.
+  int LeavingRuns() const { return leaving_runs_; }
+  void AddLeavingRuns(int number) {
+    leaving_runs_ += number;
+    Q_EMIT changed();
+  }
+
   QString last_page_error;       // status text, " (", address, ")"
   QString last_router_status;    // last line of the status box
   QString url_suffix;            // appended to every address that a script builds
@@ -53,6 +60,7 @@ class JobFlags final : public QObject {
   bool page_error_pending_ = false;
   bool page_loaded_ = true;
   bool job_debug_mode_ = false;
+  int leaving_runs_ = 0;
 };
 
 }  // namespace quayline

@@ -19,6 +19,7 @@ Q_LOGGING_CATEGORY(log_core, "quayline.core")
 
 // The numbers that SQLite gives to these failures.
 constexpr int kSqlError = 1;
+constexpr int kBusy = 5;
 constexpr int kCorrupt = 11;
 constexpr int kCannotOpen = 14;
 constexpr int kNotADatabase = 26;
@@ -56,6 +57,12 @@ DatabaseError Failure(const QSqlError& error, const QString& path) {
   const int number = error.nativeErrorCode().toInt();
   if (number == kNotADatabase) {
     return {number, QStringLiteral("The file \"%1\" is not a database.").arg(path)};
+  }
+  if (number == kBusy) {
+    return {number,
+            QStringLiteral("The file \"%1\" is in use by another program. Please close that one, "
+                           "and start again.")
+                .arg(path)};
   }
   return {number == 0 ? kCannotOpen : number,
           QStringLiteral("The file \"%1\" cannot be read as a database (%2).")

@@ -15,7 +15,7 @@ class TrustedCertificates final {
   enum class Verdict {
     kUnknown,  // nothing is known of this address: ask the user
     kTrusted,  // the very certificate that the user took
-    kChanged,  // another one than the user took: refuse
+    kChanged,  // another one than the user took: ask, and say so
   };
 
   explicit TrustedCertificates(QString file_name);

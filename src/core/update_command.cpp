@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "core/entry_fields.h"
 #include "core/port_conflicts.h"
 #include "core/row_ports.h"
 #include "i18n/message.h"
@@ -86,11 +87,10 @@ QString ConflictMessage(const PortConflict& conflict, const QList<PortEntry>& en
 }  // namespace
 
 QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session) {
-  const int min_port = PortNumber(session.min_port).value_or(0);
-  const int max_port = PortNumber(session.max_port).value_or(0);
+  const PortLimits limits = LimitsOf(session);
   // A router's row may have its limits the wrong way round: the upper one is applied last.
-  const auto clamp = [&](QString& text, int& port) {
-    const int clamped = std::min(std::max(port, min_port), max_port);
+  const auto clamp = [&limits](QString& text, int& port) {
+    const int clamped = std::min(std::max(port, limits.min_port), limits.max_port);
     const bool is_changed = clamped != port;
     if (is_changed) {
       port = clamped;
@@ -119,7 +119,7 @@ UpdateVerdict CheckUpdate(const QList<PortEntry>& entries, const RouterSession& 
   if (const auto refusal = CheckSession(entries.size(), session, translator)) {
     return *refusal;
   }
-  const int max_range = PortNumber(session.max_range).value_or(0);
+  const int max_range = LimitsOf(session).max_range;
   const PortConflicts conflicts(entries);
   for (int row = 0; row < entries.size(); ++row) {
     if (const qint64 length = conflicts.Length(row); length > max_range) {

@@ -31,6 +31,13 @@ struct TypedLogin {
   QString password;
 };
 
+// A certificate that only the user can vouch for.
+struct ShownCertificate {
+  QString address;          // host, ":" and port
+  QString fingerprint;      // SHA-256, as people compare it
+  bool is_changed = false;  // the user took another one of this address before
+};
+
 // Whether a page is on its way somewhere.
 struct NavigationState {
   quint64 starts = 0;  // raised whenever a navigation begins in any frame of the page
@@ -99,9 +106,9 @@ class PageHost : public QObject {
   // The page shows a message, which was answered at once: OK, or what the page proposed. Only
   // raised with silent mode off.
   void pageMessage(const QString& text);
-  // The router shows a certificate that nobody vouches for, and that is not known yet. The page
-  // waits for the answer, which is given once, at any time. Unheard, it is refused.
-  void certificateQuestion(const QString& address, const QString& fingerprint,
+  // The router shows a certificate that nobody vouches for, and that the user has not taken. The
+  // page waits for the answer, which is given once, at any time. Unheard, it is refused.
+  void certificateQuestion(const quayline::ShownCertificate& shown,
                            const std::function<void(bool trusted)>& answer);
   // The router asks for a login and there is none to give, or none is left to try. The page waits.
   // Only raised with silent mode off.

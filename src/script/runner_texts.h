@@ -23,6 +23,7 @@ struct RunnerTexts {
   Message waiting_for;
   Message certificate_title;
   Message certificate_question;
+  Message changed_certificate;
 };
 
 constexpr RunnerTexts RunnerTextsOf(const char* window) {
@@ -57,8 +58,15 @@ constexpr RunnerTexts RunnerTextsOf(const char* window) {
           {window, "TextCertificateQuestion",
            "%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch "
            "for it. If you reach your own router in your own network here, you can trust it: "
-           "Quayline then remembers it, and refuses any other one at this address.\n\nFingerprint "
-           "(SHA-256):\n%2\n\nDo you trust this certificate?"},
+           "Quayline then remembers it, and warns you of any other one at this address.\n\n"
+           "Fingerprint (SHA-256):\n%2\n\nDo you trust this certificate?"},
+      .changed_certificate =
+          {window, "TextChangedCertificate",
+           "Careful: %1 shows another certificate than the one that you trusted before.\n\n"
+           "A router makes a new one when it is reset, updated or replaced. If none of this has "
+           "happened, "
+           "somebody else may be answering in its place, and would get your router's password: "
+           "answer No then.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust the new certificate?"},
   };
 }
 

@@ -3,12 +3,24 @@
 
 #include "script/script_runner.h"
 
+#include <QDeadlineTimer>
 #include <QMetaMethod>
+#include <QScopeGuard>
 #include <QUrl>
 
+#include "async/wait.h"
 #include "script/status_text.h"
 
 namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Behind a closed window, or a stopped command, nobody sees what is waited for.
+constexpr std::chrono::milliseconds kLeavingLimit = 10s;
+
+}  // namespace
 
 ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, const RunnerTexts& texts,
                            int& active_index, QObject* parent)
@@ -65,6 +77,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
 
 void ScriptRunner::StartRun(Task<> run) {
   running_ = true;
+  has_run_ = true;
   context_.job_flags.is_running = true;
   browsers_->TakeFlags();
   flow_.Start(std::move(run));
@@ -74,6 +87,36 @@ void ScriptRunner::Stop() {
   stopped_by_user_ = true;
   context_.job_flags.is_running = running_;
   context_.job_flags.SetJobStopRequested(true);
+}
+
+void ScriptRunner::Leave() {
+  Stop();
+  if (!has_run_) {
+    Q_EMIT left();
+    return;
+  }
+  leaving_.Start(ComeToRest());
+}
+
+// What a click put off comes ahead of the page that it leads to.
+Task<> ScriptRunner::ComeToRest() {
+  JobFlags& flags = context_.job_flags;
+  flags.AddLeavingRuns(1);
+  const auto gone = qScopeGuard([&flags] { flags.AddLeavingRuns(-1); });
+  const QDeadlineTimer end(kLeavingLimit);
+  const auto time_left = [&end] { return std::chrono::milliseconds(end.remainingTime()); };
+  const auto is_at_rest = [set = browsers_.get()] { return !set->Navigation().busy; };
+  co_await Until(is_at_rest)
+      .WokenBy(browsers_.get(), &BrowserSet::navigationChanged)
+      .AtMost(time_left());
+  OneShot<bool> proof;
+  ActiveHost()->ProveQuiet([done = proof.Callback()] { done(true); });
+  proof.GiveUpAfter(time_left());
+  co_await proof;
+  co_await Until(is_at_rest)
+      .WokenBy(browsers_.get(), &BrowserSet::navigationChanged)
+      .AtMost(time_left());
+  Q_EMIT left();
 }
 
 void ScriptRunner::ProceedToNextCommand() {
@@ -128,7 +171,7 @@ void ScriptRunner::ConnectQuestions(PageHost* host) {
     if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::certificateQuestion))) {
       Q_EMIT certificateQuestion(question...);
     } else {
-      std::get<2>(std::tie(question...))(false);
+      std::get<1>(std::tie(question...))(false);
     }
   });
   connect(host, &PageHost::loginQuestion, this, [this](const auto&... question) {

@@ -29,11 +29,16 @@ class ScriptRunner : public QObject {
   ~ScriptRunner() override;
 
   void Stop();
+  // Stops the run and lets its pages come to rest, so that a save on its way to the router is not
+  // cut off. left() follows within ten seconds, at once where no run has begun.
+  void Leave();
   // The debug button: lets the run go on behind the line at which it holds, and frees it from a
   // page load that never ends.
   void ProceedToNextCommand();
 
   bool IsRunning() const { return running_; }
+  // Stop() was called; errors of pages can end a run as well.
+  bool StoppedByUser() const { return stopped_by_user_; }
   JobLog& Log() { return log_; }
   // The browser on show: that of the page, or of its latest popup. Valid once it is opened.
   PageHost* ActiveHost() const;
@@ -57,12 +62,14 @@ class ScriptRunner : public QObject {
   void noticeRequested(const QString& text);
   // Questions of the router that the user has to answer while the page waits; see PageHost. Where
   // nobody hears them they are refused.
-  void certificateQuestion(const QString& address, const QString& fingerprint,
+  void certificateQuestion(const quayline::ShownCertificate& shown,
                            const std::function<void(bool trusted)>& answer);
   void loginQuestion(const QString& address,
                      const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // The run is over, finished or stopped.
   void ended();
+  // Nothing is lost any more when the runner goes.
+  void left();
 
  protected:
   // `active_index` is where the number of the browser on show is kept.
@@ -84,7 +91,6 @@ class ScriptRunner : public QObject {
   // A navigation failed during the run: decides what that costs beside the page's error.
   virtual void CountError() = 0;
 
-  bool StoppedByUser() const { return stopped_by_user_; }
   BrowserSet& Browsers() { return *browsers_; }
   RunEnvironment& Environment() { return *environment_; }
   QString Text(const Message& message) const { return context_.translator.Text(message); }
@@ -93,6 +99,7 @@ class ScriptRunner : public QObject {
   JobLog log_;
 
  private:
+  Task<> ComeToRest();
   void ConnectHost(PageHost* host);
   void ConnectQuestions(PageHost* host);
   void ShowPageMessage(const QString& text);
@@ -106,8 +113,10 @@ class ScriptRunner : public QObject {
   std::unique_ptr<RunEnvironment> environment_;
   bool stopped_by_user_ = false;
   bool running_ = false;
+  bool has_run_ = false;
   int messages_shown_ = 0;
-  Flow flow_;  // last: its frames use what stands above
+  Flow leaving_;  // these two last: their frames use what stands above
+  Flow flow_;
 };
 
 }  // namespace quayline

@@ -76,6 +76,21 @@ TEST_F(OneCopyTest, AListReachesTheFirstCopyWithEveryLetterOfItsName) {
   EXPECT_EQ(asked, files);
 }
 
+TEST_F(OneCopyTest, AReleasedFolderIsTheNextCopysAtOnce) {
+  const QString folder = Folder("one");
+  OneCopy first(folder);
+  ASSERT_TRUE(first.Claim());
+  first.Listen();
+  first.Release();
+  OneCopy second(folder);
+  EXPECT_TRUE(second.Claim());
+  second.Listen();
+  bool is_asked = false;
+  QObject::connect(&second, &OneCopy::asked, &second, [&] { is_asked = true; });
+  EXPECT_TRUE(Ask(folder, QString()));
+  EXPECT_TRUE(is_asked);
+}
+
 TEST_F(OneCopyTest, NobodyAnswers) { EXPECT_FALSE(Ask(Folder("silent"), QString())); }
 
 }  // namespace

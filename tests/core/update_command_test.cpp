@@ -44,7 +44,7 @@ TEST(ClampPorts, MovesPortsIntoTheLimitsAndNamesTheRowsThatChanged) {
       }
     }
     QList<PortEntry> entries = before;
-    const RouterSession session{.min_port = U(row.min), .max_port = U(row.max)};
+    const RouterSession session{.router_id = 1, .min_port = U(row.min), .max_port = U(row.max)};
     EXPECT_EQ(ClampPorts(entries, session), changed) << row.fault;
     EXPECT_EQ(entries, after) << row.fault;
   }

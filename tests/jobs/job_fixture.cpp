@@ -140,9 +140,9 @@ void JobTest::Begin(const QList<PortEntry>& entries) {
   QObject::connect(runner_.get(), &JobRunner::noticeRequested, runner_.get(),
                    [this](const QString& text) { notices_.append(text); });
   QObject::connect(runner_.get(), &JobRunner::certificateQuestion, runner_.get(),
-                   [this](const QString&, const QString&, const auto& answer) {
+                   [this](const ShownCertificate& shown, const auto& answer) {
                      ++certificate_questions_;
-                     answer(true);
+                     answer(!shown.is_changed);
                    });
   runner_->Open();
   Show(runner_->ActiveHost());

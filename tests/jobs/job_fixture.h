@@ -48,7 +48,7 @@ class JobTest : public ::testing::Test {
   std::unique_ptr<JobRunner> runner_;
   QStringList told_;               // the lines of the status box
   QStringList notices_;            // messages for the user
-  int certificate_questions_ = 0;  // each is answered with yes
+  int certificate_questions_ = 0;  // each is answered with yes, but for a changed one
 
  private:
   static std::unique_ptr<QTemporaryDir> folder_;

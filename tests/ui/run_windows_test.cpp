@@ -80,15 +80,20 @@ TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewBehindTheRun) {
   EXPECT_THAT(TextOf("Text2"), EndsWith("\nRouter Status: Done"));
 }
 
-TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndTheBrowser) {
+TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   hangs_ = true;
   Open();
   ASSERT_TRUE(ComesToSay("Text1", "nav(\"one\")"));
   EXPECT_TRUE(context_->job_flags.is_running);
   window_->close();
+  EXPECT_TRUE(context_->job_flags.JobStopRequested());
+  EXPECT_FALSE(RunUntil([this] { return page_.isNull(); }, std::chrono::milliseconds(300)));
+  EXPECT_FALSE(window_->isVisible());
+  EXPECT_EQ(context_->job_flags.LeavingRuns(), 1);
+  page_->Arrive();
   ASSERT_TRUE(ComesToItsEnd());
   EXPECT_TRUE(page_.isNull());
-  EXPECT_TRUE(context_->job_flags.JobStopRequested());
+  EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
   EXPECT_FALSE(context_->job_flags.is_running) << "the next run would be refused";
 }
 
@@ -149,7 +154,8 @@ TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
   for (const std::optional<LoginAnswer>& login :
        {std::optional<LoginAnswer>(), std::optional<LoginAnswer>({u"me"_s, u"pw"_s})}) {
     prompts_.login = login;
-    Q_EMIT page_->certificateQuestion(u"1.1.1.1"_s, u"AB:CD"_s, [&](bool is_trusted) {
+    const ShownCertificate certificate{u"1.1.1.1"_s, u"AB:CD"_s, login.has_value()};
+    Q_EMIT page_->certificateQuestion(certificate, [&](bool is_trusted) {
       answers.append(is_trusted ? u"trusted"_s : u"refused"_s);
     });
     Q_EMIT page_->loginQuestion(u"1.1.1.1"_s, [&](const std::optional<TypedLogin>& typed) {
@@ -159,6 +165,7 @@ TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
   EXPECT_EQ(answers.join(u' '), u"refused cancelled trusted me:pw"_s);
   const auto careful = AllOf(StartsWith("Careful: "), HasSubstr("1.1.1.1"), HasSubstr("AB:CD"));
   EXPECT_THAT(prompts_.shown, ElementsAre(careful, "Login: 1.1.1.1", careful, "Login: 1.1.1.1"));
+  EXPECT_NE(prompts_.shown[0], prompts_.shown[2]) << "that it is another one than before is told";
 }
 
 TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHoldsNothing) {

@@ -114,6 +114,11 @@ class FakePage final : public PageHost {
       Q_EMIT documentComplete();
     }
   }
+  // What hangs comes to its end.
+  void Arrive() {
+    navigation_.busy = false;
+    Q_EMIT navigationChanged();
+  }
   void Refresh2() override { Navigate2({}, {}); }
   void StopNavigation() override {}
   void SetLogin(const PageLogin&) override {}

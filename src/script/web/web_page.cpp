@@ -133,7 +133,8 @@ void WebPage::AnswerLogin(const QUrl& url, QAuthenticator* authenticator) {
   *authenticator = QAuthenticator();
 }
 
-// A certificate of the router's own that the user took stays good as long as it is the same. What
+// A certificate of the router's own that the user took stays good as long as it is the same. A
+// router that was reset has a new one, and its user no other way in than to be asked again. What
 // other hosts show has to hold by itself.
 void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   const QUrl url = error.url();
@@ -146,17 +147,10 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
     return;
   }
   const QByteArray sha256 = chain.first().digest(QCryptographicHash::Sha256);
-  switch (known->Look(address, sha256)) {
-    case TrustedCertificates::Verdict::kTrusted:
-      error.acceptCertificate();
-      return;
-    case TrustedCertificates::Verdict::kChanged:
-      error.rejectCertificate();
-      Q_EMIT told(tr("Refused: the certificate of %1 is not the one that was trusted before.")
-                      .arg(address));
-      return;
-    case TrustedCertificates::Verdict::kUnknown:
-      break;
+  const TrustedCertificates::Verdict verdict = known->Look(address, sha256);
+  if (verdict == TrustedCertificates::Verdict::kTrusted) {
+    error.acceptCertificate();
+    return;
   }
   error.defer();
   auto answer = [error, known, address, sha256](bool trusted) mutable {
@@ -171,7 +165,10 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
     answer(false);
     return;
   }
-  Q_EMIT certificateQuestion(address, TrustedCertificates::Fingerprint(sha256), answer);
+  Q_EMIT certificateQuestion({.address = address,
+                              .fingerprint = TrustedCertificates::Fingerprint(sha256),
+                              .is_changed = verdict == TrustedCertificates::Verdict::kChanged},
+                             answer);
 }
 
 }  // namespace quayline

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+#include "script/page_host.h"
 #include "script/web/navigation_watch.h"
 #include "script/web/web_profile.h"
 
@@ -27,7 +28,7 @@ class WebPage final : public QWebEnginePage {
   void told(const QString& text);
   // A message of the page for the user; with silent mode off.
   void messageShown(const QString& text);
-  void certificateQuestion(const QString& address, const QString& fingerprint,
+  void certificateQuestion(const quayline::ShownCertificate& shown,
                            const std::function<void(bool trusted)>& answer);
   // The router's login question found no answer.
   void loginRefused();

@@ -221,7 +221,7 @@ void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); 
 
 void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
   const QJsonArray arguments{call.operation, call.arguments, call.frame};
-  Ask(QStringLiteral("quaylineCall(...%1)").arg(AsJavaScript(arguments)),
+  Ask(QStringLiteral("window.quaylineCall?.(...%1)").arg(AsJavaScript(arguments)),
       QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
         const QVariantMap envelope = result.toMap();
         answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
@@ -231,7 +231,8 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
 }
 
 void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
-  Ask(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld, [](const QVariant&) {});
+  Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
+      [](const QVariant&) {});
   Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
 }
 
@@ -327,7 +328,7 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
           [&told, id](const QString& which) { told = told || which == id; });
   connect(this, &WebPageHost::workTold, &listener,
           [&working, id](const QString& which) { working = working || which == id; });
-  page_->runJavaScript(QStringLiteral("quaylineProveQuiet('%1')").arg(id),
+  page_->runJavaScript(QStringLiteral("window.quaylineProveQuiet?.('%1')").arg(id),
                        QWebEngineScript::ApplicationWorld);
   co_await Until([&] { return told || working; })
       .WokenBy(this, &WebPageHost::quietTold)
@@ -346,14 +347,14 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
   quiet();
 }
 
-void WebPageHost::OnCertificateQuestion(const QString& address, const QString& fingerprint,
+void WebPageHost::OnCertificateQuestion(const ShownCertificate& shown,
                                         const std::function<void(bool)>& answer) {
   if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::certificateQuestion))) {
     answer(false);
     return;
   }
-  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(address));
-  Q_EMIT certificateQuestion(address, fingerprint, [answer, alive = alive_](bool trusted) {
+  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(shown.address));
+  Q_EMIT certificateQuestion(shown, [answer, alive = alive_](bool trusted) {
     if (*alive) {
       answer(trusted);
     }

@@ -87,7 +87,7 @@ class WebPageHost final : public PageHost {
   // The engine starts a process that has ended anew without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
-  void OnCertificateQuestion(const QString& address, const QString& fingerprint,
+  void OnCertificateQuestion(const ShownCertificate& shown,
                              const std::function<void(bool trusted)>& answer);
   // Asks the user for the login that a page which failed for want of it needs. False when there is
   // nobody to ask, or no question to ask.

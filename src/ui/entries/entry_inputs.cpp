@@ -26,7 +26,7 @@ class TypingFilter final : public QValidator {
       : QValidator(parent), may_be_typed_(may_be_typed) {}
 
   State validate(QString& text, int& cursor) const override {
-    text.removeIf([](QChar c) { return c.isSpace(); });  // around what is pasted
+    text = text.trimmed();  // what is pasted; two ports with a blank between them are not one
     cursor = std::min(cursor, static_cast<int>(text.size()));
     return may_be_typed_(text) ? Acceptable : Invalid;
   }

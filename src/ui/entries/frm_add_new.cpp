@@ -11,6 +11,7 @@
 #include "ui/entries/entry_texts.h"
 #include "ui/toolkit/controls.h"
 #include "ui/toolkit/short_list.h"
+#include "ui/toolkit/theme.h"
 #include "ui_frm_add_new.h"
 
 namespace quayline {
@@ -60,7 +61,7 @@ FrmAddNew::FrmAddNew(AppContext& context, Prompts& prompts, HostNames& host_name
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   KeepStatusPlace(*ui_->label_status, *ui_->dBar1);
-  resize(sizeHint().expandedTo(QSize(kUsualWidth, 0)));
+  ResizeOnScreen(*this, sizeHint().expandedTo(QSize(kUsualWidth, 0)));
   SetIdle();
   ConnectDatabasePage();
   ConnectCustomPage();

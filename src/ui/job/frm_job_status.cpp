@@ -7,6 +7,7 @@
 
 #include "ui/job/job_window_texts.h"
 #include "ui/job/run_display.h"
+#include "ui/toolkit/theme.h"
 #include "ui_frm_job_status.h"
 
 namespace quayline {
@@ -24,20 +25,20 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(Text(message::kJobTitle));
-  resize(1120, 780);
+  ResizeOnScreen(*this, {1120, 780});
   ui_->upper_splitter->setSizes({690, 400});
   ui_->splitter->setSizes({500, 120});
   QFont title = ui_->label_entry->font();
   title.setBold(true);
   ui_->label_entry->setFont(title);
 
-  auto* display = new RunDisplay(*this, *runner_, context, prompts, kJobTexts, RunControls(*ui_));
+  display_ = new RunDisplay(*this, *runner_, context, prompts, kJobTexts, RunControls(*ui_));
   connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
   connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);
   connect(ui_->command_close, &QPushButton::clicked, this, &QWidget::close);
   runner_->Open();
-  display->ShowOpened();
+  display_->ShowOpened();
   timer1_.setSingleShot(true);
   connect(&timer1_, &QTimer::timeout, runner_.get(), &JobRunner::Run);
   timer1_.start(500ms);
@@ -78,8 +79,14 @@ void FrmJobStatus::ShowEnd() {
 
 QString FrmJobStatus::OutcomeText() const {
   const JobOutcome& outcome = runner_->Outcome();
-  if (outcome.stopped || context_.job_flags.JobStopRequested()) {
+  if (runner_->StoppedByUser()) {
     return Text(message::kStopped);
+  }
+  if (outcome.stopped) {
+    return Text(message::kEndedEarly);
+  }
+  if (context_.session.update_script.isEmpty()) {
+    return Text(message::kNoUpdateScript);
   }
   if (outcome.entries_failed > 0) {
     return Text(message::kFinishedWithErrors)
@@ -91,7 +98,7 @@ QString FrmJobStatus::OutcomeText() const {
 void FrmJobStatus::closeEvent(QCloseEvent* event) {
   timer1_.stop();
   context_.job_flags.SetPageErrorPending(true);
-  runner_->Stop();
+  display_->Leave();
   event->accept();
 }
 

@@ -16,9 +16,11 @@ class FrmJobStatus;
 
 namespace quayline {
 
+class RunDisplay;
+
 // The window of a job: the router's pages as the job works through them, its log, what the browser
 // says. The job begins half a second after the window opened, and ends with it at the latest. The
-// window deletes itself when it is closed.
+// window deletes itself when it is closed and a save that it was in has arrived.
 class FrmJobStatus final : public QWidget {
   Q_OBJECT
 
@@ -40,6 +42,7 @@ class FrmJobStatus final : public QWidget {
   AppContext& context_;
   std::unique_ptr<Ui::FrmJobStatus> ui_;
   std::unique_ptr<JobRunner> runner_;
+  RunDisplay* display_ = nullptr;  // a child of this window
   QTimer timer1_;
 };
 

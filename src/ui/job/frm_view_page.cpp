@@ -5,6 +5,7 @@
 
 #include "ui/job/job_window_texts.h"
 #include "ui/job/run_display.h"
+#include "ui/toolkit/theme.h"
 #include "ui_frm_view_page.h"
 
 namespace quayline {
@@ -24,19 +25,18 @@ FrmViewPage::FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory 
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
-  resize(1120, 780);
+  ResizeOnScreen(*this, {1120, 780});
   ui_->upper_splitter->setSizes({760, 320});
   ui_->splitter->setSizes({560, 100});
   ui_->label_entry->setText(Text(message::kLeadingToPage));
   ui_->label_entry->setWordWrap(true);
 
-  auto* display =
-      new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts, RunControls(*ui_));
+  display_ = new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts, RunControls(*ui_));
   connect(runner_.get(), &PageViewRunner::ended, this, &FrmViewPage::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmViewPage::Stop);
   connect(ui_->command_close, &QPushButton::clicked, this, &QDialog::reject);
   runner_->Open();
-  display->ShowOpened();
+  display_->ShowOpened();
   timer1_.setSingleShot(true);
   connect(&timer1_, &QTimer::timeout, this, &FrmViewPage::Run);
   timer1_.start(500ms);
@@ -76,7 +76,7 @@ void FrmViewPage::ShowEnd() {
 void FrmViewPage::done(int result) {
   timer1_.stop();
   context_.job_flags.SetPageErrorPending(true);
-  runner_->Stop();
+  display_->Leave();
   QDialog::done(result);
 }
 

@@ -16,9 +16,11 @@ class FrmViewPage;
 
 namespace quayline {
 
+class RunDisplay;
+
 // The window in which the user sees the router's page of ports and removes some by hand: the view
 // script leads there, half a second after the window opened, and the page stays. The window deletes
-// itself when it is closed.
+// itself when it is closed and a save that it was in has arrived.
 class FrmViewPage final : public QDialog {
   Q_OBJECT
 
@@ -37,6 +39,7 @@ class FrmViewPage final : public QDialog {
   AppContext& context_;
   std::unique_ptr<Ui::FrmViewPage> ui_;
   std::unique_ptr<PageViewRunner> runner_;
+  RunDisplay* display_ = nullptr;  // a child of this window
   QTimer timer1_;
 };
 

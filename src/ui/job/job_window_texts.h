@@ -15,7 +15,16 @@ inline constexpr Message kStopped{
     "Stopped before the end. What your router saved until now stays there."};
 inline constexpr Message kFinished{
     "FrmJobStatus", "TextFinished",
-    "Finished: every entry has run. The log tells what was found and done on each page."};
+    "Finished: every entry has run. The log tells what was found and done on each page. If most of "
+    "its steps failed, please check that the right router is chosen."};
+inline constexpr Message kNoUpdateScript{
+    "FrmJobStatus", "TextNoUpdateScript",
+    "Nothing was done: there is no script for this router. Please choose your router in the main "
+    "window, and update again."};
+inline constexpr Message kEndedEarly{
+    "FrmJobStatus", "TextEndedEarly",
+    "Ended early, since pages of the router failed. Please check its IP, HTTP type and port, and "
+    "the login in the main window, and update again. The log tells at which step."};
 inline constexpr Message kFinishedWithErrors{
     "FrmJobStatus", "TextFinishedWithErrors",
     "Finished, but %1 of %2 entries met an error of a page. The log tells at which step."};

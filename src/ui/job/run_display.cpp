@@ -56,6 +56,13 @@ void RunDisplay::ShowOpened() {
   controls_.proceed->setVisible(context_.job_options.debug_mode);
 }
 
+void RunDisplay::Leave() {
+  runner_.disconnect(this);  // what a page asks now finds nobody: it is refused
+  window_.setAttribute(Qt::WA_DeleteOnClose, false);
+  connect(&runner_, &ScriptRunner::left, &window_, &QObject::deleteLater);
+  runner_.Leave();
+}
+
 void RunDisplay::ConnectLog() {
   connect(&runner_.Log(), &JobLog::appended, this,
           [this](const QString& text) { AppendAtEnd(*controls_.log, text); });
@@ -72,11 +79,11 @@ void RunDisplay::ConnectLog() {
 // The page waits for the answers; the run can be stopped meanwhile by refusing.
 void RunDisplay::ConnectQuestions() {
   connect(&runner_, &ScriptRunner::certificateQuestion, this,
-          [this](const QString& address, const QString& fingerprint,
-                 const std::function<void(bool)>& answer) {
+          [this](const ShownCertificate& shown, const std::function<void(bool)>& answer) {
+            const Message& question =
+                shown.is_changed ? texts_.changed_certificate : texts_.certificate_question;
             prompts_.AskCarefully(&window_, Text(texts_.certificate_title),
-                                  Text(texts_.certificate_question).arg(address, fingerprint),
-                                  answer);
+                                  Text(question).arg(shown.address, shown.fingerprint), answer);
           });
   connect(
       &runner_, &ScriptRunner::loginQuestion, this,

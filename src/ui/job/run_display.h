@@ -52,6 +52,9 @@ class RunDisplay final : public QObject {
 
   // To be called once the runner has its browsers.
   void ShowOpened();
+  // To be called while the window closes: it goes at once, and deletes itself when a save on its
+  // way to the router has arrived.
+  void Leave();
 
  private:
   void ConnectLog();

@@ -103,6 +103,7 @@ void FrmMain::ConnectRouter() {
   ui_->Combo1->setCompleter(completer);
   IgnoreWheel(ui_->Combo1);  // a turn over it would choose routers and replace the typed login
   connect(ui_->Combo1, &QComboBox::activated, this, &FrmMain::SelectRouterRow);
+  connect(ui_->Combo1->lineEdit(), &QLineEdit::editingFinished, this, &FrmMain::SettleRouter);
   connect(ui_->Combo1, &QComboBox::editTextChanged, this,
           [this](const QString& text) { context_.session.router_name = text; });
   connect(&selection_, &RouterSelection::routerRead, this, [this] {
@@ -267,6 +268,7 @@ void FrmMain::UpdateRouter() {
   if (!ui_->Command8->isEnabled()) {
     return;
   }
+  SettleRouter();
   delete job_status_.data();
   QList<PortEntry> entries = context_.port_list.Entries();
   for (const int row : ClampPorts(entries, context_.session)) {

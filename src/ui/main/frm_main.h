@@ -96,6 +96,7 @@ class FrmMain final : public QMainWindow {
 
   void SelectRouterRow(int row);
   void ChooseRouter(int id);
+  void SettleRouter();
   void ReloadRouter();
   void ViewPorts();
   void ShowStoredFields(const StoredFields& fields);

@@ -7,24 +7,34 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
+
+#include "async/wait.h"
 
 namespace quayline {
 
 FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
-    : prompts_(prompts), main_(new FrmMain(context, prompts, std::move(windows), this)) {
+    : context_(context),
+      prompts_(prompts),
+      main_(new FrmMain(context, prompts, std::move(windows), this)) {
   setObjectName(QStringLiteral("FrmMain2"));
   setWindowTitle(QStringLiteral("Quayline"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(main_);
+  // On a small screen, or at a large scale, "Update Router" would be beyond the window's edge.
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setWidget(main_);
+  layout->addWidget(area);
   connect(main_, &FrmMain::exitRequested, this, &QWidget::close);
 }
 
 void FrmMain2::Load() {
   const auto loaded = main_->Load();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
+  resize(main_->sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
   move(screen.center() - rect().center());
   if (!loaded) {
     failed_ = true;
@@ -35,7 +45,7 @@ void FrmMain2::Load() {
 
 void FrmMain2::closeEvent(QCloseEvent* event) {
   hide();
-  main_->Unload();
+  Q_EMIT leaving();
   // Boxes and other windows go as well; each lets go of what it runs.
   const QWidgetList windows = QApplication::topLevelWidgets();
   for (QWidget* window : windows) {
@@ -44,6 +54,13 @@ void FrmMain2::closeEvent(QCloseEvent* event) {
     }
   }
   event->accept();
+  ending_.Start(End());
+}
+
+Task<> FrmMain2::End() {
+  JobFlags& flags = context_.job_flags;
+  co_await Until([&flags] { return flags.LeavingRuns() == 0; }).WokenBy(&flags, &JobFlags::changed);
+  main_->Unload();
   Q_EMIT closed();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+#include "async/flow.h"
 #include "ui/main/frm_main.h"
 
 namespace quayline {
@@ -26,16 +27,22 @@ class FrmMain2 final : public QWidget {
 
  Q_SIGNALS:
   void startFailed();
-  // Everything is closed: the program's end.
+  // The user is done with the program, whatever still has to be brought to its end behind it.
+  void leaving();
+  // Everything is closed, and what the router was sent has arrived: the program's end.
   void closed();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  Task<> End();
+
+  AppContext& context_;
   Prompts& prompts_;
   FrmMain* main_;
   bool failed_ = false;
+  Flow ending_;
 };
 
 }  // namespace quayline

@@ -26,6 +26,21 @@ void FrmMain::ChooseRouter(int id) {
   SelectRouterRow(row);
 }
 
+// The name that is left must be that of the router whose script an update runs: half a name gives
+// way to it. An empty one stays, and is refused.
+void FrmMain::SettleRouter() {
+  const QString typed = ui_->Combo1->currentText();
+  const int chosen = routers_.RowOf(context_.session.router_id);
+  const int found = routers_.Find(typed);
+  const QString name = ui_->Combo1->itemText(chosen);
+  if (found > 0 && ui_->Combo1->itemText(found) != name) {
+    ChooseRouter(routers_.RouterId(found));
+  } else if (found != 0 && chosen > 0 && !typed.isEmpty()) {
+    ui_->Combo1->setCurrentIndex(chosen);
+    ui_->Combo1->setEditText(name);
+  }
+}
+
 // Reading a router brings its factory login; the user's own one is put back.
 void FrmMain::ReloadRouter() {
   const QString username = context_.settings.Value(setting::kRouterUsername);

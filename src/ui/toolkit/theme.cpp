@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QProxyStyle>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QSvgRenderer>
 
 // A static library's resources are linked in only where they are asked for, outside any namespace.
@@ -140,6 +141,10 @@ QColor Mixed(const QColor& under, const QColor& over, qreal share) {
 
 QIcon ThemeIcon(const QString& name, QPalette::ColorRole role) {
   return QIcon(new PaletteIconEngine(ReadIcon(name), role));
+}
+
+void ResizeOnScreen(QWidget& window, const QSize& wanted) {
+  window.resize(wanted.boundedTo(window.screen()->availableSize()));
 }
 
 QIcon ProgramLogo() { return ThemeIcon(QStringLiteral("logo"), QPalette::ButtonText); }

@@ -6,6 +6,8 @@
 #include <QIcon>
 #include <QObject>
 #include <QPalette>
+#include <QSize>
+#include <QWidget>
 
 class QApplication;
 
@@ -34,6 +36,9 @@ QColor Mixed(const QColor& under, const QColor& over, qreal share);
 
 // An icon of icons/<name>.svg, drawn at any size in the palette's colour of `role` at that moment.
 QIcon ThemeIcon(const QString& name, QPalette::ColorRole role = QPalette::ButtonText);
+// Gives a window its size, or what the screen has room for.
+void ResizeOnScreen(QWidget& window, const QSize& wanted);
+
 // The program's logo in its own colours.
 QIcon ProgramLogo();
 

@@ -35,7 +35,7 @@ FrmRouterList::FrmRouterList(AppContext& context, Prompts& prompts, QWidget* par
       list_(new QStringListModel(this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  resize(520, 560);
+  ResizeOnScreen(*this, {520, 560});
   ui_->List1->setModel(list_);
   ui_->Command1->setIcon(ThemeIcon(QStringLiteral("search")));
   ui_->command_choose->setEnabled(false);

@@ -11,6 +11,13 @@
 
 namespace quayline {
 
+namespace {
+
+// Nobody reads on behind so many, and a list of them all takes seconds to lay out.
+constexpr qsizetype kMaxFindingsShown = 500;
+
+}  // namespace
+
 FrmViewScripts::FrmViewScripts(AppContext& context, Prompts& prompts, QWidget* parent,
                                std::function<void()> written)
     : QDialog(parent),
@@ -23,7 +30,7 @@ FrmViewScripts::FrmViewScripts(AppContext& context, Prompts& prompts, QWidget* p
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
   setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") + context.session.router_name);
-  resize(820, 640);
+  ResizeOnScreen(*this, {820, 640});
   ui_->splitter->setSizes({460, 120});
   ui_->Text2->SetScript(context.session.update_script);
   ui_->Text1->SetScript(context.session.view_script);
@@ -75,7 +82,8 @@ void FrmViewScripts::ShowScript(int index) {
 void FrmViewScripts::ShowFindings() {
   findings_ = Editor()->Findings();
   ui_->list_findings->clear();
-  for (const ScriptFinding& found : findings_) {
+  const qsizetype shown = std::min(findings_.size(), kMaxFindingsShown);
+  for (const ScriptFinding& found : std::as_const(findings_).first(shown)) {
     const bool is_error = found.finding.severity == LintSeverity::kError;
     ui_->list_findings->addItem(
         Text(is_error ? message::kFindingError : message::kFindingWarning)

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <QLineEdit>
+
+#include "main_fixture.h"
+
+namespace quayline::testing {
+namespace {
+
+TEST_F(MainWindowTest, AnUpdateWithoutARouterMakesNoZerosOfThePorts) {
+  folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|90|TCP|x\r\nB|1.1.1.1()|25|25|TCP|x\r\n");
+  Start("routerip=10.0.0.1\r\n");
+  const std::string before = Rows();
+  Click("Command8");
+  EXPECT_EQ(jobs_.size(), 1);
+  EXPECT_EQ(Rows(), before);
+}
+
+TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
+  folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|80|TCP|x\r\n");
+  Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
+  struct Row {
+    const char* typed;
+    std::string shown;
+    int router_id;
+  };
+  const Row rows[] = {
+      {"alp", "Alpha 1", 3}, {"beta 2", "Beta 2", 7}, {"nonsense", "Beta 2", 7}, {"", "", 7}};
+  for (const Row& row : rows) {
+    Find<QComboBox>("Combo1")->setEditText(QLatin1String(row.typed));
+    prompts_.shown.clear();
+    Click("Command8");
+    EXPECT_EQ(TextOf("Combo1"), row.shown) << row.typed;
+    EXPECT_EQ(context_->session.router_id, row.router_id) << row.typed;
+    EXPECT_EQ(prompts_.shown.empty(), !row.shown.empty()) << row.typed;
+  }
+}
+
+TEST_F(MainWindowTest, ItFitsOnASmallScreenWhereItsRestIsScrolledTo) {
+  Start();
+  const QSize small(640, 480);
+  window_->resize(small);
+  EXPECT_EQ(window_->size(), small) << "the main button is beyond the screen";
+}
+
+TEST_F(MainWindowTest, WhatIsPastedAsAPortIsNeverGluedTogether) {
+  Start();
+  Click("Command1");
+  auto* field = Child<QLineEdit>(Find("FrmAddNew"), "Text2");
+  for (const auto& [pasted, shown] : std::initializer_list<std::pair<const char*, std::string>>{
+           {" 80 ", "80"}, {"80\n", "80"}, {"80 81", ""}, {"80\n81", ""}}) {
+    field->clear();
+    field->insert(QLatin1String(pasted));
+    EXPECT_EQ(field->text().toStdString(), shown) << pasted;
+  }
+}
+
+}  // namespace
+}  // namespace quayline::testing
