@@ -97,6 +97,19 @@ std::expected<void, CliError> ChooseRouter(const UpdateArguments& arguments, App
 
 }  // namespace
 
+QString WhyNot(ListFileError error) {
+  switch (error) {
+    case ListFileError::kTooLarge:
+      return QStringLiteral(": it is too large");
+    case ListFileError::kNotAList:
+      return QStringLiteral(": it is not a list of ports");
+    case ListFileError::kCannotOpen:
+    case ListFileError::kCannotWrite:
+      break;
+  }
+  return {};
+}
+
 std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, AppContext& context) {
   if (!QDir(context.program_folder).exists()) {
     return Failure(CliExit::kUsage,
@@ -107,11 +120,8 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, Ap
   }
   const auto list = LoadPortList(arguments.list_file);
   if (!list) {
-    return Failure(CliExit::kUsage,
-                   QStringLiteral("The list %1 cannot be read%2.")
-                       .arg(arguments.list_file, list.error() == ListFileError::kTooLarge
-                                                     ? QStringLiteral(": it is too large")
-                                                     : QString()));
+    return Failure(CliExit::kUsage, QStringLiteral("The list %1 cannot be read%2.")
+                                        .arg(arguments.list_file, WhyNot(list.error())));
   }
   if (const auto chosen = ChooseRouter(arguments, context); !chosen) {
     return std::unexpected(chosen.error());

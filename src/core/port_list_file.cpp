@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QStringConverter>
 
+#include <algorithm>
 #include <array>
 
 #include "core/save_file.h"
@@ -69,6 +70,14 @@ QList<PortEntry> ParseRows(const QByteArray& file_bytes, qsizetype max_rows) {
   return entries;
 }
 
+// A picture, a program, a text of another kind: its lines would be taken for names of entries.
+bool IsOtherFile(const QByteArray& bytes, const QList<PortEntry>& entries) {
+  const bool has_controls = std::ranges::any_of(WithoutUtf16(bytes), [](char c) {
+    return c > '\0' && c < ' ' && c != '\t' && c != '\r' && c != '\n';
+  });
+  return has_controls || (!entries.isEmpty() && !bytes.contains('|'));
+}
+
 }  // namespace
 
 QList<PortEntry> ParsePortList(const QByteArray& bytes) { return ParseRows(bytes, kNoLimit); }
@@ -105,6 +114,9 @@ std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_
   QList<PortEntry> entries = ParseRows(bytes, kMaxListRows + 1);
   if (entries.size() > kMaxListRows) {
     return std::unexpected(ListFileError::kTooLarge);
+  }
+  if (IsOtherFile(bytes, entries)) {
+    return std::unexpected(ListFileError::kNotAList);
   }
   return entries;
 }

@@ -80,7 +80,19 @@ void ScriptRunner::StartRun(Task<> run) {
   has_run_ = true;
   context_.job_flags.is_running = true;
   browsers_->TakeFlags();
-  flow_.Start(std::move(run));
+  flow_.Start(RunWhenFree(std::move(run)));
+}
+
+// A router talks to one at a time, and the run before may still bring a save to its end.
+Task<> ScriptRunner::RunWhenFree(Task<> run) {
+  JobFlags& flags = context_.job_flags;
+  const auto is_free = [&flags] { return flags.LeavingRuns() == 0 || flags.JobStopRequested(); };
+  if (!is_free()) {
+    Q_EMIT waitingFor(RouterHost(context_.session));
+    co_await Until(is_free).WokenBy(&flags, &JobFlags::changed);
+    Q_EMIT waitingFor({});
+  }
+  co_await std::move(run);
 }
 
 void ScriptRunner::Stop() {

@@ -100,6 +100,7 @@ class ScriptRunner : public QObject {
 
  private:
   Task<> ComeToRest();
+  Task<> RunWhenFree(Task<> run);
   void ConnectHost(PageHost* host);
   void ConnectQuestions(PageHost* host);
   void ShowPageMessage(const QString& text);

@@ -122,12 +122,18 @@ TEST_F(PortListOnDisk, FilesThatCannotBeAListAreToldApart) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(qint64{4} << 30));
   EXPECT_EQ(error(path_), ListFileError::kTooLarge);
   file.close();
-  ASSERT_TRUE(WriteBytes(path_, QByteArray("a\n").repeated(kMaxListRows)));
+  ASSERT_TRUE(WriteBytes(path_, QByteArray("a|\n").repeated(kMaxListRows)));
   EXPECT_EQ(error(path_), std::nullopt);
-  ASSERT_TRUE(WriteBytes(path_, QByteArray("a\n").repeated(kMaxListRows + 1)));
+  ASSERT_TRUE(WriteBytes(path_, QByteArray("a|\n").repeated(kMaxListRows + 1)));
   EXPECT_EQ(error(path_), ListFileError::kTooLarge);
 
-  ASSERT_TRUE(WriteBytes(path_, "old"));
+  for (const QByteArray& bytes :
+       {QByteArray("\x89PNG\r\n\x1a\n|"), QByteArray("name,address,port\r\n"), QByteArray("\1")}) {
+    ASSERT_TRUE(WriteBytes(path_, bytes));
+    EXPECT_EQ(error(path_), ListFileError::kNotAList) << bytes.constData();
+  }
+
+  ASSERT_TRUE(WriteBytes(path_, "old|"));
   const testing::ReadOnlyFolder folder(folder_.path());
   EXPECT_FALSE(SavePortList({}, path_));
   EXPECT_EQ(LoadPortList(path_)->size(), 1);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QDir>
 #include <QLineEdit>
 
 #include "main_fixture.h"
@@ -35,6 +36,18 @@ TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
     EXPECT_EQ(context_->session.router_id, row.router_id) << row.typed;
     EXPECT_EQ(prompts_.shown.empty(), !row.shown.empty()) << row.typed;
   }
+}
+
+TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStayInTheWindow) {
+  QDir(folder_.dir.path()).mkdir(u"settings.ini"_s);
+  Start();
+  prompts_.shown.clear();
+  Type("Text2", "me");
+  Type("Text3", "secret");
+  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("cannot be stored")));
+  Trigger("MenuViewScripts");
+  scripts_written_();
+  ExpectTexts({{"Text2", "me"}, {"Text3", "secret"}});
 }
 
 TEST_F(MainWindowTest, ItFitsOnASmallScreenWhereItsRestIsScrolledTo) {

@@ -97,6 +97,16 @@ TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   EXPECT_FALSE(context_->job_flags.is_running) << "the next run would be refused";
 }
 
+TEST_P(EachRunWindowTest, TheSaveOfAWindowThatIsClosedComesAheadOfTheNextRun) {
+  context_->job_flags.AddLeavingRuns(1);
+  Open();
+  ASSERT_TRUE(ComesToSay("label_waiting", "1.1.1.1"));
+  EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("Step 01")));
+  context_->job_flags.AddLeavingRuns(-1);
+  EXPECT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
+  EXPECT_EQ(TextOf("label_waiting"), "");
+}
+
 TEST_P(EachRunWindowTest, StopFreesTheRunAheadOfItsFirstStepAndInAHangingPage) {
   hangs_ = true;
   for (const bool at_once : {true, false}) {

@@ -121,8 +121,9 @@ void RunDisplay::ShowHost(PageHost* host) {
   QWidget* shown = host ? host->Widget() : nullptr;
   QLayout* area = controls_.browser_area->layout();
   for (int i = 0; i < area->count(); ++i) {
-    QWidget* other = area->itemAt(i)->widget();
-    other->setVisible(other == shown);
+    if (QWidget* other = area->itemAt(i)->widget()) {
+      other->setVisible(other == shown);
+    }
   }
   if (shown && area->indexOf(shown) < 0) {
     area->addWidget(shown);

@@ -314,9 +314,17 @@ void FrmMain::ShowJob() {
 
 // A value that stands in the file already is not written again: showing the stored values at the
 // start, or a router's login that is the user's own, costs no disk.
+// Once is enough: each key that is typed is stored.
+void FrmMain::NoteStored(bool is_stored) {
+  if (!is_stored && !told_of_settings_) {
+    told_of_settings_ = true;
+    prompts_.Tell(this, Text(message::kCannotKeepSettings));
+  }
+}
+
 void FrmMain::Store(const char* key, const QString& value) {
   if (context_.settings.Value(key) != value) {
-    context_.settings.SetValue(key, value);
+    NoteStored(context_.settings.SetValue(key, value));
   }
 }
 

@@ -115,6 +115,7 @@ class FrmMain final : public QMainWindow {
   void ShowJob();
   void Tell(std::initializer_list<Message> texts);
   void Store(const char* key, const QString& value);
+  void NoteStored(bool is_stored);
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
@@ -131,6 +132,7 @@ class FrmMain final : public QMainWindow {
   QTimer timer3_;        // totals
   QTimer timer_get_ip_;  // local address
   QPointer<QWidget> job_status_;
+  bool told_of_settings_ = false;
 };
 
 }  // namespace quayline

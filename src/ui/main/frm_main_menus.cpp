@@ -13,11 +13,11 @@ namespace quayline {
 void FrmMain::ConnectAdvancedMenu() {
   connect(ui_->MenuDisablePopups, &QAction::triggered, this, [this](bool checked) {
     context_.job_options.silent_mode = checked;
-    context_.settings.SetBoolean(setting::kSilentMode, checked);
+    NoteStored(context_.settings.SetBoolean(setting::kSilentMode, checked));
   });
   connect(ui_->MenuScriptThrottle, &QAction::triggered, this, [this](bool checked) {
     context_.job_options.throttle = checked;
-    context_.settings.SetBoolean(setting::kScriptThrottle, checked);
+    NoteStored(context_.settings.SetBoolean(setting::kScriptThrottle, checked));
   });
   connect(ui_->MenuDebugMode, &QAction::triggered, this,
           [this](bool checked) { context_.job_options.debug_mode = checked; });

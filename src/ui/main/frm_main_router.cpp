@@ -41,10 +41,11 @@ void FrmMain::SettleRouter() {
   }
 }
 
-// Reading a router brings its factory login; the user's own one is put back.
+// Reading a router brings its factory login; the user's own one is put back. The fields have it
+// even where it could not be stored.
 void FrmMain::ReloadRouter() {
-  const QString username = context_.settings.Value(setting::kRouterUsername);
-  const QString password = context_.settings.Value(setting::kRouterPassword);
+  const QString username = ui_->Text2->text();
+  const QString password = ui_->Text3->text();
   ChooseRouter(context_.session.router_id);
   ui_->Text2->setText(username);
   ui_->Text3->setText(password);

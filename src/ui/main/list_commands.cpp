@@ -23,6 +23,19 @@ FileQuestion QuestionOf(const QString& title) {
   return {.title = title, .filter = FileFilter(), .default_suffix = QStringLiteral("qyl")};
 }
 
+const Message& WhyNot(ListFileError error) {
+  switch (error) {
+    case ListFileError::kTooLarge:
+      return message::kListTooLarge;
+    case ListFileError::kNotAList:
+      return message::kNotAList;
+    case ListFileError::kCannotOpen:
+    case ListFileError::kCannotWrite:
+      break;
+  }
+  return message::kCannotOpenList;
+}
+
 // The first name of a list file that nothing has yet: "list-unread.qyl", "list-unread-2.qyl".
 QString FreeName(const QString& stem) {
   QString name = stem + QStringLiteral(".qyl");
@@ -149,9 +162,8 @@ void ListCommands::OfferFile(const QString& file) {
 std::optional<QList<PortEntry>> ListCommands::ReadFile(const QString& file) {
   auto entries = LoadPortList(file);
   if (!entries) {
-    const Message& why = entries.error() == ListFileError::kTooLarge ? message::kListTooLarge
-                                                                     : message::kCannotOpenList;
-    prompts_.Tell(window_, Text(why) + QLatin1Char('\n') + QDir::toNativeSeparators(file));
+    prompts_.Tell(window_, Text(WhyNot(entries.error())) + QLatin1Char('\n') +
+                               QDir::toNativeSeparators(file));
     return std::nullopt;
   }
   return std::move(*entries);
@@ -170,13 +182,14 @@ void ListCommands::ShowState(std::optional<QList<PortEntry>> state) {
 
 void ListCommands::Keep() {
   history_.Note(context_.port_list.Entries());
-  if (!WriteWorkingFile()) {
+  const bool is_written = WriteWorkingFile();
+  if (!is_written) {
     qCWarning(log_list) << "the list cannot be written";
-    if (!told_of_failure_) {
-      told_of_failure_ = true;
-      prompts_.Tell(window_, Text(message::kCannotKeepList));
-    }
   }
+  if (!is_written && !has_failed_) {
+    prompts_.Tell(window_, Text(message::kCannotKeepList));
+  }
+  has_failed_ = !is_written;
   Q_EMIT listWritten();
 }
 

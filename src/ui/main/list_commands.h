@@ -65,8 +65,8 @@ class ListCommands final : public QObject {
   Prompts& prompts_;
   QWidget* window_;
   ListHistory history_;
-  QString aside_;  // where a list that could not be read goes ahead of the first change
-  bool told_of_failure_ = false;  // once a run is enough
+  QString aside_;            // where a list that could not be read goes ahead of the first change
+  bool has_failed_ = false;  // to write the list the last time, of which the user was told
 };
 
 }  // namespace quayline

@@ -69,6 +69,12 @@ inline constexpr Message kCannotOpenList{
     "FrmMain", "TextCannotOpenList", "This list cannot be opened, your ports stay as they are:"};
 inline constexpr Message kListTooLarge{"FrmMain", "TextListTooLarge",
                                        "This file is too large for a list of ports:"};
+inline constexpr Message kNotAList{
+    "FrmMain", "TextNotAList", "This file is not a list of ports, your ports stay as they are:"};
+inline constexpr Message kCannotKeepSettings{
+    "FrmMain", "TextCannotKeepSettings",
+    "What you set here cannot be stored, and will be forgotten when the program ends. Is the disk "
+    "full, or may you not write in the program's folder?"};
 inline constexpr Message kCannotSaveList{
     "FrmMain", "TextCannotSaveList",
     "The list cannot be saved. Is the disk full, or may you not write there?"};
