@@ -41,7 +41,6 @@ TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
 TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStayInTheWindow) {
   QDir(folder_.dir.path()).mkdir(u"settings.ini"_s);
   Start();
-  prompts_.shown.clear();
   Type("Text2", "me");
   Type("Text3", "secret");
   EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("cannot be stored")));
