@@ -1,12 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <QSignalSpy>
-#include <QTemporaryDir>
-
-#include "core/app_context.h"
-#include "script/job_runner.h"
-#include "web/web_fixture.h"
+#include "web/page_job.h"
 
 namespace quayline::testing {
 namespace {
@@ -14,54 +9,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-class NoAdapters final : public Adapters {
- public:
-  QList<Adapter> List() const override { return {}; }
-  QString LocalAddress(const QString&) const override { return {}; }
-  QStringList AddressTable() const override { return {}; }
-};
-
-class NoDesktop final : public Desktop {
- public:
-  bool OpenInBrowser(const QUrl&) override { return false; }
-};
-
 // Jobs on pages that never come to an end.
-class StuckJob : public ::testing::Test {
- protected:
-  StuckJob() {
-    const QUrl address = server_.Address({});
-    context_.session.router_ip = address.host();
-    context_.session.http_port = QString::number(address.port());
-    context_.job_options.throttle = false;
-    context_.port_list.SetEntries({{.app_name = u"Web"_s,
-                                    .forwarded_to = u"1.1.1.1()"_s,
-                                    .start_port = u"80"_s,
-                                    .end_port = u"80"_s,
-                                    .protocol = u"TCP"_s}});
-  }
-
-  void Start(const QStringList& script) {
-    context_.session.update_script = script;
-    runner_ = std::make_unique<JobRunner>(context_, WebPageHosts(context_.job_options));
-    runner_->Open();
-    runner_->ActiveHost()->Widget()->show();
-    runner_->Run();
-  }
-  bool LogHolds(const char* text) {
-    return RunUntil([&] { return runner_->Log().Text().contains(QLatin1String(text)); }, 20s);
-  }
-  bool Ends(std::chrono::milliseconds limit) {
-    return RunUntil([&] { return !runner_->IsRunning(); }, limit);
-  }
-
-  ScriptedServer server_;
-  QTemporaryDir folder_;
-  NoAdapters adapters_;
-  NoDesktop desktop_;
-  AppContext context_{folder_.path(), adapters_, desktop_};
-  std::unique_ptr<JobRunner> runner_;
-};
+using StuckJob = PageJob;
 
 TEST_F(StuckJob, AnEndlessPageIsStoppedAndTheNextJobRuns) {
   const struct {
