@@ -69,6 +69,14 @@ TEST_F(LateSave, ArrivesThoughItsClickIsLongOver) {
            LATER("f.submit()", '100'))},
       {"a page in between waits",
        "<form action=/wait><input name=box><input type=submit name=go></form>"},
+      {"a button is enabled late",
+       "<form action=/save oninput=\"" LATER("go.disabled=false",
+                                             200) "\"><input name=box>"
+                                                  "<button id=go disabled></button></form>"},
+      {"the form comes late",
+       "<body><script>" LATER("document.body.innerHTML='<form action=/save><input name=box>"
+                              "<button id=go></button></form>'",
+                              200) "</script>"},
   };
   server_.special = [](const QByteArray& request) -> std::optional<Reply> {
     if (!request.startsWith("GET /wait?")) {
@@ -83,6 +91,42 @@ TEST_F(LateSave, ArrivesThoughItsClickIsLongOver) {
     server_.replies["/page"] = Html(page.markup);
     ExpectSavedBeforeTheNextPage(
         {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+  }
+}
+
+TEST_F(LateSave, ArrivesWhateverSetItGoing) {
+  const QString nav = u"nav(\"page\")"_s;
+  const QString name = u"set_name(\"box,\")"_s;
+  const QString box = u"set_checkbox(\"kind,\")"_s;
+  const QString go = u"click_button(\"go\")"_s;
+  const char* const form =
+      FORM "<input type=button id=go onclick='f.submit()'><input type=checkbox name=kind onclick=";
+  const struct {
+    const char* fault;
+    QByteArray markup;
+    QStringList script;
+  } cases[] = {
+      {"a choice loads another form",
+       form + QByteArray("\"location='/other'\">"),
+       {nav, box, name, go}},
+      {"a choice loads another form in a moment",
+       form + QByteArray("\"" LATER("location='/other'", 50) "\">"),
+       {nav, box, name, go}},
+      {"a box saves by itself", form + QByteArray("\"" LATER(SEND, 100) "\">"), {nav, name, box}},
+      {"nobody waits for the click",
+       GO(LATER(SEND, 100)),
+       {nav, name, u"click_button_ignore_page_loading(\"go,20\")"_s}},
+      {"a move within the page",
+       "<script>onhashchange=function(){" LATER("document.body.innerHTML=\"<form action=/save>"
+                                                "<input name=box><button id=go></button></form>\"",
+                                                40) "}</script><p>page",
+       {nav, u"nav(\"page#form\")"_s, name, go}},
+  };
+  server_.replies["/other"] = Html(form + QByteArray("''>"));
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    server_.replies["/page"] = Html(row.markup);
+    ExpectSavedBeforeTheNextPage(row.script);
   }
 }
 
