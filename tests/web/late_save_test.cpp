@@ -10,6 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using Then = Reply::Then;
 
 #define FORM "<form action=/save><input name=box></form><script>var f=document.forms[0];</script>"
 #define GO(code) FORM "<input type=button name=go onclick=\"" code "\">"
@@ -127,6 +128,28 @@ TEST_F(LateSave, ArrivesWhateverSetItGoing) {
     SCOPED_TRACE(row.fault);
     server_.replies["/page"] = Html(row.markup);
     ExpectSavedBeforeTheNextPage(row.script);
+  }
+}
+
+TEST_F(LateSave, TheNextPageIsAskedForAgainWhileTheRouterIsAway) {
+  const struct {
+    const char* fault;
+    Reply reply;
+  } cases[] = {
+      {"it hangs up", {.bytes = {}, .then = Then::kReset}},
+      {"it says that it is busy", Answer("503 Busy", "busy")},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    int refusals = 3;
+    server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
+      return request.startsWith("GET /fine") && refusals-- > 0 ? std::optional(row.reply)
+                                                               : std::nullopt;
+    };
+    server_.replies["/page"] = Html(GO("f.submit()"));
+    ExpectSavedBeforeTheNextPage(
+        {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+    EXPECT_LT(refusals, 0);
   }
 }
 

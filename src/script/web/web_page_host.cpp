@@ -63,6 +63,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
   keys_guard_.setSingleShot(true);
+  connect(&retry_, &LoadRetry::again, this, [this](const QUrl& url) { page_->load(url); });
   connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QString& host_name) {
@@ -136,6 +137,7 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
       return;
     case QWebEngineLoadingInfo::LoadStoppedStatus:
     case QWebEngineLoadingInfo::LoadSucceededStatus:
+      retry_.NoteEnd();
       watch_.LoadEnded();
       Q_EMIT statusTextChanged(tr("Done"));
       Q_EMIT documentComplete();
@@ -144,6 +146,10 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
 }
 
 void WebPageHost::OnLoadFailed(const QWebEngineLoadingInfo& info) {
+  if (retry_.TryAgain(info)) {
+    Q_EMIT statusTextChanged(tr("The router does not answer. Trying again."));
+    return;
+  }
   watch_.LoadEnded();
   const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
   constexpr int kLoginWanted = 401;
@@ -156,6 +162,7 @@ void WebPageHost::OnLoadFailed(const QWebEngineLoadingInfo& info) {
 
 void WebPageHost::NoteAct() {
   is_led_ = true;
+  retry_.NoteAct();
 }
 
 void WebPageHost::OnAgentSaid(const QString& text) {
@@ -217,6 +224,7 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
     // The page hears of it and does what it does behind a click.
     Ask(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld, [](const auto&) {});
   }
+  retry_.NoteLoad(url);
   watch_.LoadAsked(within_page);
   page_->load(url);
 }
@@ -231,6 +239,9 @@ void WebPageHost::Refresh2() {
 }
 
 void WebPageHost::StopNavigation() {
+  if (retry_.Stop()) {
+    watch_.LoadEnded();
+  }
   page_->triggerAction(QWebEnginePage::Stop);
 }
 

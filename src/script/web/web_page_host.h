@@ -12,6 +12,7 @@
 #include "async/flow.h"
 #include "core/router_session.h"
 #include "script/page_host.h"
+#include "script/web/load_retry.h"
 #include "script/web/navigation_watch.h"
 
 class QWebEngineLoadingInfo;
@@ -110,6 +111,7 @@ class WebPageHost final : public PageHost {
   bool is_renderer_gone_ = false;
   bool login_refused_ = false;  // by us, during the load under way
   bool is_led_ = false;         // the page has been acted on since we loaded one
+  LoadRetry retry_;
   quint64 asked_ = 0;
   std::map<quint64, PendingAnswer> pending_;  // by number, which is the order of asking
   QList<HeldQuestion> held_;
