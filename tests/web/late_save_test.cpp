@@ -153,5 +153,21 @@ TEST_F(LateSave, TheNextPageIsAskedForAgainWhileTheRouterIsAway) {
   }
 }
 
+TEST_F(LateSave, APageThatBreaksOffOnceIsFetchedAgain) {
+  const QByteArray whole = GO("f.submit()");
+  server_.replies["/page"] = Html(whole);
+  bool is_first = true;
+  server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
+    if (!request.startsWith("GET /page") || !std::exchange(is_first, false)) {
+      return std::nullopt;
+    }
+    Reply half = Html(whole);
+    half.bytes.chop(whole.size() / 2);
+    return half;
+  };
+  ExpectSavedBeforeTheNextPage(
+      {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+}
+
 }  // namespace
 }  // namespace quayline::testing

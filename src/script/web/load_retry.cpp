@@ -6,6 +6,8 @@
 #include <QSet>
 #include <QWebEngineLoadingInfo>
 
+#include <utility>
+
 namespace quayline {
 
 namespace {
@@ -34,6 +36,13 @@ bool IsAway(const QWebEngineLoadingInfo& failed) {
   }
 }
 
+bool IsShort(const QWebEngineLoadingInfo& failed) {
+  constexpr int kLengthMismatch = -354;
+  constexpr int kChunksBrokenOff = -355;
+  return failed.errorDomain() == QWebEngineLoadingInfo::HttpErrorDomain &&
+         (failed.errorCode() == kLengthMismatch || failed.errorCode() == kChunksBrokenOff);
+}
+
 bool IsWithin(const QElapsedTimer& since, milliseconds limit) {
   return since.isValid() && !since.hasExpired(limit.count());
 }
@@ -47,13 +56,16 @@ LoadRetry::LoadRetry(QObject* parent) : QObject(parent) {
 
 void LoadRetry::NoteLoad(const QUrl& url) {
   url_ = url;
+  was_short_ = false;
   pause_.stop();
   since_load_.start();
 }
 
 bool LoadRetry::TryAgain(const QWebEngineLoadingInfo& failed) {
-  if (!IsWithin(since_load_, kLongestAbsence) || !IsWithin(since_act_, kActMemory) ||
-      !IsAway(failed) || !failed.url().matches(url_, QUrl::RemoveFragment)) {
+  const bool is_first_short = IsShort(failed) && !std::exchange(was_short_, true);
+  const bool is_away = IsWithin(since_act_, kActMemory) && IsAway(failed);
+  if (!(is_away || is_first_short) || !IsWithin(since_load_, kLongestAbsence) ||
+      !failed.url().matches(url_, QUrl::RemoveFragment)) {
     since_load_.invalidate();
     return false;
   }

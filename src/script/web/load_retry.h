@@ -13,7 +13,8 @@ namespace quayline {
 
 // Knows when a load of ours that failed is worth another try. Many routers start their web server,
 // or themselves, anew behind a save, and the next page is asked for in the midst of it. Without an
-// act shortly before, nobody is expected to come back: a wrong address is told at once.
+// act shortly before, nobody is expected to come back: a wrong address is told at once. A page that
+// breaks off is tried again once: half a form would be sent off as half a rule.
 class LoadRetry final : public QObject {
   Q_OBJECT
 
@@ -38,6 +39,7 @@ class LoadRetry final : public QObject {
   QElapsedTimer since_act_;
   QElapsedTimer since_load_;
   QTimer pause_;
+  bool was_short_ = false;
   QUrl url_;
 };
 
