@@ -67,6 +67,8 @@ TEST_F(LateSave, ArrivesThoughItsClickIsLongOver) {
                        "},150)</script>"},
       {"a worker reckons",
        GO("var w=new Worker('/worker.js');w.onmessage=function(){f.submit()};w.postMessage(1)")},
+      {"a hash is reckoned",
+       GO("crypto.subtle.digest('SHA-512',new Uint8Array(3e7)).then(function(){f.submit()})")},
       {"a frame of another host is in the page",
        "<iframe src='http://192.0.2.1/'></iframe>" GO(LATER(SEND, 150))},
       {"the page has its own built-ins",

@@ -341,22 +341,28 @@ function installPageWatch(ask, reply) {
     return answer;
   };
 
-  // A slow router sends the text of an answer long after its head.
-  function watchReading(prototype, name) {
-    const read = prototype[name];
+  function watchPromised(prototype, name) {
+    const start = prototype[name];
     prototype[name] = function() {
-      const text = apply(read, this, arguments);
+      const promise = apply(start, this, arguments);
       const key = takeRequest('get');
       if (key !== '') {
-        dropBehind(text, key);
+        dropBehind(promise, key);
       }
-      return text;
+      return promise;
     };
   }
+  // A slow router sends the text of an answer long after its head.
   for (const name of ['text', 'json', 'blob', 'arrayBuffer', 'formData']) {
-    watchReading(Response.prototype, name);
+    watchPromised(Response.prototype, name);
   }
-  watchReading(ReadableStreamDefaultReader.prototype, 'read');
+  watchPromised(ReadableStreamDefaultReader.prototype, 'read');
+  // A password is hashed before it is sent. Only pages that came safely can do it this way.
+  if (global.SubtleCrypto) {
+    for (const name of ['digest', 'encrypt', 'sign', 'importKey', 'deriveBits', 'deriveKey']) {
+      watchPromised(SubtleCrypto.prototype, name);
+    }
+  }
 
   // Pictures and scripts that a page fetches for what it does when they arrive. Scripts build a
   // page while it loads, too.
