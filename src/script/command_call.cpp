@@ -26,6 +26,11 @@ constexpr milliseconds kLongWait(1500);
 constexpr milliseconds kSaveGrace(5000);
 constexpr milliseconds kLastSaveGrace(30000);  // nobody is in a hurry behind a job
 
+bool IsMissing(const QJsonValue& result) {
+  return result == QLatin1String(page_result::kFailed) ||
+         result == QLatin1String(page_result::kFailedLink);
+}
+
 }  // namespace
 
 void CommandCall::LogResult(const QJsonValue& result) const {
@@ -55,12 +60,28 @@ void CommandCall::GiveUpWithRun(OneShot<T>& answer, PageHost* host) const {
 
 Task<QJsonValue> CommandCall::Ask(PageCall call) const {
   call.frame = run.frame_number;
+  const QJsonValue answer = co_await AskOnce(call);
+  const quint64 starts = env.browsers.Navigation().starts;
+  if (!IsMissing(answer) || !run.page_is_working || run.missed_at == starts || Stopped()) {
+    co_return answer;
+  }
+  // Once a page: it may have a clock that never rests.
+  run.missed_at = starts;
+  co_await LetWorkEnd();
+  if (Stopped()) {
+    co_return answer;
+  }
+  co_return co_await AskOnce(call);
+}
+
+Task<QJsonValue> CommandCall::AskOnce(const PageCall& call) const {
   PageHost* const host = env.browser();
   OneShot<PageAnswer> answer;
   host->Call(call, answer.Callback());
   GiveUpWithRun(answer, host);
   const std::optional<PageAnswer> got = co_await answer;
   run.markup_state = got ? got->markup_state : QString();
+  run.page_is_working = got ? got->is_working : run.page_is_working;
   co_return got && got->answered ? got->value : call.if_gone;
 }
 
@@ -87,6 +108,8 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
   const auto interrupted = [&flags] {
     return flags.PageErrorPending() || flags.JobStopRequested();
   };
+  run.page_is_working = false;
+  run.missed_at.reset();
   for (int hop = 0; hop < kMaxHops; ++hop) {
     const auto begun = [&browsers, mark] {
       return browsers.Navigation().busy || browsers.Navigation().starts != mark;
@@ -141,12 +164,22 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
   co_return std::nullopt;
 }
 
-Task<> CommandCall::LetSaveEnd() const {
+Task<> CommandCall::LetWorkEnd() const {
   BrowserSet& browsers = env.browsers;
   JobFlags& flags = env.flags;
-  co_await Until([&] {
-    return !browsers.Navigation().busy || flags.JobStopRequested() || flags.PageErrorPending();
-  })
+  const auto interrupted = [&flags] {
+    return flags.JobStopRequested() || flags.PageErrorPending();
+  };
+  if (std::exchange(run.page_is_working, false)) {
+    OneShot<bool> proof;
+    env.browser()->ProveQuiet([done = proof.Callback()] { done(true); });
+    proof.GiveUpWhen(&browsers, &BrowserSet::navigationChanged,
+                     [&browsers] { return browsers.Navigation().busy; });
+    proof.GiveUpWhen(&flags, &JobFlags::changed, interrupted);
+    proof.GiveUpAfter(kSaveGrace);
+    co_await proof;
+  }
+  co_await Until([&] { return !browsers.Navigation().busy || interrupted(); })
       .WokenBy(&browsers, &BrowserSet::navigationChanged)
       .WokenBy(&flags, &JobFlags::changed)
       .AtMost(kSaveGrace);

@@ -38,7 +38,8 @@ class CommandCall final {
 
   // Asks the page agent about the run's frame. What the call says for a page that is gone is the
   // answer for one that keeps silent, too; a stop ends the silence. Whoever acts on the answer
-  // looks at Stopped() first.
+  // looks at Stopped() first. What is not there is asked for again when the page has done what it
+  // put off: pages write their fields late.
   Task<QJsonValue> Ask(PageCall call) const;
 
   bool Stopped() const { return env.flags.JobStopRequested(); }
@@ -49,9 +50,10 @@ class CommandCall final {
   // Nothing: the run goes on. Logs the error block when the page failed.
   Task<std::optional<RunEnd>> AwaitPage(quint64 mark, ErrorBlock block);
 
-  // Gives what the page is still sending a last chance ahead of a navigation that would end it: a
-  // command that ignores page loads may have left a save under way.
-  Task<> LetSaveEnd() const;
+  // Gives what the page still has in hand a last chance ahead of a navigation that would end it: a
+  // box may save by itself when it is set, and a command that ignores page loads may have left a
+  // save under way.
+  Task<> LetWorkEnd() const;
 
   // Ends a wait of any kind: a page error (whose block is logged) or a stop.
   std::optional<RunEnd> TakeInterruption(ErrorBlock block);
@@ -79,6 +81,7 @@ class CommandCall final {
   ScriptRun& run;
 
  private:
+  Task<QJsonValue> AskOnce(const PageCall& call) const;
   void LogErrorBlock(ErrorBlock block) const;
   // Ends the wait for an answer of `host` with a stop, and with the host itself. A popup that the
   // call opens leaves the host behind it, and its answer, in place.

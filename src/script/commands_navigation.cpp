@@ -124,7 +124,7 @@ FlowResult Nav(CommandCall& call) {
                QLatin1Char('@');
   }
   run.url += path;
-  co_await call.LetSaveEnd();
+  co_await call.LetWorkEnd();
   if (call.Stopped()) {
     co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
   }
@@ -147,7 +147,7 @@ FlowResult NavLink(CommandCall& call) {
     call.LogLine(call.Text(script_text::kLinkNotFound));
     co_return std::nullopt;
   }
-  co_await call.LetSaveEnd();
+  co_await call.LetWorkEnd();
   if (call.Stopped()) {
     co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
   }

@@ -3,6 +3,8 @@
 
 #include "script/interpreter.h"
 
+#include <utility>
+
 #include "async/wait.h"
 #include "script/command_table.h"
 #include "script/page_operations.h"
@@ -29,14 +31,22 @@ class Interpreter final {
  private:
   Task<std::optional<RunEnd>> RunLine(int index);
   Task<bool> Settle();
+  Task<std::optional<RunEnd>> FollowPage(const CommandRow* next);
   Task<std::optional<RunEnd>> RunCommand(const CommandRow& row);
   void ReadArgument(Shape shape);
   Task<bool> DebugPause();
   bool Stopped() const { return env_.flags.JobStopRequested(); }
 
+  // What the line before has set on the page.
+  struct SetBox {
+    quint64 mark = 0;  // where the pages stood ahead of it
+    bool is_choice = false;
+  };
+
   RunEnvironment& env_;
   ScriptRun run_;
   CommandCall call_;
+  std::optional<SetBox> box_;
 };
 
 Task<RunEnd> Interpreter::Run() {
@@ -50,6 +60,9 @@ Task<RunEnd> Interpreter::Run() {
       co_return *end;
     }
   }
+  if (run_.page_is_working) {
+    co_await call_.LetWorkEnd();
+  }
   call_.LogLine(LogSeparator() + LineBreak());
   co_return RunEnd::kAllLinesDone;
 }
@@ -62,9 +75,12 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
   if (!settled) {
     co_return RunEnd::kStopped;
   }
+  const CommandRow* row = FindCommand(line.name);
+  if (const std::optional<RunEnd> end = co_await FollowPage(row)) {
+    co_return end;
+  }
   call_.LogLine(call_.Text(script_text::kStep) +
                 QStringLiteral(" %1. ").arg(index + 1, 2, 10, QLatin1Char('0')) + raw_line);
-  const CommandRow* row = FindCommand(line.name);
   if (row != nullptr && ConditionHolds(row->condition, run_.given, env_.flags.in_combo)) {
     const std::optional<RunEnd> end = co_await RunCommand(*row);
     if (end) {
@@ -99,6 +115,18 @@ Task<bool> Interpreter::Settle() {
     }
     before = state.toString();
   }
+}
+
+// A box that is set may set the page going: a choice loads another form, and a button is enabled
+// when the page has looked at what was typed. The next line is for the page that this comes to.
+Task<std::optional<RunEnd>> Interpreter::FollowPage(const CommandRow* next) {
+  const SetBox box = std::exchange(box_, std::nullopt).value_or(SetBox{call_.MarkPage()});
+  const bool has_left = box.mark != call_.MarkPage();
+  const bool is_click = next != nullptr && next->awaits_page;
+  if (has_left || (run_.page_is_working && (is_click || box.is_choice))) {
+    co_return co_await call_.AwaitPage(box.mark, ErrorBlock::kAddress);
+  }
+  co_return std::nullopt;
 }
 
 void Interpreter::ReadArgument(Shape shape) {
@@ -139,6 +167,7 @@ Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
   if (row.awaits_page) {
     co_return co_await call_.AwaitPage(mark, ErrorBlock::kAddress);
   }
+  box_ = SetBox{.mark = mark, .is_choice = page_operation::IsChoice(*question)};
   co_return std::nullopt;
 }
 

@@ -26,6 +26,9 @@ struct PageAnswer {
   QJsonValue value;
   // Of the document asked, behind the call: see page_operation::ReadMarkupState().
   QString markup_state;
+  // The page has work in hand: such as it put off behind an act, or, where what the act was for is
+  // not there, before it.
+  bool is_working = false;
 };
 
 }  // namespace quayline

@@ -3,6 +3,9 @@
 
 #include "script/page_operations.h"
 
+#include <algorithm>
+#include <array>
+
 namespace quayline::page_operation {
 
 namespace {
@@ -95,6 +98,18 @@ PageCall SetComboValue(const QString& name, const ComboMatch& match) {
 
 PageCall FocusElementByPosition(int position, bool only_if_empty) {
   return Call("FocusElementByPosition", {position, only_if_empty});
+}
+
+bool IsAct(const PageCall& call) {
+  static constexpr std::array kActs{"Click", "Submit", "Set", "Select", "Focus"};
+  return std::ranges::any_of(
+      kActs, [&call](const char* act) { return call.operation.startsWith(QLatin1String(act)); });
+}
+
+bool IsChoice(const PageCall& call) {
+  return (call.operation.startsWith(QLatin1String("Set")) &&
+          !call.operation.endsWith(QLatin1String("ElementValue"))) ||
+         call.operation.startsWith(QLatin1String("Select"));
 }
 
 PageCall ReadMarkupState() { return Question("ReadMarkupState", {}, QString()); }

@@ -55,6 +55,12 @@ struct ComboMatch {
 PageCall SetComboValue(const QString& name, const ComboMatch& match);
 PageCall FocusElementByPosition(int position, bool only_if_empty = false);
 
+// Whether a page may have something to do behind a call.
+bool IsAct(const PageCall& call);
+
+// Whether a call chooses among what the page offers, whereupon pages load other forms.
+bool IsChoice(const PageCall& call);
+
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.
 PageCall ReadMarkupState();

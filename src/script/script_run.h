@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quayline {
 
 // What one pass of a script is given: the entry, the login and the place of the entry in its job.
@@ -50,6 +52,11 @@ struct ScriptRun {
 
   // What the page's markup was at its last answer; empty where that does not tell anything of it.
   QString markup_state;
+
+  // The page has work in hand that nothing has waited for yet.
+  bool page_is_working = false;
+  // Where the pages stood when something was not there and was waited for.
+  std::optional<quint64> missed_at;
 
   int frame_number = 0;  // 0: the top document
   QString frame_name;    // target frame of every navigation

@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include "script/bare_context.h"
-#include "script/job_runner.h"
-#include "web/web_fixture.h"
+#include "web/page_job.h"
 
 namespace quayline::testing {
 namespace {
@@ -12,37 +10,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 // Jobs on pages that never come to an end.
-class StuckJob : public ::testing::Test {
- protected:
-  StuckJob() {
-    const QUrl address = server_.Address({});
-    context_.session.router_ip = address.host();
-    context_.session.http_port = QString::number(address.port());
-    context_.job_options.throttle = false;
-    context_.port_list.SetEntries({WebEntry(u"Web"_s)});
-    server_.replies["/silent"] = {.bytes = {}, .then = Reply::Then::kSilence};
-  }
-
-  void Start(const QStringList& script) {
-    context_.session.update_script = script;
-    runner_ = std::make_unique<JobRunner>(context_, WebPageHosts(context_.job_options));
-    runner_->Open();
-    runner_->ActiveHost()->Widget()->show();
-    runner_->Run();
-  }
-  QString Log() { return runner_->Log().Text(); }
-  bool Reaches(int step) {
-    return RunUntil([&] { return Log().contains(u"Step 0%1"_s.arg(step)); }, 20s);
-  }
-  bool Ends(std::chrono::milliseconds limit) {
-    return RunUntil([&] { return !runner_->IsRunning(); }, limit);
-  }
-
-  ScriptedServer server_;
-  BareContext bare_;
-  AppContext& context_ = bare_.app;
-  std::unique_ptr<JobRunner> runner_;
-};
+using StuckJob = PageJob;
 
 TEST_F(StuckJob, AnEndlessPageIsStoppedAndTheNextJobRuns) {
   const struct {

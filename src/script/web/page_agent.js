@@ -7,7 +7,7 @@
 //
 // The top document's agent answers the questions of PageOperations, one call each; the page cannot
 // change under a call. An answer is {ok: true, value: ..., state: ...}, with the state of the markup
-// behind the call. `beacon` marks what is said to the host
+// behind the call, and whether the page has work in hand. `beacon` marks what is said to the host
 // through the console, `ask` and `reply` are the names under which it speaks with the handler
 // reader (handler_reader.js). All three are secret from the page.
 function installPageAgent(beacon, ask, reply) {
@@ -212,6 +212,7 @@ function installPageAgent(beacon, ask, reply) {
     attempt(() => {
       option.selected = true;
     });
+    announce(element, 'input');
     announce(element, 'change');
   }
 
@@ -566,13 +567,19 @@ function installPageAgent(beacon, ask, reply) {
     return working;
   }
 
+  // What is not there may be on its way: then all that the page has put off counts.
+  function isWorking(operation, value) {
+    const isMissing = ACTS.test(operation) && (value === FAILED || value === FAILED_LINK);
+    return window.quaylineIsWorking(isMissing ? 'adopt' : 'count');
+  }
+
   window.quaylineCall = function(operation, args, frame) {
     try {
       if (ACTS.test(operation)) {
         window.quaylineArm();
       }
       const value = operations[operation](chooseDocument(frame), ...args);
-      return {ok: true, value, state: markupState(working)};
+      return {ok: true, value, state: markupState(working), working: isWorking(operation, value)};
     } catch (error) {
       return {ok: false, value: String(error)};
     }

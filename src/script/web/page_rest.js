@@ -28,15 +28,15 @@ function installPageRest(beacon, ask, reply) {
     console.debug(beacon + text);
   }
 
-  // The lines to the watches of all documents that scripts of this page can reach. A line is the
-  // window's performance object: unlike its document it keeps its listeners when the document is
-  // written anew.
-  function watchLines() {
-    const lines = [performance];
+  // The windows of all documents that scripts of this page can reach.
+  function reachableWindows() {
+    const windows = [window];
     const gather = (window_) => {
       for (let i = 0; i < window_.length; i += 1) {
         try {
-          lines.push(window_[i].performance);
+          if (window_[i].document) {
+            windows.push(window_[i]);
+          }
           gather(window_[i]);
         } catch (error) {
           // A frame of another host: none of its work is ours.
@@ -44,13 +44,19 @@ function installPageRest(beacon, ask, reply) {
       }
     };
     gather(window);
-    return lines;
+    return windows;
   }
 
-  // The things in hand in all documents, and how many of them are saves; nothing where a watch keeps
+  // The line to the watch of a document is the window's performance object: unlike the document it
+  // keeps its listeners when the document is written anew.
+  function watchLines() {
+    return reachableWindows().map((window_) => window_.performance);
+  }
+
+  // The things in hand in all documents, how many of them are saves, and whether a watch keeps
   // silent.
   function askWatches(what) {
-    const total = {count: 0, saves: 0};
+    const total = {count: 0, saves: 0, isBlind: false};
     for (const line of watchLines()) {
       let answer = null;
       const hear = (event) => {
@@ -60,10 +66,11 @@ function installPageRest(beacon, ask, reply) {
       sendTo(line, new CustomEvent(ask, {detail: what}));
       stopListeningTo(line, reply, hear);
       if (answer === null) {
-        return null;
+        total.isBlind = true;
+      } else {
+        total.count += answer[0];
+        total.saves += answer[1];
       }
-      total.count += answer[0];
-      total.saves += answer[1];
     }
     return total;
   }
@@ -93,6 +100,23 @@ function installPageRest(beacon, ask, reply) {
     askWatches('arm');
   };
 
+  // Whether the page has work in hand; with "adopt" also such as it put off before it was armed.
+  window.quaylineIsWorking = function(what) {
+    return askWatches(what).count > 0;
+  };
+
+  // A page that an act has led to and that offers nothing to do is on its way itself: many routers
+  // take a save to a page that says "please wait" and sends it on. What it has put off is waited
+  // for like the work behind the act.
+  function awaitWaitPages() {
+    const CONTROLS = 'input:not([type="hidden" i]), select, textarea, button, a[href], frameset';
+    for (const window_ of reachableWindows()) {
+      if (findIn(window_.document, CONTROLS) === null) {
+        sendTo(window_.performance, new CustomEvent(ask, {detail: 'wait'}));
+      }
+    }
+  }
+
   // Whether the page is about to leave for another by its own markup.
   function refreshIsNear() {
     const meta = findIn(document, 'meta[http-equiv="refresh" i]');
@@ -101,7 +125,7 @@ function installPageRest(beacon, ask, reply) {
   }
 
   function isQuiet(inHand) {
-    return inHand !== null && inHand.count === 0 && !refreshIsNear();
+    return inHand.count === 0 && !refreshIsNear();
   }
 
   function afterTimers(number, then) {
@@ -153,8 +177,11 @@ function installPageRest(beacon, ask, reply) {
   }
 
   // Says `id` on the console when the page has nothing in hand from which a navigation could come:
-  // behind the tasks that stand in its queue, and behind whatever work they put off.
-  window.quaylineProveQuiet = function(id) {
+  // behind the tasks that stand in its queue, and behind whatever work they put off. `isLed`: an
+  // act may have led to the page.
+  let latest = '';  // an earlier proof that nobody waits for any more must not end this one
+  window.quaylineProveQuiet = function(id, isLed) {
+    latest = id;
     const start = performance.now();
     let waiting = false;
     const end = () => {
@@ -162,14 +189,17 @@ function installPageRest(beacon, ask, reply) {
       tell('quiet ' + id);
     };
     const look = () => {
-      const inHand = askWatches('count');
-      if (inHand === null) {
-        proveBlindly(end);
+      if (id !== latest) {
         return;
       }
+      const inHand = askWatches('count');
       const limit = inHand.saves > 0 ? SAVE_LIMIT_MS : WORK_LIMIT_MS;
       if (isQuiet(inHand) || performance.now() - start > limit) {
-        end();
+        if (inHand.isBlind) {
+          proveBlindly(() => id === latest && end());
+        } else {
+          end();
+        }
         return;
       }
       if (!waiting) {
@@ -193,6 +223,9 @@ function installPageRest(beacon, ask, reply) {
       lines.forEach((line) => listenTo(line, reply, wake));
       setTimeout(wake, AGAIN_MS);
     };
+    if (isLed) {
+      awaitWaitPages();
+    }
     const ofLoad = proofOfLoad;
     forgetProofOfLoad();
     if (ofLoad === null) {

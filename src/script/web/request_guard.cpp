@@ -27,6 +27,13 @@ void RequestGuard::SetHost(const QString& host) {
 
 void RequestGuard::interceptRequest(QWebEngineUrlRequestInfo& request) {
   const QUrl url = request.requestUrl();
+  if (url.scheme() == QLatin1String("http")) {
+    // On a connection that was used before, the engine takes an answer that does not come for an
+    // old connection's end, and sends the request again by itself. A router that falls silent
+    // behind a save would hold it twice. With TLS a connection costs a router too much to go
+    // without.
+    request.setHttpHeader("Connection", "close");
+  }
   if (host_.isEmpty() || url.host() == host_ || StaysInPage(url.scheme())) {
     return;
   }

@@ -9,7 +9,7 @@ namespace quayline {
 
 // Keeps a job's browser on its router: whatever a page asks of another host is blocked, be it a
 // picture, a frame, a script or the page itself. Nothing of the router's pages, and no address that
-// names it, reaches anybody else.
+// names it, reaches anybody else. Every request over plain HTTP comes on a connection of its own.
 class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   Q_OBJECT
 

@@ -16,6 +16,7 @@
 
 #include "async/wait.h"
 #include "script/key_sequence.h"
+#include "script/page_operations.h"
 #include "script/status_text.h"
 #include "script/web/web_engine.h"
 #include "script/web/web_page.h"
@@ -62,6 +63,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
   keys_guard_.setSingleShot(true);
+  connect(&retry_, &LoadRetry::again, this, [this](const QUrl& url) { page_->load(url); });
   connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QString& host_name) {
@@ -99,6 +101,7 @@ void WebPageHost::ConnectPage() {
   connect(page_, &WebPage::popupWanted, this, [this](QWebEnginePage** popup) {
     auto host = std::make_unique<WebPageHost>(profile_, nullptr);
     host->is_popup_ = true;
+    host->is_led_ = true;
     Q_EMIT newWindow(host.get());
     if (host->parent() != nullptr) {
       *popup = host->page_;
@@ -129,23 +132,37 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
       Q_EMIT beforeNavigate();
       Q_EMIT statusTextChanged(tr("Opening page %1").arg(url));
       return;
-    case QWebEngineLoadingInfo::LoadFailedStatus: {
-      watch_.LoadEnded();
-      const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
-      constexpr int kLoginWanted = 401;
-      if (is_http && info.errorCode() == kLoginWanted && AskForLogin(info.url())) {
-        return;
-      }
-      Q_EMIT navigateError(url, is_http ? info.errorCode() : StatusOfNetError(info.errorCode()));
+    case QWebEngineLoadingInfo::LoadFailedStatus:
+      OnLoadFailed(info);
       return;
-    }
     case QWebEngineLoadingInfo::LoadStoppedStatus:
     case QWebEngineLoadingInfo::LoadSucceededStatus:
+      retry_.NoteEnd();
       watch_.LoadEnded();
       Q_EMIT statusTextChanged(tr("Done"));
       Q_EMIT documentComplete();
       return;
   }
+}
+
+void WebPageHost::OnLoadFailed(const QWebEngineLoadingInfo& info) {
+  if (retry_.TryAgain(info)) {
+    Q_EMIT statusTextChanged(tr("The router does not answer. Trying again."));
+    return;
+  }
+  watch_.LoadEnded();
+  const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
+  constexpr int kLoginWanted = 401;
+  if (is_http && info.errorCode() == kLoginWanted && AskForLogin(info.url())) {
+    return;
+  }
+  Q_EMIT navigateError(ShownUrl(info.url()),
+                       is_http ? info.errorCode() : StatusOfNetError(info.errorCode()));
+}
+
+void WebPageHost::NoteAct() {
+  is_led_ = true;
+  retry_.NoteAct();
 }
 
 void WebPageHost::OnAgentSaid(const QString& text) {
@@ -191,6 +208,7 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
     return;
   }
   ReplaceDeadPage();
+  is_led_ = false;
   if (!target_frame.isEmpty()) {
     // Only a page's own script can reach a frame by its name.
     page_->runJavaScript(QStringLiteral("window.open(...%1)")
@@ -202,6 +220,11 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
   const bool within_page =
       url.hasFragment() && url != current &&
       url.adjusted(QUrl::RemoveFragment) == current.adjusted(QUrl::RemoveFragment);
+  if (within_page) {
+    // The page hears of it and does what it does behind a click.
+    Ask(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld, [](const auto&) {});
+  }
+  retry_.NoteLoad(url);
   watch_.LoadAsked(within_page);
   page_->load(url);
 }
@@ -215,22 +238,32 @@ void WebPageHost::Refresh2() {
   page_->triggerAction(QWebEnginePage::ReloadAndBypassCache);
 }
 
-void WebPageHost::StopNavigation() { page_->triggerAction(QWebEnginePage::Stop); }
+void WebPageHost::StopNavigation() {
+  if (retry_.Stop()) {
+    watch_.LoadEnded();
+  }
+  page_->triggerAction(QWebEnginePage::Stop);
+}
 
 void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
 
 void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
+  if (page_operation::IsAct(call)) {
+    NoteAct();
+  }
   const QJsonArray arguments{call.operation, call.arguments, call.frame};
   Ask(QStringLiteral("window.quaylineCall?.(...%1)").arg(AsJavaScript(arguments)),
       QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
         const QVariantMap envelope = result.toMap();
         answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
                 .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value"))),
-                .markup_state = envelope.value(QStringLiteral("state")).toString()});
+                .markup_state = envelope.value(QStringLiteral("state")).toString(),
+                .is_working = envelope.value(QStringLiteral("working")).toBool()});
       });
 }
 
 void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
+  NoteAct();
   Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
       [](const QVariant&) {});
   Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
@@ -301,6 +334,7 @@ void WebPageHost::SendKeys(const QString& keys) {
   }
   const QList<KeyStroke> strokes = ParseKeys(keys);
   if (!strokes.isEmpty()) {
+    NoteAct();
     keys_under_way_ += static_cast<int>(strokes.size());
     keys_guard_.start(kKeysLimit);
   }
@@ -328,7 +362,8 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
           [&told, id](const QString& which) { told = told || which == id; });
   connect(this, &WebPageHost::workTold, &listener,
           [&working, id](const QString& which) { working = working || which == id; });
-  page_->runJavaScript(QStringLiteral("window.quaylineProveQuiet?.('%1')").arg(id),
+  page_->runJavaScript(QStringLiteral("window.quaylineProveQuiet?.('%1',%2)")
+                           .arg(id, is_led_ ? u"true" : u"false"),
                        QWebEngineScript::ApplicationWorld);
   co_await Until([&] { return told || working; })
       .WokenBy(this, &WebPageHost::quietTold)

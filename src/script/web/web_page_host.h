@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <QWebEngineView>
 
 #include <map>
@@ -11,6 +12,7 @@
 #include "async/flow.h"
 #include "core/router_session.h"
 #include "script/page_host.h"
+#include "script/web/load_retry.h"
 #include "script/web/navigation_watch.h"
 
 class QWebEngineLoadingInfo;
@@ -25,8 +27,9 @@ class WebProfile;
 // How a page is proven quiet (ProveQuiet), so that no save is overtaken and no click is waited for
 // longer than it takes:
 //   1. Ahead of an act the page watch (page_watch.js) is armed. From then on it counts the work
-//      that the page puts off: timers up to 2.5 s, frames of the painting, requests, pictures and
-//      scripts that are fetched, and what these put off in their turn.
+//      that the page puts off: timers up to 2.5 s, clocks up to 4 s behind the act, frames of the
+//      painting, requests, pictures and scripts that are fetched, questions to workers and sockets,
+//      and what these put off in their turn. The next turn of a fast clock that ran before counts.
 //   2. The act is done. A link or `location =` is announced to the engine ahead of the act's own
 //      answer, a form that is submitted behind it, ahead of one more round trip.
 //   3. The agent (page_rest.js) lets the tasks that are not counted go ahead (messages, promises,
@@ -38,8 +41,10 @@ class WebProfile;
 //      the last of it is done, and goes back to 3. Requests are waited for as long as a router may
 //      take over a save, other work less.
 //   5. One more round trip brings in what all this has announced meanwhile. Then the proof stands.
-//   6. A page whose watch keeps silent is proven by time instead: four timers in a row, two frames
-//      of the painting, 30 ms in all.
+//   6. A document whose watch keeps silent is proven by time as well: four timers in a row, two
+//      frames of the painting, 30 ms in all.
+//   7. A page that an act led to and that has nothing to fill in or to press (a "please wait") is
+//      proven like the page of the act, and not like one that was opened.
 // Whoever waits leaves at any of these steps as soon as a navigation begins; behind its end the new
 // page is proven in its turn, because pages leave by themselves as soon as they are there.
 class WebPageHost final : public PageHost {
@@ -75,6 +80,8 @@ class WebPageHost final : public PageHost {
 
   void ConnectPage();
   void OnLoadingChanged(const QWebEngineLoadingInfo& info);
+  void OnLoadFailed(const QWebEngineLoadingInfo& info);
+  void NoteAct();
   void OnAgentSaid(const QString& text);
   // Runs code in one of the page's worlds. Calls back once, with nothing when the page's process
   // ends first.
@@ -104,6 +111,8 @@ class WebPageHost final : public PageHost {
   bool is_popup_ = false;
   bool is_renderer_gone_ = false;
   bool login_refused_ = false;  // by us, during the load under way
+  bool is_led_ = false;         // the page has been acted on since we loaded one
+  LoadRetry retry_;
   quint64 asked_ = 0;
   std::map<quint64, PendingAnswer> pending_;  // by number, which is the order of asking
   QList<HeldQuestion> held_;

@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include <algorithm>
+
+#include "web/page_job.h"
+
+namespace quayline::testing {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Then = Reply::Then;
+
+#define FORM "<form action=/save><input name=box></form><script>var f=document.forms[0];</script>"
+#define GO(code) FORM "<input type=button name=go onclick=\"" code "\">"
+#define LATER(code, time) "setTimeout(function(){" code "}," #time ")"
+#define SEND "fetch('/save?box='+f.box.value,{method:'POST'})"
+
+// Jobs on pages that put a save off, in ways of their own. The next page is opened at once.
+class LateSave : public PageJob {
+ protected:
+  LateSave() {
+    server_.replies["/save?box=Web"] = Html("saved");
+    server_.replies["/fine"] = Html("fine");
+    server_.replies["/worker.js"] =
+        Answer("200 OK", "onmessage=function(){setTimeout(postMessage,300,1)}",
+               "Content-Type: text/javascript\r\n");
+  }
+
+  qsizetype PositionOf(const QByteArray& line) const {
+    const auto found = std::ranges::find_if(
+        server_.requests, [&line](const QByteArray& request) { return request.contains(line); });
+    return found == server_.requests.end() ? -1 : found - server_.requests.begin();
+  }
+
+  void ExpectSavedBeforeTheNextPage(const QStringList& script) {
+    server_.requests.clear();
+    Start(script + QStringList{u"nav(\"fine\")"_s});
+    ASSERT_TRUE(Ends(20s));
+    const QString log = runner_->Log().Text();
+    const qsizetype saved = PositionOf(" /save?box=Web");
+    EXPECT_GE(saved, 0) << log.toStdString();
+    EXPECT_GT(PositionOf(" /fine"), saved);
+    // A request on a connection that was used before may be sent twice by the engine.
+    EXPECT_TRUE(std::ranges::all_of(server_.requests, [](const QByteArray& request) {
+      return request.contains("\r\nConnection: close\r\n");
+    }));
+    EXPECT_EQ(runner_->Outcome().entries_failed, 0) << log.toStdString();
+    runner_.reset();
+  }
+};
+
+TEST_F(LateSave, ArrivesThoughItsClickIsLongOver) {
+  const struct {
+    const char* fault;
+    const char* markup;
+  } pages[] = {
+      {"a picture fades by a clock",
+       GO("var n=30,i=setInterval(function(){if(!--n){clearInterval(i);f.submit()}},13)")},
+      {"a picture fades by timers",
+       GO("var n=30;(function k(){--n?setTimeout(k,10):f.submit()})()")},
+      {"a picture fades by frames",
+       GO("var n=15;(function k(){--n?requestAnimationFrame(k):f.submit()})()")},
+      {"a clock of the page empties a queue",
+       GO("q.push(1)") "<script>var q=[];setInterval(function(){if(q.pop())" SEND
+                       "},150)</script>"},
+      {"a worker reckons",
+       GO("var w=new Worker('/worker.js');w.onmessage=function(){f.submit()};w.postMessage(1)")},
+      {"a hash is reckoned",
+       GO("crypto.subtle.digest('SHA-512',new Uint8Array(3e7)).then(function(){f.submit()})")},
+      {"a frame of another host is in the page",
+       "<iframe src='http://192.0.2.1/'></iframe>" GO(LATER(SEND, 150))},
+      {"the page has its own built-ins",
+       "<script>String=Number=function(){throw 1};RegExp.prototype.exec=null</script>" GO(
+           LATER("f.submit()", '100'))},
+      {"a page in between waits",
+       "<form action=/wait><input name=box><input type=submit name=go></form>"},
+      {"a button is enabled late",
+       "<form action=/save oninput=\"" LATER("go.disabled=false",
+                                             200) "\"><input name=box>"
+                                                  "<button id=go disabled></button></form>"},
+      {"the form comes late",
+       "<body><script>" LATER("document.body.innerHTML='<form action=/save><input name=box>"
+                              "<button id=go></button></form>'",
+                              200) "</script>"},
+  };
+  server_.special = [](const QByteArray& request) -> std::optional<Reply> {
+    if (!request.startsWith("GET /wait?")) {
+      return std::nullopt;
+    }
+    return Html(
+        "<form action=/save><input type=hidden name=box value=Web></form>wait<script>" LATER(
+            LATER("document.forms[0].submit()", 300), 300) "</script>");
+  };
+  for (const auto& page : pages) {
+    SCOPED_TRACE(page.fault);
+    server_.replies["/page"] = Html(page.markup);
+    ExpectSavedBeforeTheNextPage(
+        {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+  }
+}
+
+TEST_F(LateSave, ArrivesWhateverSetItGoing) {
+  const QString nav = u"nav(\"page\")"_s;
+  const QString name = u"set_name(\"box,\")"_s;
+  const QString box = u"set_checkbox(\"kind,\")"_s;
+  const QString go = u"click_button(\"go\")"_s;
+  const char* const form =
+      FORM "<input type=button id=go onclick='f.submit()'><input type=checkbox name=kind onclick=";
+  const struct {
+    const char* fault;
+    QByteArray markup;
+    QStringList script;
+  } cases[] = {
+      {"a choice loads another form",
+       form + QByteArray("\"location='/other'\">"),
+       {nav, box, name, go}},
+      {"a choice loads another form in a moment",
+       form + QByteArray("\"" LATER("location='/other'", 50) "\">"),
+       {nav, box, name, go}},
+      {"a box saves by itself", form + QByteArray("\"" LATER(SEND, 100) "\">"), {nav, name, box}},
+      {"nobody waits for the click",
+       GO(LATER(SEND, 100)),
+       {nav, name, u"click_button_ignore_page_loading(\"go,20\")"_s}},
+      {"a move within the page",
+       "<script>onhashchange=function(){" LATER("document.body.innerHTML=\"<form action=/save>"
+                                                "<input name=box><button id=go></button></form>\"",
+                                                40) "}</script><p>page",
+       {nav, u"nav(\"page#form\")"_s, name, go}},
+  };
+  server_.replies["/other"] = Html(form + QByteArray("''>"));
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    server_.replies["/page"] = Html(row.markup);
+    ExpectSavedBeforeTheNextPage(row.script);
+  }
+}
+
+TEST_F(LateSave, TheNextPageIsAskedForAgainWhileTheRouterIsAway) {
+  const struct {
+    const char* fault;
+    Reply reply;
+  } cases[] = {
+      {"it hangs up", {.bytes = {}, .then = Then::kReset}},
+      {"it says that it is busy", Answer("503 Busy", "busy")},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    int refusals = 3;
+    server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
+      return request.startsWith("GET /fine") && refusals-- > 0 ? std::optional(row.reply)
+                                                               : std::nullopt;
+    };
+    server_.replies["/page"] = Html(GO("f.submit()"));
+    ExpectSavedBeforeTheNextPage(
+        {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+    EXPECT_LT(refusals, 0);
+  }
+}
+
+TEST_F(LateSave, APageThatBreaksOffOnceIsFetchedAgain) {
+  const QByteArray whole = GO("f.submit()");
+  server_.replies["/page"] = Html(whole);
+  bool is_first = true;
+  server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
+    if (!request.startsWith("GET /page") || !std::exchange(is_first, false)) {
+      return std::nullopt;
+    }
+    Reply half = Html(whole);
+    half.bytes.chop(whole.size() / 2);
+    return half;
+  };
+  ExpectSavedBeforeTheNextPage(
+      {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+}
+
+}  // namespace
+}  // namespace quayline::testing
