@@ -222,7 +222,8 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
       url.adjusted(QUrl::RemoveFragment) == current.adjusted(QUrl::RemoveFragment);
   if (within_page) {
     // The page hears of it and does what it does behind a click.
-    Ask(QStringLiteral("quaylineArm()"), QWebEngineScript::ApplicationWorld, [](const auto&) {});
+    Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
+        [](const auto&) {});
   }
   retry_.NoteLoad(url);
   watch_.LoadAsked(within_page);
@@ -362,9 +363,9 @@ Task<> WebPageHost::Prove(std::function<void()> quiet) {
           [&told, id](const QString& which) { told = told || which == id; });
   connect(this, &WebPageHost::workTold, &listener,
           [&working, id](const QString& which) { working = working || which == id; });
-  page_->runJavaScript(QStringLiteral("window.quaylineProveQuiet?.('%1',%2)")
-                           .arg(id, is_led_ ? u"true" : u"false"),
-                       QWebEngineScript::ApplicationWorld);
+  page_->runJavaScript(
+      QStringLiteral("window.quaylineProveQuiet?.('%1',%2)").arg(id, is_led_ ? u"true" : u"false"),
+      QWebEngineScript::ApplicationWorld);
   co_await Until([&] { return told || working; })
       .WokenBy(this, &WebPageHost::quietTold)
       .WokenBy(this, &WebPageHost::workTold)
