@@ -34,10 +34,11 @@ int main(int argc, char** argv) {
     });
   }
   const quayline::JobOptions options;
+  const quayline::Translator translator{QString()};
   QList<WayResult> results;
   quayline::Flow flow;
   QObject::connect(&flow, &quayline::Flow::ended, &application, &QCoreApplication::quit);
-  flow.Start(quayline::stress::RunStress(quayline::WebPageHosts(options), {.steps_per_way = steps},
+  flow.Start(quayline::stress::RunStress(quayline::WebPageHosts(options, translator), {.steps_per_way = steps},
                                          &results));
   QApplication::exec();
   over = true;

@@ -75,7 +75,7 @@ int RunWindows(QApplication& application, const QString& folder, double begun) {
   LinuxAdapters adapters;
   LinuxDesktop desktop;
   AppContext context(folder, adapters, desktop);
-  WindowPrompts prompts;
+  WindowPrompts prompts(context.translator);
   FrmMain2 main_window(context, prompts, {.job_status = [] { return nullptr; }});
   FrmSplash splash;
   Heartbeat heartbeat;

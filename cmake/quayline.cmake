@@ -17,7 +17,8 @@ target_compile_definitions(
             QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
             QT_NO_CONTEXTLESS_CONNECT
             QT_NO_KEYWORDS
-            QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+            QT_DISABLE_DEPRECATED_BEFORE=0x060400
+            QT_WARN_DEPRECATED_UP_TO=0x060400)
 target_link_options(quayline_options INTERFACE -fuse-ld=lld-19)
 if(QUAYLINE_SANITIZE)
   target_compile_options(quayline_options INTERFACE -fsanitize=address,undefined

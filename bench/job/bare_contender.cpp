@@ -132,7 +132,8 @@ class BareContender final : public Contender {
   JobSite site_;
   QWebEngineProfile bare_profile_;
   JobOptions options_;
-  WebProfile house_profile_{options_, nullptr};
+  const Translator translator_{QString()};
+  WebProfile house_profile_{options_, translator_, nullptr};
   std::unique_ptr<QWebEnginePage> page_;
   std::unique_ptr<QWebEngineView> view_;
   int loads_ = 0;

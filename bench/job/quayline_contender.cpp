@@ -43,7 +43,7 @@ class QuaylineContender final : public Contender {
       : site_(site),
         view_(view),
         context_(folder_.path(), adapters_, desktop_),
-        runner_(context_, WebPageHosts(context_.job_options)) {
+        runner_(context_, WebPageHosts(context_.job_options, context_.translator)) {
     SelectRouter(context_.session, site.router);
     context_.session.router_ip = site.page.host();
     context_.session.http_port = QString::number(site.page.port());

@@ -109,7 +109,7 @@ int ShowFailure(const QString& text) {
 
 WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows& entries) {
   const auto hosts = [&context] {
-    return WebPageHosts(context.job_options, &context.certificates);
+    return WebPageHosts(context.job_options, context.translator, &context.certificates);
   };
   return {.job_status = [&context, &prompts,
                          hosts] { return new FrmJobStatus(context, prompts, hosts()); },
@@ -179,7 +179,7 @@ int Run(QApplication& application, const Options& options) {
   LinuxAdapters adapters;
   LinuxDesktop desktop;
   AppContext context(*folder, adapters, desktop);
-  WindowPrompts prompts;
+  WindowPrompts prompts(context.translator);
   SystemHostNames host_names;
   const WineSettings foreign_settings;
   const EntryWindows entries{context, prompts, host_names, foreign_settings};

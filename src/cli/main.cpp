@@ -45,9 +45,10 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
   if (const auto prepared = quayline::PrepareUpdate(arguments, context); !prepared) {
     return Fail(prepared.error().exit, prepared.error().message);
   }
-  quayline::UpdateRun run(context,
-                          quayline::WebPageHosts(context.job_options, &context.certificates),
-                          arguments.trusted_certificate);
+  quayline::UpdateRun run(
+      context,
+      quayline::WebPageHosts(context.job_options, context.translator, &context.certificates),
+      arguments.trusted_certificate);
   QObject::connect(&run, &quayline::UpdateRun::finished, &application, &QCoreApplication::exit);
   if (pipe(stop_pipe) == 0) {
     auto* stop = new QSocketNotifier(stop_pipe[0], QSocketNotifier::Read, &application);

@@ -132,8 +132,8 @@ void JobTest::Begin(const QList<PortEntry>& entries) {
   told_.clear();
   notices_.clear();
   context_.port_list.SetEntries(entries);
-  runner_ = std::make_unique<JobRunner>(context_,
-                                        WebPageHosts(context_.job_options, &context_.certificates));
+  runner_ = std::make_unique<JobRunner>(
+      context_, WebPageHosts(context_.job_options, context_.translator, &context_.certificates));
   QObject::connect(runner_.get(), &JobRunner::activeHostChanged, runner_.get(), Show);
   QObject::connect(runner_.get(), &JobRunner::statusAppended, runner_.get(),
                    [this](const QString& line) { told_.append(line); });

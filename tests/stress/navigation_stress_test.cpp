@@ -17,8 +17,9 @@ using namespace std::chrono_literals;
 
 TEST(NavigationStress, NoSaveIsLostAndNoWaitEndsEarlyOrNever) {
   const JobOptions options;
+  const Translator translator{QString()};
   QList<WayResult> results;
-  ASSERT_TRUE(testing::RunTask(RunStress(WebPageHosts(options), {}, &results), 200s))
+  ASSERT_TRUE(testing::RunTask(RunStress(WebPageHosts(options, translator), {}, &results), 200s))
       << "hung behind " << results.size() << " ways";
   for (const WayResult& result : results) {
     EXPECT_EQ(result.lost, 0) << result.way->name;

@@ -144,7 +144,7 @@ class Photographer final {
 
   Task<> TakeMain(QString name) {
     AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
-    WindowPrompts prompts;
+    WindowPrompts prompts(context.translator);
     FrmMain2 window(context, prompts, {});
     window.Load();
     window.show();
@@ -190,7 +190,7 @@ class Photographer final {
     context.session.update_script = {QStringLiteral("nav(\"forward\")"),
                                      QStringLiteral("nav(\"save\")")};
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
-    WindowPrompts prompts;
+    WindowPrompts prompts(context.translator);
     auto* job = new FrmJobStatus(context, prompts,
                                  [](QObject* parent) { return new FakePage(parent, MakePage()); });
     job->show();
@@ -213,7 +213,7 @@ class Photographer final {
     }
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
     SelectRouter(context.session, *context.databases.FindRouter(600));
-    WindowPrompts prompts;
+    WindowPrompts prompts(context.translator);
     EntryRig rig(context, prompts);
     QWidget window;
     co_await TakeNetworkLists(&rig.windows, &window);
@@ -287,7 +287,7 @@ class Photographer final {
         QStringLiteral("--- add one rule ---"),     QStringLiteral("nav(\"forward.htm\")"),
         QStringLiteral("set_nmae(\"rule_name,\")"), QStringLiteral("set_start_port(\"start,x\")"),
         QStringLiteral("click_button(\"Save\")"),   QStringLiteral("set_stop_port(\"\")")};
-    WindowPrompts prompts;
+    WindowPrompts prompts(context.translator);
     auto* list = new FrmRouterList(context, prompts, nullptr, [](int) {});
     auto* page = new FrmViewPage(
         context, prompts, [](QObject* parent) { return new FakePage(parent, MakePage()); },

@@ -22,7 +22,8 @@ class PageJob : public ::testing::Test {
 
   void Start(const QStringList& script) {
     context_.session.update_script = script;
-    runner_ = std::make_unique<JobRunner>(context_, WebPageHosts(context_.job_options));
+    runner_ = std::make_unique<JobRunner>(context_,
+                                          WebPageHosts(context_.job_options, context_.translator));
     runner_->Open();
     runner_->ActiveHost()->Widget()->show();
     runner_->Run();

@@ -90,7 +90,8 @@ class WebTest : public ::testing::Test {
 
   testing::ScriptedServer server;
   JobOptions options;
-  PageHostFactory make_host = WebPageHosts(options);
+  const Translator translator{QString()};
+  PageHostFactory make_host = WebPageHosts(options, translator);
   std::unique_ptr<QWidget> window;
   std::unique_ptr<PageHost> host;
 

@@ -4,6 +4,7 @@
 
 #include "core/router_session.h"
 #include "core/trusted_certificates.h"
+#include "i18n/translator.h"
 #include "script/page_host.h"
 
 // What the programs need of the web engine. This header does not include it.
@@ -11,9 +12,10 @@ namespace quayline {
 
 // Makes hosts on Qt WebEngine that share one off-the-record profile per factory, so that logins and
 // cookies end with the job. The engine starts with the first host. `options` outlives the hosts;
-// whether silent mode is on is looked at each time. `certificates`, which outlives them too, knows
-// which certificate of the router the user took on trust; without it none is.
-PageHostFactory WebPageHosts(const JobOptions& options,
+// whether silent mode is on is looked at each time. `translator` outlives them as well, and so does
+// `certificates`, which knows which certificate of the router the user took on trust; without it
+// none is.
+PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
                              TrustedCertificates* certificates = nullptr);
 
 // Whether anybody looks at the pages.

@@ -10,6 +10,8 @@
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
 
+#include "script/web/web_texts.h"
+
 namespace quayline {
 
 namespace {
@@ -42,7 +44,7 @@ WebPage::WebPage(WebProfile& profile, QObject* parent)
   connect(this, &QWebEnginePage::featurePermissionRequested, this,
           [this](const QUrl& origin, Feature feature) {
             setFeaturePermission(origin, feature, PermissionDeniedByUser);
-            Q_EMIT told(tr("Refused: the page asked for a permission."));
+            Q_EMIT told(profile_.Text(message::kRefusedPermission));
           });
   connect(this, &QWebEnginePage::fullScreenRequested, this,
           [](QWebEngineFullScreenRequest request) { request.reject(); });
@@ -52,7 +54,7 @@ WebPage::WebPage(WebProfile& profile, QObject* parent)
 
 bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) {
   if (!IsPageScheme(url.scheme())) {
-    Q_EMIT told(tr("Refused: the page tried to open %1").arg(Shortened(url.toDisplayString())));
+    Q_EMIT told(profile_.Text(message::kRefusedAddress).arg(Shortened(url.toDisplayString())));
     return false;
   }
   if (!is_main_frame) {
@@ -72,24 +74,24 @@ QWebEnginePage* WebPage::createWindow(WebWindowType) {
     }
   }
   if (popup == nullptr) {
-    Q_EMIT told(tr("Refused: the page tried to open a window."));
+    Q_EMIT told(profile_.Text(message::kRefusedWindow));
   }
   return popup;
 }
 
 void WebPage::javaScriptAlert(const QUrl&, const QString& text) {
-  TellMessage(tr("The page says: %1").arg(Shortened(text)), text);
+  TellMessage(profile_.Text(message::kPageSays).arg(Shortened(text)), text);
 }
 
 bool WebPage::javaScriptConfirm(const QUrl&, const QString& text) {
-  TellMessage(tr("The page asks: %1 (answered: OK)").arg(Shortened(text)), text);
+  TellMessage(profile_.Text(message::kPageAsks).arg(Shortened(text), QStringLiteral("OK")), text);
   return true;
 }
 
 bool WebPage::javaScriptPrompt(const QUrl&, const QString& text, const QString& preset,
                                QString* result) {
   *result = preset;
-  TellMessage(tr("The page asks: %1 (answered: %2)").arg(Shortened(text), Shortened(preset)), text);
+  TellMessage(profile_.Text(message::kPageAsks).arg(Shortened(text), Shortened(preset)), text);
   return true;
 }
 
@@ -113,7 +115,7 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
 }
 
 QStringList WebPage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {
-  Q_EMIT told(tr("Refused: the page asked for a file."));
+  Q_EMIT told(profile_.Text(message::kRefusedUpload));
   return {};
 }
 
@@ -143,7 +145,7 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   TrustedCertificates* const known = profile_.Certificates();
   if (known == nullptr || !profile_.IsRouter(url) || !error.isOverridable() || chain.isEmpty()) {
     error.rejectCertificate();
-    Q_EMIT told(tr("Refused: the certificate of %1 cannot be trusted.").arg(address));
+    Q_EMIT told(profile_.Text(message::kRefusedCertificate).arg(address));
     return;
   }
   const QByteArray sha256 = chain.first().digest(QCryptographicHash::Sha256);

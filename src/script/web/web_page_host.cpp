@@ -20,6 +20,7 @@
 #include "script/status_text.h"
 #include "script/web/web_engine.h"
 #include "script/web/web_page.h"
+#include "script/web/web_texts.h"
 
 namespace quayline {
 
@@ -67,7 +68,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QString& host_name) {
-    Q_EMIT statusTextChanged(tr("Blocked: the page asked for something of %1").arg(host_name));
+    Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(host_name));
   });
   ConnectPage();
 }
@@ -115,7 +116,7 @@ void WebPageHost::ConnectPage() {
 void WebPageHost::OnDownloadRefused(const QString& file_name) {
   watch_.FrameEndedWithoutPage();
   if (!is_popup_) {
-    Q_EMIT statusTextChanged(tr("Refused: the page offered the file %1").arg(file_name));
+    Q_EMIT statusTextChanged(Text(message::kRefusedFile).arg(file_name));
   }
 }
 
@@ -130,7 +131,7 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
       watch_.LoadStarted();
       AskHeld();  // the document that would have heard the keys is going
       Q_EMIT beforeNavigate();
-      Q_EMIT statusTextChanged(tr("Opening page %1").arg(url));
+      Q_EMIT statusTextChanged(Text(message::kOpeningPage).arg(url));
       return;
     case QWebEngineLoadingInfo::LoadFailedStatus:
       OnLoadFailed(info);
@@ -139,7 +140,7 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
     case QWebEngineLoadingInfo::LoadSucceededStatus:
       retry_.NoteEnd();
       watch_.LoadEnded();
-      Q_EMIT statusTextChanged(tr("Done"));
+      Q_EMIT statusTextChanged(Text(message::kPageDone));
       Q_EMIT documentComplete();
       return;
   }
@@ -147,7 +148,7 @@ void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
 
 void WebPageHost::OnLoadFailed(const QWebEngineLoadingInfo& info) {
   if (retry_.TryAgain(info)) {
-    Q_EMIT statusTextChanged(tr("The router does not answer. Trying again."));
+    Q_EMIT statusTextChanged(Text(message::kTryingAgain));
     return;
   }
   watch_.LoadEnded();
@@ -389,7 +390,7 @@ void WebPageHost::OnCertificateQuestion(const ShownCertificate& shown,
     answer(false);
     return;
   }
-  Q_EMIT statusTextChanged(tr("Waiting for a word on the certificate of %1").arg(shown.address));
+  Q_EMIT statusTextChanged(Text(message::kCertificateWait).arg(shown.address));
   Q_EMIT certificateQuestion(shown, [answer, alive = alive_](bool trusted) {
     if (*alive) {
       answer(trusted);
@@ -419,11 +420,14 @@ bool WebPageHost::AskForLogin(const QUrl& url) {
   return true;
 }
 
-PageHostFactory WebPageHosts(const JobOptions& options, TrustedCertificates* certificates) {
+QString WebPageHost::Text(const Message& message) const { return profile_->Text(message); }
+
+PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
+                             TrustedCertificates* certificates) {
   auto profile = std::make_shared<std::shared_ptr<WebProfile>>();
-  return [profile, &options, certificates](QObject* parent) -> PageHost* {
+  return [profile, &options, &translator, certificates](QObject* parent) -> PageHost* {
     if (*profile == nullptr) {
-      *profile = std::make_shared<WebProfile>(options, certificates);
+      *profile = std::make_shared<WebProfile>(options, translator, certificates);
     }
     return new WebPageHost(*profile, parent);
   };

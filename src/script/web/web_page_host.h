@@ -11,6 +11,7 @@
 
 #include "async/flow.h"
 #include "core/router_session.h"
+#include "i18n/message.h"
 #include "script/page_host.h"
 #include "script/web/load_retry.h"
 #include "script/web/navigation_watch.h"
@@ -101,6 +102,7 @@ class WebPageHost final : public PageHost {
   bool AskForLogin(const QUrl& url);
   void OnDownloadRefused(const QString& file_name);
   Task<> Prove(std::function<void()> quiet);
+  QString Text(const Message& message) const;
 
   std::shared_ptr<WebProfile> profile_;
   NavigationWatch watch_;

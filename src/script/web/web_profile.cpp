@@ -51,8 +51,12 @@ QString Called(const QString& name, const QStringList& arguments) {
 
 }  // namespace
 
-WebProfile::WebProfile(const JobOptions& options, TrustedCertificates* certificates)
-    : options_(options), certificates_(certificates), beacon_(Secret() + QLatin1Char(' ')) {
+WebProfile::WebProfile(const JobOptions& options, const Translator& translator,
+                       TrustedCertificates* certificates)
+    : options_(options),
+      translator_(translator),
+      certificates_(certificates),
+      beacon_(Secret() + QLatin1Char(' ')) {
   engine_.setUrlRequestInterceptor(&guard_);
   engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);

@@ -8,6 +8,7 @@
 
 #include "core/router_session.h"
 #include "core/trusted_certificates.h"
+#include "i18n/translator.h"
 #include "script/page_host.h"
 #include "script/web/request_guard.h"
 
@@ -21,11 +22,13 @@ class WebProfile final : public QObject {
 
  public:
   // `certificates` may be missing: then no certificate is taken on trust.
-  WebProfile(const JobOptions& options, TrustedCertificates* certificates);
+  WebProfile(const JobOptions& options, const Translator& translator,
+             TrustedCertificates* certificates);
 
   QWebEngineProfile& Engine() { return engine_; }
   const JobOptions& Options() const { return options_; }
   TrustedCertificates* Certificates() const { return certificates_; }
+  QString Text(const Message& message) const { return translator_.Text(message); }
   const RequestGuard& Guard() const { return guard_; }
 
   // Marks what our scripts say on a page's console. No page can know it.
@@ -55,6 +58,7 @@ class WebProfile final : public QObject {
   void Install(const QString& name, QWebEngineScript::ScriptWorldId world, const QString& source);
 
   const JobOptions& options_;
+  const Translator& translator_;
   TrustedCertificates* certificates_;
   RequestGuard guard_;  // outlives the engine that asks it
   QWebEngineProfile engine_;

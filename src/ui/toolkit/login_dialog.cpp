@@ -10,10 +10,19 @@
 
 namespace quayline {
 
-LoginDialog::LoginDialog(const QString& address, QWidget* parent)
+namespace {
+
+constexpr Message kExplanation{"LoginDialog", "TextExplanation",
+                               "%1 asks for a user name and a password."};
+constexpr Message kUsername{"LoginDialog", "TextUsername", "&Username:"};
+constexpr Message kPassword{"LoginDialog", "TextPassword", "&Password:"};
+
+}  // namespace
+
+LoginDialog::LoginDialog(const QString& address, const Translator& translator, QWidget* parent)
     : QDialog(parent), username_(new QLineEdit(this)), password_(new QLineEdit(this)) {
   setWindowTitle(QStringLiteral("Quayline"));
-  auto* explanation = new QLabel(tr("%1 asks for a user name and a password.").arg(address), this);
+  auto* explanation = new QLabel(translator.Text(kExplanation).arg(address), this);
   explanation->setTextFormat(Qt::PlainText);
   explanation->setWordWrap(true);
   username_->setObjectName(QStringLiteral("username"));
@@ -24,8 +33,8 @@ LoginDialog::LoginDialog(const QString& address, QWidget* parent)
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* form = new QFormLayout(this);
   form->addRow(explanation);
-  form->addRow(tr("&Username:"), username_);
-  form->addRow(tr("&Password:"), password_);
+  form->addRow(translator.Text(kUsername), username_);
+  form->addRow(translator.Text(kPassword), password_);
   form->addRow(buttons);
 }
 

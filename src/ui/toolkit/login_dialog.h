@@ -15,7 +15,7 @@ class LoginDialog final : public QDialog {
   Q_OBJECT
 
  public:
-  LoginDialog(const QString& address, QWidget* parent);
+  LoginDialog(const QString& address, const Translator& translator, QWidget* parent);
 
   LoginAnswer Answer() const;
 

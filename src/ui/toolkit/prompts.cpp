@@ -90,7 +90,7 @@ void WindowPrompts::AskCarefully(QWidget* window, const QString& title, const QS
 
 void WindowPrompts::AskLogin(QWidget* window, const QString& address,
                              std::function<void(std::optional<LoginAnswer>)> answered) {
-  auto* dialog = new LoginDialog(address, window);
+  auto* dialog = new LoginDialog(address, translator_, window);
   QObject::connect(
       dialog, &QDialog::finished, window,
       [dialog, answer = std::move(answered)](int result) {

@@ -7,6 +7,8 @@
 #include <functional>
 #include <optional>
 
+#include "i18n/translator.h"
+
 class QWidget;
 
 namespace quayline {
@@ -58,6 +60,9 @@ class Prompts {
 // The real boxes. They are titled "Quayline" unless the question brings its own title.
 class WindowPrompts final : public Prompts {
  public:
+  // `translator` outlives it.
+  explicit WindowPrompts(const Translator& translator) : translator_(translator) {}
+
   using Prompts::Tell;
   void Tell(QWidget* window, const QString& text, std::function<void()> closed) override;
   void TellTitled(QWidget* window, const QString& title, const QString& text) override;
@@ -72,6 +77,9 @@ class WindowPrompts final : public Prompts {
                    std::function<void(const QString& file)> chosen) override;
   void AskOpenFile(QWidget* window, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override;
+
+ private:
+  const Translator& translator_;
 };
 
 }  // namespace quayline
