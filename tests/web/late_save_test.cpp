@@ -76,6 +76,8 @@ TEST_F(LateSave, ArrivesThoughItsClickIsLongOver) {
            LATER("f.submit()", '100'))},
       {"a page in between waits",
        "<form action=/wait><input name=box><input type=submit name=go></form>"},
+      {"a page in between fetches pictures",
+       "<form action=/fetch><input name=box><input type=submit name=go></form>"},
       {"a button is enabled late",
        "<form action=/save oninput=\"" LATER("go.disabled=false",
                                              200) "\"><input name=box>"
@@ -86,12 +88,18 @@ TEST_F(LateSave, ArrivesThoughItsClickIsLongOver) {
                               200) "</script>"},
   };
   server_.special = [](const QByteArray& request) -> std::optional<Reply> {
-    if (!request.startsWith("GET /wait?")) {
-      return std::nullopt;
+    const QByteArray form = "<form action=/save><input type=hidden name=box value=Web></form>wait";
+    if (request.startsWith("GET /wait?")) {
+      return Html(form +
+                  "<script>" LATER(LATER("document.forms[0].submit()", 300), 300) "</script>");
     }
-    return Html(
-        "<form action=/save><input type=hidden name=box value=Web></form>wait<script>" LATER(
-            LATER("document.forms[0].submit()", 300), 300) "</script>");
+    if (request.startsWith("GET /fetch?")) {
+      return Html(form +
+                  "<script>onload=function(){var n=20;(function k(){var i=new Image;i.onload="
+                  "i.onerror=function(){--n?k():document.forms[0].submit()};i.src='/'+n})()}"
+                  "</script>");
+    }
+    return std::nullopt;
   };
   for (const auto& page : pages) {
     SCOPED_TRACE(page.fault);

@@ -72,6 +72,7 @@ function installPageWatch(ask, reply) {
   const inHand = Object.create(null);  // by kind and number: 'work' or 'save'
   const timers = Object.create(null);  // all that are set, by number
   const substitutes = Object.create(null);  // timers, by the number of their frame
+  const pictures = Object.create(null);  // and scripts that are on their way, counted or not, by key
 
   function tellCount() {
     send(new Answer(reply, {detail: count + ' ' + saves}));
@@ -131,6 +132,13 @@ function installPageWatch(ask, reply) {
     }
   }
 
+  function adoptPictures() {
+    const keys = keysOf(pictures);
+    for (let i = 0; i < keys.length; i += 1) {
+      take(keys[i]);
+    }
+  }
+
   line.addEventListener(ask, (event) => {
     switch (detailOf(event)) {
       case 'arm':
@@ -147,6 +155,7 @@ function installPageWatch(ask, reply) {
           longestTimer = ACT_TIMER_MS;
           armedAt = now();
           adopt(ACT_TIMER_MS);
+          adoptPictures();
         }
         break;
       case 'disarm':
@@ -287,8 +296,8 @@ function installPageWatch(ask, reply) {
 
   let requests = 0;
   const methods = new WeakMap();
-  const methodOf = Function.prototype.call.bind(WeakMap.prototype.get);
-  const setMethod = Function.prototype.call.bind(WeakMap.prototype.set);
+  const valueOf = Function.prototype.call.bind(WeakMap.prototype.get);
+  const setValue = Function.prototype.call.bind(WeakMap.prototype.set);
 
   function sends(method) {
     const name = lowered(toText(method || 'get'));
@@ -309,12 +318,12 @@ function installPageWatch(ask, reply) {
   }
 
   XMLHttpRequest.prototype.open = function(method) {
-    setMethod(methods, this, method);
+    setValue(methods, this, method);
     return apply(native.open, this, arguments);
   };
 
   XMLHttpRequest.prototype.send = function() {
-    const key = takeRequest(methodOf(methods, this));
+    const key = takeRequest(valueOf(methods, this));
     if (key !== '') {
       apply(listen, this, ['loadend', () => drop(key)]);
     }
@@ -365,13 +374,26 @@ function installPageWatch(ask, reply) {
   }
 
   // Pictures and scripts that a page fetches for what it does when they arrive. Scripts build a
-  // page while it loads, too.
+  // page while it loads, too; of pictures that is known only when the page turns out to wait.
+  let pictureCount = 0;
+  const pictureKeys = new WeakMap();
+
   function takeResource(element, isScript) {
-    if (counts() && (isBehindAct() || isScript)) {
-      const key = takeRequest('get');
-      const finish = () => drop(key);
+    let key = valueOf(pictureKeys, element);
+    if (key === undefined) {
+      pictureCount += 1;
+      key = 'p' + pictureCount;
+      setValue(pictureKeys, element, key);
+      const finish = () => {
+        delete pictures[key];
+        drop(key);
+      };
       apply(listen, element, ['load', finish]);
       apply(listen, element, ['error', finish]);
+    }
+    pictures[key] = true;
+    if (counts() && (isBehindAct() || isScript)) {
+      take(key);
     }
   }
 
