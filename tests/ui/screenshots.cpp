@@ -147,6 +147,7 @@ class Photographer final {
     WindowPrompts prompts(context.translator);
     FrmMain2 window(context, prompts, {});
     window.Load();
+    window.resize(980, 720);  // the screen of these pictures is smaller than a user's
     window.show();
     bool is_ready = false;
     QObject::connect(&window.Main(), &FrmMain::ready, &window, [&] { is_ready = true; });
@@ -177,7 +178,7 @@ class Photographer final {
         box->close();
       }
     }
-    window.resize(window.minimumSizeHint());
+    window.resize(800, 600);
     co_await Sleep(50ms);
     Save(window, QStringLiteral("main_small"));
   }
@@ -193,6 +194,7 @@ class Photographer final {
     WindowPrompts prompts(context.translator);
     auto* job = new FrmJobStatus(context, prompts,
                                  [](QObject* parent) { return new FakePage(parent, MakePage()); });
+    job->resize(1120, 780);
     job->show();
     co_await Sleep(1000ms);
     Save(*job, QStringLiteral("job"));
@@ -295,6 +297,7 @@ class Photographer final {
     auto* scripts = new FrmViewScripts(context, prompts, nullptr, [] {});
     QDialog* const windows[] = {list, page, scripts};
     const char* const names[] = {"router_list", "view_page", "view_scripts"};
+    page->resize(1120, 780);
     for (int i = 0; i < 3; ++i) {
       windows[i]->show();
       windows[i]->activateWindow();

@@ -28,6 +28,7 @@ FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
   area->setWidgetResizable(true);
   area->setWidget(main_);
   layout->addWidget(area);
+  setMinimumSize(480, 360);
   connect(main_, &FrmMain::exitRequested, this, &QWidget::close);
 }
 
