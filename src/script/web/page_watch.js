@@ -304,10 +304,14 @@ function installPageWatch(ask, reply) {
     return name !== 'get' && name !== 'head';
   }
 
-  // The key of a request that is taken in hand; nothing where it does not count. What is sent while
-  // the document loads is no save of ours.
-  function takeRequest(method) {
-    const isSave = isBehindAct() && sends(method);
+  // What is sent while the document loads is no save of ours. Behind an act even a question may be
+  // one: some routers save by a GET.
+  function maySave(method) {
+    return isBehindAct() && (counts() || sends(method));
+  }
+
+  // The key of a request that is taken in hand; nothing where it does not count.
+  function takeRequest(isSave) {
     if (!counts() && !(armed && isSave)) {
       return '';
     }
@@ -323,7 +327,7 @@ function installPageWatch(ask, reply) {
   };
 
   XMLHttpRequest.prototype.send = function() {
-    const key = takeRequest(valueOf(methods, this));
+    const key = takeRequest(maySave(valueOf(methods, this)));
     if (key !== '') {
       apply(listen, this, ['loadend', () => drop(key)]);
     }
@@ -343,7 +347,7 @@ function installPageWatch(ask, reply) {
 
   global.fetch = function(what, how) {
     const answer = apply(native.fetch, global, arguments);
-    const key = takeRequest((how && how.method) || (what && what.method));
+    const key = takeRequest(maySave((how && how.method) || (what && what.method)));
     if (key !== '') {
       dropBehind(answer, key);
     }
@@ -354,7 +358,7 @@ function installPageWatch(ask, reply) {
     const start = prototype[name];
     prototype[name] = function() {
       const promise = apply(start, this, arguments);
-      const key = takeRequest('get');
+      const key = takeRequest(false);
       if (key !== '') {
         dropBehind(promise, key);
       }
@@ -420,7 +424,7 @@ function installPageWatch(ask, reply) {
 
   // What answers by an event of its own: its answer is waited for as long as a timer would be.
   function takeAnswer(source, types) {
-    const key = takeRequest('get');
+    const key = takeRequest(false);
     if (key !== '') {
       const finish = () => drop(key);
       for (let i = 0; i < types.length; i += 1) {
