@@ -23,6 +23,7 @@ inline constexpr char kSilentMode[] = "silentmode";
 inline constexpr char kScriptThrottle[] = "scriptthrottle";
 inline constexpr char kStaticIp[] = "staticip";
 inline constexpr char kListColumns[] = "listcolumns";  // widths that the user gave: "120,,80"
+inline constexpr char kWindowSize[] = "windowsize";    // of the main window: "960,720"
 }  // namespace setting
 
 // The user's settings. Each value is written at the moment it changes: there is no save step.

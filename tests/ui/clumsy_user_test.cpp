@@ -49,6 +49,20 @@ TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStayInTheWindow) 
   ExpectTexts({{"Text2", "me"}, {"Text3", "secret"}});
 }
 
+TEST_F(MainWindowTest, ASizeThatTheUserGaveIsThereAgainAndNonsenseIsNot) {
+  Start();
+  const QSize usual = window_->size();
+  window_->resize(640, 480);
+  window_->close();
+  EXPECT_EQ(Stored(setting::kWindowSize), "640,480");
+  for (const char* nonsense : {"", "9", "-5,x", "0,0"}) {
+    Start("windowsize=" + QByteArray(nonsense) + "\r\n");
+    EXPECT_EQ(window_->size(), usual) << nonsense;
+  }
+  Start("windowsize=640,480\r\n");
+  EXPECT_EQ(window_->size(), QSize(640, 480));
+}
+
 TEST_F(MainWindowTest, ItFitsOnASmallScreenWhereItsRestIsScrolledTo) {
   Start();
   const QSize small(640, 480);

@@ -35,7 +35,9 @@ FrmMain2::FrmMain2(AppContext& context, Prompts& prompts, WindowFactory windows)
 void FrmMain2::Load() {
   const auto loaded = main_->Load();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(main_->sizeHint().expandedTo(QSize(960, 720)).boundedTo(screen.size()));
+  resize(StoredSize()
+             .value_or(main_->sizeHint().expandedTo(QSize(960, 720)))
+             .boundedTo(screen.size()));
   move(screen.center() - rect().center());
   if (!loaded) {
     failed_ = true;
@@ -44,7 +46,17 @@ void FrmMain2::Load() {
   }
 }
 
+std::optional<QSize> FrmMain2::StoredSize() const {
+  const QStringList sides = context_.settings.Value(setting::kWindowSize).split(QLatin1Char(','));
+  const QSize stored(sides.value(0).toInt(), sides.value(1).toInt());
+  return stored.isEmpty() ? std::nullopt : std::optional(stored);
+}
+
 void FrmMain2::closeEvent(QCloseEvent* event) {
+  if (!failed_ && !isMaximized()) {
+    context_.settings.SetValue(setting::kWindowSize,
+                               QStringLiteral("%1,%2").arg(width()).arg(height()));
+  }
   hide();
   Q_EMIT leaving();
   // Boxes and other windows go as well; each lets go of what it runs.

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 #include "async/flow.h"
 #include "ui/main/frm_main.h"
 
@@ -36,6 +38,7 @@ class FrmMain2 final : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  std::optional<QSize> StoredSize() const;
   Task<> End();
 
   AppContext& context_;
