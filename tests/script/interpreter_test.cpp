@@ -53,13 +53,13 @@ TEST(RunLog, IsRightToTheCharacter) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.fault);
     ScriptRig rig;
+    bool failed = false;  // words are asked for again and again
     rig.pages.Answer("PageContainsWords(Web)", {true});
     if (c.end == RunEnd::kPageError) {
       QObject::connect(&rig.pages.Host(0), &PageHost::navigateError, &rig.browsers, [&rig] {
         rig.flags.last_page_error = u"NOT_FOUND(404) (http://x/)"_s;
         rig.flags.SetPageErrorPending(true);
       });
-      bool failed = false;  // words are asked for again and again
       rig.pages.On({"nav", "ClickButton", "run", "PageContainsWords(Saved)"},
                    [&failed](FakePageHost& host) {
                      if (!std::exchange(failed, true)) {
