@@ -38,8 +38,8 @@ int main(int argc, char** argv) {
   QList<WayResult> results;
   quayline::Flow flow;
   QObject::connect(&flow, &quayline::Flow::ended, &application, &QCoreApplication::quit);
-  flow.Start(quayline::stress::RunStress(quayline::WebPageHosts(options, translator), {.steps_per_way = steps},
-                                         &results));
+  flow.Start(quayline::stress::RunStress(quayline::WebPageHosts(options, translator),
+                                         {.steps_per_way = steps}, &results));
   QApplication::exec();
   over = true;
 
