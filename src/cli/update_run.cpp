@@ -152,7 +152,7 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, Ap
 }
 
 UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
-                     std::optional<QString> trusted_certificate, QObject* parent)
+                     const std::optional<QString>& trusted_certificate, QObject* parent)
     : QObject(parent), runner_(context, std::move(make_host)) {
   connect(&runner_.Log(), &JobLog::appended, this,
           [](const QString& text) { Write(stdout, text); });

@@ -35,7 +35,7 @@ class UpdateRun final : public QObject {
  public:
   // `trusted_certificate` is the fingerprint of the router's certificate that is taken unseen.
   UpdateRun(AppContext& context, PageHostFactory make_host,
-            std::optional<QString> trusted_certificate, QObject* parent = nullptr);
+            const std::optional<QString>& trusted_certificate, QObject* parent = nullptr);
 
   void Start();
   void Stop() { runner_.Stop(); }

@@ -135,7 +135,6 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
       }
       continue;  // the browser that was asked is gone: ask the one on show
     }
-    mark = browsers.Navigation().starts;
     run.markup_state.clear();
     // The user's "proceed" says that the page is loaded while the browser still denies it.
     const auto arrived = [&browsers, &flags] {

@@ -105,8 +105,7 @@ void WebPageHost::ConnectPage() {
     host->is_led_ = true;
     Q_EMIT newWindow(host.get());
     if (host->parent() != nullptr) {
-      *popup = host->page_;
-      (void)host.release();
+      *popup = host.release()->page_;  // its parent has it now
     } else {
       host->is_popup_ = false;  // never counted as open
     }
@@ -177,7 +176,9 @@ void WebPageHost::OnAgentSaid(const QString& text) {
     return;
   }
   if (kind == QLatin1String("key")) {
-    if (keys_under_way_ > 0 && --keys_under_way_ == 0) {
+    if (keys_under_way_ > 1) {
+      --keys_under_way_;
+    } else if (keys_under_way_ == 1) {
       AskHeld();
     }
     return;
