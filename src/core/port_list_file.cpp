@@ -70,12 +70,18 @@ QList<PortEntry> ParseRows(const QByteArray& file_bytes, qsizetype max_rows) {
   return entries;
 }
 
-// A picture, a program, a text of another kind: its lines would be taken for names of entries.
+// A picture, a program, a text of another kind: its lines would be taken for names of entries. A
+// list may have control characters as well, out of a database's names; it has its fields, too.
 bool IsOtherFile(const QByteArray& bytes, const QList<PortEntry>& entries) {
+  constexpr qsizetype kBarsOfRow = 5;
+  const qsizetype bars = bytes.count('|');
+  if (bars == 0) {
+    return !entries.isEmpty();
+  }
   const bool has_controls = std::ranges::any_of(WithoutUtf16(bytes), [](char c) {
     return c > '\0' && c < ' ' && c != '\t' && c != '\r' && c != '\n';
   });
-  return has_controls || (!entries.isEmpty() && !bytes.contains('|'));
+  return has_controls && bars < entries.size() * kBarsOfRow / 2;
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ QByteArray FormatPortList(const QList<PortEntry>& entries);
 enum class ListFileError {
   kCannotOpen,  // missing, a folder, no right to read
   kTooLarge,    // more than kMaxListFileBytes or kMaxListRows
-  kNotAList,    // control characters, as in a picture, or not one row with fields
+  kNotAList,    // no fields, or few beside control characters, as in a picture
   kCannotWrite  // read-only folder, full disk; the old file is untouched
 };
 

@@ -133,6 +133,9 @@ TEST_F(PortListOnDisk, FilesThatCannotBeAListAreToldApart) {
     EXPECT_EQ(error(path_), ListFileError::kNotAList) << bytes.constData();
   }
 
+  ASSERT_TRUE(SavePortList({{.app_name = U("a"), .description = U("x\v\x01y")}}, path_));
+  EXPECT_EQ(error(path_), std::nullopt) << "what the program wrote itself is read again";
+
   ASSERT_TRUE(WriteBytes(path_, "old|"));
   const testing::ReadOnlyFolder folder(folder_.path());
   EXPECT_FALSE(SavePortList({}, path_));
