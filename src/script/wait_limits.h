@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonObject>
+
+#include <chrono>
+
+namespace quayline {
+
+// Every time and count by which Quayline waits for the pages of a router. The first part is handed
+// to the scripts that watch a page, as JSON; the second is used by PageWait and the hosted browser.
+// docs/architecture.md describes how a wait works.
+struct WaitLimits {
+  using Time = std::chrono::milliseconds;
+
+  // Read by page_watch and page_idle.
+
+  // Timers that a document starts while it loads: longer ones are clocks far more often than they
+  // are content.
+  Time load_timer{50};
+  // Timers that a page starts after an action, or had started when something is missing on it.
+  Time action_timer{2500};
+  // An interval that ran before the action and is as fast as this: its next run may send what the
+  // action queued.
+  Time fast_interval{250};
+  // Timers that start timers, and intervals, after an action: a fade, a count of seconds, a poll.
+  Time chain{4000};
+  // The same while a document loads, counted in timers.
+  int chain_depth = 8;
+  // Requests of a page that ask for something.
+  Time request{8000};
+  // Requests that may be a save: those that an action starts, and those that send something.
+  Time save{30000};
+  // Answers of a worker, a web socket or an event source.
+  Time message{2500};
+  // How often the same request or timer is seen before it counts as periodic.
+  int periodic_rounds = 3;
+  // A page that is not painted gets no animation frames: a timer runs them after this time.
+  Time animation_frame{40};
+  // A page whose own markup leaves for another within this time is followed.
+  Time refresh{2000};
+  // Messages that a page scripts sends itself, one after the other, so that the tasks which the page
+  // has queued run first.
+  int task_hops = 8;
+  // How often a page with pending work is looked at again.
+  Time look_again{50};
+  // A document that cannot be watched: four timers, two animation frames, and this time in all.
+  Time unwatched{30};
+  Time unwatched_frames{60};
+
+  // Used by PageWait and the hosted browser.
+
+  // A page that leaves for another as soon as it is there is followed this often.
+  int hops = 10;
+  // The user is shown what is waited for after this time.
+  Time long_wait{1500};
+  // A page that says nothing at all: its scripts run without an end, or its process hangs.
+  Time silence{30000};
+  // Pending work of a page before a navigation that would end it. Longer than a navigation that a
+  // command was told to ignore needs to be sent, and pages that never report their end are few.
+  Time before_leaving{5000};
+  // The same after the last line of a job: nothing else is waiting.
+  Time end_of_job{30000};
+  // Saves under way when a window is closed or a run is stopped.
+  Time after_stop{10000};
+  // A page that says nothing when a run is stopped.
+  Time silence_after_stop{1500};
+  // Something that an action or a question did not find, while the page has pending work.
+  Time missing{4000};
+};
+
+// The part of the limits that the page's scripts read: times in milliseconds.
+QJsonObject PageScriptLimits(const WaitLimits& limits);
+
+}  // namespace quayline
