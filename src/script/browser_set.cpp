@@ -3,7 +3,11 @@
 
 #include "script/browser_set.h"
 
+#include <QTimer>
+
 #include <algorithm>
+
+#include "script/wait_limits.h"
 
 namespace quayline {
 
@@ -15,7 +19,9 @@ BrowserSet::BrowserSet(PageHostFactory make_host, JobFlags& flags, int& active_i
 }
 
 BrowserSet::~BrowserSet() {
-  // Popups first: they live in the profile and by the leave of the page that opened them.
+  // Popups first: they share the process of the page that opened them.
+  members_.insert(members_.end(), closing_.begin(), closing_.end());
+  closing_.clear();
   while (!members_.empty()) {
     PageHost* host = members_.back().host;
     members_.pop_back();
@@ -34,7 +40,12 @@ PageHost* BrowserSet::At(int index) const {
 void BrowserSet::Add(PageHost* host) {
   host->setParent(this);
   members_.push_back({.host = host});
-  connect(host, &PageHost::navigationChanged, this, &BrowserSet::UpdateNavigation);
+  connect(host, &PageHost::navigationChanged, this, [this, host] {
+    UpdateNavigation();
+    if (std::ranges::find(closing_, host, &Member::host) != closing_.end()) {
+      DeleteWhenIdle(host);
+    }
+  });
   connect(host, &PageHost::documentComplete, this, [this] {
     if (!holds_flags_) {
       return;
@@ -49,19 +60,53 @@ void BrowserSet::Add(PageHost* host) {
     Show(static_cast<int>(members_.size()) - 1);
     UpdateNavigation();
   });
-  connect(host, &PageHost::windowClosing, this, [this, host] { CloseLater(host); });
+  connect(host, &PageHost::windowClosing, this, [this, host] { Close(host); });
   Q_EMIT added(host);
 }
 
-void BrowserSet::CloseLater(PageHost* host) {
-  if (host == members_.front().host) {
+void BrowserSet::Close(PageHost* host) {
+  const auto member = std::ranges::find(members_, host, &Member::host);
+  if (member == members_.begin() || member == members_.end()) {
     return;  // the window's own browser stays, whatever its page asks for
   }
-  std::erase_if(members_, [host](const Member& member) { return member.host == host; });
-  host->disconnect(this);
-  host->deleteLater();
+  closing_.push_back(*member);
+  members_.erase(member);
   Show(0);
   UpdateNavigation();
+  QTimer::singleShot(WaitLimits().save, host, [this, host] { Delete(host); });
+  DeleteWhenIdle(host);
+}
+
+// The last requests of a page that closes itself may be a save.
+void BrowserSet::DeleteWhenIdle(PageHost* host) {
+  if (host->Navigation().busy) {
+    return;  // asked again when the navigation ends
+  }
+  host->ReportIdle([this, host](IdleReport) {
+    if (!host->Navigation().busy) {
+      Delete(host);
+    }
+  });
+}
+
+void BrowserSet::Delete(PageHost* host) {
+  if (std::erase_if(closing_, [host](const Member& member) { return member.host == host; }) > 0) {
+    host->disconnect(this);
+    host->deleteLater();
+    UpdateNavigation();
+  }
+}
+
+bool BrowserSet::MaySave() const {
+  return !closing_.empty() || std::ranges::any_of(members_, [](const Member& member) {
+    return member.host->Navigation().after_action;
+  });
+}
+
+void BrowserSet::StopNavigation() {
+  for (const Member& member : members_) {
+    member.host->StopNavigation();
+  }
 }
 
 void BrowserSet::Show(int index) {
@@ -71,18 +116,21 @@ void BrowserSet::Show(int index) {
 
 void BrowserSet::UpdateNavigation() {
   const NavigationState before = navigation_;
-  navigation_.busy = false;
-  for (Member& member : members_) {
-    const NavigationState state = member.host->Navigation();
-    navigation_.starts += state.starts - std::exchange(member.starts_seen, state.starts);
-    navigation_.busy = navigation_.busy || state.busy;
-  }
+  navigation_.busy = !closing_.empty();
+  std::ranges::for_each(members_, [this](Member& member) { Count(member); });
+  std::ranges::for_each(closing_, [this](Member& member) { Count(member); });
   if (before.starts != navigation_.starts || before.busy != navigation_.busy) {
     if (navigation_.busy && holds_flags_) {
       flags_.SetPageLoaded(false);
     }
     Q_EMIT navigationChanged();
   }
+}
+
+void BrowserSet::Count(Member& member) {
+  const NavigationState state = member.host->Navigation();
+  navigation_.starts += state.starts - std::exchange(member.starts_seen, state.starts);
+  navigation_.busy = navigation_.busy || state.busy;
 }
 
 }  // namespace quayline

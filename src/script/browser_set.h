@@ -36,8 +36,13 @@ class BrowserSet final : public QObject {
   }
   bool HoldsFlags() const { return holds_flags_; }
 
-  // Over all browsers of the set: a save may begin in one and end in another.
+  // Over all browsers of the set: a save may begin in one and end in another. A popup that closes
+  // itself is kept, and busy, until its requests are answered.
   NavigationState Navigation() const { return navigation_; }
+  // Whether anything that the pages send now may be a save.
+  bool MaySave() const;
+  // Ends what the pages load.
+  void StopNavigation();
 
  Q_SIGNALS:
   void navigationChanged();
@@ -48,7 +53,9 @@ class BrowserSet final : public QObject {
 
  private:
   void Add(PageHost* host);
-  void CloseLater(PageHost* host);
+  void Close(PageHost* host);
+  void DeleteWhenIdle(PageHost* host);
+  void Delete(PageHost* host);
   void Show(int index);
   void UpdateNavigation();
 
@@ -56,11 +63,13 @@ class BrowserSet final : public QObject {
     PageHost* host = nullptr;
     quint64 starts_seen = 0;
   };
+  void Count(Member& member);
 
   JobFlags& flags_;
   int& active_index_;
   bool holds_flags_ = true;
   std::vector<Member> members_;
+  std::vector<Member> closing_;  // not on show any more, and kept until they are idle
   NavigationState navigation_;
 };
 

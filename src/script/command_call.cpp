@@ -3,7 +3,10 @@
 
 #include "script/command_call.h"
 
+#include <QDeadlineTimer>
 #include <QPointer>
+
+#include <utility>
 
 #include "script/page_operations.h"
 #include "script/script_texts.h"
@@ -14,21 +17,13 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// A page that leaves for another as soon as it is there is followed that often; then the script
-// goes on with what it finds.
-constexpr int kMaxHops = 10;
-
-// A wait that is longer than this is told to the user.
-constexpr milliseconds kLongWait(1500);
-
-// How long a navigation waits for one that is still under way. Longer than any save takes, and the
-// pages that never report their end are few.
-constexpr milliseconds kSaveGrace(5000);
-constexpr milliseconds kLastSaveGrace(30000);  // nobody is in a hurry behind a job
-
 bool IsMissing(const QJsonValue& result) {
   return result == QLatin1String(page_result::kFailed) ||
          result == QLatin1String(page_result::kFailedLink);
+}
+
+bool IsNegative(const QJsonValue& result) {
+  return IsMissing(result) || result == QJsonValue(false) || result == QJsonValue(QString());
 }
 
 }  // namespace
@@ -59,29 +54,34 @@ void CommandCall::GiveUpWithRun(OneShot<T>& answer, PageHost* host) const {
 }
 
 Task<QJsonValue> CommandCall::Ask(PageCall call) const {
-  call.frame = run.frame_number;
-  const QJsonValue answer = co_await AskOnce(call);
-  const quint64 starts = env.browsers.Navigation().starts;
-  if (!IsMissing(answer) || !run.page_is_working || run.missed_at == starts || Stopped()) {
-    co_return answer;
+  QJsonValue answer = co_await AskOnce(call);
+  const QDeadlineTimer limit(env.pages.Limits().missing);
+  while (IsNegative(answer) && run.page_has_pending_work && run.missed_at != MarkPage() &&
+         !Stopped()) {
+    const WaitLimits::Time left(limit.remainingTime());
+    const WaitEnd end = co_await env.pages.UntilIdle({.limit = left});
+    if (end == WaitEnd::kStopped || end == WaitEnd::kFailed) {
+      break;
+    }
+    const bool is_missing = IsMissing(answer);
+    answer = co_await AskOnce(call);
+    if (limit.hasExpired() || !is_missing) {
+      // Once a page: it may have work that never ends.
+      run.missed_at = MarkPage();
+    }
   }
-  // Once a page: it may have a clock that never rests.
-  run.missed_at = starts;
-  co_await LetWorkEnd();
-  if (Stopped()) {
-    co_return answer;
-  }
-  co_return co_await AskOnce(call);
+  co_return answer;
 }
 
-Task<QJsonValue> CommandCall::AskOnce(const PageCall& call) const {
+Task<QJsonValue> CommandCall::AskOnce(PageCall call) const {
+  call.frame = run.frame_number;
   PageHost* const host = env.browser();
   OneShot<PageAnswer> answer;
   host->Call(call, answer.Callback());
   GiveUpWithRun(answer, host);
   const std::optional<PageAnswer> got = co_await answer;
   run.markup_state = got ? got->markup_state : QString();
-  run.page_is_working = got ? got->is_working : run.page_is_working;
+  run.page_has_pending_work = got ? got->is_working : run.page_has_pending_work;
   co_return got && got->answered ? got->value : call.if_gone;
 }
 
@@ -103,85 +103,33 @@ Task<bool> CommandCall::ClearCache() const {
 }
 
 Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock block) {
-  BrowserSet& browsers = env.browsers;
-  JobFlags& flags = env.flags;
-  const auto interrupted = [&flags] {
-    return flags.PageErrorPending() || flags.JobStopRequested();
-  };
-  run.page_is_working = false;
+  run.page_has_pending_work = false;
   run.missed_at.reset();
-  for (int hop = 0; hop < kMaxHops; ++hop) {
-    const auto begun = [&browsers, mark] {
-      return browsers.Navigation().busy || browsers.Navigation().starts != mark;
-    };
-    bool quiet = false;
-    if (!begun() && !interrupted()) {
-      PageHost* const host = env.browser();
-      OneShot<bool> proof;
-      host->ProveQuiet([done = proof.Callback()] { done(true); });
-      proof.GiveUpWhen(&browsers, &BrowserSet::navigationChanged, begun);
-      proof.GiveUpWhen(&browsers, &BrowserSet::activeChanged,
-                       [this, host] { return env.browser() != host; });
-      proof.GiveUpWhen(&flags, &JobFlags::changed, interrupted);
-      const std::optional<bool> proven = co_await proof;
-      quiet = proven.has_value();
-    }
-    if (const auto end = TakeInterruption(block)) {
-      co_return end;
-    }
-    if (!begun()) {
-      if (quiet) {
-        co_return std::nullopt;
-      }
-      continue;  // the browser that was asked is gone: ask the one on show
-    }
+  // The last address may show the password: the wait is shown as the router's.
+  const WaitEnd end =
+      co_await env.pages.UntilIdle({.since = mark, .shown_as = run.given.router_host});
+  if (end != WaitEnd::kIdle) {
     run.markup_state.clear();
-    // The user's "proceed" says that the page is loaded while the browser still denies it.
-    const auto arrived = [&browsers, &flags] {
-      return !browsers.Navigation().busy || flags.PageLoaded();
-    };
-    const auto over = [arrived, interrupted] { return arrived() || interrupted(); };
-    const bool soon = co_await Until(over)
-                          .WokenBy(&browsers, &BrowserSet::navigationChanged)
-                          .WokenBy(&flags, &JobFlags::changed)
-                          .AtMost(kLongWait);
-    if (!soon) {
-      env.tell_wait(run.given.router_host);  // the last address may show the password
-      co_await Until(over)
-          .WokenBy(&browsers, &BrowserSet::navigationChanged)
-          .WokenBy(&flags, &JobFlags::changed);
-      env.tell_wait({});
-    }
-    if (const auto end = TakeInterruption(block)) {
-      co_return end;
-    }
-    if (browsers.Navigation().busy) {
-      co_return std::nullopt;  // released by the user
-    }
-    mark = browsers.Navigation().starts;
   }
-  co_return std::nullopt;
+  co_return EndOf(end, block);
 }
 
-Task<> CommandCall::LetWorkEnd() const {
-  BrowserSet& browsers = env.browsers;
-  JobFlags& flags = env.flags;
-  const auto interrupted = [&flags] {
-    return flags.JobStopRequested() || flags.PageErrorPending();
-  };
-  if (std::exchange(run.page_is_working, false)) {
-    OneShot<bool> proof;
-    env.browser()->ProveQuiet([done = proof.Callback()] { done(true); });
-    proof.GiveUpWhen(&browsers, &BrowserSet::navigationChanged,
-                     [&browsers] { return browsers.Navigation().busy; });
-    proof.GiveUpWhen(&flags, &JobFlags::changed, interrupted);
-    proof.GiveUpAfter(kSaveGrace);
-    co_await proof;
+Task<std::optional<RunEnd>> CommandCall::LeavePage() const {
+  WaitEnd end = WaitEnd::kIdle;
+  const bool is_pending = std::exchange(run.page_has_pending_work, false);
+  if (is_pending || env.browsers.Navigation().busy || env.pages.LaterTimers() > 0) {
+    end = co_await env.pages.UntilIdle(
+        {.limit = env.pages.Limits().before_leaving, .shown_as = run.given.router_host});
   }
-  co_await Until([&] { return !browsers.Navigation().busy || interrupted(); })
-      .WokenBy(&browsers, &BrowserSet::navigationChanged)
-      .WokenBy(&flags, &JobFlags::changed)
-      .AtMost(kSaveGrace);
+  if (end == WaitEnd::kPending || env.pages.LaterTimers() > 0) {
+    LogLine(Text(script_text::kPendingWorkLost));
+  }
+  co_return end == WaitEnd::kStopped ? std::optional(RunEnd::kStopped) : std::nullopt;
+}
+
+std::optional<RunEnd> CommandCall::EndOf(WaitEnd end, ErrorBlock block) {
+  return end == WaitEnd::kFailed || end == WaitEnd::kStopped ? TakeInterruption(block)
+                                                             : std::nullopt;
 }
 
 std::optional<RunEnd> CommandCall::TakeInterruption(ErrorBlock block) {
@@ -254,30 +202,6 @@ void CommandCall::LogErrorBlock(ErrorBlock block) const {
     env.log.Append(Line(LogSeparator()));
   }
   env.log.Append(LineBreak());
-}
-
-Task<> LetPagesComeToRest(RunEnvironment& environment) {
-  BrowserSet& browsers = environment.browsers;
-  JobFlags& flags = environment.flags;
-  const auto over = [&browsers, &flags] {
-    return !browsers.Navigation().busy || flags.JobStopRequested();
-  };
-  co_await Until(over)
-      .WokenBy(&browsers, &BrowserSet::navigationChanged)
-      .WokenBy(&flags, &JobFlags::changed)
-      .AtMost(kLastSaveGrace);
-  if (flags.JobStopRequested()) {
-    co_return;
-  }
-  OneShot<bool> proof;
-  environment.browser()->ProveQuiet([done = proof.Callback()] { done(true); });
-  proof.GiveUpWhen(&flags, &JobFlags::changed, [&flags] { return flags.JobStopRequested(); });
-  proof.GiveUpAfter(kLastSaveGrace);
-  co_await proof;
-  co_await Until(over)
-      .WokenBy(&browsers, &BrowserSet::navigationChanged)
-      .WokenBy(&flags, &JobFlags::changed)
-      .AtMost(kLastSaveGrace);
 }
 
 }  // namespace quayline

@@ -36,24 +36,26 @@ class CommandCall final {
   // Logs "(Successful) (" and `value` and ")".
   void LogSuccessWith(const QString& value) const;
 
-  // Asks the page agent about the run's frame. What the call says for a page that is gone is the
-  // answer for one that keeps silent, too; a stop ends the silence. Whoever acts on the answer
-  // looks at Stopped() first. What is not there is asked for again when the page has done what it
-  // put off: pages write their fields late.
+  // Asks the page agent about the run's frame. A page that is gone, or gives no answer, is answered
+  // for by the call itself; a stop ends the wait for it. Whoever acts on the answer looks at
+  // Stopped() first. What is missing is asked for again when the page has done its pending work:
+  // pages write their fields late. So is a question that was answered with no.
   Task<QJsonValue> Ask(PageCall call) const;
+  // The same, once.
+  Task<QJsonValue> AskOnce(PageCall call) const;
 
   bool Stopped() const { return env.flags.JobStopRequested(); }
 
-  // Remembers where the pages stand. To be taken ahead of whatever may navigate.
-  quint64 MarkPage() const { return env.browsers.Navigation().starts; }
-  // Waits until no navigation that began since `mark` is under way and none will begin any more.
-  // Nothing: the run goes on. Logs the error block when the page failed.
+  // To be taken before whatever may navigate; see PageWait.
+  quint64 MarkPage() const { return env.pages.Mark(); }
+  // Waits until no navigation that began since `mark` is under way and the page is idle. Nothing:
+  // the run goes on. Logs the error block when the page failed.
   Task<std::optional<RunEnd>> AwaitPage(quint64 mark, ErrorBlock block);
 
-  // Gives what the page still has in hand a last chance ahead of a navigation that would end it: a
-  // box may save by itself when it is set, and a command that ignores page loads may have left a
-  // save under way.
-  Task<> LetWorkEnd() const;
+  // To be called before a navigation that would end what the page has pending: a box may save by
+  // itself when it is set, and a command that ignores page loads may have left a save under way.
+  // Notes in the log what is lost. Nothing: the run goes on.
+  Task<std::optional<RunEnd>> LeavePage() const;
 
   // Ends a wait of any kind: a page error (whose block is logged) or a stop.
   std::optional<RunEnd> TakeInterruption(ErrorBlock block);
@@ -81,17 +83,13 @@ class CommandCall final {
   ScriptRun& run;
 
  private:
-  Task<QJsonValue> AskOnce(const PageCall& call) const;
+  std::optional<RunEnd> EndOf(WaitEnd end, ErrorBlock block);
   void LogErrorBlock(ErrorBlock block) const;
   // Ends the wait for an answer of `host` with a stop, and with the host itself. A popup that the
   // call opens leaves the host behind it, and its answer, in place.
   template <typename T>
   void GiveUpWithRun(OneShot<T>& answer, PageHost* host) const;
 };
-
-// Waits until whatever the pages still send has arrived, behind the last line of a job: a save that
-// its command did not wait for would end with the browser. A stop ends the wait, and so does time.
-Task<> LetPagesComeToRest(RunEnvironment& environment);
 
 // The label by which some routers list a rule: "Web [TCP/80~80]". An entry of both protocols goes
 // by its TCP label. Nothing for a protocol that is none of the three.

@@ -54,11 +54,11 @@ FlowResult CheckIfNameExists(CommandCall& call) {
   co_return RunEnd::kEntryExists;
 }
 
-// Asks again and again: nothing signals that a text stands on a page.
+// Asks again and again: nothing signals that a page shows a text.
 FlowResult WaitUntilWords(CommandCall& call, bool wanted) {
   const QString words = call.run.argument;
   for (int rounds = 0;; ++rounds) {
-    const QJsonValue found = co_await call.Ask(page_operation::PageContainsWords(words));
+    const QJsonValue found = co_await call.AskOnce(page_operation::PageContainsWords(words));
     if (!call.Stopped() && found.toBool() == wanted) {
       break;
     }
@@ -94,6 +94,9 @@ FlowResult ClearCache(CommandCall& call) {
 }
 
 FlowResult PageRefresh(CommandCall& call) {
+  if (const auto end = co_await call.LeavePage()) {
+    co_return end;
+  }
   const quint64 mark = call.MarkPage();
   call.env.browser()->Refresh2();
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {
@@ -124,9 +127,8 @@ FlowResult Nav(CommandCall& call) {
                QLatin1Char('@');
   }
   run.url += path;
-  co_await call.LetWorkEnd();
-  if (call.Stopped()) {
-    co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
+  if (const auto end = co_await call.LeavePage()) {
+    co_return end;
   }
   const quint64 mark = call.MarkPage();
   call.env.browser()->Navigate2(run.given.http_type + path, run.frame_name);
@@ -147,9 +149,8 @@ FlowResult NavLink(CommandCall& call) {
     call.LogLine(call.Text(script_text::kLinkNotFound));
     co_return std::nullopt;
   }
-  co_await call.LetWorkEnd();
-  if (call.Stopped()) {
-    co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
+  if (const auto end = co_await call.LeavePage()) {
+    co_return end;
   }
   const quint64 mark = call.MarkPage();
   call.env.browser()->Navigate2(call.run.url, call.run.frame_name);

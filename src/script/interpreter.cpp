@@ -31,7 +31,7 @@ class Interpreter final {
  private:
   Task<std::optional<RunEnd>> RunLine(int index);
   Task<bool> Settle();
-  Task<std::optional<RunEnd>> FollowPage(const CommandRow* next);
+  Task<std::optional<RunEnd>> FollowPage(bool needs_idle);
   Task<std::optional<RunEnd>> RunCommand(const CommandRow& row);
   void ReadArgument(Shape shape);
   Task<bool> DebugPause();
@@ -39,7 +39,8 @@ class Interpreter final {
 
   // What the line before has set on the page.
   struct SetBox {
-    quint64 mark = 0;  // where the pages stood ahead of it
+    quint64 mark = 0;  // taken before it
+    QString argument;  // of that line
     bool is_choice = false;
   };
 
@@ -60,8 +61,8 @@ Task<RunEnd> Interpreter::Run() {
       co_return *end;
     }
   }
-  if (run_.page_is_working) {
-    co_await call_.LetWorkEnd();
+  if (const std::optional<RunEnd> end = co_await FollowPage(true)) {
+    co_return *end;
   }
   call_.LogLine(LogSeparator() + LineBreak());
   co_return RunEnd::kAllLinesDone;
@@ -76,7 +77,7 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
     co_return RunEnd::kStopped;
   }
   const CommandRow* row = FindCommand(line.name);
-  if (const std::optional<RunEnd> end = co_await FollowPage(row)) {
+  if (const std::optional<RunEnd> end = co_await FollowPage(row != nullptr && row->awaits_page)) {
     co_return end;
   }
   call_.LogLine(call_.Text(script_text::kStep) +
@@ -101,8 +102,8 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
   co_return std::nullopt;
 }
 
-// Lets a page that still rewrites itself come to rest before a command touches it. The answer to
-// the line before is the first look.
+// Lets a page that still rewrites itself finish before a command touches it. The answer to the line
+// before is the first look.
 Task<bool> Interpreter::Settle() {
   QString before = run_.markup_state;
   for (int round = 0;; ++round) {
@@ -117,16 +118,22 @@ Task<bool> Interpreter::Settle() {
   }
 }
 
-// A box that is set may set the page going: a choice loads another form, and a button is enabled
-// when the page has looked at what was typed. The next line is for the page that this comes to.
-Task<std::optional<RunEnd>> Interpreter::FollowPage(const CommandRow* next) {
-  const SetBox box = std::exchange(box_, std::nullopt).value_or(SetBox{call_.MarkPage()});
-  const bool has_left = box.mark != call_.MarkPage();
-  const bool is_click = next != nullptr && next->awaits_page;
-  if (has_left || (run_.page_is_working && (is_click || box.is_choice))) {
-    co_return co_await call_.AwaitPage(box.mark, ErrorBlock::kAddress);
+// Setting a box may start something on the page: a choice loads another form, and a button is
+// enabled when the page has checked what was typed. The next line is for the page that this leads
+// to. An error of that page is reported with the line that set the box. `needs_idle`: the next line
+// acts on the page, or there is none.
+Task<std::optional<RunEnd>> Interpreter::FollowPage(bool needs_idle) {
+  const bool has_failed = box_ && env_.flags.PageErrorPending();
+  const SetBox box = std::exchange(box_, std::nullopt)
+                         .value_or(SetBox{.mark = call_.MarkPage(), .argument = run_.argument});
+  const bool has_left = box.mark != call_.MarkPage() || has_failed;
+  if (!has_left && !(run_.page_has_pending_work && (needs_idle || box.is_choice))) {
+    co_return std::nullopt;
   }
-  co_return std::nullopt;
+  const QString argument = std::exchange(run_.argument, box.argument);
+  const std::optional<RunEnd> end = co_await call_.AwaitPage(box.mark, ErrorBlock::kAddress);
+  run_.argument = argument;
+  co_return end;
 }
 
 void Interpreter::ReadArgument(Shape shape) {
@@ -167,7 +174,9 @@ Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
   if (row.awaits_page) {
     co_return co_await call_.AwaitPage(mark, ErrorBlock::kAddress);
   }
-  box_ = SetBox{.mark = mark, .is_choice = page_operation::IsChoice(*question)};
+  box_ = SetBox{.mark = mark,
+                .argument = run_.argument,
+                .is_choice = page_operation::IsChoice(*question)};
   co_return std::nullopt;
 }
 

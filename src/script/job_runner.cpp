@@ -56,7 +56,10 @@ Task<> JobRunner::RunRows() {
                 rows_[row - 1].app_name + LineBreak());
   }
   if (!outcome_.stopped) {
-    co_await LetPagesComeToRest(Environment());
+    // A save that its command did not wait for would end with the browser.
+    co_await Pages().UntilIdle({.limit = Pages().Limits().end_of_job,
+                                .shown_as = RouterHost(context_.session),
+                                .heeds_errors = false});
   }
   const QString rule(19, QLatin1Char('-'));
   log_.Append(LineBreak());

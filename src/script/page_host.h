@@ -42,6 +42,16 @@ struct ShownCertificate {
 struct NavigationState {
   quint64 starts = 0;  // raised whenever a navigation begins in any frame of the page
   bool busy = false;   // a navigation has begun and not ended yet
+  // The page was acted on since a page of ours was opened: what it sends may be a save.
+  bool after_action = false;
+};
+
+// What a page has left when it is idle.
+struct IdleReport {
+  // Timers of the last action that are longer than what is waited for. They have not run.
+  int later_timers = 0;
+  // The page is not idle: it had pending work for longer than a page is waited for.
+  bool gave_up = false;
 };
 
 // One hosted browser with its current page. Quayline drives pages through this interface alone.
@@ -77,9 +87,10 @@ class PageHost : public QObject {
   virtual void ClearCache(std::function<void(bool cleared)> done) = 0;
 
   virtual NavigationState Navigation() const = 0;
-  // Calls back when what the page was told until now has either begun a navigation or will not
-  // begin one any more. How this is known is told at WebPageHost.
-  virtual void ProveQuiet(std::function<void()> quiet) = 0;
+  // Reports once when what the page was asked to do has either begun a navigation or will not begin
+  // one any more: its queued tasks have run, and it has no pending work. A new call replaces one
+  // that was not answered. No report comes when the document goes meanwhile.
+  virtual void ReportIdle(std::function<void(IdleReport)> report) = 0;
 
   // The view that shows the page; none in the double.
   virtual QWidget* Widget() { return nullptr; }

@@ -9,6 +9,7 @@
 #include "i18n/translator.h"
 #include "script/browser_set.h"
 #include "script/job_log.h"
+#include "script/page_wait.h"
 
 namespace quayline {
 
@@ -20,6 +21,7 @@ struct RunEnvironment {
   const Translator& translator;
   JobLog& log;
   BrowserSet& browsers;
+  PageWait& pages;
   // The browser that the next line drives.
   std::function<PageHost*()> browser;
   // Enables the window's button that goes on behind a debug pause.

@@ -53,9 +53,9 @@ struct ScriptRun {
   // What the page's markup was at its last answer; empty where that does not tell anything of it.
   QString markup_state;
 
-  // The page has work in hand that nothing has waited for yet.
-  bool page_is_working = false;
-  // Where the pages stood when something was not there and was waited for.
+  // The page has pending work that nothing has waited for yet.
+  bool page_has_pending_work = false;
+  // The mark of the page on which something stayed missing until its pending work was done.
   std::optional<quint64> missed_at;
 
   int frame_number = 0;  // 0: the top document

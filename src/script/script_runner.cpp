@@ -3,7 +3,6 @@
 
 #include "script/script_runner.h"
 
-#include <QDeadlineTimer>
 #include <QMetaMethod>
 #include <QScopeGuard>
 #include <QUrl>
@@ -12,15 +11,6 @@
 #include "script/status_text.h"
 
 namespace quayline {
-
-namespace {
-
-using namespace std::chrono_literals;
-
-// Behind a closed window, or a stopped command, nobody sees what is waited for.
-constexpr std::chrono::milliseconds kLeavingLimit = 10s;
-
-}  // namespace
 
 ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, const RunnerTexts& texts,
                            int& active_index, QObject* parent)
@@ -55,15 +45,21 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
   connect(browsers_.get(), &BrowserSet::added, this, &ScriptRunner::ConnectHost);
   connect(browsers_.get(), &BrowserSet::activeChanged, this, &ScriptRunner::activeHostChanged);
   ConnectHost(browsers_->Active());
+  const auto browser = [set = browsers_.get(), choose = std::move(driven)] {
+    return choose(*set);
+  };
+  const auto show_wait = [this](const QString& what) { Q_EMIT waitingFor(what); };
+  pages_ = std::make_unique<PageWait>(*browsers_, flags, browser, show_wait);
   environment_ = std::make_unique<RunEnvironment>(RunEnvironment{
       .flags = flags,
       .options = context_.job_options,
       .translator = context_.translator,
       .log = log_,
       .browsers = *browsers_,
-      .browser = [set = browsers_.get(), choose = std::move(driven)] { return choose(*set); },
+      .pages = *pages_,
+      .browser = browser,
       .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
-      .tell_wait = [this](const QString& what) { Q_EMIT waitingFor(what); }});
+      .tell_wait = show_wait});
 
   stopped_by_user_ = false;
   messages_shown_ = 0;
@@ -83,7 +79,7 @@ void ScriptRunner::StartRun(Task<> run) {
   flow_.Start(RunWhenFree(std::move(run)));
 }
 
-// A router talks to one at a time, and the run before may still bring a save to its end.
+// A router serves one run at a time, and the run before may still have a save under way.
 Task<> ScriptRunner::RunWhenFree(Task<> run) {
   JobFlags& flags = context_.job_flags;
   const auto is_free = [&flags] { return flags.LeavingRuns() == 0 || flags.JobStopRequested(); };
@@ -107,27 +103,25 @@ void ScriptRunner::Leave() {
     Q_EMIT left();
     return;
   }
-  leaving_.Start(ComeToRest());
+  leaving_.Start(FinishSaves());
 }
 
-// What a click put off comes ahead of the page that it leads to.
-Task<> ScriptRunner::ComeToRest() {
+// A page that was only opened is left at once. One that was acted on may have a save under way, and
+// is left when it is idle; one that gives no answer, when its navigation has ended.
+Task<> ScriptRunner::FinishSaves() {
   JobFlags& flags = context_.job_flags;
   flags.AddLeavingRuns(1);
   const auto gone = qScopeGuard([&flags] { flags.AddLeavingRuns(-1); });
-  const QDeadlineTimer end(kLeavingLimit);
-  const auto time_left = [&end] { return std::chrono::milliseconds(end.remainingTime()); };
-  const auto is_at_rest = [set = browsers_.get()] { return !set->Navigation().busy; };
-  co_await Until(is_at_rest)
-      .WokenBy(browsers_.get(), &BrowserSet::navigationChanged)
-      .AtMost(time_left());
-  OneShot<bool> proof;
-  ActiveHost()->ProveQuiet([done = proof.Callback()] { done(true); });
-  proof.GiveUpAfter(time_left());
-  co_await proof;
-  co_await Until(is_at_rest)
-      .WokenBy(browsers_.get(), &BrowserSet::navigationChanged)
-      .AtMost(time_left());
+  if (!browsers_->MaySave()) {
+    browsers_->StopNavigation();
+  } else {
+    const WaitLimits& limits = pages_->Limits();
+    const bool answers = co_await pages_->Answers(limits.silence_after_stop);
+    co_await pages_->UntilIdle({.limit = limits.after_stop,
+                                .shown_as = RouterHost(context_.session),
+                                .heeds_flags = false,
+                                .asks_page = answers});
+  }
   Q_EMIT left();
 }
 

@@ -12,6 +12,7 @@
 #include "script/browser_set.h"
 #include "script/job_log.h"
 #include "script/page_host.h"
+#include "script/page_wait.h"
 #include "script/run_environment.h"
 #include "script/runner_texts.h"
 #include "script/script_run.h"
@@ -29,8 +30,8 @@ class ScriptRunner : public QObject {
   ~ScriptRunner() override;
 
   void Stop();
-  // Stops the run and lets its pages come to rest, so that a save on its way to the router is not
-  // cut off. left() follows within ten seconds, at once where no run has begun.
+  // Stops the run and waits for saves that are on their way to the router. left() follows within
+  // WaitLimits::after_stop, and at once where there can be no save.
   void Leave();
   // The debug button: lets the run go on behind the line at which it holds, and frees it from a
   // page load that never ends.
@@ -92,6 +93,7 @@ class ScriptRunner : public QObject {
   virtual void CountError() = 0;
 
   BrowserSet& Browsers() { return *browsers_; }
+  PageWait& Pages() { return *pages_; }
   RunEnvironment& Environment() { return *environment_; }
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
@@ -99,7 +101,7 @@ class ScriptRunner : public QObject {
   JobLog log_;
 
  private:
-  Task<> ComeToRest();
+  Task<> FinishSaves();
   Task<> RunWhenFree(Task<> run);
   void ConnectHost(PageHost* host);
   void ConnectQuestions(PageHost* host);
@@ -111,6 +113,7 @@ class ScriptRunner : public QObject {
   const RunnerTexts& texts_;
   int& active_index_;
   std::unique_ptr<BrowserSet> browsers_;
+  std::unique_ptr<PageWait> pages_;
   std::unique_ptr<RunEnvironment> environment_;
   bool stopped_by_user_ = false;
   bool running_ = false;

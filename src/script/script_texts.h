@@ -36,4 +36,10 @@ inline constexpr Message kErrorInJavaScript{"FrmMain", "Text85", "!ERROR! Runnin
 inline constexpr Message kClickProceed{"FrmMain", "Text86",
                                        "Click 'Proceed To Next Command' To Continue"};
 
+// Not shown by a page that saves at once.
+inline constexpr Message kPendingWorkLost{
+    "FrmMain", "TextPendingWorkLost",
+    "(The page still had work pending when it was left. If it saves that late, the script needs a "
+    "timeout line before the next page.)"};
+
 }  // namespace quayline::script_text

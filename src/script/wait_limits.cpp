@@ -10,6 +10,7 @@ QJsonObject PageScriptLimits(const WaitLimits& limits) {
   return {
       {QStringLiteral("loadTimer"), Ms(limits.load_timer)},
       {QStringLiteral("actionTimer"), Ms(limits.action_timer)},
+      {QStringLiteral("questionTimer"), Ms(limits.question_timer)},
       {QStringLiteral("fastInterval"), Ms(limits.fast_interval)},
       {QStringLiteral("chain"), Ms(limits.chain)},
       {QStringLiteral("chainDepth"), limits.chain_depth},

@@ -21,6 +21,9 @@ struct WaitLimits {
   Time load_timer{50};
   // Timers that a page starts after an action, or had started when something is missing on it.
   Time action_timer{2500};
+  // Timers that a page had started before a question which it answers with no; intervals of half
+  // this time.
+  Time question_timer{1000};
   // An interval that ran before the action and is as fast as this: its next run may send what the
   // action queued.
   Time fast_interval{250};

@@ -127,9 +127,9 @@ void FakePageHost::ClearCache(std::function<void(bool)> done) {
                      [this, done = std::move(done)] { done(pages_.clears_cache); });
 }
 
-void FakePageHost::ProveQuiet(std::function<void()> quiet) {
-  // Behind whatever the call before has set going.
-  Later([this, quiet = std::move(quiet)] { Later(quiet); });
+void FakePageHost::ReportIdle(std::function<void(IdleReport)> report) {
+  // After whatever the call before has started.
+  Later([this, report = std::move(report)] { Later([report] { report({}); }); });
 }
 
 void FakePageHost::BeginNavigation() {

@@ -79,7 +79,7 @@ class FakePageHost final : public PageHost {
   void SendKeys(const QString& keys) override;
   void ClearCache(std::function<void(bool)> done) override;
   NavigationState Navigation() const override { return navigation_; }
-  void ProveQuiet(std::function<void()> quiet) override;
+  void ReportIdle(std::function<void(IdleReport)> report) override;
 
   // The page's own moves. Each happens at once and raises what the real browser raises.
   void BeginNavigation();

@@ -51,6 +51,7 @@ class ScriptRig final {
   JobLog log;
   FakePages pages;
   BrowserSet browsers;
+  PageWait wait;
   QStringList order;  // what the window was told, with the log's steps between
   QStringList waits;  // what the window was told of long waits
 

@@ -122,17 +122,24 @@ TEST(Stop, TogetherWithAPageErrorLogsTheErrorFirst) {
   }
 }
 
-// An error between two commands belongs to the next one that waits for a page; the others go on.
-TEST(PageError, WaitsForACommandThatHeedsIt) {
+// An error belongs to the line that caused it: a box that loads another form, for example.
+TEST(PageError, IsReportedWithTheLineThatSetTheBox) {
   ScriptRig rig;
   rig.pages.On({"SetElementValue(a"},
                [&rig](FakePageHost&) { rig.flags.SetPageErrorPending(true); });
-  EXPECT_EQ(rig.Run({"set_name(\"a,\")", "set_ip(\"b,\")", "timeout(\"1\")",
-                     "click_button(\"Save\")", "set_ip(\"never,\")"}),
+  EXPECT_EQ(rig.Run({"set_name(\"a,\")", "set_ip(\"never,\")"}), RunEnd::kPageError);
+  EXPECT_EQ(rig.pages.calls, Lines({"SetElementValue(a, Web, false)"}));
+  EXPECT_TRUE(rig.log.Text().contains(u"!ERROR! (Navigating to http://192.168.1.1/a)"_s));
+  EXPECT_FALSE(rig.log.Text().contains(u"Step 02"_s));
+}
+
+// An error that came before belongs to the next command that waits for a page.
+TEST(PageError, WaitsForACommandThatHeedsIt) {
+  ScriptRig rig;
+  rig.flags.SetPageErrorPending(true);
+  EXPECT_EQ(rig.Run({"timeout(\"1\")", "click_button(\"Save\")", "set_ip(\"never,\")"}),
             RunEnd::kPageError);
-  EXPECT_EQ(rig.pages.calls,
-            Lines({"SetElementValue(a, Web, false)", "SetElementValue(b, 192.168.1.100, false)",
-                   "ClickButton(Save)"}));
+  EXPECT_EQ(rig.pages.calls, Lines({"ClickButton(Save)"}));
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ class Walker final {
   Walker(PageHostFactory make_host, demo::AnswerDelay delay)
       : site_(delay),
         translator_({}),
-        browsers_(std::move(make_host), flags_, flags_.active_browser_index) {
+        browsers_(std::move(make_host), flags_, flags_.active_browser_index),
+        pages_(browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
     options_.throttle = false;
     if (QWidget* view = browsers_.Active()->Widget()) {
       view->resize(800, 600);
@@ -53,6 +54,7 @@ class Walker final {
                                .translator = translator_,
                                .log = log_,
                                .browsers = browsers_,
+                               .pages = pages_,
                                .browser = [this] { return browsers_.Active(); },
                                .enable_proceed = [](bool) {},
                                .tell_wait = [](const QString&) {}};
@@ -83,6 +85,7 @@ class Walker final {
   Translator translator_;
   JobLog log_;
   BrowserSet browsers_;
+  PageWait pages_;
 };
 
 }  // namespace

@@ -129,7 +129,7 @@ class FakePage final : public PageHost {
   void SendKeys(const QString&) override {}
   void ClearCache(std::function<void(bool)> done) override { done(true); }
   NavigationState Navigation() const override { return navigation_; }
-  void ProveQuiet(std::function<void()> quiet) override { quiet(); }
+  void ReportIdle(std::function<void(IdleReport)> report) override { report({}); }
   QWidget* Widget() override { return view_; }
 
  private:

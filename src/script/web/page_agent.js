@@ -567,10 +567,13 @@ function installPageAgent(beacon, ask, reply) {
     return working;
   }
 
-  // What is not there may be on its way: then all that the page has put off counts.
-  function isWorking(operation, value) {
-    const isMissing = ACTS.test(operation) && (value === FAILED || value === FAILED_LINK);
-    return window.quaylineIsWorking(isMissing ? 'adopt' : 'count');
+  // What is not there may be on its way: then all that the page has pending counts. A negative
+  // answer to a question is good when nothing that may change it is pending.
+  function hasPendingWork(operation, value) {
+    const isNegative = operation !== 'ReadMarkupState' &&
+      (value === FAILED || value === FAILED_LINK || value === false || value === '');
+    const what = !isNegative ? 'count' : ACTS.test(operation) ? 'follow' : 'adopt';
+    return window.quaylineHasPendingWork(what);
   }
 
   window.quaylineCall = function(operation, args, frame) {
@@ -579,7 +582,7 @@ function installPageAgent(beacon, ask, reply) {
         window.quaylineArm();
       }
       const value = operations[operation](chooseDocument(frame), ...args);
-      return {ok: true, value, state: markupState(working), working: isWorking(operation, value)};
+      return {ok: true, value, state: markupState(working), working: hasPendingWork(operation, value)};
     } catch (error) {
       return {ok: false, value: String(error)};
     }

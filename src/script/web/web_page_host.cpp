@@ -18,6 +18,7 @@
 #include "script/key_sequence.h"
 #include "script/page_operations.h"
 #include "script/status_text.h"
+#include "script/wait_limits.h"
 #include "script/web/web_engine.h"
 #include "script/web/web_page.h"
 #include "script/web/web_texts.h"
@@ -28,8 +29,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kSilenceLimit(1000);  // of a page that is blocked, dead or in a dialog
-constexpr milliseconds kWorkLimit(31000);    // of a page that says that it has work in hand
+constexpr milliseconds kAskAgain(1000);      // a report that was lost with what it ran in
 constexpr milliseconds kCacheClearing(50);   // no signal tells its end
 constexpr milliseconds kKeysLimit(250);      // of keys that no document has heard
 
@@ -167,12 +167,12 @@ void WebPageHost::NoteAct() {
 
 void WebPageHost::OnAgentSaid(const QString& text) {
   const QString kind = text.section(QLatin1Char(' '), 0, 0);
-  if (kind == QLatin1String("quiet")) {
-    Q_EMIT quietTold(text.section(QLatin1Char(' '), 1, 1));
+  if (kind == QLatin1String("idle") || kind == QLatin1String("pending")) {
+    OnPageReported(text, kind == QLatin1String("idle"));
     return;
   }
-  if (kind == QLatin1String("working")) {
-    Q_EMIT workTold(text.section(QLatin1Char(' '), 1, 1));
+  if (kind == QLatin1String("closing")) {
+    Q_EMIT windowClosing();
     return;
   }
   if (kind == QLatin1String("key")) {
@@ -354,35 +354,69 @@ void WebPageHost::ClearCache(std::function<void(bool)> done) {
   QTimer::singleShot(kCacheClearing, this, [done = std::move(done)] { done(true); });
 }
 
-void WebPageHost::ProveQuiet(std::function<void()> quiet) { proof_.Start(Prove(std::move(quiet))); }
+NavigationState WebPageHost::Navigation() const {
+  NavigationState state = watch_.State();
+  state.after_action = is_led_;
+  return state;
+}
 
-Task<> WebPageHost::Prove(std::function<void()> quiet) {
-  const QString id = QString::number(++proofs_);
-  bool working = false;
-  bool told = false;
-  const QObject listener;  // ends the connections with this frame
-  connect(this, &WebPageHost::quietTold, &listener,
-          [&told, id](const QString& which) { told = told || which == id; });
-  connect(this, &WebPageHost::workTold, &listener,
-          [&working, id](const QString& which) { working = working || which == id; });
-  page_->runJavaScript(
-      QStringLiteral("window.quaylineProveQuiet?.('%1',%2)").arg(id, is_led_ ? u"true" : u"false"),
-      QWebEngineScript::ApplicationWorld);
-  co_await Until([&] { return told || working; })
-      .WokenBy(this, &WebPageHost::quietTold)
-      .WokenBy(this, &WebPageHost::workTold)
-      .AtMost(kSilenceLimit);
-  if (working) {
-    co_await Until([&told] { return told; })
-        .WokenBy(this, &WebPageHost::quietTold)
-        .AtMost(kWorkLimit);
+void WebPageHost::ReportIdle(std::function<void(IdleReport)> report) {
+  idle_wait_.Start(WaitForReport(std::move(report)));
+}
+
+// "idle", the wait, the number of timers that are left, whether the page gave up; on lines of their
+// own the requests that are periodic.
+void WebPageHost::OnPageReported(const QString& text, bool is_idle) {
+  const QStringList lines = text.split(QLatin1Char('\n'));
+  const QStringList fields = lines.first().split(QLatin1Char(' '));
+  profile_->AddPeriodicRequests(lines.mid(1));
+  Q_EMIT pageReported(fields.value(1), is_idle,
+                      {.later_timers = fields.value(2).toInt(),
+                       .gave_up = fields.value(3) == QLatin1String("1")});
+}
+
+// A document without our scripts has nothing that could start a navigation. A report is lost when
+// the document is written again meanwhile: the page is asked once more.
+Task<> WebPageHost::WaitForReport(std::function<void(IdleReport)> report) {
+  std::optional<IdleReport> got;
+  bool is_pending = false;
+  QString id;
+  const QObject listener;  // ends the connection with this frame
+  connect(this, &WebPageHost::pageReported, &listener,
+          [&](const QString& which, bool is_idle, IdleReport page_report) {
+            if (which == id) {
+              is_pending = true;
+              got = is_idle ? std::optional(page_report) : got;
+            }
+          });
+  while (!got) {
+    id = QString::number(++idle_waits_);
+    is_pending = false;
+    OneShot<bool> asked;
+    Ask(QStringLiteral("window.quaylineReportIdle?.(...%1)")
+            .arg(AsJavaScript({id, is_led_, profile_->PeriodicRequests()})),
+        QWebEngineScript::ApplicationWorld,
+        [done = asked.Callback()](const QVariant& result) { done(result.toBool()); });
+    const std::optional<bool> has_watch = co_await asked;
+    if (!has_watch.value_or(false)) {
+      got = IdleReport{};
+      break;
+    }
+    co_await Until([&] { return got || is_pending; })
+        .WokenBy(this, &WebPageHost::pageReported)
+        .AtMost(kAskAgain);
+    if (is_pending) {
+      co_await Until([&got] { return got.has_value(); })
+          .WokenBy(this, &WebPageHost::pageReported)
+          .AtMost(WaitLimits().save + kAskAgain);
+    }
   }
+  // Brings in what all this has announced meanwhile.
   OneShot<bool> flushed;
-  page_->runJavaScript(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
-                       [done = flushed.Callback()](const QVariant&) { done(true); });
-  flushed.GiveUpAfter(kSilenceLimit);
+  Ask(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
+      [done = flushed.Callback()](const QVariant&) { done(true); });
   co_await flushed;
-  quiet();
+  report(*got);
 }
 
 void WebPageHost::OnCertificateQuestion(const ShownCertificate& shown,

@@ -23,31 +23,7 @@ namespace quayline {
 class WebPage;
 class WebProfile;
 
-// A hosted browser on Qt WebEngine.
-//
-// How a page is proven quiet (ProveQuiet), so that no save is overtaken and no click is waited for
-// longer than it takes:
-//   1. Ahead of an act the page watch (page_watch.js) is armed. From then on it counts the work
-//      that the page puts off: timers up to 2.5 s, clocks up to 4 s behind the act, frames of the
-//      painting, requests, pictures and scripts that are fetched, questions to workers and sockets,
-//      and what these put off in their turn. The next turn of a fast clock that ran before counts.
-//   2. The act is done. A link or `location =` is announced to the engine ahead of the act's own
-//      answer, a form that is submitted behind it, ahead of one more round trip.
-//   3. The agent (page_rest.js) lets the tasks that are not counted go ahead (messages, promises,
-//      events): it sets a timer and then sends itself a few messages in a row, each of which stands
-//      behind whatever was queued before it. A document that has just been loaded has done so by
-//      itself while the engine was still busy with the load.
-//   4. It asks the watches of all documents what they have in hand. Nothing: the watch is disarmed
-//      and the agent says "quiet". Something: it says "working", waits for the watch's word that
-//      the last of it is done, and goes back to 3. Requests are waited for as long as a router may
-//      take over a save, other work less.
-//   5. One more round trip brings in what all this has announced meanwhile. Then the proof stands.
-//   6. A document whose watch keeps silent is proven by time as well: four timers in a row, two
-//      frames of the painting, 30 ms in all.
-//   7. A page that an act led to and that has nothing to fill in or to press (a "please wait") is
-//      proven like the page of the act, and not like one that was opened.
-// Whoever waits leaves at any of these steps as soon as a navigation begins; behind its end the new
-// page is proven in its turn, because pages leave by themselves as soon as they are there.
+// A hosted browser on Qt WebEngine. How its pages are waited for is described at PageWait.
 class WebPageHost final : public PageHost {
   Q_OBJECT
 
@@ -63,13 +39,13 @@ class WebPageHost final : public PageHost {
   void RunInPage(const QString& code, std::function<void()> done) override;
   void SendKeys(const QString& keys) override;
   void ClearCache(std::function<void(bool)> done) override;
-  NavigationState Navigation() const override { return watch_.State(); }
-  void ProveQuiet(std::function<void()> quiet) override;
+  NavigationState Navigation() const override;
+  void ReportIdle(std::function<void(IdleReport)> report) override;
   QWidget* Widget() override { return view_; }
 
  Q_SIGNALS:
-  void quietTold(const QString& id);
-  void workTold(const QString& id);
+  // The page reported on the wait `id`. `is_idle` is false when it has pending work.
+  void pageReported(const QString& id, bool is_idle, quayline::IdleReport report);
 
  private:
   using PendingAnswer = std::function<void(const QVariant&)>;
@@ -101,7 +77,8 @@ class WebPageHost final : public PageHost {
   // nobody to ask, or no question to ask.
   bool AskForLogin(const QUrl& url);
   void OnDownloadRefused(const QString& file_name);
-  Task<> Prove(std::function<void()> quiet);
+  Task<> WaitForReport(std::function<void(IdleReport)> report);
+  void OnPageReported(const QString& text, bool is_idle);
   QString Text(const Message& message) const;
 
   std::shared_ptr<WebProfile> profile_;
@@ -120,8 +97,8 @@ class WebPageHost final : public PageHost {
   QList<HeldQuestion> held_;
   int keys_under_way_ = 0;
   QTimer keys_guard_;
-  int proofs_ = 0;
-  Flow proof_;
+  int idle_waits_ = 0;
+  Flow idle_wait_;
 };
 
 }  // namespace quayline

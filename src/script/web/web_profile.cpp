@@ -4,6 +4,7 @@
 #include "script/web/web_profile.h"
 
 #include <QFile>
+#include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QUrl>
@@ -11,6 +12,8 @@
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
+
+#include "script/wait_limits.h"
 
 // A library's resources are linked in by their name alone; the macro wants the global namespace.
 static void LinkScripts() { Q_INIT_RESOURCE(web); }
@@ -32,21 +35,28 @@ QString Secret() {
   return secret;
 }
 
-QString ReadScript(const QString& name) {
-  QFile file(QStringLiteral(":/quayline/web/") + name);
+QString ReadScript(const char* name) {
+  QFile file(QStringLiteral(":/quayline/web/") + QLatin1String(name));
   if (!file.open(QIODevice::ReadOnly)) {
     qFatal("A script of the program is missing from its resources.");
   }
   return QString::fromUtf8(file.readAll());
 }
 
-// A call of the function that the file holds. Comments and indentation are left out: every document
-// reads the text anew.
-QString Called(const QString& name, const QStringList& arguments) {
+// One script of several files: a call of `function`, which the last of them declares. Comments and
+// indentation are left out: every document reads the text again.
+QString Called(const char* function, std::initializer_list<const char*> files,
+               const QJsonArray& arguments) {
   static const QRegularExpression unread(QStringLiteral("^\\s*(//.*)?\\n|^ +"),
                                          QRegularExpression::MultilineOption);
-  return QLatin1Char('(') + ReadScript(name).remove(unread) + QStringLiteral(")('") +
-         arguments.join(QStringLiteral("','")) + QStringLiteral("');\n");
+  QString script = QStringLiteral("(function(){\n");
+  for (const char* file : files) {
+    script += ReadScript(file).remove(unread);
+  }
+  return script + QStringLiteral("%1(...%2);\n})();\n")
+                      .arg(QLatin1String(function),
+                           QString::fromUtf8(QJsonDocument(arguments).toJson(
+                               QJsonDocument::Compact)));
 }
 
 }  // namespace
@@ -76,12 +86,17 @@ void WebProfile::InstallScripts() {
   const QString reply = Secret();
   const QString watch_ask = Secret();
   const QString watch_reply = Secret();
+  const QJsonObject limits = PageScriptLimits(WaitLimits());
   Install(QStringLiteral("agent"), QWebEngineScript::ApplicationWorld,
-          Called(QStringLiteral("page_rest.js"), {beacon_, watch_ask, watch_reply}) +
-              Called(QStringLiteral("page_agent.js"), {beacon_, ask, reply}));
+          Called("installPageIdle", {"watch/page_idle.js"},
+                 {beacon_, watch_ask, watch_reply, limits}) +
+              Called("installPageAgent", {"page_agent.js"}, {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
-          Called(QStringLiteral("handler_reader.js"), {ask, reply}) +
-              Called(QStringLiteral("page_watch.js"), {watch_ask, watch_reply}));
+          Called("installHandlerReader", {"handler_reader.js"}, {ask, reply}) +
+              Called("installPageWatch",
+                     {"watch/pending_work.js", "watch/timers.js", "watch/requests.js",
+                      "watch/page_watch.js"},
+                     {watch_ask, watch_reply, limits}));
 }
 
 // One script a world: each costs every page its time.
@@ -127,6 +142,15 @@ bool WebProfile::AnswerLogin(const QUrl& url, QString* username, QString* passwo
   *password = trimmed ? login_.password.trimmed() : login_.password;
   ++tries_;
   return true;
+}
+
+void WebProfile::AddPeriodicRequests(const QStringList& requests) {
+  constexpr qsizetype kMaxRequests = 100;
+  for (const QString& request : requests) {
+    if (periodic_requests_.size() < kMaxRequests && !periodic_requests_.contains(request)) {
+      periodic_requests_.append(request);
+    }
+  }
 }
 
 bool WebProfile::TakePopup() {

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QJsonArray>
 #include <QString>
+#include <QStringList>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 
@@ -33,6 +35,11 @@ class WebProfile final : public QObject {
 
   // Marks what our scripts say on a page's console. No page can know it.
   const QString& Beacon() const { return beacon_; }
+
+  // The requests that pages of the job were found to repeat by themselves, as page_watch.js writes
+  // them. Pages that are loaded later need not find out again.
+  QJsonArray PeriodicRequests() const { return QJsonArray::fromStringList(periodic_requests_); }
+  void AddPeriodicRequests(const QStringList& requests);
 
   // Another login, or another router, has its own tries.
   void SetLogin(const PageLogin& login);
@@ -66,6 +73,7 @@ class WebProfile final : public QObject {
   PageLogin login_;
   int tries_ = 0;
   int popups_ = 0;
+  QStringList periodic_requests_;
 };
 
 }  // namespace quayline
