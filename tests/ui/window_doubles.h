@@ -106,6 +106,7 @@ class FakePage final : public PageHost {
   void Navigate2(const QString&, const QString&) override {
     ++navigation_.starts;
     navigation_.busy = true;
+    navigation_.after_action = hangs;  // what hangs is a save
     Q_EMIT navigationChanged();
     Q_EMIT beforeNavigate();
     if (!hangs) {

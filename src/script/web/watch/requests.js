@@ -146,9 +146,9 @@ function watchRequests(work, limits, native) {
 
   // ---- Workers and sockets --------------------------------------------------------------------
 
-  // What answers by an event of its own.
-  function awaitAnswer(source, signature, types) {
-    const number = work.start('answer', signature, true, false);
+  // What answers by an event of its own. While a document loads that is known, and does not count.
+  function awaitAnswer(source, signature, types, whileLoading) {
+    const number = work.start('answer', signature, work.waitsForMore() || whileLoading, false);
     const finish = () => work.end(number);
     for (let i = 0; i < types.length; i += 1) {
       apply(listen, source, [types[i], finish]);
@@ -159,9 +159,7 @@ function watchRequests(work, limits, native) {
   function watchQuestions(prototype, name, types) {
     const put = prototype[name];
     prototype[name] = function() {
-      if (work.waitsForMore()) {
-        awaitAnswer(this, name, types);
-      }
+      awaitAnswer(this, name, types, false);
       return apply(put, this, arguments);
     };
   }
@@ -173,9 +171,7 @@ function watchRequests(work, limits, native) {
     global[name] = new Proxy(global[name], {
       construct(target, args, newTarget) {
         const made = native.construct(target, args, newTarget);
-        if (work.waitsForMore() || name === 'WebSocket') {
-          awaitAnswer(made, name, types);
-        }
+        awaitAnswer(made, name, types, name === 'WebSocket');
         return made;
       },
     });
