@@ -6,30 +6,51 @@
 
 #include <unistd.h>
 
+#include "script/web/router_gate.h"
 #include "script/web/web_engine.h"
 
 namespace quayline {
+
+namespace {
+
+// Everything goes through the gate, loopback included, and no name is looked up by the engine. A
+// port that could not be reserved is closed: then nothing can be reached.
+QByteArray NetworkFlags() {
+  constexpr quint16 kClosedPort = 1;
+  const quint16 port = RouterGate::Reserve();
+  return " --proxy-server=socks5://127.0.0.1:" +
+         QByteArray::number(port == 0 ? kClosedPort : port) +
+         " --proxy-bypass-list=<-loopback>"
+         " --host-resolver-rules=\"MAP * ~NOTFOUND , EXCLUDE 127.0.0.1\""
+         // The gate follows HTTP/1 over TCP, one exchange a connection.
+         " --disable-http2 --disable-quic"
+         // A connection that was opened in advance and then left counts as used before: the engine
+         // would repeat a request that was sent on it. So none is kept.
+         " --enable-features=NetUnusedIdleSocketTimeout:unused_idle_socket_timeout_seconds/0"
+         " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
+}
+
+}  // namespace
 
 void PrepareWebEngine(PagesAre pages) {
   // Root has no use of the sandbox, and the engine refuses to start with it.
   if (geteuid() == 0) {
     qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
   }
-  // A job's clicks are not a page's mischief: the first keeps the engine from swallowing
-  // navigations that come fast, the second from holding a minimised job back, the third from
-  // dropping keys that come before a new page is painted. Routers are reached directly. The engine
-  // shall be nobody else's customer.
-  qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
-          qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") +
-              " --disable-ipc-flooding-protection --disable-background-timer-throttling"
-              " --allow-pre-commit-input"
-              " --no-proxy-server --disable-background-networking");
+  QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+  // The first keeps the engine from dropping navigations that follow each other fast, the second
+  // from slowing a minimised job down, the third from dropping keys that come before a new page is
+  // painted.
+  flags +=
+      " --disable-ipc-flooding-protection --disable-background-timer-throttling"
+      " --allow-pre-commit-input --disable-background-networking";
+  flags += NetworkFlags();
   if (pages == PagesAre::kUnseen) {
-    // Without a thread that puts pages together none is painted; what waits for a frame of the
-    // painting is given one by the page watch.
-    qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
-            qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") + " --disable-threaded-compositing");
+    // Without a compositor thread nothing is painted; what waits for an animation frame is given
+    // one by the page watch.
+    flags += " --disable-threaded-compositing";
   }
+  qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags);
   QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   // The engine's account of how it paints is for its own developers.
   QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));

@@ -3,46 +3,62 @@
 
 #include "script/web/request_guard.h"
 
-#include <QUrl>
-
 namespace quayline {
 
 namespace {
 
-// Schemes whose content comes out of the page itself.
+// Schemes whose content comes from the page itself.
 bool StaysInPage(const QString& scheme) {
   static const QSet<QString> schemes{QStringLiteral("data"), QStringLiteral("blob"),
                                      QStringLiteral("about"), QStringLiteral("chrome-error")};
   return schemes.contains(scheme);
 }
 
+bool IsNavigation(const QWebEngineUrlRequestInfo& request) {
+  return request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame ||
+         request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame;
+}
+
 }  // namespace
 
-void RequestGuard::SetHost(const QString& host) {
-  if (host != host_) {
-    host_ = host;
-    told_.clear();
+void RequestGuard::SetRouter(const SiteOrigin& router) {
+  if (router != router_) {
+    router_ = router;
+    allowed_ = {router};
+    reported_.clear();
   }
 }
 
+void RequestGuard::Allow(const SiteOrigin& origin) { allowed_.insert(origin); }
+
 void RequestGuard::interceptRequest(QWebEngineUrlRequestInfo& request) {
   const QUrl url = request.requestUrl();
-  if (url.scheme() == QLatin1String("http")) {
-    // On a connection that was used before, the engine takes an answer that does not come for an
-    // old connection's end, and sends the request again by itself. A router that falls silent
-    // behind a save would hold it twice. With TLS a connection costs a router too much to go
-    // without.
+  const SiteOrigin origin = SiteOrigin::Of(url);
+  if (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) {
+    // Most routers then end the connection with the answer, and no second request is sent on it.
     request.setHttpHeader("Connection", "close");
   }
-  if (host_.isEmpty() || url.host() == host_ || StaysInPage(url.scheme())) {
+  if (url.scheme() == QLatin1String("wss")) {
+    RouterGate::Instance().ExpectWebSocket(origin);
+  }
+  if (allowed_.isEmpty() || allowed_.contains(origin) || StaysInPage(url.scheme())) {
     return;
   }
   request.block(true);
-  const QString name = url.host().isEmpty() ? url.scheme() : url.host();
-  if (!told_.contains(name)) {
-    told_.insert(name);
-    Q_EMIT blocked(name);
+  if (!reported_.contains(origin)) {
+    reported_.insert(origin);
+    const bool is_redirect =
+        request.navigationType() == QWebEngineUrlRequestInfo::NavigationTypeRedirect;
+    const bool is_by_router = is_redirect || allowed_.contains(SiteOrigin::Of(request.initiator()));
+    Q_EMIT blocked(url, IsNavigation(request) && is_by_router);
   }
+}
+
+QString RequestGuard::NameOf(const QUrl& url) {
+  if (url.host().isEmpty()) {
+    return url.scheme();
+  }
+  return url.port() < 0 ? url.host() : QStringLiteral("%1:%2").arg(url.host()).arg(url.port());
 }
 
 }  // namespace quayline

@@ -3,31 +3,44 @@
 #pragma once
 
 #include <QSet>
+#include <QUrl>
 #include <QWebEngineUrlRequestInterceptor>
+
+#include "script/web/router_gate.h"
 
 namespace quayline {
 
-// Keeps a job's browser on its router: whatever a page asks of another host is blocked, be it a
-// picture, a frame, a script or the page itself. Nothing of the router's pages, and no address that
-// names it, reaches anybody else. Every request over plain HTTP comes on a connection of its own.
+// Keeps a job's browser on its router: whatever a page requests from another host, or from another
+// port or scheme of the same host, is blocked and reported. The gate enforces this for the
+// connections themselves; the guard knows the request, so it can say what was blocked and why.
 class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   Q_OBJECT
 
  public:
   using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
 
-  // The one host that may be asked, on any port. An empty host lets every request through.
-  void SetHost(const QString& host);
+  // Makes `router` the only origin that may be asked. Until then every request is let through.
+  void SetRouter(const SiteOrigin& router);
+  // Lets another origin be asked as well, until another router is set.
+  void Allow(const SiteOrigin& origin);
+  const QSet<SiteOrigin>& Allowed() const { return allowed_; }
 
   void interceptRequest(QWebEngineUrlRequestInfo& request) override;
 
+  // How a blocked address is named to the user: its host, with the port if it is not the scheme's
+  // own, or only the scheme if there is no host.
+  static QString NameOf(const QUrl& url);
+
  Q_SIGNALS:
-  // The first request to `host` was blocked.
-  void blocked(const QString& host);
+  // A request was blocked: the first of its origin. `is_navigation_by_router` is true where the
+  // router itself sent the page or a frame there (a redirect, a link, a script); then the user may
+  // want to allow it.
+  void blocked(const QUrl& url, bool is_navigation_by_router);
 
  private:
-  QString host_;
-  QSet<QString> told_;
+  SiteOrigin router_;
+  QSet<SiteOrigin> allowed_;
+  QSet<SiteOrigin> reported_;
 };
 
 }  // namespace quayline

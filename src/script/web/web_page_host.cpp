@@ -67,8 +67,8 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
   connect(&retry_, &LoadRetry::again, this, [this](const QUrl& url) { page_->load(url); });
   connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
-  connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QString& host_name) {
-    Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(host_name));
+  connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QUrl& url) {
+    Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(RequestGuard::NameOf(url)));
   });
   ConnectPage();
 }
@@ -156,8 +156,8 @@ void WebPageHost::OnLoadFailed(const QWebEngineLoadingInfo& info) {
   if (is_http && info.errorCode() == kLoginWanted && AskForLogin(info.url())) {
     return;
   }
-  Q_EMIT navigateError(ShownUrl(info.url()),
-                       is_http ? info.errorCode() : StatusOfNetError(info.errorCode()));
+  const int error = RouterGate::Instance().NetError(info.url(), info.errorCode());
+  Q_EMIT navigateError(ShownUrl(info.url()), is_http ? info.errorCode() : StatusOfNetError(error));
 }
 
 void WebPageHost::NoteAct() {

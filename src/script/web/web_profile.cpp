@@ -67,6 +67,7 @@ WebProfile::WebProfile(const JobOptions& options, const Translator& translator,
       translator_(translator),
       certificates_(certificates),
       beacon_(Secret() + QLatin1Char(' ')) {
+  RouterGate::Instance().AdmitAll(this);
   engine_.setUrlRequestInterceptor(&guard_);
   engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
@@ -115,8 +116,22 @@ void WebProfile::SetLogin(const PageLogin& login) {
   if (login != login_) {
     login_ = login;
     tries_ = 0;
-    guard_.SetHost(login.host);
+    guard_.SetRouter(Router());
+    RouterGate::Instance().Admit(this, guard_.Allowed());
   }
+}
+
+void WebProfile::Allow(const QUrl& url) {
+  guard_.Allow(SiteOrigin::Of(url));
+  RouterGate::Instance().Admit(this, guard_.Allowed());
+}
+
+SiteOrigin WebProfile::Router() const {
+  QUrl url;
+  url.setScheme(login_.scheme);
+  url.setHost(login_.host);
+  url.setPort(login_.port);
+  return SiteOrigin::Of(url);
 }
 
 void WebProfile::SetTypedLogin(const TypedLogin& typed) {
@@ -125,11 +140,7 @@ void WebProfile::SetTypedLogin(const TypedLogin& typed) {
   tries_ = 0;
 }
 
-bool WebProfile::IsRouter(const QUrl& url) const {
-  const int default_port = url.scheme() == QLatin1String("https") ? 443 : 80;
-  return url.scheme() == login_.scheme && url.host() == login_.host &&
-         url.port(default_port) == login_.port;
-}
+bool WebProfile::IsRouter(const QUrl& url) const { return SiteOrigin::Of(url) == Router(); }
 
 bool WebProfile::AnswerLogin(const QUrl& url, QString* username, QString* password) {
   const bool has_login = !login_.username.isEmpty() || !login_.password.isEmpty();

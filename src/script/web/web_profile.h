@@ -45,6 +45,9 @@ class WebProfile final : public QObject {
   void SetLogin(const PageLogin& login);
   // The login that the user typed in for the router of this job.
   void SetTypedLogin(const TypedLogin& typed);
+  // Lets pages ask another origin than the router's, until the router changes. The login is not
+  // given to it.
+  void Allow(const QUrl& url);
   // Whether an address has the router's own scheme, host and port.
   bool IsRouter(const QUrl& url) const;
   // Answers the browser's login question for the router's own scheme, host and port. False, and no
@@ -61,6 +64,7 @@ class WebProfile final : public QObject {
   void downloadRefused(const QString& file_name);
 
  private:
+  SiteOrigin Router() const;
   void InstallScripts();
   void Install(const QString& name, QWebEngineScript::ScriptWorldId world, const QString& source);
 

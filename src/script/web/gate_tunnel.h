@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTimer>
+
+#include <memory>
+
+#include "script/web/exchange_watch.h"
+#include "script/web/router_gate.h"
+#include "script/web/tcp_stream.h"
+
+namespace quayline {
+
+// One connection of the browser through the gate. It lives until both sides have ended, and then
+// deletes itself.
+//   1. The SOCKS5 greeting and request are read. An origin that is not admitted is refused; an
+//      admitted one is accepted at once, before there is a connection to it.
+//   2. The first bytes of the request are awaited. They tell TLS from plain HTTP, which has to fit
+//      the origin.
+//   3. The name is looked up and the router is connected. As long as the router has received
+//      nothing, a connection that fails is made again a few times, if the router was there lately.
+//   4. Bytes are passed on in both directions. An end or a reset of the router's is passed on as
+//      what it was. When a second request arrives the browser's side is closed.
+class GateTunnel final : public QObject {
+  Q_OBJECT
+
+ public:
+  GateTunnel(int client, RouterGate& gate);
+  ~GateTunnel() override;
+
+ private:
+  enum class State { kGreeting, kRequest, kFirstBytes, kConnecting, kPassing, kOver };
+
+  void OnClientBytes(const QByteArray& bytes);
+  bool ReadGreeting();
+  bool ReadRequest();
+  void Refuse();
+  void BeginExchange();
+  void LookUp();
+  void Connect();
+  void OnConnected();
+  void OnRouterEnded(int error);
+  void OnRouterBytes(const QByteArray& bytes);
+  void OnClientEnded();
+  // Tries the next address, or the same ones once more. False when there is nothing left to try.
+  bool ConnectAgain(int error);
+  // No connection could be made.
+  void Fail(int net_error);
+  // Passes bytes on; closes the browser's side if they begin a second request.
+  void PassOn(const QByteArray& bytes);
+  void NoteRequest();
+  void NoteAnswer();
+  void NoteOver();
+  void OnSilence();
+  void Finish();
+  void DeleteWhenClosed();
+
+  RouterGate& gate_;
+  TcpStream client_{this};
+  TcpStream router_{this};
+  State state_ = State::kGreeting;
+  SiteOrigin origin_;
+  QByteArray buffer_;  // of the handshake; then the request, until the router has received it
+  bool can_repeat_ = true;
+  bool has_answer_ = false;     // a byte of it
+  bool is_told_ = false;        // answered() was emitted
+  bool is_discarding_ = false;  // the browser has gone, the answer is read all the same
+  std::unique_ptr<ExchangeWatch> watch_;
+  QList<QHostAddress> addresses_;
+  qsizetype next_address_ = 0;
+  int rounds_ = 0;
+  QTimer pause_;    // before another round of connecting
+  QTimer silence_;  // of the router: over TLS the end of an answer; of a browser that has gone
+  quint64 id_ = 0;
+  QUrl url_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/web/router_gate.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QPointer>
+
+#include <chrono>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+
+#include "script/web/gate_tunnel.h"
+
+namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kThereLately = 60s;
+constexpr auto kWebSocketSoon = 1s;
+
+struct Listener {
+  int descriptor = -1;
+  quint16 port = 0;
+};
+
+Listener Listen() {
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  auto* const any = reinterpret_cast<sockaddr*>(&address);
+  socklen_t size = sizeof address;
+  const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) {
+    return {};
+  }
+  if (bind(descriptor, any, size) != 0 || listen(descriptor, SOMAXCONN) != 0 ||
+      getsockname(descriptor, any, &size) != 0) {
+    close(descriptor);
+    return {};
+  }
+  return {.descriptor = descriptor, .port = ntohs(address.sin_port)};
+}
+
+const Listener& ReservedListener() {
+  static const Listener listener = Listen();
+  return listener;
+}
+
+}  // namespace
+
+SiteOrigin SiteOrigin::Of(const QUrl& url) {
+  constexpr quint16 kHttpPort = 80;
+  constexpr quint16 kHttpsPort = 443;
+  const QString scheme = url.scheme();
+  const bool is_plain = scheme == QLatin1String("http") || scheme == QLatin1String("ws");
+  const bool is_secure = scheme == QLatin1String("https") || scheme == QLatin1String("wss");
+  if (!is_plain && !is_secure) {
+    return {.scheme = scheme, .host = url.host(QUrl::FullyEncoded), .port = 0};
+  }
+  return {.scheme = is_plain ? QStringLiteral("http") : QStringLiteral("https"),
+          .host = url.host(QUrl::FullyEncoded).toLower(),
+          .port = static_cast<quint16>(url.port(is_plain ? kHttpPort : kHttpsPort))};
+}
+
+size_t qHash(const SiteOrigin& origin, size_t seed) {
+  return qHashMulti(seed, origin.scheme, origin.host, origin.port);
+}
+
+quint16 RouterGate::Reserve() { return ReservedListener().port; }
+
+RouterGate& RouterGate::Instance() {
+  static QPointer<RouterGate> gate;
+  if (gate == nullptr) {
+    gate = new RouterGate(ReservedListener().descriptor, QCoreApplication::instance());
+  }
+  return *gate;
+}
+
+RouterGate::RouterGate(int listening, QObject* parent) : QObject(parent), listening_(listening) {
+  if (listening_ >= 0) {
+    waiting_ = std::make_unique<QSocketNotifier>(listening_, QSocketNotifier::Read);
+    connect(waiting_.get(), &QSocketNotifier::activated, this, &RouterGate::Accept);
+  }
+}
+
+void RouterGate::Accept() {
+  while (true) {
+    const int client = accept4(listening_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    if (client < 0) {
+      return;
+    }
+    new GateTunnel(client, *this);
+  }
+}
+
+void RouterGate::Admit(QObject* owner, const QSet<SiteOrigin>& origins) {
+  if (!admitted_.contains(owner) && !unlimited_.contains(owner)) {
+    connect(owner, &QObject::destroyed, this, [this](QObject* ended) {
+      admitted_.remove(ended);
+      unlimited_.remove(ended);
+    });
+  }
+  unlimited_.remove(owner);
+  admitted_[owner] = origins;
+}
+
+void RouterGate::AdmitAll(QObject* owner) {
+  Admit(owner, {});
+  unlimited_.insert(owner);
+}
+
+bool RouterGate::IsAdmitted(const SiteOrigin& origin) const {
+  return !unlimited_.isEmpty() ||
+         std::ranges::any_of(admitted_, [&](const auto& set) { return set.contains(origin); });
+}
+
+bool RouterGate::HasHost(const QString& host, quint16 port) const {
+  return IsAdmitted({.scheme = QStringLiteral("http"), .host = host, .port = port}) ||
+         IsAdmitted({.scheme = QStringLiteral("https"), .host = host, .port = port});
+}
+
+void RouterGate::ExpectWebSocket(const SiteOrigin& origin) {
+  expected_[origin] = QDeadlineTimer(kWebSocketSoon);
+}
+
+bool RouterGate::IsWebSocketExpected(const SiteOrigin& origin) const {
+  const auto found = expected_.constFind(origin);
+  return found != expected_.constEnd() && !found->hasExpired();
+}
+
+int RouterGate::NetError(const QUrl& url, int engine_error) const {
+  constexpr int kBlocked = -20;
+  constexpr int kClosed = -100;
+  constexpr int kReset = -101;
+  constexpr int kEmptyAnswer = -324;
+  constexpr int kSocksFailed = -120;
+  constexpr int kSocksUnreachable = -121;
+  switch (engine_error) {
+    case kSocksFailed:
+    case kSocksUnreachable:
+      return kBlocked;
+    case kClosed:
+    case kReset:
+    case kEmptyAnswer: {
+      const int failure = seen_.value(SiteOrigin::Of(url)).failure;
+      return failure == 0 ? engine_error : failure;
+    }
+    default:
+      return engine_error;
+  }
+}
+
+void RouterGate::NoteConnected(const SiteOrigin& origin) {
+  seen_[origin] = {.is_there = QDeadlineTimer(kThereLately), .failure = 0};
+}
+
+void RouterGate::NoteFailure(const SiteOrigin& origin, int net_error) {
+  seen_[origin].failure = net_error;
+}
+
+bool RouterGate::WasThereLately(const SiteOrigin& origin) const {
+  const auto found = seen_.constFind(origin);
+  return found != seen_.constEnd() && !found->is_there.hasExpired();
+}
+
+quint64 RouterGate::Start(const QByteArray& method, const QUrl& url) {
+  under_way_.insert(++last_id_);
+  Q_EMIT exchangeStarted(last_id_, method, url);
+  return last_id_;
+}
+
+void RouterGate::End(quint64 id) {
+  if (under_way_.remove(id)) {
+    Q_EMIT exchangeEnded(id);
+  }
+}
+
+}  // namespace quayline

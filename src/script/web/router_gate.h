@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <QSocketNotifier>
+#include <QUrl>
+
+#include <memory>
+
+namespace quayline {
+
+class GateTunnel;
+
+// Where requests may go. Another port of the same host is another program, and so another origin.
+struct SiteOrigin {
+  QString scheme;  // "http" or "https"
+  QString host;    // in lower case, as in a URL's ASCII form; an IPv6 address without brackets
+  quint16 port = 0;
+
+  bool operator==(const SiteOrigin&) const = default;
+
+  // The origin of an http, https, ws or wss address; a web socket belongs to the origin of the page
+  // that may open it. For other addresses an origin whose port is 0.
+  static SiteOrigin Of(const QUrl& url);
+};
+
+size_t qHash(const SiteOrigin& origin, size_t seed = 0);
+
+// The one way from the hosted browsers to the network: a SOCKS5 proxy on 127.0.0.1, inside this
+// process, that connects to the admitted origins and to nothing else.
+//
+// The engine offers every request to an interceptor, but redirects, preconnects and others are
+// under way before the interceptor's answer arrives. The gate cannot be overtaken: the engine has
+// no other connection to anything, and does not look up names itself. Whatever is not admitted is
+// refused before a name is looked up or a connection is made.
+//
+// A connection carries one exchange (a request and its answer). The engine repeats a request by
+// itself, a POST included, when a connection that was used before ends without an answer, and a
+// router would carry out a save twice. So when a second request arrives on a connection, the gate
+// closes it without passing a byte on, and the engine opens another one. Web sockets are exempt.
+// The connection to the router is made when the first byte of a request arrives: a preconnect never
+// reaches the router.
+//
+// The engine reads its proxy once, from its command line. So the gate belongs to the process:
+// Reserve() binds its port before the engine starts, and Instance() serves it. Origins are admitted
+// for an owner, and the admitted ones of all owners count.
+class RouterGate final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Binds the port, once, and gives it. 0 when that failed.
+  static quint16 Reserve();
+  // Needs the application, which owns it. Without a reserved port nothing is served.
+  static RouterGate& Instance();
+
+  // Replaces what was admitted for `owner`. It ends with the owner.
+  void Admit(QObject* owner, const QSet<SiteOrigin>& origins);
+  // The owner's pages may go anywhere.
+  void AdmitAll(QObject* owner);
+  bool IsAdmitted(const SiteOrigin& origin) const;
+
+  // A page is about to open a web socket over TLS. Connections to `origin` that are opened within
+  // the next second may be its own, and are not closed at a second request.
+  void ExpectWebSocket(const SiteOrigin& origin);
+
+  // The engine's number for a failed load of `url`, put right: it sees a connection that was
+  // refused or could not be made as one that was reset. Numbers that are the router's own doing are
+  // given back as they are.
+  int NetError(const QUrl& url, int engine_error) const;
+
+  // How many requests were passed on and have no complete answer. Where only the connection's end
+  // tells that an answer is complete, it lasts until then; over TLS until the router has been
+  // silent for half a second.
+  int ExchangesUnderWay() const { return static_cast<int>(under_way_.size()); }
+
+ Q_SIGNALS:
+  // A request is passed on to the router. `id` is unique. Over TLS `method` is empty, and `url` is
+  // the origin alone. `url` has no login and no fragment.
+  void exchangeStarted(quint64 id, const QByteArray& method, const QUrl& url);
+  // Plain HTTP only: the head of the answer has arrived. `status` is 0 for what is not HTTP. Each
+  // hop of a redirect and each 401 before a login is an exchange of its own. An answer from the
+  // browser's cache is not seen here.
+  void answered(quint64 id, const QByteArray& method, const QUrl& url, int status);
+  // The answer is complete, or none will come. Follows every exchangeStarted().
+  void exchangeEnded(quint64 id);
+
+ private:
+  friend class GateTunnel;
+
+  explicit RouterGate(int listening, QObject* parent);
+  void Accept();
+
+  // For the tunnels.
+  bool HasHost(const QString& host, quint16 port) const;
+  bool IsWebSocketExpected(const SiteOrigin& origin) const;
+  // A connection to `origin` was made, or could not be made: `net_error` is the engine's number.
+  void NoteConnected(const SiteOrigin& origin);
+  void NoteFailure(const SiteOrigin& origin, int net_error);
+  // The router answered a connection within the last minute.
+  bool WasThereLately(const SiteOrigin& origin) const;
+  quint64 Start(const QByteArray& method, const QUrl& url);
+  void End(quint64 id);
+
+  struct Seen {
+    QDeadlineTimer is_there;  // runs on after a connection
+    int failure = 0;
+  };
+
+  int listening_;
+  std::unique_ptr<QSocketNotifier> waiting_;
+  QHash<QObject*, QSet<SiteOrigin>> admitted_;
+  QSet<QObject*> unlimited_;
+  QHash<SiteOrigin, Seen> seen_;
+  QHash<SiteOrigin, QDeadlineTimer> expected_;
+  QSet<quint64> under_way_;
+  quint64 last_id_ = 0;
+};
+
+}  // namespace quayline
