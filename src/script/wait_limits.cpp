@@ -15,6 +15,8 @@ QJsonObject PageScriptLimits(const WaitLimits& limits) {
       {QStringLiteral("chain"), Ms(limits.chain)},
       {QStringLiteral("chainDepth"), limits.chain_depth},
       {QStringLiteral("request"), Ms(limits.request)},
+      {QStringLiteral("heldRequestFactor"), limits.held_request_factor},
+      {QStringLiteral("heldRequest"), Ms(limits.held_request)},
       {QStringLiteral("save"), Ms(limits.save)},
       {QStringLiteral("message"), Ms(limits.message)},
       {QStringLiteral("periodicRounds"), limits.periodic_rounds},

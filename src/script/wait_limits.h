@@ -33,6 +33,10 @@ struct WaitLimits {
   int chain_depth = 8;
   // Requests of a page that ask for something.
   Time request{8000};
+  // The same on a page that was only opened: this factor times what the router took for the page,
+  // and at least this time. Once a job: later pages know the requests that are held open.
+  int held_request_factor = 8;
+  Time held_request{3000};
   // Requests that may be a save: those that an action starts, and those that send something.
   Time save{30000};
   // Answers of a worker, a web socket or an event source.

@@ -134,6 +134,17 @@ function installPageIdle(beacon, ask, reply, limits) {
       parseFloat(meta.content) * 1000 <= limits.refresh;
   }
 
+  // How long requests that ask for something are waited for. A page that was only opened, and whose
+  // router answered it at once, holds a request open that is not answered for seconds.
+  function requestLimit(isLed) {
+    const load = performance.getEntriesByType('navigation')[0];
+    if (isLed || !load) {
+      return limits.request;
+    }
+    const slow = limits.heldRequestFactor * (load.responseStart - load.requestStart);
+    return Math.min(limits.request, Math.max(limits.heldRequest, slow));
+  }
+
   function afterTimers(number, then) {
     if (number === 0) {
       then();
@@ -199,7 +210,7 @@ function installPageIdle(beacon, ask, reply, limits) {
       }
       const pending = askWatches('count');
       const isIdle = pending.count === 0 && !refreshIsNear();
-      const limit = pending.saves > 0 ? limits.save : limits.request;
+      const limit = pending.saves > 0 ? limits.save : requestLimit(isLed);
       const gaveUp = !isIdle && performance.now() - start > limit;
       if (isIdle || gaveUp) {
         if (pending.isBlind) {

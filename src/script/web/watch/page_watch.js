@@ -32,6 +32,7 @@ function installPageWatch(ask, reply, limits) {
 
   const native = {
     method,
+    getter: (prototype, name) => callOf(descriptor(prototype, name).get),
     apply: Reflect.apply,
     construct: Reflect.construct,
     now: performance.now.bind(performance),

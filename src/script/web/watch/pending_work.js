@@ -114,7 +114,8 @@ function makePendingWork(limits, native) {
     const history = noteStart(kind + ' ' + signature, isRequest);
     history.live += 1;
     numbers += 1;
-    const item = {kind, history, counted: false, delay: 0, due: 0,
+    const item = {kind, history, counted: false, isSettled: false, delay: 0,
+      due: 0,
       isSave: kind === 'request' && waitsForMore && (counts() || sends),
       step: {depth: running.depth + 1, action: running.depth === 0 ? action : running.action}};
     items[numbers] = item;
@@ -124,13 +125,22 @@ function makePendingWork(limits, native) {
     return numbers;
   }
 
+  // The answer is there, and what depends on it is about to run: it may start the next round.
+  function settle(number) {
+    const item = items[number];
+    if (item && !item.isSettled) {
+      item.isSettled = true;
+      item.history.live -= 1;
+    }
+  }
+
   function end(number) {
     const item = items[number];
     if (!item) {
       return;
     }
+    settle(number);
     delete items[number];
-    item.history.live -= 1;
     if (item.counted) {
       unmark(item);
       if (count === 0) {
@@ -290,7 +300,7 @@ function makePendingWork(limits, native) {
   }
 
   return {
-    start, end, endRound, run, arm, adopt, follow, await: await_, disarm, later, periodicSignatures,
+    start, settle, end, endRound, run, arm, adopt, follow, await: await_, disarm, later, periodicSignatures,
     learn,
     acted() {
       acting = false;

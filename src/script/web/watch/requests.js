@@ -43,15 +43,26 @@ function watchRequests(work, limits, native) {
   const opened = new WeakMap();
   const valueOf = native.method(WeakMap.prototype, 'get');
   const setValue = native.method(WeakMap.prototype, 'set');
+  const stateOf = native.getter(XMLHttpRequest.prototype, 'readyState');
 
+  const DONE = 4;
   XMLHttpRequest.prototype.open = function(method, address) {
-    setValue(opened, this, {method, address});
+    if (valueOf(opened, this) === undefined) {
+      apply(listen, this, ['readystatechange', () => {
+        if (stateOf(this) === DONE) {
+          work.settle(valueOf(opened, this).number);
+        }
+      }]);
+    }
+    setValue(opened, this, {method, address, number: 0});
     return apply(native.open, this, arguments);
   };
 
   XMLHttpRequest.prototype.send = function(body) {
-    const {method, address} = valueOf(opened, this) || {};
+    const request = valueOf(opened, this) || {};
+    const {method, address} = request;
     const number = work.start('request', signatureOf(method, address, body), true, sends(method));
+    request.number = number;
     apply(listen, this, ['loadend', () => work.end(number)]);
     try {
       return apply(native.send, this, arguments);
@@ -63,7 +74,10 @@ function watchRequests(work, limits, native) {
 
   // Ends the item when the promise is settled and what depends on it has run.
   function endWith(promise, number) {
-    const finish = () => apply(native.setTimeout, global, [() => work.end(number), 0]);
+    const finish = () => {
+      work.settle(number);
+      apply(native.setTimeout, global, [() => work.end(number), 0]);
+    };
     apply(native.then, promise, [finish, finish]);
   }
 
