@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "demo/models/delayed_model.h"
+#include "demo/models/dialog_model.h"
 #include "demo/models/formback_model.h"
 #include "demo/models/frameset_model.h"
 #include "demo/models/hiddenframe_model.h"
@@ -16,8 +17,10 @@
 #include "demo/models/pleasewait_model.h"
 #include "demo/models/popup_model.h"
 #include "demo/models/rowtable_model.h"
+#include "demo/models/scriptmenu_model.h"
 #include "demo/models/selectlist_model.h"
 #include "demo/models/shell_model.h"
+#include "demo/models/singlepage_model.h"
 #include "demo/models/validator_model.h"
 #include "demo/models/weblogin_model.h"
 
@@ -38,6 +41,8 @@ std::unique_ptr<RouterModel> Make(RuleTable& table, [[maybe_unused]] const Login
 // the hyphens of the names that it knows.
 constexpr ModelInfo kModels[] = {
     {"delayed", "SW22", "An Apply that submits by itself two seconds later.", Make<DelayedModel>},
+    {"dialog", "HY6", "A script builds the page: a modal dialog, and a save that counts down.",
+     Make<DialogModel>},
     {"formback", "HR100", "A list of rules and a form that leads back to it by a redirect.",
      Make<FormbackModel>},
     {"frameset", "OF54", "A frameset with a menu and a main frame.", Make<FramesetModel>},
@@ -56,9 +61,14 @@ constexpr ModelInfo kModels[] = {
      Make<PleasewaitModel>},
     {"popup", "JB4", "A popup in which the rule is completed and saved.", Make<PopupModel>},
     {"rowtable", "Q20", "Numbered rows on one page, all saved by one button.", Make<RowtableModel>},
+    {"scriptmenu", "MS3", "Framesets within framesets, and a menu that a script writes.",
+     Make<ScriptmenuModel>},
     {"selectlist", "PN3", "Rules in a select list, to be added or changed.", Make<SelectlistModel>},
     {"shell", "OP10", "One page whose views go by \"#\" and whose data go by XMLHttpRequest.",
      Make<ShellModel>},
+    {"singlepage", nullptr,
+     "One page that keeps its state by script: token login, shadow root, changes to be committed.",
+     Make<SinglepageModel>},
     {"validator", "BB9", "Message boxes when a box is left, and before and behind the save.",
      Make<ValidatorModel>},
     {"weblogin", nullptr, "A login page and a cookie in place of the Basic login.",

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "demo/models/shell_model.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "demo/json_api.h"
 
 namespace quayline::demo {
 
@@ -58,13 +57,6 @@ setInterval(function() { request('GET', '/api/state', null, function() {}); }, 3
 route();
 )";
 
-HttpResponse Json(const QJsonObject& object) {
-  HttpResponse response;
-  response.content_type = "application/json";
-  response.body = QJsonDocument(object).toJson(QJsonDocument::Compact);
-  return response;
-}
-
 const FormSite& ModelSite() {
   static const FormSite site{
       .admin = {.maker = "Onepier",
@@ -94,20 +86,22 @@ HttpResponse ShellModel::OtherPage(const QString& page, const HttpRequest&) {
     return JavaScriptFile(kShellScript);
   }
   if (page == QLatin1String("api/state")) {
-    return Json({{QStringLiteral("uptime"), QStringLiteral("3 days")}});
+    return JsonAnswer({{QStringLiteral("uptime"), QStringLiteral("3 days")}});
   }
   if (page == QLatin1String("api/list")) {
-    return Json({{QStringLiteral("html"), RuleListHtml(Table())}});
+    return JsonAnswer({{QStringLiteral("html"), RuleListHtml(Table())}});
   }
   return page == QLatin1String("api/form")
-             ? Json({{QStringLiteral("html"), RuleRows(Site().fields, {})}})
+             ? JsonAnswer({{QStringLiteral("html"), RuleRows(Site().fields, {})}})
              : NotFound();
 }
 
-HttpResponse ShellModel::Saved() const { return Json({{QStringLiteral("fault"), QString()}}); }
+HttpResponse ShellModel::Saved() const {
+  return JsonAnswer({{QStringLiteral("fault"), QString()}});
+}
 
 HttpResponse ShellModel::Refused(const TypedRule&, RuleFault fault) const {
-  return Json({{QStringLiteral("fault"), FaultText(fault)}});
+  return FaultAnswer(fault);
 }
 
 }  // namespace quayline::demo

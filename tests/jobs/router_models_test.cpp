@@ -29,6 +29,7 @@ const std::vector<ModelCase> kModels{
     {"pleasewait", 2, {}},
     {"popup", 4, {"services_computer.html"}},
     {"rowtable", 4, {}},
+    {"scriptmenu", 4, {"openMenu(1)"}},
     {"selectlist", 4, {"False"}},
     {"shell", 4, {"rule_form Found On Page"}},
     {"validator",
