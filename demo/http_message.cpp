@@ -124,8 +124,12 @@ void ReadKeepAlive(HttpRequest& request) {
   }
 }
 
+constexpr int kSwitchingProtocols = 101;
+
 QByteArray ReasonPhrase(int status) {
   switch (status) {
+    case kSwitchingProtocols:
+      return "Switching Protocols";
     case 200:
       return "OK";
     case 204:
@@ -238,6 +242,9 @@ QByteArray FormatResponse(const HttpResponse& response, bool keep_alive, bool he
                      ReasonPhrase(response.status) + "\r\n";
   for (const auto& [name, value] : response.headers) {
     bytes += name + ": " + value + "\r\n";
+  }
+  if (response.status == kSwitchingProtocols) {
+    return bytes + "Connection: Upgrade\r\n\r\n";
   }
   const bool has_body = response.status != 204;
   if (has_body) {

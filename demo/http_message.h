@@ -7,6 +7,7 @@
 #include <QList>
 #include <QString>
 
+#include <chrono>
 #include <utility>
 
 namespace quayline::demo {
@@ -49,6 +50,7 @@ struct HttpResponse {
   QByteArray content_type = "text/html; charset=utf-8";
   QList<std::pair<QByteArray, QByteArray>> headers;
   QByteArray body;
+  std::chrono::milliseconds hold{0};  // how long the answer is kept back, as for a long poll
 };
 
 HttpResponse RedirectTo(const QByteArray& location);

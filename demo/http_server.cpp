@@ -35,10 +35,11 @@ class Connection final : public QObject {
   }
 
  private:
-  enum class State { kReading, kAnswering, kLeaving };
+  // kTunnel: the connection speaks another protocol now, and is only kept open.
+  enum class State { kReading, kAnswering, kLeaving, kTunnel };
 
   void Go() {
-    if (state_ == State::kLeaving) {
+    if (state_ == State::kLeaving || state_ == State::kTunnel) {
       socket_->readAll();
       return;
     }
@@ -76,9 +77,26 @@ class Connection final : public QObject {
   }
 
   void Answer(const HttpRequest& request) {
-    socket_->write(FormatResponse(handler_(request), request.keep_alive, request.method == "HEAD"));
+    const HttpResponse response = handler_(request);
+    if (response.hold == 0ms) {
+      Send(response, request);
+      return;
+    }
+    idle_.stop();
+    QTimer::singleShot(response.hold, this, [this, response, request] {
+      idle_.start(kIdleTime);
+      Send(response, request);
+      Go();
+    });
+  }
+
+  void Send(const HttpResponse& response, const HttpRequest& request) {
+    constexpr int kSwitchingProtocols = 101;
+    socket_->write(FormatResponse(response, request.keep_alive, request.method == "HEAD"));
     state_ = State::kReading;
-    if (!request.keep_alive) {
+    if (response.status == kSwitchingProtocols) {
+      state_ = State::kTunnel;
+    } else if (!request.keep_alive) {
       Leave();
     }
   }

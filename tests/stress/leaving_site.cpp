@@ -3,6 +3,7 @@
 
 #include "stress/leaving_site.h"
 
+#include <QCryptographicHash>
 #include <QHash>
 #include <QUrlQuery>
 
@@ -12,6 +13,9 @@ namespace {
 
 using demo::HttpRequest;
 using demo::HttpResponse;
+
+// What a web socket's key is completed with.
+constexpr char kSocketId[] = "258EAFA5-E914-47DA-95CA-C5AB0DC85B11";
 
 // A form that posts the save, for pages whose button only sets it off.
 #define FORM "<form method=post action='@SAVE@'></form>"
@@ -106,6 +110,15 @@ const std::vector<WayOut>& WaysOut() {
   return ways;
 }
 
+const std::vector<WayOut>& AllWays() {
+  static const std::vector<WayOut> ways = [] {
+    std::vector<WayOut> all = WaysOut();
+    all.insert(all.end(), HardWays().begin(), HardWays().end());
+    return all;
+  }();
+  return ways;
+}
+
 LeavingSite::LeavingSite(demo::AnswerDelay delay)
     : server_([this](const HttpRequest& request) { return Answer(request); }, delay),
       port_(server_.Listen(0).value_or(0)) {}
@@ -114,47 +127,74 @@ QString LeavingSite::PagePath(int way, int number) {
   return QStringLiteral("page?way=%1&number=%2").arg(way).arg(number);
 }
 
+QString LeavingSite::TypedText(int number) { return QStringLiteral("typed %1").arg(number); }
+
 HttpResponse LeavingSite::Answer(const HttpRequest& request) {
   const QUrlQuery query(QString::fromUtf8(request.query));
   const int way = query.queryItemValue(QStringLiteral("way")).toInt();
   const int number = query.queryItemValue(QStringLiteral("number")).toInt();
+  const std::chrono::milliseconds hold(query.queryItemValue(QStringLiteral("hold")).toInt());
   if (request.path == QLatin1String("/save")) {
-    saved_.insert({way, number});
-    const QString answer = query.queryItemValue(QStringLiteral("answer"));
-    const QByteArray next = "/" + PagePath(way, number).toUtf8();
-    if (answer == QLatin1String("204")) {
-      return {.status = 204};
+    const bool needs_text = query.hasQueryItem(QStringLiteral("needs"));
+    const QString text = demo::FormFields(request.body).Value(QStringLiteral("text"));
+    if (!needs_text || text == TypedText(number - 1)) {
+      saved_.insert({way, number});
     }
-    if (answer == QLatin1String("redirect")) {
-      return demo::RedirectTo(next);
-    }
-    if (answer == QLatin1String("file")) {
-      return {.content_type = "application/octet-stream",
-              .headers = {{"Content-Disposition", "attachment; filename=x.bin"}},
-              .body = "x"};
-    }
-    if (answer == QLatin1String("header")) {
-      return {.headers = {{"Refresh", "0;url=" + next}}, .body = "Please wait"};
-    }
-    const QHash<QString, QByteArray> pages{
-        {QStringLiteral("ok"), "<p>saved"},
-        {QStringLiteral("meta"), "<meta http-equiv=refresh content='0;url=@NEXT@'>Please wait"},
-        {QStringLiteral("onload"), "<body onload=\"location='@NEXT@'\">Please wait"},
-        {QStringLiteral("messages"),
-         "<script>var left=6;onmessage=function(){--left?postMessage(1,'*'):location='@NEXT@'}"
-         "</script><body onload=\"postMessage(1,'*')\">Please wait"},
-        {QStringLiteral("timer"),
-         "<body onload=\"setTimeout(function(){location='@NEXT@'},20)\">Please wait"},
-    };
-    if (pages.contains(answer)) {
-      return {.body = QByteArray(pages[answer]).replace("@NEXT@", next)};
-    }
-  } else if (request.path != QLatin1String("/page")) {
-    return {.content_type = "text/javascript", .body = "1"};
+    return AnswerToSave(query.queryItemValue(QStringLiteral("answer")), way, number);
   }
-  QByteArray markup = WaysOut()[static_cast<size_t>(way)].markup;
-  markup.replace("@SAVE@",
-                 QStringLiteral("/save?way=%1&number=%2").arg(way).arg(number + 1).toUtf8());
+  if (request.path == QLatin1String("/page") || request.path == QLatin1String("/popup")) {
+    return Page(way, number, request.path == QLatin1String("/popup"));
+  }
+  if (request.path == QLatin1String("/events")) {
+    return {.content_type = "text/event-stream", .body = "retry: 300\ndata: 1\n\n", .hold = hold};
+  }
+  if (request.path == QLatin1String("/socket")) {
+    const QByteArray key = request.Header("sec-websocket-key") + kSocketId;
+    return {.status = 101,
+            .headers = {{"Upgrade", "websocket"},
+                        {"Sec-WebSocket-Accept",
+                         QCryptographicHash::hash(key, QCryptographicHash::Sha1).toBase64()}}};
+  }
+  return {.content_type = "text/javascript", .body = "1", .hold = hold};
+}
+
+HttpResponse LeavingSite::AnswerToSave(const QString& answer, int way, int number) const {
+  const QByteArray next = "/" + PagePath(way, number).toUtf8();
+  if (answer == QLatin1String("204")) {
+    return {.status = 204};
+  }
+  if (answer == QLatin1String("redirect")) {
+    return demo::RedirectTo(next);
+  }
+  if (answer == QLatin1String("file")) {
+    return {.content_type = "application/octet-stream",
+            .headers = {{"Content-Disposition", "attachment; filename=x.bin"}},
+            .body = "x"};
+  }
+  if (answer == QLatin1String("header")) {
+    return {.headers = {{"Refresh", "0;url=" + next}}, .body = "Please wait"};
+  }
+  const QHash<QString, QByteArray> pages{
+      {QStringLiteral("ok"), "<p>saved"},
+      {QStringLiteral("meta"), "<meta http-equiv=refresh content='0;url=@NEXT@'>Please wait"},
+      {QStringLiteral("onload"), "<body onload=\"location='@NEXT@'\">Please wait"},
+      {QStringLiteral("messages"),
+       "<script>var left=6;onmessage=function(){--left?postMessage(1,'*'):location='@NEXT@'}"
+       "</script><body onload=\"postMessage(1,'*')\">Please wait"},
+      {QStringLiteral("timer"),
+       "<body onload=\"setTimeout(function(){location='@NEXT@'},20)\">Please wait"},
+  };
+  return pages.contains(answer)
+             ? HttpResponse{.body = QByteArray(pages[answer]).replace("@NEXT@", next)}
+             : Page(way, number, false);
+}
+
+HttpResponse LeavingSite::Page(int way, int number, bool is_popup) const {
+  const WayOut& row = AllWays()[static_cast<size_t>(way)];
+  const QByteArray numbers =
+      QStringLiteral("?way=%1&number=%2").arg(way).arg(is_popup ? number : number + 1).toUtf8();
+  QByteArray markup = is_popup ? row.popup : row.markup;
+  markup.replace("@SAVE@", "/save" + numbers).replace("@POPUP@", "/popup" + numbers);
   return {.body = "<!DOCTYPE html><title>page</title><body><input name=number value=" +
                   QByteArray::number(number) + ">" + markup};
 }

@@ -16,17 +16,29 @@ enum class Leaves {
   kForNextPage,   // a save, and the next page in the window
   kInBackground,  // a save, and the page stays
   kNotAtAll,      // neither
+  kSomewhere,     // a save; the page may be any after it
 };
 
 // One way in which a page leaves for another.
 struct WayOut {
   const char* name;
   Leaves leaves;
-  // The markup of the page; "@SAVE@" stands for the address that saves.
+  // The markup of the page; "@SAVE@" stands for the address that saves, "@POPUP@" for the page that
+  // has the markup `popup`.
   const char* markup;
+  const char* popup = "";
+  int clicks = 1;      // on "go", each in the window on show
+  bool types = false;  // the save counts only with the text that was typed into the box "text"
+  bool asks = false;   // in place of the click, the list "rules" is asked for its option "row"
+  bool waits = false;  // the page puts the save off for longer than a step may cost
 };
 
 const std::vector<WayOut>& WaysOut();
+// More of them: pages with work of their own all the time, windows that close themselves, boxes and
+// lists that are drawn late or again.
+const std::vector<WayOut>& HardWays();
+// Both, in this order. The number of a way is its index here.
+const std::vector<WayOut>& AllWays();
 
 // A web site whose pages are numbered. Page n has a button "go" that saves and leads on to page
 // n + 1, in one of the ways; a box "number" says which page it is. A save that reaches the server
@@ -37,11 +49,15 @@ class LeavingSite final {
 
   // The address of page `number` of a way, as a script's nav names it: without a leading slash.
   static QString PagePath(int way, int number);
+  // What is typed into the box "text" of page `number`.
+  static QString TypedText(int number);
   quint16 Port() const { return port_; }
   bool WasSaved(int way, int number) const { return saved_.contains({way, number}); }
 
  private:
   demo::HttpResponse Answer(const demo::HttpRequest& request);
+  demo::HttpResponse AnswerToSave(const QString& answer, int way, int number) const;
+  demo::HttpResponse Page(int way, int number, bool is_popup) const;
 
   demo::HttpServer server_;
   quint16 port_ = 0;

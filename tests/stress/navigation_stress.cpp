@@ -17,6 +17,11 @@ namespace quayline::stress {
 
 namespace {
 
+double Median(QList<double> values) {
+  std::ranges::sort(values);
+  return values.isEmpty() ? 0 : values[values.size() / 2];
+}
+
 class Walker final {
  public:
   Walker(PageHostFactory make_host, demo::AnswerDelay delay)
@@ -32,13 +37,17 @@ class Walker final {
   }
 
   Task<> Walk(int way, int steps, WayResult* result) {
-    result->way = &WaysOut()[static_cast<size_t>(way)];
-    QList<double> times;
+    result->way = &AllWays()[static_cast<size_t>(way)];
+    QList<double> clicks;
+    QList<double> whole;
     for (int number = 0; number < steps; ++number) {
-      co_await Step(way, number, result, &times);
+      QElapsedTimer clock;
+      clock.start();
+      co_await Step(way, number, result, &clicks);
+      whole.append(static_cast<double>(clock.nsecsElapsed()) / 1e6);
     }
-    std::ranges::sort(times);
-    result->click_ms = times.isEmpty() ? 0 : times[times.size() / 2];
+    result->click_ms = Median(clicks);
+    result->step_ms = Median(whole);
   }
 
  private:
@@ -46,6 +55,7 @@ class Walker final {
     flags_.SetPageErrorPending(false);
     flags_.SetJobStopRequested(false);
     RunArguments arguments;
+    arguments.entry_name = QStringLiteral("row");
     arguments.http_type = QStringLiteral("http://");
     arguments.router_host = QStringLiteral("127.0.0.1:%1").arg(site_.Port());
     ScriptRun run(std::move(arguments));
@@ -62,21 +72,35 @@ class Walker final {
     ++result->steps;
     run.argument = LeavingSite::PagePath(way, number);
     const auto loaded = co_await FindCommand(u"nav")->flow(call);
+    const WayOut& out = *result->way;
+    if (out.types) {
+      co_await call.Ask(
+          page_operation::SetElementValue(QStringLiteral("text"), LeavingSite::TypedText(number)));
+    }
+    if (out.asks) {
+      run.argument = QStringLiteral("rules");
+      co_await FindCommand(u"is_in_combo")->flow(call);
+      result->early += flags_.in_combo ? 0 : 1;
+    }
+    bool failed = loaded.has_value();
     QElapsedTimer clock;
     clock.start();
-    const quint64 mark = call.MarkPage();
-    co_await call.Ask(page_operation::ClickButton(QStringLiteral("go")));
-    const auto clicked = co_await call.AwaitPage(mark, ErrorBlock::kAddress);
+    for (int click = 0; click < (out.asks ? 0 : out.clicks); ++click) {
+      const quint64 mark = call.MarkPage();
+      co_await call.Ask(page_operation::ClickButton(QStringLiteral("go")));
+      const auto clicked = co_await call.AwaitPage(mark, ErrorBlock::kAddress);
+      failed = failed || clicked;
+    }
     times->append(static_cast<double>(clock.nsecsElapsed()) / 1e6);
     const QJsonValue where =
         co_await call.Ask(page_operation::GetElementValue(QStringLiteral("number")));
     run.argument = LeavingSite::PagePath(way, number + 1);
     const auto left = co_await FindCommand(u"nav")->flow(call);
-    result->failed += loaded || clicked || left ? 1 : 0;
-    const Leaves leaves = result->way->leaves;
-    const int expected = leaves == Leaves::kForNextPage ? number + 1 : number;
-    result->early += where.toString().toInt() != expected ? 1 : 0;
-    result->lost += leaves != Leaves::kNotAtAll && !site_.WasSaved(way, number + 1) ? 1 : 0;
+    result->failed += failed || left ? 1 : 0;
+    const int expected = out.leaves == Leaves::kForNextPage ? number + 1 : number;
+    const bool elsewhere = out.leaves != Leaves::kSomewhere && where.toString().toInt() != expected;
+    result->early += elsewhere ? 1 : 0;
+    result->lost += out.leaves != Leaves::kNotAtAll && !site_.WasSaved(way, number + 1) ? 1 : 0;
   }
 
   LeavingSite site_;
@@ -91,10 +115,18 @@ class Walker final {
 }  // namespace
 
 Task<> RunStress(PageHostFactory make_host, StressOptions options, QList<WayResult>* results) {
+  constexpr double kPatienceMs = 1000;
   Walker walker(std::move(make_host), options.delay);
-  for (size_t way = 0; way < WaysOut().size(); ++way) {
+  std::vector<size_t> ways = options.ways;
+  for (size_t way = 0; options.ways.empty() && way < WaysOut().size(); ++way) {
+    ways.push_back(way);
+  }
+  WayResult plain;
+  co_await walker.Walk(0, options.steps_per_way, &plain);
+  for (const size_t way : ways) {
     WayResult result;
     co_await walker.Walk(static_cast<int>(way), options.steps_per_way, &result);
+    result.is_slow = !result.way->waits && result.step_ms > plain.step_ms + kPatienceMs;
     results->append(result);
   }
 }

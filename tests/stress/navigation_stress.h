@@ -12,6 +12,7 @@ namespace quayline::stress {
 
 struct StressOptions {
   int steps_per_way = 5;
+  std::vector<size_t> ways;  // numbers of AllWays(); empty: those of WaysOut()
   demo::AnswerDelay delay{std::chrono::milliseconds(0), std::chrono::milliseconds(50)};
 };
 
@@ -21,12 +22,15 @@ struct WayResult {
   const WayOut* way = nullptr;
   int steps = 0;
   int lost = 0;         // saves that never reached the server
-  int early = 0;        // waits that were over before the page was the next one
+  int early = 0;        // waits that were over before the page, or its list, was there
   int failed = 0;       // waits that took an error for their end
   double click_ms = 0;  // median of the time from the click to the end of its wait
+  double step_ms = 0;   // median of a whole step
+  // The page costs more than a second beyond what its work is worth.
+  bool is_slow = false;
 };
 
-// Runs all ways one after the other in one browser.
+// Runs the ways one after the other in one browser.
 Task<> RunStress(PageHostFactory make_host, StressOptions options, QList<WayResult>* results);
 
 }  // namespace quayline::stress
