@@ -4,10 +4,11 @@
 #include "stress/navigation_stress.h"
 
 #include <QApplication>
-#include <QThread>
+#include <QProcess>
 
-#include <atomic>
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -55,39 +56,77 @@ int Report(const QList<WayResult>& results) {
   return missed == 0 ? 0 : 1;
 }
 
+// Runs the same program several times side by side, and adds up how they end.
+int RunLanes(int lanes, const char* program, const QStringList& words) {
+  std::vector<std::unique_ptr<QProcess>> running;
+  for (int lane = 0; lane < lanes; ++lane) {
+    auto& process = running.emplace_back(std::make_unique<QProcess>());
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    process->start(QString::fromLocal8Bit(program), words);
+  }
+  int failed = 0;
+  for (const auto& process : running) {
+    process->waitForFinished(-1);
+    failed += process->exitStatus() != QProcess::NormalExit || process->exitCode() != 0 ? 1 : 0;
+  }
+  std::printf("%d lanes, %d missed something\n", lanes, failed);
+  return failed == 0 ? 0 : 1;
+}
+
+// Threads that keep the processor busy while it lives.
+class Hogs final {
+ public:
+  explicit Hogs(int count) {
+    for (int i = 0; i < count; ++i) {
+      threads_.emplace_back([](const std::stop_token& over) {
+        while (!over.stop_requested()) {
+        }
+      });
+    }
+  }
+
+ private:
+  std::vector<std::jthread> threads_;
+};
+
 }  // namespace
 
 // Walks through pages that leave in every way there is, and counts what a job's waits missed.
 // Arguments: steps per way (default 25), threads that keep the processor busy (default 0), ways by
-// number or by a part of the name (default all). The one word "list" prints the ways.
+// number or by a part of the name (default all). "--lanes N" ahead of them walks N times side by
+// side. The one word "list" prints the ways.
 int main(int argc, char** argv) {
   constexpr int kDefaultSteps = 25;
-  constexpr int kFirstWay = 3;
-  if (argc > 1 && std::string(argv[1]) == "list") {
+  QStringList words;
+  for (int i = 1; i < argc; ++i) {
+    words.append(QString::fromLocal8Bit(argv[i]));
+  }
+  if (words.value(0) == QLatin1String("list")) {
     return ListWays();
   }
-  quayline::stress::StressOptions stress;
-  stress.steps_per_way = argc > 1 ? std::atoi(argv[1]) : kDefaultSteps;
-  const int hogs = argc > 2 ? std::atoi(argv[2]) : 0;
-  for (int i = kFirstWay; i < argc; ++i) {
-    const std::vector<size_t> named = NamedBy(argv[i]);
-    stress.ways.insert(stress.ways.end(), named.begin(), named.end());
+  int lanes = 1;
+  if (words.value(0) == QLatin1String("--lanes")) {
+    lanes = words.value(1).toInt();
+    words.remove(0, std::min<qsizetype>(words.size(), 2));
   }
-  if (argc <= kFirstWay) {
-    stress.ways = NamedBy("");
+  const Hogs hogs(words.value(1).toInt());
+  if (lanes > 1) {
+    if (words.size() > 1) {
+      words[1] = QStringLiteral("0");
+    }
+    return RunLanes(lanes, argv[0], words);
+  }
+  quayline::stress::StressOptions stress;
+  stress.steps_per_way = words.isEmpty() ? kDefaultSteps : words.first().toInt();
+  const QStringList named = words.size() > 2 ? words.sliced(2) : QStringList{QString()};
+  for (const QString& word : named) {
+    const std::vector<size_t> ways = NamedBy(word.toStdString());
+    stress.ways.insert(stress.ways.end(), ways.begin(), ways.end());
   }
   qputenv("QT_QPA_PLATFORM", "offscreen");
   quayline::PrepareWebEngine();
   QApplication application(argc, argv);
 
-  std::atomic<bool> over = false;
-  std::vector<std::jthread> busy;
-  for (int i = 0; i < hogs; ++i) {
-    busy.emplace_back([&over] {
-      while (!over) {
-      }
-    });
-  }
   const quayline::JobOptions options;
   const quayline::Translator translator{QString()};
   QList<WayResult> results;
@@ -96,6 +135,5 @@ int main(int argc, char** argv) {
   flow.Start(quayline::stress::RunStress(quayline::WebPageHosts(options, translator),
                                          std::move(stress), &results));
   QApplication::exec();
-  over = true;
   return Report(results);
 }

@@ -15,7 +15,6 @@ using namespace std::chrono_literals;
 constexpr auto kIdleTime = 30s;
 constexpr qint64 kReadAtOnce = qint64{64} << 10;
 constexpr qint64 kMaxUnsentBytes = qint64{4} << 20;
-constexpr int kMaxConnections = 256;
 
 // One client. Owned by the server; ends itself when the client goes.
 class Connection final : public QObject {
@@ -143,7 +142,7 @@ std::expected<quint16, QString> HttpServer::Listen(quint16 port) {
 
 void HttpServer::TakeConnections() {
   while (QTcpSocket* socket = listener_->nextPendingConnection()) {
-    if (children().size() >= kMaxConnections) {
+    if (children().size() >= max_connections_) {
       socket->abort();
       socket->deleteLater();
       continue;

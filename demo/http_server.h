@@ -34,11 +34,16 @@ class HttpServer final : public QObject {
   // that says why not.
   std::expected<quint16, QString> Listen(quint16 port);
 
+  // How many connections are served at a time. One too many is closed at once, without a word.
+  void SetMaxConnections(int count) { max_connections_ = count; }
+  static constexpr int kMaxConnections = 256;
+
  private:
   void TakeConnections();
 
   Handler handler_;
   AnswerDelay delay_;
+  int max_connections_ = kMaxConnections;
   std::unique_ptr<QTcpServer> listener_;
 };
 

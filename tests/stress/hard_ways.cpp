@@ -30,6 +30,13 @@ namespace {
   "name=go></form><script>function draw(v){document.getElementById('cell').innerHTML="     \
   "'<input name=text " handler ">';document.forms[0].elements.text.value=v||''}draw()</script>"
 
+// A page whose button works only with all its scripts, and saves into a hidden frame.
+#define CROWDED                                                                                 \
+  "<form method=post target=f action='@SAVE@&answer=ok&needs=typed'><input name=text></form>"   \
+  "<iframe name=f style='display:none'></iframe><input type=button name=go onclick=\"save()\">" \
+  "<script>function save(){if(parts.length<20)throw 'a script is missing';"                     \
+  "document.forms[0].submit()}</script>"
+
 }  // namespace
 
 const std::vector<WayOut>& HardWays() {
@@ -100,37 +107,67 @@ const std::vector<WayOut>& HardWays() {
        .asks = true},
       {.name = "timer of 3.5 s",
        .leaves = kForNextPage,
-       .markup = GO("setTimeout(function(){saving.submit()},3500)"),
-       .waits = true},
+       .markup = GO("setTimeout(function(){saving.submit()},3500)")},
       {.name = "save beside a long poll",
        .leaves = kInBackground,
        .markup = BUSY("function poll(){var r=new XMLHttpRequest;r.open('GET','/check?hold=20000');"
-                      "r.onload=poll;r.send()}poll()")},
+                      "r.onload=poll;r.send()}poll()"),
+       .works = true},
       {.name = "save beside a long poll by fetch",
        .leaves = kInBackground,
-       .markup = BUSY("function poll(){fetch('/check?hold=20000').then(poll)}poll()")},
+       .markup = BUSY("function poll(){fetch('/check?hold=20000').then(poll)}poll()"),
+       .works = true},
       {.name = "save beside an event source",
        .leaves = kInBackground,
-       .markup = BUSY("new EventSource('/events')")},
+       .markup = BUSY("new EventSource('/events')"),
+       .works = true},
       {.name = "save beside a silent event source",
        .leaves = kInBackground,
-       .markup = BUSY("new EventSource('/events?hold=20000')")},
+       .markup = BUSY("new EventSource('/events?hold=20000')"),
+       .works = true},
       {.name = "save beside a web socket",
        .leaves = kInBackground,
-       .markup = BUSY("new WebSocket('ws://'+location.host+'/socket')")},
-      {.name = "save beside polling, 50 ms", .leaves = kInBackground, .markup = POLL("50")},
-      {.name = "save beside polling, 250 ms", .leaves = kInBackground, .markup = POLL("250")},
-      {.name = "save beside polling, 1 s", .leaves = kInBackground, .markup = POLL("1000")},
-      {.name = "save beside polling, 5 s", .leaves = kInBackground, .markup = POLL("5000")},
+       .markup = BUSY("new WebSocket('ws://'+location.host+'/socket')"),
+       .works = true},
+      {.name = "save beside polling, 50 ms",
+       .leaves = kInBackground,
+       .markup = POLL("50"),
+       .works = true},
+      {.name = "save beside polling, 250 ms",
+       .leaves = kInBackground,
+       .markup = POLL("250"),
+       .works = true},
+      {.name = "save beside polling, 1 s",
+       .leaves = kInBackground,
+       .markup = POLL("1000"),
+       .works = true},
+      {.name = "save beside polling, 5 s",
+       .leaves = kInBackground,
+       .markup = POLL("5000"),
+       .works = true},
       {.name = "save beside a fetch loop",
        .leaves = kInBackground,
-       .markup = BUSY("function poll(){fetch('/check?'+Math.random()).then(poll)}poll()")},
+       .markup = BUSY("function poll(){fetch('/check?'+Math.random()).then(poll)}poll()"),
+       .works = true},
       {.name = "save beside an animation",
        .leaves = kInBackground,
-       .markup = BUSY("function turn(t){document.title=t;requestAnimationFrame(turn)}turn(0)")},
+       .markup = BUSY("function turn(t){document.title=t;requestAnimationFrame(turn)}turn(0)"),
+       .works = true},
       {.name = "save beside a chain of timers",
        .leaves = kInBackground,
-       .markup = BUSY("function turn(){setTimeout(turn,20)}turn()")},
+       .markup = BUSY("function turn(){setTimeout(turn,20)}turn()"),
+       .works = true},
+      {.name = "page of 20 scripts",
+       .leaves = kInBackground,
+       .markup = CROWDED,
+       .types = true,
+       .scripts = 20},
+      {.name = "20 scripts of a router of 5 connections",
+       .leaves = kInBackground,
+       .markup = CROWDED,
+       .types = true,
+       .scripts = 20,
+       .connections = 5},
   };
   return ways;
 }

@@ -24,6 +24,12 @@ constexpr char kSocketId[] = "258EAFA5-E914-47DA-95CA-C5AB0DC85B11";
 #define SCRIPT(code) "<script>var saving=document.forms[0];" code "</script>"
 #define GO(code) FORM "<input type=button name=go onclick=\"" code "\">" SCRIPT("")
 
+// Script `number` of a page that works only with all of them. As long as real ones.
+QByteArray Part(int number) {
+  constexpr int kLength = 3000;
+  return "//" + QByteArray(kLength, 'x') + "\nparts.push(" + QByteArray::number(number) + ");";
+}
+
 }  // namespace
 
 const std::vector<WayOut>& WaysOut() {
@@ -123,6 +129,10 @@ LeavingSite::LeavingSite(demo::AnswerDelay delay)
     : server_([this](const HttpRequest& request) { return Answer(request); }, delay),
       port_(server_.Listen(0).value_or(0)) {}
 
+void LeavingSite::Begin(int way) {
+  server_.SetMaxConnections(AllWays()[static_cast<size_t>(way)].connections);
+}
+
 QString LeavingSite::PagePath(int way, int number) {
   return QStringLiteral("page?way=%1&number=%2").arg(way).arg(number);
 }
@@ -144,6 +154,9 @@ HttpResponse LeavingSite::Answer(const HttpRequest& request) {
   }
   if (request.path == QLatin1String("/page") || request.path == QLatin1String("/popup")) {
     return Page(way, number, request.path == QLatin1String("/popup"));
+  }
+  if (request.path == QLatin1String("/part")) {
+    return {.content_type = "text/javascript", .body = Part(number)};
   }
   if (request.path == QLatin1String("/events")) {
     return {.content_type = "text/event-stream", .body = "retry: 300\ndata: 1\n\n", .hold = hold};
@@ -195,6 +208,13 @@ HttpResponse LeavingSite::Page(int way, int number, bool is_popup) const {
       QStringLiteral("?way=%1&number=%2").arg(way).arg(is_popup ? number : number + 1).toUtf8();
   QByteArray markup = is_popup ? row.popup : row.markup;
   markup.replace("@SAVE@", "/save" + numbers).replace("@POPUP@", "/popup" + numbers);
+  if (row.scripts > 0) {
+    QByteArray parts = "<script>var parts=[]</script>";
+    for (int part = 0; part < row.scripts; ++part) {
+      parts += "<script src='/part?number=" + QByteArray::number(part) + "'></script>";
+    }
+    markup = parts + markup;
+  }
   return {.body = "<!DOCTYPE html><title>page</title><body><input name=number value=" +
                   QByteArray::number(number) + ">" + markup};
 }

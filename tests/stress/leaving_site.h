@@ -30,7 +30,10 @@ struct WayOut {
   int clicks = 1;      // on "go", each in the window on show
   bool types = false;  // the save counts only with the text that was typed into the box "text"
   bool asks = false;   // in place of the click, the list "rules" is asked for its option "row"
-  bool waits = false;  // the page puts the save off for longer than a step may cost
+  int scripts = 0;     // that the page loads; the array "parts" holds one number for each
+  // How many connections the router serves at a time: small ones close those that are too many.
+  int connections = demo::HttpServer::kMaxConnections;
+  bool works = false;  // for ever, by itself: a step may cost a second more than a plain one
 };
 
 const std::vector<WayOut>& WaysOut();
@@ -46,6 +49,9 @@ const std::vector<WayOut>& AllWays();
 class LeavingSite final {
  public:
   explicit LeavingSite(demo::AnswerDelay delay);
+
+  // Serves as the router of that way.
+  void Begin(int way);
 
   // The address of page `number` of a way, as a script's nav names it: without a leading slash.
   static QString PagePath(int way, int number);

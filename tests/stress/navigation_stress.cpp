@@ -28,7 +28,8 @@ class Walker final {
       : site_(delay),
         translator_({}),
         browsers_(std::move(make_host), flags_, flags_.active_browser_index),
-        pages_(browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
+        pages_(
+            browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
     options_.throttle = false;
     if (QWidget* view = browsers_.Active()->Widget()) {
       view->resize(800, 600);
@@ -38,6 +39,7 @@ class Walker final {
 
   Task<> Walk(int way, int steps, WayResult* result) {
     result->way = &AllWays()[static_cast<size_t>(way)];
+    site_.Begin(way);
     QList<double> clicks;
     QList<double> whole;
     for (int number = 0; number < steps; ++number) {
@@ -126,7 +128,7 @@ Task<> RunStress(PageHostFactory make_host, StressOptions options, QList<WayResu
   for (const size_t way : ways) {
     WayResult result;
     co_await walker.Walk(static_cast<int>(way), options.steps_per_way, &result);
-    result.is_slow = !result.way->waits && result.step_ms > plain.step_ms + kPatienceMs;
+    result.is_slow = result.way->works && result.step_ms > plain.step_ms + kPatienceMs;
     results->append(result);
   }
 }

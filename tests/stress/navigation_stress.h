@@ -26,7 +26,7 @@ struct WayResult {
   int failed = 0;       // waits that took an error for their end
   double click_ms = 0;  // median of the time from the click to the end of its wait
   double step_ms = 0;   // median of a whole step
-  // The page costs more than a second beyond what its work is worth.
+  // The page works on by itself, and a step costs a second more than one on a plain page.
   bool is_slow = false;
 };
 
