@@ -166,17 +166,6 @@ void CommandCall::SetTimer(const QString& time_ms) const {
   }
 }
 
-void CommandCall::TakeFields(int count) {
-  const QStringList fields = run.argument.split(QLatin1Char(','));
-  run.argument = fields.first();
-  if (count > 1 && fields.size() > 1) {
-    run.position = fields[1];
-  }
-  if (count > 2 && fields.size() > 2) {
-    run.extra_field = fields[2];
-  }
-}
-
 void CommandCall::LogErrorBlock(ErrorBlock block) const {
   const auto Line = [](const QString& text) { return LineBreak() + text; };
   QString what;

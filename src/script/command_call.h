@@ -71,14 +71,6 @@ class CommandCall final {
   // Empties the browser's cache; false when it could not, or the run was stopped.
   Task<bool> ClearCache() const;
 
-  // Applies the fields of an argument: field 0 becomes the argument, fields 1 and 2 position and
-  // extra field; each keeps what it has where the argument lacks the field.
-  void TakeFields(int count);
-  // Puts the current name into the argument at the position.
-  void InsertCurrentName() {
-    run.argument = InsertAt(run.argument, run.position, run.current_name);
-  }
-
   RunEnvironment& env;
   ScriptRun& run;
 

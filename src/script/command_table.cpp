@@ -5,15 +5,20 @@
 
 #include <QHash>
 
+#include <vector>
+
+#include "script/script_line.h"
+
 namespace quayline {
 
-const std::vector<CommandRow>& CommandTable() {
+std::span<const CommandRow> CommandTable() {
   static const std::vector<CommandRow> table = [] {
     std::vector<CommandRow> rows;
     for (const auto part :
          {NavigationCommands(), TypingCommands(), NameArrayCommands(), LoginCommands(),
-          FreeRowCommands(), TypeChoiceCommands(), ClickCommands(), FieldCommands(),
-          ComboTestCommands(), JavaScriptCommands(), FirmwareCommands(), TimeoutCommands()}) {
+          FreeRowCommands(), TypeChoiceCommands(), ClickCommands(), NameBoxCommands(),
+          ToggleCommands(), ComboCommands(), PortBoxCommands(), ComboTestCommands(),
+          JavaScriptCommands(), FirmwareCommands(), TimeoutCommands()}) {
       rows.insert(rows.end(), part.begin(), part.end());
     }
     return rows;
@@ -25,8 +30,7 @@ const CommandRow* FindCommand(QStringView name) {
   static const QHash<QString, const CommandRow*> by_name = [] {
     QHash<QString, const CommandRow*> rows;
     for (const CommandRow& row : CommandTable()) {
-      rows.insert(QString::fromLatin1(row.name.data(), static_cast<qsizetype>(row.name.size())),
-                  &row);
+      rows.insert(CommandName(row), &row);
     }
     return rows;
   }();
@@ -55,6 +59,68 @@ bool ConditionHolds(Condition condition, const RunArguments& arguments, bool in_
       return arguments.is_first_entry && !in_combo;
   }
   return false;
+}
+
+QString CommandName(const CommandRow& row) { return FromAscii(row.name); }
+
+QString CommandUsage(const CommandRow& row) {
+  QStringList names;
+  for (const FieldSpec& field : row.fields) {
+    names.append(FromAscii(field.name));
+  }
+  return names.join(QLatin1Char(row.separator));
+}
+
+QString CommandShape(const CommandRow& row) {
+  return CommandName(row) + QLatin1String("(\"") + CommandUsage(row) + QLatin1String("\")");
+}
+
+namespace {
+
+QStringList SplitFields(const CommandRow& row, const QString& argument) {
+  const auto count = static_cast<qsizetype>(row.fields.size());
+  if (count < 2) {
+    return {argument};
+  }
+  const QLatin1Char separator(row.separator);
+  QStringList fields = argument.split(separator);
+  if (row.fields.back().takes_rest && fields.size() > count) {
+    const QString rest = fields.mid(count - 1).join(separator);
+    fields.resize(count - 1);
+    fields.append(rest);
+  }
+  return fields;
+}
+
+QString TextToInsert(Inserted inserted, const ScriptRun& run) {
+  return inserted == Inserted::kLetter ? EntryLetter(run.given.entry_index) : run.current_name;
+}
+
+}  // namespace
+
+void ReadArgument(const CommandRow& row, ScriptRun& run) {
+  run.fields = SplitFields(row, run.argument);
+  const auto count = static_cast<qsizetype>(row.fields.size());
+  for (qsizetype i = 0; i < std::min(count, run.fields.size()); ++i) {
+    switch (row.fields[static_cast<size_t>(i)].kept_as) {
+      case KeptAs::kNothing:
+        break;
+      case KeptAs::kPosition:
+        run.position = run.fields[i];
+        break;
+      case KeptAs::kExtraField:
+        run.extra_field = run.fields[i];
+        break;
+    }
+  }
+  for (qsizetype i = 0; i < count; ++i) {
+    const Inserted inserted = row.fields[static_cast<size_t>(i)].inserted;
+    if (inserted == Inserted::kCurrentName || inserted == Inserted::kLetter) {
+      run.fields.resize(std::max(run.fields.size(), i + 1));
+      run.fields[i] = InsertAt(run.fields[i], run.position, TextToInsert(inserted, run));
+    }
+  }
+  run.argument = run.fields.first();
 }
 
 }  // namespace quayline

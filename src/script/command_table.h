@@ -7,10 +7,11 @@
 #include <optional>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "async/task.h"
+#include "i18n/message.h"
 #include "script/command_call.h"
+#include "script/field_spec.h"
 #include "script/page_call.h"
 
 namespace quayline {
@@ -28,17 +29,9 @@ enum class Condition {
   kFirstNotInCombo,
 };
 
-// How a command reads its argument.
-enum class Shape {
-  kWhole,             // not split
-  kPosition,          // field, position; the current name goes into the field at the position
-  kPositionExtra,     // field, position, value; likewise
-  kPositionByLetter,  // field, position; the entry's letter goes in
-  kOwn,               // the handler splits it
-};
-
-// One command of the script language. A row holds everything about it; the interpreter tests the
-// condition, reads the argument and waits for the page around the handlers.
+// One command of the script language. A row holds everything about it: the interpreter tests the
+// condition, reads the argument and waits for the page around the handlers; the lint, the editor
+// and the reference read the same fields.
 struct CommandRow {
   // Makes the one question to the page whose result is logged; nothing: the command has nothing to
   // do for this entry.
@@ -46,23 +39,50 @@ struct CommandRow {
   // Does whatever else a command does. Nothing: the run goes on.
   using FlowHandler = Task<std::optional<RunEnd>> (*)(CommandCall&);
 
-  std::string_view name;
-  Condition condition;
-  Shape shape;
-  // How the argument is written, for people: "field,position".
-  std::string_view usage;
+  std::string_view name{};
+  Condition condition = Condition::kAlways;
+  // None: the command takes no argument. One: it holds the whole argument. More: the argument is
+  // split at the separator.
+  std::span<const FieldSpec> fields{};
+  char separator = ',';
   PageHandler ask = nullptr;
   FlowHandler flow = nullptr;
   bool awaits_page = false;  // for `ask`: the page may load afterwards
+  std::string_view help{};   // a sentence or two; the condition is not repeated in it
+  // What whoever writes the command should know, because its name says something else.
+  const Message* quirk = nullptr;
+  std::string_view family{};  // the name of the row that this one is a member of
+
+  // A member of this row's family: the same command under another condition.
+  constexpr CommandRow Member(std::string_view member_name, Condition member_condition,
+                              const Message* member_quirk = nullptr) const {
+    CommandRow member = *this;
+    member.name = member_name;
+    member.condition = member_condition;
+    member.quirk = member_quirk != nullptr ? member_quirk : quirk;
+    member.family = name;
+    return member;
+  }
 };
 
-// All commands, in the order of the language's reference.
-const std::vector<CommandRow>& CommandTable();
+// The commands of the language, in the order of its reference.
+std::span<const CommandRow> CommandTable();
 
 // The row of a name in lower case; nullptr for text that is no command, which serves as a comment.
 const CommandRow* FindCommand(QStringView name);
 
 bool ConditionHolds(Condition condition, const RunArguments& arguments, bool in_combo);
+
+QString CommandName(const CommandRow& row);
+// How the argument is written: "field,position".
+QString CommandUsage(const CommandRow& row);
+// How the command is written: set_name("field,position").
+QString CommandShape(const CommandRow& row);
+
+// Reads the run's argument as the row says. Field 0 becomes the argument; fields that are kept
+// replace those of earlier lines where they are present; then the current name or the entry's
+// letter is inserted at the position. ScriptRun::fields holds what the handler reads.
+void ReadArgument(const CommandRow& row, ScriptRun& run);
 
 // The themed parts of the table.
 std::span<const CommandRow> NavigationCommands();
@@ -72,7 +92,10 @@ std::span<const CommandRow> LoginCommands();
 std::span<const CommandRow> FreeRowCommands();
 std::span<const CommandRow> TypeChoiceCommands();
 std::span<const CommandRow> ClickCommands();
-std::span<const CommandRow> FieldCommands();
+std::span<const CommandRow> NameBoxCommands();
+std::span<const CommandRow> ToggleCommands();
+std::span<const CommandRow> ComboCommands();
+std::span<const CommandRow> PortBoxCommands();
 std::span<const CommandRow> ComboTestCommands();
 std::span<const CommandRow> JavaScriptCommands();
 std::span<const CommandRow> FirmwareCommands();

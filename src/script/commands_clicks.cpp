@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include "script/command_fields.h"
 #include "script/command_table.h"
+#include "script/lint_texts.h"
 #include "script/page_operations.h"
 #include "script/script_line.h"
 #include "script/script_texts.h"
@@ -13,21 +15,21 @@ namespace {
 
 using FlowResult = Task<std::optional<RunEnd>>;
 
-constexpr char kDefaultClickWaitMs[] = "100";
+constexpr FieldSpec kClickTime{
+    .name = "milliseconds",
+    .kind = FieldKind::kMilliseconds,
+    .when_missing = WhenMissing::kUsesDefault,
+    .default_value = "100",
+    .kept_as = KeptAs::kPosition,
+    .help = "How long to wait.",
+};
 
 std::optional<PageCall> ClickButton(CommandCall& call) {
   return page_operation::ClickButton(call.run.argument);
 }
 
 std::optional<PageCall> ClickButtonByOnclick(CommandCall& call) {
-  ScriptRun& run = call.run;
-  const QStringList fields = run.argument.split(QLatin1Char(','));
-  run.argument = fields[0];
-  if (fields.size() > 2) {
-    run.position = fields[2];
-  }
-  return page_operation::ClickButtonByOnclick(
-      fields[0], InsertAt(fields.value(1), run.position, run.current_name));
+  return page_operation::ClickButtonByOnclick(call.run.fields[0], call.run.fields[1]);
 }
 
 std::optional<PageCall> ClickByOnclick(CommandCall& call) {
@@ -56,8 +58,9 @@ FlowResult ClickAndWait(CommandCall& call) {
 }
 
 FlowResult ClickIgnoringPageLoad(CommandCall& call) {
-  call.run.position = QString::fromLatin1(kDefaultClickWaitMs);
-  call.TakeFields(2);
+  if (call.run.fields.size() < 2) {
+    call.run.position = FromAscii(kClickTime.default_value);
+  }
   return ClickAndWait(call);
 }
 
@@ -72,71 +75,143 @@ FlowResult CallJavaScript(CommandCall& call) {
 }
 
 using enum Condition;
-using enum Shape;
 
-constexpr std::string_view kButton = "button";
-constexpr std::string_view kCode = "code,position";
+constexpr FieldSpec kButton[] = {command_field::kButton};
+constexpr FieldSpec kButtonOnclick[] = {
+    {.name = "name", .help = "The name, the caption or the id of the button."},
+    command_field::kOnclickText,
+    command_field::kPosition};
+constexpr FieldSpec kOnclick[] = {command_field::kOnclickText, command_field::kPosition};
+constexpr FieldSpec kHref[] = {command_field::kHrefText, command_field::kPosition};
+constexpr FieldSpec kFormNumber[] = {{.name = "form number",
+                                      .kind = FieldKind::kWholeNumber,
+                                      .help = "The form's number on the page, from 0."}};
+constexpr FieldSpec kButtonAndTime[] = {command_field::kButton, kClickTime};
+constexpr FieldSpec kButtonAndKeptTime[] = {
+    {.name = "button",
+     .kind = FieldKind::kNeededText,
+     .inserted = Inserted::kCurrentName,
+     .help = command_field::kButton.help},
+    {.name = "milliseconds",
+     .kind = FieldKind::kMilliseconds,
+     .when_missing = WhenMissing::kKeepsEarlier,
+     .kept_as = KeptAs::kPosition,
+     .help = "How long to wait, and the position at which the current name is inserted."}};
+constexpr FieldSpec kCode[] = {{.name = "code",
+                                .kind = FieldKind::kJavaScript,
+                                .inserted = Inserted::kCurrentName,
+                                .help = "JavaScript without a comma, which would end the field."},
+                               command_field::kPosition};
+constexpr FieldSpec kCodeWithLetter[] = {{.name = "code",
+                                          .kind = FieldKind::kJavaScript,
+                                          .inserted = Inserted::kLetter,
+                                          .help = kCode[0].help},
+                                         command_field::kPosition};
+
+constexpr CommandRow kClickButtonOnclick{
+    .name = "click_button_onclick",
+    .fields = kButtonOnclick,
+    .ask = ClickButtonByOnclick,
+    .awaits_page = true,
+    .help = "Clicks the button of this name whose onclick handler holds the text.",
+};
+constexpr CommandRow kClickOnclick{
+    .name = "click_onclick",
+    .fields = kOnclick,
+    .ask = ClickByOnclick,
+    .awaits_page = true,
+    .help = "Clicks the first element whose onclick handler holds the text.",
+};
+constexpr CommandRow kClickLink{
+    .name = "click_link",
+    .fields = kHref,
+    .ask = ClickLink,
+    .awaits_page = true,
+    .help = "Clicks the first link whose address holds the text.",
+};
+constexpr CommandRow kCallPageSubmit{
+    .name = "call_page_submit",
+    .fields = kFormNumber,
+    .ask = SubmitForm,
+    .awaits_page = true,
+    .help = "Submits a form of the page without its onsubmit handler.",
+};
+constexpr CommandRow kClickButton{
+    .name = "click_button",
+    .fields = kButton,
+    .ask = ClickButton,
+    .awaits_page = true,
+    .help = "Clicks a button and waits for the page that this leads to.",
+};
+constexpr CommandRow kClickIgnoringPage{
+    .name = "click_button_ignore_page_loading",
+    .fields = kButtonAndKeptTime,
+    .flow = ClickAndWait,
+    .help = "Clicks a button and waits for a time, whether a page loads or not.",
+    .quirk = &lint_text::kOneNumberForTwo,
+};
 
 constexpr CommandRow kClicks[] = {
-    {"click_button_onclick", kAlways, kOwn, "name,onclick text,position", ClickButtonByOnclick,
-     nullptr, true},
-    {"click_button_onclick_if_in_combo_false", kNotInCombo, kOwn, "name,onclick text,position",
-     ClickButtonByOnclick, nullptr, true},
-    {"click_button_onclick_if_in_combo_true", kInCombo, kOwn, "name,onclick text,position",
-     ClickButtonByOnclick, nullptr, true},
-    {"click_onclick", kAlways, kPosition, "onclick text,position", ClickByOnclick, nullptr, true},
-    {"click_onclick_first_only", kFirst, kPosition, "onclick text,position", ClickByOnclick,
-     nullptr, true},
-    {"click_onclick_last_only", kLast, kPosition, "onclick text,position", ClickByOnclick, nullptr,
-     true},
-    {"click_onclick_if_in_combo_false", kNotInCombo, kPosition, "onclick text,position",
-     ClickByOnclick, nullptr, true},
-    {"click_onclick_if_in_combo_true", kInCombo, kPosition, "onclick text,position", ClickByOnclick,
-     nullptr, true},
-    {"click_link", kAlways, kPosition, "href text,position", ClickLink, nullptr, true},
-    {"click_link_first_only", kFirst, kPosition, "href text,position", ClickLink, nullptr, true},
-    {"click_link_last_only", kLast, kPosition, "href text,position", ClickLink, nullptr, true},
-    {"click_link_if_in_combo_false", kNotInCombo, kPosition, "href text,position", ClickLink,
-     nullptr, true},
-    {"click_link_if_in_combo_true", kInCombo, kPosition, "href text,position", ClickLink, nullptr,
-     true},
-    {"call_page_submit", kAlways, kWhole, "form number", SubmitForm, nullptr, true},
-    {"call_page_submit_if_in_combo_false", kNotInCombo, kWhole, "form number", SubmitForm, nullptr,
-     true},
-    {"call_page_submit_if_in_combo_true", kInCombo, kWhole, "form number", SubmitForm, nullptr,
-     true},
-    {"call_page_submit_first_only", kFirst, kWhole, "form number", SubmitForm, nullptr, true},
-    {"call_page_submit_last_only", kLast, kWhole, "form number", SubmitForm, nullptr, true},
-    {"click_button", kAlways, kWhole, kButton, ClickButton, nullptr, true},
-    {"click_button_ignore_page_loading", kAlways, kOwn, "button,milliseconds", nullptr,
-     ClickIgnoringPageLoad},
-    {"click_button_ignore_page_loading_if_in_combo_false", kNotInCombo, kPosition,
-     "button,milliseconds", nullptr, ClickAndWait},
-    {"click_button_ignore_page_loading_if_in_combo_true", kInCombo, kPosition,
-     "button,milliseconds", nullptr, ClickAndWait},
-    {"click_button_if_in_combo_false", kNotInCombo, kWhole, kButton, ClickButton, nullptr, true},
-    {"click_button_if_in_combo_true", kInCombo, kWhole, kButton, ClickButton, nullptr, true},
-    {"click_button_first_only", kFirst, kWhole, kButton, ClickButton, nullptr, true},
-    {"click_button_first_only_if_in_combo_false", kFirstNotInCombo, kWhole, kButton, ClickButton,
-     nullptr, true},
-    {"click_button_first_only_if_in_combo_true", kFirstInCombo, kWhole, kButton, ClickButton,
-     nullptr, true},
-    {"click_button_last_only", kLast, kWhole, kButton, ClickButton, nullptr, true},
-    {"click_button_not_last_only", kNotLast, kWhole, kButton, ClickButton, nullptr, true},
-    // These two look at the list alone, whatever their names say of the last entry.
-    {"click_button_last_only_if_in_combo_false", kNotInCombo, kWhole, kButton, ClickButton, nullptr,
-     true},
-    {"click_button_last_only_if_in_combo_true", kInCombo, kWhole, kButton, ClickButton, nullptr,
-     true},
+    kClickButtonOnclick,
+    kClickButtonOnclick.Member("click_button_onclick_if_in_combo_false", kNotInCombo),
+    kClickButtonOnclick.Member("click_button_onclick_if_in_combo_true", kInCombo),
+    kClickOnclick,
+    kClickOnclick.Member("click_onclick_first_only", kFirst),
+    kClickOnclick.Member("click_onclick_last_only", kLast),
+    kClickOnclick.Member("click_onclick_if_in_combo_false", kNotInCombo),
+    kClickOnclick.Member("click_onclick_if_in_combo_true", kInCombo),
+    kClickLink,
+    kClickLink.Member("click_link_first_only", kFirst),
+    kClickLink.Member("click_link_last_only", kLast),
+    kClickLink.Member("click_link_if_in_combo_false", kNotInCombo),
+    kClickLink.Member("click_link_if_in_combo_true", kInCombo),
+    kCallPageSubmit,
+    kCallPageSubmit.Member("call_page_submit_if_in_combo_false", kNotInCombo),
+    kCallPageSubmit.Member("call_page_submit_if_in_combo_true", kInCombo),
+    kCallPageSubmit.Member("call_page_submit_first_only", kFirst),
+    kCallPageSubmit.Member("call_page_submit_last_only", kLast),
+    kClickButton,
+    {
+        .name = "click_button_ignore_page_loading",
+        .fields = kButtonAndTime,
+        .flow = ClickIgnoringPageLoad,
+        .help = kClickIgnoringPage.help,
+    },
+    kClickIgnoringPage.Member("click_button_ignore_page_loading_if_in_combo_false", kNotInCombo),
+    kClickIgnoringPage.Member("click_button_ignore_page_loading_if_in_combo_true", kInCombo),
+    kClickButton.Member("click_button_if_in_combo_false", kNotInCombo),
+    kClickButton.Member("click_button_if_in_combo_true", kInCombo),
+    kClickButton.Member("click_button_first_only", kFirst),
+    kClickButton.Member("click_button_first_only_if_in_combo_false", kFirstNotInCombo),
+    kClickButton.Member("click_button_first_only_if_in_combo_true", kFirstInCombo),
+    kClickButton.Member("click_button_last_only", kLast),
+    kClickButton.Member("click_button_not_last_only", kNotLast),
+    // These two test the list alone, whatever their names say of the last entry.
+    kClickButton.Member("click_button_last_only_if_in_combo_false", kNotInCombo,
+                        &lint_text::kClicksOnEveryEntry),
+    kClickButton.Member("click_button_last_only_if_in_combo_true", kInCombo,
+                        &lint_text::kClicksOnEveryEntry),
+};
+
+constexpr CommandRow kCallJavaScript{
+    .name = "call_javascript",
+    .fields = kCode,
+    .flow = CallJavaScript,
+    .help = "Runs code as a script of the top page and waits for the page that this leads to.",
 };
 
 constexpr CommandRow kJavaScript[] = {
-    {"call_javascript_by_letter_order", kAlways, kPositionByLetter, kCode, nullptr, CallJavaScript},
-    {"call_javascript", kAlways, kPosition, kCode, nullptr, CallJavaScript},
-    {"call_javascript_first_only", kFirst, kPosition, kCode, nullptr, CallJavaScript},
-    {"call_javascript_last_only", kLast, kPosition, kCode, nullptr, CallJavaScript},
-    {"call_javascript_if_in_combo_false", kNotInCombo, kPosition, kCode, nullptr, CallJavaScript},
-    {"call_javascript_if_in_combo_true", kInCombo, kPosition, kCode, nullptr, CallJavaScript},
+    {
+        .name = "call_javascript_by_letter_order",
+        .fields = kCodeWithLetter,
+        .flow = CallJavaScript,
+        .help = "Runs code with the entry's letter inserted: A for the first entry.",
+    },
+    kCallJavaScript,
+    kCallJavaScript.Member("call_javascript_first_only", kFirst),
+    kCallJavaScript.Member("call_javascript_last_only", kLast),
+    kCallJavaScript.Member("call_javascript_if_in_combo_false", kNotInCombo),
+    kCallJavaScript.Member("call_javascript_if_in_combo_true", kInCombo),
 };
 
 }  // namespace

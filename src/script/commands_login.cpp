@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include "script/command_fields.h"
 #include "script/command_table.h"
 #include "script/page_operations.h"
 #include "script/script_line.h"
@@ -12,7 +13,7 @@ namespace {
 
 using FlowResult = Task<std::optional<RunEnd>>;
 
-// Moves the caret behind what was written: some pages look at a box only when a key arrives.
+// Moves the caret after what was written: some pages look at a box only when a key arrives.
 constexpr char kRightKey[] = "{RIGHT}";
 
 FlowResult SetLoginBox(CommandCall& call, QString value) {
@@ -33,18 +34,13 @@ FlowResult SetPassword(CommandCall& call) { return SetLoginBox(call, call.run.gi
 // The box's name ends with what another box of the page holds.
 FlowResult SetPasswordCombineValueToName(CommandCall& call) {
   ScriptRun& run = call.run;
-  const QStringList fields = run.argument.split(QLatin1Char(','));
-  run.argument = fields[0];
-  if (fields.size() > 2) {
-    run.position = fields[2];
-  }
-  QJsonValue end_of_name = QString();
   if (!run.position.isEmpty()) {
-    end_of_name = co_await call.Ask(page_operation::GetElementValue(fields.value(1)));
+    const QJsonValue end_of_name =
+        co_await call.Ask(page_operation::GetElementValue(run.fields.value(1)));
     if (call.Stopped()) {
       co_return RunEnd::kStopped;
     }
-    run.argument = InsertAt(run.argument, run.position, run.current_name) + end_of_name.toString();
+    run.argument += end_of_name.toString();
   }
   co_return co_await SetLoginBox(call, run.given.password);
 }
@@ -63,7 +59,6 @@ FlowResult TypeByPosition(CommandCall& call, QString position, QString keys) {
 }
 
 FlowResult SetValueByPosition(CommandCall& call) {
-  call.TakeFields(2);
   return TypeByPosition(call, call.run.position, call.run.argument);
 }
 
@@ -76,73 +71,79 @@ FlowResult SetPasswordByPosition(CommandCall& call) {
 }
 
 using enum Condition;
-using enum Shape;
+
+constexpr FieldSpec kTypedValue[] = {
+    {.name = "value", .help = "What is typed; + ^ % ~ { } ( ) have the meaning of keys."},
+    {.name = "position",
+     .kind = FieldKind::kWholeNumber,
+     .kept_as = KeptAs::kPosition,
+     .help = command_field::kElementNumber.help}};
+constexpr FieldSpec kElementNumber[] = {command_field::kElementNumber};
+
+constexpr CommandRow kSetValueByPosition{
+    .name = "set_value_by_position",
+    .fields = kTypedValue,
+    .flow = SetValueByPosition,
+    .help = "Gives the focus to an element by its number and types a value into it.",
+};
+constexpr CommandRow kSetPasswordByPosition{
+    .name = "set_password_by_position",
+    .fields = kElementNumber,
+    .flow = SetPasswordByPosition,
+    .help = "Gives the focus to an element by its number and types the router's password.",
+};
+constexpr CommandRow kSetUsernameByPosition{
+    .name = "set_username_by_position",
+    .fields = kElementNumber,
+    .flow = SetUsernameByPosition,
+    .help = "Gives the focus to an element by its number and types the router's user name.",
+};
 
 constexpr CommandRow kTyping[] = {
-    {.name = "set_value_by_position",
-     .condition = kAlways,
-     .shape = kOwn,
-     .usage = "value,position",
-     .flow = SetValueByPosition},
-    {.name = "set_value_by_position_last_only",
-     .condition = kLast,
-     .shape = kOwn,
-     .usage = "value,position",
-     .flow = SetValueByPosition},
-    {.name = "set_value_by_position_first_only",
-     .condition = kFirst,
-     .shape = kOwn,
-     .usage = "value,position",
-     .flow = SetValueByPosition},
-    {.name = "set_password_by_position",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "position",
-     .flow = SetPasswordByPosition},
-    {.name = "set_password_by_position_last_only",
-     .condition = kLast,
-     .shape = kWhole,
-     .usage = "position",
-     .flow = SetPasswordByPosition},
-    {.name = "set_password_by_position_first_only",
-     .condition = kFirst,
-     .shape = kWhole,
-     .usage = "position",
-     .flow = SetPasswordByPosition},
-    {.name = "set_username_by_position",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "position",
-     .flow = SetUsernameByPosition},
-    {.name = "set_username_by_position_last_only",
-     .condition = kLast,
-     .shape = kWhole,
-     .usage = "position",
-     .flow = SetUsernameByPosition},
-    {.name = "set_username_by_position_first_only",
-     .condition = kFirst,
-     .shape = kWhole,
-     .usage = "position",
-     .flow = SetUsernameByPosition},
+    kSetValueByPosition,
+    kSetValueByPosition.Member("set_value_by_position_last_only", kLast),
+    kSetValueByPosition.Member("set_value_by_position_first_only", kFirst),
+    kSetPasswordByPosition,
+    kSetPasswordByPosition.Member("set_password_by_position_last_only", kLast),
+    kSetPasswordByPosition.Member("set_password_by_position_first_only", kFirst),
+    kSetUsernameByPosition,
+    kSetUsernameByPosition.Member("set_username_by_position_last_only", kLast),
+    kSetUsernameByPosition.Member("set_username_by_position_first_only", kFirst),
 };
+
+constexpr FieldSpec kCombinedName[] = {
+    {.name = "template",
+     .inserted = Inserted::kCurrentName,
+     .help = "How the name of the password box begins."},
+    {.name = "other field",
+     .kind = FieldKind::kNeededText,
+     .help = "The box whose value ends the name, where the position is not empty."},
+    command_field::kPosition};
 
 // Without a suffix, and yet for the first entry only: one login serves a whole job.
 constexpr CommandRow kLogin[] = {
-    {.name = "set_username",
-     .condition = kFirst,
-     .shape = kPosition,
-     .usage = "field,position",
-     .flow = SetUsername},
-    {.name = "set_password",
-     .condition = kFirst,
-     .shape = kPosition,
-     .usage = "field,position",
-     .flow = SetPassword},
-    {.name = "set_password_combine_value_to_name",
-     .condition = kFirst,
-     .shape = kOwn,
-     .usage = "template,other field,position",
-     .flow = SetPasswordCombineValueToName},
+    {
+        .name = "set_username",
+        .condition = kFirst,
+        .fields = command_field::kBoxPosition,
+        .flow = SetUsername,
+        .help = "Writes the router's user name into a text box.",
+    },
+    {
+        .name = "set_password",
+        .condition = kFirst,
+        .fields = command_field::kBoxPosition,
+        .flow = SetPassword,
+        .help = "Writes the router's password into a text box.",
+    },
+    {
+        .name = "set_password_combine_value_to_name",
+        .condition = kFirst,
+        .fields = kCombinedName,
+        .flow = SetPasswordCombineValueToName,
+        .help = "Writes the router's password into the box whose name ends with the value of "
+                "another box.",
+    },
 };
 
 }  // namespace

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include "script/command_fields.h"
 #include "script/command_table.h"
+#include "script/lint_texts.h"
 #include "script/page_operations.h"
 #include "script/script_line.h"
 #include "script/script_texts.h"
@@ -25,7 +27,7 @@ FlowResult SetFrameNumber(CommandCall& call) {
 }
 
 FlowResult AddToNav(CommandCall& call) {
-  const QStringList markers = call.run.argument.split(QLatin1Char(','));
+  const QStringList& markers = call.run.fields;
   const QJsonValue found =
       co_await call.Ask(page_operation::ExtractBetweenMarkers(markers[0], markers.value(1)));
   if (call.Stopped()) {
@@ -171,132 +173,130 @@ FlowResult Timeout(CommandCall& call) {
 }
 
 using enum Condition;
-using enum Shape;
+
+constexpr FieldSpec kFrameName[] = {
+    {.name = "frame name", .help = "The frame's name; empty for the whole page."}};
+constexpr FieldSpec kFrameNumber[] = {
+    {.name = "frame number",
+     .kind = FieldKind::kWholeNumber,
+     .help = "The frame, counted from 0; 0 stands for the page itself, so the first frame cannot "
+             "be chosen."}};
+constexpr FieldSpec kMarkers[] = {{.name = "before", .help = "The markup in front of the text."},
+                                  {.name = "after", .help = "The markup after the text."}};
+constexpr FieldSpec kWords[] = {command_field::kWords};
+constexpr FieldSpec kPath[] = {command_field::kPath};
+constexpr FieldSpec kHref[] = {command_field::kHrefText, command_field::kPosition};
+constexpr FieldSpec kHrefWithLetter[] = {{.name = "href text",
+                                          .kind = FieldKind::kNeededText,
+                                          .inserted = Inserted::kLetter,
+                                          .help = command_field::kHrefText.help},
+                                         command_field::kPosition};
+constexpr FieldSpec kMilliseconds[] = {command_field::kMilliseconds};
+
+constexpr CommandRow kAddToNav{
+    .name = "add_to_nav",
+    .fields = kMarkers,
+    .flow = AddToNav,
+    .help =
+        "Takes a text from the page that every later nav adds to its address, in this job and "
+        "the following ones; a text that is not there empties it.",
+};
+constexpr CommandRow kNav{
+    .name = "nav",
+    .fields = kPath,
+    .flow = Nav,
+    .help = "Opens a page of the router and waits until it is loaded.",
+};
+constexpr CommandRow kNavLink{
+    .name = "nav_link",
+    .fields = kHref,
+    .flow = NavLink,
+    .help = "Opens the address of the first link that holds the text, without a click.",
+};
 
 constexpr CommandRow kNavigation[] = {
-    {.name = "set_frame_name",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "frame name",
-     .flow = SetFrameName},
-    {.name = "set_frame_number",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "frame number",
-     .flow = SetFrameNumber},
-    {.name = "add_to_nav",
-     .condition = kAlways,
-     .shape = kOwn,
-     .usage = "before,after",
-     .flow = AddToNav},
-    {.name = "add_to_nav_first_only",
-     .condition = kFirst,
-     .shape = kOwn,
-     .usage = "before,after",
-     .flow = AddToNav},
-    {.name = "add_to_nav_last_only",
-     .condition = kLast,
-     .shape = kOwn,
-     .usage = "before,after",
-     .flow = AddToNav},
-    {.name = "give_names_to_nameless_boxes",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "",
-     .flow = GiveNamesToNamelessBoxes},
-    {.name = "check_if_name_exists",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "",
-     .flow = CheckIfNameExists},
-    {.name = "wait_until_words_not_found",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "words",
-     .flow = WaitUntilWordsNotFound},
-    {.name = "wait_until_words_found",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "words",
-     .flow = WaitUntilWordsFound},
-    {.name = "clear_cache", .condition = kAlways, .shape = kWhole, .usage = "", .flow = ClearCache},
-    {.name = "page_refresh",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "",
-     .flow = PageRefresh},
-    {.name = "nav", .condition = kAlways, .shape = kWhole, .usage = "path", .flow = Nav},
-    {.name = "nav_first_only", .condition = kFirst, .shape = kWhole, .usage = "path", .flow = Nav},
-    {.name = "nav_last_only", .condition = kLast, .shape = kWhole, .usage = "path", .flow = Nav},
-    {.name = "nav_if_in_combo_false",
-     .condition = kNotInCombo,
-     .shape = kWhole,
-     .usage = "path",
-     .flow = Nav},
-    {.name = "nav_if_in_combo_true",
-     .condition = kInCombo,
-     .shape = kWhole,
-     .usage = "path",
-     .flow = Nav},
-    {.name = "nav_link",
-     .condition = kAlways,
-     .shape = kPosition,
-     .usage = "href text,position",
-     .flow = NavLink},
-    {.name = "nav_link_by_letter_order",
-     .condition = kAlways,
-     .shape = kPositionByLetter,
-     .usage = "href text,position",
-     .flow = NavLink},
-    {.name = "nav_link_first_only",
-     .condition = kFirst,
-     .shape = kPosition,
-     .usage = "href text,position",
-     .flow = NavLink},
-    {.name = "nav_link_last_only",
-     .condition = kLast,
-     .shape = kPosition,
-     .usage = "href text,position",
-     .flow = NavLink},
-    {.name = "nav_link_if_in_combo_false",
-     .condition = kNotInCombo,
-     .shape = kPosition,
-     .usage = "href text,position",
-     .flow = NavLink},
-    {.name = "nav_link_if_in_combo_true",
-     .condition = kInCombo,
-     .shape = kPosition,
-     .usage = "href text,position",
-     .flow = NavLink},
+    {
+        .name = "set_frame_name",
+        .fields = kFrameName,
+        .flow = SetFrameName,
+        .help = "Every later nav and nav_link loads its page into this frame.",
+    },
+    {
+        .name = "set_frame_number",
+        .fields = kFrameNumber,
+        .flow = SetFrameNumber,
+        .help = "Every later command looks for its elements in this frame.",
+    },
+    kAddToNav,
+    kAddToNav.Member("add_to_nav_first_only", kFirst),
+    kAddToNav.Member("add_to_nav_last_only", kLast),
+    {
+        .name = "give_names_to_nameless_boxes",
+        .flow = GiveNamesToNamelessBoxes,
+        .help = "Names the boxes of the page that have no name: QYL_Text1, QYL_Text2, ..., "
+                "QYL_CheckBox1, ..., QYL_DropDownBox1, ...; password boxes are left out.",
+    },
+    {
+        .name = "check_if_name_exists",
+        .flow = CheckIfNameExists,
+        .help = "Skips the entry when its name appears anywhere on the page.",
+    },
+    {
+        .name = "wait_until_words_not_found",
+        .fields = kWords,
+        .flow = WaitUntilWordsNotFound,
+        .help = "Waits, without a limit, until the page does not hold the words.",
+    },
+    {
+        .name = "wait_until_words_found",
+        .fields = kWords,
+        .flow = WaitUntilWordsFound,
+        .help = "Waits, without a limit, until the page holds the words.",
+    },
+    {
+        .name = "clear_cache",
+        .flow = ClearCache,
+        .help = "Empties the browser's cache.",
+    },
+    {
+        .name = "page_refresh",
+        .flow = PageRefresh,
+        .help = "Loads the page again and waits until it is loaded.",
+    },
+    kNav,
+    kNav.Member("nav_first_only", kFirst),
+    kNav.Member("nav_last_only", kLast),
+    kNav.Member("nav_if_in_combo_false", kNotInCombo),
+    kNav.Member("nav_if_in_combo_true", kInCombo),
+    kNavLink,
+    {
+        .name = "nav_link_by_letter_order",
+        .fields = kHrefWithLetter,
+        .flow = NavLink,
+        .help = "Opens the address of the first link that holds the text with the entry's letter "
+                "inserted: A for the first entry, B for the second.",
+    },
+    kNavLink.Member("nav_link_first_only", kFirst),
+    kNavLink.Member("nav_link_last_only", kLast),
+    kNavLink.Member("nav_link_if_in_combo_false", kNotInCombo),
+    kNavLink.Member("nav_link_if_in_combo_true", kInCombo),
+};
+
+constexpr CommandRow kTimeoutCommand{
+    .name = "timeout",
+    .fields = kMilliseconds,
+    .flow = Timeout,
+    .help = "Waits for a time.",
 };
 
 // Two of these do not do what their names say. Scripts in the field rely on it.
 constexpr CommandRow kTimeout[] = {
-    {.name = "timeout",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "milliseconds",
-     .flow = Timeout},
-    {.name = "timeout_first_only",
-     .condition = kFirst,
-     .shape = kWhole,
-     .usage = "milliseconds",
-     .flow = Timeout},
-    {.name = "timeout_last_only",
-     .condition = kNotFirst,
-     .shape = kWhole,
-     .usage = "milliseconds",
-     .flow = Timeout},
-    {.name = "timeout_if_in_combo_false",
-     .condition = kNotInCombo,
-     .shape = kWhole,
-     .usage = "milliseconds",
-     .flow = Timeout},
-    {.name = "timeout_if_in_combo_true",
-     .condition = kNotInCombo,
-     .shape = kWhole,
-     .usage = "milliseconds",
-     .flow = Timeout},
+    kTimeoutCommand,
+    kTimeoutCommand.Member("timeout_first_only", kFirst),
+    kTimeoutCommand.Member("timeout_last_only", kNotFirst, &lint_text::kWaitsAfterTheFirst),
+    kTimeoutCommand.Member("timeout_if_in_combo_false", kNotInCombo),
+    kTimeoutCommand.Member("timeout_if_in_combo_true", kNotInCombo,
+                           &lint_text::kWaitsWhenNotInCombo),
 };
 
 }  // namespace

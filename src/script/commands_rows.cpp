@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "script/command_fields.h"
 #include "script/command_table.h"
 #include "script/page_operations.h"
 #include "script/script_line.h"
@@ -52,7 +53,6 @@ QString FillTemplate(ScriptRun& run, const QString& element) {
 // what the last box held: scripts in the field are written around it.
 FlowResult FindRow(CommandCall& call, bool wants_free) {
   ScriptRun& run = call.run;
-  call.TakeFields(2);
   run.current_name.clear();
   for (const QString& element : NameArray(run)) {
     if (element.trimmed().isEmpty()) {
@@ -81,7 +81,6 @@ FlowResult SetNameToCheckFindValue(CommandCall& call) { return FindRow(call, fal
 
 FlowResult SetStringToCheck(CommandCall& call) {
   ScriptRun& run = call.run;
-  call.TakeFields(2);
   run.checked_string.clear();
   for (const QString& element : NameArray(run)) {
     if (element.trimmed().isEmpty()) {
@@ -130,63 +129,79 @@ std::optional<PageCall> NameOnchangeBoxes(CommandCall&) {
 }
 
 using enum Condition;
-using enum Shape;
+
+constexpr FieldSpec kNames[] = {
+    {.name = "name|name|...", .help = "The names of the page's rows, in their order."}};
+constexpr FieldSpec kTemplate[] = {command_field::kTemplate, command_field::kPosition};
+constexpr FieldSpec kComboBox[] = {command_field::kComboBox};
 
 constexpr CommandRow kNameArray[] = {
-    {.name = "set_name_array",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "name|name|...",
-     .flow = SetNameArray},
+    {
+        .name = "set_name_array",
+        .fields = kNames,
+        .flow = SetNameArray,
+        .help = "States the name array: what the page's own names of its rows differ in.",
+    },
 };
 
 constexpr CommandRow kFreeRow[] = {
-    {.name = "set_name_to_check",
-     .condition = kAlways,
-     .shape = kOwn,
-     .usage = "template,position",
-     .flow = SetNameToCheck},
-    {.name = "set_name_to_check_find_value",
-     .condition = kAlways,
-     .shape = kOwn,
-     .usage = "template,position",
-     .flow = SetNameToCheckFindValue},
-    {.name = "set_next_name_array",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "",
-     .flow = SetNextNameArray},
-    {.name = "set_next_letter",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "",
-     .flow = SetNextLetter},
-    {.name = "set_string_to_check",
-     .condition = kAlways,
-     .shape = kOwn,
-     .usage = "template,position",
-     .flow = SetStringToCheck},
+    {
+        .name = "set_name_to_check",
+        .fields = kTemplate,
+        .flow = SetNameToCheck,
+        .help = "Makes the first name of the name array whose box is empty or 0 the current name; "
+                "where every box is used, the value of the last one.",
+    },
+    {
+        .name = "set_name_to_check_find_value",
+        .fields = kTemplate,
+        .flow = SetNameToCheckFindValue,
+        .help = "Makes the first name of the name array whose box is neither empty nor 0 the "
+                "current name.",
+    },
+    {
+        .name = "set_next_name_array",
+        .flow = SetNextNameArray,
+        .help = "Makes the name of the name array that goes with the entry's number the current "
+                "name; beyond the array, an empty text.",
+    },
+    {
+        .name = "set_next_letter",
+        .flow = SetNextLetter,
+        .help = "Makes the entry's letter the current name: A for the first entry.",
+    },
+    {
+        .name = "set_string_to_check",
+        .fields = kTemplate,
+        .flow = SetStringToCheck,
+        .help = "Chooses the first name of the name array whose words the page does not hold; "
+                "set_number writes it.",
+    },
 };
 
 constexpr CommandRow kComboTest[] = {
-    {.name = "is_in_combo",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "combo box",
-     .flow = IsInCombo},
-    {.name = "is_in_combo_special_1",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "combo box",
-     .flow = IsInComboByLabel},
+    {
+        .name = "is_in_combo",
+        .fields = kComboBox,
+        .flow = IsInCombo,
+        .help = "Tests whether a combo box has an option with the entry's name; the commands "
+                "that end in _if_in_combo_true and _if_in_combo_false follow the answer.",
+    },
+    {
+        .name = "is_in_combo_special_1",
+        .fields = kComboBox,
+        .flow = IsInComboByLabel,
+        .help = "The same with the label under which some routers list a rule: Web [TCP/80~80].",
+    },
 };
 
 constexpr CommandRow kFirmware[] = {
-    {.name = "set_tomato_firmware_v1_tweak",
-     .condition = kAlways,
-     .shape = kWhole,
-     .usage = "",
-     .ask = NameOnchangeBoxes},
+    {
+        .name = "set_tomato_firmware_v1_tweak",
+        .ask = NameOnchangeBoxes,
+        .help = "Names the boxes of the page that have no name, text boxes only where they have "
+                "an onchange handler: QYL_Text1, QYL_CheckBox1, QYL_DropDownBox1.",
+    },
 };
 
 }  // namespace

@@ -33,7 +33,6 @@ class Interpreter final {
   Task<bool> Settle();
   Task<std::optional<RunEnd>> FollowPage(bool needs_idle);
   Task<std::optional<RunEnd>> RunCommand(const CommandRow& row);
-  void ReadArgument(Shape shape);
   Task<bool> DebugPause();
   bool Stopped() const { return env_.flags.JobStopRequested(); }
 
@@ -136,28 +135,8 @@ Task<std::optional<RunEnd>> Interpreter::FollowPage(bool needs_idle) {
   co_return end;
 }
 
-void Interpreter::ReadArgument(Shape shape) {
-  switch (shape) {
-    case Shape::kWhole:
-    case Shape::kOwn:
-      return;
-    case Shape::kPosition:
-      call_.TakeFields(2);
-      call_.InsertCurrentName();
-      return;
-    case Shape::kPositionExtra:
-      call_.TakeFields(3);
-      call_.InsertCurrentName();
-      return;
-    case Shape::kPositionByLetter:
-      call_.TakeFields(2);
-      run_.argument = InsertAt(run_.argument, run_.position, EntryLetter(run_.given.entry_index));
-      return;
-  }
-}
-
 Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
-  ReadArgument(row.shape);
+  ReadArgument(row, run_);
   if (row.flow != nullptr) {
     co_return co_await row.flow(call_);
   }

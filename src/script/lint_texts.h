@@ -4,7 +4,7 @@
 
 #include "i18n/message.h"
 
-// What the lint says. The texts belong to the window of the scripts.
+// The sentences of the lint. The texts belong to the window of the scripts.
 namespace quayline::lint_text {
 
 inline constexpr Message kBlanksInName{
@@ -20,19 +20,19 @@ inline constexpr Message kNoArgument{
     "This line runs, and without an argument. The command is written %1."};
 inline constexpr Message kNotEnclosed{
     "FrmViewScripts", "TextLintNotEnclosed",
-    "The argument stands between (\" and \"), with nothing behind them: two characters are cut off "
+    "The argument belongs between (\" and \"), with nothing after them: two characters are cut off "
     "at either end, whatever they are."};
 
 inline constexpr Message kTakesNothing{"FrmViewScripts", "TextLintTakesNothing",
-                                       "The command takes no argument: this is not looked at."};
+                                       "The command takes no argument: this is ignored."};
 inline constexpr Message kTooManyFields{
     "FrmViewScripts", "TextLintTooManyFields",
     "The argument ends here: the command takes \"%1\", and no field can hold its separator."};
 inline constexpr Message kMissing{"FrmViewScripts", "TextLintMissing",
                                   "The field \"%1\" is missing: the command takes \"%2\"."};
 inline constexpr Message kKeepsEarlier{"FrmViewScripts", "TextLintKeepsEarlier",
-                                       "Without the field \"%1\" that of an earlier line counts. "
-                                       "Put a comma where it is to be empty."};
+                                       "Without the field \"%1\" that of an earlier line is used. "
+                                       "Write a comma for an empty one."};
 inline constexpr Message kEmpty{"FrmViewScripts", "TextLintEmpty", "The field \"%1\" is empty."};
 
 inline constexpr Message kNoNumber{"FrmViewScripts", "TextLintNoNumber",
@@ -46,20 +46,20 @@ inline constexpr Message kEndless{"FrmViewScripts", "TextLintEndless",
                                   "With 0 the line never ends: it waits until the job is stopped."};
 inline constexpr Message kLeadingSlash{
     "FrmViewScripts", "TextLintLeadingSlash",
-    "The slash behind the router's address is put there already: this one is a second."};
+    "The slash after the router's address is added already: this is a second one."};
 inline constexpr Message kAddress{
     "FrmViewScripts", "TextLintAddress",
-    "The router's address is put in front of the path: write only what stands behind it."};
+    "The router's address is added in front of the path: write only what follows it."};
 
 inline constexpr Message kWaitsWhenNotInCombo{
     "FrmViewScripts", "TextLintWaitsWhenNotInCombo",
     "Whatever its name says, this command waits when the entry is not in the list."};
-inline constexpr Message kWaitsBehindTheFirst{
-    "FrmViewScripts", "TextLintWaitsBehindTheFirst",
+inline constexpr Message kWaitsAfterTheFirst{
+    "FrmViewScripts", "TextLintWaitsAfterTheFirst",
     "Whatever its name says, this command waits on every entry but the first."};
 inline constexpr Message kClicksOnEveryEntry{
     "FrmViewScripts", "TextLintClicksOnEveryEntry",
-    "Whatever its name says, this command looks at the list alone and runs on every entry."};
+    "Whatever its name says, this command tests the list alone and runs on every entry."};
 inline constexpr Message kFirstButton{
     "FrmViewScripts", "TextLintFirstButton",
     "Whatever its name says, this command acts on the first button of the name."};
@@ -67,5 +67,9 @@ inline constexpr Message kOneNumberForTwo{
     "FrmViewScripts", "TextLintOneNumberForTwo",
     "The number is the time to wait, and the position at which the current name goes into the "
     "button's name."};
+
+inline constexpr Message kFirstOption{
+    "FrmViewScripts", "TextLintFirstOption",
+    "Whatever its name says, this command chooses the first option that has any text or value."};
 
 }  // namespace quayline::lint_text

@@ -8,15 +8,15 @@
 #include <numeric>
 #include <vector>
 
-#include "script/script_lint.h"
+#include "script/command_table.h"
 
 namespace quayline {
 
 namespace {
 
-// How many single steps lead from one text to the other: a letter put in, left out or replaced, two
+// How many single edits make one text the other: a letter added, removed or replaced, or two
 // neighbours exchanged.
-int Steps(QStringView from, QStringView to) {
+int EditDistance(QStringView from, QStringView to) {
   const auto width = static_cast<size_t>(to.size()) + 1;
   std::vector<int> before_last(width);
   std::vector<int> last(width);
@@ -49,11 +49,11 @@ QString NearestCommandName(const QString& name, bool is_call) {
   for (const CommandRow& row : CommandTable()) {
     const auto size = static_cast<qsizetype>(row.name.size());
     if (std::abs(size - name.size()) >= fewest) {
-      continue;  // each letter more is a step
+      continue;  // each letter more is an edit
     }
     const QString candidate = CommandName(row);
-    if (const int steps = Steps(name, candidate); steps < fewest) {
-      fewest = steps;
+    if (const int edits = EditDistance(name, candidate); edits < fewest) {
+      fewest = edits;
       nearest = candidate;
     }
   }

@@ -13,89 +13,33 @@ namespace quayline {
 
 namespace {
 
-enum class FieldKind {
-  kText,
-  kNeededText,  // an empty one finds nothing
-  kPath,
-  kNumber,
-  kMilliseconds,
-  kTruth,
-};
-
-enum class WhenMissing { kIsWrong, kKeepsEarlier, kHasDefault };
-
-// What a field's name in a command's usage says about it.
-struct FieldRule {
-  std::string_view name;
-  FieldKind kind;
-  WhenMissing when_missing = WhenMissing::kIsWrong;
-};
-
-constexpr FieldRule kFieldRules[] = {
-    {"path", FieldKind::kPath},
-    {"words", FieldKind::kNeededText},
-    {"button", FieldKind::kNeededText},
-    {"combo box", FieldKind::kNeededText},
-    {"field", FieldKind::kNeededText},
-    {"first field", FieldKind::kNeededText},
-    {"second field", FieldKind::kNeededText},
-    {"other field", FieldKind::kNeededText},
-    {"href text", FieldKind::kNeededText},
-    {"onclick text", FieldKind::kNeededText},
-    {"code", FieldKind::kNeededText},
-    {"frame number", FieldKind::kNumber},
-    {"form number", FieldKind::kNumber},
-    {"span", FieldKind::kNumber},
-    {"position", FieldKind::kNumber, WhenMissing::kKeepsEarlier},
-    {"milliseconds", FieldKind::kMilliseconds, WhenMissing::kKeepsEarlier},
-    {"only if empty", FieldKind::kTruth, WhenMissing::kHasDefault},
-    {"separator", FieldKind::kText, WhenMissing::kHasDefault},
-    {"udp text", FieldKind::kText, WhenMissing::kHasDefault},
-    {"both text", FieldKind::kText, WhenMissing::kHasDefault},
-};
-
-// Commands that do not do what they say. Scripts in the field rely on it, so they stay.
-struct Quirk {
-  std::string_view name;
-  Message text;
-};
-
-constexpr Quirk kQuirks[] = {
-    {"timeout_if_in_combo_true", lint_text::kWaitsWhenNotInCombo},
-    {"timeout_last_only", lint_text::kWaitsBehindTheFirst},
-    {"click_button_last_only_if_in_combo_true", lint_text::kClicksOnEveryEntry},
-    {"click_button_last_only_if_in_combo_false", lint_text::kClicksOnEveryEntry},
-    {"set_2ndradiobutton_if_in_combo_true", lint_text::kFirstButton},
-    {"set_2ndradiobutton_if_in_combo_false", lint_text::kFirstButton},
-    {"click_button_ignore_page_loading_if_in_combo_true", lint_text::kOneNumberForTwo},
-    {"click_button_ignore_page_loading_if_in_combo_false", lint_text::kOneNumberForTwo},
-};
-
-QString Latin1(std::string_view text) {
-  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-// A field without a rule may hold anything, and has to be there.
-FieldRule RuleOf(const QString& field) {
-  const auto* rule = std::ranges::find_if(kFieldRules, [&field](const FieldRule& candidate) {
-    return field == QLatin1String(candidate.name.data(), candidate.name.size());
-  });
-  return rule == std::end(kFieldRules) ? FieldRule{{}, FieldKind::kText} : *rule;
-}
-
-// A field of the argument and where in the line it stands.
+// A field of the argument, and where it begins in the line.
 struct Field {
   QString text;
   qsizetype start = 0;
 };
 
-QList<Field> SplitFields(const QString& argument, qsizetype start, QChar separator) {
+QList<Field> SplitFields(const CommandRow& row, const Field& argument) {
+  const auto count = static_cast<qsizetype>(row.fields.size());
+  if (count < 2) {
+    return {argument};
+  }
   QList<Field> fields;
-  for (const QString& text : argument.split(separator)) {
-    fields.append({text, start});
+  qsizetype start = argument.start;
+  for (const QString& text : argument.text.split(QLatin1Char(row.separator))) {
+    if (fields.size() == count && row.fields.back().takes_rest) {
+      fields.last().text += QLatin1Char(row.separator) + text;
+    } else {
+      fields.append({text, start});
+    }
     start += text.size() + 1;
   }
   return fields;
+}
+
+const FieldSpec* FieldOfKind(const CommandRow& row, FieldKind kind) {
+  const auto found = std::ranges::find(row.fields, kind, &FieldSpec::kind);
+  return found == row.fields.end() ? nullptr : &*found;
 }
 
 // The lint of one line.
@@ -134,9 +78,9 @@ class LineLint final {
   void LintCommand(const CommandRow& row);
   bool LintEnclosure(const CommandRow& row);
   void LintFields(const CommandRow& row);
-  void LintMissing(const CommandRow& row, const QStringList& names, const Field& last);
-  void LintField(const Field& field, const FieldRule& rule, bool may_be_empty);
-  void LintNumber(const Field& field, const FieldRule& rule);
+  void LintMissing(const CommandRow& row, const QList<Field>& fields);
+  void LintField(const Field& field, const FieldSpec& spec);
+  void LintNumber(const Field& field, const FieldSpec& spec);
   void LintPath(const Field& field);
   void LintPosition(const Field& position, const Field& target);
 
@@ -146,7 +90,7 @@ class LineLint final {
   QList<LintFinding> findings_;
 };
 
-// Any text may serve as a comment. What is told is what somebody has meant as a command.
+// Any text may serve as a comment. Only what was probably meant as a command is reported.
 void LineLint::LintUnknown(const QString& name) {
   QString squeezed = name.toLower();
   squeezed.removeIf([](QChar c) { return c.isSpace(); });
@@ -165,19 +109,18 @@ void LineLint::LintUnknown(const QString& name) {
 }
 
 void LineLint::LintCommand(const CommandRow& row) {
-  const auto* quirk = std::ranges::find(kQuirks, row.name, &Quirk::name);
-  if (quirk != std::end(kQuirks)) {
-    Add(LintSeverity::kWarning, 0, name_size_, quirk->text);
+  if (row.quirk != nullptr) {
+    Add(LintSeverity::kWarning, 0, name_size_, *row.quirk);
   }
   if (LintEnclosure(row)) {
     LintFields(row);
   }
 }
 
-// False: the argument cannot be looked at.
+// False: the argument cannot be judged.
 bool LineLint::LintEnclosure(const CommandRow& row) {
   if (!has_parenthesis_) {
-    if (!row.usage.empty()) {
+    if (!row.fields.empty()) {
       Add(LintSeverity::kError, 0, name_size_, lint_text::kNoArgument, {CommandShape(row)});
     }
     return false;
@@ -193,94 +136,92 @@ bool LineLint::LintEnclosure(const CommandRow& row) {
 }
 
 void LineLint::LintFields(const CommandRow& row) {
-  const QString usage = Latin1(row.usage);
-  const QString argument = ParseScriptLine(line_).argument;
-  const Field whole{.text = argument, .start = name_size_ + 2};
-  if (usage.isEmpty()) {
-    if (!argument.isEmpty()) {
-      Add(LintSeverity::kWarning, whole.start, argument.size(), lint_text::kTakesNothing);
+  const Field argument{.text = ParseScriptLine(line_).argument, .start = name_size_ + 2};
+  if (row.fields.empty()) {
+    if (!argument.text.isEmpty()) {
+      Add(LintSeverity::kWarning, argument.start, argument.text.size(), lint_text::kTakesNothing);
     }
     return;
   }
-  if (row.shape == Shape::kWhole) {
-    LintField(whole, RuleOf(usage), false);
-    return;
+  const QList<Field> fields = SplitFields(row, argument);
+  const FieldSpec* position = FieldOfKind(row, FieldKind::kPosition);
+  const Field inserted_at =
+      position == nullptr ? Field() : fields.value(position - row.fields.data());
+  const auto count = static_cast<qsizetype>(row.fields.size());
+  for (qsizetype i = 0; i < std::min(count, fields.size()); ++i) {
+    const FieldSpec& spec = row.fields[static_cast<size_t>(i)];
+    const bool is_target = spec.inserted != Inserted::kNothing && !inserted_at.text.isEmpty();
+    // What is inserted may be the whole text.
+    if (!is_target || !fields.at(i).text.isEmpty()) {
+      LintField(fields.at(i), spec);
+    }
+    if (is_target) {
+      LintPosition(inserted_at, fields.at(i));
+    }
   }
-  const QChar separator = usage.contains(QLatin1Char('|')) ? QLatin1Char('|') : QLatin1Char(',');
-  const QList<Field> fields = SplitFields(argument, whole.start, separator);
-  const QStringList names = usage.split(separator);
-  // A position says where in a field the current name goes, but for the command that counts boxes.
-  const qsizetype position = names.indexOf(QLatin1String("position"));
-  const bool inserts = position >= 0 && names.first() != QLatin1String("value");
-  const qsizetype target = names.indexOf(QLatin1String("onclick text")) == 1 ? 1 : 0;
-  const bool inserts_here = inserts && !fields.value(position).text.isEmpty();
-  for (qsizetype i = 0; i < std::min(names.size(), fields.size()); ++i) {
-    const bool may_be_empty = (inserts && i == position) || (inserts_here && i == target);
-    LintField(fields.at(i), RuleOf(names.at(i)), may_be_empty);
+  if (!argument.text.isEmpty()) {
+    LintMissing(row, fields);
   }
-  if (!argument.isEmpty()) {
-    LintMissing(row, names.mid(fields.size()), fields.last());
-  }
-  if (inserts_here && target < fields.size()) {
-    LintPosition(fields.at(position), fields.at(target));
-  }
-  if (fields.size() > names.size()) {
-    const qsizetype end = fields.at(names.size()).start - 1;
-    Add(LintSeverity::kError, end, whole.start + argument.size() - end, lint_text::kTooManyFields,
-        {usage});
+  if (fields.size() > count) {
+    const qsizetype end = fields.at(count).start - 1;
+    Add(LintSeverity::kError, end, argument.start + argument.text.size() - end,
+        lint_text::kTooManyFields, {CommandUsage(row)});
   }
 }
 
 // One finding is enough: whoever adds the field that is needed adds those in front of it.
-void LineLint::LintMissing(const CommandRow& row, const QStringList& names, const Field& last) {
-  const auto Find = [&names](WhenMissing what) {
-    return std::ranges::find_if(
-        names, [what](const QString& name) { return RuleOf(name).when_missing == what; });
+void LineLint::LintMissing(const CommandRow& row, const QList<Field>& fields) {
+  const auto missing =
+      row.fields.subspan(std::min(row.fields.size(), static_cast<size_t>(fields.size())));
+  const auto Find = [missing](WhenMissing what) {
+    return std::ranges::find(missing, what, &FieldSpec::when_missing);
   };
-  if (const auto wrong = Find(WhenMissing::kIsWrong); wrong != names.end()) {
-    Wrong(last, lint_text::kMissing, {*wrong, Latin1(row.usage)});
-    return;
-  }
-  // This click waits a tenth of a second where the line does not say how long.
-  const bool has_default = row.name == std::string_view("click_button_ignore_page_loading");
-  if (const auto kept = Find(WhenMissing::kKeepsEarlier); kept != names.end() && !has_default) {
-    Add(LintSeverity::kWarning, last.start, last.text.size(), lint_text::kKeepsEarlier, {*kept});
+  const Field& last = fields.last();
+  if (const auto wrong = Find(WhenMissing::kIsError); wrong != missing.end()) {
+    Wrong(last, lint_text::kMissing, {FromAscii(wrong->name), CommandUsage(row)});
+  } else if (const auto kept = Find(WhenMissing::kKeepsEarlier); kept != missing.end()) {
+    Add(LintSeverity::kWarning, last.start, last.text.size(), lint_text::kKeepsEarlier,
+        {FromAscii(kept->name)});
   }
 }
 
-void LineLint::LintField(const Field& field, const FieldRule& rule, bool may_be_empty) {
+void LineLint::LintField(const Field& field, const FieldSpec& spec) {
   const bool is_empty = field.text.isEmpty();
-  if (is_empty && may_be_empty) {
-    return;
-  }
-  switch (rule.kind) {
+  switch (spec.kind) {
     case FieldKind::kText:
       return;
     case FieldKind::kNeededText:
+    case FieldKind::kJavaScript:
+    case FieldKind::kKey:
       if (is_empty) {
-        Wrong(field, lint_text::kEmpty, {Latin1(rule.name)});
+        Wrong(field, lint_text::kEmpty, {FromAscii(spec.name)});
       }
       return;
     case FieldKind::kPath:
       LintPath(field);
       return;
-    case FieldKind::kNumber:
+    case FieldKind::kPosition:
+      if (!is_empty) {
+        LintNumber(field, spec);
+      }
+      return;
+    case FieldKind::kWholeNumber:
     case FieldKind::kMilliseconds:
-      LintNumber(field, rule);
+      LintNumber(field, spec);
       return;
     case FieldKind::kTruth:
       if (!is_empty && !TruthValue(field.text)) {
-        Wrong(field, lint_text::kNoTruth, {Latin1(rule.name), field.text});
+        Wrong(field, lint_text::kNoTruth, {FromAscii(spec.name), field.text});
       }
       return;
   }
 }
 
-void LineLint::LintNumber(const Field& field, const FieldRule& rule) {
+void LineLint::LintNumber(const Field& field, const FieldSpec& spec) {
   const std::optional<int> number = WholeNumber(field.text);
   if (!number || *number < 0) {
-    Wrong(field, lint_text::kNoNumber, {Latin1(rule.name), field.text});
-  } else if (*number == 0 && rule.kind == FieldKind::kMilliseconds) {
+    Wrong(field, lint_text::kNoNumber, {FromAscii(spec.name), field.text});
+  } else if (*number == 0 && spec.kind == FieldKind::kMilliseconds) {
     Wrong(field, lint_text::kEndless);
   }
 }
@@ -323,11 +264,5 @@ QString LintSentence(const LintFinding& finding, const Translator& translator) {
 QString LintSentence(const LintFinding& finding) {
   return Filled(QString::fromUtf8(finding.text.english), finding.values);
 }
-
-QString CommandShape(const CommandRow& row) {
-  return CommandName(row) + QLatin1String("(\"") + Latin1(row.usage) + QLatin1String("\")");
-}
-
-QString CommandName(const CommandRow& row) { return Latin1(row.name); }
 
 }  // namespace quayline

@@ -22,21 +22,17 @@ struct LintFinding {
   qsizetype start = 0;
   qsizetype length = 0;
   Message text{};
-  QStringList values;  // what stands for %1, %2, ... of the text
+  QStringList values;  // for %1, %2, ... of the text
 };
 
-// What whoever writes scripts should know of a line before a router meets it. A script never fails:
-// a line that is no command is a comment, a field that is missing is that of an earlier line. So
-// the lint speaks where a line would silently do nothing or something else. Each line is judged by
-// itself, against its command's row.
+// Finds what is wrong with a line before a router sees it. A script never fails: a line that is no
+// command is a comment, and a missing field is that of an earlier line. So the lint reports lines
+// that would silently do nothing, or something else than they say. Each line is judged by itself,
+// against its command's row.
 QList<LintFinding> LintScriptLine(const QString& line);
 
 // The finding as a sentence, in the user's language or in English.
 QString LintSentence(const LintFinding& finding, const Translator& translator);
 QString LintSentence(const LintFinding& finding);
-
-// How a command is written: set_name("field,position").
-QString CommandShape(const CommandRow& row);
-QString CommandName(const CommandRow& row);
 
 }  // namespace quayline

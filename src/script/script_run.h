@@ -28,6 +28,13 @@ struct RunArguments {
   QString entry_end_port;
   QString entry_ip;
   QString entry_computer_name;
+
+  bool IsProtocol(const char* protocol) const {
+    return entry_protocol.compare(QLatin1String(protocol), Qt::CaseInsensitive) == 0;
+  }
+  bool UsesBoth() const { return IsProtocol("tcp/udp"); }
+  bool UsesTcp() const { return IsProtocol("tcp") || UsesBoth(); }
+  bool UsesUdp() const { return IsProtocol("udp") || UsesBoth(); }
 };
 
 // The state of one pass. All of it is lost at the pass's end: nothing carries over from one entry
@@ -42,13 +49,26 @@ struct ScriptRun {
   // Part `number` (1 to 4) of the entry's address; empty where the address has no such part.
   QString IpPart(int number) const { return ip_parts.value(number - 1); }
 
+  // The page's own word for the entry's protocol, as far as the script has stated it; nothing for
+  // a protocol that is none of the three.
+  std::optional<QString> TypeChoice() const {
+    if (given.UsesBoth()) {
+      return type_choice_both;
+    }
+    if (given.UsesTcp()) {
+      return type_choice_tcp;
+    }
+    return given.UsesUdp() ? std::optional(type_choice_udp) : std::nullopt;
+  }
+
   const RunArguments given;
   const QStringList ip_parts;
   const QString trimmed_username;  // what addresses are built with
   const QString trimmed_password;
 
-  QString argument;  // of the current line; a command that splits it leaves field 0 here
-  QString url;       // the last address built, as the log shows it
+  QString argument;    // of the current line; field 0 where the command splits it
+  QStringList fields;  // of the current line, with what was inserted: see ReadArgument()
+  QString url;         // the last address built, as the log shows it
 
   // What the page's markup was at its last answer; empty where that does not tell anything of it.
   QString markup_state;

@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QHash>
 
-#include "script/script_lint.h"
 #include "script/script_rig.h"
 
 namespace quayline::testing {
@@ -31,11 +30,30 @@ TEST(CommandTable, EveryRowHasOneHandlerAndIsFoundByItsName) {
   for (const CommandRow& row : CommandTable()) {
     EXPECT_NE(row.ask == nullptr, row.flow == nullptr) << row.name;
     EXPECT_FALSE(row.awaits_page && row.ask == nullptr) << row.name << " waits on its own";
-    EXPECT_EQ(FindCommand(CommandName(row)), &row) << row.name << " stands there twice";
+    EXPECT_EQ(FindCommand(CommandName(row)), &row) << row.name << " is there twice";
   }
   for (const char* text : {"", " nav", "nav ", "navigate", "set_name_", "set_", "# set_name",
                            "click_button_first_only_", "timeout_not_last_only"}) {
     EXPECT_EQ(FindCommand(QString::fromUtf8(text)), nullptr) << '"' << text << '"';
+  }
+}
+
+// The insertion needs a position, and a kept field a run that keeps it once.
+TEST(CommandTable, FieldsFitTogether) {
+  for (const CommandRow& row : CommandTable()) {
+    EXPECT_TRUE(row.help.ends_with('.')) << row.name;
+    int positions = 0;
+    int targets = 0;
+    for (const FieldSpec& field : row.fields) {
+      EXPECT_TRUE(field.help.ends_with('.')) << row.name << ": " << field.name;
+      EXPECT_TRUE(field.default_value.empty() || field.when_missing == WhenMissing::kUsesDefault);
+      EXPECT_EQ(field.takes_rest && &field != &row.fields.back(), false) << row.name;
+      positions += field.kept_as == KeptAs::kPosition ? 1 : 0;
+      targets += field.inserted != Inserted::kNothing ? 1 : 0;
+      EXPECT_FALSE(field.kind == FieldKind::kPosition && field.kept_as != KeptAs::kPosition);
+    }
+    EXPECT_LE(positions, 1) << row.name;
+    EXPECT_LE(targets, positions) << row.name << " inserts at the position of another line";
   }
 }
 
