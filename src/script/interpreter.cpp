@@ -155,7 +155,7 @@ Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
   }
   box_ = SetBox{.mark = mark,
                 .argument = run_.argument,
-                .is_choice = page_operation::IsChoice(*question)};
+                .is_choice = question->kind == PageCallKind::kChoice};
   co_return std::nullopt;
 }
 

@@ -8,14 +8,26 @@
 
 namespace quayline {
 
-// One question to the page agent, the script that Quayline keeps in every page. The page cannot
-// change while it is answered.
+// What a call does to the page, and so what the page may do in reply.
+enum class PageCallKind {
+  kQuestion,  // changes nothing that a page reacts to
+  kInput,     // writes into a box or gives it the focus
+  kChoice,    // chooses among what the page offers: many pages load another form then
+  kClick,     // clicks or submits
+};
+
+// One call of the page agent, the script that Quayline keeps in every page. The page cannot change
+// while it is answered. Made by the functions of page_operations.h.
 struct PageCall {
   QString operation;  // the agent's name of the operation, for example "SetElementValue"
+  PageCallKind kind = PageCallKind::kQuestion;
   QJsonArray arguments;
   int frame = 0;  // 0: the top document, n: document of item n of its frames
-  // What the operation comes to when there is no page to ask.
+  // The result when there is no page to ask.
   QJsonValue if_gone = QStringLiteral("failed");
+
+  // Whether the page may react with work of its own.
+  bool IsUserAction() const { return kind != PageCallKind::kQuestion; }
 
   bool operator==(const PageCall&) const = default;
 };
@@ -24,10 +36,10 @@ struct PageCall {
 struct PageAnswer {
   bool answered = false;
   QJsonValue value;
-  // Of the document asked, behind the call: see page_operation::ReadMarkupState().
+  // Of the document asked, after the call: see page_operation::ReadMarkupState().
   QString markup_state;
-  // The page has work in hand: such as it put off behind an act, or, where what the act was for is
-  // not there, before it.
+  // The page has pending work: started by the action, or, if the target was not found, any pending
+  // work.
   bool is_working = false;
 };
 

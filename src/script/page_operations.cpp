@@ -3,115 +3,136 @@
 
 #include "script/page_operations.h"
 
-#include <algorithm>
-#include <array>
-
 namespace quayline::page_operation {
 
 namespace {
 
-PageCall Call(const char* operation, QJsonArray arguments = {},
-              const char* if_gone = page_result::kFailed) {
-  return {.operation = QString::fromLatin1(operation),
-          .arguments = std::move(arguments),
-          .if_gone = QString::fromLatin1(if_gone)};
+using enum PageCallKind;
+
+// The result of a call that no page answers.
+enum class IfGone { kFailed, kFailedLink, kSuccessful, kEmptyText, kFalse };
+
+// What the engine must know about an operation.
+struct Operation {
+  const char* name;  // the agent's
+  PageCallKind kind;
+  IfGone if_gone;
+};
+
+constexpr Operation kSelectOptionByText{"SelectOptionByText", kChoice, IfGone::kFailed};
+constexpr Operation kClickLinkByHref{"ClickLinkByHref", kClick, IfGone::kFailedLink};
+constexpr Operation kFindLinkByHref{"FindLinkByHref", kQuestion, IfGone::kEmptyText};
+constexpr Operation kClickByOnclick{"ClickByOnclick", kClick, IfGone::kFailed};
+constexpr Operation kClickButtonByOnclick{"ClickButtonByOnclick", kClick, IfGone::kFailed};
+constexpr Operation kClickButton{"ClickButton", kClick, IfGone::kFailed};
+// A form that does not exist counts as submitted.
+constexpr Operation kSubmitFormByNumber{"SubmitFormByNumber", kClick, IfGone::kSuccessful};
+constexpr Operation kPageContainsWords{"PageContainsWords", kQuestion, IfGone::kFalse};
+constexpr Operation kExtractBetweenMarkers{"ExtractBetweenMarkers", kQuestion, IfGone::kEmptyText};
+constexpr Operation kNameNamelessBoxes{"NameNamelessBoxes", kQuestion, IfGone::kFailed};
+constexpr Operation kNameOnchangeBoxes{"NameOnchangeBoxes", kQuestion, IfGone::kFailed};
+constexpr Operation kComboHasOption{"ComboHasOption", kQuestion, IfGone::kFalse};
+constexpr Operation kSetElementValue{"SetElementValue", kInput, IfGone::kFailed};
+constexpr Operation kSetSecondElementValue{"SetSecondElementValue", kInput, IfGone::kFailed};
+constexpr Operation kGetElementValue{"GetElementValue", kQuestion, IfGone::kEmptyText};
+constexpr Operation kSetCheckbox{"SetCheckbox", kChoice, IfGone::kFailed};
+constexpr Operation kSetCheckboxByPageText{"SetCheckboxByPageText", kChoice, IfGone::kFailed};
+constexpr Operation kSetRadioButton{"SetRadioButton", kChoice, IfGone::kFailed};
+constexpr Operation kSetSecondRadioButton{"SetSecondRadioButton", kChoice, IfGone::kFailed};
+constexpr Operation kSetComboValue{"SetComboValue", kChoice, IfGone::kFailed};
+constexpr Operation kFocusElementByPosition{"FocusElementByPosition", kInput, IfGone::kFailed};
+constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
+
+QJsonValue ResultIfGone(IfGone if_gone) {
+  switch (if_gone) {
+    case IfGone::kFailed:
+      return QLatin1String(page_result::kFailed);
+    case IfGone::kFailedLink:
+      return QLatin1String(page_result::kFailedLink);
+    case IfGone::kSuccessful:
+      return QLatin1String(page_result::kSuccessful);
+    case IfGone::kEmptyText:
+      return QString();
+    case IfGone::kFalse:
+      return false;
+  }
+  return {};
 }
 
-PageCall Question(const char* operation, QJsonArray arguments, QJsonValue if_gone) {
-  return {.operation = QString::fromLatin1(operation),
+PageCall Call(const Operation& operation, QJsonArray arguments) {
+  return {.operation = QString::fromLatin1(operation.name),
+          .kind = operation.kind,
           .arguments = std::move(arguments),
-          .if_gone = std::move(if_gone)};
+          .if_gone = ResultIfGone(operation.if_gone)};
 }
 
 }  // namespace
 
-PageCall SelectOptionByText(const QString& text) { return Call("SelectOptionByText", {text}); }
+PageCall SelectOptionByText(const QString& text) { return Call(kSelectOptionByText, {text}); }
 
-PageCall ClickLinkByHref(const QString& href_part) {
-  return Call("ClickLinkByHref", {href_part}, page_result::kFailedLink);
-}
+PageCall ClickLinkByHref(const QString& href_part) { return Call(kClickLinkByHref, {href_part}); }
 
-PageCall FindLinkByHref(const QString& href_part) {
-  return Question("FindLinkByHref", {href_part}, QString());
-}
+PageCall FindLinkByHref(const QString& href_part) { return Call(kFindLinkByHref, {href_part}); }
 
 PageCall ClickByOnclick(const QString& onclick_part) {
-  return Call("ClickByOnclick", {onclick_part});
+  return Call(kClickByOnclick, {onclick_part});
 }
 
 PageCall ClickButtonByOnclick(const QString& name, const QString& onclick_part) {
-  return Call("ClickButtonByOnclick", {name, onclick_part});
+  return Call(kClickButtonByOnclick, {name, onclick_part});
 }
 
-PageCall ClickButton(const QString& name) { return Call("ClickButton", {name}); }
+PageCall ClickButton(const QString& name) { return Call(kClickButton, {name}); }
 
-PageCall SubmitFormByNumber(int number) {
-  return Call("SubmitFormByNumber", {number}, page_result::kSuccessful);
-}
+PageCall SubmitFormByNumber(int number) { return Call(kSubmitFormByNumber, {number}); }
 
-PageCall PageContainsWords(const QString& words) {
-  return Question("PageContainsWords", {words}, false);
-}
+PageCall PageContainsWords(const QString& words) { return Call(kPageContainsWords, {words}); }
 
 PageCall ExtractBetweenMarkers(const QString& before, const QString& after) {
-  return Question("ExtractBetweenMarkers", {before, after}, QString());
+  return Call(kExtractBetweenMarkers, {before, after});
 }
 
-PageCall NameNamelessBoxes() { return Call("NameNamelessBoxes"); }
+PageCall NameNamelessBoxes() { return Call(kNameNamelessBoxes, {}); }
 
-PageCall NameOnchangeBoxes() { return Call("NameOnchangeBoxes"); }
+PageCall NameOnchangeBoxes() { return Call(kNameOnchangeBoxes, {}); }
 
 PageCall ComboHasOption(const QString& combo_name, const QString& text) {
-  return Question("ComboHasOption", {combo_name, text}, false);
+  return Call(kComboHasOption, {combo_name, text});
 }
 
 PageCall SetElementValue(const QString& name, const QString& value, bool only_if_empty) {
-  return Call("SetElementValue", {name, value, only_if_empty});
+  return Call(kSetElementValue, {name, value, only_if_empty});
 }
 
 PageCall SetSecondElementValue(const QString& name, const QString& value, bool only_if_empty) {
-  return Call("SetSecondElementValue", {name, value, only_if_empty});
+  return Call(kSetSecondElementValue, {name, value, only_if_empty});
 }
 
-PageCall GetElementValue(const QString& name) {
-  return Question("GetElementValue", {name}, QString());
-}
+PageCall GetElementValue(const QString& name) { return Call(kGetElementValue, {name}); }
 
 PageCall SetCheckbox(const QString& name, bool checked) {
-  return Call("SetCheckbox", {name, checked});
+  return Call(kSetCheckbox, {name, checked});
 }
 
 PageCall SetCheckboxByPageText(const QString& text, int span, const QString& start_marker,
                                const QString& end_marker, bool checked) {
-  return Call("SetCheckboxByPageText", {text, span, start_marker, end_marker, checked});
+  return Call(kSetCheckboxByPageText, {text, span, start_marker, end_marker, checked});
 }
 
 PageCall SetRadioButton(const QString& name, const QString& value) {
-  return Call("SetRadioButton", {name, value});
+  return Call(kSetRadioButton, {name, value});
 }
 
-PageCall SetSecondRadioButton(const QString& name) { return Call("SetSecondRadioButton", {name}); }
+PageCall SetSecondRadioButton(const QString& name) { return Call(kSetSecondRadioButton, {name}); }
 
 PageCall SetComboValue(const QString& name, const ComboMatch& match) {
-  return Call("SetComboValue", {name, match.text, match.second_text, match.partial});
+  return Call(kSetComboValue, {name, match.text, match.second_text, match.partial});
 }
 
 PageCall FocusElementByPosition(int position, bool only_if_empty) {
-  return Call("FocusElementByPosition", {position, only_if_empty});
+  return Call(kFocusElementByPosition, {position, only_if_empty});
 }
 
-bool IsAct(const PageCall& call) {
-  static constexpr std::array kActs{"Click", "Submit", "Set", "Select", "Focus"};
-  return std::ranges::any_of(
-      kActs, [&call](const char* act) { return call.operation.startsWith(QLatin1String(act)); });
-}
-
-bool IsChoice(const PageCall& call) {
-  return (call.operation.startsWith(QLatin1String("Set")) &&
-          !call.operation.endsWith(QLatin1String("ElementValue"))) ||
-         call.operation.startsWith(QLatin1String("Select"));
-}
-
-PageCall ReadMarkupState() { return Question("ReadMarkupState", {}, QString()); }
+PageCall ReadMarkupState() { return Call(kReadMarkupState, {}); }
 
 }  // namespace quayline::page_operation

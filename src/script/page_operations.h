@@ -15,8 +15,8 @@ inline constexpr char kFailedLink[] = "failed_link";
 
 // The operations on a page's elements, one call of the agent each. An operation finds one element
 // of its document by a fixed ladder of searches, acts on it and answers with one of the results
-// above, unless told otherwise. How each searches is written in page_agent.js. The frame of the
-// call is set by whoever sends it.
+// above, unless told otherwise. How each searches is written in web/agent/. The frame of the call is
+// set by whoever sends it.
 namespace page_operation {
 
 PageCall SelectOptionByText(const QString& text);
@@ -54,12 +54,6 @@ struct ComboMatch {
 };
 PageCall SetComboValue(const QString& name, const ComboMatch& match);
 PageCall FocusElementByPosition(int position, bool only_if_empty = false);
-
-// Whether a page may have something to do behind a call.
-bool IsAct(const PageCall& call);
-
-// Whether a call chooses among what the page offers, whereupon pages load other forms.
-bool IsChoice(const PageCall& call);
 
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.

@@ -251,10 +251,10 @@ void WebPageHost::StopNavigation() {
 void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
 
 void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {
-  if (page_operation::IsAct(call)) {
+  if (call.IsUserAction()) {
     NoteAct();
   }
-  const QJsonArray arguments{call.operation, call.arguments, call.frame};
+  const QJsonArray arguments{call.operation, call.arguments, call.frame, call.IsUserAction()};
   Ask(QStringLiteral("window.quaylineCall?.(...%1)").arg(AsJavaScript(arguments)),
       QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
         const QVariantMap envelope = result.toMap();

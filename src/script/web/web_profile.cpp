@@ -91,7 +91,11 @@ void WebProfile::InstallScripts() {
   Install(QStringLiteral("agent"), QWebEngineScript::ApplicationWorld,
           Called("installPageIdle", {"watch/page_idle.js"},
                  {beacon_, watch_ask, watch_reply, limits}) +
-              Called("installPageAgent", {"page_agent.js"}, {beacon_, ask, reply}));
+              Called("installPageAgent",
+                     {"agent/elements.js", "agent/finding.js", "agent/acting.js",
+                      "agent/clicking.js", "agent/choosing.js", "agent/reading.js",
+                      "agent/entry.js"},
+                     {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
           Called("installHandlerReader", {"handler_reader.js"}, {ask, reply}) +
               Called("installPageWatch",
