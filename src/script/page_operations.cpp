@@ -10,7 +10,7 @@ namespace {
 using enum PageCallKind;
 
 // The result of a call that no page answers.
-enum class IfGone { kFailed, kFailedLink, kSuccessful, kEmptyText, kFalse };
+enum class IfGone { kFailed, kFailedLink, kSuccessful, kEmptyText, kFalse, kEmptyList };
 
 // What the engine must know about an operation.
 struct Operation {
@@ -41,6 +41,13 @@ constexpr Operation kSetRadioButton{"SetRadioButton", kChoice, IfGone::kFailed};
 constexpr Operation kSetSecondRadioButton{"SetSecondRadioButton", kChoice, IfGone::kFailed};
 constexpr Operation kSetComboValue{"SetComboValue", kChoice, IfGone::kFailed};
 constexpr Operation kFocusElementByPosition{"FocusElementByPosition", kInput, IfGone::kFailed};
+constexpr Operation kChooseItem{"ChooseItem", kChoice, IfGone::kFailed};
+constexpr Operation kChooseOpenItem{"ChooseOpenItem", kChoice, IfGone::kFailed};
+constexpr Operation kFocusField{"FocusField", kInput, IfGone::kFailed};
+constexpr Operation kElementIsThere{"ElementIsThere", kQuestion, IfGone::kFalse};
+constexpr Operation kNearestNames{"NearestNames", kQuestion, IfGone::kEmptyList};
+constexpr Operation kNamePasswordBoxes{"NamePasswordBoxes", kQuestion, IfGone::kFailed};
+constexpr Operation kPageShowsText{"PageShowsText", kQuestion, IfGone::kFalse};
 constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
 
 QJsonValue ResultIfGone(IfGone if_gone) {
@@ -55,6 +62,8 @@ QJsonValue ResultIfGone(IfGone if_gone) {
       return QString();
     case IfGone::kFalse:
       return false;
+    case IfGone::kEmptyList:
+      return QJsonArray();
   }
   return {};
 }
@@ -132,6 +141,22 @@ PageCall SetComboValue(const QString& name, const ComboMatch& match) {
 PageCall FocusElementByPosition(int position, bool only_if_empty) {
   return Call(kFocusElementByPosition, {position, only_if_empty});
 }
+
+PageCall ChooseItem(const QString& name, const QString& text) {
+  return Call(kChooseItem, {name, text});
+}
+
+PageCall ChooseOpenItem(const QString& text) { return Call(kChooseOpenItem, {text}); }
+
+PageCall FocusField(const QString& name) { return Call(kFocusField, {name}); }
+
+PageCall ElementIsThere(const QString& name) { return Call(kElementIsThere, {name}); }
+
+PageCall NearestNames(const QString& name) { return Call(kNearestNames, {name}); }
+
+PageCall NamePasswordBoxes() { return Call(kNamePasswordBoxes, {}); }
+
+PageCall PageShowsText(const QString& text) { return Call(kPageShowsText, {text}); }
 
 PageCall ReadMarkupState() { return Call(kReadMarkupState, {}); }
 

@@ -11,12 +11,14 @@ namespace page_result {
 inline constexpr char kSuccessful[] = "successful";
 inline constexpr char kFailed[] = "failed";
 inline constexpr char kFailedLink[] = "failed_link";
+inline constexpr char kOpened[] = "opened";
+inline constexpr char kScrolled[] = "scrolled";
 }  // namespace page_result
 
 // The operations on a page's elements, one call of the agent each. An operation finds one element
 // of its document by a fixed ladder of searches, acts on it and answers with one of the results
-// above, unless told otherwise. How each searches is written in web/agent/. The frame of the call is
-// set by whoever sends it.
+// above, unless told otherwise. How each searches is written in web/agent/. The frame of the call
+// is set by whoever sends it.
 namespace page_operation {
 
 PageCall SelectOptionByText(const QString& text);
@@ -54,6 +56,26 @@ struct ComboMatch {
 };
 PageCall SetComboValue(const QString& name, const ComboMatch& match);
 PageCall FocusElementByPosition(int position, bool only_if_empty = false);
+
+// For commands that work pages as a person sees them. `name` may also be the label of a field or
+// the caption of a button.
+
+// Chooses an item by its text or value. Answers kOpened for a drop-down that is not a select: then
+// ChooseOpenItem() is to be called when the page is idle.
+PageCall ChooseItem(const QString& name, const QString& text);
+// Clicks an item of the list that is open. Answers kScrolled while there is more of the list to
+// look at: then it is to be called again when the page is idle.
+PageCall ChooseOpenItem(const QString& text);
+// Gives the field the focus for PageHost::SendKeys(). An empty name leaves the focus as it is.
+PageCall FocusField(const QString& name);
+// Answers whether a field or button of this name can be seen.
+PageCall ElementIsThere(const QString& name);
+// Answers an array of at most five names on the page, the nearest first.
+PageCall NearestNames(const QString& name);
+// As NameNamelessBoxes(), for password boxes.
+PageCall NamePasswordBoxes();
+// Answers whether the page shows the text; case and line breaks do not count.
+PageCall PageShowsText(const QString& text);
 
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.

@@ -42,24 +42,31 @@ TEST_F(WebTest, SetElementValueTakesTheFirstElementOfItsLadder) {
 }
 
 TEST_F(WebTest, SetElementValueWritesAsTypingWould) {
-  Check(
-      "notes + values()",
-      {
-          {"the value comes ahead of the focus, twice or unheard",
-           "<input name=a value=1 onfocus=\"note('focus ' + value)\""
-           " oninput=\"note('input ' + value)\" onchange=\"note('change')\">",
-           kSet, "focus 1,input xx"},
-          {"the length is cut", "<input name=a maxlength=3>", SetElementValue(u"a"_s, u"abcdef"_s),
-           "abcdef"},
-          {"the text is taken for script", "<input name=a>",
-           SetElementValue(u"a"_s, u"'\"\\</script>\u2028\u00fc\u20ac${x}"_s),
-           "'\"\\</script>\u2028\u00fc\u20ac${x}"},
-          {"a field that cannot be typed into is left",
-           "<input name=a disabled><input name=b readonly>", kSet, "x|"},
-          {"a select is left", "<select name=a><option value=1>one<option value=2>two</select>",
-           SetElementValue(u"a"_s, u"2"_s), "2"},
-          {"a value that the field refuses stops the script", "<input type=file name=a>", kSet, ""},
-      });
+  Check("notes + values()",
+        {
+            {"the value comes ahead of the focus, twice or unheard",
+             "<input name=a value=1 onfocus=\"note('focus ' + value)\""
+             " oninput=\"note('input ' + value)\" onchange=\"note('change')\">",
+             kSet, "focus 1,input x,changex"},
+            {"a text that was there before is announced as a change",
+             "<input name=a value=x onchange=\"note('change')\">", kSet, "x"},
+            {"what the page puts over the value keeps the text from it",
+             "<input name=a id=i><script>var own = Object.getOwnPropertyDescriptor("
+             "HTMLInputElement.prototype, 'value'); Object.defineProperty(i, 'value', {get() {"
+             "return own.get.call(i) }, set() {}})</script>",
+             kSet, "x"},
+            {"the length is cut", "<input name=a maxlength=3>",
+             SetElementValue(u"a"_s, u"abcdef"_s), "abcdef"},
+            {"the text is taken for script", "<input name=a>",
+             SetElementValue(u"a"_s, u"'\"\\</script>\u2028\u00fc\u20ac${x}"_s),
+             "'\"\\</script>\u2028\u00fc\u20ac${x}"},
+            {"a field that cannot be typed into is left",
+             "<input name=a disabled><input name=b readonly>", kSet, "x|"},
+            {"a select is left", "<select name=a><option value=1>one<option value=2>two</select>",
+             SetElementValue(u"a"_s, u"2"_s), "2"},
+            {"a value that the field refuses counts as set", "<input type=file name=a>", kSet, "",
+             kFailed},
+        });
 }
 
 TEST_F(WebTest, OnlyAnEmptyElementIsSetWhereThatIsAskedFor) {

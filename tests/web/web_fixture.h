@@ -99,6 +99,7 @@ class WebTest : public ::testing::Test {
   QStringList errors;  // "status address"
   QStringList told;
   QStringList script_errors;
+  QStringList near_names;  // of the latest answer
   int completed = 0;
 
  private:

@@ -1,20 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Reads, in the page's own script world, the handlers of elements, most of all those that the page's
+// Reads the handlers of elements in the page's own script world, most of all those that the page's
 // scripts assigned: the agent's world does not see them. It keeps what it needs of the built-ins
 // before the page's first script can replace them. Answers the event `ask`, whose detail names the
-// handler ("onclick"), with the event `reply`: a JSON list of [number of the element, source].
+// handler ("onclick"), with the event `reply`: a JSON list of [number of the element, source]. The
+// elements are numbered as in the agent's all(): those of the document, then those of its open
+// shadow roots.
 function installHandlerReader(ask, reply) {
   'use strict';
 
+  const bind = Function.prototype.call.bind.bind(Function.prototype.call);
+  const getter = (prototype, name) => bind(Object.getOwnPropertyDescriptor(prototype, name).get);
   const line = performance;
   const elementsOf = document.getElementsByTagName.bind(document);
+  const elementsIn = bind(DocumentFragment.prototype.querySelectorAll);
+  const shadowRootOf = getter(Element.prototype, 'shadowRoot');
   const send = line.dispatchEvent.bind(line);
-  const sourceOf = Function.prototype.call.bind(Function.prototype.toString);
-  const attributeOf = Function.prototype.call.bind(Element.prototype.getAttribute);
-  const detailOf = Function.prototype.call.bind(
-    Object.getOwnPropertyDescriptor(CustomEvent.prototype, 'detail').get);
+  const sourceOf = bind(Function.prototype.toString);
+  const attributeOf = bind(Element.prototype.getAttribute);
+  const detailOf = getter(CustomEvent.prototype, 'detail');
   const toJson = JSON.stringify;
   const Answer = CustomEvent;
 
@@ -31,14 +36,36 @@ function installHandlerReader(ask, reply) {
 
   line.addEventListener(ask, (event) => {
     const handler = detailOf(event);
-    const elements = elementsOf('*');
-    const count = elements.length;
+    const shadowRoots = [];
+    let rootCount = 0;
     let list = '';
-    for (let i = 0; i < count; i += 1) {
-      const source = read(elements[i], handler);
-      if (source !== '') {
-        list += (list === '' ? '' : ',') + '[' + i + ',' + toJson(source) + ']';
+    let number = 0;
+    const readAll = (elements) => {
+      const count = elements.length;
+      for (let i = 0; i < count; i += 1) {
+        const source = read(elements[i], handler);
+        if (source !== '') {
+          list += (list === '' ? '' : ',') + '[' + number + ',' + toJson(source) + ']';
+        }
+        number += 1;
       }
+    };
+    const gatherRoots = (elements) => {
+      const count = elements.length;
+      for (let i = 0; i < count; i += 1) {
+        const root = shadowRootOf(elements[i]);
+        if (root !== null) {
+          shadowRoots[rootCount] = root;
+          rootCount += 1;
+          gatherRoots(elementsIn(root, '*'));
+        }
+      }
+    };
+    const elements = elementsOf('*');
+    readAll(elements);
+    gatherRoots(elements);
+    for (let i = 0; i < rootCount; i += 1) {
+      readAll(elementsIn(shadowRoots[i], '*'));
     }
     send(new Answer(reply, {detail: '[' + list + ']'}));
   });

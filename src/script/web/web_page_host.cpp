@@ -261,7 +261,8 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
         answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
                 .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value"))),
                 .markup_state = envelope.value(QStringLiteral("state")).toString(),
-                .is_working = envelope.value(QStringLiteral("working")).toBool()});
+                .is_working = envelope.value(QStringLiteral("working")).toBool(),
+                .near_names = envelope.value(QStringLiteral("near")).toStringList()});
       });
 }
 

@@ -1,18 +1,49 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Chooses options of lists.
-
-function choose(element, option) {
-  attempt(() => {
-    option.selected = true;
-  });
-  announce(element, 'input');
-  announce(element, 'change');
-}
+// Chooses options of lists: of selects, and of drop-downs that a page builds of other elements.
 
 function optionsOf(element) {
-  return element.localName === 'select' ? Array.from(element.options) : [];
+  const list = fieldOf(element);
+  return list.localName === 'select' ? Array.from(list.options) : [];
+}
+
+// Selects the option that `pick` finds in the list at a place, as a person would. What the page
+// redraws without the choice is chosen once more; a list that the page resets by itself has had its
+// effect.
+function choose(place, pick) {
+  const ROUNDS = 2;
+  const select = (list) => {
+    const option = list && pick(list);
+    attempt(() => {
+      option.selected = true;
+    });
+    return Boolean(option);
+  };
+  const isChosen = (list) => {
+    const option = list && pick(list);
+    return Boolean(option) && option.selected;
+  };
+  for (let round = 0; round < ROUNDS; round += 1) {
+    let chosen = current(place);
+    if (!select(chosen)) {
+      return FAILED;
+    }
+    announce(fieldOf(chosen), 'input');
+    const redrawn = current(place);
+    if (redrawn && redrawn !== chosen) {
+      chosen = redrawn;
+      if (!isChosen(chosen)) {
+        select(chosen);
+      }
+    }
+    announce(fieldOf(chosen), 'change');
+    const last = current(place);
+    if (last && (last === chosen || isChosen(last))) {
+      return SUCCESSFUL;
+    }
+  }
+  return select(current(place)) ? SUCCESSFUL : FAILED;
 }
 
 // How an option's text or value is compared with what is looked for.
@@ -36,27 +67,116 @@ function comboMatcher(text, secondText, partial) {
   };
 }
 
-Object.assign(operations, {
-  SelectOptionByText(document_, text) {
-    for (const same of [(a) => a === text, (a) => fold(a) === fold(text)]) {
-      for (const element of all(document_)) {
-        const option = optionsOf(element).find((candidate) => same(candidate.text));
-        if (option) {
-          choose(element, option);
-          return SUCCESSFUL;
-        }
+// ---- Drop-downs made of other elements ----
+
+const OPENER = '[role=combobox],[aria-haspopup],button,[tabindex]';
+const ITEM = '[role=option],[role=menuitem],[role=menuitemradio],[role=menuitemcheckbox],' +
+  '[role=treeitem],li';
+
+// Items that were visible before their list was opened, such as the text of the present choice.
+let seenBefore = new WeakSet();
+
+// The visible elements that may be items of a list with this text, and the kind of each: made for
+// it, or merely showing it.
+function itemsNamed(document_, text) {
+  const wanted = collapse(text);
+  const ranks = new Map();
+  const take = (element, kind) => {
+    const value = attributeOf(element, 'data-value') || '';
+    const like = likeness([collapse(textContentOf(element)), value], wanted);
+    if (like > 0 && !ranks.has(element) && isVisible(element)) {
+      ranks.set(element, {kind, likeness: like});
+    }
+  };
+  all(document_, ITEM).forEach((element) => take(element, 0));
+  elementsWithText(document_, wanted).forEach((element) => take(element, 1));
+  return ranks;
+}
+
+// What a person clicks to open a list: the element itself, or, where that is hidden, what the page
+// shows in its stead.
+function openerOf(element) {
+  const LEVELS = 3;
+  let around = element;
+  for (let i = 0; i < LEVELS && around; i += 1) {
+    if (isVisible(around)) {
+      return around === element ? element
+        : Array.from(queryElement(around, OPENER)).find(isVisible) || around;
+    }
+    around = parentOf(around);
+  }
+  return element;
+}
+
+// The element that scrolls the items of the topmost open list.
+function openListOf(document_) {
+  const items = all(document_, ITEM).filter((item) => !seenBefore.has(item) && isVisible(item));
+  const scrollers = new Set();
+  for (const start of items.concat(all(document_, '[role=listbox],[role=menu]'))) {
+    for (let around = start; around; around = parentOf(around)) {
+      if (around.scrollHeight > around.clientHeight + 1 &&
+          /auto|scroll/.test(getComputedStyle(around).overflowY)) {
+        scrollers.add(around);
+        break;
       }
     }
+  }
+  return bestOf(scrollers, () => ({kind: 0, likeness: 0}));
+}
+
+// The lists that have been looked through since a list was opened, each from the top and a part at a
+// time.
+let rewound = new WeakSet();
+let scrolls = 0;
+
+// A list may have no end: it is given up at some time.
+function scrollOn(list) {
+  const PART = 0.8;
+  const MAX_SCROLLS = 100;
+  scrolls += 1;
+  if (scrolls > MAX_SCROLLS) {
     return FAILED;
+  }
+  const before = list.scrollTop;
+  const moveTo = (top) => attempt(() => list.scrollTo({top, behavior: 'instant'}));
+  if (!rewound.has(list)) {
+    rewound.add(list);
+    moveTo(0);
+  }
+  if (list.scrollTop === before) {
+    moveTo(before + list.clientHeight * PART);
+  }
+  // A view that is not painted sends none of its own.
+  attempt(() => sendTo(list, new Event('scroll')));
+  return list.scrollTop === before ? FAILED : SCROLLED;
+}
+
+Object.assign(operations, {
+  SelectOptionByText(document_, text) {
+    const search = (scope) => {
+      for (const same of [(a) => a === text, (a) => fold(a) === fold(text)]) {
+        const pick = (element) => optionsOf(element).find((option) => same(option.text)) || null;
+        const element = Array.from(scope('select')).find(pick);
+        if (element) {
+          return {pick, search: () => Array.from(scope('select')).find(pick) || null};
+        }
+      }
+      return null;
+    };
+    const found = firstIn(document_, search);
+    return found ? choose(placeOf(found.search), found.pick) : FAILED;
   },
 
   ComboHasOption(document_, comboName, text) {
-    for (const same of [(a, b) => a === b, (a, b) => fold(a) === fold(b)]) {
-      const found = all(document_).some((element) => same(textOf(element, 'name'), comboName) &&
-        optionsOf(element).some((option) => same(option.text, text) ||
-          same(option.text, '*' + text) || same(option.text, text + '*')));
-      if (found) {
-        return true;
+    for (const scope of scopesOf(document_)) {
+      for (const same of [(a, b) => a === b, (a, b) => fold(a) === fold(b)]) {
+        const found = Array.from(scope(comboName === '' ? '*' : '[name]')).some((element) =>
+          same(textOf(element, 'name'), comboName) &&
+          optionsOf(element).some((option) => same(option.text, text) ||
+            same(option.text, '*' + text) || same(option.text, text + '*')));
+        if (found) {
+          return true;
+        }
       }
     }
     return false;
@@ -64,23 +184,53 @@ Object.assign(operations, {
 
   SetComboValue(document_, name, text, secondText, partial) {
     const matches = comboMatcher(text, secondText, partial);
-    const elements = all(document_);
-    for (const property of ['name', 'id']) {
-      for (const exact of [true, false]) {
-        for (const element of elements) {
-          const own = textOf(element, property);
-          if (exact ? own !== name : fold(own) !== fold(name)) {
-            continue;
-          }
-          const option = optionsOf(element).find((candidate) =>
-            matches(candidate.text, exact) || matches(candidate.value, exact));
-          if (option) {
-            choose(element, option);
-            return SUCCESSFUL;
-          }
-        }
-      }
+    const pick = (element, exact) => optionsOf(element).find((option) =>
+      matches(option.text, exact) || matches(option.value, exact)) || null;
+    const place = firstIn(document_, (scope) => find(scope, ['name', 'id'], name, pick));
+    return place ? choose(place, (list) => pick(list, place.exact)) : notFound(name);
+  },
+
+  // Chooses an option of a select by its text or value. A drop-down of another kind is opened:
+  // ChooseOpenItem() is to follow when the page is idle.
+  ChooseItem(document_, name, text) {
+    const place = findByAnyName(document_, name, isVisible) ||
+      findByAnyName(document_, name, null);
+    if (!place) {
+      return notFound(name);
     }
-    return FAILED;
+    const wanted = collapse(text);
+    const pick = (list) => [2, 1].map((like) => optionsOf(list).find((option) =>
+      likeness([collapse(option.text), option.value], wanted) >= like)).find(Boolean) || null;
+    const isSelect = (element) => fieldOf(element).localName === 'select';
+    const inner = placeOf(() => queryElement(current(place), 'select')[0] || null);
+    const list = [place, inner].find((each) => each && isSelect(each.element));
+    if (list) {
+      return pick(list.element) ? choose(list, pick) : FAILED;
+    }
+    const opener = placeOf(() => place.element && openerOf(current(place)));
+    rewound = new WeakSet();
+    scrolls = 0;
+    seenBefore = new WeakSet(itemsNamed(document_, text).keys());
+    if (attributeOf(opener.element, 'aria-expanded') !== 'true') {
+      press(opener);
+    }
+    return OPENED;
+  },
+
+  // Clicks an item of the open list. A long list may hold only the items that it shows: it is
+  // scrolled on, and asked again when the page is idle.
+  ChooseOpenItem(document_, text) {
+    const named = itemsNamed(document_, text);
+    const shown = Array.from(named.keys());
+    const fresh = shown.filter((element) => !seenBefore.has(element));
+    const candidates = fresh.length > 0 ? fresh
+      : shown.filter((element) => named.get(element).kind === 0);
+    const item = bestOf(candidates, (element) => named.get(element));
+    if (item) {
+      press({element: item, again: () => null});
+      return SUCCESSFUL;
+    }
+    const list = openListOf(document_);
+    return list ? scrollOn(list) : FAILED;
   },
 });

@@ -25,10 +25,12 @@ function hasPendingWork(operation, value, isUserAction) {
 }
 
 // Carries out one operation. `isUserAction`: the page may react with work of its own. The answer is
-// {ok: true, value: ..., state: ..., working: ...}: the result, the state of the markup after the
-// call, and whether the page has pending work.
+// {ok: true, value: ..., state: ..., working: ..., near: ...}: the result, the state of the markup
+// after the call, whether the page has pending work, and the names nearest to one not found.
 function callOperation(operation, args, frame, isUserAction) {
   try {
+    forgetShadowRoots();
+    missingName = null;
     if (isUserAction) {
       window.quaylineArm();
     }
@@ -36,6 +38,7 @@ function callOperation(operation, args, frame, isUserAction) {
     return {
       ok: true, value, state: markupState(working),
       working: hasPendingWork(operation, value, isUserAction),
+      near: missingName === null ? [] : nearestNames(working, missingName),
     };
   } catch (error) {
     return {ok: false, value: String(error)};
