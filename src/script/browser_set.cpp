@@ -103,6 +103,12 @@ bool BrowserSet::MaySave() const {
   });
 }
 
+void BrowserSet::ReportStop() {
+  for (const Member& member : members_) {
+    member.host->RunStopped();
+  }
+}
+
 void BrowserSet::StopNavigation() {
   for (const Member& member : members_) {
     member.host->StopNavigation();

@@ -41,6 +41,8 @@ class BrowserSet final : public QObject {
   NavigationState Navigation() const { return navigation_; }
   // Whether anything that the pages send now may be a save.
   bool MaySave() const;
+  // The user stopped the run: ends what is no save.
+  void ReportStop();
   // Ends what the pages load.
   void StopNavigation();
 

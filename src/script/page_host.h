@@ -73,6 +73,9 @@ class PageHost : public QObject {
   virtual void Refresh2() = 0;
   // Ends a navigation that is under way.
   virtual void StopNavigation() = 0;
+  // The user stopped the run: ends a load that no user action led to, the tries for one, and a page
+  // whose script never ends. What may be a save goes on.
+  virtual void RunStopped() {}
 
   virtual void SetLogin(const PageLogin& login) = 0;
 
@@ -125,6 +128,10 @@ class PageHost : public QObject {
   // Only raised with silent mode off.
   void loginQuestion(const QString& address,
                      const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
+  // Something about a page for the log of the run.
+  void noted(const QString& text);
+  // A script, a style sheet or a frame of the page could not be loaded, and the page is incomplete.
+  void resourceFailed(const QString& url);
   // A script of the page failed.
   void scriptError(const QString& description, const QString& url, int line);
 };

@@ -45,21 +45,19 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
   connect(browsers_.get(), &BrowserSet::added, this, &ScriptRunner::ConnectHost);
   connect(browsers_.get(), &BrowserSet::activeChanged, this, &ScriptRunner::activeHostChanged);
   ConnectHost(browsers_->Active());
-  const auto browser = [set = browsers_.get(), choose = std::move(driven)] {
-    return choose(*set);
-  };
+  const auto browser = [set = browsers_.get(), choose = std::move(driven)] { return choose(*set); };
   const auto show_wait = [this](const QString& what) { Q_EMIT waitingFor(what); };
   pages_ = std::make_unique<PageWait>(*browsers_, flags, browser, show_wait);
-  environment_ = std::make_unique<RunEnvironment>(RunEnvironment{
-      .flags = flags,
-      .options = context_.job_options,
-      .translator = context_.translator,
-      .log = log_,
-      .browsers = *browsers_,
-      .pages = *pages_,
-      .browser = browser,
-      .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
-      .tell_wait = show_wait});
+  environment_ = std::make_unique<RunEnvironment>(
+      RunEnvironment{.flags = flags,
+                     .options = context_.job_options,
+                     .translator = context_.translator,
+                     .log = log_,
+                     .browsers = *browsers_,
+                     .pages = *pages_,
+                     .browser = browser,
+                     .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
+                     .tell_wait = show_wait});
 
   stopped_by_user_ = false;
   messages_shown_ = 0;
@@ -95,6 +93,9 @@ void ScriptRunner::Stop() {
   stopped_by_user_ = true;
   context_.job_flags.is_running = running_;
   context_.job_flags.SetJobStopRequested(true);
+  if (browsers_) {
+    browsers_->ReportStop();
+  }
 }
 
 void ScriptRunner::Leave() {
@@ -163,6 +164,8 @@ void ScriptRunner::ConnectHost(PageHost* host) {
       Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text);
     }
   });
+  connect(host, &PageHost::noted, this,
+          [this](const QString& text) { log_.Append(LineBreak() + text); });
   connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
   connect(host, &PageHost::scriptError, this, [this](const QString& description) {
     if (!context_.job_options.silent_mode) {

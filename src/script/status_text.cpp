@@ -69,6 +69,8 @@ constexpr StatusRow kStatusRows[] = {
     {"0x800C0018L", "-2146697192", "TERMINATED_BIND(-2146697192)"},
     {"0x800C000DL", "-2146697203", "UNKNOWN_PROTOCOL(-2146697203)"},
     {"0x800C0017L", "-2146697193", "USE_EXTEND_BINDING(-2146697193)"},
+    {nullptr, "-1001", "PAGE_TOO_LARGE (over 64 MB or 200,000 elements)"},
+    {nullptr, "-1002", "TOO_MANY_WINDOWS (more than eight are open)"},
 };
 
 struct NetErrorRow {

@@ -22,7 +22,11 @@ StatusNotice NoticeOfStatus(const QString& status_text);
 
 namespace page_status {
 inline constexpr int kInvalidUrl = -2146697214;
+inline constexpr int kUnknownProtocol = -2146697203;
 inline constexpr int kCannotLoadData = -2146697201;
+// Limits of our own.
+inline constexpr int kTooLarge = -1001;
+inline constexpr int kTooManyWindows = -1002;
 }  // namespace page_status
 
 }  // namespace quayline

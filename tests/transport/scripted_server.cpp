@@ -21,13 +21,13 @@ Reply RedirectTo(const QByteArray& location) {
 ScriptedServer::ScriptedServer(std::unique_ptr<QTcpServer> listener)
     : listener_(std::move(listener)) {
   listener_->listen(QHostAddress::LocalHost);
+  port_ = listener_->serverPort();
   // QSslServer says it later than QTcpServer, and each says only one of the two in time.
   connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this, &ScriptedServer::Accept);
 }
 
 QUrl ScriptedServer::Address(const QString& path, const QString& scheme) const {
-  return QUrl(
-      QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(listener_->serverPort()).arg(path));
+  return QUrl(QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(port_).arg(path));
 }
 
 void ScriptedServer::Accept() {

@@ -34,6 +34,10 @@ class ScriptedServer final : public QObject {
 
   QUrl Address(const QString& path, const QString& scheme = QStringLiteral("http")) const;
 
+  // Refuses connections, and takes them again on the same port.
+  void GoAway() { listener_->close(); }
+  bool ComeBack() { return listener_->listen(QHostAddress::LocalHost, port_); }
+
   QMap<QByteArray, Reply> replies;  // by path; others are answered with 404
   // Looked at first, where it is set: what a request with these headers is answered with.
   std::function<std::optional<Reply>(const QByteArray& request)> special;
@@ -45,6 +49,7 @@ class ScriptedServer final : public QObject {
   void Read(QTcpSocket* client);
 
   std::unique_ptr<QTcpServer> listener_;
+  quint16 port_ = 0;
 };
 
 }  // namespace quayline::testing

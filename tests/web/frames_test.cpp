@@ -80,6 +80,68 @@ TEST_F(FramesTest, AFrameIsClickedTypedIntoAndRead) {
   EXPECT_EQ(Read("frames[1].document.querySelector('input').value"), u"80+"_s);
 }
 
+TEST_F(FramesTest, AFrameThatFailsIsReportedAsAPageIs) {
+  server.replies["/cut"] = {"", Reply::Then::kReset};
+  server.replies["/silent"] = {""};
+  server.replies["/login"] = LoginNeeded();
+  server.replies["/oops"] = Answer("500 Oops", "");
+  const struct {
+    const char* path;
+    const char* error;  // nullptr: none
+  } cases[] = {
+      {"/new", nullptr},
+      {"/cut", "CANNOT_CONNECT(-2146697212)"},
+      {"/silent", "DATA_NOT_AVAILABLE(-2146697209)"},
+      {"/login", "DENIED(401)"},
+      {"/gone", "NOT_FOUND(404)"},
+      {"/oops", "SERVER_ERROR(500)"},
+      {"http://192.0.2.1/", nullptr},  // blocked, and reported as such
+  };
+  for (const bool silent : {true, false}) {
+    options.silent_mode = silent;
+    GiveLogin({}, {});
+    for (const auto& row : cases) {
+      for (const bool with_page : {true, false}) {
+        SCOPED_TRACE(row.path + std::string(with_page ? " with its page" : " later"));
+        server.replies["/page"] =
+            Html("<iframe name=f src='" + QByteArray(with_page ? row.path : "/f0") + "'></iframe>");
+        Open("/page");
+        if (!with_page) {
+          ASSERT_EQ(errors, QStringList());
+          RunInPage(QByteArray("frames[0].location = '").append(row.path).append("'").constData());
+          Settle();
+        }
+        ASSERT_EQ(errors.size(), row.error == nullptr ? 0 : 1) << errors.join(u' ').toStdString();
+        if (row.error != nullptr) {
+          EXPECT_EQ(FirstError(), QLatin1String(row.error));
+          EXPECT_TRUE(errors[0].endsWith(QLatin1String(row.path))) << errors[0].toStdString();
+        }
+      }
+    }
+  }
+}
+
+TEST_F(FramesTest, AFrameIsWaitedForUntilItIsAnsweredAndNoLonger) {
+  server.replies["/slow"] = {"", Reply::Then::kSilence};
+  server.replies["/nothing"] = {"HTTP/1.1 204 No Content\r\n\r\n"};
+  server.replies["/file"] = Answer("200 OK", "x", "Content-Disposition: attachment\r\n");
+  Show("<iframe name=f></iframe><form method=post target=f></form>");
+  const struct {
+    const char* action;
+    bool ends;
+    std::chrono::milliseconds within;
+  } cases[] = {{"/nothing", true, 3s}, {"/file", true, 3s}, {"/slow", false, 10s}};
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.action);
+    const auto code =
+        QByteArray("document.forms[0].action = '") + row.action + "'; document.forms[0].submit()";
+    RunInPage(code.constData());
+    ASSERT_TRUE(RunUntil([&] { return server.requests.join().contains(row.action); }, 5s));
+    EXPECT_EQ(RunUntil([&] { return !host->Navigation().busy; }, row.within), row.ends);
+  }
+  EXPECT_EQ(errors, QStringList());
+}
+
 TEST_F(FramesTest, AnAddressForANamedFrameLeavesTheOthersAlone) {
   Open("/frames");
   host->Navigate2(server.Address(u"/new"_s).toString(), u"main"_s);

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QTimer>
+
 #include <algorithm>
 
 #include "web/page_job.h"
@@ -145,26 +147,63 @@ TEST_F(LateSave, ArrivesWhateverSetItGoing) {
   }
 }
 
-TEST_F(LateSave, TheNextPageIsAskedForAgainWhileTheRouterIsAway) {
+TEST_F(LateSave, TheNextPageIsRequestedAgainOnlyWhereThatIsSafe) {
+  const Reply busy = Answer("503 Busy", "busy");
   const struct {
     const char* fault;
-    Reply reply;
+    const char* path;
+    std::optional<Reply> reply;  // nothing: connections are refused
+    int failures;
+    qsizetype requests;
+    bool is_saved;
   } cases[] = {
-      {"it hangs up", {.bytes = {}, .then = Then::kReset}},
-      {"it says that it is busy", Answer("503 Busy", "busy")},
+      {"it says that it is busy", "fine", busy, 2, 3, true},
+      {"it is away", "fine", std::nullopt, 1, 1, true},
+      {"it is busy with something that may act", "fine?apply=1", busy, 9, 1, false},
+      {"it is away for something that may act", "fine?apply=1", std::nullopt, 1, 0, false},
+      {"it hangs up", "fine", Reply{.bytes = {}}, 9, 1, false},
+      {"it resets the connection", "fine", Reply{.bytes = {}, .then = Then::kReset}, 9, 1, false},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.fault);
-    int refusals = 3;
+    int failures = row.failures;
     server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
-      return request.startsWith("GET /fine") && refusals-- > 0 ? std::optional(row.reply)
-                                                               : std::nullopt;
+      if (request.startsWith("GET /save") && !row.reply) {
+        QTimer::singleShot(0, &server_, [this] { server_.GoAway(); });
+        QTimer::singleShot(1s, &server_, [this] { server_.ComeBack(); });
+      }
+      return request.startsWith("GET /fine") && row.reply && failures-- > 0 ? row.reply
+                                                                            : std::nullopt;
     };
     server_.replies["/page"] = Html(GO("f.submit()"));
-    ExpectSavedBeforeTheNextPage(
-        {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
-    EXPECT_LT(refusals, 0);
+    server_.requests.clear();
+    Start({u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s,
+           u"nav(\"%1\")"_s.arg(QLatin1String(row.path))});
+    ASSERT_TRUE(Ends(20s));
+    const auto requests = std::ranges::count_if(server_.requests, [](const QByteArray& request) {
+      return request.startsWith("GET /fine");
+    });
+    EXPECT_EQ(requests, row.requests);
+    EXPECT_EQ(runner_->Outcome().entries_failed, row.is_saved ? 0 : 1) << Log().toStdString();
+    runner_.reset();
+    RunUntil([&] { return row.reply || server_.ComeBack(); }, 3s);
   }
+}
+
+TEST_F(LateSave, NothingIsRequestedAgainAfterAStop) {
+  server_.special = [](const QByteArray& request) {
+    return request.startsWith("GET /fine") ? std::optional(Answer("503 Busy", "busy"))
+                                           : std::nullopt;
+  };
+  server_.replies["/page"] = Html(GO("f.submit()"));
+  Start(
+      {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s, u"nav(\"fine\")"_s});
+  ASSERT_TRUE(RunUntil([&] { return PositionOf("GET /fine") >= 0; }, 10s));
+  runner_->Stop();
+  EXPECT_TRUE(Ends(1s));
+  const qsizetype requests = server_.requests.size();
+  RunUntil([] { return false; }, 2500ms);
+  EXPECT_EQ(server_.requests.size(), requests);
 }
 
 TEST_F(LateSave, APageThatBreaksOffOnceIsFetchedAgain) {

@@ -4,6 +4,7 @@
 #include <QSslServer>
 #include <QWebEnginePage>
 
+#include <algorithm>
 #include <csignal>
 
 #include "demo/certificate.h"
@@ -16,6 +17,11 @@ using namespace Qt::StringLiterals;
 using namespace page_operation;
 using namespace std::chrono_literals;
 using Then = Reply::Then;
+
+Reply LoginPage(const QByteArray& status) {
+  return Answer(status, "<form><input name=a><input type=Password></form>",
+                "Content-Type: text/html\r\n");
+}
 
 TEST_F(WebTest, EveryEndOfALoadIsToldOnce) {
   const QByteArray ok = "HTTP/1.1 200 OK\r\n";
@@ -30,6 +36,8 @@ TEST_F(WebTest, EveryEndOfALoadIsToldOnce) {
       {"a file", Answer("200 OK", "x", "Content-Disposition: attachment\r\n"), nullptr},
       {"a login without a login", Answer("401 Unauthorized", "no"), "DENIED(401)"},
       {"forbidden", Answer("403 Forbidden", "no"), "FORBIDDEN(403)"},
+      {"a login page", LoginPage("401 Unauthorized"), nullptr},
+      {"a login page of another kind", LoginPage("403 Forbidden"), nullptr},
       {"not found", Answer("404 Not Found", "no"), "NOT_FOUND(404)"},
       {"not found, without a word", Answer("404 Not Found", ""), "NOT_FOUND(404)"},
       {"a router's own failure", Answer("500 Oops", "no"), "SERVER_ERROR(500)"},
@@ -48,6 +56,8 @@ TEST_F(WebTest, EveryEndOfALoadIsToldOnce) {
       Open("/page");
       ASSERT_EQ(errors.size(), row.status == nullptr ? 0 : 1) << errors.join(u'\n').toStdString();
       EXPECT_EQ(completed, row.status == nullptr ? 1 : 0);
+      const bool is_login_page = QByteArray(row.fault).startsWith("a login page");
+      EXPECT_EQ(notes.join(u' ').contains(u"login page"_s), is_login_page);
       if (row.status != nullptr) {
         EXPECT_EQ(FirstError(), QLatin1String(row.status));
         EXPECT_EQ(errors[0].section(u' ', 1), server.Address(u"/page"_s).toString());
@@ -65,11 +75,15 @@ TEST_F(WebTest, AddressesThatLeadNowhereAreTold) {
       {closed_door, "CANNOT_CONNECT(-2146697212)"},
       {u"http://router.invalid/"_s, "RESOURCE_NOT_FOUND(-2146697211)"},
       {u"http://127.0.0.1:1/"_s, "SECURITY_PROBLEM(-2146697202)"},
+      {u"ftp://127.0.0.1/"_s, "UNKNOWN_PROTOCOL(-2146697203)"},
+      {u"mailto:root@router"_s, "UNKNOWN_PROTOCOL(-2146697203)"},
+      {u"file:///etc/passwd"_s, "UNKNOWN_PROTOCOL(-2146697203)"},
   };
   for (const char* invalid :
        {"http://", "http://1.2.3.999/", "", "no address", "http://a b/", "http://a%2fb/",
         "http://[::1/", "http://127.0.0.1:99999/", "http://0x1ffffffff/", "http://1.2.3.4.5/",
-        "http://admin:p/w@127.0.0.1/"}) {
+        "http://admin:p/w@127.0.0.1/", "http://xn--/", "http://a*b/", "http://a..b/",
+        "http://[fe80::1%25eth0]/"}) {
     cases.emplace_back(QLatin1String(invalid), "INVALID_URL(-2146697214)");
   }
   for (const auto& [address, error] : cases) {
@@ -92,6 +106,100 @@ TEST_F(WebTest, AFailedLoadLeavesThePageInSilentMode) {
     Open("/gone");
     EXPECT_EQ(Ask(GetElementValue(u"a"_s)), silent ? u"1"_s : u""_s);
   }
+}
+
+TEST_F(WebTest, APageOfAnotherHostFails) {
+  GiveLogin({}, {});
+  QUrl other = server.Address(u"/other"_s);
+  other.setHost(u"localhost"_s);
+  server.replies["/program"] = RedirectTo("mailto:root@router");
+  Open("/program");
+  EXPECT_EQ(FirstError(), u"UNKNOWN_PROTOCOL(-2146697203)"_s);
+  server.replies["/page"] = RedirectTo(other.toEncoded());
+  for (const bool silent : {true, false}) {
+    options.silent_mode = silent;
+    for (const QUrl& address : {server.Address(u"/page"_s), other}) {
+      Open(address);
+      ASSERT_EQ(errors.size(), 1) << address.toString().toStdString();
+      EXPECT_EQ(FirstError(), u"SECURITY_PROBLEM(-2146697202)"_s);
+    }
+  }
+}
+
+TEST_F(WebTest, ARefreshEndsAndSendsNoFormAgain) {
+  host->Refresh2();
+  Settle();
+  EXPECT_EQ(errors, QStringList());
+  server.replies["/nothing"] = {"HTTP/1.1 204 No Content\r\n\r\n"};
+  Open("/nothing");
+  host->Refresh2();
+  Settle();
+  server.replies["/save"] = Html("saved");
+  server.replies["/redirect"] = {"HTTP/1.1 303 See Other\r\nLocation: /save\r\n\r\n"};
+  for (const char* action : {"/save", "/redirect"}) {
+    SCOPED_TRACE(action);
+    Show("<form method=post action=" + QByteArray(action) + "><input name=a></form>");
+    RunInPage("document.forms[0].submit()");
+    ASSERT_TRUE(RunUntil([&] { return EnginePage()->url().path() == u"/save"_s; }, 5s));
+    Settle();
+    server.requests.clear();
+    host->Refresh2();
+    ASSERT_TRUE(RunUntil([&] { return !server.requests.isEmpty(); }, 5s));
+    Settle();
+    EXPECT_EQ(Read("document.body.innerText"), u"saved"_s);
+    EXPECT_TRUE(server.requests.value(0).startsWith("GET /save "));
+    EXPECT_TRUE(server.requests.value(0).toLower().contains("no-cache"));
+    EXPECT_EQ(server.requests.size(), 1);
+  }
+}
+
+TEST_F(WebTest, APageWhosePartsAreMissingIsLoadedOnceMore) {
+  const Reply whole = Answer("200 OK", "x = 1", "Content-Type: text/javascript\r\n");
+  const struct {
+    const char* fault;
+    const char* path;
+    const char* part;
+    int failures;  // of the part
+    int loads;     // of the page
+    int missing;   // that are reported
+  } cases[] = {
+      {"a script", "/page", "<script src=/part1></script>", 1, 2, 0},
+      {"a style sheet", "/page", "<link rel=stylesheet href=/part2>", 1, 2, 0},
+      {"a frame", "/page", "<iframe src=/part3></iframe>", 1, 2, 0},
+      {"a script that is never there", "/page", "<script src=/part4></script>", 9, 2, 1},
+      {"the same again", "/page", "<script src=/part4></script>", 9, 1, 1},
+      {"an image", "/page", "<img src=/part5>", 9, 1, 0},
+      {"a page with a query", "/page?do=it", "<script src=/part6></script>", 1, 1, 1},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    int failures = row.failures;
+    server.special = [&](const QByteArray& request) -> std::optional<Reply> {
+      if (!request.startsWith("GET /part")) {
+        return std::nullopt;
+      }
+      return failures-- > 0 ? Reply{"", Then::kReset} : whole;
+    };
+    server.replies[row.path] = Html(QByteArray(row.part) + "<input name=a value=1>");
+    server.requests.clear();
+    Open(row.path);
+    const auto loads = std::ranges::count_if(
+        server.requests, [](const QByteArray& request) { return request.startsWith("GET /page"); });
+    EXPECT_EQ(loads, row.loads);
+    EXPECT_EQ(completed, 1);
+    EXPECT_EQ(errors, QStringList());
+    EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
+    EXPECT_EQ(missing.size(), row.missing);
+  }
+}
+
+TEST_F(WebTest, ADocumentWithoutMeasureEndsTheLoad) {
+  server.replies["/page"] = Html(QByteArray("<i></i>").repeated(250000));
+  Open("/page");
+  ASSERT_EQ(errors.size(), 1);
+  EXPECT_TRUE(FirstError().startsWith(u"PAGE_TOO_LARGE"_s)) << FirstError().toStdString();
+  Show("<input name=a value=1>");
+  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
 }
 
 TEST_F(WebTest, ALoadIsStopped) {

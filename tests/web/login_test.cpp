@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QTimer>
 #include <QWebEnginePage>
 
 #include "script/web/web_page_host.h"
@@ -11,6 +12,7 @@ namespace quayline::testing {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 // The router asks for admin and "s:cr@t/#?", and counts the tries.
 class LoginTest : public WebTest {
@@ -75,6 +77,56 @@ TEST_F(LoginTest, AWrongLoginIsTriedTwiceInAWholeJobAndANewOneHasTriesOfItsOwn) 
   EXPECT_EQ(errors, QStringList());
 }
 
+TEST_F(LoginTest, AnAcceptedLoginIsGivenAsOftenAsTheRouterAsks) {
+  GiveLogin(u"admin"_s, right);
+  for (int page = 0; page < 7; ++page) {
+    SCOPED_TRACE(page);
+    int refusals = 1;  // the session ends with each page, and each realm is another one
+    server.special = [&](const QByteArray& request) -> std::optional<Reply> {
+      AskForLogin(request);
+      const QByteArray realm =
+          "WWW-Authenticate: Basic realm=\"" + QByteArray::number(page % 3) + "\"\r\n";
+      return !request.contains("uthorization") || refusals-- > 0
+                 ? std::optional(Answer("401 Unauthorized", "no", realm))
+                 : std::nullopt;
+    };
+    Open("/");
+    EXPECT_EQ(errors, QStringList());
+    EXPECT_EQ(Read("document.body.innerText"), u"welcome"_s);
+  }
+}
+
+TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
+  QByteArray images;
+  QByteArray frames;
+  for (int i = 0; i < 20; ++i) {
+    images += "<img src=/image" + QByteArray::number(i) + ">";
+    frames += i < 4 ? "<iframe src=/frame" + QByteArray::number(i) + "></iframe>" : QByteArray();
+    server.replies["/image" + QByteArray::number(i)] =
+        Answer("200 OK", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>",
+               "Content-Type: image/svg+xml\r\n");
+    server.replies["/frame" + QByteArray::number(i)] = Html("<p>frame");
+  }
+  server.replies["/free/images"] = Html(images);
+  server.replies["/free/frames"] = Html(frames);
+  for (const char* path : {"/free/images", "/free/frames"}) {
+    SCOPED_TRACE(path);
+    make_host = WebPageHosts(options, translator);
+    host.reset(make_host(nullptr));
+    GiveLogin(u"admin"_s, u"wrong"_s);
+    tries.clear();
+    Open(path);
+    Open(path);
+    EXPECT_LE(tries.size(), 2) << "a router locks its login";
+    GiveLogin(u"admin"_s, right);
+    Open(path);
+    EXPECT_EQ(Read("[...document.images].filter(i => !i.naturalWidth).length + '/' + "
+                   "[...document.querySelectorAll('iframe')]"
+                   ".filter(f => !f.contentDocument.querySelector('p')).length"),
+              u"0/0"_s);
+  }
+}
+
 TEST_F(LoginTest, ASecondTryMendsBlanksThatAreMeant) {
   server.special = [this](const QByteArray& request) {
     AskForLogin(request);
@@ -111,7 +163,9 @@ TEST_F(LoginTest, AServerThatTheUserAllowedIsAskedWithoutTheLogin) {
   server.replies["/free/own"] = Html("<img src=/picture>");
   server.replies["/picture"] = Answer("200 OK", "GIF89a", "Content-Type: image/gif\r\n");
   Open("/free/own");
-  EXPECT_EQ(tries.size(), 1) << "a picture of the router gets the login of its page";
+  EXPECT_EQ(Read("document.images[0].complete"), u"true"_s);
+  EXPECT_GE(tries.size(), 1) << "a picture of the router gets the login of its page";
+  EXPECT_TRUE(elsewhere.requests.join().indexOf("uthorization") < 0);
 }
 
 TEST_F(LoginTest, NothingIsAskedOfAnotherHost) {
@@ -143,35 +197,47 @@ TEST_F(LoginTest, NothingIsAskedOfAnotherHost) {
 }
 
 TEST_F(LoginTest, WithoutALoginTheUserIsAskedWhereSilentModeIsOff) {
-  GiveLogin({}, {});
   const TypedLogin typed{u"admin"_s, right};
+  const TypedLogin mistyped{u"admin"_s, u"s:cr@t"_s};
   const struct {
     bool silent;
-    std::optional<TypedLogin> typed;
+    QList<std::optional<TypedLogin>> typed;
     int questions;
     int tries;
     const char* page;
   } cases[] = {
-      {true, typed, 0, 0, "who are you?"},
-      {false, std::nullopt, 1, 0, "who are you?"},
-      {false, typed, 1, 1, "welcome"},
+      {true, {typed}, 0, 0, "who are you?"},
+      {false, {std::nullopt}, 1, 0, "who are you?"},
+      {false, {mistyped, std::nullopt}, 2, 2, "who are you?"},
+      {false, {mistyped, typed}, 2, 3, "welcome"},
   };
   for (const auto& row : cases) {
+    make_host = WebPageHosts(options, translator);
+    host.reset(make_host(nullptr));
+    tries.clear();
+    errors.clear();
+    GiveLogin({}, {});
     int questions = 0;
-    const auto answering = QObject::connect(
+    QObject::connect(
         host.get(), &PageHost::loginQuestion, host.get(),
         [&](const QString&, const std::function<void(std::optional<TypedLogin>)>& answer) {
+          QTimer::singleShot(20ms, host.get(),
+                             [answer, login = row.typed.value(questions)] { answer(login); });
           ++questions;
-          QMetaObject::invokeMethod(
-              host.get(), [&row, answer] { answer(row.typed); }, Qt::QueuedConnection);
         });
+    QList<bool> busy;
+    QObject::connect(host.get(), &PageHost::navigationChanged, host.get(),
+                     [&] { busy.append(host->Navigation().busy); });
+    QObject::connect(host.get(), &PageHost::navigateError, host.get(),
+                     [&](const QString&, int status) { errors.append(QString::number(status)); });
     options.silent_mode = row.silent;
-    Open("/");
+    host->Navigate2(server.Address(u"/"_s).toString(), {});
+    Settle();
+    EXPECT_EQ(busy.count(false), 1) << "who waits for the page would go on without it";
     EXPECT_EQ(questions, row.questions);
     EXPECT_EQ(tries.size(), row.tries);
-    EXPECT_EQ(FirstError(), row.tries == 0 ? u"DENIED(401)"_s : u"Unknown Error: "_s);
+    EXPECT_EQ(errors.size(), QLatin1String(row.page) == u"welcome"_s ? 0 : 1);
     EXPECT_EQ(Read("document.body.innerText"), QLatin1String(row.page));
-    QObject::disconnect(answering);
   }
 }
 

@@ -135,11 +135,22 @@ TEST_F(PopupTest, APopupThatClosesItselfIsTold) {
   EXPECT_TRUE(RunUntil([&] { return closings == 2; }, 5s));
 }
 
+TEST_F(PopupTest, PopupsThatCloseAreNotCounted) {
+  Show("page");
+  for (int i = 1; i <= 12; ++i) {
+    RunInPage("open('/closes')");
+    ASSERT_TRUE(RunUntil([&] { return closings == i; }, 5s)) << i;
+  }
+  EXPECT_EQ(popups.size(), 12);
+  EXPECT_EQ(errors, QStringList());
+}
+
 TEST_F(PopupTest, NotMoreThanEightPopupsAreOpenAtATime) {
   Show("page");
   RunInPage("for (var i = 0; i < 30; ++i) open('/popup')");
   EXPECT_TRUE(IsTold("tried to open a window"));
   EXPECT_EQ(popups.size(), 8);
+  EXPECT_TRUE(FirstError().startsWith(u"TOO_MANY_WINDOWS"_s)) << errors.join(u' ').toStdString();
   delete popups.takeLast();
   RunInPage("open('/popup'); open('/popup')");
   Pause();

@@ -12,8 +12,9 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Then = Reply::Then;
 
-#define FORM "<form method=post action=/save><input name=box></form>" \
-             "<script>var f=document.forms[0];</script>"
+#define FORM                                               \
+  "<form method=post action=/save><input name=box></form>" \
+  "<script>var f=document.forms[0];</script>"
 #define GO(code) FORM "<input type=button name=go onclick=\"" code "\">"
 #define POST "fetch('/save',{method:'POST',body:f.box.value})"
 
@@ -79,8 +80,9 @@ TEST_F(PendingWork, OfAWindowThatClosesItselfIsFinished) {
 
 // A used row must not be taken for a free one, nor a rule that exists for a new one.
 TEST_F(PendingWork, ThatFillsAPageIsFinishedBeforeAQuestionIsAnsweredWithNo) {
-  const char* const fill = "function fill(){document.getElementById('list').innerHTML="
-                           "'<option>Web</option>'}";
+  const char* const fill =
+      "function fill(){document.getElementById('list').innerHTML="
+      "'<option>Web</option>'}";
   const struct {
     const char* fault;
     const char* start;
@@ -95,9 +97,9 @@ TEST_F(PendingWork, ThatFillsAPageIsFinishedBeforeAQuestionIsAnsweredWithNo) {
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.fault);
-    server_.replies["/page"] = Html("<select id=list name=list></select>" GO("f.submit()")
-                                    "<script>" + QByteArray(fill) + ";onload=function(){" +
-                                    row.start + "}</script>");
+    server_.replies["/page"] =
+        Html("<select id=list name=list></select>" GO("f.submit()") "<script>" + QByteArray(fill) +
+             ";onload=function(){" + row.start + "}</script>");
     const QString log = RunAndLeave({u"nav(\"page\")"_s, u"is_in_combo(\"list\")"_s,
                                      u"click_button_if_in_combo_true(\"go\")"_s});
     EXPECT_EQ(Saves(), 1) << log.toStdString();
@@ -113,12 +115,13 @@ TEST_F(PendingWork, ThatBuildsAFieldIsFinishedBeforeItIsMissing) {
   };
   for (const char* code : start) {
     SCOPED_TRACE(code);
-    server_.replies["/page"] =
-        Html("<div id=place></div><script>function show(){place.innerHTML='<form method=post "
-             "action=/save><input name=box><button name=go>Save</button></form>'}"
-             ";onload=function(){" + QByteArray(code) + "}</script>");
-    const QString log = RunAndLeave(
-        {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
+    server_.replies["/page"] = Html(
+        "<div id=place></div><script>function show(){place.innerHTML='<form method=post "
+        "action=/save><input name=box><button name=go>Save</button></form>'}"
+        ";onload=function(){" +
+        QByteArray(code) + "}</script>");
+    const QString log =
+        RunAndLeave({u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s});
     EXPECT_EQ(Saves(), 1) << log.toStdString();
     EXPECT_FALSE(log.contains("Not Found"_L1)) << log.toStdString();
   }
@@ -167,10 +170,10 @@ TEST_F(PendingWork, ThatIsTooLateToBeWaitedForIsNotedInTheLog) {
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.code);
-    server_.replies["/page"] =
-        Html("<script>setInterval(function(){},3000)</script><form method=post action=/save></form>"
-             "<script>var f=document.forms[0]</script><input type=button name=go onclick=\"" +
-             QByteArray(row.code) + "\">");
+    server_.replies["/page"] = Html(
+        "<script>setInterval(function(){},3000)</script><form method=post action=/save></form>"
+        "<script>var f=document.forms[0]</script><input type=button name=go onclick=\"" +
+        QByteArray(row.code) + "\">");
     const QString log = RunAndLeave({u"nav(\"page\")"_s, u"click_button(\"go\")"_s});
     EXPECT_EQ(log.contains(note), row.is_noted) << log.toStdString();
   }

@@ -16,20 +16,20 @@ TEST_F(StuckJob, AnEndlessPageIsStoppedAndTheNextJobRuns) {
   const struct {
     const char* fault;
     const char* markup;
-    int last_step;  // the line that waits for the page
+    int last_step;          // the line that waits for the page
+    bool may_save = false;  // and so is not left at once
   } pages[] = {
       {"no answer", nullptr, 1},
       {"loop in a click", "<input type=button name=go onclick='for(;;);'>", 2},
       {"loop in a script", "<script>for(;;);</script>", 1},
       {"messages without end", "<input type=button name=go onclick='for(var i=0;;)alert(i++)'>", 2},
-      {"windows without end", "<input type=button name=go onclick='for(;;)window.open(\"/\")'>", 2},
       {"markup that grows",
        "<input type=button name=go onclick='setInterval(function(){"
        "document.body.appendChild(document.createElement(\"p\"))},0)'>",
-       3},
-      {"no answer to a link", "<a name=go href=/silent>go</a>", 2},
+       3, true},
+      {"no answer to a link", "<a name=go href=/silent>go</a>", 2, true},
       {"no answer to a save", "<form method=post action=/silent><input type=submit name=go></form>",
-       2},
+       2, true},
   };
   for (const auto& page : pages) {
     SCOPED_TRACE(page.fault);
@@ -44,12 +44,25 @@ TEST_F(StuckJob, AnEndlessPageIsStoppedAndTheNextJobRuns) {
     runner_->Stop();
     EXPECT_TRUE(Ends(1s));
     EXPECT_TRUE(runner_->Outcome().stopped);
+    bool left = false;
+    QObject::connect(runner_.get(), &ScriptRunner::left, runner_.get(), [&left] { left = true; });
+    runner_->Leave();
+    EXPECT_EQ(RunUntil([&left] { return left; }, 3s), !page.may_save);
     runner_.reset();
     Start({u"nav(\"fine\")"_s, u"set_name(\"box,\")"_s});
     EXPECT_TRUE(Ends(20s));
     EXPECT_TRUE(Log().contains(u"DONE!"_s));
     EXPECT_FALSE(Log().contains(u"Failed"_s));
   }
+}
+
+TEST_F(StuckJob, WindowsWithoutEndFailTheEntry) {
+  server_.replies["/page"] =
+      Html("<input type=button name=go onclick='for(var i=0;i<12;++i)window.open(\"/\")'>");
+  Start({u"nav(\"page\")"_s, u"click_button(\"go\")"_s, u"wait_until_words_found(\"x\")"_s});
+  ASSERT_TRUE(Ends(20s));
+  EXPECT_EQ(Log().count(u"more than eight windows"_s), 1) << Log().toStdString();
+  EXPECT_EQ(runner_->Outcome().entries_failed, 1);
 }
 
 TEST_F(StuckJob, AJobIsLetGoInTheMiddleOfAnything) {
@@ -63,9 +76,24 @@ TEST_F(StuckJob, AJobIsLetGoInTheMiddleOfAnything) {
   }
 }
 
+TEST_F(StuckJob, AnEndlessScriptEndsItsEntryAndNotTheJob) {
+  context_.port_list.SetEntries({WebEntry(u"One"_s), WebEntry(u"Two"_s)});
+  int pages = 0;
+  server_.special = [&pages](const QByteArray& request) {
+    return request.startsWith("GET /page ")
+               ? std::optional(
+                     Html(++pages == 1 ? "<script>for(;;);</script>" : "<input name=box>"))
+               : std::nullopt;
+  };
+  Start({u"nav(\"page\")"_s, u"set_name(\"box,\")"_s});
+  ASSERT_TRUE(Ends(60s)) << Log().toStdString();
+  EXPECT_EQ(runner_->Outcome().entries_failed, 1);
+  EXPECT_EQ(Log().count(u"\r\n(Successful)\r\n"_s), 1) << Log().toStdString();
+}
+
 TEST_F(StuckJob, AHugePageIsWorkedOn) {
   QByteArray markup;
-  for (int i = 0; i < 100000; ++i) {
+  for (int i = 0; i < 90000; ++i) {
     markup += "<p class='row of a long table with much to say about nothing'>" +
               QByteArray::number(i) + "<i></i></p>\n";
   }

@@ -64,6 +64,10 @@ WebTest::WebTest() : window(std::make_unique<QWidget>()), host(make_host(nullptr
   QObject::connect(host.get(), &PageHost::statusTextChanged, window.get(),
                    [this](const QString& text) { told.append(text); });
   QObject::connect(host.get(), &PageHost::documentComplete, window.get(), [this] { ++completed; });
+  QObject::connect(host.get(), &PageHost::noted, window.get(),
+                   [this](const QString& text) { notes.append(text); });
+  QObject::connect(host.get(), &PageHost::resourceFailed, window.get(),
+                   [this](const QString& url) { missing.append(QUrl(url).path()); });
   QObject::connect(host.get(), &PageHost::scriptError, window.get(),
                    [this](const QString& text) { script_errors.append(text); });
 }
@@ -77,6 +81,8 @@ void WebTest::Open(const QUrl& address) {
   errors.clear();
   told.clear();
   script_errors.clear();
+  notes.clear();
+  missing.clear();
   completed = 0;
   host->Navigate2(QString::fromUtf8(address.toEncoded()), {});
   Settle();

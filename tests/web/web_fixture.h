@@ -100,6 +100,8 @@ class WebTest : public ::testing::Test {
   QStringList told;
   QStringList script_errors;
   QStringList near_names;  // of the latest answer
+  QStringList notes;       // for the log
+  QStringList missing;     // parts of pages
   int completed = 0;
 
  private:

@@ -6,6 +6,7 @@
 #include <QSet>
 #include <QWebEngineLoadingInfo>
 
+#include <array>
 #include <utility>
 
 namespace quayline {
@@ -14,26 +15,19 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kPause(500);
+// A router that restarts is back after 10 to 60 s; 30 s of waiting is what a user bears.
+constexpr std::array kPauses{milliseconds(500),  milliseconds(1000), milliseconds(2000),
+                             milliseconds(4000), milliseconds(8000), milliseconds(12000)};
 constexpr milliseconds kLongestAbsence(30000);
-constexpr milliseconds kActMemory(60000);
+constexpr milliseconds kActionMemory(60000);
 
-// Whether nobody answers at the address, or somebody who asks to come again.
-bool IsAway(const QWebEngineLoadingInfo& failed) {
+bool IsAway(const QWebEngineLoadingInfo& failed, int net_error) {
   constexpr int kComeAgain = 503;
-  constexpr int kEmptyAnswer = -324;
-  // Closed, reset, refused, unreachable, silent.
-  static const QSet<int> nobody{-100, -101, -102, -109, -118};
-  switch (failed.errorDomain()) {
-    case QWebEngineLoadingInfo::ConnectionErrorDomain:
-      return nobody.contains(failed.errorCode());
-    case QWebEngineLoadingInfo::HttpErrorDomain:
-      return failed.errorCode() == kEmptyAnswer;
-    case QWebEngineLoadingInfo::HttpStatusCodeDomain:
-      return failed.errorCode() == kComeAgain;
-    default:
-      return false;
-  }
+  // Refused, failed, no network, unreachable, not answered: nobody got the request.
+  static const QSet<int> unreached{-102, -104, -106, -109, -118};
+  return failed.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain
+             ? failed.errorCode() == kComeAgain
+             : unreached.contains(net_error);
 }
 
 bool IsShort(const QWebEngineLoadingInfo& failed) {
@@ -41,10 +35,6 @@ bool IsShort(const QWebEngineLoadingInfo& failed) {
   constexpr int kChunksBrokenOff = -355;
   return failed.errorDomain() == QWebEngineLoadingInfo::HttpErrorDomain &&
          (failed.errorCode() == kLengthMismatch || failed.errorCode() == kChunksBrokenOff);
-}
-
-bool IsWithin(const QElapsedTimer& since, milliseconds limit) {
-  return since.isValid() && !since.hasExpired(limit.count());
 }
 
 }  // namespace
@@ -57,26 +47,35 @@ LoadRetry::LoadRetry(QObject* parent) : QObject(parent) {
 void LoadRetry::NoteLoad(const QUrl& url) {
   url_ = url;
   was_short_ = false;
+  tries_ = 0;
   pause_.stop();
   since_load_.start();
 }
 
-bool LoadRetry::TryAgain(const QWebEngineLoadingInfo& failed) {
-  const bool is_first_short = IsShort(failed) && !std::exchange(was_short_, true);
-  const bool is_away = IsWithin(since_act_, kActMemory) && IsAway(failed);
-  if (!(is_away || is_first_short) || !IsWithin(since_load_, kLongestAbsence) ||
+bool LoadRetry::TryAgain(const QWebEngineLoadingInfo& failed, int net_error) {
+  if (!since_load_.isValid() || url_.hasQuery() || tries_ >= kPauses.size() ||
       !failed.url().matches(url_, QUrl::RemoveFragment)) {
-    since_load_.invalidate();
+    NoteEnd();
     return false;
   }
-  pause_.start(kPause);
+  const milliseconds pause = kPauses.at(tries_);
+  const bool is_first_short = IsShort(failed) && !std::exchange(was_short_, true);
+  const bool is_after_action =
+      since_action_.isValid() && !since_action_.hasExpired(kActionMemory.count());
+  const bool is_in_time = since_load_.elapsed() + pause.count() <= kLongestAbsence.count();
+  if (!is_first_short && !(is_after_action && is_in_time && IsAway(failed, net_error))) {
+    NoteEnd();
+    return false;
+  }
+  ++tries_;
+  pause_.start(pause);
   return true;
 }
 
 bool LoadRetry::Stop() {
   const bool was_waiting = pause_.isActive();
   pause_.stop();
-  since_load_.invalidate();
+  NoteEnd();
   return was_waiting;
 }
 

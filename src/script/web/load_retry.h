@@ -11,10 +11,13 @@ class QWebEngineLoadingInfo;
 
 namespace quayline {
 
-// Knows when a load of ours that failed is worth another try. Many routers start their web server,
-// or themselves, anew behind a save, and the next page is asked for in the midst of it. Without an
-// act shortly before, nobody is expected to come back: a wrong address is told at once. A page that
-// breaks off is tried again once: half a form would be sent off as half a rule.
+// Decides whether a page of ours that failed is requested again. Many routers start their web
+// server, or themselves, again after a save, and the next page is requested meanwhile.
+//
+// A request that may have reached the router is not repeated: a plain address can apply settings,
+// or restart the router. So only a GET without a query is, within a minute after a user action, and
+// only when no connection could be made or the answer is 503. A page that broke off is requested
+// once more: half a form would be submitted as half a rule.
 class LoadRetry final : public QObject {
   Q_OBJECT
 
@@ -22,13 +25,14 @@ class LoadRetry final : public QObject {
   explicit LoadRetry(QObject* parent = nullptr);
 
   // The page was acted on.
-  void NoteAct() { since_act_.start(); }
-  // A load of ours begins.
+  void NoteAction() { since_action_.start(); }
+  // A page of ours is requested: a GET of `url`.
   void NoteLoad(const QUrl& url);
+  // Whatever fails from now on is not to be repeated.
   void NoteEnd() { since_load_.invalidate(); }
-  // True where again() will come. What the page itself went for is never tried again: it may have
-  // been a save.
-  bool TryAgain(const QWebEngineLoadingInfo& failed);
+  // True when again() will follow, after a pause that grows from try to try. `net_error` is the
+  // engine's number, put right where the engine does not know better.
+  bool TryAgain(const QWebEngineLoadingInfo& failed, int net_error);
   // False when there was nothing to stop.
   bool Stop();
 
@@ -36,9 +40,10 @@ class LoadRetry final : public QObject {
   void again(const QUrl& url);
 
  private:
-  QElapsedTimer since_act_;
+  QElapsedTimer since_action_;
   QElapsedTimer since_load_;
   QTimer pause_;
+  size_t tries_ = 0;
   bool was_short_ = false;
   QUrl url_;
 };

@@ -3,6 +3,8 @@
 
 #include "script/web/navigation_watch.h"
 
+#include <utility>
+
 namespace quayline {
 
 namespace {
@@ -11,74 +13,119 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kFrameGuard(8000);
 constexpr milliseconds kFormGuard(20000);
+// After the answer: the agent's report comes within milliseconds, even on a busy machine.
+constexpr milliseconds kAnsweredGuard(2000);
 constexpr milliseconds kMoveGuard(1000);
+// The engine begins a load in the same turn of the event loop, or not at all.
+constexpr milliseconds kStartGuard(3000);
 
 }  // namespace
 
 NavigationWatch::NavigationWatch(QObject* parent) : QObject(parent) {
-  guard_.setSingleShot(true);
-  connect(&guard_, &QTimer::timeout, this, [this] {
-    frames_.clear();
-    if (within_page_) {
-      asked_ = false;
-    }
+  frame_guard_.setSingleShot(true);
+  start_guard_.setSingleShot(true);
+  connect(&frame_guard_, &QTimer::timeout, this, &NavigationWatch::FrameEndedWithoutPage);
+  connect(&start_guard_, &QTimer::timeout, this, [this] {
+    asked_ = false;
     Update(false);
+    if (!within_page_) {
+      Q_EMIT neverStarted();
+    }
   });
 }
 
 void NavigationWatch::LoadAsked(bool within_page) {
   asked_ = true;
   within_page_ = within_page;
-  if (within_page) {
-    guard_.start(kMoveGuard);
+  if (!loading_) {  // a load that takes the place of another one has no start of its own
+    start_guard_.start(within_page ? kMoveGuard : kStartGuard);
   }
   Update(true);
 }
 
 void NavigationWatch::LoadStarted() {
+  start_guard_.stop();
   asked_ = false;
   loading_ = true;
   frames_.clear();
+  frames_of_load_.clear();
   Update(true);
 }
 
 void NavigationWatch::LoadEnded() {
+  start_guard_.stop();
   asked_ = false;
+  loading_ = false;
+  frames_of_load_.clear();
+  Update(false);
+}
+
+void NavigationWatch::LoadPostponed() {
+  start_guard_.stop();
+  asked_ = true;
+  within_page_ = false;
   loading_ = false;
   Update(false);
 }
 
 void NavigationWatch::AddressChanged() {
   if (asked_ && within_page_) {
+    start_guard_.stop();
     asked_ = false;
     Update(false);
   }
 }
 
 void NavigationWatch::FrameAsked(const QUrl& url, FrameRequest kind) {
-  if (loading_) {
-    return;  // the end of the top page comes behind those of its frames
-  }
-  if (kind == FrameRequest::kRedirect && !frames_.isEmpty()) {
-    frames_.last() = url;
+  QList<QUrl>& frames = loading_ ? frames_of_load_ : frames_;
+  if (kind == FrameRequest::kRedirect && !frames.isEmpty()) {
+    frames.last() = url;
     return;
   }
+  if (loading_) {
+    frames_of_load_.append(url);
+    return;
+  }
+  frame_is_form_ = kind == FrameRequest::kForm || (frame_is_form_ && !frames_.isEmpty());
+  any_answered_ = false;
   frames_.append(url);
-  const milliseconds guard = kind == FrameRequest::kForm ? kFormGuard : kFrameGuard;
-  guard_.start(std::max(guard, guard_.remainingTimeAsDuration()));
+  GuardFrames();
   Update(true);
 }
 
-void NavigationWatch::FrameLoaded(const QUrl& url) {
-  if (!frames_.removeOne(url) && !frames_.isEmpty()) {
-    frames_.removeFirst();
+QUrl NavigationWatch::FrameLoaded(const QUrl& url) {
+  QUrl asked = url;
+  QList<QUrl>& frames = loading_ ? frames_of_load_ : frames_;
+  if (!frames.removeOne(url) && !frames.isEmpty()) {
+    asked = frames.takeFirst();
   }
   Update(false);
+  return asked;
 }
 
 void NavigationWatch::FrameEndedWithoutPage() {
   frames_.clear();
   Update(false);
+}
+
+void NavigationWatch::AnsweredEmpty(const QUrl& url) {
+  if (frames_.removeOne(url)) {
+    Update(false);
+  }
+}
+
+void NavigationWatch::RequestsUnderWay(bool any) {
+  any_answered_ = any_answered_ || (any_under_way_ && !any);
+  any_under_way_ = any;
+  GuardFrames();
+}
+
+void NavigationWatch::GuardFrames() {
+  if (frames_.isEmpty() || any_under_way_) {
+    frame_guard_.stop();
+  } else {
+    frame_guard_.start(any_answered_ ? kAnsweredGuard : frame_is_form_ ? kFormGuard : kFrameGuard);
+  }
 }
 
 void NavigationWatch::Update(bool begun) {

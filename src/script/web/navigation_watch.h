@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 #include <QTimer>
@@ -12,15 +11,15 @@
 
 namespace quayline {
 
-// Why a frame is on its way.
+// Why a frame navigates.
 enum class FrameRequest { kPage, kForm, kRedirect };
 
-// Knows whether a page is on its way somewhere, out of what the engine tells of it.
+// Knows whether a page or one of its frames navigates.
 //
-// Of the top page the engine tells every start and end. A frame's start is told, but its end only
-// by the agent in the frame's new document; a frame that is answered with nothing at all (204, a
-// download) never has one, so that frames are given up after a time, which is longer for a form:
-// that may be a save.
+// The engine reports each start and end of the top page. Of a frame it reports the start only; the
+// end is reported by the agent in the frame's new document. A frame whose answer is no document
+// (204, a download) never has one, so a frame is given up when nothing has been requested from the
+// router for a time. As long as a request is under way, it is waited for like the top page.
 class NavigationWatch final : public QObject {
   Q_OBJECT
 
@@ -28,29 +27,49 @@ class NavigationWatch final : public QObject {
   explicit NavigationWatch(QObject* parent = nullptr);
 
   NavigationState State() const { return state_; }
+  bool IsLoading() const { return loading_; }
+  // How many frames were asked for and have not arrived.
+  qsizetype PendingFrames() const { return frames_.size() + frames_of_load_.size(); }
 
-  // The program asks for a page; the engine's own word comes a little later. A move within the
+  // The program asks for a page; the engine reports the start a little later. A move within the
   // page (another "#") has no start and no end.
   void LoadAsked(bool within_page);
   void LoadStarted();
   void LoadEnded();
+  // The load ended, and another one will take its place: busy without a gap.
+  void LoadPostponed();
   void AddressChanged();
   void FrameAsked(const QUrl& url, quayline::FrameRequest kind);
-  void FrameLoaded(const QUrl& url);
+  // Gives the address that was asked for, which is not that of an error page.
+  QUrl FrameLoaded(const QUrl& url);
   void FrameEndedWithoutPage();
+  // `url` was answered with nothing to show.
+  void AnsweredEmpty(const QUrl& url);
+  // Whether requests of the pages to the router are under way.
+  void RequestsUnderWay(bool any);
 
  Q_SIGNALS:
   void changed();
+  // The engine has begun no load for the address that the program asked for.
+  void neverStarted();
 
  private:
   void Update(bool begun);
+  void GuardFrames();
 
   NavigationState state_;
   bool asked_ = false;
   bool within_page_ = false;
   bool loading_ = false;
-  QList<QUrl> frames_;  // that were asked for and have not arrived
-  QTimer guard_;
+  // Frames that were asked for and have not arrived. Those of a page that is loading do not count
+  // for themselves: the end of the page comes after theirs.
+  QList<QUrl> frames_;
+  QList<QUrl> frames_of_load_;
+  bool frame_is_form_ = false;
+  bool any_under_way_ = false;
+  bool any_answered_ = false;  // since the last frame was asked for
+  QTimer frame_guard_;
+  QTimer start_guard_;
 };
 
 }  // namespace quayline

@@ -32,6 +32,7 @@ void RequestGuard::SetRouter(const SiteOrigin& router) {
 void RequestGuard::Allow(const SiteOrigin& origin) { allowed_.insert(origin); }
 
 void RequestGuard::interceptRequest(QWebEngineUrlRequestInfo& request) {
+  requests_.Note(request);
   const QUrl url = request.requestUrl();
   const SiteOrigin origin = SiteOrigin::Of(url);
   if (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) {

@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <QWebEngineUrlRequestInterceptor>
 
+#include "script/web/page_requests.h"
 #include "script/web/router_gate.h"
 
 namespace quayline {
@@ -31,6 +32,8 @@ class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   // own, or only the scheme if there is no host.
   static QString NameOf(const QUrl& url);
 
+  const PageRequests& Requests() const { return requests_; }
+
  Q_SIGNALS:
   // A request was blocked: the first of its origin. `is_navigation_by_router` is true where the
   // router itself sent the page or a frame there (a redirect, a link, a script); then the user may
@@ -41,6 +44,7 @@ class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   SiteOrigin router_;
   QSet<SiteOrigin> allowed_;
   QSet<SiteOrigin> reported_;
+  PageRequests requests_;
 };
 
 }  // namespace quayline

@@ -10,6 +10,8 @@
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
 
+#include <utility>
+
 #include "script/web/web_texts.h"
 
 namespace quayline {
@@ -24,6 +26,31 @@ QString Shortened(const QString& text) {
   return text.size() > kMaxToldCharacters ? text.left(kMaxToldCharacters) + QChar(0x2026) : text;
 }
 
+const Message& CertificateFault(QWebEngineCertificateError::Type type) {
+  switch (type) {
+    case QWebEngineCertificateError::CertificateDateInvalid:
+    case QWebEngineCertificateError::CertificateValidityTooLong:
+      return message::kCertificateOutOfDate;
+    case QWebEngineCertificateError::CertificateCommonNameInvalid:
+      return message::kCertificateOfOther;
+    case QWebEngineCertificateError::CertificateWeakSignatureAlgorithm:
+    case QWebEngineCertificateError::CertificateWeakKey:
+      return message::kCertificateWeak;
+    default:
+      return message::kRefusedCertificate;
+  }
+}
+
+// Alone or nearly so: a document, or what a script requests. Images, scripts and style sheets are
+// requested all at once.
+bool IsAlone(PageRequests::Kind kind, bool is_lonely_frame) {
+  return kind == QWebEngineUrlRequestInfo::ResourceTypeMainFrame ||
+         kind == QWebEngineUrlRequestInfo::ResourceTypeXhr ||
+         (kind == QWebEngineUrlRequestInfo::ResourceTypeSubFrame && is_lonely_frame);
+}
+
+}  // namespace
+
 bool IsPageScheme(const QString& scheme) {
   static const QStringList schemes{QStringLiteral("http"),        QStringLiteral("https"),
                                    QStringLiteral("about"),       QStringLiteral("javascript"),
@@ -32,15 +59,16 @@ bool IsPageScheme(const QString& scheme) {
   return schemes.contains(scheme);
 }
 
-}  // namespace
-
 WebPage::WebPage(WebProfile& profile, QObject* parent)
     : QWebEnginePage(&profile.Engine(), parent), profile_(profile) {
   connect(this, &QWebEnginePage::authenticationRequired, this, &WebPage::AnswerLogin);
   connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
           [](const QUrl&, QAuthenticator* authenticator) { *authenticator = QAuthenticator(); });
   connect(this, &QWebEnginePage::certificateError, this, &WebPage::JudgeCertificate);
-  connect(this, &QWebEnginePage::loadStarted, this, [this] { messages_ = 0; });
+  connect(this, &QWebEnginePage::loadStarted, this, [this] {
+    messages_ = 0;
+    has_exceeded_popups_ = false;
+  });
   connect(this, &QWebEnginePage::featurePermissionRequested, this,
           [this](const QUrl& origin, Feature feature) {
             setFeaturePermission(origin, feature, PermissionDeniedByUser);
@@ -67,7 +95,8 @@ bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
 
 QWebEnginePage* WebPage::createWindow(WebWindowType) {
   QWebEnginePage* popup = nullptr;
-  if (profile_.TakePopup()) {
+  const bool is_free = profile_.TakePopup();
+  if (is_free) {
     Q_EMIT popupWanted(&popup);
     if (popup == nullptr) {
       profile_.ReturnPopup();
@@ -75,6 +104,9 @@ QWebEnginePage* WebPage::createWindow(WebWindowType) {
   }
   if (popup == nullptr) {
     Q_EMIT told(profile_.Text(message::kRefusedWindow));
+  }
+  if (!is_free && !std::exchange(has_exceeded_popups_, true)) {
+    Q_EMIT popupsExceeded();
   }
   return popup;
 }
@@ -120,19 +152,22 @@ QStringList WebPage::chooseFiles(FileSelectionMode, const QStringList&, const QS
 }
 
 void WebPage::AnswerLogin(const QUrl& url, QAuthenticator* authenticator) {
-  QString username;
-  QString password;
-  if (profile_.AnswerLogin(url, &username, &password)) {
-    authenticator->setUser(username);
-    authenticator->setPassword(password);
+  Q_EMIT loginAsked();
+  const bool is_alone = IsAlone(profile_.Guard().Requests().KindOf(url), is_lonely_frame_);
+  const LoginAnswer answer = profile_.AnswerLogin(url, authenticator->realm(), is_alone);
+  if (answer.login) {
+    authenticator->setUser(answer.login->username);
+    authenticator->setPassword(answer.login->password);
     return;
-  }
-  if (profile_.IsRouter(url)) {
-    Q_EMIT loginRefused();
   }
   // An authenticator of its own lets the server's refusal through; one that is left alone would be
   // sent empty, again and again.
   *authenticator = QAuthenticator();
+  if (answer.is_postponed) {
+    Q_EMIT loginPostponed(url);
+  } else if (profile_.IsRouter(url)) {
+    Q_EMIT loginRefused(url);
+  }
 }
 
 // A certificate of the router's own that the user took stays good as long as it is the same. A
@@ -145,7 +180,7 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   TrustedCertificates* const known = profile_.Certificates();
   if (known == nullptr || !profile_.IsRouter(url) || !error.isOverridable() || chain.isEmpty()) {
     error.rejectCertificate();
-    Q_EMIT told(profile_.Text(message::kRefusedCertificate).arg(address));
+    Q_EMIT told(profile_.Text(CertificateFault(error.type())).arg(address));
     return;
   }
   const QByteArray sha256 = chain.first().digest(QCryptographicHash::Sha256);
@@ -153,6 +188,10 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   if (verdict == TrustedCertificates::Verdict::kTrusted) {
     error.acceptCertificate();
     return;
+  }
+  if (const Message& fault = CertificateFault(error.type());
+      &fault != &message::kRefusedCertificate) {
+    Q_EMIT told(profile_.Text(fault).arg(address));
   }
   error.defer();
   auto answer = [error, known, address, sha256](bool trusted) mutable {

@@ -13,6 +13,9 @@
 
 namespace quayline {
 
+// Whether a page can have an address of this scheme. Others would open another program.
+bool IsPageScheme(const QString& scheme);
+
 // The one place where the engine calls back: every question that a page raises is answered here, at
 // once, and told to the host as a signal.
 class WebPage final : public QWebEnginePage {
@@ -20,6 +23,9 @@ class WebPage final : public QWebEnginePage {
 
  public:
   WebPage(WebProfile& profile, QObject* parent);
+
+  // Whether one frame is loaded, and nothing else of the page.
+  void SetLonelyFrame(bool is_lonely) { is_lonely_frame_ = is_lonely; }
 
  Q_SIGNALS:
   // One of our scripts says something; without the beacon.
@@ -30,9 +36,15 @@ class WebPage final : public QWebEnginePage {
   void messageShown(const QString& text);
   void certificateQuestion(const quayline::ShownCertificate& shown,
                            const std::function<void(bool trusted)>& answer);
-  // The router's login question found no answer.
-  void loginRefused();
+  // The router's login question for `url` was not answered.
+  void loginRefused(const QUrl& url);
+  // The router asked for a login.
+  void loginAsked();
+  // The login may be right, and is not given now because other requests are queued.
+  void loginPostponed(const QUrl& url);
   void scriptFailed(const QString& description, const QString& url, int line);
+  // The page has more windows open than it may.
+  void popupsExceeded();
   // A page asks for a new window; to be answered with the page that becomes it.
   void popupWanted(QWebEnginePage** popup);
 
@@ -55,7 +67,9 @@ class WebPage final : public QWebEnginePage {
   void TellMessage(const QString& told_text, const QString& text);
 
   WebProfile& profile_;
-  int messages_ = 0;  // of the page, since its last load began
+  bool is_lonely_frame_ = false;
+  bool has_exceeded_popups_ = false;  // since its last load began
+  int messages_ = 0;                  // of the page, since its last load began
 };
 
 }  // namespace quayline

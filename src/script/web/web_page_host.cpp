@@ -3,19 +3,14 @@
 
 #include "script/web/web_page_host.h"
 
-#include <QCoreApplication>
 #include <QHostAddress>
 #include <QJsonDocument>
-#include <QKeyEvent>
 #include <QMetaMethod>
 #include <QRegularExpression>
 #include <QTimer>
-#include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
-#include <QWebEngineSettings>
 
 #include "async/wait.h"
-#include "script/key_sequence.h"
 #include "script/page_operations.h"
 #include "script/status_text.h"
 #include "script/wait_limits.h"
@@ -29,9 +24,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kAskAgain(1000);      // a report that was lost with what it ran in
-constexpr milliseconds kCacheClearing(50);   // no signal tells its end
-constexpr milliseconds kKeysLimit(250);      // of keys that no document has heard
+constexpr milliseconds kAskAgain(1000);     // a report that was lost with what it ran in
+constexpr milliseconds kCacheClearing(50);  // no signal tells its end
 
 QString AsJavaScript(const QJsonArray& values) {
   return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
@@ -43,7 +37,8 @@ QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
 // from one that is none, such as 192.168.1.999.
 bool IsHost(const QString& host) {
   static const QRegularExpression numeric(QStringLiteral("(^|\\.)([0-9]+|0[xX][0-9a-fA-F]*)\\.?$"));
-  return !host.isEmpty() && (!numeric.match(host).hasMatch() || !QHostAddress(host).isNull());
+  return !host.isEmpty() && !host.contains(QLatin1Char('%')) &&
+         (!numeric.match(host).hasMatch() || !QHostAddress(host).isNull());
 }
 
 // For an address that is none: whatever may have been meant as its login is left out.
@@ -59,110 +54,102 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
     : PageHost(parent),
       profile_(std::move(profile)),
       page_(new WebPage(*profile_, nullptr)),
-      view_(new QWebEngineView) {
+      view_(new QWebEngineView),
+      loads_(
+          *profile_, [this] { return new WebPage(*profile_, nullptr); },
+          [this](const auto&... question) { return AskForLogin(question...); }, nullptr),
+      watchdog_([this] { return loads_.State().busy || calls_.HasOpenCalls(); }, nullptr) {
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
-  connect(&watch_, &NavigationWatch::changed, this, &PageHost::navigationChanged);
-  keys_guard_.setSingleShot(true);
-  connect(&retry_, &LoadRetry::again, this, [this](const QUrl& url) { page_->load(url); });
-  connect(&keys_guard_, &QTimer::timeout, this, &WebPageHost::AskHeld);
+  connect(&keys_, &PageKeys::arrived, this, [this] { calls_.Release(); });
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QUrl& url) {
     Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(RequestGuard::NameOf(url)));
   });
+  ConnectLoads();
   ConnectPage();
 }
 
 WebPageHost::~WebPageHost() {
   *alive_ = false;
+  calls_.Drop();
   disconnect(page_, nullptr, this, nullptr);
   // In this order: the page may not outlive its profile, nor the view its page.
   delete view_;
   delete page_;
   delete dead_page_;
-  if (is_popup_) {
+  ReturnPopup();
+}
+
+// A popup that closes is not open any more, though its last requests may keep it for a time.
+void WebPageHost::ReturnPopup() {
+  if (std::exchange(counts_as_open_, false)) {
     profile_->ReturnPopup();
   }
 }
 
+void WebPageHost::ConnectLoads() {
+  connect(&loads_, &PageLoads::changed, this, &PageHost::navigationChanged);
+  connect(&loads_, &PageLoads::completed, this, &PageHost::documentComplete);
+  connect(&loads_, &PageLoads::told, this, &PageHost::statusTextChanged);
+  connect(&loads_, &PageLoads::noted, this, &PageHost::noted);
+  connect(&loads_, &PageLoads::started, this, [this](const QUrl& url) {
+    keys_.Forget();  // the document that would have got them is going
+    Q_EMIT beforeNavigate();
+    Q_EMIT statusTextChanged(Text(message::kOpeningPage).arg(ShownUrl(url)));
+  });
+  connect(&loads_, &PageLoads::failed, this,
+          [this](const QUrl& url, int status) { Q_EMIT navigateError(ShownUrl(url), status); });
+  connect(&loads_, &PageLoads::resourceFailed, this,
+          [this](const QUrl& url) { Q_EMIT resourceFailed(ShownUrl(url)); });
+}
+
 void WebPageHost::ConnectPage() {
-  connect(page_, &QWebEnginePage::loadingChanged, this, &WebPageHost::OnLoadingChanged);
-  connect(page_, &QWebEnginePage::urlChanged, &watch_, &NavigationWatch::AddressChanged);
+  loads_.Follow(page_);
+  calls_.SetPage(page_);
+  watchdog_.SetPage(page_);
   connect(page_, &QWebEnginePage::loadProgress, this, &PageHost::progressChanged);
-  connect(page_, &QWebEnginePage::windowCloseRequested, this, &PageHost::windowClosing);
+  connect(page_, &QWebEnginePage::windowCloseRequested, this, &WebPageHost::OnCloseRequested);
   connect(page_, &QWebEnginePage::linkHovered, this, &PageHost::statusTextChanged);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &WebPageHost::OnRendererGone);
-  connect(page_, &WebPage::frameNavigating, &watch_, &NavigationWatch::FrameAsked);
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
   connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
   connect(page_, &WebPage::scriptFailed, this, &PageHost::scriptError);
   connect(page_, &WebPage::messageShown, this, &PageHost::pageMessage);
-  connect(page_, &WebPage::loginRefused, this, [this] { login_refused_ = true; });
+  connect(page_, &WebPage::popupsExceeded, this, [this] {
+    Q_EMIT noted(Text(message::kTooManyWindows));
+    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kTooManyWindows);
+  });
   connect(page_, &WebPage::certificateQuestion, this, &WebPageHost::OnCertificateQuestion);
   connect(page_, &WebPage::popupWanted, this, [this](QWebEnginePage** popup) {
     auto host = std::make_unique<WebPageHost>(profile_, nullptr);
     host->is_popup_ = true;
+    host->counts_as_open_ = true;
     host->is_led_ = true;
     Q_EMIT newWindow(host.get());
     if (host->parent() != nullptr) {
       *popup = host.release()->page_;  // its parent has it now
     } else {
-      host->is_popup_ = false;  // never counted as open
+      host->counts_as_open_ = false;  // the page returns it
     }
   });
 }
 
+void WebPageHost::OnCloseRequested() {
+  ReturnPopup();
+  Q_EMIT windowClosing();
+}
+
 void WebPageHost::OnDownloadRefused(const QString& file_name) {
-  watch_.FrameEndedWithoutPage();
+  loads_.FileRefused();
   if (!is_popup_) {
     Q_EMIT statusTextChanged(Text(message::kRefusedFile).arg(file_name));
   }
 }
 
-void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
-  const QString url = ShownUrl(info.url());
-  switch (info.status()) {
-    case QWebEngineLoadingInfo::LoadStartedStatus:
-      // Without an error page of its own a failed load leaves the page as it was.
-      page_->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled,
-                                      !profile_->Options().silent_mode);
-      login_refused_ = false;
-      watch_.LoadStarted();
-      AskHeld();  // the document that would have heard the keys is going
-      Q_EMIT beforeNavigate();
-      Q_EMIT statusTextChanged(Text(message::kOpeningPage).arg(url));
-      return;
-    case QWebEngineLoadingInfo::LoadFailedStatus:
-      OnLoadFailed(info);
-      return;
-    case QWebEngineLoadingInfo::LoadStoppedStatus:
-    case QWebEngineLoadingInfo::LoadSucceededStatus:
-      retry_.NoteEnd();
-      watch_.LoadEnded();
-      Q_EMIT statusTextChanged(Text(message::kPageDone));
-      Q_EMIT documentComplete();
-      return;
-  }
-}
-
-void WebPageHost::OnLoadFailed(const QWebEngineLoadingInfo& info) {
-  if (retry_.TryAgain(info)) {
-    Q_EMIT statusTextChanged(Text(message::kTryingAgain));
-    return;
-  }
-  watch_.LoadEnded();
-  const bool is_http = info.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain;
-  constexpr int kLoginWanted = 401;
-  if (is_http && info.errorCode() == kLoginWanted && AskForLogin(info.url())) {
-    return;
-  }
-  const int error = RouterGate::Instance().NetError(info.url(), info.errorCode());
-  Q_EMIT navigateError(ShownUrl(info.url()), is_http ? info.errorCode() : StatusOfNetError(error));
-}
-
 void WebPageHost::NoteAct() {
   is_led_ = true;
-  retry_.NoteAct();
+  loads_.NoteAction();
 }
 
 void WebPageHost::OnAgentSaid(const QString& text) {
@@ -172,28 +159,35 @@ void WebPageHost::OnAgentSaid(const QString& text) {
     return;
   }
   if (kind == QLatin1String("closing")) {
-    Q_EMIT windowClosing();
+    OnCloseRequested();
     return;
   }
   if (kind == QLatin1String("key")) {
-    if (keys_under_way_ > 1) {
-      --keys_under_way_;
-    } else if (keys_under_way_ == 1) {
-      AskHeld();
-    }
+    keys_.NoteArrival();
     return;
   }
-  const bool is_top = text.section(QLatin1Char(' '), 1, 1) == QLatin1String("1");
-  const QUrl url(text.section(QLatin1Char(' '), 2));
+  OnLoadReported(kind, text.section(QLatin1Char(' '), 1));
+}
+
+void WebPageHost::OnLoadReported(const QString& kind, const QString& fields) {
+  if (kind == QLatin1String("missing")) {
+    loads_.ResourceFailed(QUrl(fields));
+    return;
+  }
+  if (kind == QLatin1String("neterror")) {
+    loads_.FrameFailed(fields);
+    return;
+  }
+  if (kind == QLatin1String("huge")) {
+    loads_.DocumentTooLarge();
+    return;
+  }
+  const bool is_top = fields.section(QLatin1Char(' '), 0, 0) == QLatin1String("1");
   if (kind == QLatin1String("new") && is_top) {
+    loads_.TopDocumentCreated();
     Q_EMIT navigateComplete();
   } else if (kind == QLatin1String("load") && !is_top) {
-    watch_.FrameLoaded(url);
-    if (url.scheme() == QLatin1String("chrome-error")) {
-      Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
-    } else if (!watch_.State().busy) {
-      Q_EMIT documentComplete();
-    }
+    loads_.FrameLoaded(QUrl(fields.section(QLatin1Char(' '), 1)));
   }
 }
 
@@ -205,6 +199,11 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
   }
   const QUrl url(address, QUrl::TolerantMode);
   const bool is_blank = url.scheme() == QLatin1String("about");
+  if (url.isValid() && !url.scheme().isEmpty() && !IsPageScheme(url.scheme())) {
+    Q_EMIT statusTextChanged(Text(message::kRefusedAddress).arg(WithoutLogin(address)));
+    Q_EMIT navigateError(WithoutLogin(address), page_status::kUnknownProtocol);
+    return;
+  }
   if (!url.isValid() || !(is_blank || IsHost(url.host()))) {
     Q_EMIT navigateError(WithoutLogin(address), page_status::kInvalidUrl);
     return;
@@ -212,40 +211,30 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
   ReplaceDeadPage();
   is_led_ = false;
   if (!target_frame.isEmpty()) {
-    // Only a page's own script can reach a frame by its name.
-    page_->runJavaScript(QStringLiteral("window.open(...%1)")
-                             .arg(AsJavaScript({QString::fromUtf8(url.toEncoded()), target_frame})),
-                         QWebEngineScript::ApplicationWorld);
+    loads_.OpenInFrame(url, target_frame);
     return;
   }
-  const QUrl current = page_->url();
-  const bool within_page =
-      url.hasFragment() && url != current &&
-      url.adjusted(QUrl::RemoveFragment) == current.adjusted(QUrl::RemoveFragment);
-  if (within_page) {
-    // The page hears of it and does what it does behind a click.
+  if (loads_.IsWithinPage(url)) {
+    // The page hears of it and may react, as to a click.
     Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
         [](const auto&) {});
   }
-  retry_.NoteLoad(url);
-  watch_.LoadAsked(within_page);
-  page_->load(url);
+  loads_.Open(url);
 }
 
 void WebPageHost::Refresh2() {
   if (is_renderer_gone_) {
     Navigate2(ShownUrl(page_->url()), {});
-    return;
+  } else {
+    loads_.Refresh();
   }
-  watch_.LoadAsked(false);
-  page_->triggerAction(QWebEnginePage::ReloadAndBypassCache);
 }
 
-void WebPageHost::StopNavigation() {
-  if (retry_.Stop()) {
-    watch_.LoadEnded();
-  }
-  page_->triggerAction(QWebEnginePage::Stop);
+void WebPageHost::StopNavigation() { loads_.Stop(); }
+
+void WebPageHost::RunStopped() {
+  loads_.EndOwnLoads();
+  watchdog_.Hurry();
 }
 
 void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
@@ -273,47 +262,17 @@ void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
   Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
 }
 
-void WebPageHost::Ask(const QString& code, quint32 world, PendingAnswer done) {
-  if (is_renderer_gone_) {
-    done({});
-    return;
-  }
-  const quint64 number = ++asked_;
-  pending_.emplace(number, std::move(done));
-  held_.append({number, code, world});
-  if (keys_under_way_ == 0) {
-    AskHeld();
-  }
-}
-
-void WebPageHost::AskHeld() {
-  keys_under_way_ = 0;
-  keys_guard_.stop();
-  for (const HeldQuestion& held : std::exchange(held_, {})) {
-    page_->runJavaScript(held.code, held.world,
-                         [this, number = held.number, alive = alive_](const QVariant& result) {
-                           if (*alive) {
-                             if (auto asked = pending_.extract(number)) {
-                               asked.mapped()(result);
-                             }
-                           }
-                         });
-  }
+void WebPageHost::Ask(const QString& code, quint32 world, ScriptCalls::Answer done) {
+  calls_.Run(code, world, std::move(done));
 }
 
 void WebPageHost::OnRendererGone() {
   is_renderer_gone_ = true;
-  held_.clear();
-  watch_.LoadEnded();
+  watchdog_.SetPage(nullptr);
   const auto alive = alive_;
-  const auto unanswered = std::exchange(pending_, {});
-  for (const auto& [number, done] : unanswered) {
-    if (*alive) {
-      done({});
-    }
-  }
+  calls_.AnswerAll();
   if (*alive) {
-    Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kCannotLoadData);
+    loads_.RendererGone();
   }
 }
 
@@ -323,6 +282,7 @@ void WebPageHost::ReplaceDeadPage() {
   }
   is_renderer_gone_ = false;
   disconnect(page_, nullptr, this, nullptr);
+  disconnect(page_, nullptr, &loads_, nullptr);
   delete dead_page_;
   dead_page_ = page_;
   page_ = new WebPage(*profile_, nullptr);
@@ -336,17 +296,11 @@ void WebPageHost::SendKeys(const QString& keys) {
   if (target == nullptr) {
     return;
   }
-  const QList<KeyStroke> strokes = ParseKeys(keys);
-  if (!strokes.isEmpty()) {
+  calls_.Hold();
+  if (keys_.Send(target, keys)) {
     NoteAct();
-    keys_under_way_ += static_cast<int>(strokes.size());
-    keys_guard_.start(kKeysLimit);
-  }
-  for (const KeyStroke& stroke : strokes) {
-    QKeyEvent press(QEvent::KeyPress, stroke.key, stroke.modifiers, stroke.text);
-    QKeyEvent release(QEvent::KeyRelease, stroke.key, stroke.modifiers, stroke.text);
-    QCoreApplication::sendEvent(target, &press);
-    QCoreApplication::sendEvent(target, &release);
+  } else {
+    calls_.Release();
   }
 }
 
@@ -356,7 +310,7 @@ void WebPageHost::ClearCache(std::function<void(bool)> done) {
 }
 
 NavigationState WebPageHost::Navigation() const {
-  NavigationState state = watch_.State();
+  NavigationState state = loads_.State();
   state.after_action = is_led_;
   return state;
 }
@@ -371,9 +325,9 @@ void WebPageHost::OnPageReported(const QString& text, bool is_idle) {
   const QStringList lines = text.split(QLatin1Char('\n'));
   const QStringList fields = lines.first().split(QLatin1Char(' '));
   profile_->AddPeriodicRequests(lines.mid(1));
-  Q_EMIT pageReported(fields.value(1), is_idle,
-                      {.later_timers = fields.value(2).toInt(),
-                       .gave_up = fields.value(3) == QLatin1String("1")});
+  Q_EMIT pageReported(
+      fields.value(1), is_idle,
+      {.later_timers = fields.value(2).toInt(), .gave_up = fields.value(3) == QLatin1String("1")});
 }
 
 // A document without our scripts has nothing that could start a navigation. A report is lost when
@@ -434,23 +388,14 @@ void WebPageHost::OnCertificateQuestion(const ShownCertificate& shown,
   });
 }
 
-bool WebPageHost::AskForLogin(const QUrl& url) {
-  if (!login_refused_ || profile_->Options().silent_mode ||
-      !isSignalConnected(QMetaMethod::fromSignal(&PageHost::loginQuestion))) {
+bool WebPageHost::AskForLogin(const QString& address,
+                              const std::function<void(std::optional<TypedLogin>)>& answer) {
+  if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::loginQuestion))) {
     return false;
   }
-  watch_.LoadAsked(false);  // busy until the user has answered
-  Q_EMIT loginQuestion(url.host(), [this, url, alive = alive_](std::optional<TypedLogin> typed) {
-    if (!*alive) {
-      return;
-    }
-    if (typed) {
-      profile_->SetTypedLogin(*typed);
-      page_->load(url);
-    } else {
-      constexpr int kLoginWanted = 401;
-      watch_.LoadEnded();
-      Q_EMIT navigateError(ShownUrl(url), kLoginWanted);
+  Q_EMIT loginQuestion(address, [answer, alive = alive_](std::optional<TypedLogin> typed) {
+    if (*alive) {
+      answer(std::move(typed));
     }
   });
   return true;

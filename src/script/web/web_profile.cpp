@@ -22,9 +22,6 @@ namespace quayline {
 
 namespace {
 
-// Routers lock their login for minutes to hours after five to ten wrong tries.
-constexpr int kMaxLoginTries = 2;
-
 constexpr int kMaxPopups = 8;
 
 QString Secret() {
@@ -53,10 +50,10 @@ QString Called(const char* function, std::initializer_list<const char*> files,
   for (const char* file : files) {
     script += ReadScript(file).remove(unread);
   }
-  return script + QStringLiteral("%1(...%2);\n})();\n")
-                      .arg(QLatin1String(function),
-                           QString::fromUtf8(QJsonDocument(arguments).toJson(
-                               QJsonDocument::Compact)));
+  return script +
+         QStringLiteral("%1(...%2);\n})();\n")
+             .arg(QLatin1String(function),
+                  QString::fromUtf8(QJsonDocument(arguments).toJson(QJsonDocument::Compact)));
 }
 
 }  // namespace
@@ -88,14 +85,14 @@ void WebProfile::InstallScripts() {
   const QString watch_ask = Secret();
   const QString watch_reply = Secret();
   const QJsonObject limits = PageScriptLimits(WaitLimits());
-  Install(QStringLiteral("agent"), QWebEngineScript::ApplicationWorld,
-          Called("installPageIdle", {"watch/page_idle.js"},
-                 {beacon_, watch_ask, watch_reply, limits}) +
-              Called("installPageAgent",
-                     {"agent/elements.js", "agent/finding.js", "agent/acting.js",
-                      "agent/clicking.js", "agent/choosing.js", "agent/reading.js",
-                      "agent/entry.js"},
-                     {beacon_, ask, reply}));
+  Install(
+      QStringLiteral("agent"), QWebEngineScript::ApplicationWorld,
+      Called("installPageIdle", {"watch/page_idle.js"}, {beacon_, watch_ask, watch_reply, limits}) +
+          Called("installLoadReport", {"load_report.js"}, {beacon_}) +
+          Called("installPageAgent",
+                 {"agent/elements.js", "agent/finding.js", "agent/acting.js", "agent/clicking.js",
+                  "agent/choosing.js", "agent/reading.js", "agent/entry.js"},
+                 {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
           Called("installHandlerReader", {"handler_reader.js"}, {ask, reply}) +
               Called("installPageWatch",
@@ -119,7 +116,7 @@ void WebProfile::Install(const QString& name, QWebEngineScript::ScriptWorldId wo
 void WebProfile::SetLogin(const PageLogin& login) {
   if (login != login_) {
     login_ = login;
-    tries_ = 0;
+    tries_.Reset();
     guard_.SetRouter(Router());
     RouterGate::Instance().Admit(this, guard_.Allowed());
   }
@@ -141,22 +138,28 @@ SiteOrigin WebProfile::Router() const {
 void WebProfile::SetTypedLogin(const TypedLogin& typed) {
   login_.username = typed.username;
   login_.password = typed.password;
-  tries_ = 0;
+  tries_.Reset();
 }
 
 bool WebProfile::IsRouter(const QUrl& url) const { return SiteOrigin::Of(url) == Router(); }
 
-bool WebProfile::AnswerLogin(const QUrl& url, QString* username, QString* password) {
+LoginAnswer WebProfile::AnswerLogin(const QUrl& url, const QString& realm, bool is_alone) {
   const bool has_login = !login_.username.isEmpty() || !login_.password.isEmpty();
-  if (!IsRouter(url) || !has_login || tries_ >= kMaxLoginTries) {
-    return false;
+  if (!IsRouter(url) || !has_login) {
+    return {};
   }
-  // First without the blanks at the ends, which are more often slips than meant.
-  const bool trimmed = tries_ == 0;
-  *username = trimmed ? login_.username.trimmed() : login_.username;
-  *password = trimmed ? login_.password.trimmed() : login_.password;
-  ++tries_;
-  return true;
+  switch (tries_.Ask(realm, url, is_alone)) {
+    case LoginTries::Verdict::kFirst:
+      return {.login = TypedLogin{.username = login_.username.trimmed(),
+                                  .password = login_.password.trimmed()}};
+    case LoginTries::Verdict::kSecond:
+      return {.login = TypedLogin{.username = login_.username, .password = login_.password}};
+    case LoginTries::Verdict::kLater:
+      return {.login = std::nullopt, .is_postponed = true};
+    case LoginTries::Verdict::kRefused:
+      break;
+  }
+  return {};
 }
 
 void WebProfile::AddPeriodicRequests(const QStringList& requests) {

@@ -3,18 +3,28 @@
 #pragma once
 
 #include <QJsonArray>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 
+#include <optional>
+
 #include "core/router_session.h"
 #include "core/trusted_certificates.h"
 #include "i18n/translator.h"
 #include "script/page_host.h"
+#include "script/web/login_tries.h"
 #include "script/web/request_guard.h"
 
 namespace quayline {
+
+// How a login question of the browser is answered.
+struct LoginAnswer {
+  std::optional<TypedLogin> login;
+  bool is_postponed = false;  // the login may be right, and is not given now
+};
 
 // What the browsers of one job share: cookies and logins, which end with the job, the scripts that
 // stand in every page, and the router's login with the tries that are left. Owned by the factory
@@ -48,11 +58,20 @@ class WebProfile final : public QObject {
   // Lets pages ask another origin than the router's, until the router changes. The login is not
   // given to it.
   void Allow(const QUrl& url);
+  LoginTries& Logins() { return tries_; }
   // Whether an address has the router's own scheme, host and port.
   bool IsRouter(const QUrl& url) const;
-  // Answers the browser's login question for the router's own scheme, host and port. False, and no
-  // answer, for every other address, without a login, and when the tries are used up.
-  bool AnswerLogin(const QUrl& url, QString* username, QString* password);
+  // Answers the browser's login question for the router's own scheme, host and port, and for no
+  // other. `is_alone`: no other requests of the page are queued.
+  LoginAnswer AnswerLogin(const QUrl& url, const QString& realm, bool is_alone);
+
+  // Whether the address is on the router's host, on any port.
+  bool IsOnRouter(const QUrl& url) const {
+    return login_.host.isEmpty() || url.host() == login_.host;
+  }
+  // Parts of pages that failed to load twice: pages are not loaded again for them.
+  void NoteMissing(const QUrl& url) { missing_.insert(url); }
+  bool IsKnownMissing(const QUrl& url) const { return missing_.contains(url); }
 
   // Popups that are open at the same time; a page that opens more is refused.
   bool TakePopup();
@@ -75,7 +94,8 @@ class WebProfile final : public QObject {
   QWebEngineProfile engine_;
   QString beacon_;
   PageLogin login_;
-  int tries_ = 0;
+  LoginTries tries_;
+  QSet<QUrl> missing_;
   int popups_ = 0;
   QStringList periodic_requests_;
 };
