@@ -26,6 +26,7 @@ if(QUAYLINE_SANITIZE)
   target_compile_options(quayline_options INTERFACE -fsanitize=address,undefined
                                                     -fno-omit-frame-pointer)
   target_link_options(quayline_options INTERFACE -fsanitize=address,undefined)
+  target_compile_definitions(quayline_options INTERFACE QUAYLINE_SANITIZE)
 endif()
 
 # A precompiled header of the Qt Core types, made once and shared by all targets.

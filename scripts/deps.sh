@@ -16,7 +16,7 @@ packages=(
   clang-19 lld-19 cmake ninja-build pkg-config ccache git
   # what the program links
   qt6-base-dev qt6-webengine-dev 'qt6-svg-dev|libqt6svg6-dev' libqt6sql6-sqlite
-  libcurl4-openssl-dev mdbtools-dev libglib2.0-dev
+  libcurl4-openssl-dev mdbtools-dev libglib2.0-dev libseccomp-dev
   # what it wants when it runs: certificates, and one font, without which windows show no text
   ca-certificates fontconfig fonts-dejavu-core
   # the tests; iproute2 builds their networks, openssl their certificates

@@ -11,7 +11,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 prefix=$(realpath -m -- "${1:-$HOME/.local}")
 
-scripts/build.sh release quayline quayline-cli quayline-dbtool quayline_databases
+scripts/build.sh release quayline quayline-cli quayline-dbtool quayline-reader \
+  quayline_databases
 cmake --install build/release --prefix "$prefix"
 
 # A desktop seldom looks for programs in a home folder: it is told where this one lies.

@@ -11,6 +11,7 @@
 #include <limits>
 
 #include "core/port_list_file.h"
+#include "core/save_file.h"
 #include "core/update_command.h"
 
 namespace quayline {
@@ -105,6 +106,7 @@ QString WhyNot(ListFileError error) {
       return QStringLiteral(": it is not a list of ports");
     case ListFileError::kCannotOpen:
     case ListFileError::kCannotWrite:
+    case ListFileError::kChangedElsewhere:
       break;
   }
   return {};
@@ -115,8 +117,12 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, Ap
     return Failure(CliExit::kUsage,
                    QStringLiteral("There is no folder %1.").arg(context.program_folder));
   }
+  RemoveUnfinishedWrites(context.program_folder);
   if (const auto opened = context.databases.Open(context.program_folder); !opened) {
     return Failure(CliExit::kUsage, opened.error().description);
+  }
+  for (const QString& notice : context.databases.Notices()) {
+    Write(stderr, QStringLiteral("quayline-cli: %1\n").arg(notice));
   }
   const auto list = LoadPortList(arguments.list_file);
   if (!list) {

@@ -3,6 +3,8 @@
 
 #include "core/databases.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 #include "core/table_file.h"
@@ -14,7 +16,7 @@ namespace {
 const QStringList kScripts = {QStringLiteral("routercommands"), QStringLiteral("routerportpage")};
 const QStringList kRouterName = {QStringLiteral("routername")};
 
-// The fields of each table stand in the order of the members of its record.
+// The fields of each table are in the order of the members of its record.
 const TableShape kRouters = {
     QStringLiteral("routers.mdb"),
     QStringLiteral("routers"),
@@ -46,6 +48,22 @@ QList<AppPortRecord> ReadAppPorts(const TableFile& ports, std::optional<int> aft
   return records;
 }
 
+// A missing file has been taken away, and is not replaced unasked.
+TableFile::Opened OpenOrGoodCopy(const QString& folder, const TableShape& shape,
+                                 QStringList& notices) {
+  auto opened = TableFile::Open(folder, shape);
+  if (opened || !QFileInfo::exists(folder + QLatin1Char('/') + shape.file_name)) {
+    return opened;
+  }
+  auto copy = TableFile::OpenGoodCopy(folder, shape);
+  if (!copy) {
+    return opened;
+  }
+  notices.append(opened.error().description +
+                 QStringLiteral(" Its last good copy is used for now."));
+  return copy;
+}
+
 }  // namespace
 
 class Databases::Store {
@@ -60,11 +78,12 @@ Databases::~Databases() = default;
 
 std::expected<void, DatabaseError> Databases::Open(const QString& folder) {
   Close();
+  notices_.clear();
   auto store = std::make_unique<Store>();
   for (const auto& [shape, file] : {std::pair(&kRouters, &store->routers),
                                     {&kPorts, &store->ports},
                                     {&kCustom, &store->custom}}) {
-    auto opened = TableFile::Open(folder, *shape);
+    auto opened = OpenOrGoodCopy(folder, *shape, notices_);
     if (!opened) {
       return std::unexpected(opened.error());
     }
@@ -72,6 +91,15 @@ std::expected<void, DatabaseError> Databases::Open(const QString& folder) {
   }
   store_ = std::move(store);
   return {};
+}
+
+void Databases::KeepGoodCopies() const {
+  if (store_) {
+    for (const TableFile* file :
+         {store_->routers.get(), store_->ports.get(), store_->custom.get()}) {
+      file->KeepGoodCopy();
+    }
+  }
 }
 
 void Databases::Close() { store_.reset(); }

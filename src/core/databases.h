@@ -29,8 +29,10 @@ struct RouterName {
 };
 
 // The three databases of the program's folder, open for the whole run. "routers.mdb", "ports.mdb"
-// and "custom.mdb" are SQLite files; one that turns out to be a Jet file is converted once when it
-// is opened, and the original is kept beside it with ".jet" behind its name.
+// and "custom.mdb" are SQLite files; a Jet file is converted once when it is opened, and the
+// original is kept beside it with ".jet" added to its name. Of each file that was good the program
+// keeps a copy with ".good" added to its name, which is used when the file itself is damaged or
+// locked.
 class Databases final {
  public:
   Databases();
@@ -38,19 +40,25 @@ class Databases final {
   Databases(const Databases&) = delete;
   Databases& operator=(const Databases&) = delete;
 
-  // Opens all three, or none. A missing file, a file that is no database and a file without its
-  // table are errors; an empty table, and an additional field, are not.
+  // Opens all three, or none. A file that cannot be used, and has no good copy, is an error: one
+  // that is missing or no database, or lacks its table. An empty table, and an additional field,
+  // are not. Ends in a limited time whatever the files contain.
   std::expected<void, DatabaseError> Open(const QString& folder);
+  // A sentence for each file in whose place Open() took the good copy, which is only read.
+  const QStringList& Notices() const { return notices_; }
+  // Copies what is open and has changed since the last copy. Takes a moment for large files, so it
+  // is called when the window is there.
+  void KeepGoodCopies() const;
   void Close();
   bool IsOpen() const;
 
   int RouterCount() const;
   // Up to `limit` routers whose ID is above `after_id`, in the order of their IDs: the router list
-  // is filled by such steps, so that the window stays alive.
+  // is filled in such steps, so that the window stays responsive.
   QList<RouterName> RouterNames(int after_id, int limit) const;
   // One find by key.
   std::optional<RouterRecord> FindRouter(int id) const;
-  // False when the row is gone or the file cannot be written; the old scripts then stand.
+  // False when the row is gone or the file cannot be written; the old scripts are unchanged then.
   bool UpdateRouterScripts(int id, const QString& routercommands, const QString& routerportpage);
 
   int AppPortCount() const;
@@ -65,6 +73,7 @@ class Databases final {
  private:
   class Store;
   std::unique_ptr<Store> store_;
+  QStringList notices_;
 };
 
 }  // namespace quayline

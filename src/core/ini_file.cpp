@@ -5,11 +5,11 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 
 #include <chrono>
 #include <optional>
 
+#include "core/file_lock.h"
 #include "core/ini_text.h"
 #include "core/save_file.h"
 
@@ -52,8 +52,8 @@ QString ReadIniValue(const QString& section, const QString& key, const QString& 
 
 bool WriteIniValue(const QString& section, const QString& key, const QString& value,
                    const QString& file_name) {
-  QLockFile lock(file_name + QStringLiteral(".lock"));
-  if (!lock.tryLock(kLockWait.count())) {
+  const FileLock lock(QFileInfo(file_name).absolutePath(), kLockWait);
+  if (!lock.IsLocked()) {
     return false;
   }
   QByteArray former;

@@ -2,12 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QList>
 #include <QString>
 
 #include <expected>
-
-#include "core/table_data.h"
 
 namespace quayline {
 
@@ -17,14 +14,10 @@ namespace quayline {
 // By the file's first bytes.
 bool IsJetFile(const QString& path);
 
-// All user tables of a Jet file. Nulls are empty texts. The error is a part of a sentence that says
-// what the file is or does ("is damaged").
-std::expected<QList<TableData>, QString> ReadJetFile(const QString& path);
-
-// Puts a SQLite file with the same tables in the place of the Jet file `path`, and keeps the
-// original beside it with ".jet" behind its name. Nothing is done where `path` is no Jet file. On
-// failure, also where `table` is missing, the Jet file stands as it was, and the error is such a
-// part of a sentence.
+// Replaces the Jet file `path` by a SQLite file with the same tables, and keeps the original beside
+// it with ".jet" added to its name. Does nothing if `path` is not a Jet file. On failure, which
+// includes a missing `table`, the Jet file is unchanged, and the error is a part of a sentence that
+// says what the file is or does ("is damaged").
 std::expected<void, QString> ConvertJetFile(const QString& path, const QString& table);
 
 }  // namespace quayline

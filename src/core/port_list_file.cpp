@@ -19,7 +19,7 @@ namespace {
 
 constexpr qsizetype kNoLimit = std::numeric_limits<qsizetype>::max();
 
-// Some editors save a list as UTF-16 with its mark; its lines are taken from UTF-8 then.
+// Some editors save a list as UTF-16 with a byte order mark: it is converted to UTF-8.
 QByteArray WithoutUtf16(const QByteArray& bytes) {
   if (!bytes.startsWith("\xff\xfe") && !bytes.startsWith("\xfe\xff")) {
     return bytes;
@@ -51,7 +51,7 @@ PortEntry ParseRow(const QString& line) {
   return entry;
 }
 
-// Stops behind `max_rows` rows.
+// Stops after `max_rows` rows.
 QList<PortEntry> ParseRows(const QByteArray& file_bytes, qsizetype max_rows) {
   QByteArray bytes = WithoutUtf16(file_bytes);
   bytes.removeIf([](char c) { return c == '\0'; });
@@ -70,8 +70,8 @@ QList<PortEntry> ParseRows(const QByteArray& file_bytes, qsizetype max_rows) {
   return entries;
 }
 
-// A picture, a program, a text of another kind: its lines would be taken for names of entries. A
-// list may have control characters as well, out of a database's names; it has its fields, too.
+// The lines of an image, a program or another text would become names of entries. A list can also
+// contain control characters, from names in a database, but then its rows have fields.
 bool IsOtherFile(const QByteArray& bytes, const QList<PortEntry>& entries) {
   constexpr qsizetype kBarsOfRow = 5;
   const qsizetype bars = bytes.count('|');
@@ -101,7 +101,7 @@ QByteArray FormatPortList(const QList<PortEntry>& entries) {
   return encode.hasError() ? text.toUtf8() : bytes;
 }
 
-std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_name) {
+std::expected<QByteArray, ListFileError> ReadListBytes(const QString& file_name) {
   // Opening a pipe or a device would wait for its other end.
   if (!QFileInfo(file_name).isFile()) {
     return std::unexpected(ListFileError::kCannotOpen);
@@ -110,13 +110,19 @@ std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_
   if (!file.open(QIODevice::ReadOnly)) {
     return std::unexpected(ListFileError::kCannotOpen);
   }
-  if (file.size() > kMaxListFileBytes) {
+  // The size is only what the file system says: some files grow while they are read.
+  QByteArray bytes =
+      file.size() > kMaxListFileBytes ? QByteArray() : file.read(kMaxListFileBytes + 1);
+  if (file.size() > kMaxListFileBytes || bytes.size() > kMaxListFileBytes) {
     return std::unexpected(ListFileError::kTooLarge);
   }
-  const QByteArray bytes = file.readAll();
   if (file.error() != QFileDevice::NoError) {
     return std::unexpected(ListFileError::kCannotOpen);
   }
+  return bytes;
+}
+
+std::expected<QList<PortEntry>, ListFileError> CheckedPortList(const QByteArray& bytes) {
   QList<PortEntry> entries = ParseRows(bytes, kMaxListRows + 1);
   if (entries.size() > kMaxListRows) {
     return std::unexpected(ListFileError::kTooLarge);
@@ -125,6 +131,11 @@ std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_
     return std::unexpected(ListFileError::kNotAList);
   }
   return entries;
+}
+
+std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_name) {
+  const auto bytes = ReadListBytes(file_name);
+  return bytes ? CheckedPortList(*bytes) : std::unexpected(bytes.error());
 }
 
 std::expected<void, ListFileError> SavePortList(const QList<PortEntry>& entries,

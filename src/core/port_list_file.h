@@ -25,16 +25,20 @@ QList<PortEntry> ParsePortList(const QByteArray& bytes);
 QByteArray FormatPortList(const QList<PortEntry>& entries);
 
 enum class ListFileError {
-  kCannotOpen,  // missing, a folder, no right to read
-  kTooLarge,    // more than kMaxListFileBytes or kMaxListRows
-  kNotAList,    // no fields, or few beside control characters, as in a picture
-  kCannotWrite  // read-only folder, full disk; the old file is untouched
+  kCannotOpen,       // missing, a folder, no right to read
+  kTooLarge,         // more than kMaxListFileBytes or kMaxListRows
+  kNotAList,         // no fields, or few among control characters, as in an image
+  kCannotWrite,      // read-only folder, full disk; the old file is unchanged
+  kChangedElsewhere  // the file is not what was read or written last; nothing was written
 };
 
 inline constexpr qint64 kMaxListFileBytes = qint64{256} << 20;
 inline constexpr qsizetype kMaxListRows = 2'000'000;  // some hundred bytes of memory each
 
 std::expected<QList<PortEntry>, ListFileError> LoadPortList(const QString& file_name);
+// The two steps of LoadPortList(): reading the file, and taking its bytes for a list.
+std::expected<QByteArray, ListFileError> ReadListBytes(const QString& file_name);
+std::expected<QList<PortEntry>, ListFileError> CheckedPortList(const QByteArray& bytes);
 
 // Writes the whole file or leaves the old one.
 std::expected<void, ListFileError> SavePortList(const QList<PortEntry>& entries,

@@ -20,11 +20,24 @@ constexpr QLatin1String kFalse("False");
 Settings::Settings(QString file_name) : file_name_(std::move(file_name)) {}
 
 QString Settings::Value(const char* key) const {
-  return ReadIniValue(kSection, QString::fromLatin1(key), file_name_);
+  const auto pending = pending_.find(key);
+  return pending != pending_.end() ? *pending
+                                   : ReadIniValue(kSection, QString::fromLatin1(key), file_name_);
 }
 
 bool Settings::SetValue(const char* key, const QString& value) {
-  return WriteIniValue(kSection, QString::fromLatin1(key), value, file_name_);
+  pending_.insert(key, value);
+  return StorePending();
+}
+
+// Ends at the first failure: each may have waited for another instance's lock.
+bool Settings::StorePending() {
+  for (auto each = pending_.begin(); each != pending_.end(); each = pending_.erase(each)) {
+    if (!WriteIniValue(kSection, QString::fromLatin1(each.key()), each.value(), file_name_)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 bool Settings::Boolean(const char* key, bool otherwise) const {

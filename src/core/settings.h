@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
+#include <QHash>
 #include <QString>
 
 namespace quayline {
@@ -26,15 +28,18 @@ inline constexpr char kListColumns[] = "listcolumns";  // widths that the user g
 inline constexpr char kWindowSize[] = "windowsize";    // of the main window: "960,720"
 }  // namespace setting
 
-// The user's settings. Each value is written at the moment it changes: there is no save step.
-// Two copies of the program may write at once: each write reads the file anew.
+// The user's settings. Each value is written at the moment it changes: there is no save step. Two
+// instances of the program may write at once: each write reads the file again. What could not be
+// written is remembered and written with a later change, or by StorePending().
 class Settings final {
  public:
   explicit Settings(QString file_name);
 
   QString Value(const char* key) const;
-  // False when the file could not be written; the program goes on with what its windows show.
+  // False when the file could not be written; Value() is the new one all the same.
   bool SetValue(const char* key, const QString& value);
+  // Writes what could not be written before. False when something is still not written.
+  bool StorePending();
 
   // "True" and "False" in any case, and numbers, of which 0 is false. Any other text gives
   // `otherwise`.
@@ -45,6 +50,7 @@ class Settings final {
 
  private:
   QString file_name_;
+  QHash<QByteArray, QString> pending_;  // by key
 };
 
 }  // namespace quayline

@@ -3,13 +3,19 @@
 
 #include "core/table_file.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSqlError>
 #include <QVariant>
 
+#include <chrono>
+
+#include "core/file_lock.h"
 #include "core/jet_file.h"
+#include "core/save_file.h"
 
 namespace quayline {
 
@@ -17,12 +23,14 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_core, "quayline.core")
 
-// The numbers that SQLite gives to these failures.
+// SQLite's numbers for these errors.
 constexpr int kSqlError = 1;
 constexpr int kBusy = 5;
 constexpr int kCorrupt = 11;
 constexpr int kCannotOpen = 14;
 constexpr int kNotADatabase = 26;
+
+constexpr qint64 kMaxBytes = qint64{512} << 20;
 
 constexpr QLatin1String kIdColumn("id");
 
@@ -31,10 +39,22 @@ QString Quoted(const QString& column) { return QLatin1Char('[') + column + QLati
 // A null text would be stored as a null.
 QVariant Stored(const QString& text) { return text.isNull() ? QStringLiteral("") : text; }
 
+QString NativePath(const QString& path) { return QDir::toNativeSeparators(path); }
+
+QString GoodCopyOf(const QString& path) { return path + QStringLiteral(".good"); }
+
 SqlAccess AccessTo(const QString& path) {
   const QFileInfo file(path);
   return file.isWritable() && QFileInfo(file.absolutePath()).isWritable() ? SqlAccess::kReadWrite
                                                                           : SqlAccess::kReadOnly;
+}
+
+// A copy has the time of its original.
+bool IsSameState(const QString& path, const QString& copy) {
+  const QFileInfo file(path);
+  const QFileInfo other(copy);
+  return other.isFile() && file.size() == other.size() &&
+         file.lastModified() == other.lastModified();
 }
 
 std::optional<DatabaseError> CheckFile(const QString& path, const QString& table) {
@@ -46,11 +66,26 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
   if (!file.isFile() || !file.isReadable()) {
     return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" cannot be read.").arg(name)};
   }
+  if (file.size() > kMaxBytes) {
+    return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" is too large.").arg(name)};
+  }
   if (const auto converted = ConvertJetFile(path, table); !converted) {
     return DatabaseError{kCannotOpen,
                          QStringLiteral("The file \"%1\" %2.").arg(name, converted.error())};
   }
   return std::nullopt;
+}
+
+void CopyWithTime(const QString& path, const QString& copy) {
+  QFile original(path);
+  if (!original.open(QIODevice::ReadOnly) || !SaveFile(copy, original.readAll())) {
+    return;
+  }
+  QFile saved(copy);
+  if (saved.open(QIODevice::ReadWrite)) {
+    saved.setFileTime(original.fileTime(QFileDevice::FileModificationTime),
+                      QFileDevice::FileModificationTime);
+  }
 }
 
 DatabaseError Failure(const QSqlError& error, const QString& path) {
@@ -71,37 +106,48 @@ DatabaseError Failure(const QSqlError& error, const QString& path) {
 
 }  // namespace
 
-std::expected<std::unique_ptr<TableFile>, DatabaseError> TableFile::Open(const QString& folder,
-                                                                         const TableShape& shape) {
+TableFile::Opened TableFile::Open(const QString& folder, const TableShape& shape) {
   const QString path = folder + QLatin1Char('/') + shape.file_name;
   if (const auto error = CheckFile(path, shape.table)) {
     return std::unexpected(*error);
   }
-  std::unique_ptr<TableFile> file(new TableFile(path, shape));
+  return OpenFile(path, shape, AccessTo(path));
+}
+
+TableFile::Opened TableFile::OpenGoodCopy(const QString& folder, const TableShape& shape) {
+  return OpenFile(GoodCopyOf(folder + QLatin1Char('/') + shape.file_name), shape,
+                  SqlAccess::kReadOnly);
+}
+
+TableFile::Opened TableFile::OpenFile(const QString& path, const TableShape& shape,
+                                      SqlAccess access) {
+  std::unique_ptr<TableFile> file(new TableFile(path, shape, access));
   if (const auto error = file->Verify()) {
     return std::unexpected(*error);
   }
   return file;
 }
 
-TableFile::TableFile(const QString& path, const TableShape& shape)
-    : shape_(shape), connection_(path, AccessTo(path)) {}
+TableFile::TableFile(const QString& path, const TableShape& shape, SqlAccess access)
+    : shape_(shape), path_(path), connection_(path, access) {}
 
 std::optional<DatabaseError> TableFile::Verify() {
   const QSqlDatabase handle = connection_.Handle();
-  const QString path = QDir::toNativeSeparators(handle.databaseName());
   if (!handle.isOpen()) {
-    return Failure(handle.lastError(), path);
+    return Failure(handle.lastError(), NativePath(path_));
   }
   QSqlQuery query(handle);
+  if (const auto error = CheckSchema(query)) {
+    return error;
+  }
   QString id_type;
   if (!ReadColumns(query, id_type)) {
-    return Failure(query.lastError(), path);
+    return Failure(query.lastError(), NativePath(path_));
   }
   if (!columns_.contains(kIdColumn)) {
     return DatabaseError{kSqlError,
                          QStringLiteral("The file \"%1\" has no table \"%2\" with a column \"ID\".")
-                             .arg(path, shape_.table)};
+                             .arg(NativePath(path_), shape_.table)};
   }
   // Only the plain column can be looked up in an index; a column of text has to be made a number,
   // or "10" would come before "9".
@@ -110,17 +156,82 @@ std::optional<DatabaseError> TableFile::Verify() {
              : QStringLiteral("CAST([ID] AS INTEGER)");
   is_seen_ = QStringLiteral(
       "[ID] = CAST([ID] AS INTEGER) AND CAST([ID] AS INTEGER) BETWEEN -2147483648 AND 2147483647");
-  if (!query.exec(QStringLiteral("SELECT * FROM [%1] LIMIT 1").arg(shape_.table)) ||
-      !query.exec(QStringLiteral("PRAGMA page_size")) || !query.next()) {
-    return Failure(query.lastError(), path);
+  return CheckPages(query);
+}
+
+// Plain tables and indices are all that the program's own files have. Views, triggers, virtual
+// tables and expressions are code of whoever made the file.
+std::optional<DatabaseError> TableFile::CheckSchema(QSqlQuery& query) const {
+  if (!query.exec(QStringLiteral("PRAGMA ignore_check_constraints = ON")) ||
+      !query.exec(QStringLiteral("SELECT type, sql FROM sqlite_master WHERE tbl_name = '%1' "
+                                 "COLLATE NOCASE OR type NOT IN ('table', 'index')")
+                      .arg(shape_.table))) {
+    return Failure(query.lastError(), NativePath(path_));
   }
-  // SQLite itself sees a file that lacks whole pages, and reads what is left of the last one as
-  // zeros.
-  if (QFileInfo(handle.databaseName()).size() % query.value(0).toLongLong() != 0) {
-    return DatabaseError{kCorrupt,
-                         QStringLiteral("The end of the file \"%1\" is missing.").arg(path)};
+  bool is_plain = true;
+  while (query.next()) {
+    const QString type = query.value(0).toString();
+    const QString sql = query.value(1).toString();
+    is_plain = is_plain && (type == QLatin1String("index") ||
+                            (type == QLatin1String("table") &&
+                             sql.startsWith(QLatin1String("CREATE TABLE"), Qt::CaseInsensitive)));
+  }
+  if (!query.exec(QStringLiteral("SELECT (SELECT count(*) FROM pragma_table_xinfo('%1') WHERE "
+                                 "hidden <> 0) + (SELECT count(*) FROM pragma_index_list('%1') AS "
+                                 "list, pragma_index_xinfo(list.name) AS part WHERE part.cid < -1)")
+                      .arg(shape_.table)) ||
+      !query.next()) {
+    return Failure(query.lastError(), NativePath(path_));
+  }
+  if (!is_plain || query.value(0).toInt() > 0) {
+    return DatabaseError{
+        kSqlError,
+        QStringLiteral("The file \"%1\" holds more than plain tables.").arg(NativePath(path_))};
   }
   return std::nullopt;
+}
+
+// The search reads the whole file, but a file with pages that refer to each other in a circle can
+// only be read after it.
+std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
+  if (!query.exec(QStringLiteral("PRAGMA page_size")) || !query.next()) {
+    return Failure(query.lastError(), NativePath(path_));
+  }
+  // SQLite itself notices that whole pages are missing, but reads the missing part of the last one
+  // as zeros.
+  if (QFileInfo(path_).size() % query.value(0).toLongLong() != 0) {
+    return DatabaseError{
+        kCorrupt, QStringLiteral("The end of the file \"%1\" is missing.").arg(NativePath(path_))};
+  }
+  if (IsSameState(path_, GoodCopyOf(path_))) {
+    return std::nullopt;
+  }
+  if (!query.exec(QStringLiteral("PRAGMA quick_check(1)")) || !query.next()) {
+    return Failure(query.lastError(), NativePath(path_));
+  }
+  if (query.value(0).toString() != QLatin1String("ok")) {
+    return DatabaseError{kCorrupt,
+                         QStringLiteral("The file \"%1\" is damaged.").arg(NativePath(path_))};
+  }
+  return std::nullopt;
+}
+
+void TableFile::KeepGoodCopy() const {
+  const QString copy = GoodCopyOf(path_);
+  if (path_.endsWith(GoodCopyOf({})) || IsSameState(path_, copy)) {
+    return;
+  }
+  const FileLock lock(QFileInfo(path_).absolutePath(), std::chrono::milliseconds(500));
+  QSqlDatabase handle = connection_.Handle();
+  handle.transaction();
+  QSqlQuery query(handle);
+  // A transaction that has read something keeps writers out while the file is copied.
+  if (lock.IsLocked() && query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")) &&
+      query.next()) {
+    CopyWithTime(path_, copy);
+  }
+  query.finish();
+  handle.rollback();
 }
 
 bool TableFile::ReadColumns(QSqlQuery& query, QString& id_type) {

@@ -22,15 +22,22 @@ struct TableShape {
   QStringList fields;  // without the key "ID"
 };
 
-// The table of one database file, open as long as the object lives. Rows whose ID is no whole
-// number of 32 bits are not seen. A row is given as its ID and the texts of the fields asked for,
+// The table of one database file, open as long as the object lives. Rows whose ID is not a whole
+// number of 32 bits are not seen. A row is given as its ID and the texts of the requested fields,
 // in their order; a null, and a field that the file lacks, is an empty text.
 class TableFile final {
  public:
   using ReadRow = std::function<void(int id, const QStringList& texts)>;
 
-  static std::expected<std::unique_ptr<TableFile>, DatabaseError> Open(const QString& folder,
-                                                                       const TableShape& shape);
+  using Opened = std::expected<std::unique_ptr<TableFile>, DatabaseError>;
+
+  // The file is untrusted. It is searched for damage unless the good copy was made of it, and
+  // whatever SQLite would have to compute, such as a view, is refused: it could be without end.
+  static Opened Open(const QString& folder, const TableShape& shape);
+  // The copy that KeepGoodCopy() has made, to be read only.
+  static Opened OpenGoodCopy(const QString& folder, const TableShape& shape);
+  // Copies the file, which is known to be good, unless the copy is of the same state already.
+  void KeepGoodCopy() const;
 
   int Count() const;
   // The rows with an ID above `after_id`, or all, in the order of their IDs, up to `limit` (-1:
@@ -44,15 +51,19 @@ class TableFile final {
   bool Insert(const QStringList& fields, const QStringList& texts);
 
  private:
-  TableFile(const QString& path, const TableShape& shape);
+  TableFile(const QString& path, const TableShape& shape, SqlAccess access);
 
+  static Opened OpenFile(const QString& path, const TableShape& shape, SqlAccess access);
   std::optional<DatabaseError> Verify();
+  std::optional<DatabaseError> CheckSchema(QSqlQuery& query) const;
+  std::optional<DatabaseError> CheckPages(QSqlQuery& query) const;
   bool ReadColumns(QSqlQuery& query, QString& id_type);
   QString SelectClause(const QStringList& fields) const;
   void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;
   bool Execute(QSqlQuery& query) const;
 
   TableShape shape_;
+  QString path_;
   SqlConnection connection_;
   QStringList columns_;  // of the file, in lower case
   QString key_;          // the ID as an expression that is a number in every row that is seen

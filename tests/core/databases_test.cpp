@@ -71,7 +71,7 @@ class DatabasesTest : public ::testing::Test {
   Databases databases_;
 };
 
-TEST_F(DatabasesTest, AFileThatCannotServeIsNamedAndNothingStaysOpen) {
+TEST_F(DatabasesTest, InPlaceOfAFileThatCannotServeComesItsGoodCopyOrItIsNamedAndNothingIsOpen) {
   const auto write = [](const QByteArray& bytes) {
     return [bytes](const QString& path) { WriteBytes(path, bytes); };
   };
@@ -93,16 +93,70 @@ TEST_F(DatabasesTest, AFileThatCannotServeIsNamedAndNothingStaysOpen) {
        [this](const QString&) { Run("custom.mdb", U("ALTER TABLE custom RENAME ID TO number")); }},
       {"the head of a Jet file alone", "routers.mdb",
        write(QByteArray("\0\1\0\0Standard Jet DB\0", 20))},
+      {"damaged within", "routers.mdb",
+       [](const QString& path) {
+         WriteBytes(path, ReadBytes(path).replace(12'288, 4096, QByteArray(4096, '\0')));
+       }},
+      {"a view without end", "routers.mdb",
+       [this](const QString&) {
+         Run("routers.mdb", U("DROP TABLE routers"));
+         Run("routers.mdb", U("CREATE VIEW routers AS WITH RECURSIVE n(ID) AS (SELECT 1 UNION ALL "
+                              "SELECT ID + 1 FROM n) SELECT ID, '' AS routername FROM n"));
+       }},
+      {"a trigger", "custom.mdb",
+       [this](const QString&) {
+         Run("custom.mdb", U("CREATE TRIGGER t AFTER INSERT ON custom BEGIN INSERT INTO custom "
+                             "(appname) SELECT a.appname FROM custom AS a, custom AS b; END"));
+       }},
+      {"a column that is computed", "ports.mdb",
+       [this](const QString&) {
+         Run("ports.mdb", U("ALTER TABLE ports ADD COLUMN more AS (hex(zeroblob(400000000)))"));
+       }},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fault);
     QDir(Path("ports.mdb")).removeRecursively();
-    MakeAndOpen({Router(1, row.fault)});
+    RouterRecord router = Router(1, row.fault);
+    router.routercommands = QString(20'000, u'x');
+    MakeAndOpen({router});
     EXPECT_EQ(Names(9), U(row.fault)) << "the file that was replaced while closed is read";
+    databases_.KeepGoodCopies();
+    EXPECT_TRUE(Open());
+    EXPECT_EQ(databases_.Notices(), QStringList());
+    databases_.Close();
     row.spoil(Path(row.file));
     const QByteArray spoiled = ReadBytes(Path(row.file));
+
+    if (!QFileInfo::exists(Path(row.file))) {
+      ExpectRefused(Open(), row.file, spoiled);
+      continue;
+    }
+    ASSERT_TRUE(Open());
+    EXPECT_EQ(databases_.FindRouter(1), router);
+    ASSERT_EQ(databases_.Notices().size(), 1);
+    EXPECT_TRUE(databases_.Notices().first().contains(Path(row.file)));
+    databases_.KeepGoodCopies();
+    EXPECT_EQ(ReadBytes(Path(row.file)), spoiled);
+    databases_.Close();
+
+    for (const QString& copy : QDir(folder_.path()).entryList({U("*.good")})) {
+      QFile::remove(folder_.filePath(copy));
+    }
     ExpectRefused(Open(), row.file, spoiled);
   }
+}
+
+TEST_F(DatabasesTest, AFileThatAnotherProgramHoldsIsReadFromItsGoodCopy) {
+  MakeAndOpen({Router(1, "A")});
+  databases_.KeepGoodCopies();
+  databases_.Close();
+  const SqlConnection other(Path("routers.mdb"), SqlAccess::kReadWrite);
+  QSqlQuery query(other.Handle());
+  ASSERT_TRUE(query.exec(U("BEGIN EXCLUSIVE")));
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(Names(1), U("A"));
+  EXPECT_TRUE(databases_.Notices().value(0).contains(U("in use by another program")));
+  EXPECT_FALSE(databases_.UpdateRouterScripts(1, U("x"), U("x"))) << "the copy is only read";
 }
 
 TEST_F(DatabasesTest, EveryFieldComesBackUnderItsName) {
@@ -222,7 +276,7 @@ TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
 TEST_F(DatabasesTest, AJetFileStaysWhereItIsDamagedOrThereIsNoRoomToConvertIt) {
   const QByteArray jet = JetFile();
   ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
-  for (qsizetype size = 20; size < jet.size(); size += 2038) {
+  for (qsizetype size = 20; size < jet.size(); size += jet.size() / 16) {
     SCOPED_TRACE(size);
     ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet.first(size)));
     ExpectRefused(Open(), "routers.mdb", jet.first(size));

@@ -5,12 +5,13 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QLockFile>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "core/file_lock.h"
 #include "core/files.h"
+#include "core/save_file.h"
 #include "test_main.h"
 
 namespace quayline {
@@ -162,12 +163,52 @@ TEST_F(IniFile, AFailedWriteIsToldAndLeavesTheFile) {
 }
 
 TEST_F(IniFile, AnotherCopyThatHangsDoesNotHoldTheWindowForLong) {
-  QLockFile lock(path_ + u".lock"_s);
-  ASSERT_TRUE(lock.lock());
+  const FileLock lock(folder_.path(), std::chrono::seconds(0));
+  ASSERT_TRUE(lock.IsLocked());
   QElapsedTimer timer;
   timer.start();
   EXPECT_FALSE(Write(u"B"_s));
   EXPECT_LT(timer.elapsed(), 2000);
+}
+
+TEST_F(IniFile, WhatAKilledWriteLeavesIsRemovedAndNothingOfTheUsers) {
+  ASSERT_TRUE(Write(u"A"_s));
+  const QByteArray old = ReadBytes(path_);
+  const pid_t child = fork();
+  if (child == 0) {  // the first byte too many kills it
+    const rlimit full = {8, 8};
+    setrlimit(RLIMIT_FSIZE, &full);
+    std::signal(SIGXFSZ, SIG_DFL);
+    Write(u"secret"_s);
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  ASSERT_EQ(testing::Names(folder_.path()).size(), 2);
+
+  const QStringList kept = {u"list.qyl.backup"_s, u"router.jpg.aBcDeF"_s, u"settings.ini"_s,
+                            u"settings.ini.old"_s, u"settings.ini.AbCdEfG"_s};
+  for (const QString& name : kept) {
+    ASSERT_TRUE(name == u"settings.ini"_s || WriteBytes(folder_.filePath(name), "x"));
+  }
+  for (const char* name : {"settings.ini.aBcDeF", "list.qyl.abcdef.unfinished"}) {
+    ASSERT_TRUE(WriteBytes(folder_.filePath(QLatin1String(name)), "secret"));
+  }
+  ASSERT_TRUE(QFile::link(path_, folder_.filePath(u"list.qyl.QwErTy"_s)));
+  {
+    const FileLock writing(folder_.path(), std::chrono::seconds(0));
+    RemoveUnfinishedWrites(folder_.path());
+    EXPECT_EQ(testing::Names(folder_.path()).size(), 9) << "another instance writes now";
+  }
+  RemoveUnfinishedWrites(folder_.path());
+  EXPECT_EQ(ReadBytes(path_), old);
+  QStringList names = testing::Names(folder_.path());
+  EXPECT_TRUE(names.removeOne(u"list.qyl.QwErTy"_s)) << "a link is nobody's temporary file";
+  names.sort();
+  QStringList expected = kept;
+  expected.sort();
+  EXPECT_EQ(names, expected);
 }
 
 TEST_F(IniFile, TwoCopiesDoNotLoseEachOthersWrites) {

@@ -4,6 +4,7 @@
 #include <QAbstractItemModelTester>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "core/files.h"
 #include "core/port_list_file.h"
@@ -117,6 +118,11 @@ TEST_F(PortListOnDisk, FilesThatCannotBeAListAreToldApart) {
   EXPECT_EQ(error(path_), ListFileError::kCannotOpen);
   EXPECT_EQ(error(folder_.path()), ListFileError::kCannotOpen);
   EXPECT_EQ(error(QStringLiteral("/dev/zero")), ListFileError::kCannotOpen);
+  const QString pipe = folder_.filePath(QStringLiteral("pipe.qyl"));
+  ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  EXPECT_EQ(error(pipe), ListFileError::kCannotOpen);
+  // A file that says that it is empty, and is not.
+  EXPECT_EQ(error(QStringLiteral("/proc/self/maps")), ListFileError::kNotAList);
 
   QFile file(path_);
   ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(qint64{4} << 30));

@@ -22,7 +22,7 @@ const QHash<QString, int>& Floors() {
   static const QHash<QString, int> floors{
       {u"async"_s, 0}, {u"platform"_s, 1}, {u"transport"_s, 1}, {u"i18n"_s, 1},
       {u"core"_s, 2},  {u"script"_s, 3},   {u"net"_s, 3},       {u"ui"_s, 4},
-      {u"app"_s, 5},   {u"cli"_s, 5},      {u"dbtool"_s, 5},
+      {u"app"_s, 5},   {u"cli"_s, 5},      {u"dbtool"_s, 5},    {u"reader"_s, 5},
   };
   return floors;
 }
@@ -49,9 +49,9 @@ bool CarriesLicence(const QString& file) {
 // `included` may also be a system header in its angle brackets.
 //
 // The floors, from the ground up: async; platform, transport, i18n; core; script, net; ui; app,
-// cli, dbtool. A file includes its own folder and lower floors, never a neighbour on its floor.
-// Inside ui/ the other folders stand on ui/toolkit and know nothing of each other. Qt WebEngine is
-// known to script/web alone.
+// cli, dbtool, reader. A file includes its own folder and lower floors, never a neighbour on its
+// floor. Inside ui/ the other folders stand on ui/toolkit and know nothing of each other. Qt
+// WebEngine is known to script/web alone.
 QString WrongArrow(const QString& file, const QString& included) {
   if (included.startsWith(u'<')) {
     const bool is_browser =

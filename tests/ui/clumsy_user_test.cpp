@@ -38,7 +38,7 @@ TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
   }
 }
 
-TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStayInTheWindow) {
+TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStoredWhenThatIsPossible) {
   QDir(folder_.dir.path()).mkdir(u"settings.ini"_s);
   Start();
   Type("Text2", "me");
@@ -47,6 +47,10 @@ TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStayInTheWindow) 
   Trigger("MenuViewScripts");
   scripts_written_();
   ExpectTexts({{"Text2", "me"}, {"Text3", "secret"}});
+  QDir(folder_.dir.path()).rmdir(u"settings.ini"_s);
+  main_->Main().Unload();
+  EXPECT_TRUE(folder_.ReadFile("settings.ini").contains("routerpassword=secret\r\n"));
+  EXPECT_TRUE(folder_.ReadFile("settings.ini").contains("routerusername=me\r\n"));
 }
 
 TEST_F(MainWindowTest, ASizeThatTheUserGaveIsThereAgainAndNonsenseIsNot) {

@@ -108,9 +108,13 @@ TEST_F(ListCommandsTest, AMissingListMakesAnEmptyFileAndALostFolderIsToldOnce) {
   QDir(folder_.dir.path()).removeRecursively();
   written_.clear();
   list_.Keep();
+  context_->port_list.Append(ParsePortList(kOneRow));
   list_.Keep();
   EXPECT_THAT(prompts_.shown, SizeIs(1));
-  EXPECT_EQ(written_.size(), 2) << "the totals are due all the same";
+  EXPECT_EQ(written_.size(), 2) << "the totals have to be updated all the same";
+  QDir().mkpath(folder_.dir.path());
+  list_.Finish();
+  EXPECT_EQ(File(), kOneRow) << "what could not be stored is stored when that is possible";
 }
 
 TEST_F(ListCommandsTest, WhatWasRemovedOrReplacedComesBackWithItsFile) {
@@ -147,6 +151,65 @@ TEST_F(ListCommandsTest, AnOfferedListAsksForTheOneThatItReplaces) {
   EXPECT_EQ(File(), kOneRow);
   list_.OfferFile(folder_.Path("other.qyl"));
   EXPECT_EQ(File(), kTwoRows);
+}
+
+TEST_F(ListCommandsTest, AListThatChangedOnTheDiskIsNotOverwrittenUnasked) {
+  const QByteArray added = "N|||||\r\n";
+  const struct {
+    qsizetype choice;
+    QByteArray list, copy;
+  } rows[] = {{0, kTwoRows + added, kOneRow},
+              {1, kOneRow, kTwoRows + added},
+              {2, kTwoRows + added + kOneRow, kOneRow}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.choice);
+    QFile::remove(folder_.Path("list-other.qyl"));
+    context_->port_list.SetEntries({});
+    Load(kTwoRows);
+    folder_.WriteFile("list.qyl", kOneRow);
+    context_->port_list.Append({{.app_name = u"N"_s}});
+    prompts_.shown.clear();
+    prompts_.choices = {row.choice};
+    list_.Keep();
+    EXPECT_THAT(prompts_.shown, ElementsAre(AllOf(StartsWith("Choose: List Changed: "),
+                                                  HasSubstr("\"list-other.qyl\""))));
+    EXPECT_EQ(File(), row.list);
+    EXPECT_EQ(folder_.ReadFile("list-other.qyl"), row.copy);
+    EXPECT_EQ(FormatPortList(context_->port_list.Entries()), row.list);
+    list_.Keep();
+    EXPECT_THAT(prompts_.shown, SizeIs(1)) << "it is asked once";
+  }
+}
+
+TEST_F(ListCommandsTest, AnotherListOfTheSameRowsAndOneThatIsGoneAreNoQuestion) {
+  Load(kTwoRows);
+  folder_.WriteFile("list.qyl", QByteArray(kTwoRows).replace("\r\n", "\n") + kOneRow);
+  context_->port_list.Append(ParsePortList(kOneRow));
+  list_.Keep();
+  EXPECT_EQ(File(), QByteArray(kTwoRows) + kOneRow);
+  QFile::remove(folder_.Path("list.qyl"));
+  list_.Keep();
+  EXPECT_EQ(File(), QByteArray(kTwoRows) + kOneRow);
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+}
+
+TEST_F(ListCommandsTest, ACopyThatCannotBeKeptLeavesBothLists) {
+  Load(kTwoRows);
+  folder_.WriteFile("list.qyl", kOneRow);
+  prompts_.choices = {0, 1, 2};
+  OnFullDisk(0, [this] {
+    for (int i = 0; i < 3; ++i) {
+      list_.Keep();
+    }
+    return true;
+  });
+  EXPECT_EQ(File(), kOneRow);
+  EXPECT_EQ(FormatPortList(context_->port_list.Entries()), kTwoRows);
+  list_.Finish();
+  EXPECT_EQ(folder_.ReadFile("list-other.qyl"), kTwoRows) << "at the end nothing may be lost";
+  list_.Keep();
+  EXPECT_EQ(prompts_.shown.size(), 5) << "four questions, and told once";
+  EXPECT_EQ(File(), QByteArray(kTwoRows) + kOneRow);
 }
 
 TEST_F(ListCommandsTest, AListThatCannotBeReadOutlivesTheFirstChange) {

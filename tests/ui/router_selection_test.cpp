@@ -5,18 +5,21 @@
 
 #include <QBuffer>
 
+#include <sys/stat.h>
+
 #include "transport/scripted_server.h"
+#include "ui/main/stored_picture.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
 namespace {
 
-QByteArray PictureOf(int width) {
+QByteArray PictureOf(int width, const char* format = "PNG") {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   QImage picture(width, 10, QImage::Format_RGB32);
   picture.fill(Qt::white);
-  picture.save(&buffer, "PNG");
+  picture.save(&buffer, format);
   return bytes;
 }
 
@@ -36,10 +39,13 @@ class RouterSelectionTest : public WindowTest {
                        order_ += QString::number(picture.width());
                      });
   }
+  Task<> ReadInto(QImage& picture) {
+    picture = co_await ReadStoredPicture(folder_.Path("router.jpg"));
+  }
   void Select(int id, const char* name) { selection_.Select(1, id, QLatin1String(name)); }
   void SelectPlaceholder() { selection_.Select(0, 0, u"placeholder"_s); }
   void SelectAnother() {
-    Select(3, "Alpha 1");
+    Select(3, "Alpha 1");  // its picture is the one on disk
     order_.clear();
     Select(7, "Beta 2");
   }
@@ -57,8 +63,9 @@ TEST_F(RouterSelectionTest, TheFirstChoiceShowsThePictureOnDiskAndThePlaceholder
   SelectPlaceholder();
   Select(3, "Alpha 1");
   context_->session.username = u"me"_s;
+  EXPECT_TRUE(Comes("L0rW0P11"));
   SelectPlaceholder();
-  EXPECT_EQ(order_, u"L0rP11L0"_s);
+  EXPECT_EQ(order_, u"L0rW0P11L0"_s);
   EXPECT_EQ(Stored(setting::kRouter), "Alpha 1");
   EXPECT_EQ(context_->session.update_script.size(), 2);
   EXPECT_EQ(context_->session.username, u"me"_s);
@@ -78,6 +85,35 @@ TEST_F(RouterSelectionTest, TheNextChoiceFetchesItsPictureAndShowsNoneOfAnotherK
   Serve(Answer("200 OK", "<html>sorry</html>"));
   SelectAnother();
   EXPECT_TRUE(Comes("rW0P0"));
+}
+
+TEST_F(RouterSelectionTest, OnlyPicturesOfKnownKindsAreShownWhateverTheFileIsCalled) {
+  const struct {
+    const char* kind;
+    QByteArray bytes;
+    int width;
+  } rows[] = {
+      {"a drawing, which is a program",
+       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"5\" height=\"5\"/>", 0},
+      {"cut", PictureOf(11).first(40), 0},
+      {"larger than any screen", PictureOf(3000), 1024},
+      {"larger than memory", PictureOf(11).replace(16, 8, QByteArray::fromHex("0000ffff0000ffff")),
+       0},
+      {"too large a file", PictureOf(11) + QByteArray(17 << 20, ' '), 0},
+      {"empty", "", 0},
+      {"another format", PictureOf(12, "BMP"), 12},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.kind);
+    folder_.WriteFile("router.jpg", row.bytes);
+    QImage picture(1, 1, QImage::Format_RGB32);
+    EXPECT_TRUE(RunTask(ReadInto(picture)));
+    EXPECT_EQ(picture.width(), row.width);
+  }
+  QFile::remove(folder_.Path("router.jpg"));
+  ASSERT_EQ(mkfifo(qPrintable(folder_.Path("router.jpg")), 0600), 0);
+  Select(3, "Alpha 1");
+  EXPECT_TRUE(Comes("rW0P0")) << "a pipe, which has no end";
 }
 
 TEST_F(RouterSelectionTest, AChoiceDuringAFetchEndsItAndNoNameIsLost) {

@@ -27,6 +27,7 @@ class FakePrompts final : public Prompts {
 
   std::vector<std::string> shown;  // "Tell: text", "Ask: title: text", "Save: title", ...
   QList<bool> answers;
+  QList<qsizetype> choices;
   QList<QString> files;
   std::optional<LoginAnswer> login;
 
@@ -47,6 +48,11 @@ class FakePrompts final : public Prompts {
                     std::function<void(bool yes)> answered) override {
     Note("Careful", {title, text});
     answered(!answers.isEmpty() && answers.takeFirst());
+  }
+  void AskChoice(QWidget*, const QString& title, const QString& text, const QStringList& offered,
+                 std::function<void(qsizetype chosen)> answered) override {
+    Note("Choose", {title, text});
+    answered(choices.isEmpty() ? offered.size() - 1 : choices.takeFirst());
   }
   void AskLogin(QWidget*, const QString& address,
                 std::function<void(std::optional<LoginAnswer>)> answered) override {

@@ -62,8 +62,11 @@ void FrmMain::Unload() {
   timer1_.stop();
   timer3_.stop();
   timer_get_ip_.stop();
+  retry_timer_.stop();
   start_up_.Cancel();
   columns_->Flush();
+  context_.settings.StorePending();
+  list_.Finish();
   delete job_status_.data();
   context_.databases.Close();
 }
@@ -171,6 +174,9 @@ void FrmMain::ConnectStartUp() {
   connect(&start_up_, &StartUp::finished, this, [this] {
     SetInputsEnabled(true);
     ui_->Combo1->setFocus();
+    if (const QStringList& notices = context_.databases.Notices(); !notices.isEmpty()) {
+      prompts_.Notify(this, notices.join(QStringLiteral("\n\n")));
+    }
     Q_EMIT ready();
   });
 }
@@ -182,6 +188,8 @@ void FrmMain::SetTimers() {
   timer3_.setInterval(100ms);
   connect(&timer3_, &QTimer::timeout, this, &FrmMain::ShowTotals);
   connect(&timer_get_ip_, &QTimer::timeout, this, &FrmMain::ShowLocalIp);
+  connect(&retry_timer_, &QTimer::timeout, this,
+          [this] { NoteStored(context_.settings.StorePending()); });
 }
 
 // What is typed before the stored values are there would be overwritten by them.
@@ -312,16 +320,19 @@ void FrmMain::ShowJob() {
   job_status_->activateWindow();
 }
 
-// A value that stands in the file already is not written again: showing the stored values at the
-// start, or a router's login that is the user's own, costs no disk.
-// Once is enough: each key that is typed is stored.
+// Each key that is typed is stored: the first failure is shown, the next ones while the retries
+// last are not.
 void FrmMain::NoteStored(bool is_stored) {
-  if (!is_stored && !told_of_settings_) {
-    told_of_settings_ = true;
+  if (is_stored) {
+    retry_timer_.stop();
+  } else if (!retry_timer_.isActive()) {
+    retry_timer_.start(5s);
     prompts_.Tell(this, Text(message::kCannotKeepSettings));
   }
 }
 
+// A value that is in the file already is not written again: showing the stored values at the start,
+// or choosing a router with the user's own login, writes nothing.
 void FrmMain::Store(const char* key, const QString& value) {
   if (context_.settings.Value(key) != value) {
     NoteStored(context_.settings.SetValue(key, value));

@@ -131,8 +131,8 @@ class FrmMain final : public QMainWindow {
   QTimer timer1_;        // the slow half of the start
   QTimer timer3_;        // totals
   QTimer timer_get_ip_;  // local address
+  QTimer retry_timer_;   // settings that could not be stored
   QPointer<QWidget> job_status_;
-  bool told_of_settings_ = false;
 };
 
 }  // namespace quayline

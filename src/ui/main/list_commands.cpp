@@ -31,12 +31,13 @@ const Message& WhyNot(ListFileError error) {
       return message::kNotAList;
     case ListFileError::kCannotOpen:
     case ListFileError::kCannotWrite:
+    case ListFileError::kChangedElsewhere:
       break;
   }
   return message::kCannotOpenList;
 }
 
-// The first name of a list file that nothing has yet: "list-unread.qyl", "list-unread-2.qyl".
+// The first free name for a list file: "list-unread.qyl", "list-unread-2.qyl".
 QString FreeName(const QString& stem) {
   QString name = stem + QStringLiteral(".qyl");
   for (int number = 2; QFileInfo::exists(name); ++number) {
@@ -48,11 +49,17 @@ QString FreeName(const QString& stem) {
 }  // namespace
 
 ListCommands::ListCommands(AppContext& context, Prompts& prompts, QWidget* window)
-    : QObject(window), context_(context), prompts_(prompts), window_(window) {}
+    : QObject(window),
+      context_(context),
+      prompts_(prompts),
+      window_(window),
+      working_list_(context.FileInFolder("list.qyl")) {
+  connect(&retry_timer_, &QTimer::timeout, this, &ListCommands::StorePending);
+}
 
 void ListCommands::LoadAtStart() {
-  const auto entries = LoadPortList(WorkingFile());
-  if (!entries && QFileInfo::exists(WorkingFile())) {
+  const auto entries = working_list_.Load();
+  if (!entries && QFileInfo::exists(working_list_.Path())) {
     aside_ = FreeName(context_.FileInFolder("list-unread"));
     prompts_.Tell(window_, Text(message::kListUnread).arg(QFileInfo(aside_).fileName()));
     Q_EMIT listWritten();
@@ -158,7 +165,7 @@ void ListCommands::OfferFile(const QString& file) {
                });
 }
 
-// Tells the user why there is nothing.
+// Shows the user why a file cannot be read.
 std::optional<QList<PortEntry>> ListCommands::ReadFile(const QString& file) {
   auto entries = LoadPortList(file);
   if (!entries) {
@@ -182,25 +189,93 @@ void ListCommands::ShowState(std::optional<QList<PortEntry>> state) {
 
 void ListCommands::Keep() {
   history_.Note(context_.port_list.Entries());
-  const bool is_written = WriteWorkingFile();
-  if (!is_written) {
-    qCWarning(log_list) << "the list cannot be written";
+  // The answer to the question writes the rows as they are then.
+  if (!is_asking_) {
+    const auto written = WriteWorkingFile();
+    if (written || written.error() != ListFileError::kChangedElsewhere) {
+      NoteWritten(written.has_value());
+    } else {
+      AskWhichList();
+    }
   }
-  if (!is_written && !has_failed_) {
-    prompts_.Tell(window_, Text(message::kCannotKeepList));
-  }
-  has_failed_ = !is_written;
   Q_EMIT listWritten();
 }
 
-bool ListCommands::WriteWorkingFile() {
+std::expected<void, ListFileError> ListCommands::WriteWorkingFile() {
   if (!aside_.isEmpty()) {
-    if (!QFile::rename(WorkingFile(), aside_)) {
-      return false;
+    if (!QFile::rename(working_list_.Path(), aside_)) {
+      return std::unexpected(ListFileError::kCannotWrite);
     }
     aside_.clear();
   }
-  return SavePortList(context_.port_list.Entries(), WorkingFile()).has_value();
+  return working_list_.Save(context_.port_list.Entries());
+}
+
+// The first failure is shown, the next ones while the retries last are not.
+void ListCommands::NoteWritten(bool is_written) {
+  if (is_written) {
+    retry_timer_.stop();
+    return;
+  }
+  qCWarning(log_list) << "the list cannot be written";
+  if (!retry_timer_.isActive()) {
+    retry_timer_.start(std::chrono::seconds(5));
+    prompts_.Tell(window_, Text(message::kCannotKeepList));
+  }
+}
+
+bool ListCommands::StorePending() {
+  if (retry_timer_.isActive() && WriteWorkingFile()) {
+    retry_timer_.stop();
+  }
+  return !retry_timer_.isActive();
+}
+
+void ListCommands::Finish() {
+  if (is_asking_ || !StorePending()) {
+    SavePortList(context_.port_list.Entries(), FreeName(context_.FileInFolder("list-other")));
+  }
+  retry_timer_.stop();
+  is_asking_ = false;
+}
+
+void ListCommands::AskWhichList() {
+  is_asking_ = true;
+  const QString copy = FreeName(context_.FileInFolder("list-other"));
+  const auto other = LoadPortList(working_list_.Path());
+  prompts_.AskChoice(
+      window_, Text(message::kListChangedTitle),
+      Text(message::kListChanged)
+          .arg(QString::number(context_.port_list.rowCount()),
+               other ? QString::number(other->size()) : QStringLiteral("?"),
+               QFileInfo(copy).fileName()),
+      {Text(message::kKeepMyList), Text(message::kTakeOtherList), Text(message::kKeepBothLists)},
+      [this, copy](qsizetype choice) { KeepChosen(choice, copy); });
+}
+
+// The file may have changed once more during the question: what it contains now counts.
+void ListCommands::KeepChosen(qsizetype choice, const QString& copy) {
+  is_asking_ = false;
+  const auto other = LoadPortList(working_list_.Path());
+  QList<PortEntry> entries = context_.port_list.Entries();
+  const bool takes_other = choice == 1 && other;
+  const bool is_kept =
+      takes_other ? SavePortList(entries, copy).has_value() && working_list_.Load().has_value()
+                  : working_list_.KeepCopy(copy);
+  if (!is_kept) {
+    NoteWritten(false);
+    return;
+  }
+  if (takes_other) {
+    entries = *other;
+  } else if (choice == 2 && other) {
+    for (const PortEntry& entry : *other) {
+      if (!entries.contains(entry)) {
+        entries.append(entry);
+      }
+    }
+  }
+  Take(std::move(entries));
 }
 
 }  // namespace quayline

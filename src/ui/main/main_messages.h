@@ -20,7 +20,7 @@ inline constexpr Message kDeleteEntry{"FrmMain", "Text19",
 inline constexpr Message kConfirmDelete{"FrmMain", "Text20", "Confirm Delete:"};
 inline constexpr Message kThrottleHelp1{
     "FrmMain", "Text38",
-    "Script Throttle waits a little behind each step of a script, so that slow routers keep up."};
+    "Script Throttle waits a little after each step of a script, so that slow routers keep up."};
 inline constexpr Message kThrottleHelp2{
     "FrmMain", "Text39",
     "If ports are missing on your router after an update, turn it on and update again."};
@@ -45,7 +45,7 @@ inline constexpr Message kLoginHelp5{
     "FrmMain", "Text48",
     "They are not those of your internet provider or of your wireless network."};
 inline constexpr Message kDebugHelp1{
-    "FrmMain", "Text49", "In Debug Mode an update stops behind each step of the script."};
+    "FrmMain", "Text49", "In Debug Mode an update stops after each step of the script."};
 inline constexpr Message kDebugHelp2{
     "FrmMain", "Text50",
     "Press \"Proceed To Next Command\" in the job window to let it take the next step."};
@@ -73,19 +73,30 @@ inline constexpr Message kNotAList{
     "FrmMain", "TextNotAList", "This file is not a list of ports, your ports stay as they are:"};
 inline constexpr Message kCannotKeepSettings{
     "FrmMain", "TextCannotKeepSettings",
-    "What you set here cannot be stored, and will be forgotten when the program ends. Is the disk "
-    "full, or may you not write in the program's folder?"};
+    "What you set here cannot be stored. Is the disk full, or may you not write in the program's "
+    "folder? The program tries again every few seconds. What it cannot store before it ends is "
+    "lost."};
 inline constexpr Message kCannotSaveList{
     "FrmMain", "TextCannotSaveList",
     "The list cannot be saved. Is the disk full, or may you not write there?"};
 inline constexpr Message kCannotKeepList{
     "FrmMain", "TextCannotKeepList",
-    "Your list cannot be stored, changes will be lost when the program ends. Is the disk full, or "
-    "may you not write there?"};
+    "Your list cannot be stored. Is the disk full, or may you not write in the program's folder? "
+    "The program tries again every few seconds. What it cannot store before it ends is lost."};
 inline constexpr Message kListUnread{
     "FrmMain", "TextListUnread",
     "The ports that you collected before cannot be read, so your list is empty for now. Their file "
     "stays as it is; when you change the list, it is kept under the name \"%1\"."};
+inline constexpr Message kListChangedTitle{"FrmMain", "TextListChangedTitle", "List Changed"};
+inline constexpr Message kListChanged{
+    "FrmMain", "TextListChanged",
+    "Another program has changed your list of ports since you opened it. Which list do you want "
+    "to keep?\n\nEntries in yours: %1, in the other: %2. What you do not keep is stored as "
+    "\"%3\"."};
+inline constexpr Message kKeepMyList{"FrmMain", "TextKeepMyList", "Keep &Mine"};
+inline constexpr Message kTakeOtherList{"FrmMain", "TextTakeOtherList", "Take the &Other"};
+inline constexpr Message kKeepBothLists{"FrmMain", "TextKeepBothLists",
+                                        "Keep the Entries of &Both"};
 inline constexpr Message kReplaceListTitle{"FrmMain", "TextReplaceListTitle", "Open List"};
 inline constexpr Message kReplaceList{
     "FrmMain", "TextReplaceList",

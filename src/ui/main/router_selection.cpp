@@ -4,11 +4,11 @@
 #include "ui/main/router_selection.h"
 
 #include <QFile>
-#include <QImageReader>
 #include <QLoggingCategory>
 #include <QScopeGuard>
 
 #include "core/save_file.h"
+#include "ui/main/stored_picture.h"
 
 namespace quayline {
 
@@ -35,7 +35,7 @@ void RouterSelection::Select(int index, int id, const QString& name) {
   if (const auto record = context_.databases.FindRouter(id)) {
     SelectRouter(context_.session, *record);
   } else {
-    qCWarning(log_router) << "router" << id << "is not in the database any more";
+    qCWarning(log_router) << "router" << id << "is no longer in the database";
   }
   context_.session.router_name = name;
   Q_EMIT routerRead();
@@ -43,16 +43,16 @@ void RouterSelection::Select(int index, int id, const QString& name) {
 }
 
 Task<> RouterSelection::ShowRouter(QString name) {
-  // The name is stored behind the picture, and also when the wait for the picture is cut short.
+  // The name is stored after the picture, also when the wait for the picture is cancelled.
   const auto store = qScopeGuard([&] { context_.settings.SetValue(setting::kRouter, name); });
+  Q_EMIT pictureChanged(RouterPicture::kWaiting, {});
   if (first_picture_pending_) {
     first_picture_pending_ = false;
-    Q_EMIT pictureChanged(RouterPicture::kPicture, ReadStoredPicture());
-    co_return;
+  } else {
+    co_await FetchPicture();
   }
-  Q_EMIT pictureChanged(RouterPicture::kWaiting, {});
-  co_await FetchPicture();
-  Q_EMIT pictureChanged(RouterPicture::kPicture, ReadStoredPicture());
+  const QImage picture = co_await ReadStoredPicture(PictureFile());
+  Q_EMIT pictureChanged(RouterPicture::kPicture, picture);
 }
 
 Task<> RouterSelection::FetchPicture() {
@@ -69,13 +69,6 @@ Task<> RouterSelection::FetchPicture() {
   if (!SaveFile(PictureFile(), *bytes)) {
     qCWarning(log_router) << "the picture cannot be stored";
   }
-}
-
-QImage RouterSelection::ReadStoredPicture() const {
-  QImageReader reader(PictureFile());
-  reader.setDecideFormatFromContent(true);  // the file is always called .jpg
-  reader.setAutoTransform(true);
-  return reader.read();
 }
 
 }  // namespace quayline

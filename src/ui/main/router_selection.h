@@ -12,12 +12,13 @@ namespace quayline {
 
 enum class RouterPicture {
   kLogo,     // no router is selected
-  kWaiting,  // the picture is being fetched
+  kWaiting,  // the picture is being fetched or decoded
   kPicture   // the router's picture, which may be missing
 };
 
 // What choosing a router does: its row fills the session, its picture is shown, its name is stored.
-// The picture is fetched in the background; another choice, or the end of the owner, ends that.
+// The picture is fetched and decoded in the background; another choice, or the end of the owner,
+// cancels that.
 class RouterSelection final : public QObject {
   Q_OBJECT
 
@@ -37,7 +38,6 @@ class RouterSelection final : public QObject {
 
  private:
   Task<> ShowRouter(QString name);
-  QImage ReadStoredPicture() const;
   Task<> FetchPicture();
   QString PictureFile() const { return context_.FileInFolder("router.jpg"); }
 

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "async/wait.h"
+#include "core/save_file.h"
 #include "ui/main/main_messages.h"
 
 namespace quayline {
@@ -16,7 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int kRoutersAStep = 500;  // a step is well below a frame of the screen
+constexpr int kRoutersAStep = 500;  // a step takes much less time than a frame of the screen
 
 // "English | English" where nothing, or a language that is not installed, is stored.
 QString CurrentLanguage(const QStringList& languages, const QString& stored) {
@@ -29,6 +30,7 @@ StartUp::StartUp(AppContext& context, ListCommands& list, RouterListModel& route
     : QObject(parent), context_(context), list_(list), routers_(routers) {}
 
 std::expected<void, QString> StartUp::Prepare() {
+  RemoveUnfinishedWrites(context_.program_folder);
   NoteDailyCheck();
   context_.job_options.silent_mode = context_.settings.Boolean(setting::kSilentMode, true);
   context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle, true);
@@ -60,11 +62,13 @@ Task<> StartUp::Load() {
   co_await Sleep(0ms);
   list_.LoadAtStart();
   co_await Sleep(0ms);
-  // Read before the routers are there: choosing one stores its factory login over the user's.
+  // Read before the routers are loaded: choosing one stores its factory login over the user's.
   const StoredFields fields = ReadFields();
   co_await LoadRouters();
   Q_EMIT fieldsRead(fields);
   Q_EMIT finished();
+  co_await Sleep(0ms);
+  context_.databases.KeepGoodCopies();
 }
 
 void StartUp::ReadLanguages() {

@@ -5,6 +5,7 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "ui/toolkit/login_dialog.h"
 #include "ui/toolkit/theme.h"
@@ -86,6 +87,27 @@ void WindowPrompts::Ask(QWidget* window, const QString& title, const QString& te
 void WindowPrompts::AskCarefully(QWidget* window, const QString& title, const QString& text,
                                  std::function<void(bool yes)> answered) {
   OpenQuestion(window, title, text, QMessageBox::No, std::move(answered));
+}
+
+void WindowPrompts::AskChoice(QWidget* window, const QString& title, const QString& text,
+                              const QStringList& choices,
+                              std::function<void(qsizetype chosen)> answered) {
+  QMessageBox* box = MakeBox(window, QMessageBox::Question, title, text, QMessageBox::NoButton);
+  QList<QAbstractButton*> buttons;
+  for (const QString& choice : choices) {
+    buttons.append(box->addButton(choice, QMessageBox::ActionRole));
+  }
+  box->setDefaultButton(qobject_cast<QPushButton*>(buttons.last()));
+  box->setEscapeButton(buttons.last());
+  // The box is gone by the time of a queued call: what was pressed is read at once.
+  QObject::connect(
+      box, &QMessageBox::finished, window, [box, buttons, window, answer = std::move(answered)] {
+        const qsizetype chosen = buttons.indexOf(box->clickedButton());
+        QMetaObject::invokeMethod(
+            window, [answer, chosen = chosen < 0 ? buttons.size() - 1 : chosen] { answer(chosen); },
+            Qt::QueuedConnection);
+      });
+  box->open();
 }
 
 void WindowPrompts::AskLogin(QWidget* window, const QString& address,

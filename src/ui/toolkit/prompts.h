@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -46,6 +47,10 @@ class Prompts {
   // As Ask(), for what is risky: No is the button that Enter presses.
   virtual void AskCarefully(QWidget* window, const QString& title, const QString& text,
                             std::function<void(bool yes)> answered) = 0;
+  // One of `choices`, by its index. A box that is closed otherwise answers the last one.
+  virtual void AskChoice(QWidget* window, const QString& title, const QString& text,
+                         const QStringList& choices,
+                         std::function<void(qsizetype chosen)> answered) = 0;
   // A login for `address`; nothing when the dialog is cancelled.
   virtual void AskLogin(QWidget* window, const QString& address,
                         std::function<void(std::optional<LoginAnswer>)> answered) = 0;
@@ -71,6 +76,9 @@ class WindowPrompts final : public Prompts {
            std::function<void(bool yes)> answered) override;
   void AskCarefully(QWidget* window, const QString& title, const QString& text,
                     std::function<void(bool yes)> answered) override;
+  void AskChoice(QWidget* window, const QString& title, const QString& text,
+                 const QStringList& choices,
+                 std::function<void(qsizetype chosen)> answered) override;
   void AskLogin(QWidget* window, const QString& address,
                 std::function<void(std::optional<LoginAnswer>)> answered) override;
   void AskSaveFile(QWidget* window, const FileQuestion& question,

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+
+namespace quayline {
+
+// Keeps copies of the program from writing the same files at once. The system's lock on a file or a
+// folder: it ends with the process in whatever way that ends, and nothing is left on the disk that
+// could be in the way of the next one.
+class FileLock final {
+ public:
+  // Waits for the lock on `path`, which exists, up to `limit`.
+  FileLock(const QString& path, std::chrono::milliseconds limit);
+  ~FileLock();
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+
+  // False only when another process holds the lock. A file system without locks, and a `path` that
+  // cannot be opened, are not in the way: what follows fails by itself if it must.
+  bool IsLocked() const { return is_locked_; }
+
+ private:
+  int descriptor_ = -1;
+  bool is_locked_ = true;
+};
+
+}  // namespace quayline

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <expected>
+
+#include "async/task.h"
+
+namespace quayline {
+
+// What is asked of quayline-reader, the program that parses foreign files in a process of its own.
+struct ReaderRequest {
+  QStringList arguments;  // a verb and its arguments
+  QByteArray input;       // its standard input
+  std::chrono::milliseconds time_limit;
+  qsizetype max_output;
+};
+
+// The reader's output. The error is a part of a sentence about the file: "is damaged", "takes too
+// long to read". A reader that crashes, hangs or sends too much is ended, and is such an error.
+using ReaderResult = std::expected<QByteArray, QString>;
+
+// Waits for the reader, without an event loop.
+ReaderResult RunReader(const ReaderRequest& request);
+
+// As RunReader(), but the event loop goes on. Destroying the task ends the reader.
+Task<ReaderResult> RunReaderInBackground(ReaderRequest request);
+
+}  // namespace quayline
