@@ -9,11 +9,12 @@
 #include <cstdio>
 #include <optional>
 
-#include "app/one_copy.h"
+#include "app/single_instance.h"
 #include "core/app_context.h"
 #include "core/program_folder.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
+#include "platform/linux/private_memory.h"
 #include "platform/linux/wine_settings.h"
 #include "script/web/web_engine.h"
 #include "ui/entries/entry_windows.h"
@@ -130,18 +131,6 @@ WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows&
               }};
 }
 
-// Another copy works on this folder: it does what this one was started for.
-int LeaveToOther(const OneCopy& copy, const Options& options) {
-  if (options.run_update) {
-    return ShowFailure(
-        QStringLiteral("Quayline is running already: press \"Update Router\" there."));
-  }
-  return copy.AskOther(options.list_file)
-             ? 0
-             : ShowFailure(QStringLiteral(
-                   "Quayline is running already, and does not answer. Please close it first."));
-}
-
 // What the command line asks for, once the main window is filled.
 void BeginWith(FrmMain& main, const Options& options) {
   if (!options.run_update) {
@@ -153,7 +142,7 @@ void BeginWith(FrmMain& main, const Options& options) {
   }
 }
 
-// What starting the program once more does to this copy.
+// Another instance was started, and has ended in favour of this one.
 void ComeForward(QWidget& window, FrmMain& main, const QString& list_file) {
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
@@ -172,9 +161,14 @@ int Run(QApplication& application, const Options& options) {
   if (!folder) {
     return ShowFailure(folder.error());
   }
-  OneCopy copy(*folder);
-  if (!copy.Claim()) {
-    return LeaveToOther(copy, options);
+  SingleInstance instance(*folder);
+  const InstanceState state = instance.TryAcquire();
+  if (state == InstanceState::kRunning && options.run_update) {
+    return ShowFailure(
+        QStringLiteral("Quayline is running already: press \"Update Router\" there."));
+  }
+  if (state == InstanceState::kRunning && instance.HandOver(options.list_file)) {
+    return 0;
   }
   LinuxAdapters adapters;
   LinuxDesktop desktop;
@@ -189,12 +183,20 @@ int Run(QApplication& application, const Options& options) {
   FrmSplash splash;
   QObject::connect(&main_window, &FrmMain2::startFailed, &splash, &QWidget::close);
   FrmMain& main = main_window.Main();
-  QObject::connect(&copy, &OneCopy::asked, &main, [&main_window, &main](const QString& list_file) {
-    ComeForward(main_window, main, list_file);
-  });
-  QObject::connect(&main_window, &FrmMain2::leaving, &copy, &OneCopy::Release);
-  QObject::connect(&main, &FrmMain::ready, &main, [&main, &copy, &options] {
-    copy.Listen();
+  QObject::connect(&instance, &SingleInstance::requested, &main,
+                   [&main_window, &main](const QString& list_file) {
+                     ComeForward(main_window, main, list_file);
+                   });
+  QObject::connect(&main_window, &FrmMain2::leaving, &instance, &SingleInstance::Release);
+  QObject::connect(&main, &FrmMain::ready, &main, [&, state] {
+    if (state != InstanceState::kAcquired) {
+      prompts.Notify(
+          &main,
+          QStringLiteral("Another Quayline is running and does not answer, so this one has started "
+                         "beside it. If "
+                         "both change your list of ports, you will be asked which one to keep."));
+    }
+    instance.Listen();
     BeginWith(main, options);
   });
   if (options.run_update) {
@@ -214,6 +216,7 @@ int Run(QApplication& application, const Options& options) {
 
 int main(int argc, char** argv) {
   using namespace quayline;
+  KeepMemoryPrivate();
   NameProgram();
   if (AsksForText(argc, argv)) {
     const QCoreApplication application(argc, argv);

@@ -13,6 +13,7 @@
 #include "cli/update_run.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
+#include "platform/linux/private_memory.h"
 #include "script/web/web_engine.h"
 
 namespace {
@@ -78,6 +79,7 @@ int RunLint(const QString& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  quayline::KeepMemoryPrivate();
   QStringList words;
   for (int i = 1; i < argc; ++i) {
     words.append(QString::fromLocal8Bit(argv[i]));
