@@ -153,6 +153,12 @@ void ComeForward(QWidget& window, FrmMain& main, const QString& list_file) {
   }
 }
 
+QString BesideAnother() {
+  return QStringLiteral(
+      "Another Quayline is running and does not answer, so this one has started beside it. If both "
+      "change your list of ports, you will be asked which one to keep.");
+}
+
 int Run(QApplication& application, const Options& options) {
   // The main window's end is the program's, whatever else is open.
   QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -162,13 +168,16 @@ int Run(QApplication& application, const Options& options) {
     return ShowFailure(folder.error());
   }
   SingleInstance instance(*folder);
-  const InstanceState state = instance.TryAcquire();
+  InstanceState state = instance.TryAcquire();
   if (state == InstanceState::kRunning && options.run_update) {
     return ShowFailure(
         QStringLiteral("Quayline is running already: press \"Update Router\" there."));
   }
-  if (state == InstanceState::kRunning && instance.HandOver(options.list_file)) {
-    return 0;
+  if (state == InstanceState::kRunning) {
+    if (instance.HandOver(options.list_file)) {
+      return 0;
+    }
+    state = instance.TryAcquire();  // it has ended, or hangs, since it answered
   }
   LinuxAdapters adapters;
   LinuxDesktop desktop;
@@ -190,11 +199,7 @@ int Run(QApplication& application, const Options& options) {
   QObject::connect(&main_window, &FrmMain2::leaving, &instance, &SingleInstance::Release);
   QObject::connect(&main, &FrmMain::ready, &main, [&, state] {
     if (state != InstanceState::kAcquired) {
-      prompts.Notify(
-          &main,
-          QStringLiteral("Another Quayline is running and does not answer, so this one has started "
-                         "beside it. If "
-                         "both change your list of ports, you will be asked which one to keep."));
+      prompts.Notify(&main, BesideAnother());
     }
     instance.Listen();
     BeginWith(main, options);
@@ -205,7 +210,7 @@ int Run(QApplication& application, const Options& options) {
     QObject::connect(&splash, &FrmSplash::timeForMainWindow, &main_window, &QWidget::show);
     splash.show();
   }
-  // The main window gets ready behind the splash, which is painted first.
+  // The splash is painted first, and shown while the main window is made ready.
   QTimer::singleShot(0, &main_window, &FrmMain2::Load);
   const int result = QCoreApplication::exec();
   return main_window.HasFailed() ? 1 : result;

@@ -21,11 +21,11 @@ using namespace std::chrono_literals;
 
 constexpr qsizetype kMaxValueLength = 255;
 constexpr qint64 kMaxFileBytes = 4 << 20;
-// A write takes a few milliseconds; another copy of the program that holds the lock for longer has
-// stopped, and the user is not kept waiting for it.
+// A write takes a few milliseconds: an instance that holds the lock for longer hangs, and the user
+// does not wait for it.
 constexpr std::chrono::milliseconds kLockWait = 500ms;
 
-// Nothing for a file that cannot be read, or is too large to be an INI file.
+// Nothing if the file cannot be read, or is too large for an INI file.
 std::optional<QByteArray> FileBytes(const QString& file_name) {
   QFile file(file_name);
   if (!QFileInfo(file_name).isFile() || file.size() > kMaxFileBytes ||

@@ -28,8 +28,8 @@ bool CopyContent(QFile& from, QFile& to) {
   return from.error() == QFileDevice::NoError && to.flush();
 }
 
-// The new name appears with the whole content behind it or not at all, and a file that another
-// copy of the program has put there meanwhile stays: hence no QSaveFile, which would replace it.
+// The new file has the whole content or does not exist. A file that another instance has created in
+// the meantime stays, so this is not SaveFile(), which would replace it.
 bool CopyIfMissing(const QString& from, const QString& to) {
   QFile source(from);
   QTemporaryFile copy(to + QStringLiteral(".XXXXXX"));

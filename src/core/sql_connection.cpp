@@ -11,8 +11,7 @@ SqlConnection::SqlConnection(const QString& path, SqlAccess access)
     : name_(QStringLiteral("quayline-") + QUuid::createUuid().toString(QUuid::WithoutBraces)) {
   QSqlDatabase handle = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name_);
   handle.setDatabaseName(path);
-  // Another copy of the program holds a file for the moment of a write only: waiting longer than
-  // this would be felt at the window.
+  // Another instance locks a file only while it writes. A longer wait would freeze the window.
   handle.setConnectOptions(access == SqlAccess::kReadOnly
                                ? QStringLiteral("QSQLITE_BUSY_TIMEOUT=500;QSQLITE_OPEN_READONLY")
                                : QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
