@@ -297,13 +297,14 @@ TEST_F(DatabasesTest, TenThousandRoutersDoNotHoldTheWindow) {
     routers.last().routercommands = QString(4096, u'x');
   }
   ASSERT_TRUE(MakeTestDatabases(folder_.path(), routers));
-  QElapsedTimer timer;
-  timer.start();
+  qint64 begun = testing::WorkedMs();
   ASSERT_TRUE(Open());
   EXPECT_EQ(databases_.RouterCount(), 10'000);
-  EXPECT_LT(timer.restart(), 500);
+  EXPECT_LT(testing::WorkedMs() - begun, 500);
+  begun = testing::WorkedMs();
   EXPECT_EQ(Names(100).count(U("Harbour")), 10'000);
-  EXPECT_LT(timer.elapsed(), 1000);  // Steps that each walk the table take ten times that.
+  EXPECT_LT(testing::WorkedMs() - begun,
+            1000);  // steps that each walk the table take ten times that
 }
 
 }  // namespace
