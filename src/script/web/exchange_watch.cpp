@@ -21,6 +21,9 @@ constexpr qsizetype kRecordHeader = 5;
 constexpr int kMaxTickets = 2;
 constexpr qsizetype kMaxTicket = 400;
 
+// With TLS 1.3 an alert, such as the one before an orderly end, is a data record of this length.
+constexpr qsizetype kAlert = 19;
+
 bool IsName(QByteArrayView field, const char* name) {
   return QByteArrayView(field).trimmed().compare(name, Qt::CaseInsensitive) == 0;
 }
@@ -128,8 +131,8 @@ bool HttpExchangeWatch::TakeRequest(QByteArrayView bytes) {
     return false;
   }
   const qsizetype taken = request_head_.Take(bytes);
-  if (request_head_.IsComplete() && !has_begun_) {
-    has_begun_ = true;
+  if (request_head_.IsComplete() && requests_ == 0) {
+    requests_ = 1;
     ReadRequestHead();
   }
   if (request_head_.IsComplete()) {
@@ -216,19 +219,20 @@ void TlsExchangeWatch::RecordReader::Take(QByteArrayView bytes, Callback record)
 }
 
 bool TlsExchangeWatch::TakeRequest(QByteArrayView bytes) {
-  bool is_first = true;
-  from_client_.Take(bytes, [this, &is_first](int type, qsizetype) {
-    if (type != kDataRecord) {
-      return;
-    }
+  bool is_allowed = true;
+  from_client_.Take(bytes, [this, &is_allowed](int type, qsizetype length) {
     // With TLS 1.3 the end of the handshake is sent like data.
-    if (++client_data_ == 1 && is_tls13_) {
+    if (type != kDataRecord || (++client_data_ == 1 && is_tls13_) ||
+        (is_tls13_ && length == kAlert)) {
       return;
     }
-    is_first = is_first && (!is_answered_ || is_open_ended_);
-    has_begun_ = true;
+    if (requests_ == 0 || (is_answered_ && !is_open_ended_)) {
+      is_allowed = is_allowed && (requests_ == 0 || !is_retired_);
+      ++requests_;
+      is_answered_ = false;
+    }
   });
-  return is_first;
+  return is_allowed;
 }
 
 void TlsExchangeWatch::TakeAnswer(QByteArrayView bytes) {
@@ -244,11 +248,14 @@ void TlsExchangeWatch::TakeServerData(qsizetype length) {
     is_tls13_ = true;  // the server's part of the handshake, sent like data
     return;
   }
+  if (is_tls13_ && length == kAlert) {
+    return;
+  }
   if (is_tls13_ && length <= kMaxTicket && tickets_ < kMaxTickets) {
     ++tickets_;  // or a very short answer: then a second request may share its connection
     return;
   }
-  is_answered_ = has_begun_;
+  is_answered_ = requests_ > 0;
 }
 
 }  // namespace quayline

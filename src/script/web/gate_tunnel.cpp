@@ -22,6 +22,8 @@ constexpr char kIp6 = 4;
 constexpr char kTlsHandshake = 22;
 
 constexpr milliseconds kRoundPauses[] = {milliseconds(20), milliseconds(80), milliseconds(300)};
+// A connection that the engine opened for a request is used at once.
+constexpr milliseconds kPrompt(20);
 constexpr milliseconds kTlsAnswerPause(500);
 constexpr milliseconds kLongestDiscard(30000);
 // A request that is longer is not sent again on another connection.
@@ -153,6 +155,7 @@ bool GateTunnel::ReadRequest() {
     return false;
   }
   client_.Write(SocksReply(0));
+  since_ready_.start();
   state_ = State::kFirstBytes;
   return true;
 }
@@ -164,6 +167,7 @@ void GateTunnel::Refuse() {
 }
 
 void GateTunnel::BeginExchange() {
+  was_idle_ = since_ready_.hasExpired(kPrompt.count());
   const bool is_tls = buffer_.at(0) == kTlsHandshake;
   origin_.scheme = is_tls ? QStringLiteral("https") : QStringLiteral("http");
   if (!gate_.IsAdmitted(origin_)) {
@@ -183,9 +187,21 @@ void GateTunnel::BeginExchange() {
   url_.setScheme(origin_.scheme);
   url_.setHost(origin_.host);
   url_.setPort(origin_.port);
-  state_ = State::kConnecting;
   watch_->TakeRequest(buffer_);
+  if (gate_.IsRepetition(origin_, watch_->RequestHead())) {
+    client_.ResetWhenSent();
+    Finish();
+    return;
+  }
+  state_ = State::kConnecting;
   LookUp();
+}
+
+void GateTunnel::Retire(const SiteOrigin& origin) {
+  if (auto* tls = dynamic_cast<TlsExchangeWatch*>(watch_.get());
+      tls != nullptr && origin == origin_) {
+    tls->Retire();
+  }
 }
 
 void GateTunnel::LookUp() {
@@ -255,6 +271,10 @@ void GateTunnel::OnRouterEnded(int error) {
   if (!has_answer_ && router_.IsUnreceived() && ConnectAgain(error)) {
     return;
   }
+  if (watch_->Requests() == 1 && !watch_->IsAnswered() && is_change_ && was_idle_) {
+    constexpr int kEmptyAnswer = -324;
+    gate_.NoteLost(origin_, watch_->RequestHead(), error == 0 ? kEmptyAnswer : NetErrorOf(error));
+  }
   if (error == 0) {
     client_.CloseWhenSent();
   } else {
@@ -268,6 +288,9 @@ void GateTunnel::PassOn(const QByteArray& bytes) {
     client_.ResetWhenSent();
     Finish();
     return;
+  }
+  if (noted_requests_ == 0 && has_answer_) {  // the request follows the handshake of TLS
+    was_idle_ = since_ready_.hasExpired(kPrompt.count());
   }
   if (can_repeat_ && !has_answer_) {
     buffer_ += bytes;
@@ -283,6 +306,7 @@ void GateTunnel::PassOn(const QByteArray& bytes) {
 
 void GateTunnel::OnRouterBytes(const QByteArray& bytes) {
   has_answer_ = true;
+  since_ready_.start();
   buffer_.clear();
   watch_->TakeAnswer(bytes);
   NoteAnswer();
@@ -299,9 +323,7 @@ void GateTunnel::OnRouterBytes(const QByteArray& bytes) {
 
 void GateTunnel::OnClientEnded() {
   // A save that was sent whole is heard out: many routers give up what nobody waits for.
-  const bool is_change = watch_ != nullptr && watch_->Method() != "GET" &&
-                         watch_->Method() != "HEAD" && !watch_->Method().isEmpty();
-  if (state_ == State::kPassing && is_change && watch_->IsRequestComplete() && !watch_->IsOver() &&
+  if (state_ == State::kPassing && is_change_ && watch_->IsRequestComplete() && !watch_->IsOver() &&
       !watch_->IsOpenEnded()) {
     is_discarding_ = true;
     silence_.start(kLongestDiscard);
@@ -311,10 +333,16 @@ void GateTunnel::OnClientEnded() {
 }
 
 void GateTunnel::NoteRequest() {
-  if (id_ == 0 && watch_->HasBegun()) {
-    url_ = QUrl::fromEncoded(url_.toEncoded() + watch_->Target());
-    id_ = gate_.Start(watch_->Method(), url_);
+  if (watch_->Requests() == noted_requests_) {
+    return;
   }
+  NoteOver();
+  noted_requests_ = watch_->Requests();
+  const QByteArray& method = watch_->Method();
+  is_change_ = method.isEmpty() ? gate_.IsChangeExpected(origin_) && noted_requests_ == 1
+                                : method != "GET" && method != "HEAD";
+  url_ = QUrl::fromEncoded(url_.toEncoded() + watch_->Target());
+  id_ = gate_.Start(method, url_);
 }
 
 void GateTunnel::NoteAnswer() {

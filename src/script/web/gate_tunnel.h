@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include <memory>
@@ -21,13 +22,17 @@ namespace quayline {
 //   3. The name is looked up and the router is connected. As long as the router has received
 //      nothing, a connection that fails is made again a few times, if the router was there lately.
 //   4. Bytes are passed on in both directions. An end or a reset of the router's is passed on as
-//      what it was. When a second request arrives the browser's side is closed.
+//      what it was. When a request arrives that the connection may not carry, the browser's side
+//      is reset.
 class GateTunnel final : public QObject {
   Q_OBJECT
 
  public:
   GateTunnel(int client, RouterGate& gate);
   ~GateTunnel() override;
+
+  // A tunnel to `origin` over TLS carries no request after the one under way.
+  void Retire(const SiteOrigin& origin);
 
  private:
   enum class State { kGreeting, kRequest, kFirstBytes, kConnecting, kPassing, kOver };
@@ -63,8 +68,12 @@ class GateTunnel final : public QObject {
   SiteOrigin origin_;
   QByteArray buffer_;  // of the handshake; then the request, until the router has received it
   bool can_repeat_ = true;
-  bool has_answer_ = false;     // a byte of it
+  bool has_answer_ = false;  // a byte of it
+  int noted_requests_ = 0;
+  QElapsedTimer since_ready_;   // the browser could send
+  bool was_idle_ = false;       // before its first request, so that the engine may repeat that
   bool is_told_ = false;        // answered() was emitted
+  bool is_change_ = false;      // the request may change something
   bool is_discarding_ = false;  // the browser has gone, the answer is read all the same
   std::unique_ptr<ExchangeWatch> watch_;
   QList<QHostAddress> addresses_;

@@ -27,7 +27,10 @@ QByteArray NetworkFlags() {
          // A connection that was opened in advance and then left counts as used before: the engine
          // would repeat a request that was sent on it. So none is kept.
          " --enable-features=NetUnusedIdleSocketTimeout:unused_idle_socket_timeout_seconds/0"
-         " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
+         // No channel besides HTTP: WebRTC may not send datagrams, and what it sends over TCP ends
+         // at the gate.
+         " --force-webrtc-ip-handling-policy=disable_non_proxied_udp"
+         " --disable-blink-features=WebTransport";
 }
 
 }  // namespace

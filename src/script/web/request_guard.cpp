@@ -19,6 +19,13 @@ bool IsNavigation(const QWebEngineUrlRequestInfo& request) {
          request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame;
 }
 
+// Besides a form that is posted: many pages save by an address with a query.
+bool MayChange(const QWebEngineUrlRequestInfo& request) {
+  const QByteArray method = request.requestMethod();
+  return (method != "GET" && method != "HEAD") ||
+         (IsNavigation(request) && request.requestUrl().hasQuery());
+}
+
 }  // namespace
 
 void RequestGuard::SetRouter(const SiteOrigin& router) {
@@ -35,9 +42,12 @@ void RequestGuard::interceptRequest(QWebEngineUrlRequestInfo& request) {
   requests_.Note(request);
   const QUrl url = request.requestUrl();
   const SiteOrigin origin = SiteOrigin::Of(url);
-  if (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) {
+  if (url.scheme() == QLatin1String("http")) {
     // Most routers then end the connection with the answer, and no second request is sent on it.
     request.setHttpHeader("Connection", "close");
+  }
+  if (url.scheme() == QLatin1String("https") && MayChange(request)) {
+    RouterGate::Instance().ExpectChange(origin);
   }
   if (url.scheme() == QLatin1String("wss")) {
     RouterGate::Instance().ExpectWebSocket(origin);

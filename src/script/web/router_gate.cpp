@@ -4,7 +4,6 @@
 #include "script/web/router_gate.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QPointer>
 
 #include <chrono>
@@ -23,6 +22,9 @@ using namespace std::chrono_literals;
 
 constexpr auto kThereLately = 60s;
 constexpr auto kWebSocketSoon = 1s;
+constexpr auto kChangeSoon = 5s;
+// The engine repeats at once; a user or a script takes longer.
+constexpr auto kRepetition = 300ms;
 
 struct Listener {
   int descriptor = -1;
@@ -126,12 +128,34 @@ bool RouterGate::HasHost(const QString& host, quint16 port) const {
 }
 
 void RouterGate::ExpectWebSocket(const SiteOrigin& origin) {
-  expected_[origin] = QDeadlineTimer(kWebSocketSoon);
+  seen_[origin].web_socket = QDeadlineTimer(kWebSocketSoon);
 }
 
 bool RouterGate::IsWebSocketExpected(const SiteOrigin& origin) const {
-  const auto found = expected_.constFind(origin);
-  return found != expected_.constEnd() && !found->hasExpired();
+  return !seen_.value(origin).web_socket.hasExpired();
+}
+
+void RouterGate::ExpectChange(const SiteOrigin& origin) {
+  seen_[origin].change = QDeadlineTimer(kChangeSoon);
+  for (auto* tunnel : findChildren<GateTunnel*>(Qt::FindDirectChildrenOnly)) {
+    tunnel->Retire(origin);
+  }
+}
+
+bool RouterGate::IsChangeExpected(const SiteOrigin& origin) const {
+  return !seen_.value(origin).change.hasExpired();
+}
+
+void RouterGate::NoteLost(const SiteOrigin& origin, const QByteArray& request, int net_error) {
+  Seen& seen = seen_[origin];
+  seen.lost = request;
+  seen.lost_lately = QDeadlineTimer(kRepetition);
+  seen.failure = net_error;
+}
+
+bool RouterGate::IsRepetition(const SiteOrigin& origin, const QByteArray& request) const {
+  const auto found = seen_.constFind(origin);
+  return found != seen_.constEnd() && !found->lost_lately.hasExpired() && found->lost == request;
 }
 
 int RouterGate::NetError(const QUrl& url, int engine_error) const {
@@ -144,20 +168,24 @@ int RouterGate::NetError(const QUrl& url, int engine_error) const {
   switch (engine_error) {
     case kSocksFailed:
     case kSocksUnreachable:
-      return kBlocked;
+      return IsAdmitted(SiteOrigin::Of(url)) ? LastFailure(url, engine_error) : kBlocked;
     case kClosed:
     case kReset:
-    case kEmptyAnswer: {
-      const int failure = seen_.value(SiteOrigin::Of(url)).failure;
-      return failure == 0 ? engine_error : failure;
-    }
+    case kEmptyAnswer:
+      return LastFailure(url, engine_error);
     default:
       return engine_error;
   }
 }
 
+int RouterGate::LastFailure(const QUrl& url, int engine_error) const {
+  const int failure = seen_.value(SiteOrigin::Of(url)).failure;
+  return failure == 0 ? engine_error : failure;
+}
+
 void RouterGate::NoteConnected(const SiteOrigin& origin) {
-  seen_[origin] = {.is_there = QDeadlineTimer(kThereLately), .failure = 0};
+  seen_[origin].is_there = QDeadlineTimer(kThereLately);
+  seen_[origin].failure = 0;
 }
 
 void RouterGate::NoteFailure(const SiteOrigin& origin, int net_error) {
@@ -165,8 +193,7 @@ void RouterGate::NoteFailure(const SiteOrigin& origin, int net_error) {
 }
 
 bool RouterGate::WasThereLately(const SiteOrigin& origin) const {
-  const auto found = seen_.constFind(origin);
-  return found != seen_.constEnd() && !found->is_there.hasExpired();
+  return !seen_.value(origin).is_there.hasExpired();
 }
 
 quint64 RouterGate::Start(const QByteArray& method, const QUrl& url) {

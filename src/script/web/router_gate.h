@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -38,12 +39,20 @@ size_t qHash(const SiteOrigin& origin, size_t seed = 0);
 // no other connection to anything, and does not look up names itself. Whatever is not admitted is
 // refused before a name is looked up or a connection is made.
 //
-// A connection carries one exchange (a request and its answer). The engine repeats a request by
-// itself, a POST included, when a connection that was used before ends without an answer, and a
-// router would carry out a save twice. So when a second request arrives on a connection, the gate
-// closes it without passing a byte on, and the engine opens another one. Web sockets are exempt.
-// The connection to the router is made when the first byte of a request arrives: a preconnect never
-// reaches the router.
+// No save is sent twice. The engine repeats a request by itself, a POST included, when a connection
+// that was used or opened in advance ends without an answer. So:
+//   * Over plain HTTP a connection carries one exchange (a request and its answer). When a second
+//     request arrives on it, the gate closes it without passing a byte on, and the engine opens
+//     another one.
+//   * Over TLS connections are reused, because a handshake costs a small router up to a second of
+//     its time. A request that may change something is announced (ExpectChange) and then gets a
+//     connection of its own: those that are open take no further request.
+//   * A connection that was opened in advance is used like a new one, but the engine would repeat
+//     the request. So if a change was sent on a connection that had been idle and it ends without an
+//     answer, what the engine sends next is refused: over plain HTTP the same request, over TLS any
+//     connection within a moment.
+// Web sockets are exempt. The connection to the router is made when the first byte of a request
+// arrives: a preconnect never reaches the router.
 //
 // The engine reads its proxy once, from its command line. So the gate belongs to the process:
 // Reserve() binds its port before the engine starts, and Instance() serves it. Origins are admitted
@@ -66,6 +75,9 @@ class RouterGate final : public QObject {
   // A page is about to open a web socket over TLS. Connections to `origin` that are opened within
   // the next second may be its own, and are not closed at a second request.
   void ExpectWebSocket(const SiteOrigin& origin);
+
+  // A request over TLS that may change something is about to be sent.
+  void ExpectChange(const SiteOrigin& origin);
 
   // The engine's number for a failed load of `url`, put right: it sees a connection that was
   // refused or could not be made as one that was reset. Numbers that are the router's own doing are
@@ -96,18 +108,30 @@ class RouterGate final : public QObject {
 
   // For the tunnels.
   bool HasHost(const QString& host, quint16 port) const;
+  int LastFailure(const QUrl& url, int engine_error) const;
   bool IsWebSocketExpected(const SiteOrigin& origin) const;
   // A connection to `origin` was made, or could not be made: `net_error` is the engine's number.
   void NoteConnected(const SiteOrigin& origin);
   void NoteFailure(const SiteOrigin& origin, int net_error);
   // The router answered a connection within the last minute.
   bool WasThereLately(const SiteOrigin& origin) const;
+  // The connection that `request` was sent on ended without an answer; `request` is a plain HTTP
+  // request's head, or empty over TLS.
+  void NoteLost(const SiteOrigin& origin, const QByteArray& request, int net_error);
+  // The same, asked before something is sent.
+  bool IsRepetition(const SiteOrigin& origin, const QByteArray& request) const;
+  // A request over TLS that begins now may be an announced change.
+  bool IsChangeExpected(const SiteOrigin& origin) const;
   quint64 Start(const QByteArray& method, const QUrl& url);
   void End(quint64 id);
 
   struct Seen {
-    QDeadlineTimer is_there;  // runs on after a connection
-    int failure = 0;
+    QDeadlineTimer is_there{0};  // runs after a connection
+    int failure = 0;             // of the last connection, or 0
+    QDeadlineTimer web_socket{0};
+    QDeadlineTimer change{0};
+    QByteArray lost;  // head of the request that was lost last
+    QDeadlineTimer lost_lately{0};
   };
 
   int listening_;
@@ -115,7 +139,6 @@ class RouterGate final : public QObject {
   QHash<QObject*, QSet<SiteOrigin>> admitted_;
   QSet<QObject*> unlimited_;
   QHash<SiteOrigin, Seen> seen_;
-  QHash<SiteOrigin, QDeadlineTimer> expected_;
   QSet<quint64> under_way_;
   quint64 last_id_ = 0;
 };

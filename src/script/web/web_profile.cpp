@@ -94,7 +94,8 @@ void WebProfile::InstallScripts() {
                   "agent/choosing.js", "agent/reading.js", "agent/entry.js"},
                  {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
-          Called("installHandlerReader", {"handler_reader.js"}, {ask, reply}) +
+          Called("removePageChannels", {"page_channels.js"}, {}) +
+              Called("installHandlerReader", {"handler_reader.js"}, {ask, reply}) +
               Called("installPageWatch",
                      {"watch/pending_work.js", "watch/timers.js", "watch/requests.js",
                       "watch/page_watch.js"},
