@@ -164,8 +164,11 @@ void ScriptRunner::ConnectHost(PageHost* host) {
       Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text);
     }
   });
-  connect(host, &PageHost::noted, this,
-          [this](const QString& text) { log_.Append(LineBreak() + text); });
+  connect(host, &PageHost::noted, this, [this](const QString& text) {
+    if (running_) {
+      log_.Append(LineBreak() + text);
+    }
+  });
   connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
   connect(host, &PageHost::scriptError, this, [this](const QString& description) {
     if (!context_.job_options.silent_mode) {

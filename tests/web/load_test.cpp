@@ -8,6 +8,7 @@
 #include <csignal>
 
 #include "demo/certificate.h"
+#include "script/web/certificate_fault.h"
 #include "web/web_fixture.h"
 
 namespace quayline::testing {
@@ -17,6 +18,27 @@ using namespace Qt::StringLiterals;
 using namespace page_operation;
 using namespace std::chrono_literals;
 using Then = Reply::Then;
+
+// For 192.168.1.1; the second one for "*.lan" and "router.home" as well.
+constexpr char kExpired[] = R"(-----BEGIN CERTIFICATE-----
+MIIBQjCB6aADAgECAgEBMAoGCCqGSM49BAMCMBExDzANBgNVBAMMBnJvdXRlcjAe
+Fw0xMDAxMDEwMDAwMDBaFw0xMTAxMDEwMDAwMDBaMBExDzANBgNVBAMMBnJvdXRl
+cjBZMBMGByqGSM49AgEGCCqGSM49AwEHA0IABBoC8InUAwgoFZmW4sDpUGVhp4cM
+7E3gz4Y8R7NXOkSwX2P+Gc7cCVY+8IbDqRP47tmu1p5+Fk3cVzfhZkyx38ajMjAw
+MA8GA1UdEQQIMAaHBMCoAQEwHQYDVR0OBBYEFESyMQ4o9WTCUJODdLkRQngzPT6d
+MAoGCCqGSM49BAMCA0gAMEUCIHCs+tRWGr3UsjO1ARAozqpmt/AK8pnoR/ckpAWg
+WwEZAiEA48n1WTM6AsJyyNyira2iGQBImQKeIF4hXU2xXMbQh8k=
+-----END CERTIFICATE-----)";
+constexpr char kValid[] = R"(-----BEGIN CERTIFICATE-----
+MIIBVzCB/6ADAgECAgECMAoGCCqGSM49BAMCMBExDzANBgNVBAMMBnJvdXRlcjAg
+Fw0yMDAxMDEwMDAwMDBaGA8yMDk5MTIzMTAwMDAwMFowETEPMA0GA1UEAwwGcm91
+dGVyMFkwEwYHKoZIzj0CAQYIKoZIzj0DAQcDQgAEGgLwidQDCCgVmZbiwOlQZWGn
+hwzsTeDPhjxHs1c6RLBfY/4ZztwJVj7whsOpE/ju2a7Wnn4WTdxXN+FmTLHfxqNG
+MEQwIwYDVR0RBBwwGocEwKgBAYIFKi5sYW6CC3JvdXRlci5ob21lMB0GA1UdDgQW
+BBREsjEOKPVkwlCTg3S5EUJ4Mz0+nTAKBggqhkjOPQQDAgNHADBEAiBNgHZ5x7el
+VE58xsm2aq3WDy5j31ph9yxejNhe0NavigIgEnrkvEiZu4L/F1Yj6eVWOTC8IwKC
+Y2N4R1sFbXTN/6g=
+-----END CERTIFICATE-----)";
 
 Reply LoginPage(const QByteArray& status) {
   return Answer(status, "<form><input name=a><input type=Password></form>",
@@ -212,6 +234,25 @@ TEST_F(WebTest, ALoadIsStopped) {
   EXPECT_EQ(errors, QStringList());
   Show("<input name=a value=1>");
   EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
+}
+
+TEST(CertificateFault, IsReadFromTheCertificate) {
+  const QSslCertificate expired{QByteArray(kExpired)};
+  const QSslCertificate valid{QByteArray(kValid)};  // until 2099
+  const struct {
+    const QSslCertificate& certificate;
+    const char* host;
+    const char* words;
+  } cases[] = {
+      {expired, "192.168.1.1", "has expired"},     {valid, "192.168.1.1", "cannot be trusted"},
+      {valid, "ROUTER.home", "cannot be trusted"}, {valid, "box.lan", "cannot be trusted"},
+      {valid, "192.168.1.2", "another host name"}, {valid, "a.box.lan", "another host name"},
+      {valid, "lan", "another host name"},
+  };
+  for (const auto& row : cases) {
+    const Message& fault = CertificateFault(row.certificate, QLatin1String(row.host));
+    EXPECT_TRUE(Translator({}).Text(fault).contains(QLatin1String(row.words))) << row.host;
+  }
 }
 
 TEST_F(WebTest, ACertificateThatNobodyVouchesForIsRefused) {

@@ -12,6 +12,7 @@
 
 #include <utility>
 
+#include "script/web/certificate_fault.h"
 #include "script/web/web_texts.h"
 
 namespace quayline {
@@ -24,21 +25,6 @@ constexpr int kMaxMessages = 100;  // of one page; one that goes on for ever tel
 
 QString Shortened(const QString& text) {
   return text.size() > kMaxToldCharacters ? text.left(kMaxToldCharacters) + QChar(0x2026) : text;
-}
-
-const Message& CertificateFault(QWebEngineCertificateError::Type type) {
-  switch (type) {
-    case QWebEngineCertificateError::CertificateDateInvalid:
-    case QWebEngineCertificateError::CertificateValidityTooLong:
-      return message::kCertificateOutOfDate;
-    case QWebEngineCertificateError::CertificateCommonNameInvalid:
-      return message::kCertificateOfOther;
-    case QWebEngineCertificateError::CertificateWeakSignatureAlgorithm:
-    case QWebEngineCertificateError::CertificateWeakKey:
-      return message::kCertificateWeak;
-    default:
-      return message::kRefusedCertificate;
-  }
 }
 
 // Alone or nearly so: a document, or what a script requests. Images, scripts and style sheets are
@@ -177,10 +163,11 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   const QUrl url = error.url();
   const QString address = QStringLiteral("%1:%2").arg(url.host()).arg(url.port(443));
   const QList<QSslCertificate> chain = error.certificateChain();
+  const Message& fault = CertificateFault(chain.value(0), url.host());
   TrustedCertificates* const known = profile_.Certificates();
   if (known == nullptr || !profile_.IsRouter(url) || !error.isOverridable() || chain.isEmpty()) {
     error.rejectCertificate();
-    Q_EMIT told(profile_.Text(CertificateFault(error.type())).arg(address));
+    Q_EMIT told(profile_.Text(fault).arg(address));
     return;
   }
   const QByteArray sha256 = chain.first().digest(QCryptographicHash::Sha256);
@@ -189,8 +176,7 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
     error.acceptCertificate();
     return;
   }
-  if (const Message& fault = CertificateFault(error.type());
-      &fault != &message::kRefusedCertificate) {
+  if (&fault != &message::kRefusedCertificate) {
     Q_EMIT told(profile_.Text(fault).arg(address));
   }
   error.defer();

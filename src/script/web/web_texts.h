@@ -32,8 +32,6 @@ inline constexpr Message kCertificateOutOfDate{
     "The certificate of %1 has expired, or is not valid yet. Check the clock of the router."};
 inline constexpr Message kCertificateOfOther{"FrmJobStatus", "TextCertificateOfOther",
                                              "The certificate of %1 is for another host name."};
-inline constexpr Message kCertificateWeak{"FrmJobStatus", "TextCertificateWeak",
-                                          "The certificate of %1 is too weak to be trusted."};
 inline constexpr Message kOldTls{"FrmJobStatus", "TextOldTls",
                                  "%1 offers only TLS versions that are too old to be safe."};
 inline constexpr Message kNoTls{"FrmJobStatus", "TextNoTls",
