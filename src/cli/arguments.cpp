@@ -93,6 +93,20 @@ std::expected<UpdateArguments, QString> ParseUpdate(const QStringList& words) {
   return update;
 }
 
+std::expected<CliArguments, QString> ParseCommands(const QStringList& words) {
+  if (words.size() > 1) {
+    return std::unexpected(QStringLiteral("Please name one command: commands NAME."));
+  }
+  const QString name = words.value(0);
+  const bool as_markdown = name == QLatin1String("--markdown");
+  if (name.startsWith(QLatin1Char('-')) && !as_markdown) {
+    return std::unexpected(QStringLiteral("\"%1\" is not an option of commands.").arg(name));
+  }
+  return CliArguments{
+      .command = CliCommand::kCommands,
+      .commands = {.name = as_markdown ? QString() : name, .as_markdown = as_markdown}};
+}
+
 }  // namespace
 
 std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words) {
@@ -105,13 +119,17 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
     return CliArguments{.command = CliCommand::kVersion};
   }
   if (words.isEmpty()) {
-    return std::unexpected(QStringLiteral("Please say what to do: update, lint, or --help."));
+    return std::unexpected(
+        QStringLiteral("Please say what to do: update, lint, commands, or --help."));
   }
   if (words.first() == QLatin1String("lint")) {
     if (words.size() != 2) {
       return std::unexpected(QStringLiteral("Please name one file: lint FILE."));
     }
     return CliArguments{.command = CliCommand::kLint, .lint_file = words[1]};
+  }
+  if (words.first() == QLatin1String("commands")) {
+    return ParseCommands(words.mid(1));
   }
   if (words.first() != QLatin1String("update")) {
     return std::unexpected(QStringLiteral("\"%1\" is not a command.").arg(words.first()));
@@ -130,6 +148,7 @@ QString CliHelp() {
 Usage:
   quayline-cli update --data DIR --list FILE [options]
   quayline-cli lint FILE
+  quayline-cli commands [NAME | --markdown]
   quayline-cli --help | --version
 
 update enters every entry of a port list into the router and writes the job log to
@@ -173,6 +192,9 @@ Exit status of lint:
   0  nothing, or warnings only
   1  a line cannot do what it says
   2  wrong usage, or a file that cannot be read
+
+commands writes how the commands of router scripts are written, one command with its fields, or the
+whole reference as a page.
 )");
 }
 

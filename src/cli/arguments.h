@@ -26,12 +26,19 @@ struct UpdateArguments {
   bool throttle = false;
 };
 
-enum class CliCommand { kHelp, kVersion, kUpdate, kLint };
+// What `quayline-cli commands` is to print.
+struct CommandsArguments {
+  QString name;  // empty: all commands
+  bool as_markdown = false;
+};
+
+enum class CliCommand { kHelp, kVersion, kUpdate, kLint, kCommands };
 
 struct CliArguments {
   CliCommand command = CliCommand::kHelp;
   UpdateArguments update;
   QString lint_file;
+  CommandsArguments commands;
 };
 
 // Reads the words behind the program's name. An error is a sentence for the user.

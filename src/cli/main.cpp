@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "cli/arguments.h"
+#include "cli/commands_command.h"
 #include "cli/lint_command.h"
 #include "cli/update_run.h"
 #include "platform/linux/linux_adapters.h"
@@ -65,15 +66,19 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
   return QApplication::exec();
 }
 
+int Print(const QString& output, int exit_status) {
+  const bool written =
+      std::fputs(output.toUtf8().constData(), stdout) >= 0 && std::fflush(stdout) == 0;
+  return written ? exit_status
+                 : Fail(CliExit::kUsage, QStringLiteral("The output cannot be written."));
+}
+
 int RunLint(const QString& file) {
   const quayline::LintReport report = quayline::LintFile(file);
   if (!report.error.isEmpty()) {
     return Fail(CliExit::kUsage, report.error);
   }
-  const QByteArray output = report.output.toUtf8();
-  const bool written = std::fputs(output.constData(), stdout) >= 0 && std::fflush(stdout) == 0;
-  return written ? report.exit_status
-                 : Fail(CliExit::kUsage, QStringLiteral("The output cannot be written."));
+  return Print(report.output, report.exit_status);
 }
 
 }  // namespace
@@ -99,6 +104,10 @@ int main(int argc, char** argv) {
       return RunUpdate(arguments->update, argc, argv);
     case CliCommand::kLint:
       return RunLint(arguments->lint_file);
+    case CliCommand::kCommands: {
+      const auto text = quayline::DescribeCommands(arguments->commands);
+      return text ? Print(*text, 0) : Fail(CliExit::kUsage, text.error());
+    }
   }
   return 0;
 }

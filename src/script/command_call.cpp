@@ -17,6 +17,16 @@ namespace {
 
 using std::chrono::milliseconds;
 
+// What a script of the page may know of the entry: never the login.
+QJsonObject EntryOfScript(const RunArguments& entry) {
+  return {{QStringLiteral("name"), entry.entry_name},
+          {QStringLiteral("ip"), entry.entry_ip},
+          {QStringLiteral("startPort"), entry.entry_start_port},
+          {QStringLiteral("endPort"), entry.entry_end_port},
+          {QStringLiteral("protocol"), entry.entry_protocol},
+          {QStringLiteral("computerName"), entry.entry_computer_name}};
+}
+
 bool IsMissing(const QJsonValue& result) {
   return result == QLatin1String(page_result::kFailed) ||
          result == QLatin1String(page_result::kFailedLink);
@@ -30,6 +40,7 @@ bool IsNegative(const QJsonValue& result) {
 
 void CommandCall::LogResult(const QJsonValue& result) const {
   const QString text = result.toString();
+  run.was_found = result != QLatin1String(page_result::kFailed);
   if (text == QLatin1String(page_result::kSuccessful)) {
     LogLine(Text(script_text::kSuccessful));
   } else if (text == QLatin1String(page_result::kFailed)) {
@@ -85,12 +96,25 @@ Task<QJsonValue> CommandCall::AskOnce(PageCall call) const {
   co_return got && got->answered ? got->value : call.if_gone;
 }
 
-Task<> CommandCall::RunInPage(QString code) const {
+Task<QString> CommandCall::RunInPage(QString code) const {
   PageHost* const host = env.browser();
-  OneShot<bool> ran;
-  host->RunInPage(code, [done = ran.Callback()] { done(true); });
+  OneShot<QString> ran;
+  host->RunInPage({.code = code, .entry = EntryOfScript(run.given)}, ran.Callback());
   GiveUpWithRun(ran, host);
-  co_await ran;
+  const std::optional<QString> error = co_await ran;
+  co_return error.value_or(QString());
+}
+
+Task<> CommandCall::ShowNearestNames(QString name) const {
+  const QJsonValue answer = co_await AskOnce(page_operation::NearestNames(name));
+  QStringList names;
+  for (const QJsonValue& each : answer.toArray()) {
+    names.append(each.toString().simplified());
+  }
+  // The element may be there and lack what was to be chosen in it.
+  if (!names.isEmpty() && !names.contains(name, Qt::CaseInsensitive)) {
+    env.show_status(Text(script_text::kNearestNames).arg(name, names.join(QStringLiteral(", "))));
+  }
 }
 
 Task<bool> CommandCall::ClearCache() const {

@@ -66,8 +66,11 @@ class CommandCall final {
   // no such number leaves it.
   void SetTimer(const QString& time_ms) const;
 
-  // Runs code as a script of the top page.
-  Task<> RunInPage(QString code) const;
+  // Runs code as a script of the top page, with the entry in it as `quayline`. Returns what the
+  // code failed with; empty where it did not.
+  Task<QString> RunInPage(QString code) const;
+  // Shows the window which names of the page are nearest to one that was not found.
+  Task<> ShowNearestNames(QString name) const;
   // Empties the browser's cache; false when it could not, or the run was stopped.
   Task<bool> ClearCache() const;
 

@@ -9,7 +9,7 @@ namespace quayline::command_field {
 
 inline constexpr FieldSpec kBox{
     .name = "field",
-    .kind = FieldKind::kNeededText,
+    .kind = FieldKind::kElementName,
     .inserted = Inserted::kCurrentName,
     .help = "The name or the id of the element on the page.",
 };
@@ -47,7 +47,7 @@ inline constexpr FieldSpec kOnlyIfEmpty{
 inline constexpr FieldSpec kTemplate{
     .name = "template",
     .inserted = Inserted::kRowName,
-    .help = "The text into which each name of the name array is inserted in turn.",
+    .help = "How the names on the page are written.",
 };
 
 inline constexpr FieldSpec kHrefText{
@@ -66,13 +66,13 @@ inline constexpr FieldSpec kOnclickText{
 
 inline constexpr FieldSpec kButton{
     .name = "button",
-    .kind = FieldKind::kNeededText,
+    .kind = FieldKind::kElementName,
     .help = "The name, the caption or the id of the button.",
 };
 
 inline constexpr FieldSpec kComboBox{
     .name = "combo box",
-    .kind = FieldKind::kNeededText,
+    .kind = FieldKind::kElementName,
     .help = "The name of the combo box.",
 };
 

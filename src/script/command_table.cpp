@@ -11,25 +11,49 @@
 
 namespace quayline {
 
-std::span<const CommandRow> CommandTable() {
-  static const std::vector<CommandRow> table = [] {
-    std::vector<CommandRow> rows;
+namespace {
+
+struct Table {
+  std::vector<CommandRow> rows;
+  size_t extensions = 0;  // at the end
+};
+
+const Table& WholeTable() {
+  static const Table table = [] {
+    Table all;
     for (const auto part :
          {NavigationCommands(), TypingCommands(), NameArrayCommands(), LoginCommands(),
           FreeRowCommands(), TypeChoiceCommands(), ClickCommands(), NameBoxCommands(),
           ToggleCommands(), ComboCommands(), PortBoxCommands(), ComboTestCommands(),
           JavaScriptCommands(), FirmwareCommands(), TimeoutCommands()}) {
-      rows.insert(rows.end(), part.begin(), part.end());
+      all.rows.insert(all.rows.end(), part.begin(), part.end());
     }
-    return rows;
+    for (const auto part :
+         {NavigationExtensions(), PageElementExtensions(), JavaScriptExtensions()}) {
+      all.rows.insert(all.rows.end(), part.begin(), part.end());
+      all.extensions += part.size();
+    }
+    return all;
   }();
   return table;
+}
+
+}  // namespace
+
+std::span<const CommandRow> AllCommands() { return WholeTable().rows; }
+
+std::span<const CommandRow> CommandTable() {
+  return AllCommands().first(AllCommands().size() - WholeTable().extensions);
+}
+
+std::span<const CommandRow> ExtensionCommands() {
+  return AllCommands().last(WholeTable().extensions);
 }
 
 const CommandRow* FindCommand(QStringView name) {
   static const QHash<QString, const CommandRow*> by_name = [] {
     QHash<QString, const CommandRow*> rows;
-    for (const CommandRow& row : CommandTable()) {
+    for (const CommandRow& row : AllCommands()) {
       rows.insert(CommandName(row), &row);
     }
     return rows;

@@ -67,6 +67,10 @@ struct CommandRow {
 
 // The commands of the language, in the order of its reference.
 std::span<const CommandRow> CommandTable();
+// Commands beyond that reference, for pages that scripts build.
+std::span<const CommandRow> ExtensionCommands();
+// The commands of the language, and after them the extensions.
+std::span<const CommandRow> AllCommands();
 
 // The row of a name in lower case; nullptr for text that is no command, which serves as a comment.
 const CommandRow* FindCommand(QStringView name);
@@ -100,5 +104,10 @@ std::span<const CommandRow> ComboTestCommands();
 std::span<const CommandRow> JavaScriptCommands();
 std::span<const CommandRow> FirmwareCommands();
 std::span<const CommandRow> TimeoutCommands();
+
+// The themed parts of the extensions.
+std::span<const CommandRow> NavigationExtensions();
+std::span<const CommandRow> PageElementExtensions();
+std::span<const CommandRow> JavaScriptExtensions();
 
 }  // namespace quayline

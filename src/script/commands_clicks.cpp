@@ -66,11 +66,14 @@ FlowResult ClickIgnoringPageLoad(CommandCall& call) {
 
 FlowResult CallJavaScript(CommandCall& call) {
   const quint64 mark = call.MarkPage();
-  co_await call.RunInPage(call.run.argument);
+  const QString error = co_await call.RunInPage(call.run.argument);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kJavaScript)) {
     co_return end;
   }
   call.LogLine(call.Text(script_text::kSuccessful));
+  if (!error.isEmpty()) {
+    call.LogLine(call.Text(script_text::kScriptFailed).arg(error));
+  }
   co_return std::nullopt;
 }
 
@@ -89,7 +92,7 @@ constexpr FieldSpec kFormNumber[] = {{.name = "form number",
 constexpr FieldSpec kButtonAndTime[] = {command_field::kButton, kClickTime};
 constexpr FieldSpec kButtonAndKeptTime[] = {
     {.name = "button",
-     .kind = FieldKind::kNeededText,
+     .kind = FieldKind::kElementName,
      .inserted = Inserted::kCurrentName,
      .help = command_field::kButton.help},
     {.name = "milliseconds",
@@ -214,10 +217,24 @@ constexpr CommandRow kJavaScript[] = {
     kCallJavaScript.Member("call_javascript_if_in_combo_true", kInCombo),
 };
 
+constexpr FieldSpec kWholeCode[] = {
+    {.name = "code", .kind = FieldKind::kJavaScript, .help = "JavaScript, commas included."}};
+
+constexpr CommandRow kWholeJavaScript[] = {
+    {
+        .name = "run_javascript",
+        .fields = kWholeCode,
+        .flow = CallJavaScript,
+        .help = "Runs code as a script of the top page and waits for the page that this leads to.",
+    },
+};
+
 }  // namespace
 
 std::span<const CommandRow> ClickCommands() { return kClicks; }
 
 std::span<const CommandRow> JavaScriptCommands() { return kJavaScript; }
+
+std::span<const CommandRow> JavaScriptExtensions() { return kWholeJavaScript; }
 
 }  // namespace quayline

@@ -89,8 +89,9 @@ FlowResult SetPortsOneOrTwoBoxes(CommandCall& call) {
   }
   call.LogResult(first);
   if (IsRange(entry)) {
+    call.run.argument = call.run.fields.value(1);
     const QJsonValue second =
-        co_await call.Ask(SetElementValue(call.run.fields.value(1), entry.entry_end_port));
+        co_await call.Ask(SetElementValue(call.run.argument, entry.entry_end_port));
     if (call.Stopped()) {
       co_return RunEnd::kStopped;
     }
@@ -112,17 +113,17 @@ constexpr FieldSpec kChoiceTexts[] = {
      .when_missing = WhenMissing::kUsesDefault,
      .help = "The page's option for TCP/UDP; an empty text where no line has stated it."}};
 constexpr FieldSpec kPlainBox{
-    .name = "field", .kind = FieldKind::kNeededText, .help = command_field::kBox.help};
+    .name = "field", .kind = FieldKind::kElementName, .help = command_field::kBox.help};
 constexpr FieldSpec kRangeOrSingle[] = {
     kPlainBox,
     {.name = "range option", .help = "The option for an entry of several ports."},
     {.name = "single port option", .help = "The option for an entry of one port."}};
 constexpr FieldSpec kOneOrTwoBoxes[] = {
     {.name = "first field",
-     .kind = FieldKind::kNeededText,
+     .kind = FieldKind::kElementName,
      .help = "The name or the id of the box for the start port."},
     {.name = "second field",
-     .kind = FieldKind::kNeededText,
+     .kind = FieldKind::kElementName,
      .help = "The name or the id of the box for the end port."}};
 
 constexpr CommandRow kTypeChoices[] = {

@@ -116,7 +116,7 @@ constexpr FieldSpec kCombinedName[] = {
      .inserted = Inserted::kCurrentName,
      .help = "How the name of the password box begins."},
     {.name = "other field",
-     .kind = FieldKind::kNeededText,
+     .kind = FieldKind::kElementName,
      .help = "The box whose value ends the name, where the position is not empty."},
     command_field::kPosition};
 

@@ -117,9 +117,10 @@ bool LoginFitsAddress(const ScriptRun& run) {
          !HoldsSeparator(run.trimmed_username) && !HoldsSeparator(run.given.password);
 }
 
-// The address that the browser opens holds no login: that is given to the browser's login question
-// alone. The one that the log shows holds it, the password as the user's login field shows it.
-FlowResult Nav(CommandCall& call) {
+// Returns the address that the browser opens. It holds no login: that is given to the browser's
+// login question alone. The one that the log shows holds it, the password as the user's login field
+// shows it.
+QString MakeAddress(CommandCall& call) {
   ScriptRun& run = call.run;
   const QString path =
       run.given.router_host + QLatin1Char('/') + run.argument + call.env.flags.url_suffix;
@@ -129,15 +130,40 @@ FlowResult Nav(CommandCall& call) {
                QLatin1Char('@');
   }
   run.url += path;
+  return run.given.http_type + path;
+}
+
+FlowResult Nav(CommandCall& call) {
+  const QString address = MakeAddress(call);
   if (const auto end = co_await call.LeavePage()) {
     co_return end;
   }
   const quint64 mark = call.MarkPage();
-  call.env.browser()->Navigate2(run.given.http_type + path, run.frame_name);
+  call.env.browser()->Navigate2(address, call.run.frame_name);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {
     co_return end;
   }
-  call.LogSuccessWith(run.url);
+  call.LogSuccessWith(call.run.url);
+  co_return std::nullopt;
+}
+
+// Most routers come back to the page of the rules after a save.
+FlowResult NavUnlessThere(CommandCall& call) {
+  const QString address = MakeAddress(call);
+  const PageWait& pages = call.env.pages;
+  const WaitEnd end = co_await call.env.pages.UntilIdle(
+      {.limit = pages.Limits().before_leaving, .shown_as = call.run.given.router_host});
+  if (end == WaitEnd::kStopped || end == WaitEnd::kFailed) {
+    co_return call.TakeInterruption(ErrorBlock::kAddressWithPageError);
+  }
+  const bool is_there = end != WaitEnd::kPending && call.run.frame_name.isEmpty() &&
+                        call.env.browser()->ShowsUnchanged(address);
+  if (!is_there) {
+    co_return co_await Nav(call);
+  }
+  call.run.page_has_pending_work = false;
+  call.LogLine(call.Text(script_text::kSuccessfulWith) + QStringLiteral(" (") + call.run.url +
+               QStringLiteral(") ") + call.Text(script_text::kAlreadyThere));
   co_return std::nullopt;
 }
 
@@ -299,10 +325,22 @@ constexpr CommandRow kTimeout[] = {
                            &lint_text::kWaitsWhenNotInCombo),
 };
 
+constexpr CommandRow kNavigationExtensions[] = {
+    {
+        .name = "nav_unless_there",
+        .fields = kPath,
+        .flow = NavUnlessThere,
+        .help = "Opens a page of the router like nav, unless it is on show, was loaded by a GET "
+                "after the last thing that was done to a page, and is idle; the log then says so.",
+    },
+};
+
 }  // namespace
 
 std::span<const CommandRow> NavigationCommands() { return kNavigation; }
 
 std::span<const CommandRow> TimeoutCommands() { return kTimeout; }
+
+std::span<const CommandRow> NavigationExtensions() { return kNavigationExtensions; }
 
 }  // namespace quayline

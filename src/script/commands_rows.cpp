@@ -140,7 +140,7 @@ constexpr CommandRow kNameArray[] = {
         .name = "set_name_array",
         .fields = kNames,
         .flow = SetNameArray,
-        .help = "States the name array: what the page's own names of its rows differ in.",
+        .help = "Sets the name array: the texts in which the names of the page's rows differ.",
     },
 };
 

@@ -12,6 +12,7 @@ namespace quayline {
 enum class FieldKind {
   kText,          // any text, an empty one as well
   kNeededText,    // an empty text finds nothing
+  kElementName,   // by which an element of the page is found
   kPath,          // a page of the router: what follows the host and the slash
   kWholeNumber,   // from 0 on
   kMilliseconds,  // from 1 on: a wait of 0 has no end

@@ -33,6 +33,7 @@ class Interpreter final {
   Task<bool> Settle();
   Task<std::optional<RunEnd>> FollowPage(bool needs_idle);
   Task<std::optional<RunEnd>> RunCommand(const CommandRow& row);
+  Task<> ShowNearestNames(const CommandRow& row);
   Task<bool> DebugPause();
   bool Stopped() const { return env_.flags.JobStopRequested(); }
 
@@ -86,6 +87,7 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
     if (end) {
       co_return end;
     }
+    co_await ShowNearestNames(*row);
   }
   const bool proceeded = co_await DebugPause();
   if (!proceeded) {
@@ -135,8 +137,17 @@ Task<std::optional<RunEnd>> Interpreter::FollowPage(bool needs_idle) {
   co_return end;
 }
 
+// A name that was not found is most often misspelt.
+Task<> Interpreter::ShowNearestNames(const CommandRow& row) {
+  const bool is_named = !row.fields.empty() && row.fields.front().kind == FieldKind::kElementName;
+  if (is_named && !run_.was_found) {
+    co_await call_.ShowNearestNames(run_.argument);
+  }
+}
+
 Task<std::optional<RunEnd>> Interpreter::RunCommand(const CommandRow& row) {
   ReadArgument(row, run_);
+  run_.was_found = true;
   if (row.flow != nullptr) {
     co_return co_await row.flow(call_);
   }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace quayline {
 
@@ -171,5 +172,18 @@ class Parser final {
 }  // namespace
 
 QList<KeyStroke> ParseKeys(const QString& notation) { return Parser(notation).Parse(); }
+
+std::optional<QString> KeyNotation(const QString& key) {
+  constexpr std::pair<const char*, const char*> kNamesOfPages[] = {
+      {"ArrowDown", "DOWN"}, {"ArrowLeft", "LEFT"}, {"ArrowRight", "RIGHT"}, {"ArrowUp", "UP"},
+      {"Escape", "ESC"},     {"PageDown", "PGDN"},  {"PageUp", "PGUP"},      {"Space", " "}};
+  QString name = key;
+  for (const auto& [of_pages, of_notation] : kNamesOfPages) {
+    if (key.compare(QLatin1String(of_pages), Qt::CaseInsensitive) == 0) {
+      name = QLatin1String(of_notation);
+    }
+  }
+  return Named(name) ? std::optional(QLatin1Char('{') + name + QLatin1Char('}')) : std::nullopt;
+}
 
 }  // namespace quayline

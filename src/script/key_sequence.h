@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace quayline {
 
 // One key press of a sequence.
@@ -21,5 +23,9 @@ struct KeyStroke {
 // character ({+}), with a count behind a blank ({TAB 3}). Braces that hold no key and parentheses
 // that do not match are dropped, everything else types itself.
 QList<KeyStroke> ParseKeys(const QString& notation);
+
+// The notation of one key: "Enter" or "ArrowDown" as pages call their keys, {ENTER} or F5 as the
+// notation does, or one character. Nothing for any other text.
+std::optional<QString> KeyNotation(const QString& key);
 
 }  // namespace quayline

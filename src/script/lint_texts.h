@@ -51,6 +51,16 @@ inline constexpr Message kAddress{
     "FrmViewScripts", "TextLintAddress",
     "The router's address is added in front of the path: write only what follows it."};
 
+inline constexpr Message kCodeEndsAtComma{
+    "FrmViewScripts", "TextLintCodeEndsAtComma",
+    "The code ends at the first comma. Write run_javascript(\"...\"), which takes commas."};
+inline constexpr Message kLongTimer{
+    "FrmViewScripts", "TextLintLongTimer",
+    "A page is waited for while its timers take %1 ms at most, and this one takes %2 ms. Write a "
+    "timeout line after this one."};
+inline constexpr Message kNoKey{"FrmViewScripts", "TextLintNoKey",
+                                "There is no key \"%2\" for the field \"%1\"."};
+
 inline constexpr Message kWaitsWhenNotInCombo{
     "FrmViewScripts", "TextLintWaitsWhenNotInCombo",
     "Whatever its name says, this command waits when the entry is not in the list."};

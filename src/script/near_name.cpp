@@ -46,7 +46,7 @@ QString NearestCommandName(const QString& name, bool is_call) {
   const qsizetype most = name.size() / (is_call ? kCallShare : kCommentShare);
   QString nearest;
   qsizetype fewest = most + 1;
-  for (const CommandRow& row : CommandTable()) {
+  for (const CommandRow& row : AllCommands()) {
     const auto size = static_cast<qsizetype>(row.name.size());
     if (std::abs(size - name.size()) >= fewest) {
       continue;  // each letter more is an edit

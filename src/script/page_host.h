@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QJsonObject>
 #include <QObject>
 #include <QString>
 
@@ -36,6 +37,12 @@ struct ShownCertificate {
   QString address;          // host, ":" and port
   QString fingerprint;      // SHA-256, as people compare it
   bool is_changed = false;  // the user took another one of this address before
+};
+
+// Code for the top page's own world.
+struct PageScript {
+  QString code;
+  QJsonObject entry;  // what the code finds as the constant `quayline`
 };
 
 // Whether a page is on its way somewhere.
@@ -81,8 +88,10 @@ class PageHost : public QObject {
 
   // Asks the page agent. Answers once, in the order of the calls.
   virtual void Call(const PageCall& call, std::function<void(PageAnswer)> answer) = 0;
-  // Runs code in the top page's own world, as a script of the page.
-  virtual void RunInPage(const QString& code, std::function<void()> done) = 0;
+  // Runs code in the top page's own world, as a script of the page. Answers what it failed with, or
+  // an empty text.
+  virtual void RunInPage(const PageScript& script,
+                         std::function<void(const QString& error)> done) = 0;
   // Types into the control of the page that has the focus. Special characters and names in braces
   // have the meaning of the classic key sending: + ^ % are modifiers, ~ is Enter, {RIGHT} a key.
   virtual void SendKeys(const QString& keys) = 0;
@@ -90,6 +99,9 @@ class PageHost : public QObject {
   virtual void ClearCache(std::function<void(bool cleared)> done) = 0;
 
   virtual NavigationState Navigation() const = 0;
+  // Whether the top page is this address as the router serves it now: loaded whole by a plain GET
+  // that was sent after the last action on any page of the job.
+  virtual bool ShowsUnchanged(const QString& address) const = 0;
   // Reports once when what the page was asked to do has either begun a navigation or will not begin
   // one any more: its queued tasks have run, and it has no pending work. A new call replaces one
   // that was not answered. No report comes when the document goes meanwhile.

@@ -28,6 +28,8 @@ struct RunEnvironment {
   std::function<void(bool)> enable_proceed;
   // Tells the window what the run waits for; an empty text when it goes on.
   std::function<void(const QString&)> tell_wait;
+  // Shows the window a line that is not part of the log.
+  std::function<void(const QString&)> show_status;
 };
 
 // How a run ended.

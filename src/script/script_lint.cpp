@@ -3,11 +3,15 @@
 
 #include "script/script_lint.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
+#include "script/key_sequence.h"
 #include "script/lint_texts.h"
 #include "script/near_name.h"
 #include "script/script_line.h"
+#include "script/wait_limits.h"
 
 namespace quayline {
 
@@ -35,6 +39,15 @@ QList<Field> SplitFields(const CommandRow& row, const Field& argument) {
     start += text.size() + 1;
   }
   return fields;
+}
+
+// Code that goes on after a comma, where a position or nothing is meant to follow.
+bool LosesCode(const CommandRow& row, const QList<Field>& fields) {
+  const bool is_code = row.fields.front().kind == FieldKind::kJavaScript;
+  const QString after = fields.value(1).text;
+  return is_code && fields.size() > 1 &&
+         (fields.size() > static_cast<qsizetype>(row.fields.size()) ||
+          (!after.isEmpty() && !WholeNumber(after)));
 }
 
 const FieldSpec* FieldOfKind(const CommandRow& row, FieldKind kind) {
@@ -80,6 +93,8 @@ class LineLint final {
   void LintFields(const CommandRow& row);
   void LintMissing(const CommandRow& row, const QList<Field>& fields);
   void LintField(const Field& field, const FieldSpec& spec);
+  void LintNeeded(const Field& field, const FieldSpec& spec);
+  void LintTimers(const Field& code);
   void LintNumber(const Field& field, const FieldSpec& spec);
   void LintPath(const Field& field);
   void LintPosition(const Field& position, const Field& target);
@@ -144,6 +159,12 @@ void LineLint::LintFields(const CommandRow& row) {
     return;
   }
   const QList<Field> fields = SplitFields(row, argument);
+  if (LosesCode(row, fields)) {
+    const qsizetype end = fields.at(1).start - 1;
+    Add(LintSeverity::kError, end, argument.start + argument.text.size() - end,
+        lint_text::kCodeEndsAtComma);
+    return;
+  }
   const FieldSpec* position = FieldOfKind(row, FieldKind::kPosition);
   const Field inserted_at =
       position == nullptr ? Field() : fields.value(position - row.fields.data());
@@ -191,10 +212,16 @@ void LineLint::LintField(const Field& field, const FieldSpec& spec) {
     case FieldKind::kText:
       return;
     case FieldKind::kNeededText:
+    case FieldKind::kElementName:
+      LintNeeded(field, spec);
+      return;
     case FieldKind::kJavaScript:
+      LintNeeded(field, spec);
+      LintTimers(field);
+      return;
     case FieldKind::kKey:
-      if (is_empty) {
-        Wrong(field, lint_text::kEmpty, {FromAscii(spec.name)});
+      if (!KeyNotation(field.text)) {
+        Wrong(field, lint_text::kNoKey, {FromAscii(spec.name), field.text});
       }
       return;
     case FieldKind::kPath:
@@ -214,6 +241,24 @@ void LineLint::LintField(const Field& field, const FieldSpec& spec) {
         Wrong(field, lint_text::kNoTruth, {FromAscii(spec.name), field.text});
       }
       return;
+  }
+}
+
+void LineLint::LintNeeded(const Field& field, const FieldSpec& spec) {
+  if (field.text.isEmpty()) {
+    Wrong(field, lint_text::kEmpty, {FromAscii(spec.name)});
+  }
+}
+
+// Code whose timer is written as a number and is longer than what the wait after it heeds.
+void LineLint::LintTimers(const Field& code) {
+  static const QRegularExpression kTimer(
+      QStringLiteral(R"(\bsetTimeout\s*\([^;]*?,\s*(\d{4,9})\s*\))"));
+  const auto heeded = WaitLimits().action_timer.count();
+  const QRegularExpressionMatch timer = kTimer.match(code.text);
+  if (timer.hasMatch() && timer.captured(1).toLongLong() > heeded) {
+    Add(LintSeverity::kWarning, code.start + timer.capturedStart(1), timer.capturedLength(1),
+        lint_text::kLongTimer, {QString::number(heeded), timer.captured(1)});
   }
 }
 

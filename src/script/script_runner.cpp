@@ -57,7 +57,8 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
                      .pages = *pages_,
                      .browser = browser,
                      .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
-                     .tell_wait = show_wait});
+                     .tell_wait = show_wait,
+                     .show_status = [this](const QString& text) { Q_EMIT statusAppended(text); }});
 
   stopped_by_user_ = false;
   messages_shown_ = 0;

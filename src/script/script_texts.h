@@ -42,4 +42,14 @@ inline constexpr Message kPendingWorkLost{
     "(The page still had work pending when it was left. If it saves that late, the script needs a "
     "timeout line before the next page.)"};
 
+// Beyond the log of the language's own commands.
+inline constexpr Message kScriptFailed{"FrmMain", "TextScriptFailed", "(Script Error: %1)"};
+inline constexpr Message kTextMissing{"FrmMain", "TextExpectedTextMissing",
+                                      "!ERROR! (The Page Does Not Show \"%1\")"};
+inline constexpr Message kAlreadyThere{"FrmMain", "TextAlreadyThere",
+                                       "(Already There, Not Loaded Again)"};
+inline constexpr Message kNearestNames{
+    "FrmMain", "TextNearestNames",
+    "Nothing on the page is named \"%1\". The nearest names are: %2"};
+
 }  // namespace quayline::script_text

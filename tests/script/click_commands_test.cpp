@@ -41,7 +41,7 @@ TEST(Clicks, TakeTheirArgumentsApart) {
            call_javascript("h(1,2)")                  > run h(1)x",
        [](ScriptRig& rig) { rig.entry.entry_index = 3; }},
       {"a click that leads nowhere waits for the page that never came before it",
-       R"(click_button("none")  > ClickButton(none)  = (Failed - Object Not Found)
+       R"(click_button("none")  > ClickButton(none)  > NearestNames(none)  = (Failed - Object Not Found)
           set_name("n,")        > SetElementValue(n, Web, false))",
        [](ScriptRig& rig) {
          rig.flags.SetPageLoaded(false);

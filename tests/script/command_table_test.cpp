@@ -24,10 +24,11 @@ TEST(CommandTable, HoldsTheWholeLanguageInItsOrder) {
     names.append(CommandName(row));
   }
   EXPECT_EQ(names, reference);
+  EXPECT_EQ(AllCommands().size(), CommandTable().size() + ExtensionCommands().size());
 }
 
 TEST(CommandTable, EveryRowHasOneHandlerAndIsFoundByItsName) {
-  for (const CommandRow& row : CommandTable()) {
+  for (const CommandRow& row : AllCommands()) {
     EXPECT_NE(row.ask == nullptr, row.flow == nullptr) << row.name;
     EXPECT_FALSE(row.awaits_page && row.ask == nullptr) << row.name << " waits on its own";
     EXPECT_EQ(FindCommand(CommandName(row)), &row) << row.name << " is there twice";
@@ -38,9 +39,9 @@ TEST(CommandTable, EveryRowHasOneHandlerAndIsFoundByItsName) {
   }
 }
 
-// The insertion needs a position, and a kept field a run that keeps it once.
+// An insertion needs a position, and a line has one.
 TEST(CommandTable, FieldsFitTogether) {
-  for (const CommandRow& row : CommandTable()) {
+  for (const CommandRow& row : AllCommands()) {
     EXPECT_TRUE(row.help.ends_with('.')) << row.name;
     int positions = 0;
     int targets = 0;
@@ -108,7 +109,7 @@ bool Holds(const CommandRow& row, const Place& place) {
 }
 
 TEST(CommandTable, EveryNameRunsWhenItsSuffixSays) {
-  for (const CommandRow& row : CommandTable()) {
+  for (const CommandRow& row : AllCommands()) {
     for (int mask = 0; mask < 8; ++mask) {
       EXPECT_EQ(Holds(row, Place(mask)), SuffixHolds(CommandName(row), Place(mask)))
           << row.name << " where first, last, in combo are " << mask;

@@ -114,9 +114,13 @@ void FakePageHost::Call(const PageCall& call, std::function<void(PageAnswer)> an
   });
 }
 
-void FakePageHost::RunInPage(const QString& code, std::function<void()> done) {
-  pages_.Record(*this, u"run "_s + code);
-  pages_.AnswerLater(*this, u"run "_s + code, std::move(done));
+void FakePageHost::RunInPage(const PageScript& script, std::function<void(const QString&)> done) {
+  const QString line = u"run "_s + script.code;
+  pages_.script_entry = script.entry;
+  pages_.Record(*this, line);
+  pages_.AnswerLater(*this, line, [this, done = std::move(done)] {
+    done(std::exchange(pages_.script_error, {}));
+  });
 }
 
 void FakePageHost::SendKeys(const QString& keys) { pages_.Record(*this, u"keys "_s + keys); }

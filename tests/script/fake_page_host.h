@@ -48,6 +48,9 @@ class FakePages final {
   QList<PageLogin> logins;
   int settle_reads = 0;
   bool clears_cache = true;
+  QString unchanged;         // the address of the page that need not be loaded again
+  QString script_error;      // what the next code run in a page fails with
+  QJsonObject script_entry;  // what the last one found as the entry
 
  private:
   friend FakePageHost;
@@ -75,10 +78,11 @@ class FakePageHost final : public PageHost {
   void StopNavigation() override;
   void SetLogin(const PageLogin& login) override { pages_.logins.append(login); }
   void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override;
-  void RunInPage(const QString& code, std::function<void()> done) override;
+  void RunInPage(const PageScript& script, std::function<void(const QString&)> done) override;
   void SendKeys(const QString& keys) override;
   void ClearCache(std::function<void(bool)> done) override;
   NavigationState Navigation() const override { return navigation_; }
+  bool ShowsUnchanged(const QString& address) const override { return address == pages_.unchanged; }
   void ReportIdle(std::function<void(IdleReport)> report) override;
 
   // The page's own moves. Each happens at once and raises what the real browser raises.

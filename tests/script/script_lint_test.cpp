@@ -82,7 +82,10 @@ TEST(ScriptLint, FieldsThatAreMissingOrLost) {
   Check(
       {"set_name(\"a,\")", "set_name(\",0\")", "set_name_to_check(\",\")", "set_port_range(\"a,\")",
        "set_ip1(\"a,,true\")", "click_button_ignore_page_loading(\"Save\")",
-       "set_type_choices(\"T|U\")", "click_button(\"Save, please\")"},
+       "set_type_choices(\"T|U\")", "click_button(\"Save, please\")",
+       "choose_item(\"list,TCP, UDP\")", "choose_item(\"list\")", "expect_page_text(\"\")",
+       "call_javascript(\"f(),2\")", "run_javascript(\"f(1, 2)\")", "press_key(\",ArrowDown\")",
+       "press_key(\"f,,\")"},
       {
           {"set_name(\",1\")", "error [1] The position 1 is counted from the end of \"\""},
           {"set_name(\"a\")", "warning [a] Without the field \"position\" that of an earlier line"},
@@ -90,7 +93,10 @@ TEST(ScriptLint, FieldsThatAreMissingOrLost) {
            "error [set_custom(\"a,\")] The field \"value\" is missing: the command takes "
            "\"field,position,value\"."},
           {"set_custom(\"a,,1,5\")", "error [,5] The argument ends here"},
-          {"call_javascript(\"f(1, 2)\")", "error [ 2)] The field \"position\" should be a number"},
+          {"call_javascript(\"f(1, 2)\")", "error [, 2)] The code ends at the first comma"},
+          {"call_javascript(\"f(a,1,2)\")", "error [,1,2)] The code ends at the first comma"},
+          {"run_javascript(\"\")", "error [run_javascript(\"\")] The field \"code\" is empty."},
+          {"press_key(\"f,Return\")", "error [Return] There is no key \"Return\""},
           {"set_type_choices(\"a|b|c|d\")", "error [|d] The argument ends here"},
           {"set_name(\",\")", "error [set_name(\",\")] The field \"field\" is empty."},
           {"wait_until_words_found(\"\")", "error"},
@@ -123,6 +129,17 @@ TEST(ScriptLint, NumbersThatAreNone) {
         });
 }
 
+// Shorter ones are waited for, and what is no number may be anything.
+TEST(ScriptLint, TimersThatAreNotWaitedFor) {
+  Check(
+      {"run_javascript(\"setTimeout(save, 2500)\")", "run_javascript(\"setTimeout(save, later)\")",
+       "run_javascript(\"f(5000); wait(a, 5000)\")"},
+      {
+          {"run_javascript(\"setTimeout(() => { save(1, 2) }, 3000)\")",
+           "warning [3000] A page is waited for while its timers take 2500 ms at most"},
+      });
+}
+
 TEST(ScriptLint, CommandsThatDoNotDoWhatTheySay) {
   Check({"timeout_first_only(\"5\")", "set_combobox(\"a,\")", "set_combobox_computername(\"a,\")",
          "set_combobox_name_if_in_combo_true_special_1(\"a,\")"},
@@ -142,12 +159,15 @@ TEST(ScriptLint, CommandsThatDoNotDoWhatTheySay) {
 
 // What is offered for completion has to pass once its numbers are filled in.
 TEST(ScriptLint, EveryCommandTakesAnArgumentOfItsOwnShape) {
-  for (const CommandRow& row : CommandTable()) {
+  for (const CommandRow& row : AllCommands()) {
     QStringList fields;
     for (const FieldSpec& field : row.fields) {
-      const bool is_text = field.kind == FieldKind::kText || field.kind == FieldKind::kNeededText ||
-                           field.kind == FieldKind::kPath || field.kind == FieldKind::kJavaScript;
-      fields.append(is_text ? FromAscii(field.name) : u"1"_s);
+      const bool is_number = field.kind == FieldKind::kWholeNumber ||
+                             field.kind == FieldKind::kMilliseconds ||
+                             field.kind == FieldKind::kTruth || field.kind == FieldKind::kPosition;
+      fields.append(is_number                       ? u"1"_s
+                    : field.kind == FieldKind::kKey ? u"Enter"_s
+                                                    : FromAscii(field.name));
     }
     const QString line =
         CommandName(row) + u"(\""_s + fields.join(QLatin1Char(row.separator)) + u"\")"_s;

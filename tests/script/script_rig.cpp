@@ -30,8 +30,10 @@ ScriptRig::ScriptRig()
             .entry_ip = u"192.168.1.100"_s,
             .entry_computer_name = u"FrontDesk"_s},
       browsers(pages.Factory(), flags, flags.active_browser_index),
-      wait(browsers, flags, [this] { return browsers.Active(); },
-           [this](const QString& what) { waits.append(what); }),
+      wait(
+          browsers, flags, [this] { return browsers.Active(); },
+          [this](const QString& what) { waits.append(what); },
+          {.missing = std::chrono::milliseconds(300)}),
       environment_{.flags = flags,
                    .options = options,
                    .translator = translator_,
@@ -41,7 +43,8 @@ ScriptRig::ScriptRig()
                    .browser = [this] { return browsers.Active(); },
                    .enable_proceed =
                        [this](bool on) { order.append(on ? u"button on"_s : u"button off"_s); },
-                   .tell_wait = [this](const QString& what) { waits.append(what); }} {
+                   .tell_wait = [this](const QString& what) { waits.append(what); },
+                   .show_status = [this](const QString& text) { status.append(text); }} {
   QObject::connect(&log, &JobLog::appended, &browsers, [this](const QString& text) {
     if (text.trimmed().startsWith(u"Step "_s)) {
       order.append(text.trimmed().left(7));

@@ -52,8 +52,9 @@ class ScriptRig final {
   FakePages pages;
   BrowserSet browsers;
   PageWait wait;
-  QStringList order;  // what the window was told, with the log's steps between
-  QStringList waits;  // what the window was told of long waits
+  QStringList order;   // what the window was told, with the log's steps between
+  QStringList waits;   // what the window was told of long waits
+  QStringList status;  // what the window was shown beside the log
 
  private:
   Task<> RunToEnd();

@@ -48,6 +48,9 @@ TEST(Stop, EndsASilentPageAtOnceAndLogsNothingMore) {
       {"ports", "set_ports_actiontec_mi424wr_verizon_if_in_combo_false(\"a,b\")",
        "SetElementValue"},
       {"the cache logged as failed", "clear_cache(\"\")", "clear"},
+      {"an item taken for missing", "choose_item(\"l,x\")", "ChooseItem"},
+      {"a key pressed after the stop", "press_key(\"f,Enter\")", "FocusField"},
+      {"a text taken for missing", "expect_page_text(\"x\")", "PageShowsText"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.fault);
@@ -78,6 +81,9 @@ TEST(Stop, EndsEveryWait) {
       {"a time", "timeout(\"60000\")"},
       {"the time of a click", "click_button_ignore_page_loading(\"c,60000\")"},
       {"words that never come", "wait_until_words_found(\"x\")"},
+      {"an element that never comes", "wait_until_element(\"x\")"},
+      {"a text that never comes", "expect_page_text(\"x\")"},
+      {"an item that never comes", "choose_item(\"l,x\")"},
       {"the hold of debug mode", "comment", true},
       {"the throttle", "comment", false, true},
   };
@@ -87,6 +93,8 @@ TEST(Stop, EndsEveryWait) {
     rig.flags.SetJobDebugMode(c.debug);
     rig.options.throttle = c.throttle;
     rig.pages.On({"nav", "ClickButton(b"}, LoadForEver);
+    rig.pages.Answer("ChooseItem", {u"opened"_s});
+    rig.pages.Answer("ChooseOpenItem", {u"failed"_s});
     rig.Start({c.line, "set_ip(\"never,\")"});
     ASSERT_FALSE(rig.Ends(50ms));
     ExpectStop(rig);

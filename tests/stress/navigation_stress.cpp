@@ -28,8 +28,7 @@ class Walker final {
       : site_(delay),
         translator_({}),
         browsers_(std::move(make_host), flags_, flags_.active_browser_index),
-        pages_(
-            browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
+        pages_(browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
     options_.throttle = false;
     if (QWidget* view = browsers_.Active()->Widget()) {
       view->resize(800, 600);
@@ -69,7 +68,8 @@ class Walker final {
                                .pages = pages_,
                                .browser = [this] { return browsers_.Active(); },
                                .enable_proceed = [](bool) {},
-                               .tell_wait = [](const QString&) {}};
+                               .tell_wait = [](const QString&) {},
+                               .show_status = [](const QString&) {}};
     CommandCall call(environment, run);
     ++result->steps;
     run.argument = LeavingSite::PagePath(way, number);

@@ -234,6 +234,12 @@ TEST_F(ScriptWindowTest, NamesAreCompletedAtTheBeginningOfALineOnly) {
   QTest::keyClicks(update_, u"nav"_s);
   EXPECT_FALSE(popup->isVisible());
   EXPECT_EQ(TextOf("Text2"), "set_stop_port(\"nav\")");
+  const QString help = Find<QLabel>("label_shape_text2")->toolTip();
+  EXPECT_TRUE(help.contains(u"end port"_s) && help.contains(u"<i>position</i>: How many"_s))
+      << help.toStdString();
+  update_->clear();
+  QTest::keyClicks(update_, u"choose_it"_s);
+  EXPECT_EQ(popup->currentIndex().data().toString(), u"choose_item(\"list,text\")"_s);
 }
 
 }  // namespace

@@ -132,10 +132,11 @@ class FakePage final : public PageHost {
   void Call(const PageCall&, std::function<void(PageAnswer)> answer) override {
     answer({.answered = true, .value = u"page"_s});
   }
-  void RunInPage(const QString&, std::function<void()> done) override { done(); }
+  void RunInPage(const PageScript&, std::function<void(const QString&)> done) override { done({}); }
   void SendKeys(const QString&) override {}
   void ClearCache(std::function<void(bool)> done) override { done(true); }
   NavigationState Navigation() const override { return navigation_; }
+  bool ShowsUnchanged(const QString&) const override { return false; }
   void ReportIdle(std::function<void(IdleReport)> report) override { report({}); }
   QWidget* Widget() override { return view_; }
 

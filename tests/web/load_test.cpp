@@ -279,7 +279,8 @@ TEST_F(WebTest, ADeadPageAnswersItsQuestionsAndTheNextLoadWorks) {
       order.append(QString::fromLatin1(what) + (answer.answered ? u" answered"_s : u""_s));
     };
   };
-  host->RunInPage(u"for (;;) {}"_s, [&order] { order.append(u"endless"_s); });
+  host->RunInPage({.code = u"for (;;) {}"_s, .entry = {}},
+                  [&order](const QString&) { order.append(u"endless"_s); });
   host->Call(GetElementValue(u"a"_s), Note("first"));
   host->Call(GetElementValue(u"a"_s), Note("second"));
   Pause();

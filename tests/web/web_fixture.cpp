@@ -129,7 +129,8 @@ QString WebTest::Read(const char* expression) {
 
 void WebTest::RunInPage(const char* code) {
   bool done = false;
-  host->RunInPage(QString::fromUtf8(code), [&done] { done = true; });
+  host->RunInPage({.code = QString::fromUtf8(code), .entry = {}},
+                  [&done](const QString&) { done = true; });
   ASSERT_TRUE(RunUntil([&] { return done; }, 10s));
 }
 

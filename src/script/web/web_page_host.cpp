@@ -8,12 +8,14 @@
 #include <QMetaMethod>
 #include <QRegularExpression>
 #include <QTimer>
+#include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
 
 #include "async/wait.h"
 #include "script/page_operations.h"
 #include "script/status_text.h"
 #include "script/wait_limits.h"
+#include "script/web/page_script.h"
 #include "script/web/web_engine.h"
 #include "script/web/web_page.h"
 #include "script/web/web_texts.h"
@@ -105,6 +107,7 @@ void WebPageHost::ConnectLoads() {
 }
 
 void WebPageHost::ConnectPage() {
+  connect(page_, &QWebEnginePage::loadingChanged, this, &WebPageHost::OnLoadingChanged);
   loads_.Follow(page_);
   calls_.SetPage(page_);
   watchdog_.SetPage(page_);
@@ -114,7 +117,7 @@ void WebPageHost::ConnectPage() {
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &WebPageHost::OnRendererGone);
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
   connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
-  connect(page_, &WebPage::scriptFailed, this, &PageHost::scriptError);
+  connect(page_, &WebPage::scriptFailed, this, &WebPageHost::OnScriptFailed);
   connect(page_, &WebPage::messageShown, this, &PageHost::pageMessage);
   connect(page_, &WebPage::popupsExceeded, this, [this] {
     Q_EMIT noted(Text(message::kTooManyWindows));
@@ -147,7 +150,17 @@ void WebPageHost::OnDownloadRefused(const QString& file_name) {
   }
 }
 
+void WebPageHost::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
+  if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
+    loaded_page_.reset();
+    actions_before_load_ = profile_->Actions();
+  } else if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus) {
+    loaded_page_ = {.url = info.url(), .actions = actions_before_load_};
+  }
+}
+
 void WebPageHost::NoteAct() {
+  profile_->NoteAction();
   is_led_ = true;
   loads_.NoteAction();
 }
@@ -194,7 +207,9 @@ void WebPageHost::OnLoadReported(const QString& kind, const QString& fields) {
 void WebPageHost::Navigate2(const QString& address, const QString& target_frame) {
   constexpr QLatin1String kScript("javascript:");
   if (address.startsWith(kScript, Qt::CaseInsensitive)) {
-    RunInPage(QUrl::fromPercentEncoding(address.mid(kScript.size()).toUtf8()), [] {});
+    RunInPage(
+        {.code = QUrl::fromPercentEncoding(address.mid(kScript.size()).toUtf8()), .entry = {}},
+        [](const QString&) {});
     return;
   }
   const QUrl url(address, QUrl::TolerantMode);
@@ -255,11 +270,24 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
       });
 }
 
-void WebPageHost::RunInPage(const QString& code, std::function<void()> done) {
+void WebPageHost::RunInPage(const PageScript& script,
+                            std::function<void(const QString& error)> done) {
   NoteAct();
   Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
       [](const QVariant&) {});
-  Ask(code, QWebEngineScript::MainWorld, [done = std::move(done)](const QVariant&) { done(); });
+  syntax_error_.clear();
+  Ask(TextOfPageScript(script), QWebEngineScript::MainWorld,
+      [this, done = std::move(done)](const QVariant& result) {
+        done(result.isValid() ? ErrorOfPageScript(result) : std::exchange(syntax_error_, {}));
+      });
+}
+
+void WebPageHost::OnScriptFailed(const QString& description, const QString& url, int line) {
+  constexpr QLatin1String kUncaught("Uncaught ");
+  if (description.startsWith(kUncaught + QLatin1String("SyntaxError"))) {
+    syntax_error_ = description.mid(kUncaught.size());
+  }
+  Q_EMIT scriptError(description, url, line);
 }
 
 void WebPageHost::Ask(const QString& code, quint32 world, ScriptCalls::Answer done) {
@@ -307,6 +335,12 @@ void WebPageHost::SendKeys(const QString& keys) {
 void WebPageHost::ClearCache(std::function<void(bool)> done) {
   profile_->Engine().clearHttpCache();
   QTimer::singleShot(kCacheClearing, this, [done = std::move(done)] { done(true); });
+}
+
+bool WebPageHost::ShowsUnchanged(const QString& address) const {
+  const QUrl url(address, QUrl::TolerantMode);
+  return loaded_page_ && loaded_page_->actions == profile_->Actions() && loaded_page_->url == url &&
+         page_->url() == url && profile_->Guard().Requests().TopMethod(url) == "GET";
 }
 
 NavigationState WebPageHost::Navigation() const {

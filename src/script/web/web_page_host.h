@@ -6,6 +6,7 @@
 #include <QWebEngineView>
 
 #include <memory>
+#include <optional>
 
 #include "async/flow.h"
 #include "core/router_session.h"
@@ -35,10 +36,11 @@ class WebPageHost final : public PageHost {
   void RunStopped() override;
   void SetLogin(const PageLogin& login) override;
   void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override;
-  void RunInPage(const QString& code, std::function<void()> done) override;
+  void RunInPage(const PageScript& script, std::function<void(const QString& error)> done) override;
   void SendKeys(const QString& keys) override;
   void ClearCache(std::function<void(bool)> done) override;
   NavigationState Navigation() const override;
+  bool ShowsUnchanged(const QString& address) const override;
   void ReportIdle(std::function<void(IdleReport)> report) override;
   QWidget* Widget() override { return view_; }
 
@@ -49,6 +51,7 @@ class WebPageHost final : public PageHost {
  private:
   void ConnectLoads();
   void ConnectPage();
+  void OnLoadingChanged(const QWebEngineLoadingInfo& info);
   void ReturnPopup();
   void OnCloseRequested();
   void NoteAct();
@@ -58,6 +61,7 @@ class WebPageHost final : public PageHost {
   // Runs code in one of the page's worlds; see ScriptCalls.
   void Ask(const QString& code, quint32 world, ScriptCalls::Answer done);
   void OnRendererGone();
+  void OnScriptFailed(const QString& description, const QString& url, int line);
   // The engine starts a process that has ended again without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
@@ -84,6 +88,14 @@ class WebPageHost final : public PageHost {
   PageKeys keys_;
   PageLoads loads_;
   ScriptWatchdog watchdog_;
+  // The last page that was loaded whole, and the number of actions before it was asked for.
+  struct LoadedPage {
+    QUrl url;
+    quint64 actions = 0;
+  };
+  std::optional<LoadedPage> loaded_page_;
+  quint64 actions_before_load_ = 0;
+  QString syntax_error_;  // the last one of the page
   int idle_waits_ = 0;
   Flow idle_wait_;
 };

@@ -73,6 +73,10 @@ class WebProfile final : public QObject {
   void NoteMissing(const QUrl& url) { missing_.insert(url); }
   bool IsKnownMissing(const QUrl& url) const { return missing_.contains(url); }
 
+  // Counts what is done to the pages of the job.
+  quint64 Actions() const { return actions_; }
+  void NoteAction() { ++actions_; }
+
   // Popups that are open at the same time; a page that opens more is refused.
   bool TakePopup();
   void ReturnPopup() { --popups_; }
@@ -97,6 +101,7 @@ class WebProfile final : public QObject {
   LoginTries tries_;
   QSet<QUrl> missing_;
   int popups_ = 0;
+  quint64 actions_ = 0;
   QStringList periodic_requests_;
 };
 

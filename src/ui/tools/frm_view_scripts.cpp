@@ -57,7 +57,11 @@ FrmViewScripts::~FrmViewScripts() = default;
 void FrmViewScripts::ConnectEditor(ScriptEditor* editor, QPushButton* save, QLabel* shape) {
   editor->SetTranslator(&context_.translator);
   save->setIcon(ThemeIcon(QStringLiteral("save")));
-  connect(editor, &ScriptEditor::shapeChanged, shape, &QLabel::setText);
+  connect(editor, &ScriptEditor::shapeChanged, shape,
+          [shape](const QString& text, const QString& help) {
+            shape->setText(text);
+            shape->setToolTip(help);
+          });
   connect(editor, &ScriptEditor::findingsChanged, this, [this, editor] {
     if (editor == Editor()) {
       ShowFindings();

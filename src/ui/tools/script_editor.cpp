@@ -13,6 +13,7 @@
 #include <QTextBlock>
 #include <QToolTip>
 
+#include "script/command_reference.h"
 #include "script/script_line.h"
 #include "ui/tools/script_highlighter.h"
 
@@ -25,16 +26,31 @@ using namespace std::chrono_literals;
 constexpr qsizetype kOfferFrom = 2;  // letters
 constexpr int kNameRole = Qt::UserRole;
 
-// What is offered: the shape to read, the name to find it by.
+// The reference of a command, as a tool tip.
+QString HelpOf(const CommandRow& row) {
+  QString help = QStringLiteral("<b>%1</b><p>").arg(CommandShape(row).toHtmlEscaped());
+  for (const QString& sentence : {FromAscii(row.help), ConditionSentence(row.condition)}) {
+    help += sentence.toHtmlEscaped() + QLatin1Char(' ');
+  }
+  for (const FieldSpec& field : row.fields) {
+    help +=
+        QStringLiteral("<p><i>%1</i>: %2")
+            .arg(FromAscii(field.name).toHtmlEscaped(), FieldSentences(row, field).toHtmlEscaped());
+  }
+  return help;
+}
+
+// What is offered: the shape to read, the name to find it by, and its help.
 QStandardItemModel* MakeCommandModel(QObject* parent) {
-  QMap<QString, QString> shapes;
-  for (const CommandRow& row : CommandTable()) {
-    shapes.insert(CommandName(row), CommandShape(row));
+  QMap<QString, const CommandRow*> rows;
+  for (const CommandRow& row : AllCommands()) {
+    rows.insert(CommandName(row), &row);
   }
   auto* model = new QStandardItemModel(parent);
-  for (auto each = shapes.cbegin(); each != shapes.cend(); ++each) {
-    auto* item = new QStandardItem(each.value());
+  for (auto each = rows.cbegin(); each != rows.cend(); ++each) {
+    auto* item = new QStandardItem(CommandShape(*each.value()));
     item->setData(each.key(), kNameRole);
+    item->setToolTip(HelpOf(*each.value()));
     model->appendRow(item);
   }
   return model;
@@ -114,11 +130,12 @@ QString ScriptEditor::Sentence(const LintFinding& finding) const {
 void ScriptEditor::ShowShape() {
   const ScriptLine line = ParseScriptLine(textCursor().block().text());
   const CommandRow* row = FindCommand(line.name);
-  Q_EMIT shapeChanged(row != nullptr ? CommandShape(*row) : QString());
+  Q_EMIT shapeChanged(row != nullptr ? CommandShape(*row) : QString(),
+                      row != nullptr ? HelpOf(*row) : QString());
 }
 
-// The part of a name that stands in front of the caret, at the beginning of its line. A caret in
-// the argument, or behind a blank, has none.
+// The part of a name between the beginning of its line and the caret. A caret in the argument, or
+// after a blank, has none.
 QString ScriptEditor::TypedName() const {
   const QTextCursor cursor = textCursor();
   const QString typed = cursor.block().text().left(cursor.positionInBlock());
@@ -197,6 +214,11 @@ bool ScriptEditor::viewportEvent(QEvent* event) {
     if (place >= finding.start && place <= finding.start + finding.length) {
       sentences.append(Sentence(finding).toHtmlEscaped());
     }
+  }
+  const ScriptLine line = ParseScriptLine(cursor.block().text());
+  const CommandRow* row = FindCommand(line.name);
+  if (row != nullptr && place <= line.name.size()) {
+    sentences.append(HelpOf(*row));
   }
   QToolTip::showText(help->globalPos(), sentences.join(QStringLiteral("<br>")), viewport());
   return true;

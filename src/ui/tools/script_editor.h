@@ -20,9 +20,9 @@ struct ScriptFinding {
   LintFinding finding;
 };
 
-// Edits a router script: commands stand out, what the lint finds is underlined and told in a tool
-// tip, and the names of commands are completed, with the shape of their argument beside them, while
-// one is typed or with Ctrl+Space.
+// Edits a router script: commands are highlighted, what the lint finds is underlined and explained
+// in a tool tip, as is the command of a line, and the names of commands are completed, with the
+// shape of their argument beside them, while one is typed or with Ctrl+Space.
 class ScriptEditor final : public QPlainTextEdit {
   Q_OBJECT
 
@@ -32,7 +32,7 @@ class ScriptEditor final : public QPlainTextEdit {
   // For the tool tips' language; it outlives the editor. English without.
   void SetTranslator(const Translator* translator) { translator_ = translator; }
 
-  // The script as the database holds it: CR LF behind each line but the last, which is empty where
+  // The script as the database holds it: CR LF after each line but the last, which is empty where
   // the text ends with a line break. No character is replaced.
   QString Script() const;
   void SetScript(const QStringList& lines);
@@ -43,10 +43,11 @@ class ScriptEditor final : public QPlainTextEdit {
   QString Sentence(const LintFinding& finding) const;
 
  Q_SIGNALS:
-  // The text has changed and come to rest.
+  // The text has changed, and nothing more was typed for a moment.
   void findingsChanged();
-  // The caret stands in a command's line: how the command is written. Empty in any other line.
-  void shapeChanged(const QString& shape);
+  // The caret is in a command's line: how the command is written, and its reference as rich text.
+  // Both are empty in any other line.
+  void shapeChanged(const QString& shape, const QString& help);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
