@@ -13,7 +13,7 @@ set -euo pipefail
 
 packages=(
   # the tools
-  clang-19 lld-19 cmake ninja-build pkg-config ccache git
+  clang-19 lld-19 binutils cmake ninja-build pkg-config ccache git
   # what the program links
   qt6-base-dev qt6-webengine-dev 'qt6-svg-dev|libqt6svg6-dev' libqt6sql6-sqlite
   libcurl4-openssl-dev mdbtools-dev libglib2.0-dev libseccomp-dev
