@@ -106,8 +106,9 @@ const std::vector<WayOut>& HardWays() {
                       "w.postMessage(1)"),
        .asks = true},
       {.name = "timer of 3.5 s",
-       .leaves = kForNextPage,
-       .markup = GO("setTimeout(function(){saving.submit()},3500)")},
+       .leaves = kSomewhere,
+       .markup = GO("setTimeout(function(){saving.submit()},3500)"),
+       .late = true},
       {.name = "save beside a long poll",
        .leaves = kInBackground,
        .markup = BUSY("function poll(){var r=new XMLHttpRequest;r.open('GET','/check?hold=20000');"

@@ -33,6 +33,7 @@ struct WayOut {
   int scripts = 0;     // that the page loads; the array "parts" holds one number for each
   // How many connections the router serves at a time: small ones close those that are too many.
   int connections = demo::HttpServer::kMaxConnections;
+  bool late = false;   // the save comes later than a page is waited for; the log may say so
   bool works = false;  // for ever, by itself: a step may cost a second more than a plain one
 };
 

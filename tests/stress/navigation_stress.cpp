@@ -12,6 +12,7 @@
 #include "script/command_call.h"
 #include "script/command_table.h"
 #include "script/page_operations.h"
+#include "script/script_texts.h"
 
 namespace quayline::stress {
 
@@ -53,6 +54,7 @@ class Walker final {
 
  private:
   Task<> Step(int way, int number, WayResult* result, QList<double>* times) {
+    log_.Clear();
     flags_.SetPageErrorPending(false);
     flags_.SetJobStopRequested(false);
     RunArguments arguments;
@@ -102,7 +104,10 @@ class Walker final {
     const int expected = out.leaves == Leaves::kForNextPage ? number + 1 : number;
     const bool elsewhere = out.leaves != Leaves::kSomewhere && where.toString().toInt() != expected;
     result->early += elsewhere ? 1 : 0;
-    result->lost += out.leaves != Leaves::kNotAtAll && !site_.WasSaved(way, number + 1) ? 1 : 0;
+    const bool is_reported =
+        out.late && log_.Text().contains(QLatin1String(script_text::kPendingWorkLost.english));
+    const bool is_saved = out.leaves == Leaves::kNotAtAll || site_.WasSaved(way, number + 1);
+    result->lost += is_saved || is_reported ? 0 : 1;
   }
 
   LeavingSite site_;
