@@ -12,8 +12,6 @@ namespace quayline {
 
 namespace {
 
-constexpr int kWordsPollMs = 10;
-
 using FlowResult = Task<std::optional<RunEnd>>;
 
 FlowResult SetFrameName(CommandCall& call) {
@@ -59,6 +57,7 @@ FlowResult CheckIfNameExists(CommandCall& call) {
 // Asks again and again: nothing signals that a page shows a text.
 FlowResult WaitUntilWords(CommandCall& call, bool wanted) {
   const QString words = call.run.argument;
+  const WaitLimits& limits = call.env.pages.Limits();
   for (int rounds = 0;; ++rounds) {
     const QJsonValue found = co_await call.AskOnce(page_operation::PageContainsWords(words));
     if (!call.Stopped() && found.toBool() == wanted) {
@@ -68,11 +67,10 @@ FlowResult WaitUntilWords(CommandCall& call, bool wanted) {
       call.env.tell_wait({});
       co_return end;
     }
-    constexpr int kTellAfterRounds = 150;
-    if (rounds == kTellAfterRounds) {
+    if (rounds == limits.long_wait / limits.words_poll) {
       call.env.tell_wait(QLatin1Char('"') + words + QLatin1Char('"'));
     }
-    co_await call.Wait(kWordsPollMs, std::nullopt);
+    co_await call.Wait(static_cast<int>(limits.words_poll.count()), std::nullopt);
   }
   call.env.tell_wait({});
   call.LogLine(call.Text(script_text::kWordsSuccessful) + QLatin1Char(' ') + words +

@@ -4,6 +4,7 @@
 
 #include <QJsonObject>
 
+#include <array>
 #include <chrono>
 
 namespace quayline {
@@ -75,6 +76,35 @@ struct WaitLimits {
   Time silence_after_stop{1500};
   // Something that an action or a question did not find, while the page has pending work.
   Time missing{4000};
+  // How often a page is asked for words that a script waits for.
+  Time words_poll{10};
+
+  // A load that the program asked for and the engine never starts: it starts in the same turn of the
+  // event loop, or not at all.
+  Time load_start{3000};
+  // A move within the page, which has neither start nor end.
+  Time move_in_page{1000};
+  // A frame that has not arrived, while no request of the page is under way; one that a form is
+  // sent into; and one whose request was answered: the agent's report follows at once.
+  Time frame{8000};
+  Time form_in_frame{20000};
+  Time answered_frame{2000};
+  // Keys that no document takes.
+  Time keys{250};
+  // The engine reports no end of emptying its cache.
+  Time cache_clearing{50};
+  // A page is asked again to report that it is idle: its document was written again meanwhile.
+  Time report_lost{1000};
+  // How often a page that gives no answer is looked at, and when a run was stopped.
+  Time silence_look{1000};
+  Time silence_look_after_stop{200};
+
+  // A router that restarts after a save is back after 10 to 60 s. A page of ours is requested again
+  // after these pauses, within `absence` in all and within `action_memory` after the last action.
+  std::array<Time, 6> load_pauses{Time(500),  Time(1000), Time(2000),
+                                  Time(4000), Time(8000), Time(12000)};
+  Time absence{30000};
+  Time action_memory{60000};
 };
 
 // The part of the limits that the page's scripts read: times in milliseconds.

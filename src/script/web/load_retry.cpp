@@ -6,20 +6,15 @@
 #include <QSet>
 #include <QWebEngineLoadingInfo>
 
-#include <array>
 #include <utility>
+
+#include "script/wait_limits.h"
 
 namespace quayline {
 
 namespace {
 
-using std::chrono::milliseconds;
-
-// A router that restarts is back after 10 to 60 s; 30 s of waiting is what a user bears.
-constexpr std::array kPauses{milliseconds(500),  milliseconds(1000), milliseconds(2000),
-                             milliseconds(4000), milliseconds(8000), milliseconds(12000)};
-constexpr milliseconds kLongestAbsence(30000);
-constexpr milliseconds kActionMemory(60000);
+constexpr WaitLimits kLimits;
 
 bool IsAway(const QWebEngineLoadingInfo& failed, int net_error) {
   constexpr int kComeAgain = 503;
@@ -53,16 +48,16 @@ void LoadRetry::NoteLoad(const QUrl& url) {
 }
 
 bool LoadRetry::TryAgain(const QWebEngineLoadingInfo& failed, int net_error) {
-  if (!since_load_.isValid() || url_.hasQuery() || tries_ >= kPauses.size() ||
+  if (!since_load_.isValid() || url_.hasQuery() || tries_ >= kLimits.load_pauses.size() ||
       !failed.url().matches(url_, QUrl::RemoveFragment)) {
     NoteEnd();
     return false;
   }
-  const milliseconds pause = kPauses.at(tries_);
+  const WaitLimits::Time pause = kLimits.load_pauses.at(tries_);
   const bool is_first_short = IsShort(failed) && !std::exchange(was_short_, true);
   const bool is_after_action =
-      since_action_.isValid() && !since_action_.hasExpired(kActionMemory.count());
-  const bool is_in_time = since_load_.elapsed() + pause.count() <= kLongestAbsence.count();
+      since_action_.isValid() && !since_action_.hasExpired(kLimits.action_memory.count());
+  const bool is_in_time = since_load_.elapsed() + pause.count() <= kLimits.absence.count();
   if (!is_first_short && !(is_after_action && is_in_time && IsAway(failed, net_error))) {
     NoteEnd();
     return false;

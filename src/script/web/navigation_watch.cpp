@@ -5,19 +5,13 @@
 
 #include <utility>
 
+#include "script/wait_limits.h"
+
 namespace quayline {
 
 namespace {
 
-using std::chrono::milliseconds;
-
-constexpr milliseconds kFrameGuard(8000);
-constexpr milliseconds kFormGuard(20000);
-// After the answer: the agent's report comes within milliseconds, even on a busy machine.
-constexpr milliseconds kAnsweredGuard(2000);
-constexpr milliseconds kMoveGuard(1000);
-// The engine begins a load in the same turn of the event loop, or not at all.
-constexpr milliseconds kStartGuard(3000);
+constexpr WaitLimits kLimits;
 
 }  // namespace
 
@@ -38,7 +32,7 @@ void NavigationWatch::LoadAsked(bool within_page) {
   asked_ = true;
   within_page_ = within_page;
   if (!loading_) {  // a load that takes the place of another one has no start of its own
-    start_guard_.start(within_page ? kMoveGuard : kStartGuard);
+    start_guard_.start(within_page ? kLimits.move_in_page : kLimits.load_start);
   }
   Update(true);
 }
@@ -124,7 +118,7 @@ void NavigationWatch::GuardFrames() {
   if (frames_.isEmpty() || any_under_way_) {
     frame_guard_.stop();
   } else {
-    frame_guard_.start(any_answered_ ? kAnsweredGuard : frame_is_form_ ? kFormGuard : kFrameGuard);
+    frame_guard_.start(any_answered_ ? kLimits.answered_frame : frame_is_form_ ? kLimits.form_in_frame : kLimits.frame);
   }
 }
 

@@ -8,14 +8,9 @@
 #include <QWidget>
 
 #include "script/key_sequence.h"
+#include "script/wait_limits.h"
 
 namespace quayline {
-
-namespace {
-
-constexpr std::chrono::milliseconds kArrivalLimit(250);  // of keys that no document takes
-
-}  // namespace
 
 PageKeys::PageKeys(QObject* parent) : QObject(parent) {
   limit_.setSingleShot(true);
@@ -28,7 +23,7 @@ bool PageKeys::Send(QWidget* target, const QString& keys) {
     return false;
   }
   under_way_ += static_cast<int>(strokes.size());
-  limit_.start(kArrivalLimit);
+  limit_.start(WaitLimits().keys);
   for (const KeyStroke& stroke : strokes) {
     QKeyEvent press(QEvent::KeyPress, stroke.key, stroke.modifiers, stroke.text);
     QKeyEvent release(QEvent::KeyRelease, stroke.key, stroke.modifiers, stroke.text);

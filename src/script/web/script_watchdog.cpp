@@ -19,8 +19,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kLookEvery(1000);
-constexpr milliseconds kHurriedLookEvery(200);
 // Less than this part of the time is what a process uses that only waits. A script that runs gets
 // more even where many programs share the processor.
 constexpr int kBusyPart = 50;
@@ -46,7 +44,7 @@ milliseconds ProcessorTime(qint64 pid) {
 ScriptWatchdog::ScriptWatchdog(std::function<bool()> is_needed, QObject* parent)
     : QObject(parent), is_needed_(std::move(is_needed)) {
   connect(&timer_, &QTimer::timeout, this, &ScriptWatchdog::Look);
-  timer_.start(kLookEvery);
+  timer_.start(WaitLimits().silence_look);
 }
 
 void ScriptWatchdog::SetPage(QWebEnginePage* page) {
@@ -56,7 +54,7 @@ void ScriptWatchdog::SetPage(QWebEnginePage* page) {
 
 void ScriptWatchdog::Hurry() {
   is_hurried_ = true;
-  timer_.start(kHurriedLookEvery);
+  timer_.start(WaitLimits().silence_look_after_stop);
   if (page_ != nullptr && IsAnswered()) {
     Ping();
   }
@@ -69,7 +67,7 @@ void ScriptWatchdog::Look() {
   if (IsAnswered()) {
     if (is_hurried_) {
       is_hurried_ = false;
-      timer_.start(kLookEvery);
+      timer_.start(WaitLimits().silence_look);
     } else if (is_needed_()) {
       Ping();
     }

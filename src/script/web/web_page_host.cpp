@@ -24,11 +24,6 @@ namespace quayline {
 
 namespace {
 
-using std::chrono::milliseconds;
-
-constexpr milliseconds kAskAgain(1000);     // a report that was lost with what it ran in
-constexpr milliseconds kCacheClearing(50);  // no signal tells its end
-
 QString AsJavaScript(const QJsonArray& values) {
   return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
 }
@@ -334,7 +329,7 @@ void WebPageHost::SendKeys(const QString& keys) {
 
 void WebPageHost::ClearCache(std::function<void(bool)> done) {
   profile_->Engine().clearHttpCache();
-  QTimer::singleShot(kCacheClearing, this, [done = std::move(done)] { done(true); });
+  QTimer::singleShot(WaitLimits().cache_clearing, this, [done = std::move(done)] { done(true); });
 }
 
 bool WebPageHost::ShowsUnchanged(const QString& address) const {
@@ -393,11 +388,11 @@ Task<> WebPageHost::WaitForReport(std::function<void(IdleReport)> report) {
     }
     co_await Until([&] { return got || is_pending; })
         .WokenBy(this, &WebPageHost::pageReported)
-        .AtMost(kAskAgain);
+        .AtMost(WaitLimits().report_lost);
     if (is_pending) {
       co_await Until([&got] { return got.has_value(); })
           .WokenBy(this, &WebPageHost::pageReported)
-          .AtMost(WaitLimits().save + kAskAgain);
+          .AtMost(WaitLimits().save + WaitLimits().report_lost);
     }
   }
   // Brings in what all this has announced meanwhile.
