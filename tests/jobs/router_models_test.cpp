@@ -19,6 +19,7 @@ struct ModelCase {
 
 const std::vector<ModelCase> kModels{
     {"delayed", 2, {}},
+    {"dialog", 4, {}},
     {"formback", 4, {}},
     {"frameset", 4, {}},
     {"hiddenframe", 4, {}},
@@ -32,6 +33,7 @@ const std::vector<ModelCase> kModels{
     {"scriptmenu", 4, {"openMenu(1)"}},
     {"selectlist", 4, {"False"}},
     {"shell", 4, {"rule_form Found On Page"}},
+    {"singlepage", 4, {}},
     {"validator",
      4,
      {"Ports below 1024 belong", "Store this rule? (answered: OK)", "The rule is stored."}},
