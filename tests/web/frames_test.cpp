@@ -142,6 +142,25 @@ TEST_F(FramesTest, AFrameIsWaitedForUntilItIsAnsweredAndNoLonger) {
   EXPECT_EQ(errors, QStringList());
 }
 
+TEST_F(FramesTest, AFrameIsSearchedForCaptionsDialogsAndComponents) {
+  server.replies["/f1"] = Html(
+      "<script>var hits = [];</script><div id=h></div><label>Port <input id=p></label>"
+      "<button onclick='hits.push(1)'>Save</button>"
+      "<dialog open><button onclick='hits.push(2)'>Save</button></dialog>"
+      "<div id=k role=listbox onmousedown='d.hidden = false'>TCP</div>"
+      "<ul id=d hidden><li onmousedown='hits.push(3)'>UDP</ul>"
+      "<script>h.attachShadow({mode: 'open'}).innerHTML = '<input name=inside>'</script>");
+  Open("/frames");
+  EXPECT_EQ(Ask(ClickButton(u"Save"_s), 1), kSuccessful);
+  EXPECT_EQ(Ask(ChooseItem(u"k"_s, u"UDP"_s), 1), QJsonValue(u"opened"_s));
+  EXPECT_EQ(Ask(ChooseOpenItem(u"UDP"_s), 1), kSuccessful);
+  EXPECT_EQ(Read("frames[1].hits"), u"2,3"_s);
+  EXPECT_EQ(Ask(SetElementValue(u"inside"_s, u"x"_s), 1), kSuccessful);
+  EXPECT_EQ(Read("frames[1].h.shadowRoot.firstChild.value"), u"x"_s);
+  EXPECT_EQ(Ask(FocusField(u"port"_s), 1), kSuccessful);
+  EXPECT_EQ(Read("frames[1].document.activeElement.id"), u"p"_s);
+}
+
 TEST_F(FramesTest, AnAddressForANamedFrameLeavesTheOthersAlone) {
   Open("/frames");
   host->Navigate2(server.Address(u"/new"_s).toString(), u"main"_s);
