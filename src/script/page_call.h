@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QString>
-#include <QStringList>
 
 namespace quayline {
 
@@ -42,9 +41,6 @@ struct PageAnswer {
   // The page has pending work: started by the action, or, if the target was not found, any pending
   // work.
   bool is_working = false;
-  // After a user action whose target was not found by its name: the nearest names on the page, at
-  // most five.
-  QStringList near_names;
 };
 
 }  // namespace quayline

@@ -114,7 +114,6 @@ QJsonValue WebTest::Ask(PageCall call, int frame) {
   if (!RunUntil([&] { return got.has_value(); }, 10s) || !got->answered) {
     return kNoAnswer;
   }
-  near_names = got->near_names;
   return got->value;
 }
 

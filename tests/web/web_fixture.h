@@ -99,9 +99,8 @@ class WebTest : public ::testing::Test {
   QStringList errors;  // "status address"
   QStringList told;
   QStringList script_errors;
-  QStringList near_names;  // of the latest answer
-  QStringList notes;       // for the log
-  QStringList missing;     // parts of pages
+  QStringList notes;    // for the log
+  QStringList missing;  // parts of pages
   int completed = 0;
 
  private:

@@ -260,8 +260,7 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
         answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
                 .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value"))),
                 .markup_state = envelope.value(QStringLiteral("state")).toString(),
-                .is_working = envelope.value(QStringLiteral("working")).toBool(),
-                .near_names = envelope.value(QStringLiteral("near")).toStringList()});
+                .is_working = envelope.value(QStringLiteral("working")).toBool()});
       });
 }
 

@@ -210,7 +210,7 @@ function setValue(document_, name, value, onlyIfEmpty, number) {
     return fill(direct, value, before);
   }
   const inner = find(inShadow(document_), ['name', 'id'], name, test, number);
-  return inner ? type(inner) : notFound(name);
+  return inner ? type(inner) : FAILED;
 }
 
 // ---- Boxes that are checked ----
@@ -264,7 +264,7 @@ function checkNamed(document_, properties, name, test, wanted) {
     return checkDirectly(direct);
   }
   const inner = find(inShadow(document_), properties, name, test);
-  return inner ? check(inner, wanted) : notFound(name);
+  return inner ? check(inner, wanted) : FAILED;
 }
 
 Object.assign(operations, {
@@ -305,7 +305,7 @@ Object.assign(operations, {
 
   SetSecondRadioButton(document_, name) {
     const place = firstIn(document_, (scope) => find(scope, ['name', 'id'], name, null, 1));
-    return place ? check(place, true) : notFound(name);
+    return place ? check(place, true) : FAILED;
   },
 
   FocusElementByPosition(document_, position, onlyIfEmpty) {
@@ -326,7 +326,7 @@ Object.assign(operations, {
     if (place) {
       focus(fieldOf(place.element));
     }
-    return place || name === '' ? SUCCESSFUL : notFound(name);
+    return place || name === '' ? SUCCESSFUL : FAILED;
   },
 
   SubmitFormByNumber(document_, number) {

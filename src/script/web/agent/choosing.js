@@ -187,7 +187,7 @@ Object.assign(operations, {
     const pick = (element, exact) => optionsOf(element).find((option) =>
       matches(option.text, exact) || matches(option.value, exact)) || null;
     const place = firstIn(document_, (scope) => find(scope, ['name', 'id'], name, pick));
-    return place ? choose(place, (list) => pick(list, place.exact)) : notFound(name);
+    return place ? choose(place, (list) => pick(list, place.exact)) : FAILED;
   },
 
   // Chooses an option of a select by its text or value. A drop-down of another kind is opened:
@@ -196,7 +196,7 @@ Object.assign(operations, {
     const place = findByAnyName(document_, name, isVisible) ||
       findByAnyName(document_, name, null);
     if (!place) {
-      return notFound(name);
+      return FAILED;
     }
     const wanted = collapse(text);
     const pick = (list) => [2, 1].map((like) => optionsOf(list).find((option) =>

@@ -50,13 +50,13 @@ Object.assign(operations, {
     const place =
       firstIn(document_, (scope) => find(scope, ['name', 'value', 'id'], name, calls)) ||
       findByCaption(document_, name, calls);
-    return place ? pressFound(place) : notFound(name);
+    return place ? pressFound(place) : FAILED;
   },
 
   ClickButton(document_, name) {
     const search = (scope) => find(scope, ['name', 'value', 'id'], name);
     const place = search(inDocument(document_)) || findDirectly(document_, name) ||
       search(inShadow(document_)) || findByCaption(document_, name, null);
-    return place ? pressFound(place) : notFound(name);
+    return place ? pressFound(place) : FAILED;
   },
 });

@@ -25,12 +25,11 @@ function hasPendingWork(operation, value, isUserAction) {
 }
 
 // Carries out one operation. `isUserAction`: the page may react with work of its own. The answer is
-// {ok: true, value: ..., state: ..., working: ..., near: ...}: the result, the state of the markup
-// after the call, whether the page has pending work, and the names nearest to one not found.
+// {ok: true, value: ..., state: ..., working: ...}: the result, the state of the markup after the
+// call, and whether the page has pending work.
 function callOperation(operation, args, frame, isUserAction) {
   try {
     forgetShadowRoots();
-    missingName = null;
     if (isUserAction) {
       window.quaylineArm();
     }
@@ -38,7 +37,6 @@ function callOperation(operation, args, frame, isUserAction) {
     return {
       ok: true, value, state: markupState(working),
       working: hasPendingWork(operation, value, isUserAction),
-      near: missingName === null ? [] : nearestNames(working, missingName),
     };
   } catch (error) {
     return {ok: false, value: String(error)};

@@ -72,14 +72,6 @@ function findDirectly(document_, name) {
   });
 }
 
-// The name that the call in progress did not find; its neighbours are reported with the answer.
-let missingName = null;
-
-function notFound(name) {
-  missingName = name;
-  return FAILED;
-}
-
 // ---- By what is shown ----
 
 const ROLES = ['button', 'switch', 'option', 'menuitem', 'menuitemradio', 'menuitemcheckbox', 'tab',
