@@ -108,7 +108,7 @@ Task<QString> CommandCall::RunInPage(QString code) const {
 Task<> CommandCall::ShowNearestNames(QString name) const {
   const QJsonValue answer = co_await AskOnce(page_operation::NearestNames(name));
   QStringList names;
-  for (const QJsonValue& each : answer.toArray()) {
+  for (const QVariant& each : answer.toArray().toVariantList()) {
     names.append(each.toString().simplified());
   }
   // The element may be there and lack what was to be chosen in it.

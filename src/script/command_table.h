@@ -39,19 +39,19 @@ struct CommandRow {
   // Does whatever else a command does. Nothing: the run goes on.
   using FlowHandler = Task<std::optional<RunEnd>> (*)(CommandCall&);
 
-  std::string_view name{};
+  std::string_view name;
   Condition condition = Condition::kAlways;
+  char separator = ',';      // of the argument
+  bool awaits_page = false;  // for `ask`: the page may load afterwards
   // None: the command takes no argument. One: it holds the whole argument. More: the argument is
   // split at the separator.
-  std::span<const FieldSpec> fields{};
-  char separator = ',';
+  std::span<const FieldSpec> fields;
   PageHandler ask = nullptr;
   FlowHandler flow = nullptr;
-  bool awaits_page = false;  // for `ask`: the page may load afterwards
-  std::string_view help{};   // a sentence or two; the condition is not repeated in it
+  std::string_view help;  // a sentence or two; the condition is not repeated in it
   // What whoever writes the command should know, because its name says something else.
   const Message* quirk = nullptr;
-  std::string_view family{};  // the name of the row that this one is a member of
+  std::string_view family;  // the name of the row that this one is a member of
 
   // A member of this row's family: the same command under another condition.
   constexpr CommandRow Member(std::string_view member_name, Condition member_condition,

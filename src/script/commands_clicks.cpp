@@ -113,37 +113,37 @@ constexpr FieldSpec kCodeWithLetter[] = {{.name = "code",
 
 constexpr CommandRow kClickButtonOnclick{
     .name = "click_button_onclick",
+    .awaits_page = true,
     .fields = kButtonOnclick,
     .ask = ClickButtonByOnclick,
-    .awaits_page = true,
     .help = "Clicks the button of this name whose onclick handler holds the text.",
 };
 constexpr CommandRow kClickOnclick{
     .name = "click_onclick",
+    .awaits_page = true,
     .fields = kOnclick,
     .ask = ClickByOnclick,
-    .awaits_page = true,
     .help = "Clicks the first element whose onclick handler holds the text.",
 };
 constexpr CommandRow kClickLink{
     .name = "click_link",
+    .awaits_page = true,
     .fields = kHref,
     .ask = ClickLink,
-    .awaits_page = true,
     .help = "Clicks the first link whose address holds the text.",
 };
 constexpr CommandRow kCallPageSubmit{
     .name = "call_page_submit",
+    .awaits_page = true,
     .fields = kFormNumber,
     .ask = SubmitForm,
-    .awaits_page = true,
     .help = "Submits a form of the page without its onsubmit handler.",
 };
 constexpr CommandRow kClickButton{
     .name = "click_button",
+    .awaits_page = true,
     .fields = kButton,
     .ask = ClickButton,
-    .awaits_page = true,
     .help = "Clicks a button and waits for the page that this leads to.",
 };
 constexpr CommandRow kClickIgnoringPage{

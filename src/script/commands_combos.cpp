@@ -129,8 +129,8 @@ constexpr FieldSpec kOneOrTwoBoxes[] = {
 constexpr CommandRow kTypeChoices[] = {
     {
         .name = "set_type_choices",
-        .fields = kChoiceTexts,
         .separator = '|',
+        .fields = kChoiceTexts,
         .flow = SetTypeChoices,
         .help = "States the page's own words for the protocols; set_combobox chooses among them.",
     },

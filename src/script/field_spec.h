@@ -44,11 +44,11 @@ struct FieldSpec {
   std::string_view name;  // as people read it in "field,position"
   FieldKind kind = FieldKind::kText;
   WhenMissing when_missing = WhenMissing::kIsError;
-  std::string_view default_value{};  // for kUsesDefault
+  std::string_view default_value;  // for kUsesDefault
   KeptAs kept_as = KeptAs::kNothing;
   Inserted inserted = Inserted::kNothing;
   bool takes_rest = false;  // for the last field: separators after it belong to it
-  std::string_view help{};  // one sentence
+  std::string_view help;    // one sentence
 };
 
 // The texts of the tables are ASCII.

@@ -25,7 +25,9 @@ class PageJob : public ::testing::Test {
     runner_ = std::make_unique<JobRunner>(context_,
                                           WebPageHosts(context_.job_options, context_.translator));
     runner_->Open();
-    runner_->ActiveHost()->Widget()->show();
+    QWidget* const view = runner_->ActiveHost()->Widget();
+    view->resize(640, 480);  // an element without a width is not shown
+    view->show();
     runner_->Run();
   }
   QString Log() { return runner_->Log().Text(); }
