@@ -118,8 +118,7 @@ int main(int argc, char** argv) {
   }
   quayline::stress::StressOptions stress;
   stress.steps_per_way = words.isEmpty() ? kDefaultSteps : words.first().toInt();
-  const QStringList named = words.size() > 2 ? words.sliced(2) : QStringList{QString()};
-  for (const QString& word : named) {
+  for (const QString& word : words.sliced(std::min<qsizetype>(words.size(), 2))) {
     const std::vector<size_t> ways = NamedBy(word.toStdString());
     stress.ways.insert(stress.ways.end(), ways.begin(), ways.end());
   }

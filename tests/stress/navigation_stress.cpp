@@ -125,7 +125,7 @@ Task<> RunStress(PageHostFactory make_host, StressOptions options, QList<WayResu
   constexpr double kPatienceMs = 1000;
   Walker walker(std::move(make_host), options.delay);
   std::vector<size_t> ways = options.ways;
-  for (size_t way = 0; options.ways.empty() && way < WaysOut().size(); ++way) {
+  for (size_t way = 0; options.ways.empty() && way < AllWays().size(); ++way) {
     ways.push_back(way);
   }
   WayResult plain;

@@ -11,8 +11,8 @@
 namespace quayline::stress {
 
 struct StressOptions {
-  int steps_per_way = 5;
-  std::vector<size_t> ways;  // numbers of AllWays(); empty: those of WaysOut()
+  int steps_per_way = 3;
+  std::vector<size_t> ways;  // numbers of AllWays(); empty: all
   demo::AnswerDelay delay{std::chrono::milliseconds(0), std::chrono::milliseconds(50)};
 };
 
