@@ -11,6 +11,7 @@
 
 #include "async/wait.h"
 #include "bench/job/contender.h"
+#include "cli/cli_questions.h"
 #include "core/app_context.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
@@ -43,7 +44,7 @@ class QuaylineContender final : public Contender {
       : site_(site),
         view_(view),
         context_(folder_.path(), adapters_, desktop_),
-        runner_(context_, WebPageHosts(context_.job_options, context_.translator)) {
+        runner_(context_, WebPageHosts(context_.job_options, context_.translator), questions_) {
     SelectRouter(context_.session, site.router);
     context_.session.router_ip = site.page.host();
     context_.session.http_port = QString::number(site.page.port());
@@ -182,6 +183,7 @@ class QuaylineContender final : public Contender {
   LinuxAdapters adapters_;
   LinuxDesktop desktop_;
   AppContext context_;
+  CliQuestions questions_{{}, [](const QString&) {}};
   JobRunner runner_;
   bool is_tracing_ = false;
   QStringList events_;

@@ -50,7 +50,7 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
   quayline::UpdateRun run(
       context,
       quayline::WebPageHosts(context.job_options, context.translator, &context.certificates),
-      arguments.trusted_certificate);
+      {.trusted_certificate = arguments.trusted_certificate});
   QObject::connect(&run, &quayline::UpdateRun::finished, &application, &QCoreApplication::exit);
   if (pipe(stop_pipe) == 0) {
     auto* stop = new QSocketNotifier(stop_pipe[0], QSocketNotifier::Read, &application);

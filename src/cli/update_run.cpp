@@ -29,6 +29,8 @@ void Write(FILE* stream, QString text) {
   std::fflush(stream);
 }
 
+void Report(const QString& text) { Write(stderr, text + QLatin1Char('\n')); }
+
 // What was given, else the setting, else what the router's row or the default has put there.
 void Choose(QString& value, const std::optional<QString>& given, const QString& setting) {
   if (given) {
@@ -157,32 +159,15 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, Ap
   return {};
 }
 
-UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
-                     const std::optional<QString>& trusted_certificate, QObject* parent)
-    : QObject(parent), runner_(context, std::move(make_host)) {
+UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host, CliAnswers answers,
+                     QObject* parent)
+    : QObject(parent),
+      questions_(std::move(answers), &Report),
+      runner_(context, std::move(make_host), questions_) {
   connect(&runner_.Log(), &JobLog::appended, this,
           [](const QString& text) { Write(stdout, text); });
-  const auto tell = [](const QString& text) { Write(stderr, text + QLatin1Char('\n')); };
-  connect(&runner_, &JobRunner::errorAppended, this, tell);
-  connect(&runner_, &JobRunner::noticeRequested, this, tell);
-  connect(&runner_, &JobRunner::certificateQuestion, this,
-          [tell, trusted_certificate](const ShownCertificate& shown,
-                                      const std::function<void(bool)>& answer) {
-            const bool is_trusted =
-                trusted_certificate &&
-                trusted_certificate->compare(shown.fingerprint, Qt::CaseInsensitive) == 0;
-            if (!is_trusted) {
-              tell(QStringLiteral("%1 shows %2. If it is your router's own, run this again with "
-                                  "--trust-certificate %3")
-                       .arg(shown.address,
-                            shown.is_changed
-                                ? QStringLiteral("another certificate than the one that was "
-                                                 "trusted before")
-                                : QStringLiteral("a certificate that nobody vouches for"),
-                            shown.fingerprint));
-            }
-            answer(is_trusted);
-          });
+  connect(&runner_, &JobRunner::errorAppended, this, &Report);
+  connect(&runner_, &JobRunner::noticeRequested, this, &Report);
   // A page is laid out and takes the focus only in a view that is shown; on this program's platform
   // nobody sees it.
   const auto show = [](PageHost* host) {

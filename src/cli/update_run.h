@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "cli/arguments.h"
+#include "cli/cli_questions.h"
 #include "core/app_context.h"
 #include "script/job_runner.h"
 
@@ -33,9 +34,8 @@ class UpdateRun final : public QObject {
   Q_OBJECT
 
  public:
-  // `trusted_certificate` is the fingerprint of the router's certificate that is taken unseen.
-  UpdateRun(AppContext& context, PageHostFactory make_host,
-            const std::optional<QString>& trusted_certificate, QObject* parent = nullptr);
+  UpdateRun(AppContext& context, PageHostFactory make_host, CliAnswers answers,
+            QObject* parent = nullptr);
 
   void Start();
   void Stop() { runner_.Stop(); }
@@ -44,6 +44,7 @@ class UpdateRun final : public QObject {
   void finished(int exit_status);
 
  private:
+  CliQuestions questions_;
   JobRunner runner_;
 };
 

@@ -11,11 +11,11 @@
 
 namespace quayline {
 
-BrowserSet::BrowserSet(PageHostFactory make_host, JobFlags& flags, int& active_index,
-                       QObject* parent)
+BrowserSet::BrowserSet(const PageHostFactory& make_host, PageQuestions& questions, JobFlags& flags,
+                       int& active_index, QObject* parent)
     : QObject(parent), flags_(flags), active_index_(active_index) {
   active_index_ = 0;
-  Add(make_host(this));
+  Add(make_host(questions, this));
 }
 
 BrowserSet::~BrowserSet() {

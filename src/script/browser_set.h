@@ -18,9 +18,10 @@ class BrowserSet final : public QObject {
   Q_OBJECT
 
  public:
-  // `active_index` is where the number of the browser on show is kept.
-  BrowserSet(PageHostFactory make_host, JobFlags& flags, int& active_index,
-             QObject* parent = nullptr);
+  // `questions` answers what the pages ask, and outlives the set. `active_index` is where the
+  // number of the browser on show is kept.
+  BrowserSet(const PageHostFactory& make_host, PageQuestions& questions, JobFlags& flags,
+             int& active_index, QObject* parent = nullptr);
   ~BrowserSet() override;
 
   PageHost* Active() const;

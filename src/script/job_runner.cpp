@@ -9,9 +9,10 @@
 
 namespace quayline {
 
-JobRunner::JobRunner(AppContext& context, PageHostFactory make_host, QObject* parent)
-    : ScriptRunner(context, std::move(make_host), kJobTexts, context.job_flags.active_browser_index,
-                   parent) {}
+JobRunner::JobRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
+                     QObject* parent)
+    : ScriptRunner(context, std::move(make_host), questions, kJobTexts,
+                   context.job_flags.active_browser_index, parent) {}
 
 JobRunner::~JobRunner() { CancelRun(); }
 

@@ -25,7 +25,8 @@ class JobRunner final : public ScriptRunner {
   Q_OBJECT
 
  public:
-  JobRunner(AppContext& context, PageHostFactory make_host, QObject* parent = nullptr);
+  JobRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
+            QObject* parent = nullptr);
   ~JobRunner() override;
 
   void Open();

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "script/page_call.h"
+#include "script/page_questions.h"
 
 class QWidget;
 
@@ -24,19 +25,6 @@ struct PageLogin {
   QString password;
 
   bool operator==(const PageLogin&) const = default;
-};
-
-// A login that the user typed when the router asked for one; nothing: the question was refused.
-struct TypedLogin {
-  QString username;
-  QString password;
-};
-
-// A certificate that only the user can vouch for.
-struct ShownCertificate {
-  QString address;          // host, ":" and port
-  QString fingerprint;      // SHA-256, as people compare it
-  bool is_changed = false;  // the user took another one of this address before
 };
 
 // Code for the top page's own world.
@@ -65,7 +53,8 @@ struct IdleReport {
 // One real implementation (WebPageHost) and a recording double for tests.
 //
 // Nothing here waits: what takes time answers through a callback, which may come from inside the
-// call, or through a signal. After the host is destroyed no callback comes.
+// call, or through a signal. After the host is destroyed no callback comes. Signals only announce:
+// what a page asks is answered by the PageQuestions that the host is made with.
 class PageHost : public QObject {
   Q_OBJECT
 
@@ -129,17 +118,8 @@ class PageHost : public QObject {
   void progressChanged(int percent);
   // Something to tell in the status box: what the browser is doing, what it refused.
   void statusTextChanged(const QString& text);
-  // The page shows a message, which was answered at once: OK, or what the page proposed. Only
-  // raised with silent mode off.
+  // The page showed a message that nobody was asked about. Only raised with silent mode off.
   void pageMessage(const QString& text);
-  // The router shows a certificate that nobody vouches for, and that the user has not taken. The
-  // page waits for the answer, which is given once, at any time. Unheard, it is refused.
-  void certificateQuestion(const quayline::ShownCertificate& shown,
-                           const std::function<void(bool trusted)>& answer);
-  // The router asks for a login and there is none to give, or none is left to try. The page waits.
-  // Only raised with silent mode off.
-  void loginQuestion(const QString& address,
-                     const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // Something about a page for the log of the run.
   void noted(const QString& text);
   // A script, a style sheet or a frame of the page could not be loaded, and the page is incomplete.
@@ -148,6 +128,6 @@ class PageHost : public QObject {
   void scriptError(const QString& description, const QString& url, int line);
 };
 
-using PageHostFactory = std::function<PageHost*(QObject* parent)>;
+using PageHostFactory = std::function<PageHost*(PageQuestions& questions, QObject* parent)>;
 
 }  // namespace quayline

@@ -7,8 +7,9 @@
 
 namespace quayline {
 
-PageViewRunner::PageViewRunner(AppContext& context, PageHostFactory make_host, QObject* parent)
-    : ScriptRunner(context, std::move(make_host), kPageViewTexts,
+PageViewRunner::PageViewRunner(AppContext& context, PageHostFactory make_host,
+                               PageQuestions& questions, QObject* parent)
+    : ScriptRunner(context, std::move(make_host), questions, kPageViewTexts,
                    context.job_flags.view_browser_index, parent) {}
 
 PageViewRunner::~PageViewRunner() { CancelRun(); }

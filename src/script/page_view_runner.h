@@ -15,7 +15,8 @@ class PageViewRunner final : public ScriptRunner {
   Q_OBJECT
 
  public:
-  PageViewRunner(AppContext& context, PageHostFactory make_host, QObject* parent = nullptr);
+  PageViewRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
+                 QObject* parent = nullptr);
   ~PageViewRunner() override;
 
   // Makes the browser and forgets how the run before ended.

@@ -24,6 +24,10 @@ struct RunnerTexts {
   Message certificate_title;
   Message certificate_question;
   Message changed_certificate;
+  Message other_address_title;
+  Message other_address_question;
+  Message page_dialog_title;
+  Message no_more_dialogs;
 };
 
 constexpr RunnerTexts RunnerTextsOf(const char* window) {
@@ -67,6 +71,14 @@ constexpr RunnerTexts RunnerTextsOf(const char* window) {
            "happened, "
            "somebody else may be answering in its place, and would get your router's password: "
            "answer No then.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust the new certificate?"},
+      .other_address_title = {window, "TextOtherAddressTitle", "Does this belong to your router?"},
+      .other_address_question =
+          {window, "TextOtherAddressQuestion",
+           "Your router at %1 leads to %2. Some routers have a second name or port for their "
+           "pages. Anything else at that address is another program or computer, and would get "
+           "what the script types there.\n\nDoes %2 belong to your router?"},
+      .page_dialog_title = {window, "TextPageDialogTitle", "The router's page"},
+      .no_more_dialogs = {window, "TextNoMoreDialogs", "&Show no more messages of this page"},
   };
 }
 

@@ -3,7 +3,6 @@
 
 #include "script/script_runner.h"
 
-#include <QMetaMethod>
 #include <QScopeGuard>
 #include <QUrl>
 
@@ -12,11 +11,12 @@
 
 namespace quayline {
 
-ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, const RunnerTexts& texts,
-                           int& active_index, QObject* parent)
+ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
+                           const RunnerTexts& texts, int& active_index, QObject* parent)
     : QObject(parent),
       context_(context),
       make_host_(std::move(make_host)),
+      questions_(questions),
       texts_(texts),
       active_index_(active_index) {
   connect(&flow_, &Flow::ended, this, [this] {
@@ -41,7 +41,7 @@ PageHost* ScriptRunner::ActiveHost() const { return browsers_ ? browsers_->Activ
 void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven) {
   JobFlags& flags = context_.job_flags;
   browsers_.reset();  // two sets would share the number of the browser on show
-  browsers_ = std::make_unique<BrowserSet>(make_host_, flags, active_index_);
+  browsers_ = std::make_unique<BrowserSet>(make_host_, *this, flags, active_index_);
   connect(browsers_.get(), &BrowserSet::added, this, &ScriptRunner::ConnectHost);
   connect(browsers_.get(), &BrowserSet::activeChanged, this, &ScriptRunner::activeHostChanged);
   ConnectHost(browsers_->Active());
@@ -100,6 +100,7 @@ void ScriptRunner::Stop() {
 }
 
 void ScriptRunner::Leave() {
+  left_during_run_ = running_;
   Stop();
   if (!has_run_) {
     Q_EMIT left();
@@ -114,6 +115,10 @@ Task<> ScriptRunner::FinishSaves() {
   JobFlags& flags = context_.job_flags;
   flags.AddLeavingRuns(1);
   const auto gone = qScopeGuard([&flags] { flags.AddLeavingRuns(-1); });
+  // The engine's call that asked would return to a page that is gone.
+  co_await Until([this] {
+    return dialogs_open_ == 0;
+  }).WokenBy(this, &ScriptRunner::dialogAnswered);
   if (!browsers_->MaySave()) {
     browsers_->StopNavigation();
   } else {
@@ -176,24 +181,33 @@ void ScriptRunner::ConnectHost(PageHost* host) {
       ShowPageMessage(description);
     }
   });
-  ConnectQuestions(host);
 }
 
-void ScriptRunner::ConnectQuestions(PageHost* host) {
-  connect(host, &PageHost::certificateQuestion, this, [this](const auto&... question) {
-    if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::certificateQuestion))) {
-      Q_EMIT certificateQuestion(question...);
-    } else {
-      std::get<1>(std::tie(question...))(false);
-    }
+void ScriptRunner::AskCertificate(const ShownCertificate& shown,
+                                  std::function<void(bool trusted)> answer) {
+  questions_.AskCertificate(shown, std::move(answer));
+}
+
+void ScriptRunner::AskLogin(const QString& address,
+                            std::function<void(std::optional<TypedLogin>)> answer) {
+  questions_.AskLogin(address, std::move(answer));
+}
+
+void ScriptRunner::AskOtherAddress(const OtherAddress& other,
+                                   std::function<void(bool allowed)> answer) {
+  questions_.AskOtherAddress(other, std::move(answer));
+}
+
+std::optional<PageDialogAnswer> ScriptRunner::AnswerDialog(const PageDialog& dialog) {
+  if (running_ || left_during_run_) {
+    return std::nullopt;
+  }
+  ++dialogs_open_;
+  const auto answered = qScopeGuard([this] {
+    --dialogs_open_;
+    Q_EMIT dialogAnswered();
   });
-  connect(host, &PageHost::loginQuestion, this, [this](const auto&... question) {
-    if (isSignalConnected(QMetaMethod::fromSignal(&ScriptRunner::loginQuestion))) {
-      Q_EMIT loginQuestion(question...);
-    } else {
-      std::get<1>(std::tie(question...))(std::nullopt);
-    }
-  });
+  return questions_.AnswerDialog(dialog);
 }
 
 // A page that has something to say for ever is heard a few times.

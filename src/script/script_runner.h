@@ -23,7 +23,10 @@ namespace quayline {
 // and the flags through which the window holds, frees and stops the run. It never touches a widget.
 //
 // Only one runner may run at a time: the flags are those of the whole program.
-class ScriptRunner : public QObject {
+//
+// It stands between its pages and the answerer of its window: while a run works on the pages, their
+// dialogs are answered with OK, as a run would do; in the user's hands they are the user's.
+class ScriptRunner : public QObject, public PageQuestions {
   Q_OBJECT
 
  public:
@@ -61,21 +64,18 @@ class ScriptRunner : public QObject {
   void waitingFor(const QString& what);
   // A message for the user, to be shown without stopping the run.
   void noticeRequested(const QString& text);
-  // Questions of the router that the user has to answer while the page waits; see PageHost. Where
-  // nobody hears them they are refused.
-  void certificateQuestion(const quayline::ShownCertificate& shown,
-                           const std::function<void(bool trusted)>& answer);
-  void loginQuestion(const QString& address,
-                     const std::function<void(std::optional<quayline::TypedLogin>)>& answer);
   // The run is over, finished or stopped.
   void ended();
   // Nothing is lost any more when the runner goes.
   void left();
+  // The user has answered a dialog of a page.
+  void dialogAnswered();
 
  protected:
-  // `active_index` is where the number of the browser on show is kept.
-  ScriptRunner(AppContext& context, PageHostFactory make_host, const RunnerTexts& texts,
-               int& active_index, QObject* parent);
+  // `questions` answers what the pages ask, and outlives the runner. `active_index` is where the
+  // number of the browser on show is kept.
+  ScriptRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
+               const RunnerTexts& texts, int& active_index, QObject* parent);
 
   // Makes the browser, and forgets how the run before ended: its stop, its errors, its log. Each
   // line of a script drives the browser that `driven` names.
@@ -104,12 +104,19 @@ class ScriptRunner : public QObject {
   Task<> FinishSaves();
   Task<> RunWhenFree(Task<> run);
   void ConnectHost(PageHost* host);
-  void ConnectQuestions(PageHost* host);
+  void AskCertificate(const ShownCertificate& shown,
+                      std::function<void(bool trusted)> answer) override;
+  void AskLogin(const QString& address,
+                std::function<void(std::optional<TypedLogin>)> answer) override;
+  void AskOtherAddress(const OtherAddress& other,
+                       std::function<void(bool allowed)> answer) override;
+  std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) override;
   void ShowPageMessage(const QString& text);
   void OnNavigateError(const QString& url, int status);
   QString Notice(const Message& what, std::initializer_list<Message> steps) const;
 
   PageHostFactory make_host_;
+  PageQuestions& questions_;
   const RunnerTexts& texts_;
   int& active_index_;
   std::unique_ptr<BrowserSet> browsers_;
@@ -118,6 +125,8 @@ class ScriptRunner : public QObject {
   bool stopped_by_user_ = false;
   bool running_ = false;
   bool has_run_ = false;
+  bool left_during_run_ = false;
+  int dialogs_open_ = 0;  // the engine's own calls are on the stack below them
   int messages_shown_ = 0;
   Flow leaving_;  // these two last: their frames use what stands above
   Flow flow_;

@@ -62,6 +62,7 @@ void JobTest::TearDownTestSuite() { folder_.reset(); }
 
 JobTest::JobTest() : context_(folder_->path(), adapters_, desktop_) {
   context_.job_options.throttle = false;
+  questions_.trusts = [](const ShownCertificate& shown) { return !shown.is_changed; };
   const auto opened = context_.databases.Open(folder_->path());
   EXPECT_TRUE(opened.has_value()) << opened.error().description.toStdString();
 }
@@ -133,17 +134,13 @@ void JobTest::Begin(const QList<PortEntry>& entries) {
   notices_.clear();
   context_.port_list.SetEntries(entries);
   runner_ = std::make_unique<JobRunner>(
-      context_, WebPageHosts(context_.job_options, context_.translator, &context_.certificates));
+      context_, WebPageHosts(context_.job_options, context_.translator, &context_.certificates),
+      questions_);
   QObject::connect(runner_.get(), &JobRunner::activeHostChanged, runner_.get(), Show);
   QObject::connect(runner_.get(), &JobRunner::statusAppended, runner_.get(),
                    [this](const QString& line) { told_.append(line); });
   QObject::connect(runner_.get(), &JobRunner::noticeRequested, runner_.get(),
                    [this](const QString& text) { notices_.append(text); });
-  QObject::connect(runner_.get(), &JobRunner::certificateQuestion, runner_.get(),
-                   [this](const ShownCertificate& shown, const auto& answer) {
-                     ++certificate_questions_;
-                     answer(!shown.is_changed);
-                   });
   runner_->Open();
   Show(runner_->ActiveHost());
   runner_->Run();

@@ -8,6 +8,7 @@
 
 #include "demo/demo_router.h"
 #include "script/bare_context.h"
+#include "script/fake_questions.h"
 #include "script/job_runner.h"
 #include "test_main.h"
 
@@ -45,10 +46,10 @@ class JobTest : public ::testing::Test {
   FakeAdapters adapters_;
   NoDesktop desktop_;
   AppContext context_;
+  FakeQuestions questions_;  // trusts each certificate that is not a changed one
   std::unique_ptr<JobRunner> runner_;
-  QStringList told_;               // the lines of the status box
-  QStringList notices_;            // messages for the user
-  int certificate_questions_ = 0;  // each is answered with yes, but for a changed one
+  QStringList told_;     // the lines of the status box
+  QStringList notices_;  // messages for the user
 
  private:
   static std::unique_ptr<QTemporaryDir> folder_;

@@ -109,16 +109,16 @@ TEST_F(RouterModels, ACertificateIsAskedAboutOnceAndAnotherOneAgain) {
   ASSERT_NO_FATAL_FAILURE(StartRouter(QStringLiteral("formback"), options));
   const QList<PortEntry> entries = Entries();
   EXPECT_EQ(Run(entries.first(2)).entries_failed, 0) << Log().toStdString();
-  EXPECT_EQ(certificate_questions_, 1);
+  EXPECT_EQ(questions_.asked.size(), 1);
   EXPECT_EQ(Run(entries.sliced(2)).entries_failed, 0) << Log().toStdString();
-  EXPECT_EQ(certificate_questions_, 1) << "the answer was forgotten between two jobs";
+  EXPECT_EQ(questions_.asked.size(), 1) << "the answer was forgotten between two jobs";
   EXPECT_EQ(Standing(), Expected(entries));
 
   options.port = static_cast<quint16>(context_.session.http_port.toInt());
   ASSERT_NO_FATAL_FAILURE(StartRouter(QStringLiteral("formback"), options));
   EXPECT_EQ(Run(entries).entries_failed, 2) << Log().toStdString();
   EXPECT_TRUE(runner_->Outcome().stopped);
-  EXPECT_EQ(certificate_questions_, 3) << "a reset router has a new certificate, and no way in";
+  EXPECT_EQ(questions_.asked.size(), 3) << "a reset router has a new certificate, and no way in";
   EXPECT_TRUE(Log().contains(QStringLiteral("INVALID_CERTIFICATE"))) << Log().toStdString();
   EXPECT_EQ(Standing(), QStringList());
 }

@@ -47,9 +47,9 @@ QJsonValue DefaultAnswer(const PageCall& call) {
 }  // namespace
 
 PageHostFactory FakePages::Factory() {
-  return [this](QObject* parent) -> PageHost* {
+  return [this](PageQuestions& questions, QObject* parent) -> PageHost* {
     hosts_.removeAll(nullptr);
-    hosts_.append(new FakePageHost(*this, static_cast<int>(hosts_.size()), parent));
+    hosts_.append(new FakePageHost(*this, questions, static_cast<int>(hosts_.size()), parent));
     return hosts_.last();
   };
 }
@@ -88,8 +88,8 @@ QJsonValue FakePages::NextAnswer(const PageCall& call, const QString& line) {
   return DefaultAnswer(call);
 }
 
-FakePageHost::FakePageHost(FakePages& pages, int number, QObject* parent)
-    : PageHost(parent), pages_(pages), number_(number) {}
+FakePageHost::FakePageHost(FakePages& pages, PageQuestions& questions, int number, QObject* parent)
+    : PageHost(parent), questions(questions), pages_(pages), number_(number) {}
 
 void FakePageHost::Navigate2(const QString& url, const QString& target_frame) {
   const QString frame = target_frame.isEmpty() ? QString() : u" in frame "_s + target_frame;
@@ -170,7 +170,7 @@ void FakePageHost::LoadBrokenPage(int status) {
 }
 
 FakePageHost& FakePageHost::OpenPopup() {
-  auto* popup = static_cast<FakePageHost*>(pages_.Factory()(nullptr));
+  auto* popup = static_cast<FakePageHost*>(pages_.Factory()(questions, nullptr));
   Q_EMIT newWindow(popup);
   return *popup;
 }

@@ -71,7 +71,10 @@ class FakePageHost final : public PageHost {
   Q_OBJECT
 
  public:
-  FakePageHost(FakePages& pages, int number, QObject* parent);
+  FakePageHost(FakePages& pages, PageQuestions& questions, int number, QObject* parent);
+
+  // Whom its page asks.
+  PageQuestions& questions;
 
   void Navigate2(const QString& url, const QString& target_frame) override;
   void Refresh2() override;

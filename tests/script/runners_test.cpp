@@ -33,7 +33,7 @@ class RunnerTest : public ::testing::Test {
   // As the next window does.
   void NextRunner() {
     runner_.reset();
-    runner_ = std::make_unique<Runner>(context_, pages_.Factory());
+    runner_ = std::make_unique<Runner>(context_, pages_.Factory(), questions_);
     pages_.calls.clear();
   }
 
@@ -61,6 +61,7 @@ class RunnerTest : public ::testing::Test {
   BareContext bare_;
   AppContext& context_ = bare_.app;
   FakePages pages_;
+  FakeQuestions questions_;
   std::unique_ptr<Runner> runner_;
 };
 
@@ -393,7 +394,7 @@ TEST_F(PageViewTest, EachViewForgivesOneErrorAndNeverEndsAJob) {
 // Two windows, one set of flags: the window whose run has ended must leave the other's alone.
 TEST_F(PageViewTest, APageOfAnEndedJobDoesNotDisturbTheView) {
   FakePages job_pages;
-  JobRunner job(context_, job_pages.Factory());
+  JobRunner job(context_, job_pages.Factory(), questions_);
   job.Open();
   job.Run();
   EXPECT_TRUE(context_.job_flags.is_running);

@@ -29,7 +29,7 @@ ScriptRig::ScriptRig()
             .entry_end_port = u"90"_s,
             .entry_ip = u"192.168.1.100"_s,
             .entry_computer_name = u"FrontDesk"_s},
-      browsers(pages.Factory(), flags, flags.active_browser_index),
+      browsers(pages.Factory(), questions, flags, flags.active_browser_index),
       wait(
           browsers, flags, [this] { return browsers.Active(); },
           [this](const QString& what) { waits.append(what); },

@@ -16,6 +16,7 @@
 #include "i18n/translator.h"
 #include "script/browser_set.h"
 #include "script/fake_page_host.h"
+#include "script/fake_questions.h"
 #include "script/interpreter.h"
 #include "script/job_log.h"
 #include "test_main.h"
@@ -50,6 +51,7 @@ class ScriptRig final {
   JobOptions options{.silent_mode = true, .throttle = false, .debug_mode = false};
   JobLog log;
   FakePages pages;
+  FakeQuestions questions;
   BrowserSet browsers;
   PageWait wait;
   QStringList order;   // what the window was told, with the log's steps between

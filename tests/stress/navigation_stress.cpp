@@ -11,6 +11,7 @@
 #include "async/wait.h"
 #include "script/command_call.h"
 #include "script/command_table.h"
+#include "script/fake_questions.h"
 #include "script/page_operations.h"
 #include "script/script_texts.h"
 
@@ -25,10 +26,10 @@ double Median(QList<double> values) {
 
 class Walker final {
  public:
-  Walker(PageHostFactory make_host, demo::AnswerDelay delay)
+  Walker(const PageHostFactory& make_host, demo::AnswerDelay delay)
       : site_(delay),
         translator_({}),
-        browsers_(std::move(make_host), flags_, flags_.active_browser_index),
+        browsers_(make_host, questions_, flags_, flags_.active_browser_index),
         pages_(browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
     options_.throttle = false;
     if (QWidget* view = browsers_.Active()->Widget()) {
@@ -115,6 +116,7 @@ class Walker final {
   JobOptions options_;
   Translator translator_;
   JobLog log_;
+  testing::FakeQuestions questions_;
   BrowserSet browsers_;
   PageWait pages_;
 };
@@ -123,7 +125,7 @@ class Walker final {
 
 Task<> RunStress(PageHostFactory make_host, StressOptions options, QList<WayResult>* results) {
   constexpr double kPatienceMs = 1000;
-  Walker walker(std::move(make_host), options.delay);
+  Walker walker(make_host, options.delay);
   std::vector<size_t> ways = options.ways;
   for (size_t way = 0; options.ways.empty() && way < AllWays().size(); ++way) {
     ways.push_back(way);

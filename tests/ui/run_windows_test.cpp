@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QDialog>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTimer>
 
@@ -32,8 +34,8 @@ class RunWindowTest : public WindowTest {
 
  private:
   PageHostFactory Browser() {
-    return [this](QObject* parent) {
-      page_ = new FakePage(parent, new QLabel(u"page"_s));
+    return [this](PageQuestions& questions, QObject* parent) {
+      page_ = new FakePage(questions, parent, new QLabel(u"page"_s));
       page_->hangs = hangs_;
       return page_;
     };
@@ -146,7 +148,7 @@ TEST_P(EachRunWindowTest, APopupTakesThePlaceOfThePageAndGivesItBack) {
     hangs_ = !is_over;
     Open();
     ASSERT_TRUE(!is_over || RunUntil([this] { return !Find("command_stop")->isEnabled(); }));
-    auto* popup = new FakePage(nullptr, new QLabel(u"popup"_s));
+    auto* popup = new FakePage(page_->questions, nullptr, new QLabel(u"popup"_s));
     const QPointer<QWidget> view = popup->Widget();
     Q_EMIT page_->newWindow(popup);
     EXPECT_TRUE(view->isVisible());
@@ -165,10 +167,10 @@ TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
        {std::optional<LoginAnswer>(), std::optional<LoginAnswer>({u"me"_s, u"pw"_s})}) {
     prompts_.login = login;
     const ShownCertificate certificate{u"1.1.1.1"_s, u"AB:CD"_s, login.has_value()};
-    Q_EMIT page_->certificateQuestion(certificate, [&](bool is_trusted) {
+    page_->questions.AskCertificate(certificate, [&](bool is_trusted) {
       answers.append(is_trusted ? u"trusted"_s : u"refused"_s);
     });
-    Q_EMIT page_->loginQuestion(u"1.1.1.1"_s, [&](const std::optional<TypedLogin>& typed) {
+    page_->questions.AskLogin(u"1.1.1.1"_s, [&](const std::optional<TypedLogin>& typed) {
       answers.append(typed ? typed->username + u':' + typed->password : u"cancelled"_s);
     });
   }
@@ -176,6 +178,66 @@ TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
   const auto careful = AllOf(StartsWith("Careful: "), HasSubstr("1.1.1.1"), HasSubstr("AB:CD"));
   EXPECT_THAT(prompts_.shown, ElementsAre(careful, "Login: 1.1.1.1", careful, "Login: 1.1.1.1"));
   EXPECT_NE(prompts_.shown[0], prompts_.shown[2]) << "that it is another one than before is told";
+}
+
+TEST_P(EachRunWindowTest, APagesOwnDialogIsTheRunsWhileItWorksAndTheUsersAfterwards) {
+  const PageDialog dialog{.kind = PageDialog::Kind::kConfirm, .text = u"Delete ALL rules?"_s};
+  hangs_ = true;
+  Open();
+  ASSERT_TRUE(ComesToSay("Text1", "Step 01"));
+  EXPECT_FALSE(page_->questions.AnswerDialog(dialog).has_value());
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  Click("command_stop");
+  ASSERT_TRUE(ComesToSay("label_entry", "Stopped"));
+  for (const bool yes : {false, true}) {
+    prompts_.page_answer.accepted = yes;
+    const auto answer = page_->questions.AnswerDialog(dialog);
+    EXPECT_TRUE(answer && answer->accepted == yes);
+  }
+  EXPECT_THAT(prompts_.shown, SizeIs(2));
+}
+
+TEST_P(EachRunWindowTest, AWindowThatClosesUnderAQuestionLivesUntilItIsAnswered) {
+  Open();
+  ASSERT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
+  prompts_.page_answer.accepted = true;
+  prompts_.on_page_box = [this] {
+    window_->close();
+    EXPECT_EQ(prompts_.boxes_closed, 1);
+    QTest::qWait(100);
+    EXPECT_FALSE(page_.isNull()) << "the engine's call returns to a page that is gone";
+  };
+  page_->questions.AnswerDialog({.text = u"?"_s});
+  EXPECT_TRUE(page_->questions.AnswerDialog({.text = u"again"_s}).has_value());
+  EXPECT_THAT(prompts_.shown, SizeIs(1)) << "a closed window asks nothing";
+  bool is_trusted = true;
+  page_->questions.AskCertificate({}, [&](bool trusted) { is_trusted = trusted; });
+  EXPECT_FALSE(is_trusted);
+  EXPECT_TRUE(ComesToItsEnd());
+}
+
+TEST_F(RunWindowTest, TheBoxOfAPageIsAnsweredTickedAndClosedWithItsWindow) {
+  WindowPrompts boxes(context_->translator);
+  window_ = new QWidget;
+  window_->show();
+  const PageBox question{.title = {},
+                         .text = u"port"_s,
+                         .can_refuse = true,
+                         .typed = u"80"_s,
+                         .no_more = u"no more"_s};
+  const auto answered = [&](const std::function<void(QDialog*)>& user) {
+    QTimer::singleShot(0, window_, [&] { user(Child<QDialog>(window_, "")); });
+    return boxes.AnswerPage(window_, question);
+  };
+  const PageBoxAnswer typed = answered([](QDialog* box) {
+    Child<QLineEdit>(box, "typed")->setText(u"8080"_s);
+    Child<QAbstractButton>(box, "no_more")->click();
+    QTest::keyClick(box, Qt::Key_Return);
+  });
+  EXPECT_TRUE(typed.accepted && typed.wants_no_more);
+  EXPECT_EQ(typed.typed, u"8080"_s);
+  const PageBoxAnswer closed = answered([&](QDialog*) { boxes.CloseBoxes(window_); });
+  EXPECT_FALSE(closed.accepted || closed.wants_no_more);
 }
 
 TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHoldsNothing) {

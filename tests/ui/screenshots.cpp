@@ -192,8 +192,9 @@ class Photographer final {
                                      QStringLiteral("nav(\"save\")")};
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
     WindowPrompts prompts(context.translator);
-    auto* job = new FrmJobStatus(context, prompts,
-                                 [](QObject* parent) { return new FakePage(parent, MakePage()); });
+    auto* job = new FrmJobStatus(context, prompts, [](PageQuestions& questions, QObject* parent) {
+      return new FakePage(questions, parent, MakePage());
+    });
     job->resize(1120, 780);
     job->show();
     co_await Sleep(1000ms);
@@ -292,7 +293,10 @@ class Photographer final {
     WindowPrompts prompts(context.translator);
     auto* list = new FrmRouterList(context, prompts, nullptr, [](int) {});
     auto* page = new FrmViewPage(
-        context, prompts, [](QObject* parent) { return new FakePage(parent, MakePage()); },
+        context, prompts,
+        [](PageQuestions& questions, QObject* parent) {
+          return new FakePage(questions, parent, MakePage());
+        },
         nullptr);
     auto* scripts = new FrmViewScripts(context, prompts, nullptr, [] {});
     QDialog* const windows[] = {list, page, scripts};

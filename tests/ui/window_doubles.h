@@ -21,6 +21,7 @@ namespace quayline::testing {
 using Qt::StringLiterals::operator""_s;
 
 // Answers boxes in advance and notes what was shown. A box without an answer is cancelled.
+// `on_page_box` takes the place of a user who thinks before he answers.
 class FakePrompts final : public Prompts {
  public:
   using Prompts::Tell;
@@ -30,6 +31,9 @@ class FakePrompts final : public Prompts {
   QList<qsizetype> choices;
   QList<QString> files;
   std::optional<LoginAnswer> login;
+  PageBoxAnswer page_answer;
+  std::function<void()> on_page_box;
+  int boxes_closed = 0;
 
   void Tell(QWidget*, const QString& text, std::function<void()> closed) override {
     Note("Tell", {text});
@@ -59,6 +63,14 @@ class FakePrompts final : public Prompts {
     Note("Login", {address});
     answered(login);
   }
+  PageBoxAnswer AnswerPage(QWidget*, const PageBox& question) override {
+    Note("Page", {question.text});
+    if (on_page_box) {
+      on_page_box();
+    }
+    return page_answer;
+  }
+  void CloseBoxes(QWidget*) override { ++boxes_closed; }
   void AskSaveFile(QWidget*, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override {
     Note("Save", {question.title});
@@ -104,9 +116,11 @@ class FakeDesktop final : public Desktop {
 // navigation is over at once, or never when `hangs` is set.
 class FakePage final : public PageHost {
  public:
-  FakePage(QObject* parent, QWidget* view) : PageHost(parent), view_(view) {}
+  FakePage(PageQuestions& answerer, QObject* parent, QWidget* view)
+      : PageHost(parent), questions(answerer), view_(view) {}
   ~FakePage() override { delete view_.data(); }
 
+  PageQuestions& questions;
   bool hangs = false;
 
   void Navigate2(const QString&, const QString&) override {

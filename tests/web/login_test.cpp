@@ -141,7 +141,7 @@ TEST_F(LoginTest, ASecondTryMendsBlanksThatAreMeant) {
 
 TEST_F(LoginTest, AServerThatTheUserAllowedIsAskedWithoutTheLogin) {
   const auto profile = std::make_shared<WebProfile>(options, translator, nullptr);
-  host = std::make_unique<WebPageHost>(profile, nullptr);
+  host = std::make_unique<WebPageHost>(profile, questions, nullptr);
   GiveLogin(u"admin"_s, right);
   const QByteArray port = elsewhere.Address(u"/secret"_s).toEncoded();
   const QByteArray name = UnderAnotherName("/secret");
@@ -213,18 +213,12 @@ TEST_F(LoginTest, WithoutALoginTheUserIsAskedWhereSilentModeIsOff) {
   };
   for (const auto& row : cases) {
     make_host = WebPageHosts(options, translator);
-    host.reset(make_host(nullptr));
+    host.reset(make_host(questions, nullptr));
     tries.clear();
     errors.clear();
     GiveLogin({}, {});
-    int questions = 0;
-    QObject::connect(
-        host.get(), &PageHost::loginQuestion, host.get(),
-        [&](const QString&, const std::function<void(std::optional<TypedLogin>)>& answer) {
-          QTimer::singleShot(20ms, host.get(),
-                             [answer, login = row.typed.value(questions)] { answer(login); });
-          ++questions;
-        });
+    questions.asked.clear();
+    questions.logins = row.typed;
     QList<bool> busy;
     QObject::connect(host.get(), &PageHost::navigationChanged, host.get(),
                      [&] { busy.append(host->Navigation().busy); });
@@ -234,7 +228,7 @@ TEST_F(LoginTest, WithoutALoginTheUserIsAskedWhereSilentModeIsOff) {
     host->Navigate2(server.Address(u"/"_s).toString(), {});
     Settle();
     EXPECT_EQ(busy.count(false), 1) << "who waits for the page would go on without it";
-    EXPECT_EQ(questions, row.questions);
+    EXPECT_EQ(questions.asked.size(), row.questions);
     EXPECT_EQ(tries.size(), row.tries);
     EXPECT_EQ(errors.size(), QLatin1String(row.page) == u"welcome"_s ? 0 : 1);
     EXPECT_EQ(Read("document.body.innerText"), QLatin1String(row.page));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "script/bare_context.h"
+#include "script/fake_questions.h"
 #include "script/job_runner.h"
 #include "web/web_fixture.h"
 
@@ -22,8 +23,8 @@ class PageJob : public ::testing::Test {
 
   void Start(const QStringList& script) {
     context_.session.update_script = script;
-    runner_ = std::make_unique<JobRunner>(context_,
-                                          WebPageHosts(context_.job_options, context_.translator));
+    runner_ = std::make_unique<JobRunner>(
+        context_, WebPageHosts(context_.job_options, context_.translator), questions_);
     runner_->Open();
     QWidget* const view = runner_->ActiveHost()->Widget();
     view->resize(640, 480);  // an element without a width is not shown
@@ -42,6 +43,7 @@ class PageJob : public ::testing::Test {
   ScriptedServer server_;
   BareContext bare_;
   AppContext& context_ = bare_.app;
+  FakeQuestions questions_;
   std::unique_ptr<JobRunner> runner_;
 };
 

@@ -59,6 +59,49 @@ TEST_F(WebTest, MessagesAreShownWhereSilentModeIsOffAndNotWithoutEnd) {
   EXPECT_LT(messages.size(), 150);
 }
 
+TEST_F(WebTest, AnAnswererWhoIsAskedDecidesAPagesDialogs) {
+  const struct {
+    const char* code;
+    PageDialogAnswer answer;
+    const char* outcome;
+    const char* told;
+  } cases[] = {
+      {"confirm('all?')", {.accepted = false}, "false", "all? (answered: Cancel)"},
+      {"confirm('all?')", {.accepted = true}, "true", "all? (answered: OK)"},
+      {"prompt('port', '80')", {.accepted = false, .typed = u"1"_s}, "null", "answered: Cancel"},
+      {"prompt('port', '80')", {.accepted = true, .typed = u"8080"_s}, "8080", "answered: 8080"},
+      {"alert('hello')", {}, "undefined", "hello"},
+  };
+  options.silent_mode = false;
+  QStringList messages;
+  QObject::connect(host.get(), &PageHost::pageMessage, host.get(),
+                   [&](const QString& text) { messages.append(text); });
+  for (const auto& row : cases) {
+    Show("<p>page");
+    questions.on_dialog = [&row](const PageDialog& dialog) {
+      EXPECT_EQ(dialog.preset, QLatin1String(dialog.kind == PageDialog::Kind::kPrompt ? "80" : ""));
+      return row.answer;
+    };
+    EXPECT_EQ(Read(row.code), QLatin1String(row.outcome));
+    EXPECT_TRUE(IsTold(row.told)) << told.join(u'\n').toStdString();
+  }
+  EXPECT_EQ(messages, QStringList()) << "what the user has seen is shown again";
+}
+
+TEST_F(WebTest, AfterTheUsersWishForNoMoreDialogsAPageGetsRefusalsUntilItIsLoadedAgain) {
+  int asked = 0;
+  questions.on_dialog = [&asked](const PageDialog& dialog) {
+    EXPECT_EQ(dialog.is_repeated, ++asked == 2);
+    return PageDialogAnswer{.accepted = true, .typed = {}, .wants_no_more = asked == 2};
+  };
+  Show("<script>var all = [1, 2, 3, 4].map((n) => confirm(n)).join()</script>");
+  EXPECT_EQ(Read("all"), u"true,true,false,false"_s);
+  questions.asked.clear();
+  asked = 0;
+  Show("<script>confirm('once more')</script>");
+  EXPECT_EQ(questions.asked, QStringList{u"dialog once more"_s});
+}
+
 TEST_F(WebTest, AFileThatThePageAsksForIsNotChosen) {
   Show("<input type=file><script>var file = document.querySelector('input')</script>");
   EXPECT_EQ(Ask(FocusElementByPosition(5)), kSuccessful);  // html, head, meta, script, body, input
@@ -143,6 +186,21 @@ TEST_F(PopupTest, PopupsThatCloseAreNotCounted) {
   }
   EXPECT_EQ(popups.size(), 12);
   EXPECT_EQ(errors, QStringList());
+}
+
+TEST_F(PopupTest, APopupClosedUnderItsOwnDialogGoesAfterTheAnswer) {
+  server.replies["/asks"] = Html("<script>setTimeout(() => confirm('sure?'))</script>");
+  int closings_meanwhile = -1;
+  questions.on_dialog = [&](const PageDialog&) {
+    Q_EMIT EnginePage(popups.last())->windowCloseRequested();
+    Pause();
+    closings_meanwhile = closings;
+    return PageDialogAnswer{};
+  };
+  Show("page");
+  RunInPage("open('/asks')");
+  EXPECT_TRUE(RunUntil([&] { return closings == 1; }, 5s));
+  EXPECT_EQ(closings_meanwhile, 0);
 }
 
 TEST_F(PopupTest, NotMoreThanEightPopupsAreOpenAtATime) {

@@ -50,7 +50,7 @@ Reply LoginNeeded() {
   return Answer("401 Unauthorized", "who are you?", "WWW-Authenticate: Basic realm=\"r\"\r\n");
 }
 
-WebTest::WebTest() : window(std::make_unique<QWidget>()), host(make_host(nullptr)) {
+WebTest::WebTest() : window(std::make_unique<QWidget>()), host(make_host(questions, nullptr)) {
   auto* layout = new QVBoxLayout(window.get());
   layout->addWidget(host->Widget());
   window->resize(640, 480);

@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <memory>
 
+#include "script/fake_questions.h"
 #include "script/page_host.h"
 #include "script/page_operations.h"
 #include "script/web/web_engine.h"
@@ -92,6 +93,7 @@ class WebTest : public ::testing::Test {
   JobOptions options;
   const Translator translator{QString()};
   PageHostFactory make_host = WebPageHosts(options, translator);
+  FakeQuestions questions;
   std::unique_ptr<QWidget> window;
   std::unique_ptr<PageHost> host;
 

@@ -413,7 +413,8 @@ bool PageLoads::AskForLogin(const QUrl& url) {
     profile_.SetTypedLogin(*typed);
     Request(url);
   };
-  return ask_login_(url.host(), answer);
+  ask_login_(url.host(), answer);
+  return true;
 }
 
 void PageLoads::OnLoginPostponed(const QUrl& url) {

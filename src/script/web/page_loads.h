@@ -32,8 +32,8 @@ class PageLoads final : public QObject {
   Q_OBJECT
 
  public:
-  // Asks the user for the login of a router; false when nobody can be asked.
-  using AskLogin = std::function<bool(
+  // Asks the user for the login of a router.
+  using AskLogin = std::function<void(
       const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer)>;
 
   PageLoads(WebProfile& profile, std::function<WebPage*()> make_page, AskLogin ask_login,

@@ -5,7 +5,7 @@
 
 #include <QAuthenticator>
 #include <QCryptographicHash>
-#include <QMetaMethod>
+#include <QPointer>
 #include <QSslCertificate>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
@@ -45,8 +45,8 @@ bool IsPageScheme(const QString& scheme) {
   return schemes.contains(scheme);
 }
 
-WebPage::WebPage(WebProfile& profile, QObject* parent)
-    : QWebEnginePage(&profile.Engine(), parent), profile_(profile) {
+WebPage::WebPage(WebProfile& profile, PageQuestions& questions, QObject* parent)
+    : QWebEnginePage(&profile.Engine(), parent), profile_(profile), questions_(questions) {
   connect(this, &QWebEnginePage::authenticationRequired, this, &WebPage::AnswerLogin);
   connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
           [](const QUrl&, QAuthenticator* authenticator) { *authenticator = QAuthenticator(); });
@@ -54,6 +54,7 @@ WebPage::WebPage(WebProfile& profile, QObject* parent)
   connect(this, &QWebEnginePage::loadStarted, this, [this] {
     messages_ = 0;
     has_exceeded_popups_ = false;
+    is_muted_ = false;
   });
   connect(this, &QWebEnginePage::featurePermissionRequested, this,
           [this](const QUrl& origin, Feature feature) {
@@ -98,28 +99,51 @@ QWebEnginePage* WebPage::createWindow(WebWindowType) {
 }
 
 void WebPage::javaScriptAlert(const QUrl&, const QString& text) {
-  TellMessage(profile_.Text(message::kPageSays).arg(Shortened(text)), text);
+  AnswerDialog({.kind = PageDialog::Kind::kAlert, .text = text});
 }
 
 bool WebPage::javaScriptConfirm(const QUrl&, const QString& text) {
-  TellMessage(profile_.Text(message::kPageAsks).arg(Shortened(text), QStringLiteral("OK")), text);
-  return true;
+  return AnswerDialog({.kind = PageDialog::Kind::kConfirm, .text = text}).accepted;
 }
 
 bool WebPage::javaScriptPrompt(const QUrl&, const QString& text, const QString& preset,
                                QString* result) {
-  *result = preset;
-  TellMessage(profile_.Text(message::kPageAsks).arg(Shortened(text), Shortened(preset)), text);
-  return true;
+  const PageDialogAnswer answer =
+      AnswerDialog({.kind = PageDialog::Kind::kPrompt, .text = text, .preset = preset});
+  *result = answer.typed;
+  return answer.accepted;
 }
 
-void WebPage::TellMessage(const QString& told_text, const QString& text) {
-  if (++messages_ > kMaxMessages) {
-    return;
+PageDialogAnswer WebPage::AnswerDialog(PageDialog dialog) {
+  dialog.text = Shortened(dialog.text);
+  dialog.is_repeated = ++messages_ > 1;
+  std::optional<PageDialogAnswer> answer = PageDialogAnswer{};
+  if (!is_muted_) {
+    ++dialogs_open_;
+    answer = questions_.AnswerDialog(dialog);
+    --dialogs_open_;
+    Q_EMIT dialogAnswered();
+    is_muted_ = answer && answer->wants_no_more;
   }
-  Q_EMIT told(told_text);
-  if (!profile_.Options().silent_mode) {
-    Q_EMIT messageShown(Shortened(text));
+  const PageDialogAnswer given =
+      answer.value_or(PageDialogAnswer{.accepted = true, .typed = dialog.preset});
+  if (messages_ <= kMaxMessages) {
+    ReportDialog(dialog, given, answer.has_value());
+  }
+  return given;
+}
+
+void WebPage::ReportDialog(const PageDialog& dialog, const PageDialogAnswer& answer, bool is_seen) {
+  if (dialog.kind == PageDialog::Kind::kAlert) {
+    Q_EMIT told(profile_.Text(message::kPageSays).arg(dialog.text));
+  } else {
+    const QString words = !answer.accepted                            ? QStringLiteral("Cancel")
+                          : dialog.kind == PageDialog::Kind::kConfirm ? QStringLiteral("OK")
+                                                                      : Shortened(answer.typed);
+    Q_EMIT told(profile_.Text(message::kPageAsks).arg(dialog.text, words));
+  }
+  if (!is_seen && !profile_.Options().silent_mode) {
+    Q_EMIT messageShown(dialog.text);
   }
 }
 
@@ -180,7 +204,11 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
     Q_EMIT told(profile_.Text(fault).arg(address));
   }
   error.defer();
-  auto answer = [error, known, address, sha256](bool trusted) mutable {
+  Q_EMIT told(profile_.Text(message::kCertificateWait).arg(address));
+  auto answer = [page = QPointer(this), error, known, address, sha256](bool trusted) mutable {
+    if (page == nullptr) {
+      return;
+    }
     if (trusted) {
       known->Trust(address, sha256);
       error.acceptCertificate();
@@ -188,14 +216,10 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
       error.rejectCertificate();
     }
   };
-  if (!isSignalConnected(QMetaMethod::fromSignal(&WebPage::certificateQuestion))) {
-    answer(false);
-    return;
-  }
-  Q_EMIT certificateQuestion({.address = address,
-                              .fingerprint = TrustedCertificates::Fingerprint(sha256),
-                              .is_changed = verdict == TrustedCertificates::Verdict::kChanged},
-                             answer);
+  questions_.AskCertificate({.address = address,
+                             .fingerprint = TrustedCertificates::Fingerprint(sha256),
+                             .is_changed = verdict == TrustedCertificates::Verdict::kChanged},
+                            std::move(answer));
 }
 
 }  // namespace quayline

@@ -5,8 +5,6 @@
 #include <QWebEngineCertificateError>
 #include <QWebEnginePage>
 
-#include <functional>
-
 #include "script/page_host.h"
 #include "script/web/navigation_watch.h"
 #include "script/web/web_profile.h"
@@ -16,13 +14,17 @@ namespace quayline {
 // Whether a page can have an address of this scheme. Others would open another program.
 bool IsPageScheme(const QString& scheme);
 
-// The one place where the engine calls back: every question that a page raises is answered here, at
-// once, and told to the host as a signal.
+// The one place where the engine calls back: every question that a page raises is answered here, by
+// a rule or by the PageQuestions, and announced to the host as a signal.
 class WebPage final : public QWebEnginePage {
   Q_OBJECT
 
  public:
-  WebPage(WebProfile& profile, QObject* parent);
+  WebPage(WebProfile& profile, PageQuestions& questions, QObject* parent);
+
+  // The user has a dialog of the page before him. Its answer returns into the engine, so that the
+  // page must not be deleted before dialogAnswered().
+  bool IsAsking() const { return dialogs_open_ > 0; }
 
   // Whether one frame is loaded, and nothing else of the page.
   void SetLonelyFrame(bool is_lonely) { is_lonely_frame_ = is_lonely; }
@@ -32,10 +34,9 @@ class WebPage final : public QWebEnginePage {
   void agentSaid(const QString& text);
   void frameNavigating(const QUrl& url, quayline::FrameRequest kind);
   void told(const QString& text);
-  // A message of the page for the user; with silent mode off.
+  // A message of the page that nobody was asked about; with silent mode off.
   void messageShown(const QString& text);
-  void certificateQuestion(const quayline::ShownCertificate& shown,
-                           const std::function<void(bool trusted)>& answer);
+  void dialogAnswered();
   // The router's login question for `url` was not answered.
   void loginRefused(const QUrl& url);
   // The router asked for a login.
@@ -63,13 +64,18 @@ class WebPage final : public QWebEnginePage {
  private:
   void AnswerLogin(const QUrl& url, QAuthenticator* authenticator);
   void JudgeCertificate(QWebEngineCertificateError error);
-  // Tells of a message, and shows it where the user wants to see such.
-  void TellMessage(const QString& told_text, const QString& text);
+  PageDialogAnswer AnswerDialog(PageDialog dialog);
+  // Reports how a dialog was answered, and shows it where nobody has seen it and the user wants to.
+  void ReportDialog(const PageDialog& dialog, const PageDialogAnswer& answer, bool is_seen);
 
   WebProfile& profile_;
+  PageQuestions& questions_;
   bool is_lonely_frame_ = false;
-  bool has_exceeded_popups_ = false;  // since its last load began
-  int messages_ = 0;                  // of the page, since its last load began
+  // Of the page, since its last load began.
+  bool has_exceeded_popups_ = false;
+  int messages_ = 0;
+  bool is_muted_ = false;
+  int dialogs_open_ = 0;
 };
 
 }  // namespace quayline

@@ -5,7 +5,6 @@
 
 #include <QHostAddress>
 #include <QJsonDocument>
-#include <QMetaMethod>
 #include <QRegularExpression>
 #include <QTimer>
 #include <QWebEngineLoadingInfo>
@@ -47,15 +46,22 @@ QString WithoutLogin(const QString& address) {
 
 }  // namespace
 
-WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent)
+WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& questions,
+                         QObject* parent)
     : PageHost(parent),
       profile_(std::move(profile)),
-      page_(new WebPage(*profile_, nullptr)),
+      questions_(questions),
+      page_(new WebPage(*profile_, questions, nullptr)),
       view_(new QWebEngineView),
       loads_(
-          *profile_, [this] { return new WebPage(*profile_, nullptr); },
-          [this](const auto&... question) { return AskForLogin(question...); }, nullptr),
-      watchdog_([this] { return loads_.State().busy || calls_.HasOpenCalls(); }, nullptr) {
+          *profile_, [this] { return new WebPage(*profile_, questions_, nullptr); },
+          [this](const auto&... question) { AskForLogin(question...); }, nullptr),
+      // A page whose dialog the user has before him says nothing.
+      watchdog_(
+          [this] {
+            return !page_->IsAsking() && (loads_.State().busy || calls_.HasOpenCalls());
+          },
+          nullptr) {
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(&keys_, &PageKeys::arrived, this, [this] { calls_.Release(); });
@@ -118,9 +124,8 @@ void WebPageHost::ConnectPage() {
     Q_EMIT noted(Text(message::kTooManyWindows));
     Q_EMIT navigateError(ShownUrl(page_->url()), page_status::kTooManyWindows);
   });
-  connect(page_, &WebPage::certificateQuestion, this, &WebPageHost::OnCertificateQuestion);
   connect(page_, &WebPage::popupWanted, this, [this](QWebEnginePage** popup) {
-    auto host = std::make_unique<WebPageHost>(profile_, nullptr);
+    auto host = std::make_unique<WebPageHost>(profile_, questions_, nullptr);
     host->is_popup_ = true;
     host->counts_as_open_ = true;
     host->is_led_ = true;
@@ -134,6 +139,11 @@ void WebPageHost::ConnectPage() {
 }
 
 void WebPageHost::OnCloseRequested() {
+  if (page_->IsAsking()) {
+    connect(page_, &WebPage::dialogAnswered, this, &WebPageHost::OnCloseRequested,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    return;
+  }
   ReturnPopup();
   Q_EMIT windowClosing();
 }
@@ -307,7 +317,7 @@ void WebPageHost::ReplaceDeadPage() {
   disconnect(page_, nullptr, &loads_, nullptr);
   delete dead_page_;
   dead_page_ = page_;
-  page_ = new WebPage(*profile_, nullptr);
+  page_ = new WebPage(*profile_, questions_, nullptr);
   view_->setPage(page_);
   ConnectPage();
 }
@@ -402,31 +412,13 @@ Task<> WebPageHost::WaitForReport(std::function<void(IdleReport)> report) {
   report(*got);
 }
 
-void WebPageHost::OnCertificateQuestion(const ShownCertificate& shown,
-                                        const std::function<void(bool)>& answer) {
-  if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::certificateQuestion))) {
-    answer(false);
-    return;
-  }
-  Q_EMIT statusTextChanged(Text(message::kCertificateWait).arg(shown.address));
-  Q_EMIT certificateQuestion(shown, [answer, alive = alive_](bool trusted) {
-    if (*alive) {
-      answer(trusted);
-    }
-  });
-}
-
-bool WebPageHost::AskForLogin(const QString& address,
+void WebPageHost::AskForLogin(const QString& address,
                               const std::function<void(std::optional<TypedLogin>)>& answer) {
-  if (!isSignalConnected(QMetaMethod::fromSignal(&PageHost::loginQuestion))) {
-    return false;
-  }
-  Q_EMIT loginQuestion(address, [answer, alive = alive_](std::optional<TypedLogin> typed) {
+  questions_.AskLogin(address, [answer, alive = alive_](std::optional<TypedLogin> typed) {
     if (*alive) {
       answer(std::move(typed));
     }
   });
-  return true;
 }
 
 QString WebPageHost::Text(const Message& message) const { return profile_->Text(message); }
@@ -434,11 +426,12 @@ QString WebPageHost::Text(const Message& message) const { return profile_->Text(
 PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
                              TrustedCertificates* certificates) {
   auto profile = std::make_shared<std::shared_ptr<WebProfile>>();
-  return [profile, &options, &translator, certificates](QObject* parent) -> PageHost* {
+  return [profile, &options, &translator, certificates](PageQuestions& questions,
+                                                        QObject* parent) -> PageHost* {
     if (*profile == nullptr) {
       *profile = std::make_shared<WebProfile>(options, translator, certificates);
     }
-    return new WebPageHost(*profile, parent);
+    return new WebPageHost(*profile, questions, parent);
   };
 }
 

@@ -27,7 +27,7 @@ class WebPageHost final : public PageHost {
   Q_OBJECT
 
  public:
-  WebPageHost(std::shared_ptr<WebProfile> profile, QObject* parent);
+  WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& questions, QObject* parent);
   ~WebPageHost() override;
 
   void Navigate2(const QString& url, const QString& target_frame) override;
@@ -65,10 +65,7 @@ class WebPageHost final : public PageHost {
   // The engine starts a process that has ended again without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
-  void OnCertificateQuestion(const ShownCertificate& shown,
-                             const std::function<void(bool trusted)>& answer);
-  // False when there is nobody to ask.
-  bool AskForLogin(const QString& address,
+  void AskForLogin(const QString& address,
                    const std::function<void(std::optional<TypedLogin>)>& answer);
   void OnDownloadRefused(const QString& file_name);
   Task<> WaitForReport(std::function<void(IdleReport)> report);
@@ -76,6 +73,7 @@ class WebPageHost final : public PageHost {
   QString Text(const Message& message) const;
 
   std::shared_ptr<WebProfile> profile_;
+  PageQuestions& questions_;
   QPointer<WebPage> page_;
   QPointer<WebPage> dead_page_;  // kept, since it may be the one that is calling
   QPointer<QWebEngineView> view_;

@@ -21,7 +21,8 @@ using namespace std::chrono_literals;
 FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactory make_host)
     : context_(context),
       ui_(std::make_unique<Ui::FrmJobStatus>()),
-      runner_(std::make_unique<JobRunner>(context, std::move(make_host))) {
+      questions_(*this, prompts, context.translator, kJobTexts),
+      runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(Text(message::kJobTitle));
@@ -32,7 +33,8 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   title.setBold(true);
   ui_->label_entry->setFont(title);
 
-  display_ = new RunDisplay(*this, *runner_, context, prompts, kJobTexts, RunControls(*ui_));
+  display_ =
+      new RunDisplay(*this, *runner_, questions_, context, prompts, kJobTexts, RunControls(*ui_));
   connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
   connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "script/job_runner.h"
+#include "ui/job/run_questions.h"
 #include "ui/toolkit/prompts.h"
 
 namespace Ui {
@@ -41,6 +42,7 @@ class FrmJobStatus final : public QWidget {
 
   AppContext& context_;
   std::unique_ptr<Ui::FrmJobStatus> ui_;
+  RunQuestions questions_;
   std::unique_ptr<JobRunner> runner_;
   RunDisplay* display_ = nullptr;  // a child of this window
   QTimer timer1_;

@@ -21,7 +21,8 @@ FrmViewPage::FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory 
     : QDialog(parent),
       context_(context),
       ui_(std::make_unique<Ui::FrmViewPage>()),
-      runner_(std::make_unique<PageViewRunner>(context, std::move(make_host))) {
+      questions_(*this, prompts, context.translator, kPageViewTexts),
+      runner_(std::make_unique<PageViewRunner>(context, std::move(make_host), questions_)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
@@ -31,7 +32,8 @@ FrmViewPage::FrmViewPage(AppContext& context, Prompts& prompts, PageHostFactory 
   ui_->label_entry->setText(Text(message::kLeadingToPage));
   ui_->label_entry->setWordWrap(true);
 
-  display_ = new RunDisplay(*this, *runner_, context, prompts, kPageViewTexts, RunControls(*ui_));
+  display_ = new RunDisplay(*this, *runner_, questions_, context, prompts, kPageViewTexts,
+                            RunControls(*ui_));
   connect(runner_.get(), &PageViewRunner::ended, this, &FrmViewPage::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmViewPage::Stop);
   connect(ui_->command_close, &QPushButton::clicked, this, &QDialog::reject);

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "script/page_view_runner.h"
+#include "ui/job/run_questions.h"
 #include "ui/toolkit/prompts.h"
 
 namespace Ui {
@@ -38,6 +39,7 @@ class FrmViewPage final : public QDialog {
 
   AppContext& context_;
   std::unique_ptr<Ui::FrmViewPage> ui_;
+  RunQuestions questions_;
   std::unique_ptr<PageViewRunner> runner_;
   RunDisplay* display_ = nullptr;  // a child of this window
   QTimer timer1_;

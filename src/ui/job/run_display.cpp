@@ -32,11 +32,13 @@ void AppendLine(QPlainTextEdit& box, const QString& line) {
 
 }  // namespace
 
-RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, const AppContext& context,
-                       Prompts& prompts, const RunnerTexts& texts, const RunControls& controls)
+RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, RunQuestions& questions,
+                       const AppContext& context, Prompts& prompts, const RunnerTexts& texts,
+                       const RunControls& controls)
     : QObject(&window),
       window_(window),
       runner_(runner),
+      questions_(questions),
       context_(context),
       prompts_(prompts),
       texts_(texts),
@@ -46,7 +48,6 @@ RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, const AppContext& 
   controls_.stop->setIcon(ThemeIcon(QStringLiteral("stop")));
   controls_.states->setPlainText(Text(texts_.first_status) + QLatin1Char('\n'));
   ConnectLog();
-  ConnectQuestions();
   ConnectProgress();
   ConnectProceed();
 }
@@ -57,7 +58,8 @@ void RunDisplay::ShowOpened() {
 }
 
 void RunDisplay::Leave() {
-  runner_.disconnect(this);  // what a page asks now finds nobody: it is refused
+  questions_.RefuseAll();
+  runner_.disconnect(this);
   window_.setAttribute(Qt::WA_DeleteOnClose, false);
   connect(&runner_, &ScriptRunner::left, &window_, &QObject::deleteLater);
   runner_.Leave();
@@ -74,25 +76,6 @@ void RunDisplay::ConnectLog() {
           [this] { controls_.errors->setPlainText(Text(texts_.last_error)); });
   connect(&runner_, &ScriptRunner::noticeRequested, this,
           [this](const QString& text) { prompts_.Notify(&window_, text); });
-}
-
-// The page waits for the answers; the run can be stopped meanwhile by refusing.
-void RunDisplay::ConnectQuestions() {
-  connect(&runner_, &ScriptRunner::certificateQuestion, this,
-          [this](const ShownCertificate& shown, const std::function<void(bool)>& answer) {
-            const Message& question =
-                shown.is_changed ? texts_.changed_certificate : texts_.certificate_question;
-            prompts_.AskCarefully(&window_, Text(texts_.certificate_title),
-                                  Text(question).arg(shown.address, shown.fingerprint), answer);
-          });
-  connect(
-      &runner_, &ScriptRunner::loginQuestion, this,
-      [this](const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer) {
-        prompts_.AskLogin(&window_, address, [answer](const std::optional<LoginAnswer>& login) {
-          answer(login ? std::optional(TypedLogin{login->username, login->password})
-                       : std::nullopt);
-        });
-      });
 }
 
 void RunDisplay::ConnectProgress() {

@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include "script/script_runner.h"
+#include "ui/job/run_questions.h"
 #include "ui/toolkit/controls.h"
 #include "ui/toolkit/prompts.h"
 
@@ -41,14 +42,15 @@ struct RunControls {
   QPushButton* stop;
 };
 
-// Shows in a window's controls what its run says, and hands on what the user answers. The window
-// owns it and everything that it is given.
+// Shows in a window's controls what its run says. The window owns it and everything that it is
+// given.
 class RunDisplay final : public QObject {
   Q_OBJECT
 
  public:
-  RunDisplay(QWidget& window, ScriptRunner& runner, const AppContext& context, Prompts& prompts,
-             const RunnerTexts& texts, const RunControls& controls);
+  RunDisplay(QWidget& window, ScriptRunner& runner, RunQuestions& questions,
+             const AppContext& context, Prompts& prompts, const RunnerTexts& texts,
+             const RunControls& controls);
 
   // To be called once the runner has its browsers.
   void ShowOpened();
@@ -58,7 +60,6 @@ class RunDisplay final : public QObject {
 
  private:
   void ConnectLog();
-  void ConnectQuestions();
   void ConnectProgress();
   void ConnectProceed();
   void ShowHost(PageHost* host);
@@ -66,6 +67,7 @@ class RunDisplay final : public QObject {
 
   QWidget& window_;
   ScriptRunner& runner_;
+  RunQuestions& questions_;
   const AppContext& context_;
   Prompts& prompts_;
   const RunnerTexts& texts_;

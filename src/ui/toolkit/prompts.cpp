@@ -8,6 +8,7 @@
 #include <QPushButton>
 
 #include "ui/toolkit/login_dialog.h"
+#include "ui/toolkit/page_dialog.h"
 #include "ui/toolkit/theme.h"
 
 namespace quayline {
@@ -121,6 +122,18 @@ void WindowPrompts::AskLogin(QWidget* window, const QString& address,
       },
       Qt::QueuedConnection);
   dialog->open();
+}
+
+PageBoxAnswer WindowPrompts::AnswerPage(QWidget* window, const PageBox& question) {
+  PageBoxDialog dialog(question, window);
+  const bool accepted = dialog.exec() == QDialog::Accepted;
+  return dialog.Answer(accepted);
+}
+
+void WindowPrompts::CloseBoxes(QWidget* window) {
+  for (QDialog* box : window->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+    box->reject();
+  }
 }
 
 void WindowPrompts::AskSaveFile(QWidget* window, const FileQuestion& question,

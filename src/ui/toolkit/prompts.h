@@ -21,14 +21,31 @@ struct FileQuestion {
   QString default_suffix;  // without a dot; put behind a name that has none
 };
 
+// A dialog that a web page opens: its text, a field where it asks for one, and a box to tick where
+// the user may have had enough of them. Texts are shown as they are.
+struct PageBox {
+  QString title;
+  QString text;
+  bool can_refuse = false;
+  std::optional<QString> typed;    // what stands in the field at first
+  std::optional<QString> no_more;  // the words of the box to tick
+};
+
+struct PageBoxAnswer {
+  bool accepted = false;
+  QString typed;
+  bool wants_no_more = false;
+};
+
 struct LoginAnswer {
   QString username;
   QString password;
 };
 
-// Everything that a window asks of the user in a box of its own. Nothing here waits: the answer
-// comes through a callback, once, from the event loop. When `window` is destroyed first, its boxes
-// go with it and the callback never comes. Tests put a double in its place that answers in advance.
+// Everything that a window asks of the user in a box of its own. Nothing here waits but
+// AnswerPage(): the answer comes through a callback, once, from the event loop. When `window` is
+// destroyed first, its boxes go with it and the callback never comes. Tests put a double in its
+// place that answers in advance.
 class Prompts {
  public:
   virtual ~Prompts() = default;
@@ -54,6 +71,11 @@ class Prompts {
   // A login for `address`; nothing when the dialog is cancelled.
   virtual void AskLogin(QWidget* window, const QString& address,
                         std::function<void(std::optional<LoginAnswer>)> answered) = 0;
+  // Waits in an event loop of its own, since the browser's engine asks while the page stands still.
+  // Whoever calls keeps `window` alive meanwhile. A box that is closed otherwise refuses.
+  virtual PageBoxAnswer AnswerPage(QWidget* window, const PageBox& question) = 0;
+  // Closes the boxes that `window` has open, as Esc does.
+  virtual void CloseBoxes(QWidget* window) = 0;
   // The chosen file; the callback does not come when the dialog is cancelled. A save dialog has
   // asked already whether an existing file may be replaced.
   virtual void AskSaveFile(QWidget* window, const FileQuestion& question,
@@ -81,6 +103,8 @@ class WindowPrompts final : public Prompts {
                  std::function<void(qsizetype chosen)> answered) override;
   void AskLogin(QWidget* window, const QString& address,
                 std::function<void(std::optional<LoginAnswer>)> answered) override;
+  PageBoxAnswer AnswerPage(QWidget* window, const PageBox& question) override;
+  void CloseBoxes(QWidget* window) override;
   void AskSaveFile(QWidget* window, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override;
   void AskOpenFile(QWidget* window, const FileQuestion& question,

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "script/page_questions.h"
+
+namespace quayline {
+
+// What the user has answered in advance, by options.
+struct CliAnswers {
+  std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
+};
+
+// Answers what the pages of a job ask where nobody sits at the terminal: what was not answered in
+// advance is refused, and reported with the option that would allow it.
+class CliQuestions final : public PageQuestions {
+ public:
+  CliQuestions(CliAnswers answers, std::function<void(const QString& sentence)> report)
+      : answers_(std::move(answers)), report_(std::move(report)) {}
+
+  void AskCertificate(const ShownCertificate& shown,
+                      std::function<void(bool trusted)> answer) override;
+  void AskLogin(const QString& address,
+                std::function<void(std::optional<TypedLogin>)> answer) override;
+  void AskOtherAddress(const OtherAddress& other,
+                       std::function<void(bool allowed)> answer) override;
+  // No page is ever in a user's hands here.
+  std::optional<PageDialogAnswer> AnswerDialog(const PageDialog&) override { return std::nullopt; }
+
+ private:
+  CliAnswers answers_;
+  std::function<void(const QString& sentence)> report_;
+};
+
+}  // namespace quayline

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+#include <QList>
+#include <QStringList>
+
+#include "script/page_questions.h"
+
+namespace quayline::testing {
+
+// Answers every question at once as it is told to, and notes it. Refuses unless told otherwise.
+class FakeQuestions final : public PageQuestions {
+ public:
+  QStringList asked;  // "certificate 1.1.1.1:443", "changed ...", "login 1.1.1.1", "address ...",
+                      // "dialog text"
+  std::function<bool(const ShownCertificate&)> trusts;
+  QList<std::optional<TypedLogin>> logins;  // one a question; then refused
+  bool allows_addresses = false;
+  // Without it nobody is asked, as while a run works on the page.
+  std::function<std::optional<PageDialogAnswer>(const PageDialog&)> on_dialog;
+
+  void AskCertificate(const ShownCertificate& shown, std::function<void(bool)> answer) override {
+    asked.append(QLatin1String(shown.is_changed ? "changed " : "certificate ") + shown.address);
+    answer(trusts && trusts(shown));
+  }
+  void AskLogin(const QString& address,
+                std::function<void(std::optional<TypedLogin>)> answer) override {
+    asked.append(QStringLiteral("login ") + address);
+    // From the event loop, as a user's.
+    const auto typed = logins.isEmpty() ? std::nullopt : logins.takeFirst();
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [answer, typed] { answer(typed); }, Qt::QueuedConnection);
+  }
+  void AskOtherAddress(const OtherAddress& other, std::function<void(bool)> answer) override {
+    asked.append(QStringLiteral("address ") + other.target);
+    answer(allows_addresses);
+  }
+  std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) override {
+    asked.append(QStringLiteral("dialog ") + dialog.text);
+    return on_dialog ? on_dialog(dialog) : std::nullopt;
+  }
+};
+
+}  // namespace quayline::testing
