@@ -36,6 +36,10 @@ constexpr Message kSameEnd{"FrmMain", "Text36", "Same end port in its range."};
 constexpr Message kForwardOnce{"FrmMain", "Text37",
                                "You can not have a port forwarded more than once."};
 
+constexpr Message kNoScript{"FrmMain", "TextNoScript",
+                            "There is no script for this router, so that nothing can be sent to "
+                            "it. Please choose another router, or write a script for this one."};
+
 UpdateVerdict Refusal(const QString& message, UpdateFocus focus = UpdateFocus::kNone,
                       int row = -1) {
   return {.accepted = false, .message = message, .focus = focus, .row = row};
@@ -128,6 +132,10 @@ UpdateVerdict CheckUpdate(const QList<PortEntry>& entries, const RouterSession& 
     if (const auto conflict = conflicts.FirstOf(row)) {
       return Refusal(ConflictMessage(*conflict, entries, translator), UpdateFocus::kPortList, row);
     }
+  }
+  if (std::ranges::all_of(session.update_script,
+                          [](const QString& line) { return line.trimmed().isEmpty(); })) {
+    return Refusal(translator.Text(kNoScript), UpdateFocus::kRouter);
   }
   UpdateVerdict verdict;
   verdict.accepted = true;

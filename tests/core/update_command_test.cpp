@@ -54,7 +54,8 @@ const RouterSession kHarbour{.router_name = U("Harbour"),
                              .router_ip = U("10.0.0.1"),
                              .max_range = U("100"),
                              .min_port = U("1"),
-                             .max_port = U("65535")};
+                             .max_port = U("65535"),
+                             .update_script = {U("nav(\"rules\")")}};
 
 TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
   using S = RouterSession;
@@ -62,6 +63,13 @@ TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
     session.*member = U(text);
     return session;
   };
+  RouterSession no_script = kHarbour;
+  no_script.update_script = {};
+  RouterSession blank_script = kHarbour;
+  blank_script.update_script = {U(" "), U("")};
+  const auto nothing_to_run =
+      U("There is no script for this router, so that nothing can be sent to it. Please choose "
+        "another router, or write a script for this one.");
   const char* const one = "Ftp 21..21";
   const char* const two = "Ftp 21..21; Web 80..80";
   const auto clash =
@@ -116,6 +124,9 @@ TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
       {"within", "Ftp 1..9; Web 5..6", kHarbour, start_clash, 0},
       {"backward row that ends in another", "Ftp 50..5; Web 4..6", kHarbour, end_clash, 0},
       {"backward row around another's end", "Ftp 50..5; Web 9..7", kHarbour, end_clash, 0},
+      {"no script, after all else", "Ftp 1..1; FTP 1..1", no_script, same_name, 0},
+      {"no script", one, no_script, nothing_to_run, -1, UpdateFocus::kRouter},
+      {"a script of blank lines", one, blank_script, nothing_to_run, -1, UpdateFocus::kRouter},
       {"names that look like place holders", "%1%3 1..1; %2 2..2"},
   };
   for (const auto& row : rows) {

@@ -14,7 +14,8 @@ TEST_F(MainWindowTest, AnUpdateWithoutARouterMakesNoZerosOfThePorts) {
   Start("routerip=10.0.0.1\r\n");
   const std::string before = Rows();
   Click("Command8");
-  EXPECT_EQ(jobs_.size(), 1);
+  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("There is no script")));
+  EXPECT_TRUE(jobs_.isEmpty());
   EXPECT_EQ(Rows(), before);
 }
 
