@@ -12,6 +12,7 @@
 #include "i18n/translator.h"
 #include "platform/adapters.h"
 #include "platform/desktop.h"
+#include "platform/router_lock.h"
 #include "transport/http_fetch.h"
 
 namespace quayline {
@@ -42,6 +43,7 @@ struct AppContext {
   MakerSite maker_site;
   TrustedCertificates certificates;
   HttpFetch http_fetch;
+  RouterLocks router_locks;  // locks nothing until the program says where
   Adapters& adapters;
   Desktop& desktop;
 };

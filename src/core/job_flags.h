@@ -43,7 +43,8 @@ class JobFlags final : public QObject {
   int active_browser_index = 0;  // the browser that the script drives; popups add to it
   int view_error_grace = 1;      // as job_error_grace, in the page view, which stops at nothing
   bool view_stop_requested = false;
-  int view_browser_index = 0;  // the browser that the page view shows
+  bool ends_by_signal = false;  // a second one ends the program: saves are waited for till then
+  int view_browser_index = 0;   // the browser that the page view shows
 
  Q_SIGNALS:
   void changed();

@@ -3,6 +3,9 @@
 
 #include "core/router_session.h"
 
+#include <QHostAddress>
+#include <QUrl>
+
 namespace quayline {
 
 void SelectRouter(RouterSession& session, const RouterRecord& record) {
@@ -37,6 +40,13 @@ QString RouterHost(const RouterSession& session) {
     return session.router_ip;
   }
   return session.router_ip + QLatin1Char(':') + session.http_port;
+}
+
+QString RouterKey(const RouterSession& session) {
+  const QUrl url(session.http_type + RouterHost(session));
+  const QString host = url.host();
+  const bool is_here = host == QLatin1String("localhost") || QHostAddress(host).isLoopback();
+  return is_here ? QStringLiteral("%1:%2").arg(host).arg(url.port(80)) : host;
 }
 
 QString ShownPassword(const RouterSession& session) {

@@ -51,6 +51,10 @@ QString WithoutScheme(const QString& typed);
 // the port field holds exactly "80".
 QString RouterHost(const RouterSession& session);
 
+// The router as the lock on it is named: its host, however it is reached. Programs on this computer
+// (tunnels lead to a router each) are told apart by their ports.
+QString RouterKey(const RouterSession& session);
+
 // The password as the login field shows it: as typed when show_password is set, else a "*" a
 // character.
 QString ShownPassword(const RouterSession& session);

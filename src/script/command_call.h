@@ -6,6 +6,7 @@
 
 #include "async/task.h"
 #include "async/wait.h"
+#include "core/text_bytes.h"
 #include "script/page_call.h"
 #include "script/run_environment.h"
 #include "script/script_line.h"
@@ -29,8 +30,8 @@ class CommandCall final {
 
   QString Text(const Message& message) const { return env.translator.Text(message); }
 
-  // Logs a line break and `text`.
-  void LogLine(const QString& text) const { env.log.Append(LineBreak() + text); }
+  // Logs a line break and `text` as one line: what a page says begins no line of its own.
+  void LogLine(const QString& text) const { env.log.Append(LineBreak() + OnOneLine(text)); }
   // Logs the text that stands for what an operation answered.
   void LogResult(const QJsonValue& result) const;
   // Logs "(Successful) (" and `value` and ")".

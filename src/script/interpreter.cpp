@@ -64,7 +64,8 @@ Task<RunEnd> Interpreter::Run() {
   if (const std::optional<RunEnd> end = co_await FollowPage(true)) {
     co_return *end;
   }
-  call_.LogLine(LogSeparator() + LineBreak());
+  call_.LogLine(LogSeparator());
+  env_.log.Append(LineBreak());
   co_return RunEnd::kAllLinesDone;
 }
 
@@ -176,7 +177,8 @@ Task<bool> Interpreter::DebugPause() {
     co_return true;
   }
   const QString rule = QStringLiteral("-------");
-  call_.LogLine(rule + call_.Text(script_text::kClickProceed) + rule + LineBreak());
+  call_.LogLine(rule + call_.Text(script_text::kClickProceed) + rule);
+  env_.log.Append(LineBreak());
   env_.enable_proceed(true);
   JobFlags& flags = env_.flags;
   co_await Until([&flags] {

@@ -3,6 +3,7 @@
 
 #include "script/job_runner.h"
 
+#include "core/text_bytes.h"
 #include "script/command_call.h"
 #include "script/interpreter.h"
 #include "script/job_texts.h"
@@ -21,7 +22,7 @@ void JobRunner::Open() {
   context_.job_flags.job_error_grace = 1;
   context_.job_flags.in_combo = false;
   log_.Append(LineBreak() + Text(job_text::kRouter) + QLatin1Char(' ') +
-              context_.session.router_name);
+              OnOneLine(context_.session.router_name));
   log_.Append(LineBreak() + Text(job_text::kLoadingCommands));
   Q_EMIT errorsCleared();
   Q_EMIT busyChanged(true);
@@ -54,7 +55,7 @@ Task<> JobRunner::RunRows() {
     outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
     outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
     log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
-                rows_[row - 1].app_name + LineBreak());
+                OnOneLine(rows_[row - 1].app_name) + LineBreak());
   }
   if (!outcome_.stopped) {
     // A save that its command did not wait for would end with the browser.
@@ -72,10 +73,11 @@ void JobRunner::LogRowHead(int row) {
   const QChar blank = QLatin1Char(' ');
   log_.Append(LineBreak() + QLatin1Char('(') + Text(job_text::kCurrent) +
               QStringLiteral(" -  %1/%2)").arg(row).arg(rows_.size()));
-  log_.Append(LineBreak() + Text(job_text::kAdding) + blank + entry.app_name +
-              QStringLiteral(" (") + entry.protocol + QStringLiteral(") ") +
-              Text(job_text::kForPorts) + blank + entry.start_port + QLatin1Char('-') +
-              entry.end_port + blank + Text(job_text::kTo) + blank + entry.forwarded_to +
+  log_.Append(LineBreak() +
+              OnOneLine(Text(job_text::kAdding) + blank + entry.app_name + QStringLiteral(" (") +
+                        entry.protocol + QStringLiteral(") ") + Text(job_text::kForPorts) + blank +
+                        entry.start_port + QLatin1Char('-') + entry.end_port + blank +
+                        Text(job_text::kTo) + blank + entry.forwarded_to) +
               LineBreak());
   Q_EMIT entryStarted(row, static_cast<int>(rows_.size()), entry.app_name);
 }

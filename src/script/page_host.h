@@ -49,6 +49,12 @@ struct IdleReport {
   bool gave_up = false;
 };
 
+// What a line of the status box is about.
+enum class StatusKind {
+  kProgress,  // what the browser is doing
+  kNotable,   // what a page said, and what was refused or blocked: worth a line where no box is
+};
+
 // One hosted browser with its current page. Quayline drives pages through this interface alone.
 // One real implementation (WebPageHost) and a recording double for tests.
 //
@@ -116,8 +122,9 @@ class PageHost : public QObject {
   // The page closed itself.
   void windowClosing();
   void progressChanged(int percent);
-  // Something to tell in the status box: what the browser is doing, what it refused.
-  void statusTextChanged(const QString& text);
+  // A line for the status box.
+  void statusTextChanged(const QString& text,
+                         quayline::StatusKind kind = quayline::StatusKind::kProgress);
   // The page showed a message that nobody was asked about. Only raised with silent mode off.
   void pageMessage(const QString& text);
   // Something about a page for the log of the run.

@@ -21,6 +21,7 @@ struct RunnerTexts {
   Message check_http_type;
   Message router_status;
   Message waiting_for;
+  Message other_program;
   Message certificate_title;
   Message certificate_question;
   Message changed_certificate;
@@ -57,6 +58,7 @@ constexpr RunnerTexts RunnerTextsOf(const char* window) {
                           "80)"},
       .router_status = {window, "Text27", "Router Status:"},
       .waiting_for = {window, "TextWaitingFor", "Waiting for: %1"},
+      .other_program = {window, "TextOtherProgram", "%1, on which another Quayline is working"},
       .certificate_title = {window, "TextCertificateTitle", "Is this your router?"},
       .certificate_question =
           {window, "TextCertificateQuestion",

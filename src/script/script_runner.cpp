@@ -7,9 +7,19 @@
 #include <QUrl>
 
 #include "async/wait.h"
+#include "core/text_bytes.h"
 #include "script/status_text.h"
 
 namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Nothing signals that another program has let go of the router.
+constexpr auto kLockPoll = 250ms;
+
+}  // namespace
 
 ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                            const RunnerTexts& texts, int& active_index, QObject* parent)
@@ -20,10 +30,7 @@ ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQ
       texts_(texts),
       active_index_(active_index) {
   connect(&flow_, &Flow::ended, this, [this] {
-    running_ = false;
-    context_.job_flags.is_running = false;
-    // The window stays, and its pages may still load: what they do is no business of the next run.
-    browsers_->LetFlagsGo();
+    EndRun();
     Q_EMIT busyChanged(false);
     Q_EMIT ended();
   });
@@ -44,6 +51,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
   browsers_ = std::make_unique<BrowserSet>(make_host_, *this, flags, active_index_);
   connect(browsers_.get(), &BrowserSet::added, this, &ScriptRunner::ConnectHost);
   connect(browsers_.get(), &BrowserSet::activeChanged, this, &ScriptRunner::activeHostChanged);
+  connect(browsers_.get(), &BrowserSet::navigationChanged, this, &ScriptRunner::UnlockWhenIdle);
   ConnectHost(browsers_->Active());
   const auto browser = [set = browsers_.get(), choose = std::move(driven)] { return choose(*set); };
   const auto show_wait = [this](const QString& what) { Q_EMIT waitingFor(what); };
@@ -87,7 +95,39 @@ Task<> ScriptRunner::RunWhenFree(Task<> run) {
     co_await Until(is_free).WokenBy(&flags, &JobFlags::changed);
     Q_EMIT waitingFor({});
   }
+  co_await LockRouter();
   co_await std::move(run);
+}
+
+Task<> ScriptRunner::LockRouter() {
+  JobFlags& flags = context_.job_flags;
+  const QString router = RouterKey(context_.session);
+  router_lock_ = context_.router_locks.TryTake(router);
+  if (router_lock_ != nullptr) {
+    co_return;
+  }
+  Q_EMIT waitingFor(Text(texts_.other_program).arg(RouterHost(context_.session)));
+  while (router_lock_ == nullptr && !flags.JobStopRequested()) {
+    co_await Until([&flags] { return flags.JobStopRequested(); })
+        .WokenBy(&flags, &JobFlags::changed)
+        .AtMost(kLockPoll);
+    router_lock_ = context_.router_locks.TryTake(router);
+  }
+  Q_EMIT waitingFor({});
+}
+
+void ScriptRunner::EndRun() {
+  running_ = false;
+  context_.job_flags.is_running = false;
+  // The window stays, and its pages may still load: what they do is no business of the next run.
+  browsers_->LetFlagsGo();
+  UnlockWhenIdle();
+}
+
+void ScriptRunner::UnlockWhenIdle() {
+  if (!running_ && !leaving_.IsRunning() && !browsers_->Navigation().busy) {
+    router_lock_.reset();
+  }
 }
 
 void ScriptRunner::Stop() {
@@ -106,7 +146,10 @@ void ScriptRunner::Leave() {
     Q_EMIT left();
     return;
   }
+  // The next run may begin before this one would have noticed the stop.
+  flow_.Cancel();
   leaving_.Start(FinishSaves());
+  EndRun();
 }
 
 // A page that was only opened is left at once. One that was acted on may have a save under way, and
@@ -124,10 +167,11 @@ Task<> ScriptRunner::FinishSaves() {
   } else {
     const WaitLimits& limits = pages_->Limits();
     const bool answers = co_await pages_->Answers(limits.silence_after_stop);
-    co_await pages_->UntilIdle({.limit = limits.after_stop,
-                                .shown_as = RouterHost(context_.session),
-                                .heeds_flags = false,
-                                .asks_page = answers});
+    co_await pages_->UntilIdle(
+        {.limit = flags.ends_by_signal ? std::nullopt : std::optional(limits.after_stop),
+         .shown_as = RouterHost(context_.session),
+         .heeds_flags = false,
+         .asks_page = answers});
   }
   Q_EMIT left();
 }
@@ -164,15 +208,16 @@ void ScriptRunner::ConnectHost(PageHost* host) {
   JobFlags& flags = context_.job_flags;
   connect(host, &PageHost::navigateError, this, &ScriptRunner::OnNavigateError);
   connect(host, &PageHost::progressChanged, this, &ScriptRunner::progressChanged);
-  connect(host, &PageHost::statusTextChanged, this, [this, &flags](const QString& text) {
-    if (!text.isEmpty() && text != flags.last_router_status) {
-      flags.last_router_status = text;
-      Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text);
-    }
-  });
+  connect(host, &PageHost::statusTextChanged, this,
+          [this, &flags](const QString& text, StatusKind kind) {
+            if (!text.isEmpty() && text != flags.last_router_status) {
+              flags.last_router_status = text;
+              Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text, kind);
+            }
+          });
   connect(host, &PageHost::noted, this, [this](const QString& text) {
     if (running_) {
-      log_.Append(LineBreak() + text);
+      log_.Append(LineBreak() + OnOneLine(text));
     }
   });
   connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
@@ -220,7 +265,7 @@ void ScriptRunner::ShowPageMessage(const QString& text) {
 
 void ScriptRunner::OnNavigateError(const QString& url, int status) {
   const QString name = StatusText(status);
-  const QString with_url = name + QStringLiteral(" (") + url + QLatin1Char(')');
+  const QString with_url = name + QStringLiteral(" (") + OnOneLine(url) + QLatin1Char(')');
   Q_EMIT errorAppended(Text(texts_.last_error) + QLatin1Char(' ') + with_url);
   if (browsers_->HoldsFlags()) {
     context_.job_flags.last_page_error = with_url;

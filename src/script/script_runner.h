@@ -33,8 +33,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   ~ScriptRunner() override;
 
   void Stop();
-  // Stops the run and waits for saves that are on their way to the router. left() follows within
-  // WaitLimits::after_stop, and at once where there can be no save.
+  // Ends the run at once, without ended(), and waits for saves that are on their way to the router.
+  // left() follows within WaitLimits::after_stop, and at once where there can be no save.
   void Leave();
   // The debug button: lets the run go on behind the line at which it holds, and frees it from a
   // page load that never ends.
@@ -48,8 +48,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   PageHost* ActiveHost() const;
 
  Q_SIGNALS:
-  // A line for the box of browser states, and one for that of browser errors. Without line breaks.
-  void statusAppended(const QString& line);
+  // A line for the box of browser states, and one for that of browser errors.
+  void statusAppended(const QString& line, quayline::StatusKind kind);
   void errorAppended(const QString& line);
   // The list of errors starts again.
   void errorsCleared();
@@ -103,6 +103,11 @@ class ScriptRunner : public QObject, public PageQuestions {
  private:
   Task<> FinishSaves();
   Task<> RunWhenFree(Task<> run);
+  // Waits until no other program works on the router.
+  Task<> LockRouter();
+  // Gives the router free once no page of the run is under way any more.
+  void UnlockWhenIdle();
+  void EndRun();
   void ConnectHost(PageHost* host);
   void AskCertificate(const ShownCertificate& shown,
                       std::function<void(bool trusted)> answer) override;
@@ -122,6 +127,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   std::unique_ptr<BrowserSet> browsers_;
   std::unique_ptr<PageWait> pages_;
   std::unique_ptr<RunEnvironment> environment_;
+  std::shared_ptr<const RouterLock> router_lock_;
   bool stopped_by_user_ = false;
   bool running_ = false;
   bool has_run_ = false;

@@ -69,6 +69,20 @@ TEST_F(BrokenRouter, AWrongPasswordIsTriedTwiceAtMost) {
   }
 }
 
+TEST_F(BrokenRouter, AMistypedLoginCostsAQuestionAndNoEntry) {
+  ASSERT_NO_FATAL_FAILURE(StartRouter(QStringLiteral("formback")));
+  context_.session.username.clear();
+  context_.session.password.clear();
+  context_.job_options.silent_mode = false;
+  questions_.logins = {TypedLogin{QStringLiteral("admin"), QStringLiteral("amdin")},
+                       TypedLogin{QStringLiteral("admin"), QStringLiteral("admin")}};
+  const QList<PortEntry> entries = Entries().first(2);
+  const JobOutcome& outcome = Run(entries);
+  EXPECT_EQ(questions_.asked.size(), 2);
+  EXPECT_EQ(outcome.entries_failed, 0) << Log().toStdString();
+  EXPECT_EQ(Standing(), Expected(entries));
+}
+
 TEST_F(BrokenRouter, AWrongPasswordOnALoginPageIsTypedOnceAndSavesNothing) {
   ASSERT_NO_FATAL_FAILURE(
       StartRouter(QStringLiteral("weblogin"), {.password = QStringLiteral("another")}));

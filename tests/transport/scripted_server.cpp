@@ -4,6 +4,7 @@
 #include "transport/scripted_server.h"
 
 #include <QTcpSocket>
+#include <QTimer>
 
 #include <sys/socket.h>
 
@@ -50,6 +51,14 @@ void ScriptedServer::Read(QTcpSocket* client) {
   const std::optional<Reply> first = special ? special(requests.last()) : std::nullopt;
   const Reply reply = first.value_or(
       replies.value(requests.last().split(' ').value(1), Answer("404 Not Found", "no such page")));
+  if (reply.delay.count() > 0) {
+    QTimer::singleShot(reply.delay, client, [client, reply] { Send(client, reply); });
+  } else {
+    Send(client, reply);
+  }
+}
+
+void ScriptedServer::Send(QTcpSocket* client, const Reply& reply) {
   client->write(reply.bytes);
   client->flush();
   if (reply.then == Reply::Then::kClose) {

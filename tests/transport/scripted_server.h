@@ -7,6 +7,7 @@
 #include <QTcpServer>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,6 +21,7 @@ struct Reply {
 
   QByteArray bytes;
   Then then = Then::kClose;
+  std::chrono::milliseconds delay{};  // before any of it
 };
 
 // A whole answer with its length declared.
@@ -47,6 +49,7 @@ class ScriptedServer final : public QObject {
  private:
   void Accept();
   void Read(QTcpSocket* client);
+  static void Send(QTcpSocket* client, const Reply& reply);
 
   std::unique_ptr<QTcpServer> listener_;
   quint16 port_ = 0;

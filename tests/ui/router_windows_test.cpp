@@ -65,9 +65,19 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
   EXPECT_EQ(flags.job_error_grace, 1);
   EXPECT_EQ(Rows(), "A 1.1.1.1() 1-65535 TCP x");
   EXPECT_EQ(folder_.ReadFile("list.qyl"), list);
+  flags.is_running = true;
+  prompts_.answers = {false, true};
   Click("Command8");
-  ASSERT_EQ(jobs_.size(), 2);
-  EXPECT_TRUE(jobs_.first().isNull()) << "the job before is dropped first";
+  EXPECT_EQ(jobs_.size(), 1) << "a job that runs was dropped unasked";
+  for (const bool is_running : {true, false}) {
+    const qsizetype before = jobs_.size();
+    flags.is_running = is_running;
+    Click("Command8");
+    ASSERT_EQ(jobs_.size(), before + 1);
+    const QWidget* former = jobs_[before - 1];
+    EXPECT_FALSE(former && former->isVisible());
+  }
+  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Ask: Start again?"), StartsWith("Ask: ")));
 }
 
 TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {

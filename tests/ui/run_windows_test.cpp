@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTimer>
+#include <qtestspontaneevent.h>
 
 #include "ui/job/frm_job_status.h"
 #include "ui/job/frm_view_page.h"
@@ -53,6 +54,53 @@ TEST_F(RunWindowTest, ARouterWithoutAScriptIsToldAndNothingIsLoaded) {
   EXPECT_TRUE(ComesToSay("label_entry", "There is no script"));
   EXPECT_EQ(TextOf("Text1"), "");
   EXPECT_FALSE(context_->job_flags.is_running);
+}
+
+TEST_F(RunWindowTest, WhoeverClosesTheWindowOfAJobThatRunsIsAsked) {
+  hangs_ = true;
+  OpenJob();
+  ASSERT_TRUE(ComesToSay("Text1", "Step 01"));
+  const auto press_the_frame = [this] {
+    QCloseEvent event;
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(window_, &event);  // sendEvent() would make it the program's own
+  };
+  Click("command_close");
+  QTest::keyClick(window_, Qt::Key_Escape);
+  press_the_frame();
+  EXPECT_THAT(prompts_.shown, SizeIs(3));
+  EXPECT_TRUE(window_->isVisible() && context_->job_flags.is_running);
+  prompts_.answers = {true};
+  QTest::keyClick(window_, Qt::Key_Escape);
+  EXPECT_FALSE(window_->isVisible() || context_->job_flags.is_running);
+  page_->Arrive();
+  ASSERT_TRUE(ComesToItsEnd());
+
+  hangs_ = false;
+  prompts_.shown.clear();
+  OpenJob();
+  ASSERT_TRUE(ComesToSay("label_entry", "Finished"));
+  QTest::keyClick(window_, Qt::Key_Escape);
+  EXPECT_TRUE(ComesToItsEnd());
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+}
+
+TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
+  hangs_ = true;
+  OpenJob();
+  ASSERT_TRUE(ComesToSay("Text1", "nav(\"one\")"));
+  const QPointer<QWidget> former = window_;
+  const QPointer<FakePage> saving = page_;
+  former->close();
+  window_ = nullptr;
+  hangs_ = false;
+  OpenJob();
+  ASSERT_TRUE(ComesToSay("label_waiting", "1.1.1.1"));
+  EXPECT_EQ(saving->Navigation().starts, 1) << "the job before went on";
+  EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("Step 01")));
+  saving->Arrive();
+  EXPECT_TRUE(ComesToSay("label_entry", "Finished"));
+  EXPECT_TRUE(RunUntil([&] { return former.isNull(); }));
 }
 
 // What holds in both windows.
@@ -107,6 +155,27 @@ TEST_P(EachRunWindowTest, TheSaveOfAWindowThatIsClosedComesAheadOfTheNextRun) {
   context_->job_flags.AddLeavingRuns(-1);
   EXPECT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
   EXPECT_EQ(TextOf("label_waiting"), "");
+}
+
+TEST_P(EachRunWindowTest, ARunWaitsForAnotherProgramThatWorksOnTheRouter) {
+  const QStringList folders{folder_.dir.path()};
+  RouterLocks other(folders);
+  context_->router_locks = RouterLocks(folders);
+  for (const bool stops : {true, false}) {
+    auto lock = other.TryTake(RouterKey(context_->session));
+    ASSERT_NE(lock, nullptr);
+    Open();
+    ASSERT_TRUE(ComesToSay("label_waiting", "another Quayline"));
+    EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("Step 01")));
+    if (stops) {
+      Click("command_stop");
+      EXPECT_TRUE(ComesToSay("label_entry", "Stopped"));
+    }
+    lock.reset();
+    EXPECT_TRUE(ComesToSay("label_entry", stops ? "Stopped" : WordsAtTheEnd()));
+    EXPECT_EQ(TextOf("Text1").contains("Step 01"), !stops);
+    EXPECT_NE(other.TryTake(RouterKey(context_->session)), nullptr) << "kept after the run";
+  }
 }
 
 TEST_P(EachRunWindowTest, StopFreesTheRunAheadOfItsFirstStepAndInAHangingPage) {

@@ -112,7 +112,7 @@ TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
   for (const char* path : {"/free/images", "/free/frames"}) {
     SCOPED_TRACE(path);
     make_host = WebPageHosts(options, translator);
-    host.reset(make_host(nullptr));
+    host.reset(make_host(questions, nullptr));
     GiveLogin(u"admin"_s, u"wrong"_s);
     tries.clear();
     Open(path);

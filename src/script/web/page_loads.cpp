@@ -166,7 +166,7 @@ void PageLoads::Refresh() {
   watch_.LoadAsked(false);
   if (profile_.Guard().Requests().TopMethod(page_->url()) == "POST") {
     // The engine would send the form again, and the router would save twice.
-    Q_EMIT told(profile_.Text(message::kFetchedWithoutForm));
+    Q_EMIT told(profile_.Text(message::kFetchedWithoutForm), StatusKind::kNotable);
     QWebEngineHttpRequest request(url);
     request.setHeader("Cache-Control", "no-cache");
     page_->load(request);
@@ -324,7 +324,7 @@ void PageLoads::Finish() {
   const Load load = load_;
   retry_.NoteEnd();
   watch_.LoadEnded();
-  Q_EMIT told(profile_.Text(message::kPageDone));
+  Q_EMIT told(profile_.Text(message::kPageDone), StatusKind::kProgress);
   for (const QUrl& url : load.resources_failed) {
     profile_.NoteMissing(url);
     Q_EMIT resourceFailed(url);
@@ -352,12 +352,12 @@ void PageLoads::OnFailed(const QWebEngineLoadingInfo& info) {
   }
   if (retry_.TryAgain(info, net_error)) {
     watch_.LoadPostponed();
-    Q_EMIT told(profile_.Text(message::kTryingAgain));
+    Q_EMIT told(profile_.Text(message::kTryingAgain), StatusKind::kNotable);
     return;
   }
   if (!is_http) {
     if (const auto cause = CauseOf(net_error)) {
-      Q_EMIT told(profile_.Text(*cause).arg(info.url().host()));
+      Q_EMIT told(profile_.Text(*cause).arg(info.url().host()), StatusKind::kNotable);
     }
     Fail(info.url(), load_.is_too_large ? page_status::kTooLarge : StatusOfNetError(net_error));
     return;

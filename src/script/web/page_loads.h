@@ -71,7 +71,7 @@ class PageLoads final : public QObject {
   void started(const QUrl& url);
   void completed();
   void failed(const QUrl& url, int status);
-  void told(const QString& text);
+  void told(const QString& text, quayline::StatusKind kind);
   // Something that belongs in the log of the run.
   void noted(const QString& text);
   void resourceFailed(const QUrl& url);

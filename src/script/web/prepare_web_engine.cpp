@@ -48,10 +48,18 @@ void PrepareWebEngine(PagesAre pages) {
       " --disable-ipc-flooding-protection --disable-background-timer-throttling"
       " --allow-pre-commit-input --disable-background-networking";
   flags += NetworkFlags();
+  // A signal to the whole program (from a terminal, or a tool that limits its time) would end the
+  // processes of the pages at once, in the middle of a save. In a session of their own they end
+  // with the program.
+  constexpr char kSetSid[] = "/usr/bin/setsid";
+  if (access(kSetSid, X_OK) == 0) {
+    flags += QByteArray(" --zygote-cmd-prefix=") + kSetSid;
+  }
   if (pages == PagesAre::kUnseen) {
-    // Without a compositor thread nothing is painted; what waits for an animation frame is given
-    // one by the page watch.
-    flags += " --disable-threaded-compositing";
+    // Standard error is the job's own there: the engine's log (of each certificate that is not
+    // signed, for one) is switched off. Without a compositor thread nothing is painted; what waits
+    // for an animation frame is given one by the page watch.
+    flags += " --disable-logging --log-level=3 --disable-threaded-compositing";
   }
   qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags);
   QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);

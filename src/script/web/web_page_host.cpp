@@ -67,7 +67,8 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
   connect(&keys_, &PageKeys::arrived, this, [this] { calls_.Release(); });
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QUrl& url) {
-    Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(RequestGuard::NameOf(url)));
+    Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(RequestGuard::NameOf(url)),
+                             StatusKind::kNotable);
   });
   ConnectLoads();
   ConnectPage();
@@ -114,10 +115,12 @@ void WebPageHost::ConnectPage() {
   watchdog_.SetPage(page_);
   connect(page_, &QWebEnginePage::loadProgress, this, &PageHost::progressChanged);
   connect(page_, &QWebEnginePage::windowCloseRequested, this, &WebPageHost::OnCloseRequested);
-  connect(page_, &QWebEnginePage::linkHovered, this, &PageHost::statusTextChanged);
+  connect(page_, &QWebEnginePage::linkHovered, this,
+          [this](const QString& url) { Q_EMIT statusTextChanged(url); });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &WebPageHost::OnRendererGone);
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
-  connect(page_, &WebPage::told, this, &PageHost::statusTextChanged);
+  connect(page_, &WebPage::told, this,
+          [this](const QString& text) { Q_EMIT statusTextChanged(text, StatusKind::kNotable); });
   connect(page_, &WebPage::scriptFailed, this, &WebPageHost::OnScriptFailed);
   connect(page_, &WebPage::messageShown, this, &PageHost::pageMessage);
   connect(page_, &WebPage::popupsExceeded, this, [this] {
@@ -151,7 +154,7 @@ void WebPageHost::OnCloseRequested() {
 void WebPageHost::OnDownloadRefused(const QString& file_name) {
   loads_.FileRefused();
   if (!is_popup_) {
-    Q_EMIT statusTextChanged(Text(message::kRefusedFile).arg(file_name));
+    Q_EMIT statusTextChanged(Text(message::kRefusedFile).arg(file_name), StatusKind::kNotable);
   }
 }
 

@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 
 FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactory make_host)
     : context_(context),
+      prompts_(prompts),
       ui_(std::make_unique<Ui::FrmJobStatus>()),
       questions_(*this, prompts, context.translator, kJobTexts),
       runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)) {
@@ -38,7 +39,7 @@ FrmJobStatus::FrmJobStatus(AppContext& context, Prompts& prompts, PageHostFactor
   connect(runner_.get(), &JobRunner::entryStarted, this, &FrmJobStatus::ShowEntry);
   connect(runner_.get(), &JobRunner::ended, this, &FrmJobStatus::ShowEnd);
   connect(ui_->command_stop, &QPushButton::clicked, this, &FrmJobStatus::Stop);
-  connect(ui_->command_close, &QPushButton::clicked, this, &QWidget::close);
+  connect(ui_->command_close, &QPushButton::clicked, this, &FrmJobStatus::CloseAfterAsking);
   runner_->Open();
   display_->ShowOpened();
   timer1_.setSingleShot(true);
@@ -87,9 +88,6 @@ QString FrmJobStatus::OutcomeText() const {
   if (outcome.stopped) {
     return Text(message::kEndedEarly);
   }
-  if (context_.session.update_script.isEmpty()) {
-    return Text(message::kNoUpdateScript);
-  }
   if (outcome.entries_failed > 0) {
     return Text(message::kFinishedWithErrors)
         .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
@@ -97,7 +95,32 @@ QString FrmJobStatus::OutcomeText() const {
   return Text(message::kFinished);
 }
 
+void FrmJobStatus::CloseAfterAsking() {
+  if (!IsWorking()) {
+    close();
+    return;
+  }
+  prompts_.Ask(this, Text(message::kCloseTitle), Text(message::kCloseQuestion), [this](bool yes) {
+    if (yes) {
+      close();
+    }
+  });
+}
+
+void FrmJobStatus::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    CloseAfterAsking();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
 void FrmJobStatus::closeEvent(QCloseEvent* event) {
+  if (event->spontaneous() && IsWorking()) {  // the user's, by the window's frame
+    event->ignore();
+    CloseAfterAsking();
+    return;
+  }
   timer1_.stop();
   context_.job_flags.SetPageErrorPending(true);
   display_->Leave();
@@ -106,7 +129,7 @@ void FrmJobStatus::closeEvent(QCloseEvent* event) {
 
 void FrmJobStatus::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  ui_->dBar1->SetMoving(timer1_.isActive() || runner_->IsRunning());
+  ui_->dBar1->SetMoving(IsWorking());
 }
 
 }  // namespace quayline

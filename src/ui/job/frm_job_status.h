@@ -20,8 +20,9 @@ namespace quayline {
 class RunDisplay;
 
 // The window of a job: the router's pages as the job works through them, its log, what the browser
-// says. The job begins half a second after the window opened, and ends with it at the latest. The
-// window deletes itself when it is closed and a save that it was in has arrived.
+// says. The job begins half a second after the window opened, and ends with it at the latest. A
+// user who closes it during the job is asked; close() does not ask. The window deletes itself when
+// it is closed and a save that it was in has arrived.
 class FrmJobStatus final : public QWidget {
   Q_OBJECT
 
@@ -32,15 +33,20 @@ class FrmJobStatus final : public QWidget {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void ShowEntry(int row, int rows, const QString& app_name);
   void ShowEnd();
   void Stop();
+  bool IsWorking() const { return timer1_.isActive() || runner_->IsRunning(); }
+  // Closes the window, after asking where that ends the job.
+  void CloseAfterAsking();
   QString OutcomeText() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
+  Prompts& prompts_;
   std::unique_ptr<Ui::FrmJobStatus> ui_;
   RunQuestions questions_;
   std::unique_ptr<JobRunner> runner_;

@@ -17,10 +17,11 @@ inline constexpr Message kFinished{
     "FrmJobStatus", "TextFinished",
     "Finished: every entry has run. The log tells what was found and done on each page. If most of "
     "its steps failed, please check that the right router is chosen."};
-inline constexpr Message kNoUpdateScript{
-    "FrmJobStatus", "TextNoUpdateScript",
-    "Nothing was done: there is no script for this router. Please choose your router in the main "
-    "window, and update again."};
+inline constexpr Message kCloseTitle{"FrmJobStatus", "TextCloseTitle", "Stop the job?"};
+inline constexpr Message kCloseQuestion{"FrmJobStatus", "TextCloseQuestion",
+                                        "A job is running. Stop it and close this window? What "
+                                        "your router saved until now stays there, "
+                                        "and a save that is on its way is not cut off."};
 inline constexpr Message kEndedEarly{
     "FrmJobStatus", "TextEndedEarly",
     "Ended early, since pages of the router failed. Please check its IP, HTTP type and port, and "

@@ -276,8 +276,24 @@ void FrmMain::UpdateRouter() {
   if (!ui_->Command8->isEnabled()) {
     return;
   }
+  const bool is_job_open = job_status_ != nullptr && job_status_->isVisible();
+  if (is_job_open && context_.job_flags.is_running) {
+    prompts_.Ask(this, Text(message::kStartAgainTitle), Text(message::kStartAgainQuestion),
+                 [this](bool yes) {
+                   if (yes) {
+                     StartUpdate();
+                   }
+                 });
+    return;
+  }
+  StartUpdate();
+}
+
+void FrmMain::StartUpdate() {
   SettleRouter();
-  delete job_status_.data();
+  if (job_status_ != nullptr && job_status_->isVisible()) {
+    job_status_->close();
+  }
   QList<PortEntry> entries = context_.port_list.Entries();
   for (const int row : ClampPorts(entries, context_.session)) {
     context_.port_list.Replace(row, entries.at(row));

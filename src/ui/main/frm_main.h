@@ -60,7 +60,7 @@ class FrmMain final : public QMainWindow {
   // Ends what the window runs, its timers, and the job window. Called once, at the end.
   void Unload();
 
-  // As pressing "Update Router".
+  // As pressing "Update Router". While a job runs, the user is asked first.
   void UpdateRouter();
   // Replaces the list by that of a file, as if it had been chosen in the dialog. False when it
   // cannot be read, which the user is told.
@@ -112,6 +112,8 @@ class FrmMain final : public QMainWindow {
   void AddEntries();
   void EditEntry();
   void ShowRefusal(const UpdateVerdict& verdict);
+  // Checks the list and opens the job window. The one before goes as by its Close button.
+  void StartUpdate();
   void ShowJob();
   void Tell(std::initializer_list<Message> texts);
   void Store(const char* key, const QString& value);

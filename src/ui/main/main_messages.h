@@ -27,6 +27,10 @@ inline constexpr Message kThrottleHelp2{
 inline constexpr Message kThrottleHelp3{"FrmMain", "Text40",
                                         "Without it an update takes less time."};
 inline constexpr Message kLocalIp{"FrmMain", "Text41", "(Current Local IP):"};
+inline constexpr Message kStartAgainTitle{"FrmMain", "TextStartAgainTitle", "Start again?"};
+inline constexpr Message kStartAgainQuestion{
+    "FrmMain", "TextStartAgainQuestion",
+    "A job is running. Stop it and start again with the first entry?"};
 inline constexpr Message kNothingToSave{"FrmMain", "Text42",
                                         "The list is empty, there is nothing to save."};
 inline constexpr Message kSelectFile{"FrmMain", "Text43", "Select a file"};
