@@ -7,6 +7,7 @@
 #include <QMessageBox>
 
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 
 #include "app/single_instance.h"
@@ -15,6 +16,7 @@
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
 #include "platform/linux/private_memory.h"
+#include "platform/linux/stop_signals.h"
 #include "platform/linux/wine_settings.h"
 #include "script/web/web_engine.h"
 #include "ui/entries/entry_windows.h"
@@ -159,7 +161,22 @@ QString BesideAnother() {
       "change your list of ports, you will be asked which one to keep.");
 }
 
-int Run(QApplication& application, const Options& options) {
+// A signal closes the main window, which goes at once; the program ends when the pages of its job
+// have become idle.
+void EndOnSignals(StopSignals& signals, FrmMain2& main_window, JobFlags& flags) {
+  signals.disconnect(qApp);
+  QObject::connect(&signals, &StopSignals::first, &main_window, [&main_window, &flags] {
+    flags.ends_by_signal = true;
+    main_window.close();
+    if (flags.LeavingRuns() > 0) {
+      std::fprintf(stderr,
+                   "quayline: What is on its way to the router is waited for. The same signal once "
+                   "more ends the program at once.\n");
+    }
+  });
+}
+
+int Run(QApplication& application, const Options& options, StopSignals& signals) {
   // The main window's end is the program's, whatever else is open.
   QGuiApplication::setQuitOnLastWindowClosed(false);
   const Theme theme(application);
@@ -182,6 +199,7 @@ int Run(QApplication& application, const Options& options) {
   LinuxAdapters adapters;
   LinuxDesktop desktop;
   AppContext context(*folder, adapters, desktop);
+  context.router_locks = RouterLocks(RouterLocks::SystemFolders());
   WindowPrompts prompts(context.translator);
   SystemHostNames host_names;
   const WineSettings foreign_settings;
@@ -189,6 +207,7 @@ int Run(QApplication& application, const Options& options) {
   FrmMain2 main_window(context, prompts, Windows(context, prompts, entries));
   QObject::connect(&main_window, &FrmMain2::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
+  EndOnSignals(signals, main_window, context.job_flags);
   FrmSplash splash;
   QObject::connect(&main_window, &FrmMain2::startFailed, &splash, &QWidget::close);
   FrmMain& main = main_window.Main();
@@ -228,7 +247,11 @@ int main(int argc, char** argv) {
     ReadOptions();
     return 0;
   }
+  StopSignals::HoldBack();
   PrepareWebEngine();
   QApplication application(argc, argv);
-  return Run(application, ReadOptions());
+  StopSignals signals;
+  QObject::connect(&signals, &StopSignals::first, &application, &QCoreApplication::quit);
+  QObject::connect(&signals, &StopSignals::second, [] { std::_Exit(EXIT_FAILURE); });
+  return Run(application, ReadOptions(), signals);
 }

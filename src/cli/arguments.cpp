@@ -3,53 +3,118 @@
 
 #include "cli/arguments.h"
 
-#include <functional>
+#include <QCommandLineParser>
 
 namespace quayline {
 
 namespace {
 
-using Setter = std::function<void(UpdateArguments&, const QString&)>;
+using Update = UpdateArguments;
+using Fault = std::optional<QString>;
 
-struct ValueOption {
+// An option of `update`. The parser and the help are both made from these rows.
+struct Option {
   const char* name;
-  Setter set;
+  const char* value;  // its name in the help; nullptr: the option takes none
+  const char* help;   // lines of the help
+  // Stores a value; a fault is a sentence for the user.
+  Fault (*set)(Update& update, const QString& value);
 };
 
-const std::vector<ValueOption>& ValueOptions() {
-  static const std::vector<ValueOption> options{
-      {"--data", [](auto& update, const QString& value) { update.data_folder = value; }},
-      {"--list", [](auto& update, const QString& value) { update.list_file = value; }},
-      {"--router", [](auto& update, const QString& value) { update.router = value; }},
-      {"--address", [](auto& update, const QString& value) { update.address = value; }},
-      {"--port", [](auto& update, const QString& value) { update.port = value; }},
-      {"--type", [](auto& update, const QString& value) { update.type = value; }},
-      {"--user", [](auto& update, const QString& value) { update.user = value; }},
-      {"--trust-certificate",
-       [](auto& update, const QString& value) { update.trusted_certificate = value; }},
-      {"--password-file",
-       [](auto& update, const QString& value) { update.password_file = value; }}};
-  return options;
+// The number in `text` if it lies in the range.
+std::optional<int> NumberWithin(const QString& text, int least, int most) {
+  bool is_number = false;
+  const int number = text.toInt(&is_number);
+  return is_number && number >= least && number <= most ? std::optional(number) : std::nullopt;
 }
 
-std::optional<QString> WhatIsWrong(const UpdateArguments& update) {
+Fault Store(auto& member, auto value) {
+  member = std::move(value);
+  return std::nullopt;
+}
+
+Fault SetPort(Update& update, const QString& value) {
+  constexpr int kMaxPort = 65535;
+  if (!NumberWithin(value, 1, kMaxPort)) {
+    return QStringLiteral("--port is a number from 1 to 65535, not \"%1\".").arg(value);
+  }
+  return Store(update.port, value);
+}
+
+Fault SetType(Update& update, const QString& value) {
+  if (value != QLatin1String("http://") && value != QLatin1String("https://")) {
+    return QStringLiteral("--type is http:// or https://, not \"%1\".").arg(value);
+  }
+  return Store(update.type, value);
+}
+
+Fault SetTimeout(Update& update, const QString& value) {
+  constexpr int kMaxSeconds = 1'000'000;
+  const std::optional<int> seconds = NumberWithin(value, 1, kMaxSeconds);
+  if (!seconds) {
+    return QStringLiteral("--timeout is a number of seconds from 1 to 1000000, not \"%1\".")
+        .arg(value);
+  }
+  return Store(update.timeout_seconds, *seconds);
+}
+
+Fault AddAllowedHost(Update& update, const QString& value) {
+  const std::optional<AllowedHost> host = AllowedHost::Parse(value);
+  if (!host) {
+    return QStringLiteral("--allow-host is HOST or HOST:PORT, not \"%1\".").arg(value);
+  }
+  update.allowed_hosts.append(*host);
+  return std::nullopt;
+}
+
+constexpr Option kOptions[] = {
+    {"data", "DIR",
+     "the program's folder: routers.mdb, ports.mdb, custom.mdb, and\n"
+     "settings.ini where there is one",
+     [](Update& u, const QString& value) { return Store(u.data_folder, value); }},
+    {"list", "FILE",
+     "the port list (.qyl): one entry a line, six fields joined by \"|\":\n"
+     "name|address(computer)|start port|end port|TCP, UDP or TCP/UDP|text",
+     [](Update& u, const QString& value) { return Store(u.list_file, value); }},
+    {"router", "NAME", "the router's model, as routers.mdb names it",
+     [](Update& u, const QString& value) { return Store(u.router, value); }},
+    {"address", "HOST", "the router's address",
+     [](Update& u, const QString& value) { return Store(u.address, value); }},
+    {"port", "N", "the port of its web pages (80)", SetPort},
+    {"type", "TYPE", "http:// or https:// (http://)", SetType},
+    {"user", "NAME", "the router's user name",
+     [](Update& u, const QString& value) { return Store(u.user, value); }},
+    {"password-file", "F", "a file whose first line is the router's password",
+     [](Update& u, const QString& value) { return Store(u.password_file, value); }},
+    {"password-stdin", nullptr, "the password is the first line of standard input",
+     [](Update& u, const QString&) { return Store(u.password_from_stdin, true); }},
+    {"trust-certificate", "FINGERPRINT",
+     "take this certificate of a router that speaks https and signed it\n"
+     "itself: its SHA-256 fingerprint, as an earlier run has reported it.\n"
+     "It is remembered in DIR.",
+     [](Update& u, const QString& value) { return Store(u.trusted_certificate, value); }},
+    {"allow-host", "HOST[:PORT]",
+     "let the router's pages lead to this address too; may be given more\n"
+     "than once. Every other address is blocked, and reported.",
+     AddAllowedHost},
+    {"throttle", nullptr, "wait half a second after each command of the script",
+     [](Update& u, const QString&) { return Store(u.throttle, true); }},
+    {"timeout", "SECONDS", "stop the job, as Ctrl-C does, when it has taken so long in all",
+     SetTimeout},
+    {"no-wait", nullptr,
+     "end at once where another Quayline works on this router, instead of\n"
+     "waiting for it",
+     [](Update& u, const QString&) { return Store(u.no_wait, true); }},
+};
+
+QString Name(const Option& option) { return QLatin1String(option.name); }
+
+Fault FaultOfWhole(const Update& update) {
   if (update.data_folder.isEmpty()) {
     return QStringLiteral("Please say where the program's folder is: --data DIR.");
   }
   if (update.list_file.isEmpty()) {
     return QStringLiteral("Please say which list to send: --list FILE.");
-  }
-  if (update.type && *update.type != QLatin1String("http://") &&
-      *update.type != QLatin1String("https://")) {
-    return QStringLiteral("--type is http:// or https://, not \"%1\".").arg(*update.type);
-  }
-  if (update.port) {
-    constexpr int kMaxPort = 65535;
-    bool is_number = false;
-    const int port = update.port->toInt(&is_number);
-    if (!is_number || port < 1 || port > kMaxPort) {
-      return QStringLiteral("--port is a number from 1 to 65535, not \"%1\".").arg(*update.port);
-    }
   }
   if (update.password_file && update.password_from_stdin) {
     return QStringLiteral("Please give the password once: --password-file or --password-stdin.");
@@ -57,38 +122,49 @@ std::optional<QString> WhatIsWrong(const UpdateArguments& update) {
   return std::nullopt;
 }
 
-std::expected<UpdateArguments, QString> ParseUpdate(const QStringList& words) {
-  UpdateArguments update;
-  for (qsizetype i = 0; i < words.size(); ++i) {
-    const QString& word = words[i];
-    if (word == QLatin1String("--throttle")) {
-      update.throttle = true;
-      continue;
-    }
-    if (word == QLatin1String("--password-stdin")) {
-      update.password_from_stdin = true;
-      continue;
-    }
-    const qsizetype equals = word.startsWith(QLatin1String("--")) ? word.indexOf(u'=') : -1;
-    const QString name = equals < 0 ? word : word.left(equals);
-    const auto option = std::ranges::find_if(ValueOptions(), [&name](const ValueOption& candidate) {
-      return name == QLatin1String(candidate.name);
-    });
-    if (option == ValueOptions().end()) {
-      if (name == QLatin1String("--password")) {
-        return std::unexpected(QStringLiteral(
-            "A password on the command line can be seen by every user of this computer: use "
-            "--password-file or --password-stdin."));
-      }
-      return std::unexpected(QStringLiteral("\"%1\" is not an option of update.").arg(word));
-    }
-    if (equals < 0 && i + 1 == words.size()) {
-      return std::unexpected(QStringLiteral("%1 needs a value.").arg(name));
-    }
-    option->set(update, equals < 0 ? words[++i] : word.mid(equals + 1));
+Fault FaultOfWords(const QCommandLineParser& parser, bool is_parsed) {
+  const QStringList unknown = parser.unknownOptionNames();
+  if (unknown.contains(QStringLiteral("password"))) {
+    return QStringLiteral(
+        "A password on the command line can be seen by every user of this computer: use "
+        "--password-file or --password-stdin.");
   }
-  if (const auto wrong = WhatIsWrong(update)) {
-    return std::unexpected(*wrong);
+  if (!unknown.isEmpty()) {
+    return QStringLiteral("\"%1\" is not an option of update.").arg(unknown.first());
+  }
+  if (!is_parsed) {
+    return parser.errorText();
+  }
+  const QStringList rest = parser.positionalArguments();
+  return rest.isEmpty()
+             ? std::nullopt
+             : Fault(QStringLiteral("\"%1\" is not an option of update.").arg(rest.first()));
+}
+
+std::expected<UpdateArguments, QString> ParseUpdate(const QStringList& words) {
+  QCommandLineParser parser;
+  for (const Option& option : kOptions) {
+    parser.addOption({Name(option), QString(),
+                      option.value == nullptr ? QString() : QLatin1String(option.value)});
+  }
+  const bool is_parsed = parser.parse(words);
+  if (const Fault fault = FaultOfWords(parser, is_parsed)) {
+    return std::unexpected(*fault);
+  }
+  Update update;
+  for (const Option& option : kOptions) {
+    if (!parser.isSet(Name(option))) {
+      continue;
+    }
+    const QStringList values = parser.values(Name(option));
+    for (const QString& value : option.value == nullptr ? QStringList(QString()) : values) {
+      if (const Fault fault = option.set(update, value)) {
+        return std::unexpected(*fault);
+      }
+    }
+  }
+  if (const Fault fault = FaultOfWhole(update)) {
+    return std::unexpected(*fault);
   }
   return update;
 }
@@ -105,6 +181,24 @@ std::expected<CliArguments, QString> ParseCommands(const QStringList& words) {
   return CliArguments{
       .command = CliCommand::kCommands,
       .commands = {.name = as_markdown ? QString() : name, .as_markdown = as_markdown}};
+}
+
+// The help of the options in two columns.
+QString OptionsHelp() {
+  constexpr qsizetype kColumn = 23;
+  QString help;
+  for (const Option& option : kOptions) {
+    QString head = QStringLiteral("  --") + Name(option);
+    if (option.value != nullptr) {
+      head += QLatin1Char(' ') + QLatin1String(option.value);
+    }
+    const bool fits = head.size() < kColumn - 1;
+    help += fits ? head.leftJustified(kColumn) : head + QLatin1Char('\n') + QString(kColumn, u' ');
+    help += QString::fromLatin1(option.help)
+                .replace(QLatin1Char('\n'), QLatin1Char('\n') + QString(kColumn, u' ')) +
+            QLatin1Char('\n');
+  }
+  return help;
 }
 
 }  // namespace
@@ -134,7 +228,7 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
   if (words.first() != QLatin1String("update")) {
     return std::unexpected(QStringLiteral("\"%1\" is not a command.").arg(words.first()));
   }
-  const auto update = ParseUpdate(words.mid(1));
+  const auto update = ParseUpdate(words);  // its first word stands for the program's name
   if (!update) {
     return std::unexpected(update.error());
   }
@@ -143,7 +237,7 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
 
 QString CliHelp() {
   return QStringLiteral(
-      R"(quayline-cli: opens ports on a home router by its own web pages, without a window.
+             R"(quayline-cli: opens ports on a home router by its own web pages, without a window.
 
 Usage:
   quayline-cli update --data DIR --list FILE [options]
@@ -152,40 +246,31 @@ Usage:
   quayline-cli --help | --version
 
 update enters every entry of a port list into the router and writes the job log to
-standard output as it grows.
+standard output as it grows. Standard error has what a window would show beside the log: errors
+of pages, what pages say, what was refused or blocked, and what the job waits for.
 
-  --data DIR           the program's folder: routers.mdb, ports.mdb, custom.mdb, and
-                       settings.ini where there is one
-  --list FILE          the port list (.qyl): one entry a line, six fields joined by "|":
-                       name|address(computer)|start port|end port|TCP, UDP or TCP/UDP|text
-  --router NAME        the router's model, as routers.mdb names it
-  --address HOST       the router's address
-  --port N             the port of its web pages (80)
-  --type TYPE          http:// or https:// (http://)
-  --user NAME          the router's user name
-  --password-file F    a file whose first line is the router's password
-  --password-stdin     the password is the first line of standard input
-  --trust-certificate FINGERPRINT
-                       take this certificate of a router that speaks https and signed it
-                       itself: its SHA-256 fingerprint, as an earlier run has told it. It is
-                       remembered in DIR.
-  --throttle           wait half a second behind each command of the script
-
+)") + OptionsHelp() +
+         QStringLiteral(
+             R"(
 What is not given comes from the settings in DIR, else from the router's row in routers.mdb,
 else from the defaults in parentheses. A password is never an argument, and the log never
 shows it.
+
+Ctrl-C (or SIGTERM, SIGHUP, SIGQUIT) stops the job: no further command runs, and a save that is
+on its way to the router is waited for. A second Ctrl-C ends the program at once.
 
 Exit status:
   0  all entries ran to their end
   1  the list, or the router's data, was refused before the job began; the reason is on
      standard error
   2  wrong usage, or a file that cannot be read
-  3  an entry ended in an error, or the job was stopped (Ctrl-C)
+  3  an entry ended in an error, or the job was stopped (Ctrl-C, --timeout), or another
+     Quayline works on the router (--no-wait)
 
 lint judges the lines of a router script (or of a router's file with its two scripts) and writes
-what it has to say to standard output, one "file:line: sentence" each. It knows every command: a
+what it finds to standard output, one "file:line: sentence" each. It knows every command: a
 name that is nearly one, an argument that is cut at the wrong place, fields that are missing or
-lost, numbers that are none. A sentence that begins with "warning:" is about a line that may be
+lost, invalid numbers. A sentence that begins with "warning:" is about a line that may be
 meant so.
 
 Exit status of lint:

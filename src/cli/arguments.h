@@ -2,15 +2,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
 #include <expected>
 #include <optional>
 
+#include "cli/allowed_host.h"
+
 namespace quayline {
 
-// What `quayline-cli update` was told. What is missing comes from the settings of the program's
+// The options of `quayline-cli update`. What is missing comes from the settings of the program's
 // folder, else from the router's row, else from the program's defaults.
 struct UpdateArguments {
   QString data_folder;
@@ -23,6 +26,9 @@ struct UpdateArguments {
   std::optional<QString> password_file;
   bool password_from_stdin = false;
   std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
+  QList<AllowedHost> allowed_hosts;
+  std::optional<int> timeout_seconds;  // of the whole run
+  bool no_wait = false;                // for another program that works on the router
   bool throttle = false;
 };
 
@@ -41,7 +47,7 @@ struct CliArguments {
   CommandsArguments commands;
 };
 
-// Reads the words behind the program's name. An error is a sentence for the user.
+// Reads the words after the program's name. An error is a sentence for the user.
 std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words);
 
 QString CliHelp();

@@ -3,6 +3,10 @@
 
 #include "cli/cli_questions.h"
 
+#include <QUrl>
+
+#include <algorithm>
+
 namespace quayline {
 
 void CliQuestions::AskCertificate(const ShownCertificate& shown,
@@ -29,10 +33,16 @@ void CliQuestions::AskLogin(const QString&, std::function<void(std::optional<Typ
 
 void CliQuestions::AskOtherAddress(const OtherAddress& other,
                                    std::function<void(bool allowed)> answer) {
-  report_(QStringLiteral("%1 leads to %2, which is another address than the router's. It was "
-                         "blocked.")
-              .arg(other.router, other.target));
-  answer(false);
+  const bool is_allowed = std::ranges::any_of(
+      answers_.allowed_hosts,
+      [&other](const AllowedHost& allowed) { return allowed.Holds(other.target); });
+  if (!is_allowed) {
+    const QUrl target(other.target);
+    report_(QStringLiteral("The router's page leads to another address, %1, which was blocked. If "
+                           "it belongs to your router, run this again with --allow-host %2")
+                .arg(other.target, target.authority()));
+  }
+  answer(is_allowed);
 }
 
 }  // namespace quayline

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
+
+#include "cli/allowed_host.h"
 #include "script/page_questions.h"
 
 namespace quayline {
@@ -9,6 +12,7 @@ namespace quayline {
 // What the user has answered in advance, by options.
 struct CliAnswers {
   std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
+  QList<AllowedHost> allowed_hosts;
 };
 
 // Answers what the pages of a job ask where nobody sits at the terminal: what was not answered in

@@ -2,19 +2,21 @@
 // SPDX-License-Identifier: MIT
 
 #include <QApplication>
-#include <QSocketNotifier>
 
 #include <csignal>
 #include <cstdio>
-#include <unistd.h>
+#include <cstdlib>
 
 #include "cli/arguments.h"
 #include "cli/commands_command.h"
 #include "cli/lint_command.h"
+#include "cli/prepare_update.h"
+#include "cli/terminal.h"
 #include "cli/update_run.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
 #include "platform/linux/private_memory.h"
+#include "platform/linux/stop_signals.h"
 #include "script/web/web_engine.h"
 
 namespace {
@@ -22,46 +24,52 @@ namespace {
 using quayline::CliCommand;
 using quayline::CliExit;
 
-int stop_pipe[2];
-
-// The first signal asks the job to stop, the second one ends the program.
-void OnStopSignal(int signal) {
-  std::signal(signal, SIG_DFL);
-  const char byte = 0;
-  [[maybe_unused]] const ssize_t written = write(stop_pipe[1], &byte, 1);
-}
-
 int Fail(CliExit exit, const QString& message) {
-  std::fprintf(stderr, "quayline-cli: %s\n", message.toUtf8().constData());
+  quayline::ReportLines(QStringLiteral("quayline-cli: ") + message);
   return static_cast<int>(exit);
 }
 
+// What the libraries say of themselves is for their developers; standard error is the job's.
+void DropMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+[[noreturn]] void EndAtOnce() {
+  quayline::Report(QStringLiteral("Ended at once. The router may not have got its last save."));
+  std::_Exit(static_cast<int>(CliExit::kFailed));
+}
+
 int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);
+  const auto password = quayline::ReadPassword(arguments);
+  if (!password) {
+    return Fail(password.error().exit, password.error().message);
+  }
+  quayline::StopSignals::HoldBack();
   // No window on any screen, whatever the desktop offers.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
+  qInstallMessageHandler(DropMessage);
   QApplication application(argc, argv);
+  const quayline::StopSignals signals;
   quayline::LinuxAdapters adapters;
   quayline::LinuxDesktop desktop;
   quayline::AppContext context(arguments.data_folder, adapters, desktop);
-  if (const auto prepared = quayline::PrepareUpdate(arguments, context); !prepared) {
+  if (const auto prepared = quayline::PrepareUpdate(arguments, *password, context); !prepared) {
     return Fail(prepared.error().exit, prepared.error().message);
+  }
+  context.router_locks = quayline::RouterLocks(quayline::RouterLocks::SystemFolders());
+  const auto lock = context.router_locks.TryTake(quayline::RouterKey(context.session));
+  if (lock == nullptr && arguments.no_wait) {
+    return Fail(CliExit::kFailed,
+                QStringLiteral("Another Quayline works on the router at %1. Nothing was done.")
+                    .arg(RouterHost(context.session)));
   }
   quayline::UpdateRun run(
       context,
       quayline::WebPageHosts(context.job_options, context.translator, &context.certificates),
-      {.trusted_certificate = arguments.trusted_certificate});
+      arguments);
   QObject::connect(&run, &quayline::UpdateRun::finished, &application, &QCoreApplication::exit);
-  if (pipe(stop_pipe) == 0) {
-    auto* stop = new QSocketNotifier(stop_pipe[0], QSocketNotifier::Read, &application);
-    QObject::connect(stop, &QSocketNotifier::activated, &run, [&run, stop] {
-      stop->setEnabled(false);
-      run.Stop();
-    });
-    std::signal(SIGINT, OnStopSignal);
-    std::signal(SIGTERM, OnStopSignal);
-  }
-  std::signal(SIGPIPE, SIG_IGN);
+  QObject::connect(&signals, &quayline::StopSignals::first, &run, &quayline::UpdateRun::Stop);
+  QObject::connect(&signals, &quayline::StopSignals::second, &run, &EndAtOnce);
   run.Start();
   return QApplication::exec();
 }

@@ -3,183 +3,64 @@
 
 #include "cli/update_run.h"
 
-#include <QDir>
-#include <QFile>
 #include <QWidget>
 
-#include <cstdio>
-#include <limits>
+#include <chrono>
 
-#include "core/port_list_file.h"
-#include "core/save_file.h"
-#include "core/update_command.h"
+#include "cli/prepare_update.h"
+#include "cli/terminal.h"
+#include "core/text_bytes.h"
 
 namespace quayline {
 
 namespace {
 
-std::unexpected<CliError> Failure(CliExit exit, const QString& message) {
-  return std::unexpected(CliError{.exit = exit, .message = message});
-}
-
-void Write(FILE* stream, QString text) {
-  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-  const QByteArray bytes = text.toUtf8();
-  std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stream);
-  std::fflush(stream);
-}
-
-void Report(const QString& text) { Write(stderr, text + QLatin1Char('\n')); }
-
-// What was given, else the setting, else what the router's row or the default has put there.
-void Choose(QString& value, const std::optional<QString>& given, const QString& setting) {
-  if (given) {
-    value = *given;
-  } else if (!setting.isEmpty()) {
-    value = setting;
+// A page is laid out and takes the focus only in a view that is shown; on this program's platform
+// nobody sees it.
+void ShowUnseen(PageHost* host) {
+  if (QWidget* view = host->Widget()) {
+    constexpr QSize kView(1024, 768);
+    view->resize(kView);
+    view->show();
   }
-}
-
-std::expected<void, CliError> ReadPassword(const UpdateArguments& arguments, QString& password) {
-  QFile file;
-  bool opened = true;
-  if (arguments.password_from_stdin) {
-    opened = file.open(stdin, QIODevice::ReadOnly);
-  } else if (arguments.password_file) {
-    file.setFileName(*arguments.password_file);
-    opened = file.open(QIODevice::ReadOnly);
-  } else {
-    return {};
-  }
-  if (!opened) {
-    return Failure(CliExit::kUsage, QStringLiteral("The password file %1 cannot be read: %2.")
-                                        .arg(file.fileName(), file.errorString()));
-  }
-  constexpr qint64 kMaxPasswordBytes = 4096;
-  QByteArray line = file.readLine(kMaxPasswordBytes);
-  while (line.endsWith('\n') || line.endsWith('\r')) {
-    line.chop(1);
-  }
-  password = QString::fromUtf8(line);
-  return {};
-}
-
-std::optional<int> FindRouterId(const Databases& databases, const QString& name) {
-  constexpr int kPage = 1000;
-  std::optional<int> other_case;
-  for (QList<RouterName> page = databases.RouterNames(std::numeric_limits<int>::min(), kPage);
-       !page.isEmpty(); page = databases.RouterNames(page.last().id, kPage)) {
-    for (const RouterName& router : page) {
-      if (router.name == name) {
-        return router.id;
-      }
-      if (!other_case && router.name.compare(name, Qt::CaseInsensitive) == 0) {
-        other_case = router.id;
-      }
-    }
-  }
-  return other_case;
-}
-
-std::expected<void, CliError> ChooseRouter(const UpdateArguments& arguments, AppContext& context) {
-  const Settings& settings = context.settings;
-  QString name;
-  Choose(name, arguments.router, settings.Value(setting::kRouter));
-  if (name.isEmpty()) {
-    return {};  // refused by the checks
-  }
-  const std::optional<int> id = FindRouterId(context.databases, name);
-  const std::optional<RouterRecord> record = id ? context.databases.FindRouter(*id) : std::nullopt;
-  if (!record) {
-    return Failure(CliExit::kUsage, QStringLiteral("There is no router named \"%1\" in %2.")
-                                        .arg(name, context.FileInFolder("routers.mdb")));
-  }
-  SelectRouter(context.session, *record);
-  return {};
 }
 
 }  // namespace
 
-QString WhyNot(ListFileError error) {
-  switch (error) {
-    case ListFileError::kTooLarge:
-      return QStringLiteral(": it is too large");
-    case ListFileError::kNotAList:
-      return QStringLiteral(": it is not a list of ports");
-    case ListFileError::kCannotOpen:
-    case ListFileError::kCannotWrite:
-    case ListFileError::kChangedElsewhere:
-      break;
-  }
-  return {};
-}
-
-std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, AppContext& context) {
-  if (!QDir(context.program_folder).exists()) {
-    return Failure(CliExit::kUsage,
-                   QStringLiteral("There is no folder %1.").arg(context.program_folder));
-  }
-  RemoveUnfinishedWrites(context.program_folder);
-  if (const auto opened = context.databases.Open(context.program_folder); !opened) {
-    return Failure(CliExit::kUsage, opened.error().description);
-  }
-  for (const QString& notice : context.databases.Notices()) {
-    Write(stderr, QStringLiteral("quayline-cli: %1\n").arg(notice));
-  }
-  const auto list = LoadPortList(arguments.list_file);
-  if (!list) {
-    return Failure(CliExit::kUsage, QStringLiteral("The list %1 cannot be read%2.")
-                                        .arg(arguments.list_file, WhyNot(list.error())));
-  }
-  if (const auto chosen = ChooseRouter(arguments, context); !chosen) {
-    return std::unexpected(chosen.error());
-  }
-  const Settings& settings = context.settings;
-  RouterSession& session = context.session;
-  Choose(session.router_ip, arguments.address, settings.Value(setting::kRouterIp));
-  Choose(session.http_port, arguments.port, settings.Value(setting::kHttpPort));
-  Choose(session.http_type, arguments.type, settings.Value(setting::kHttpType));
-  Choose(session.username, arguments.user, settings.Value(setting::kRouterUsername));
-  Choose(session.password, std::nullopt, settings.Value(setting::kRouterPassword));
-  session.router_ip = WithoutScheme(session.router_ip);
-  if (const auto read = ReadPassword(arguments, session.password); !read) {
-    return std::unexpected(read.error());
-  }
-  context.job_options.silent_mode = true;
-  context.job_options.throttle =
-      arguments.throttle || settings.Boolean(setting::kScriptThrottle, false);
-
-  QList<PortEntry> entries = *list;
-  ClampPorts(entries, session);
-  const UpdateVerdict verdict = CheckUpdate(entries, session, context.translator);
-  if (!verdict.accepted) {
-    return Failure(CliExit::kRefused, verdict.message);
-  }
-  context.port_list.SetEntries(std::move(entries));
-  return {};
-}
-
-UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host, CliAnswers answers,
-                     QObject* parent)
+UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
+                     const UpdateArguments& arguments, QObject* parent)
     : QObject(parent),
-      questions_(std::move(answers), &Report),
+      context_(context),
+      questions_({.trusted_certificate = arguments.trusted_certificate,
+                  .allowed_hosts = arguments.allowed_hosts},
+                 &Report),
       runner_(context, std::move(make_host), questions_) {
-  connect(&runner_.Log(), &JobLog::appended, this,
-          [](const QString& text) { Write(stdout, text); });
-  connect(&runner_, &JobRunner::errorAppended, this, &Report);
-  connect(&runner_, &JobRunner::noticeRequested, this, &Report);
-  // A page is laid out and takes the focus only in a view that is shown; on this program's platform
-  // nobody sees it.
-  const auto show = [](PageHost* host) {
-    if (QWidget* view = host->Widget()) {
-      constexpr QSize kView(1024, 768);
-      view->resize(kView);
-      view->show();
+  timeout_.setSingleShot(true);
+  if (arguments.timeout_seconds) {
+    timeout_.setInterval(std::chrono::seconds(*arguments.timeout_seconds));
+    connect(&timeout_, &QTimer::timeout, this, &UpdateRun::OnTimeout);
+  }
+  connect(&runner_, &JobRunner::activeHostChanged, this, &ShowUnseen);
+  ConnectReports();
+  ConnectEnd();
+}
+
+void UpdateRun::ConnectReports() {
+  connect(&runner_.Log(), &JobLog::appended, this, &WriteLog);
+  connect(&runner_, &JobRunner::statusAppended, this, [](const QString& line, StatusKind kind) {
+    if (kind == StatusKind::kNotable) {
+      Report(OnOneLine(line));
     }
-  };
-  connect(&runner_, &JobRunner::activeHostChanged, this, show);
+  });
+  connect(&runner_, &JobRunner::errorAppended, this,
+          [](const QString& line) { Report(OnOneLine(line)); });
+  connect(&runner_, &JobRunner::noticeRequested, this, &ReportLines);
+  connect(&runner_, &JobRunner::waitingFor, this, &UpdateRun::ReportWait);
+}
+
+void UpdateRun::ConnectEnd() {
   connect(&runner_, &JobRunner::ended, this, [this] {
-    Write(stdout, QStringLiteral("\n"));
+    WriteLog(LineBreak());
     runner_.Leave();
   });
   connect(&runner_, &JobRunner::left, this, [this] {
@@ -190,9 +71,38 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host, CliAnswers 
 }
 
 void UpdateRun::Start() {
+  if (timeout_.interval() > 0) {
+    timeout_.start();
+  }
   runner_.Open();
-  Q_EMIT runner_.activeHostChanged(runner_.ActiveHost());
+  ShowUnseen(runner_.ActiveHost());
   runner_.Run();
+}
+
+void UpdateRun::Stop() {
+  is_stopping_ = true;
+  last_wait_.clear();
+  context_.job_flags.ends_by_signal = true;
+  Report(
+      QStringLiteral("Stopping. What is on its way to the router is waited for; the same signal "
+                     "once more ends the program at once."));
+  runner_.Stop();
+}
+
+void UpdateRun::OnTimeout() {
+  if (!is_stopping_) {
+    Report(QStringLiteral("The job took longer than the %1 seconds of --timeout.")
+               .arg(timeout_.interval() / 1000));
+    runner_.Stop();
+  }
+}
+
+// One wait is reported once, however often it is interrupted.
+void UpdateRun::ReportWait(const QString& what) {
+  if (!what.isEmpty() && what != last_wait_) {
+    last_wait_ = what;
+    Report(context_.translator.Text(kJobTexts.waiting_for).arg(OnOneLine(what)));
+  }
 }
 
 }  // namespace quayline

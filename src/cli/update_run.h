@@ -4,9 +4,7 @@
 
 #include <QObject>
 #include <QString>
-
-#include <expected>
-#include <memory>
+#include <QTimer>
 
 #include "cli/arguments.h"
 #include "cli/cli_questions.h"
@@ -15,37 +13,35 @@
 
 namespace quayline {
 
-// The exit statuses of the program.
-enum class CliExit { kDone = 0, kRefused = 1, kUsage = 2, kFailed = 3 };
-
-// One sentence for standard error, and the status that goes with it.
-struct CliError {
-  CliExit exit;
-  QString message;
-};
-
-// Fills the context for a job from the arguments, the folder's settings and the router's row, loads
-// the list and checks it as the main window would. Reads the password where it is told to.
-std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments, AppContext& context);
-
-// Runs the prepared job. The log goes to standard output as it grows, browser errors and notices to
-// standard error.
+// Runs the prepared job. The log goes to standard output as it grows; what a window shows beside
+// the log goes to standard error: errors, notices, what pages say, what is refused or waited for.
 class UpdateRun final : public QObject {
   Q_OBJECT
 
  public:
-  UpdateRun(AppContext& context, PageHostFactory make_host, CliAnswers answers,
+  UpdateRun(AppContext& context, PageHostFactory make_host, const UpdateArguments& arguments,
             QObject* parent = nullptr);
 
   void Start();
-  void Stop() { runner_.Stop(); }
+  // For a signal: ends the job where it is. A save that is on its way to the router is waited for,
+  // as long as it takes.
+  void Stop();
 
  Q_SIGNALS:
   void finished(int exit_status);
 
  private:
+  void ConnectReports();
+  void ConnectEnd();
+  void OnTimeout();
+  void ReportWait(const QString& what);
+
+  AppContext& context_;
   CliQuestions questions_;
   JobRunner runner_;
+  QTimer timeout_;
+  QString last_wait_;
+  bool is_stopping_ = false;
 };
 
 }  // namespace quayline
