@@ -56,17 +56,18 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
   const auto browser = [set = browsers_.get(), choose = std::move(driven)] { return choose(*set); };
   const auto show_wait = [this](const QString& what) { Q_EMIT waitingFor(what); };
   pages_ = std::make_unique<PageWait>(*browsers_, flags, browser, show_wait);
-  environment_ = std::make_unique<RunEnvironment>(
-      RunEnvironment{.flags = flags,
-                     .options = context_.job_options,
-                     .translator = context_.translator,
-                     .log = log_,
-                     .browsers = *browsers_,
-                     .pages = *pages_,
-                     .browser = browser,
-                     .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
-                     .tell_wait = show_wait,
-                     .show_status = [this](const QString& text) { Q_EMIT statusAppended(text); }});
+  environment_ = std::make_unique<RunEnvironment>(RunEnvironment{
+      .flags = flags,
+      .options = context_.job_options,
+      .translator = context_.translator,
+      .log = log_,
+      .browsers = *browsers_,
+      .pages = *pages_,
+      .browser = browser,
+      .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
+      .tell_wait = show_wait,
+      .show_status =
+          [this](const QString& text) { Q_EMIT statusAppended(text, StatusKind::kNotable); }});
 
   stopped_by_user_ = false;
   messages_shown_ = 0;

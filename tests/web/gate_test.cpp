@@ -253,7 +253,7 @@ class SavedOnceTest : public WebTest, public ::testing::WithParamInterface<const
 
 TEST_P(SavedOnceTest, ASaveThatIsNotAnsweredArrivesOnce) {
   Serve(GetParam());
-  host.reset(WebPageHosts(options, translator, &certificates)(nullptr));
+  host.reset(WebPageHosts(options, translator, &certificates)(questions, nullptr));
   const QUrl page = router->Address(u"/page"_s, scheme);
   host->SetLogin({.scheme = scheme, .host = page.host(), .port = page.port()});
   router->special = [](const QByteArray& request) -> std::optional<Reply> {

@@ -188,6 +188,9 @@ void RouterGate::NoteConnected(const SiteOrigin& origin) {
   seen_[origin].failure = 0;
 }
 
+// The tunnels report the end of their exchanges here, so they go before the members do.
+RouterGate::~RouterGate() { qDeleteAll(findChildren<GateTunnel*>()); }
+
 void RouterGate::NoteFailure(const SiteOrigin& origin, int net_error) {
   seen_[origin].failure = net_error;
 }

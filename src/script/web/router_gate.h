@@ -65,6 +65,7 @@ class RouterGate final : public QObject {
   static quint16 Reserve();
   // Needs the application, which owns it. Without a reserved port nothing is served.
   static RouterGate& Instance();
+  ~RouterGate() override;
 
   // Replaces what was admitted for `owner`. It ends with the owner.
   void Admit(QObject* owner, const QSet<SiteOrigin>& origins);

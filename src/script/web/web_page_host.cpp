@@ -58,9 +58,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
           [this](const auto&... question) { AskForLogin(question...); }, nullptr),
       // A page whose dialog the user has before him says nothing.
       watchdog_(
-          [this] {
-            return !page_->IsAsking() && (loads_.State().busy || calls_.HasOpenCalls());
-          },
+          [this] { return !page_->IsAsking() && (loads_.State().busy || calls_.HasOpenCalls()); },
           nullptr) {
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
