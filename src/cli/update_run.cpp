@@ -65,6 +65,11 @@ void UpdateRun::ConnectEnd() {
   });
   connect(&runner_, &JobRunner::left, this, [this] {
     const JobOutcome& outcome = runner_.Outcome();
+    if (!outcome.to_check.isEmpty()) {
+      Report(OnOneLine(
+          QStringLiteral("Please check on the router, since a part of a page failed meanwhile: %1.")
+              .arg(outcome.to_check.join(QStringLiteral(", ")))));
+    }
     const bool done = !outcome.stopped && outcome.entries_failed == 0;
     Q_EMIT finished(static_cast<int>(done ? CliExit::kDone : CliExit::kFailed));
   });

@@ -51,9 +51,13 @@ Task<> JobRunner::RunRows() {
     RunArguments arguments = ArgumentsOf(row, computer_name);
     computer_name = arguments.entry_computer_name;
     ++outcome_.entries;
+    const int faults = PageFaults();
     const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
     outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
     outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
+    if (end == RunEnd::kAllLinesDone && PageFaults() > faults) {
+      outcome_.to_check.append(rows_[row - 1].app_name);
+    }
     log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
                 OnOneLine(rows_[row - 1].app_name) + LineBreak());
   }

@@ -10,6 +10,8 @@ struct JobOutcome {
   int entries = 0;         // passes that were begun
   int entries_failed = 0;  // passes that ended in an error block
   bool stopped = false;    // ended before the last row
+  // Names of entries that ran, while a script or another part of a page failed.
+  QStringList to_check;
 };
 
 // A job: one pass of the router's update script for each row of the port list, in a browser that it

@@ -8,6 +8,7 @@
 
 #include "async/wait.h"
 #include "core/text_bytes.h"
+#include "script/script_texts.h"
 #include "script/status_text.h"
 
 namespace quayline {
@@ -71,6 +72,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
 
   stopped_by_user_ = false;
   messages_shown_ = 0;
+  page_faults_ = 0;
   flags.is_running = true;
   flags.SetJobStopRequested(false);
   flags.SetPageErrorPending(false);
@@ -222,7 +224,11 @@ void ScriptRunner::ConnectHost(PageHost* host) {
     }
   });
   connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
+  connect(host, &PageHost::resourceFailed, this, [this](const QString& url) {
+    NotePageFault(script_text::kResourceFailed, url);
+  });
   connect(host, &PageHost::scriptError, this, [this](const QString& description) {
+    NotePageFault(script_text::kPageScriptFailed, description);
     if (!context_.job_options.silent_mode) {
       ShowPageMessage(description);
     }
@@ -254,6 +260,15 @@ std::optional<PageDialogAnswer> ScriptRunner::AnswerDialog(const PageDialog& dia
     Q_EMIT dialogAnswered();
   });
   return questions_.AnswerDialog(dialog);
+}
+
+// A page whose script failed may have sent the rules without the new one. One that fails for ever
+// is noted a few times.
+void ScriptRunner::NotePageFault(const Message& fault, const QString& detail) {
+  constexpr int kMaxNoted = 20;
+  if (running_ && ++page_faults_ <= kMaxNoted) {
+    log_.Append(LineBreak() + Text(fault).arg(OnOneLine(detail)));
+  }
 }
 
 // A page that has something to say for ever is heard a few times.

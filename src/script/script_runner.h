@@ -92,6 +92,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   // A navigation failed during the run: decides what that costs beside the page's error.
   virtual void CountError() = 0;
 
+  // How many scripts and other parts of pages have failed during the run.
+  int PageFaults() const { return page_faults_; }
+
   BrowserSet& Browsers() { return *browsers_; }
   PageWait& Pages() { return *pages_; }
   RunEnvironment& Environment() { return *environment_; }
@@ -117,6 +120,7 @@ class ScriptRunner : public QObject, public PageQuestions {
                        std::function<void(bool allowed)> answer) override;
   std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) override;
   void ShowPageMessage(const QString& text);
+  void NotePageFault(const Message& fault, const QString& detail);
   void OnNavigateError(const QString& url, int status);
   QString Notice(const Message& what, std::initializer_list<Message> steps) const;
 
@@ -134,6 +138,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   bool left_during_run_ = false;
   int dialogs_open_ = 0;  // the engine's own calls are on the stack below them
   int messages_shown_ = 0;
+  int page_faults_ = 0;
   Flow leaving_;  // these two last: their frames use what stands above
   Flow flow_;
 };

@@ -36,6 +36,12 @@ inline constexpr Message kErrorInJavaScript{"FrmMain", "Text85", "!ERROR! Runnin
 inline constexpr Message kClickProceed{"FrmMain", "Text86",
                                        "Click 'Proceed To Next Command' To Continue"};
 
+inline constexpr Message kResourceFailed{
+    "FrmMain", "TextResourceFailed",
+    "(A part of the page could not be loaded: %1. Please check this entry on the router.)"};
+inline constexpr Message kPageScriptFailed{
+    "FrmMain", "TextPageScriptFailed",
+    "(A script of the page failed: %1. Please check this entry on the router.)"};
 // Not shown by a page that saves at once.
 inline constexpr Message kPendingWorkLost{
     "FrmMain", "TextPendingWorkLost",

@@ -179,6 +179,28 @@ TEST_F(PendingWork, ThatIsTooLateToBeWaitedForIsNotedInTheLog) {
   }
 }
 
+// A page whose script fails may send its old list: the user is to look at the router.
+TEST_F(PendingWork, OfAPageThatFailsIsNotedAndToBeChecked) {
+  const struct {
+    const char* fault;
+    QByteArray markup;
+    const char* noted;
+  } cases[] = {
+      {"a handler", GO("missing();"), "A script of the page failed"},
+      {"a script that is not there", "<script src=/gone.js></script>" GO("f.submit()"),
+       "A part of the page could not be loaded"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    server_.replies["/page"] = Html(row.markup);
+    Start({u"nav(\"page\")"_s, u"click_button(\"go\")"_s});
+    ASSERT_TRUE(Ends(40s));
+    EXPECT_TRUE(Log().contains(QLatin1String(row.noted))) << Log().toStdString();
+    EXPECT_EQ(runner_->Outcome().to_check, QStringList{u"Web"_s});
+    runner_.reset();
+  }
+}
+
 // On a busy machine a page can be silent for seconds. That is no sign of being idle.
 TEST_F(PendingWork, OfAPageThatIsBusyForSecondsIsWaitedFor) {
   server_.replies["/page"] = Html(

@@ -92,6 +92,9 @@ QString FrmJobStatus::OutcomeText() const {
     return Text(message::kFinishedWithErrors)
         .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
   }
+  if (!outcome.to_check.isEmpty()) {
+    return Text(message::kFinishedToCheck).arg(outcome.to_check.join(QStringLiteral(", ")));
+  }
   return Text(message::kFinished);
 }
 

@@ -30,6 +30,11 @@ inline constexpr Message kFinishedWithErrors{
     "FrmJobStatus", "TextFinishedWithErrors",
     "Finished, but %1 of %2 entries met an error of a page. The log tells at which step."};
 
+inline constexpr Message kFinishedToCheck{
+    "FrmJobStatus", "TextFinishedToCheck",
+    "Finished, but a part of a page failed meanwhile. Please check on your router whether these "
+    "entries are there: %1."};
+
 inline constexpr Message kLeadingToPage{"FrmViewPage", "TextLeadingToPage",
                                         "Going to the page where your router keeps its ports..."};
 inline constexpr Message kPageReached{
