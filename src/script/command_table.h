@@ -41,8 +41,10 @@ struct CommandRow {
 
   std::string_view name;
   Condition condition = Condition::kAlways;
-  char separator = ',';      // of the argument
-  bool awaits_page = false;  // for `ask`: the page may load afterwards
+  char separator = ',';  // of the argument
+  // The command acts on the page: what earlier lines have started is waited for first. After `ask`
+  // the page that the action leads to is waited for as well; `flow` waits for it itself.
+  bool awaits_page = false;
   // None: the command takes no argument. One: it holds the whole argument. More: the argument is
   // split at the separator.
   std::span<const FieldSpec> fields;

@@ -148,6 +148,7 @@ constexpr CommandRow kClickButton{
 };
 constexpr CommandRow kClickIgnoringPage{
     .name = "click_button_ignore_page_loading",
+    .awaits_page = true,
     .fields = kButtonAndKeptTime,
     .flow = ClickAndWait,
     .help = "Clicks a button and waits for a time, whether a page loads or not.",
@@ -176,6 +177,7 @@ constexpr CommandRow kClicks[] = {
     kClickButton,
     {
         .name = "click_button_ignore_page_loading",
+        .awaits_page = true,
         .fields = kButtonAndTime,
         .flow = ClickIgnoringPageLoad,
         .help = kClickIgnoringPage.help,
@@ -198,6 +200,7 @@ constexpr CommandRow kClicks[] = {
 
 constexpr CommandRow kCallJavaScript{
     .name = "call_javascript",
+    .awaits_page = true,
     .fields = kCode,
     .flow = CallJavaScript,
     .help = "Runs code as a script of the top page and waits for the page that this leads to.",
@@ -206,6 +209,7 @@ constexpr CommandRow kCallJavaScript{
 constexpr CommandRow kJavaScript[] = {
     {
         .name = "call_javascript_by_letter_order",
+        .awaits_page = true,
         .fields = kCodeWithLetter,
         .flow = CallJavaScript,
         .help = "Runs code with the entry's letter inserted: A for the first entry.",
@@ -223,6 +227,7 @@ constexpr FieldSpec kWholeCode[] = {
 constexpr CommandRow kWholeJavaScript[] = {
     {
         .name = "run_javascript",
+        .awaits_page = true,
         .fields = kWholeCode,
         .flow = CallJavaScript,
         .help = "Runs code as a script of the top page and waits for the page that this leads to.",

@@ -176,6 +176,7 @@ constexpr FieldSpec kExpectedText[] = {
 constexpr CommandRow kExtensions[] = {
     {
         .name = "choose_item",
+        .awaits_page = true,
         .fields = kListAndText,
         .flow = ChooseItem,
         .help = "Opens a drop-down made of any elements and clicks the item with this text; in a "
@@ -183,6 +184,7 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "press_key",
+        .awaits_page = true,
         .fields = kFieldAndKey,
         .flow = PressKey,
         .help = "Gives the focus to a field, presses a key and waits for the page that this leads "

@@ -11,9 +11,9 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-// Builds itself after it is loaded; the list opens late, and Enter saves.
+// Builds itself after it is loaded; the list opens late, and Enter saves a name that was checked.
 constexpr char kBuiltPage[] = R"html(<div id=app></div><script>
-  var chosen = '';
+  var chosen = '', verified = false;
   function open_list() {
     setTimeout(function() {
       var list = document.createElement('ul');
@@ -27,14 +27,15 @@ constexpr char kBuiltPage[] = R"html(<div id=app></div><script>
     }, 200);
   }
   function save(event) {
-    if (event.key == 'Enter') {
+    if (event.key == 'Enter' && verified) {
       fetch('/save', {method: 'POST'}).then(function() {
         document.body.append('Saved ' + event.target.value + ' by ' + chosen);
       });
     }
   }
   setTimeout(function() {
-    document.getElementById('app').innerHTML = '<input name=rule onkeydown="save(event)">' +
+    document.getElementById('app').innerHTML = '<input name=rule onkeydown="save(event)" ' +
+      'oninput="setTimeout(function() { verified = true }, 300)">' +
       '<div id=protocol role=combobox tabindex=0 onclick="open_list()">Choose</div>';
   }, 300);
 </script>)html";
@@ -53,9 +54,10 @@ class ExtensionJob : public PageJob {
 };
 
 TEST_F(ExtensionJob, WorksAPageThatScriptsBuild) {
-  Start({u"nav(\"list\")"_s, u"wait_until_element(\"rule\")"_s, u"set_name(\"rule,\")"_s,
+  Start({u"nav(\"list\")"_s, u"wait_until_element(\"rule\")"_s,
          u"set_type_choices(\"TCP|UDP|Both\")"_s, u"choose_item(\"protocol,\")"_s,
-         u"press_key(\"rule,Enter\")"_s, u"expect_page_text(\"Saved Web by TCP\")"_s,
+         u"set_name(\"rule,\")"_s, u"press_key(\"rule,Enter\")"_s,
+         u"expect_page_text(\"Saved Web by TCP\")"_s,
          u"run_javascript(\"document.body.append(' for ' + [quayline.ip, quayline.endPort])\")"_s,
          u"expect_page_text(\"for 10.0.0.5,90\")"_s, u"nav_unless_there(\"list\")"_s,
          u"nav_unless_there(\"list\")"_s});
