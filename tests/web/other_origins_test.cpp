@@ -178,8 +178,10 @@ class OtherOriginsTest : public WebTest {
     popups.clear();
     server.requests.clear();
     server.replies["/page"] = Html("<!DOCTYPE html>" + markup);
-    Open("/page");
-    Settle();
+    host->Navigate2(server.Address(u"/page"_s).toString(), {});
+    EXPECT_TRUE(RunUntil([&] { return !server.requests.isEmpty(); }));
+    // A frame that nobody answers is waited for longer than it matters here.
+    RunUntil([&] { return !host->Navigation().busy; }, 1s);
     Pause();
   }
 

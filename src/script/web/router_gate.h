@@ -48,9 +48,9 @@ size_t qHash(const SiteOrigin& origin, size_t seed = 0);
 //     its time. A request that may change something is announced (ExpectChange) and then gets a
 //     connection of its own: those that are open take no further request.
 //   * A connection that was opened in advance is used like a new one, but the engine would repeat
-//     the request. So if a change was sent on a connection that had been idle and it ends without an
-//     answer, what the engine sends next is refused: over plain HTTP the same request, over TLS any
-//     connection within a moment.
+//     the request. So if a change was sent on a connection that had been idle and it ends without
+//     an answer, what the engine sends next is refused: over plain HTTP the same request, over TLS
+//     any connection within a moment.
 // Web sockets are exempt. The connection to the router is made when the first byte of a request
 // arrives: a preconnect never reaches the router.
 //
