@@ -279,6 +279,22 @@ TEST_F(CliProgram, AJobThatTakesTooLongIsStopped) {
       << qPrintable(outcome.errors);
 }
 
+TEST_F(CliProgram, ASecondAddressOfTheRouterIsOpenedWhereItIsAllowed) {
+  ScriptedServer server;
+  ScriptedServer second;
+  UsePage(second);
+  const QString allowed = u"localhost:%1"_s.arg(port_);
+  port_ = static_cast<quint16>(server.Address({}).port());
+  server.replies["/forwarding_add.html"] =
+      RedirectTo("http://" + allowed.toLatin1() + "/forwarding_add.html");
+  const Outcome refused = Run(Words());
+  EXPECT_EQ(refused.status, 3);
+  EXPECT_TRUE(refused.errors.contains(u"--allow-host "_s + allowed)) << qPrintable(refused.errors);
+  EXPECT_EQ(second.requests.size(), 0);
+  EXPECT_EQ(Run(Words({u"--allow-host"_s, allowed})).status, 0);
+  EXPECT_TRUE(second.requests.join().contains("POST /save"));
+}
+
 TEST_F(CliProgram, TwoProgramsNeverWorkOnOneRouterAtOnce) {
   ScriptedServer server;
   UsePage(server);

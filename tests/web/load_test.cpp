@@ -148,6 +148,48 @@ TEST_F(WebTest, APageOfAnotherHostFails) {
   }
 }
 
+TEST_F(WebTest, AnAddressThatTheRouterLeadsToIsAskedAboutOnceAndThenOpened) {
+  ScriptedServer other;
+  QUrl away = other.Address(u"/away"_s);
+  away.setHost(u"localhost"_s);
+  const QByteArray target = away.toEncoded();
+  other.replies["/away"] = Html("<p>away");
+  server.replies["/redirect"] = RedirectTo(target);
+  server.replies["/post"] = Html(
+      "<form method=post action=/keep><input name=a></form>"
+      "<script>document.forms[0].submit()</script>");
+  server.replies["/keep"] = {"HTTP/1.1 307 Keep\r\nContent-Length: 0\r\nLocation: " + target +
+                             "\r\n\r\n"};
+  server.replies["/frame"] = Html("<iframe src='" + target + "'></iframe>");
+  const struct {
+    const char* path;
+    bool is_allowed;
+    qsizetype failures;
+    qsizetype opened;  // by the second time at the latest
+  } cases[] = {
+      {"/redirect", false, 2, 0}, {"/redirect", true, 0, 2}, {"/frame", false, 0, 0},
+      {"/frame", true, 0, 2},     {"/post", false, 2, 0},    {"/post", true, 1, 1},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(std::string(row.path) + (row.is_allowed ? ", allowed" : ", refused"));
+    host.reset(WebPageHosts(options, translator)(questions, nullptr));
+    int failures = 0;
+    QObject::connect(host.get(), &PageHost::navigateError, host.get(), [&] { ++failures; });
+    GiveLogin({}, {});
+    questions.asked.clear();
+    questions.allows_addresses = row.is_allowed;
+    other.requests.clear();
+    for (int time = 0; time < 2; ++time) {
+      Open(row.path);
+      Settle();
+      Pause();
+    }
+    EXPECT_EQ(questions.asked, QStringList{u"address http://localhost:%1"_s.arg(away.port())});
+    EXPECT_EQ(failures, row.failures);
+    EXPECT_EQ(other.requests.join().count(" /away "), row.opened);
+  }
+}
+
 TEST_F(WebTest, ARefreshEndsAndSendsNoFormAgain) {
   host->Refresh2();
   Settle();

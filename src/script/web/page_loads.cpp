@@ -72,11 +72,12 @@ std::optional<Message> CauseOf(int net_error) {
 }  // namespace
 
 PageLoads::PageLoads(WebProfile& profile, std::function<WebPage*()> make_page, AskLogin ask_login,
-                     QObject* parent)
+                     AskAddress ask_address, QObject* parent)
     : QObject(parent),
       profile_(profile),
       make_page_(std::move(make_page)),
-      ask_login_(std::move(ask_login)) {
+      ask_login_(std::move(ask_login)),
+      ask_address_(std::move(ask_address)) {
   connect(&watch_, &NavigationWatch::changed, this, &PageLoads::changed);
   connect(&watch_, &NavigationWatch::neverStarted, this, [this] {
     is_ours_asked_ = false;
@@ -88,6 +89,7 @@ PageLoads::PageLoads(WebProfile& profile, std::function<WebPage*()> make_page, A
   connect(gate, &RouterGate::exchangeStarted, this, count);
   connect(gate, &RouterGate::exchangeEnded, this, count);
   connect(&retry_, &LoadRetry::again, this, &PageLoads::Request);
+  connect(&profile_.Guard(), &RequestGuard::blocked, this, &PageLoads::OnBlocked);
   request_.setSingleShot(true);
   connect(&request_, &QTimer::timeout, this, [this] { page_->load(load_.url); });
 }
@@ -359,7 +361,10 @@ void PageLoads::OnFailed(const QWebEngineLoadingInfo& info) {
     if (const auto cause = CauseOf(net_error)) {
       Q_EMIT told(profile_.Text(*cause).arg(info.url().host()), StatusKind::kNotable);
     }
-    Fail(info.url(), load_.is_too_large ? page_status::kTooLarge : StatusOfNetError(net_error));
+    const int status = load_.is_too_large ? page_status::kTooLarge : StatusOfNetError(net_error);
+    if (!AskForAddress(info.url(), status)) {
+      Fail(info.url(), status);
+    }
     return;
   }
   const int status = info.errorCode();
@@ -415,6 +420,51 @@ bool PageLoads::AskForLogin(const QUrl& url) {
   };
   ask_login_(url.host(), answer);
   return true;
+}
+
+bool PageLoads::AskForAddress(const QUrl& url, int status) {
+  if (!profile_.ShallAskFor(url)) {
+    return false;
+  }
+  watch_.LoadPostponed();
+  is_asking_ = true;
+  ask_address_(url,
+               [this, self = QPointer(this), url, status, generation = generation_](bool allowed) {
+                 if (self == nullptr) {
+                   return;
+                 }
+                 if (allowed) {
+                   profile_.Allow(url);
+                 }
+                 if (generation != generation_) {
+                   return;
+                 }
+                 is_asking_ = false;
+                 // Only the engine knows what a POST was to send.
+                 if (allowed && profile_.Guard().Requests().TopMethod(url) == "GET") {
+                   Request(url);
+                 } else {
+                   Fail(url, status);
+                 }
+               });
+  return true;
+}
+
+void PageLoads::OnBlocked(const QUrl& url, bool is_navigation_by_router) {
+  const bool is_frame =
+      profile_.Guard().Requests().KindOf(url) == QWebEngineUrlRequestInfo::ResourceTypeSubFrame;
+  if (!is_navigation_by_router || !is_frame || !watch_.IsLoading() || !profile_.ShallAskFor(url)) {
+    return;
+  }
+  ask_address_(url, [this, self = QPointer(this), url, generation = generation_](bool allowed) {
+    if (self == nullptr || !allowed) {
+      return;
+    }
+    profile_.Allow(url);
+    if (generation == generation_ && watch_.IsLoading()) {
+      load_.resources_failed.insert(url);
+    }
+  });
 }
 
 void PageLoads::OnLoginPostponed(const QUrl& url) {

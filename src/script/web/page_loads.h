@@ -36,8 +36,12 @@ class PageLoads final : public QObject {
   using AskLogin = std::function<void(
       const QString& address, const std::function<void(std::optional<TypedLogin>)>& answer)>;
 
+  // Asks the user whether pages may go to the origin of `url`, which the router led to.
+  using AskAddress =
+      std::function<void(const QUrl& url, const std::function<void(bool allowed)>& answer)>;
+
   PageLoads(WebProfile& profile, std::function<WebPage*()> make_page, AskLogin ask_login,
-            QObject* parent);
+            AskAddress ask_address, QObject* parent);
 
   void Follow(WebPage* page);
 
@@ -120,6 +124,10 @@ class PageLoads final : public QObject {
   void FailUnlessLoginPage(const QUrl& url, int status);
   // False when there is no login to ask for, or nobody to ask.
   bool AskForLogin(const QUrl& url);
+  // A page was blocked because it is not of the router. False when that stands.
+  bool AskForAddress(const QUrl& url, int status);
+  // The same for a frame, whose page is loaded once more if the answer comes in time.
+  void OnBlocked(const QUrl& url, bool is_navigation_by_router);
   void Finish();
   void Fail(const QUrl& url, int status);
   void OnFrameErrorPage(const QUrl& url);
@@ -128,12 +136,13 @@ class PageLoads final : public QObject {
   WebProfile& profile_;
   std::function<WebPage*()> make_page_;
   AskLogin ask_login_;
+  AskAddress ask_address_;
   QPointer<WebPage> page_;
   NavigationWatch watch_;
   LoadRetry retry_;
   QTimer request_;
   Load load_;
-  bool is_asking_ = false;      // the user is asked for the login
+  bool is_asking_ = false;      // the user is asked for something
   bool is_ours_asked_ = false;  // the next start is that of our own request
   quint64 generation_ = 0;      // of loads, so that an answer about an earlier one is known
   QString frame_error_;         // the name of the error that the next error page of a frame shows

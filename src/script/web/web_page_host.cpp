@@ -55,7 +55,8 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
       view_(new QWebEngineView),
       loads_(
           *profile_, [this] { return new WebPage(*profile_, questions_, nullptr); },
-          [this](const auto&... question) { AskForLogin(question...); }, nullptr),
+          [this](const auto&... question) { AskForLogin(question...); },
+          [this](const auto&... question) { AskForAddress(question...); }, nullptr),
       // A page whose dialog the user has before him says nothing.
       watchdog_(
           [this] { return !page_->IsAsking() && (loads_.State().busy || calls_.HasOpenCalls()); },
@@ -411,6 +412,21 @@ Task<> WebPageHost::WaitForReport(std::function<void(IdleReport)> report) {
       [done = flushed.Callback()](const QVariant&) { done(true); });
   co_await flushed;
   report(*got);
+}
+
+void WebPageHost::AskForAddress(const QUrl& url, const std::function<void(bool)>& answer) {
+  QUrl target;
+  const SiteOrigin origin = SiteOrigin::Of(url);
+  target.setScheme(origin.scheme);
+  target.setHost(origin.host);
+  target.setPort(origin.port);
+  questions_.AskOtherAddress(
+      {.target = target.toString(), .router = profile_->RouterAddress().toString()},
+      [answer, alive = alive_](bool allowed) {
+        if (*alive) {
+          answer(allowed);
+        }
+      });
 }
 
 void WebPageHost::AskForLogin(const QString& address,

@@ -65,6 +65,7 @@ class WebPageHost final : public PageHost {
   // The engine starts a process that has ended again without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
+  void AskForAddress(const QUrl& url, const std::function<void(bool allowed)>& answer);
   void AskForLogin(const QString& address,
                    const std::function<void(std::optional<TypedLogin>)>& answer);
   void OnDownloadRefused(const QString& file_name);

@@ -119,6 +119,7 @@ void WebProfile::SetLogin(const PageLogin& login) {
     login_ = login;
     tries_.Reset();
     guard_.SetRouter(Router());
+    asked_.clear();
     RouterGate::Instance().Admit(this, guard_.Allowed());
   }
 }
@@ -128,13 +129,25 @@ void WebProfile::Allow(const QUrl& url) {
   RouterGate::Instance().Admit(this, guard_.Allowed());
 }
 
-SiteOrigin WebProfile::Router() const {
+bool WebProfile::ShallAskFor(const QUrl& url) {
+  const SiteOrigin origin = SiteOrigin::Of(url);
+  const bool is_blocked = !guard_.Allowed().isEmpty() && !guard_.Allowed().contains(origin);
+  if (!is_blocked || origin.port == 0 || asked_.contains(origin)) {
+    return false;
+  }
+  asked_.insert(origin);
+  return true;
+}
+
+QUrl WebProfile::RouterAddress() const {
   QUrl url;
   url.setScheme(login_.scheme);
   url.setHost(login_.host);
   url.setPort(login_.port);
-  return SiteOrigin::Of(url);
+  return url;
 }
+
+SiteOrigin WebProfile::Router() const { return SiteOrigin::Of(RouterAddress()); }
 
 void WebProfile::SetTypedLogin(const TypedLogin& typed) {
   login_.username = typed.username;

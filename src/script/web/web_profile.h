@@ -58,6 +58,10 @@ class WebProfile final : public QObject {
   // Lets pages ask another origin than the router's, until the router changes. The login is not
   // given to it.
   void Allow(const QUrl& url);
+  // True once for each origin that pages may not ask.
+  bool ShallAskFor(const QUrl& url);
+  // The router's own scheme, host and port, as an address.
+  QUrl RouterAddress() const;
   LoginTries& Logins() { return tries_; }
   // Whether an address has the router's own scheme, host and port.
   bool IsRouter(const QUrl& url) const;
@@ -94,7 +98,8 @@ class WebProfile final : public QObject {
   const JobOptions& options_;
   const Translator& translator_;
   TrustedCertificates* certificates_;
-  RequestGuard guard_;  // outlives the engine that asks it
+  QSet<SiteOrigin> asked_;  // the user was asked for these
+  RequestGuard guard_;      // outlives the engine that asks it
   QWebEngineProfile engine_;
   QString beacon_;
   PageLogin login_;
