@@ -80,7 +80,7 @@ echo "The demo router ($model) answers at http://127.0.0.1:$port/ (login $login,
 
 data=$folder/quayline
 mkdir "$data"
-cp -r build/release/share/quayline/. "$data/"
+cp -r build/release/share/quayline-data/. "$data/"
 
 compare() {
   "$bin/quayline-demo-router" --compare "$list" --port "$port"

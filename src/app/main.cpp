@@ -13,6 +13,7 @@
 #include "app/single_instance.h"
 #include "core/app_context.h"
 #include "core/program_folder.h"
+#include "core/shipped_databases.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
 #include "platform/linux/private_memory.h"
@@ -92,7 +93,7 @@ bool AsksForText(int argc, char** argv) {
 std::expected<QString, QString> ChooseFolder(const QString& wanted) {
   if (wanted.isEmpty()) {
     const QString executable_folder = QCoreApplication::applicationDirPath();
-    return FindProgramFolder(executable_folder, SeedFolder(executable_folder));
+    return FindProgramFolder(executable_folder, ShippedFolder(executable_folder));
   }
   if (!QDir(wanted).exists()) {
     return std::unexpected(QStringLiteral("There is no folder \"%1\".").arg(wanted));

@@ -16,35 +16,11 @@ namespace {
 const QStringList kScripts = {QStringLiteral("routercommands"), QStringLiteral("routerportpage")};
 const QStringList kRouterName = {QStringLiteral("routername")};
 
-// The fields of each table are in the order of the members of its record.
-const TableShape kRouters = {
-    QStringLiteral("routers.mdb"),
-    QStringLiteral("routers"),
-    {QStringLiteral("routername"), QStringLiteral("routerusername"),
-     QStringLiteral("routerpassword"), QStringLiteral("routersupportsboth"),
-     QStringLiteral("routerneedscomputername"), QStringLiteral("routermaxentries"),
-     QStringLiteral("routermaxrange"), QStringLiteral("routerminport"),
-     QStringLiteral("routermaxport"), QStringLiteral("routerpic"), QStringLiteral("routercommands"),
-     QStringLiteral("routerportpage")}};
-const TableShape kPorts = {
-    QStringLiteral("ports.mdb"),
-    QStringLiteral("ports"),
-    {QStringLiteral("appname"), QStringLiteral("nameforrouter"), QStringLiteral("tcpportsonly"),
-     QStringLiteral("udpportsonly"), QStringLiteral("tcpudpports")}};
-const TableShape kCustom = {QStringLiteral("custom.mdb"),
-                            QStringLiteral("custom"),
-                            {QStringLiteral("appname"), QStringLiteral("portype"),
-                             QStringLiteral("startport"), QStringLiteral("endport")}};
-
-QStringList TextsOf(const CustomPortRecord& record) {
-  return {record.appname, record.portype, record.startport, record.endport};
-}
-
-QList<AppPortRecord> ReadAppPorts(const TableFile& ports, std::optional<int> after_id, int limit) {
-  QList<AppPortRecord> records;
-  ports.Read(kPorts.fields, after_id, limit, [&](int id, const QStringList& texts) {
-    records.append({id, texts[0], texts[1], texts[2], texts[3], texts[4]});
-  });
+template <typename Record>
+QList<Record> ReadRecords(const TableFile& file, std::optional<int> after_id = {}, int limit = -1) {
+  QList<Record> records;
+  file.Read(ColumnNames<Record>(), after_id, limit,
+            [&](int id, const QStringList& texts) { records.append(RecordOf<Record>(id, texts)); });
   return records;
 }
 
@@ -80,10 +56,10 @@ std::expected<void, DatabaseError> Databases::Open(const QString& folder) {
   Close();
   notices_.clear();
   auto store = std::make_unique<Store>();
-  for (const auto& [shape, file] : {std::pair(&kRouters, &store->routers),
-                                    {&kPorts, &store->ports},
-                                    {&kCustom, &store->custom}}) {
-    auto opened = OpenOrGoodCopy(folder, *shape, notices_);
+  for (const auto& [shape, file] : {std::pair(ShapeOf<RouterRecord>(), &store->routers),
+                                    {ShapeOf<AppPortRecord>(), &store->ports},
+                                    {ShapeOf<CustomPortRecord>(), &store->custom}}) {
+    auto opened = OpenOrGoodCopy(folder, shape, notices_);
     if (!opened) {
       return std::unexpected(opened.error());
     }
@@ -121,10 +97,10 @@ QList<RouterName> Databases::RouterNames(int after_id, int limit) const {
 std::optional<RouterRecord> Databases::FindRouter(int id) const {
   std::optional<RouterRecord> found;
   if (store_) {
-    store_->routers->ReadOne(kRouters.fields, id, [&](int row_id, const QStringList& texts) {
-      found = {row_id,   texts[0], texts[1], texts[2], texts[3],  texts[4], texts[5],
-               texts[6], texts[7], texts[8], texts[9], texts[10], texts[11]};
-    });
+    store_->routers->ReadOne(ColumnNames<RouterRecord>(), id,
+                             [&](int row_id, const QStringList& texts) {
+                               found = RecordOf<RouterRecord>(row_id, texts);
+                             });
   }
   return found;
 }
@@ -137,26 +113,20 @@ bool Databases::UpdateRouterScripts(int id, const QString& routercommands,
 int Databases::AppPortCount() const { return store_ ? store_->ports->Count() : 0; }
 
 QList<AppPortRecord> Databases::AppPorts() const {
-  return store_ ? ReadAppPorts(*store_->ports, {}, -1) : QList<AppPortRecord>();
+  return store_ ? ReadRecords<AppPortRecord>(*store_->ports) : QList<AppPortRecord>();
 }
 
 QList<AppPortRecord> Databases::AppPorts(int after_id, int limit) const {
-  return store_ && limit > 0 ? ReadAppPorts(*store_->ports, after_id, limit)
+  return store_ && limit > 0 ? ReadRecords<AppPortRecord>(*store_->ports, after_id, limit)
                              : QList<AppPortRecord>();
 }
 
 QList<CustomPortRecord> Databases::CustomPorts() const {
-  QList<CustomPortRecord> records;
-  if (store_) {
-    store_->custom->Read(kCustom.fields, {}, -1, [&](int id, const QStringList& texts) {
-      records.append({id, texts[0], texts[1], texts[2], texts[3]});
-    });
-  }
-  return records;
+  return store_ ? ReadRecords<CustomPortRecord>(*store_->custom) : QList<CustomPortRecord>();
 }
 
 bool Databases::AddCustomPort(const CustomPortRecord& record) {
-  return store_ && store_->custom->Insert(kCustom.fields, TextsOf(record));
+  return store_ && store_->custom->Insert(ColumnNames<CustomPortRecord>(), TextsOf(record));
 }
 
 bool Databases::RememberCustomPort(const CustomPortRecord& record) {
@@ -166,7 +136,8 @@ bool Databases::RememberCustomPort(const CustomPortRecord& record) {
   });
   return same_name == known.end()
              ? AddCustomPort(record)
-             : store_->custom->Update(same_name->id, kCustom.fields, TextsOf(record));
+             : store_->custom->Update(same_name->id, ColumnNames<CustomPortRecord>(),
+                                      TextsOf(record));
 }
 
 }  // namespace quayline

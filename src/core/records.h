@@ -5,7 +5,33 @@
 #include <QString>
 #include <QStringList>
 
+#include <span>
+
 namespace quayline {
+
+enum class ColumnKind { kText, kScript, kPortList };
+
+// A text column of a table, and the member of the record that holds it.
+template <typename Record>
+struct Column {
+  const char* name;
+  QString Record::* member;
+  const char* heading = nullptr;  // of the column where the table is written as text
+  ColumnKind kind = ColumnKind::kText;
+};
+
+// How a kind of record is stored: one file with one table, whose key is the whole number "ID".
+// Everything that reads, writes, prints or checks records goes by this.
+template <typename Record>
+struct RecordTable {
+  const char* file_name;
+  const char* name;
+  std::span<const Column<Record>> columns;
+};
+
+// Specialised below for each kind of record.
+template <typename Record>
+inline constexpr RecordTable<Record> kTableOf;
 
 // A row of table `routers` in "routers.mdb". Every field but the key is text and kept as stored; a
 // missing field reads as empty.
@@ -27,6 +53,28 @@ struct RouterRecord {
   bool operator==(const RouterRecord&) const = default;
 };
 
+inline constexpr Column<RouterRecord> kRouterColumns[] = {
+    {"routername", &RouterRecord::routername},
+    {"routerusername", &RouterRecord::routerusername},
+    {"routerpassword", &RouterRecord::routerpassword},
+    {"routersupportsboth", &RouterRecord::routersupportsboth},
+    {"routerneedscomputername", &RouterRecord::routerneedscomputername},
+    {"routermaxentries", &RouterRecord::routermaxentries},
+    {"routermaxrange", &RouterRecord::routermaxrange},
+    {"routerminport", &RouterRecord::routerminport},
+    {"routermaxport", &RouterRecord::routermaxport},
+    {"routerpic", &RouterRecord::routerpic},
+    {.name = "routercommands",
+     .member = &RouterRecord::routercommands,
+     .kind = ColumnKind::kScript},
+    {.name = "routerportpage",
+     .member = &RouterRecord::routerportpage,
+     .kind = ColumnKind::kScript},
+};
+template <>
+inline constexpr RecordTable<RouterRecord> kTableOf<RouterRecord> = {"routers.mdb", "routers",
+                                                                     kRouterColumns};
+
 // A row of table `ports` in "ports.mdb": the ports that a known program needs. The three port lists
 // hold elements "start-end" separated by "|".
 struct AppPortRecord {
@@ -40,6 +88,17 @@ struct AppPortRecord {
   bool operator==(const AppPortRecord&) const = default;
 };
 
+inline constexpr Column<AppPortRecord> kAppPortColumns[] = {
+    {"appname", &AppPortRecord::appname, "program"},
+    {"nameforrouter", &AppPortRecord::nameforrouter, "short name"},
+    {"tcpportsonly", &AppPortRecord::tcpportsonly, "TCP", ColumnKind::kPortList},
+    {"udpportsonly", &AppPortRecord::udpportsonly, "UDP", ColumnKind::kPortList},
+    {"tcpudpports", &AppPortRecord::tcpudpports, "both", ColumnKind::kPortList},
+};
+template <>
+inline constexpr RecordTable<AppPortRecord> kTableOf<AppPortRecord> = {"ports.mdb", "ports",
+                                                                       kAppPortColumns};
+
 // A row of table `custom` in "custom.mdb": a program that the user entered.
 struct CustomPortRecord {
   int id = 0;  // assigned by the store
@@ -50,6 +109,48 @@ struct CustomPortRecord {
 
   bool operator==(const CustomPortRecord&) const = default;
 };
+
+inline constexpr Column<CustomPortRecord> kCustomPortColumns[] = {
+    {"appname", &CustomPortRecord::appname, "name"},
+    {"portype", &CustomPortRecord::portype, "protocol"},
+    {"startport", &CustomPortRecord::startport, "start"},
+    {"endport", &CustomPortRecord::endport, "end"},
+};
+template <>
+inline constexpr RecordTable<CustomPortRecord> kTableOf<CustomPortRecord> = {"custom.mdb", "custom",
+                                                                             kCustomPortColumns};
+
+// The names of the columns of a kind of record.
+template <typename Record>
+QStringList ColumnNames() {
+  QStringList names;
+  for (const Column<Record>& column : kTableOf<Record>.columns) {
+    names.append(QLatin1String(column.name));
+  }
+  return names;
+}
+
+// The texts of a record in the order of its columns, none of them null (a null would be stored as
+// such), and the record of such texts.
+template <typename Record>
+QStringList TextsOf(const Record& record) {
+  QStringList texts;
+  for (const Column<Record>& column : kTableOf<Record>.columns) {
+    const QString& text = record.*(column.member);
+    texts.append(text.isNull() ? QStringLiteral("") : text);
+  }
+  return texts;
+}
+template <typename Record>
+Record RecordOf(int id, const QStringList& texts) {
+  Record record;
+  record.id = id;
+  qsizetype next = 0;
+  for (const Column<Record>& column : kTableOf<Record>.columns) {
+    record.*(column.member) = texts.at(next++);
+  }
+  return record;
+}
 
 // The lines of a script field: split at CR LF (a lone LF is taken as well), lines that are blank
 // dropped, the others as they are.

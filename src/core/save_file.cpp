@@ -60,7 +60,8 @@ QString WithoutLinks(const QString& path) {
 // "settings.ini.backup".
 bool IsUnfinishedWrite(const QString& name) {
   static const QRegularExpression own(
-      QStringLiteral("^((?:settings|certificates)\\.ini|list\\.qyl|[a-z]+\\.mdb\\.good)\\.([A-Za-z]"
+      QStringLiteral("^((?:settings|certificates)\\.ini|list\\.qyl|[a-z]+\\.mdb\\.(?:good|"
+                     "shipped))\\.([A-Za-z]"
                      "{6}(\\.unfinished)?)$"));
   const QRegularExpressionMatch match = own.match(name);
   const QString suffix = match.captured(2);

@@ -3,9 +3,7 @@
 
 #include "core/table_file.h"
 
-#include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSqlError>
@@ -13,9 +11,9 @@
 
 #include <chrono>
 
+#include "core/copied_file.h"
 #include "core/file_lock.h"
 #include "core/jet_file.h"
-#include "core/save_file.h"
 
 namespace quayline {
 
@@ -49,14 +47,6 @@ SqlAccess AccessTo(const QString& path) {
                                                                           : SqlAccess::kReadOnly;
 }
 
-// A copy has the time of its original.
-bool IsSameState(const QString& path, const QString& copy) {
-  const QFileInfo file(path);
-  const QFileInfo other(copy);
-  return other.isFile() && file.size() == other.size() &&
-         file.lastModified() == other.lastModified();
-}
-
 std::optional<DatabaseError> CheckFile(const QString& path, const QString& table) {
   const QFileInfo file(path);
   const QString name = QDir::toNativeSeparators(path);
@@ -74,18 +64,6 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
                          QStringLiteral("The file \"%1\" %2.").arg(name, converted.error())};
   }
   return std::nullopt;
-}
-
-void CopyWithTime(const QString& path, const QString& copy) {
-  QFile original(path);
-  if (!original.open(QIODevice::ReadOnly) || !SaveFile(copy, original.readAll())) {
-    return;
-  }
-  QFile saved(copy);
-  if (saved.open(QIODevice::ReadWrite)) {
-    saved.setFileTime(original.fileTime(QFileDevice::FileModificationTime),
-                      QFileDevice::FileModificationTime);
-  }
 }
 
 DatabaseError Failure(const QSqlError& error, const QString& path) {
@@ -203,7 +181,7 @@ std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
     return DatabaseError{
         kCorrupt, QStringLiteral("The end of the file \"%1\" is missing.").arg(NativePath(path_))};
   }
-  if (IsSameState(path_, GoodCopyOf(path_))) {
+  if (IsCopyOf(GoodCopyOf(path_), path_)) {
     return std::nullopt;
   }
   if (!query.exec(QStringLiteral("PRAGMA quick_check(1)")) || !query.next()) {
@@ -218,7 +196,7 @@ std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
 
 void TableFile::KeepGoodCopy() const {
   const QString copy = GoodCopyOf(path_);
-  if (path_.endsWith(GoodCopyOf({})) || IsSameState(path_, copy)) {
+  if (path_.endsWith(GoodCopyOf({})) || IsCopyOf(copy, path_)) {
     return;
   }
   const FileLock lock(QFileInfo(path_).absolutePath(), std::chrono::milliseconds(500));
@@ -306,6 +284,58 @@ bool TableFile::Insert(const QStringList& fields, const QStringList& texts) {
     query.addBindValue(Stored(text));
   }
   return Execute(query) && query.numRowsAffected() == 1;
+}
+
+TableData TableFile::ReadAll() const {
+  TableData data{.name = shape_.table, .columns = columns_, .rows = {}};
+  Read(columns_, {}, -1, [&](int, const QStringList& texts) { data.rows.append(texts); });
+  return data;
+}
+
+bool TableFile::Rewrite(const std::function<TableData(const TableData&)>& change) {
+  QSqlQuery query(connection_.Handle());
+  // Takes the right to write before anything is read.
+  if (!query.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
+    return false;
+  }
+  if (ReplaceRows(change(ReadAll())) && query.exec(QStringLiteral("COMMIT"))) {
+    return true;
+  }
+  query.exec(QStringLiteral("ROLLBACK"));
+  return false;
+}
+
+bool TableFile::ReplaceRows(const TableData& rows) {
+  QSqlQuery query(connection_.Handle());
+  QStringList columns;
+  for (const QString& column : rows.columns) {
+    if (!columns_.contains(column.toLower())) {
+      query.prepare(
+          QStringLiteral("ALTER TABLE [%1] ADD COLUMN %2 TEXT").arg(shape_.table, Quoted(column)));
+      if (!Execute(query)) {
+        return false;
+      }
+      columns_.append(column.toLower());
+    }
+    columns.append(Quoted(column));
+  }
+  query.prepare(QStringLiteral("DELETE FROM [%1] WHERE %2").arg(shape_.table, is_seen_));
+  if (!Execute(query)) {
+    return false;
+  }
+  const QStringList marks(columns.size(), QStringLiteral("?"));
+  query.prepare(
+      QStringLiteral("INSERT INTO [%1] (%2) VALUES (%3)")
+          .arg(shape_.table, columns.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
+  for (const QStringList& row : rows.rows) {
+    for (const QString& text : row) {
+      query.addBindValue(Stored(text));
+    }
+    if (!Execute(query)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 QString TableFile::SelectClause(const QStringList& fields) const {

@@ -12,15 +12,20 @@
 
 #include "core/databases.h"
 #include "core/sql_connection.h"
+#include "core/table_data.h"
 
 namespace quayline {
 
-// Which table a file holds, and its text fields.
+// Which table a file holds.
 struct TableShape {
   QString file_name;
   QString table;
-  QStringList fields;  // without the key "ID"
 };
+
+template <typename Record>
+TableShape ShapeOf() {
+  return {QLatin1String(kTableOf<Record>.file_name), QLatin1String(kTableOf<Record>.name)};
+}
 
 // The table of one database file, open as long as the object lives. Rows whose ID is not a whole
 // number of 32 bits are not seen. A row is given as its ID and the texts of the requested fields,
@@ -36,6 +41,8 @@ class TableFile final {
   static Opened Open(const QString& folder, const TableShape& shape);
   // The copy that KeepGoodCopy() has made, to be read only.
   static Opened OpenGoodCopy(const QString& folder, const TableShape& shape);
+  // A file under another name, for example of the shipped databases.
+  static Opened OpenFile(const QString& path, const TableShape& shape, SqlAccess access);
   // Copies the file, which is known to be good, unless the copy is of the same state already.
   void KeepGoodCopy() const;
 
@@ -50,10 +57,15 @@ class TableFile final {
   // Under the ID above the highest.
   bool Insert(const QStringList& fields, const QStringList& texts);
 
+  // All rows that are seen, with all columns of the file.
+  TableData ReadAll() const;
+  // Replaces the rows that are seen by what `change` makes of them, all or none; columns that are
+  // new are added to the file. Nobody else writes meanwhile. False when nothing was changed.
+  bool Rewrite(const std::function<TableData(const TableData&)>& change);
+
  private:
   TableFile(const QString& path, const TableShape& shape, SqlAccess access);
 
-  static Opened OpenFile(const QString& path, const TableShape& shape, SqlAccess access);
   std::optional<DatabaseError> Verify();
   std::optional<DatabaseError> CheckSchema(QSqlQuery& query) const;
   std::optional<DatabaseError> CheckPages(QSqlQuery& query) const;
@@ -61,6 +73,7 @@ class TableFile final {
   QString SelectClause(const QStringList& fields) const;
   void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;
   bool Execute(QSqlQuery& query) const;
+  bool ReplaceRows(const TableData& rows);
 
   TableShape shape_;
   QString path_;

@@ -90,8 +90,8 @@ class RouterCheck final {
     if (!Has("id")) {
       Report("id", QStringLiteral("The router has no field id."));
     }
-    for (const RouterField& field : RouterFields()) {
-      if (!Has(field.name)) {
+    for (const Column<RouterRecord>& field : kRouterColumns) {
+      if (field.kind == ColumnKind::kText && !Has(field.name)) {
         Report(field.name,
                QStringLiteral("The router has no field %1.").arg(QLatin1String(field.name)));
       }
@@ -146,7 +146,10 @@ class RouterCheck final {
   }
 
   void CheckScripts() {
-    for (const RouterScript& script : RouterScripts()) {
+    for (const Column<RouterRecord>& script : kRouterColumns) {
+      if (script.kind != ColumnKind::kScript) {
+        continue;
+      }
       const QString name = QLatin1String(script.name);
       if (!Has(script.name)) {
         Report(script.name, QStringLiteral("The router has no script [%1].").arg(name));

@@ -11,7 +11,9 @@ namespace {
 
 constexpr char kUsage[] = R"(quayline-dbtool: the databases of routers and programs
 
-  build DATA OUT   make OUT/routers.mdb, ports.mdb and custom.mdb out of the folder DATA
+  build DATA OUT [--replace-custom]
+                   make OUT/routers.mdb, ports.mdb and custom.mdb out of the folder DATA; a custom.mdb
+                   with programs of a user is replaced only if told so
   check DATA       say what is wrong with the folder DATA
   dump FILE        print a database as the text that it can be built from
 )";
@@ -36,12 +38,13 @@ CheckedData ReadChecked(const QString& folder, const ScriptLint& lint) {
   return checked;
 }
 
-Result Build(const QString& folder, const QString& out, const ScriptLint& lint) {
+Result Build(const QString& folder, const QString& out, OwnPrograms own_programs,
+             const ScriptLint& lint) {
   const CheckedData checked = ReadChecked(folder, lint);
   if (!checked.is_sound) {
     return {.exit_code = kExitFailed, .output = {}, .error = checked.problems};
   }
-  const auto written = WriteDatabases(checked.data, out);
+  const auto written = WriteDatabases(checked.data, out, own_programs);
   return written ? Result{.exit_code = kExitFine, .output = checked.problems, .error = {}}
                  : Failed(written.error());
 }
@@ -68,8 +71,11 @@ Result Dump(const QString& file) {
 
 Result RunCommand(const QStringList& arguments, const ScriptLint& lint) {
   const QString command = arguments.value(0);
-  if (command == QLatin1String("build") && arguments.size() == 3) {
-    return Build(arguments.at(1), arguments.at(2), lint);
+  const bool replaces_custom =
+      arguments.size() == 4 && arguments.at(3) == QLatin1String("--replace-custom");
+  if (command == QLatin1String("build") && (arguments.size() == 3 || replaces_custom)) {
+    return Build(arguments.at(1), arguments.at(2),
+                 replaces_custom ? OwnPrograms::kReplace : OwnPrograms::kKeep, lint);
   }
   if (command == QLatin1String("check") && arguments.size() == 2) {
     return Check(arguments.at(1), lint);

@@ -14,120 +14,31 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <optional>
 #include <utility>
+
+#include "core/sql_connection.h"
+#include "core/table_data.h"
 
 namespace quayline::dbtool {
 
 namespace {
 
-constexpr char kConnection[] = "quayline-dbtool";
-
-// An SQLite file that is open while this lives.
-class OpenDatabase final {
- public:
-  explicit OpenDatabase(const QString& file, const char* options = "")
-      : database_(
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QLatin1String(kConnection))) {
-    database_.setDatabaseName(file);
-    database_.setConnectOptions(QLatin1String(options));
-    is_open_ = database_.open();
-  }
-  ~OpenDatabase() {
-    database_ = QSqlDatabase();
-    QSqlDatabase::removeDatabase(QLatin1String(kConnection));
-  }
-  OpenDatabase(const OpenDatabase&) = delete;
-  OpenDatabase& operator=(const OpenDatabase&) = delete;
-
-  bool IsOpen() const { return is_open_; }
-  QSqlDatabase& Get() { return database_; }
-
- private:
-  QSqlDatabase database_;
-  bool is_open_ = false;
-};
-
-template <typename Record>
-using TextFields = QList<std::pair<QString, QString Record::*>>;
-
-// How a kind of record lies in its table.
-template <typename Record>
-struct Table {
-  QString name;
-  TextFields<Record> fields;
-};
-
-Table<RouterRecord> RoutersTable() {
-  Table<RouterRecord> table{.name = QStringLiteral("routers"), .fields = {}};
-  for (const RouterField& field : RouterFields()) {
-    table.fields.emplaceBack(QLatin1String(field.name), field.member);
-  }
-  for (const RouterScript& script : RouterScripts()) {
-    table.fields.emplaceBack(QLatin1String(script.name), script.member);
-  }
-  return table;
-}
-
-Table<AppPortRecord> PortsTable() {
-  return {.name = QStringLiteral("ports"),
-          .fields = {{QStringLiteral("appname"), &AppPortRecord::appname},
-                     {QStringLiteral("nameforrouter"), &AppPortRecord::nameforrouter},
-                     {QStringLiteral("tcpportsonly"), &AppPortRecord::tcpportsonly},
-                     {QStringLiteral("udpportsonly"), &AppPortRecord::udpportsonly},
-                     {QStringLiteral("tcpudpports"), &AppPortRecord::tcpudpports}}};
-}
-
-Table<CustomPortRecord> CustomTable() {
-  return {.name = QStringLiteral("custom"),
-          .fields = {{QStringLiteral("appname"), &CustomPortRecord::appname},
-                     {QStringLiteral("portype"), &CustomPortRecord::portype},
-                     {QStringLiteral("startport"), &CustomPortRecord::startport},
-                     {QStringLiteral("endport"), &CustomPortRecord::endport}}};
-}
-
-template <typename Record>
-QString CreateStatement(const Table<Record>& table) {
-  QString columns = QStringLiteral("ID INTEGER PRIMARY KEY");
-  for (const auto& [name, member] : table.fields) {
-    columns += QStringLiteral(", %1 TEXT").arg(name);
-  }
-  return QStringLiteral("CREATE TABLE %1 (%2)").arg(table.name, columns);
-}
-
-template <typename Source, typename Record>
-bool Insert(QSqlQuery& query, const Table<Record>& table, const QList<Source>& sources) {
-  query.prepare(QStringLiteral("INSERT INTO %1 VALUES (?%2)")
-                    .arg(table.name, QStringLiteral(", ?").repeated(table.fields.size())));
-  for (const Source& source : sources) {
-    query.addBindValue(source.record.id);
-    for (const auto& [name, member] : table.fields) {
-      const QString& text = source.record.*member;
-      query.addBindValue(text.isNull() ? QStringLiteral("") : text);
-    }
-    if (!query.exec()) {
-      return false;
-    }
-  }
-  return true;
-}
-
-// The bytes of a database with the one table, made in the file `scratch`. They do not depend on how
-// the files of the routers are called: rows are written in the order of their IDs.
-template <typename Source, typename Record>
-std::expected<QByteArray, QString> DatabaseBytes(const Table<Record>& table, QList<Source> sources,
-                                                 const QString& scratch) {
+// The bytes of a database with the one table, written to the file `scratch`. They do not depend on
+// how the files of the routers are called: rows are in the order of their IDs.
+template <typename Source>
+std::expected<QByteArray, QString> DatabaseBytes(QList<Source> sources, const QString& scratch) {
+  using Record = decltype(Source::record);
   std::ranges::sort(sources, {}, [](const Source& source) { return source.record.id; });
-  {
-    OpenDatabase database(scratch);
-    QSqlQuery query(database.Get());
-    const bool is_made = database.IsOpen() && database.Get().transaction() &&
-                         query.exec(CreateStatement(table)) && Insert(query, table, sources);
-    const QSqlError error = query.lastError();
-    query.finish();
-    if (!is_made || !database.Get().commit()) {
-      return std::unexpected(
-          QStringLiteral("The table %1 cannot be made: %2.").arg(table.name, error.text()));
-    }
+  TableData table{.name = QLatin1String(kTableOf<Record>.name),
+                  .columns = QStringList{QStringLiteral("ID")} + ColumnNames<Record>(),
+                  .rows = {}};
+  for (const Source& source : sources) {
+    table.rows.append(QStringList{QString::number(source.record.id)} + TextsOf(source.record));
+  }
+  if (const auto written = WriteTables({table}, scratch); !written) {
+    return std::unexpected(
+        QStringLiteral("The table %1 cannot be made: %2.").arg(table.name, written.error()));
   }
   QFile file(scratch);
   if (!file.open(QIODevice::ReadOnly)) {
@@ -138,21 +49,21 @@ std::expected<QByteArray, QString> DatabaseBytes(const Table<Record>& table, QLi
 }
 
 template <typename Record>
-std::expected<QList<Record>, QString> ReadRecords(QSqlDatabase& database,
-                                                  const Table<Record>& table) {
+std::expected<QList<Record>, QString> ReadRecords(const QSqlDatabase& database) {
   QSqlQuery query(database);
   query.setForwardOnly(true);
-  if (!query.exec(QStringLiteral("SELECT * FROM %1 ORDER BY ID").arg(table.name))) {
+  if (!query.exec(QStringLiteral("SELECT * FROM %1 ORDER BY ID")
+                      .arg(QLatin1String(kTableOf<Record>.name)))) {
     return std::unexpected(query.lastError().text());
   }
-  const QSqlRecord columns = query.record();
+  const QSqlRecord row = query.record();
   QList<Record> records;
   while (query.next()) {
     Record record;
-    record.id = query.value(columns.indexOf(QStringLiteral("ID"))).toInt();
-    for (const auto& [name, member] : table.fields) {
-      const int column = columns.indexOf(name);
-      record.*member = column < 0 ? QString() : query.value(column).toString();
+    record.id = query.value(row.indexOf(QStringLiteral("ID"))).toInt();
+    for (const Column<Record>& column : kTableOf<Record>.columns) {
+      const int index = row.indexOf(QLatin1String(column.name));
+      record.*(column.member) = index < 0 ? QString() : query.value(index).toString();
     }
     records.append(record);
   }
@@ -162,31 +73,60 @@ std::expected<QList<Record>, QString> ReadRecords(QSqlDatabase& database,
   return records;
 }
 
+// Nothing when the file has no table of this kind.
 template <typename Record>
-std::expected<QString, QString> DumpTable(QSqlDatabase& database, const Table<Record>& table,
-                                          QString (*format)(const QList<Record>&)) {
-  const auto records = ReadRecords(database, table);
+std::optional<std::expected<QString, QString>> DumpTable(const QSqlDatabase& database,
+                                                         QString (*format)(const QList<Record>&)) {
+  const QString name = QLatin1String(kTableOf<Record>.name);
+  if (!database.tables(QSql::Tables).contains(name, Qt::CaseInsensitive)) {
+    return std::nullopt;
+  }
+  const auto records = ReadRecords<Record>(database);
   if (!records) {
     return std::unexpected(
-        QStringLiteral("The table %1 cannot be read: %2.").arg(table.name, records.error()));
+        QStringLiteral("The table %1 cannot be read: %2.").arg(name, records.error()));
   }
   return format(*records);
 }
 
+// Whether the file has rows that would be lost, as far as that can be known.
+bool HasOtherPrograms(const QString& path, const QList<CustomSource>& sources) {
+  if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0) {
+    return false;
+  }
+  const SqlConnection connection(path, SqlAccess::kReadOnly);
+  const auto records = ReadRecords<CustomPortRecord>(connection.Handle());
+  return !records || std::ranges::any_of(*records, [&](const CustomPortRecord& record) {
+    return std::ranges::none_of(sources, [&](const CustomSource& source) {
+      return TextsOf(source.record) == TextsOf(record);
+    });
+  });
+}
+
 }  // namespace
 
-std::expected<void, QString> WriteDatabases(const ProgramData& data, const QString& folder) {
+std::expected<void, QString> WriteDatabases(const ProgramData& data, const QString& folder,
+                                            OwnPrograms own_programs) {
+  const QString custom_file =
+      QDir(folder).filePath(QLatin1String(kTableOf<CustomPortRecord>.file_name));
+  if (own_programs == OwnPrograms::kKeep && HasOtherPrograms(custom_file, data.custom)) {
+    return std::unexpected(
+        QStringLiteral("%1 holds programs that somebody entered. Nothing was written. To replace "
+                       "them, give --replace-custom.")
+            .arg(custom_file));
+  }
   const QTemporaryDir scratch;
   if (!scratch.isValid() || !QDir().mkpath(folder)) {
     return std::unexpected(QStringLiteral("The folder %1 cannot be made.").arg(folder));
   }
+  const auto scratch_file = [&](const char* name) { return scratch.filePath(QLatin1String(name)); };
   const std::array contents = {
-      std::pair("routers.mdb", DatabaseBytes(RoutersTable(), data.routers,
-                                             scratch.filePath(QStringLiteral("routers")))),
-      std::pair("ports.mdb",
-                DatabaseBytes(PortsTable(), data.ports, scratch.filePath(QStringLiteral("ports")))),
-      std::pair("custom.mdb", DatabaseBytes(CustomTable(), data.custom,
-                                            scratch.filePath(QStringLiteral("custom")))),
+      std::pair(kTableOf<RouterRecord>.file_name,
+                DatabaseBytes(data.routers, scratch_file("routers"))),
+      std::pair(kTableOf<AppPortRecord>.file_name,
+                DatabaseBytes(data.ports, scratch_file("ports"))),
+      std::pair(kTableOf<CustomPortRecord>.file_name,
+                DatabaseBytes(data.custom, scratch_file("custom"))),
   };
   std::vector<std::unique_ptr<QSaveFile>> files;
   for (const auto& [name, bytes] : contents) {
@@ -215,20 +155,16 @@ std::expected<QString, QString> DumpDatabase(const QString& file) {
   if (!QFileInfo(file).isFile()) {
     return std::unexpected(QStringLiteral("There is no file %1.").arg(file));
   }
-  OpenDatabase database(file, "QSQLITE_OPEN_READONLY");
-  const QStringList tables =
-      database.IsOpen() ? database.Get().tables(QSql::Tables) : QStringList();
-  const auto has = [&](const char* name) {
-    return tables.contains(QLatin1String(name), Qt::CaseInsensitive);
-  };
-  if (has("routers")) {
-    return DumpTable(database.Get(), RoutersTable(), FormatRouters);
+  const SqlConnection connection(file, SqlAccess::kReadOnly);
+  const QSqlDatabase database = connection.Handle();
+  if (auto text = DumpTable<RouterRecord>(database, FormatRouters)) {
+    return *text;
   }
-  if (has("ports")) {
-    return DumpTable(database.Get(), PortsTable(), FormatPorts);
+  if (auto text = DumpTable<AppPortRecord>(database, FormatPorts)) {
+    return *text;
   }
-  if (has("custom")) {
-    return DumpTable(database.Get(), CustomTable(), FormatCustom);
+  if (auto text = DumpTable<CustomPortRecord>(database, FormatCustom)) {
+    return *text;
   }
   return std::unexpected(
       QStringLiteral("%1 is no SQLite database with a table routers, ports or custom.").arg(file));

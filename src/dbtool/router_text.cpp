@@ -8,23 +8,16 @@ namespace quayline::dbtool {
 
 namespace {
 
-constexpr RouterField kFields[] = {
-    {"routername", &RouterRecord::routername},
-    {"routerusername", &RouterRecord::routerusername},
-    {"routerpassword", &RouterRecord::routerpassword},
-    {"routersupportsboth", &RouterRecord::routersupportsboth},
-    {"routerneedscomputername", &RouterRecord::routerneedscomputername},
-    {"routermaxentries", &RouterRecord::routermaxentries},
-    {"routermaxrange", &RouterRecord::routermaxrange},
-    {"routerminport", &RouterRecord::routerminport},
-    {"routermaxport", &RouterRecord::routermaxport},
-    {"routerpic", &RouterRecord::routerpic},
-};
+using RouterColumn = Column<RouterRecord>;
 
-constexpr RouterScript kScripts[] = {
-    {"routercommands", &RouterRecord::routercommands},
-    {"routerportpage", &RouterRecord::routerportpage},
-};
+const RouterColumn* FindColumn(const QString& name, bool is_script) {
+  for (const RouterColumn& column : kRouterColumns) {
+    if (name == QLatin1String(column.name) && (column.kind == ColumnKind::kScript) == is_script) {
+      return &column;
+    }
+  }
+  return nullptr;
+}
 
 constexpr QLatin1String kLineEnd("\r\n");
 constexpr QLatin1String kFileHeading("[file ");
@@ -95,10 +88,10 @@ class Reader final {
     }
     RouterSource& router = Current(line);
     EndScript();
-    const auto script = std::ranges::find_if(kScripts, [&](const RouterScript& row) {
-      return heading == QLatin1Char('[') + QLatin1String(row.name) + QLatin1Char(']');
-    });
-    if (script == std::end(kScripts)) {
+    const bool is_closed = heading.endsWith(QLatin1Char(']'));
+    const RouterColumn* script =
+        is_closed ? FindColumn(heading.sliced(1).chopped(1), true) : nullptr;
+    if (script == nullptr) {
       Report(line, QStringLiteral("The heading %1 is not known. A script line that begins with "
                                   "\"[\" has a \"\\\" in front.")
                        .arg(heading));
@@ -112,7 +105,7 @@ class Reader final {
       return;
     }
     router.lines.insert(name, line.number);
-    script_ = &*script;
+    script_ = script;
   }
 
   void TakeScriptLine(const TextLine& line) {
@@ -148,10 +141,9 @@ class Reader final {
   }
 
   bool Set(RouterSource& router, const QString& name, const QString& value, const TextLine& line) {
-    const auto field = std::ranges::find_if(
-        kFields, [&](const RouterField& row) { return name == QLatin1String(row.name); });
+    const RouterColumn* field = FindColumn(name, false);
     const bool is_id = name == QLatin1String("id");
-    if (field != std::end(kFields)) {
+    if (field != nullptr) {
       router.record.*(field->member) = value;
     } else if (is_id) {
       router.record.id = ReadId(value).value_or(0);
@@ -169,7 +161,7 @@ class Reader final {
   const ScriptLint& lint_;
   Problems& problems_;
   QList<RouterSource> routers_;
-  const RouterScript* script_ = nullptr;
+  const RouterColumn* script_ = nullptr;
   QStringList script_lines_;
   bool in_unknown_part_ = false;
 };
@@ -198,10 +190,6 @@ QString FileName(const RouterRecord& record) {
 
 }  // namespace
 
-std::span<const RouterField> RouterFields() { return kFields; }
-
-std::span<const RouterScript> RouterScripts() { return kScripts; }
-
 QList<RouterSource> ReadRouters(const QList<TextLine>& lines, const QString& file,
                                 const ScriptLint& lint, Problems& problems) {
   Reader reader(file, lint, problems);
@@ -213,16 +201,15 @@ QList<RouterSource> ReadRouters(const QList<TextLine>& lines, const QString& fil
 
 QString FormatRouter(const RouterRecord& record) {
   QString text = QStringLiteral("id: %1\n").arg(record.id);
-  for (const RouterField& field : kFields) {
-    text += QLatin1String(field.name) + QLatin1Char(':');
-    if (const QString value = WrittenValue(record.*(field.member)); !value.isEmpty()) {
-      text += QLatin1Char(' ') + value;
+  for (const RouterColumn& column : kRouterColumns) {
+    const QString& stored = record.*(column.member);
+    if (column.kind == ColumnKind::kScript) {
+      text += QStringLiteral("\n[%1]\n").arg(QLatin1String(column.name)) + ScriptText(stored);
+      continue;
     }
-    text += QLatin1Char('\n');
-  }
-  for (const RouterScript& script : kScripts) {
-    text += QStringLiteral("\n[%1]\n").arg(QLatin1String(script.name)) +
-            ScriptText(record.*(script.member));
+    const QString value = WrittenValue(stored);
+    text += QLatin1String(column.name) + QLatin1Char(':') +
+            (value.isEmpty() ? value : QLatin1Char(' ') + value) + QLatin1Char('\n');
   }
   return text;
 }

@@ -8,27 +8,11 @@
 
 #include <functional>
 #include <optional>
-#include <span>
 
 #include "core/records.h"
 #include "dbtool/text_form.h"
 
 namespace quayline::dbtool {
-
-// A text field of a router that stands on one line of its file.
-struct RouterField {
-  const char* name;
-  QString RouterRecord::* member;
-};
-
-// One of the two scripts.
-struct RouterScript {
-  const char* name;
-  QString RouterRecord::* member;
-};
-
-std::span<const RouterField> RouterFields();
-std::span<const RouterScript> RouterScripts();
 
 // What is to be said of one line of a script.
 struct ScriptRemark {

@@ -40,67 +40,52 @@ std::optional<QString> ReadPortsCell(const QString& cell) {
   return cell.startsWith(QLatin1Char('\\')) ? ReadWritten(cell) : StoredPorts(cell);
 }
 
-// How a text field of a record and its cell become each other.
 template <typename Record>
-struct Column {
-  const char* heading;
-  QString Record::* member;
-  std::optional<QString> (*read)(const QString& cell);
-  QString (*write)(const QString& stored);
-};
+std::optional<QString> ReadCell(const Column<Record>& column, const QString& cell) {
+  return column.kind == ColumnKind::kPortList ? ReadPortsCell(cell) : ReadValue(cell, kSeparator);
+}
 
-std::optional<QString> ReadCell(const QString& cell) { return ReadValue(cell, kSeparator); }
-
-QString WriteCell(const QString& stored) { return WrittenValue(stored, kSeparator); }
-
-constexpr Column<AppPortRecord> kPortsColumns[] = {
-    {"program", &AppPortRecord::appname, ReadCell, WriteCell},
-    {"short name", &AppPortRecord::nameforrouter, ReadCell, WriteCell},
-    {"TCP", &AppPortRecord::tcpportsonly, ReadPortsCell, WrittenPorts},
-    {"UDP", &AppPortRecord::udpportsonly, ReadPortsCell, WrittenPorts},
-    {"both", &AppPortRecord::tcpudpports, ReadPortsCell, WrittenPorts},
-};
-
-constexpr Column<CustomPortRecord> kCustomColumns[] = {
-    {"name", &CustomPortRecord::appname, ReadCell, WriteCell},
-    {"protocol", &CustomPortRecord::portype, ReadCell, WriteCell},
-    {"start", &CustomPortRecord::startport, ReadCell, WriteCell},
-    {"end", &CustomPortRecord::endport, ReadCell, WriteCell},
-};
+template <typename Record>
+QString WriteCell(const Column<Record>& column, const QString& stored) {
+  return column.kind == ColumnKind::kPortList ? WrittenPorts(stored)
+                                              : WrittenValue(stored, kSeparator);
+}
 
 // The record of a line, or what is wrong with the line.
-template <typename Record, size_t kCount>
-std::expected<Record, QString> ReadRecord(const QString& line,
-                                          const Column<Record> (&columns)[kCount]) {
-  QStringList cells = line.split(kSeparator);
-  if (cells.size() != kCount + 1) {
+template <typename Record>
+std::expected<Record, QString> ReadRecord(const QString& line) {
+  const auto columns = kTableOf<Record>.columns;
+  const auto wanted = static_cast<qsizetype>(columns.size()) + 1;
+  const QStringList cells = line.split(kSeparator);
+  if (cells.size() != wanted) {
     return std::unexpected(QStringLiteral("The line has %1 cells and should have %2.")
-                               .arg(QString::number(cells.size()), QString::number(kCount + 1)));
+                               .arg(QString::number(cells.size()), QString::number(wanted)));
   }
   Record record;
   record.id = ReadId(cells.first().trimmed()).value_or(0);
   if (record.id == 0) {
     return std::unexpected(IdSentence(cells.first().trimmed()));
   }
-  for (size_t i = 0; i < kCount; ++i) {
-    const auto text = columns[i].read(cells.at(i + 1).trimmed());
+  qsizetype next = 1;
+  for (const Column<Record>& column : columns) {
+    const auto text = ReadCell(column, cells.at(next++).trimmed());
     if (!text) {
       return std::unexpected(QLatin1String(kEscapeSentence));
     }
-    record.*(columns[i].member) = *text;
+    record.*(column.member) = *text;
   }
   return record;
 }
 
-template <typename Record, size_t kCount>
+template <typename Record>
 QList<Sourced<Record>> ReadTable(const QList<TextLine>& lines, const QString& file,
-                                 const Column<Record> (&columns)[kCount], Problems& problems) {
+                                 Problems& problems) {
   QList<Sourced<Record>> sources;
   for (const TextLine& line : lines) {
     if (line.text.trimmed().isEmpty() || line.text.startsWith(QLatin1Char('#'))) {
       continue;
     }
-    const auto record = ReadRecord(line.text, columns);
+    const auto record = ReadRecord<Record>(line.text);
     if (record) {
       sources.append({*record, file, line.number});
     } else {
@@ -131,17 +116,18 @@ QString Aligned(const QList<QStringList>& table) {
   return text;
 }
 
-template <typename Record, size_t kCount>
-QString FormatTable(const QList<Record>& records, const Column<Record> (&columns)[kCount]) {
+template <typename Record>
+QString FormatTable(const QList<Record>& records) {
+  const auto columns = kTableOf<Record>.columns;
   QStringList headings{QStringLiteral("# id")};
-  for (const auto& column : columns) {
+  for (const Column<Record>& column : columns) {
     headings.append(QLatin1String(column.heading));
   }
   QList<QStringList> table{headings};
   for (const Record& record : records) {
     QStringList cells{QString::number(record.id)};
-    for (const auto& column : columns) {
-      cells.append(column.write(record.*(column.member)));
+    for (const Column<Record>& column : columns) {
+      cells.append(WriteCell(column, record.*(column.member)));
     }
     table.append(cells);
   }
@@ -152,20 +138,16 @@ QString FormatTable(const QList<Record>& records, const Column<Record> (&columns
 
 QList<PortsSource> ReadPorts(const QList<TextLine>& lines, const QString& file,
                              Problems& problems) {
-  return ReadTable(lines, file, kPortsColumns, problems);
+  return ReadTable<AppPortRecord>(lines, file, problems);
 }
 
 QList<CustomSource> ReadCustom(const QList<TextLine>& lines, const QString& file,
                                Problems& problems) {
-  return ReadTable(lines, file, kCustomColumns, problems);
+  return ReadTable<CustomPortRecord>(lines, file, problems);
 }
 
-QString FormatPorts(const QList<AppPortRecord>& records) {
-  return FormatTable(records, kPortsColumns);
-}
+QString FormatPorts(const QList<AppPortRecord>& records) { return FormatTable(records); }
 
-QString FormatCustom(const QList<CustomPortRecord>& records) {
-  return FormatTable(records, kCustomColumns);
-}
+QString FormatCustom(const QList<CustomPortRecord>& records) { return FormatTable(records); }
 
 }  // namespace quayline::dbtool

@@ -7,7 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include "core/databases.h"
 #include "core/files.h"
+#include "core/shipped_databases.h"
+#include "core/table_file.h"
+#include "core/test_databases.h"
 #include "test_main.h"
 
 namespace quayline {
@@ -23,50 +27,142 @@ class ProgramFolder : public ::testing::Test {
   ProgramFolder() {
     qputenv("XDG_DATA_HOME", QFile::encodeName(data_));
     QDir().mkpath(bin_);
-    QDir().mkpath(seed_);
-    WriteBytes(seed_ + u"/routers.mdb"_s, "seed routers");
-    WriteBytes(seed_ + u"/custom.mdb"_s, "seed custom");
+    QDir().mkpath(shipped_);
+    WriteBytes(shipped_ + u"/routers.mdb"_s, "seed routers");
+    WriteBytes(shipped_ + u"/custom.mdb"_s, "seed custom");
   }
   ~ProgramFolder() override { qunsetenv("XDG_DATA_HOME"); }
 
   QTemporaryDir folder_;
   QString data_ = folder_.filePath(u"data"_s);
   QString bin_ = folder_.filePath(u"bin"_s);
-  QString seed_ = folder_.filePath(u"share/quayline"_s);
+  QString shipped_ = folder_.filePath(u"share/quayline-data"_s);
   QString home_ = data_ + u"/quayline"_s;
 };
 
 TEST_F(ProgramFolder, APortableProgramStaysInItsFolder) {
   WriteBytes(bin_ + u"/routers.mdb"_s, "own");
-  EXPECT_EQ(FindProgramFolder(bin_, seed_), bin_);
+  EXPECT_EQ(FindProgramFolder(bin_, shipped_), bin_);
   EXPECT_FALSE(QFileInfo::exists(data_));
 }
 
 TEST_F(ProgramFolder, TheFirstStartCopiesWhatIsMissingAndReplacesNothing) {
-  EXPECT_EQ(SeedFolder(home_), QString());
+  EXPECT_EQ(ShippedFolder(home_), QString());
   EXPECT_EQ(FindProgramFolder(bin_, QString()), home_) << "also where there is nothing to copy";
   EXPECT_EQ(Names(home_), QStringList());
   WriteBytes(home_ + u"/custom.mdb"_s, "mine");
-  QFile::setPermissions(seed_ + u"/routers.mdb"_s, QFile::ReadOwner);
-  EXPECT_EQ(SeedFolder(bin_), seed_);
-  EXPECT_EQ(FindProgramFolder(bin_, SeedFolder(bin_)), home_);
+  QFile::setPermissions(shipped_ + u"/routers.mdb"_s, QFile::ReadOwner);
+  EXPECT_EQ(ShippedFolder(bin_), shipped_);
+  EXPECT_EQ(FindProgramFolder(bin_, ShippedFolder(bin_)), home_);
   EXPECT_EQ(ReadBytes(home_ + u"/custom.mdb"_s), "mine");
   EXPECT_EQ(ReadBytes(home_ + u"/routers.mdb"_s), "seed routers");
-  EXPECT_EQ(Names(home_).size(), 2) << "a file that the seed lacks, or a temporary one";
+  EXPECT_EQ(Names(home_),
+            (QStringList{u"custom.mdb"_s, u"routers.mdb"_s, u"routers.mdb.shipped"_s}))
+      << "a file that is not shipped, or a temporary one";
   EXPECT_TRUE(QFileInfo(home_ + u"/routers.mdb"_s).permission(QFile::WriteOwner));
 }
 
 TEST_F(ProgramFolder, FailuresNameWhatCouldNotBeDone) {
   WriteBytes(data_, "a file where the folder should be");
-  const auto no_folder = FindProgramFolder(bin_, seed_);
+  const auto no_folder = FindProgramFolder(bin_, shipped_);
   ASSERT_FALSE(no_folder);
   EXPECT_TRUE(no_folder.error().contains(home_));
   QFile::remove(data_);
   QDir().mkpath(home_);
-  const auto full = testing::OnFullDisk(3, [&] { return FindProgramFolder(bin_, seed_); });
+  const auto full = testing::OnFullDisk(3, [&] { return FindProgramFolder(bin_, shipped_); });
   ASSERT_FALSE(full);
   EXPECT_TRUE(full.error().contains(u"routers.mdb"_s));
   EXPECT_EQ(Names(home_), QStringList());
+}
+
+class ShippedDatabases : public ProgramFolder {
+ protected:
+  void Ship(const QList<RouterRecord>& routers) {
+    ASSERT_TRUE(testing::MakeTestDatabases(shipped_, routers, {}, {}));
+  }
+  void Start() {
+    databases_.Close();
+    ASSERT_EQ(FindProgramFolder(bin_, shipped_), home_);
+    ASSERT_TRUE(databases_.Open(home_));
+  }
+  // "ID name script", sorted by ID.
+  QStringList Routers() const {
+    QStringList routers;
+    for (const RouterName& router : databases_.RouterNames(0, 100)) {
+      const auto record = databases_.FindRouter(router.id);
+      routers.append(u"%1 %2 %3"_s.arg(record->id).arg(record->routername, record->routercommands));
+    }
+    return routers;
+  }
+  static RouterRecord Router(int id, const QString& name, const QString& script) {
+    return {.id = id, .routername = name, .routercommands = script};
+  }
+
+  Databases databases_;
+};
+
+TEST_F(ShippedDatabases, AnUpdateBringsWhatIsNewAndKeepsWhatTheUserChanged) {
+  Ship({Router(1, u"Kept"_s, u"a"_s), Router(2, u"Edited"_s, u"b"_s), Router(3, u"Gone"_s, u"c"_s),
+        Router(4, u"Edited and gone"_s, u"d"_s)});
+  Start();
+  EXPECT_TRUE(databases_.UpdateRouterScripts(2, u"mine"_s, {}));
+  EXPECT_TRUE(databases_.UpdateRouterScripts(4, u"mine too"_s, {}));
+  Start();
+  EXPECT_EQ(Routers(), (QStringList{u"1 Kept a"_s, u"2 Edited mine"_s, u"3 Gone c"_s,
+                                    u"4 Edited and gone mine too"_s}))
+      << "nothing was shipped again";
+
+  // The new row has the ID of a row that stays.
+  Ship({Router(1, u"Kept"_s, u"better"_s), Router(2, u"Edited"_s, u"better"_s),
+        Router(4, u"New"_s, u"e"_s)});
+  for (int start = 0; start < 2; ++start) {
+    Start();
+    EXPECT_EQ(Routers(), (QStringList{u"1 Kept better"_s, u"2 Edited mine"_s, u"4 New e"_s,
+                                      u"5 Edited and gone mine too"_s}));
+  }
+  EXPECT_EQ(FindShippedRouter(home_, u"Edited"_s)->routercommands, u"better"_s);
+  EXPECT_FALSE(FindShippedRouter(home_, u"Edited and gone"_s));
+}
+
+TEST_F(ShippedDatabases, AMergeThatWasCutOffOrCannotBeDoneChangesNothingForGood) {
+  Ship({Router(1, u"One"_s, u"a"_s), Router(2, u"Two"_s, u"b"_s)});
+  Start();
+  EXPECT_TRUE(databases_.UpdateRouterScripts(2, u"mine"_s, {}));
+  databases_.Close();
+  const QByteArray base = ReadBytes(home_ + u"/routers.mdb.shipped"_s);
+  Ship({Router(1, u"One"_s, u"better"_s), Router(2, u"Two"_s, u"better"_s)});
+
+  WriteBytes(home_ + u"/routers.mdb.shipped"_s, "damaged");
+  Start();
+  EXPECT_EQ(Routers(), (QStringList{u"1 One a"_s, u"2 Two mine"_s})) << "all may be the user's";
+
+  // Killed after the rows were written and before the copy was.
+  WriteBytes(home_ + u"/routers.mdb.shipped"_s, base);
+  Start();
+  WriteBytes(home_ + u"/routers.mdb.shipped"_s, base);
+  Start();
+  EXPECT_EQ(Routers(), (QStringList{u"1 One better"_s, u"2 Two mine"_s}));
+}
+
+TEST_F(ShippedDatabases, FieldsThatOnlyOneFileHasAreKept) {
+  ASSERT_TRUE(testing::MakeTestDatabases(shipped_, {}, {}, {}));
+  QFile::remove(shipped_ + u"/routers.mdb"_s);
+  const auto write = [&](const QString& path, const char* column, const char* value) {
+    QFile::remove(path);
+    ASSERT_TRUE(WriteTables({{.name = u"routers"_s,
+                              .columns = {u"ID"_s, u"routername"_s, QLatin1String(column)},
+                              .rows = {{u"1"_s, u"One"_s, QLatin1String(value)}}}},
+                            path));
+  };
+  QDir().mkpath(home_);
+  write(home_ + u"/routers.mdb"_s, "note", "mine");
+  write(shipped_ + u"/routers.mdb"_s, "routercommands", "script");
+  Start();
+  EXPECT_EQ(Routers(), QStringList(u"1 One "_s)) << "a row with a note of the user is his own";
+  const auto file = TableFile::Open(home_, ShapeOf<RouterRecord>());
+  ASSERT_TRUE(file);
+  EXPECT_EQ((*file)->ReadAll().columns,
+            (QStringList{u"id"_s, u"routername"_s, u"note"_s, u"routercommands"_s}));
 }
 
 }  // namespace

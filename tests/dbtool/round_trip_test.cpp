@@ -146,6 +146,22 @@ TEST_F(RoundTripTest, WhatIsNoDatabaseIsSaidAndNotMade) {
   EXPECT_FALSE(QFile::exists(Path(u"missing.mdb"_s)));
 }
 
+TEST_F(RoundTripTest, ProgramsThatAUserEnteredAreReplacedOnlyIfToldSo) {
+  const QString out = Path(u"out"_s);
+  ProgramData data;
+  data.custom = {{.record = {1, u"Mine"_s, u"TCP"_s, u"1"_s, u"1"_s}}};
+  ASSERT_TRUE(WriteDatabases(data, out));
+  ASSERT_TRUE(WriteDatabases(data, out)) << "nothing would be lost";
+  const QByteArray before = ReadBytes(out + u"/custom.mdb"_s);
+  const auto refused = WriteDatabases({}, out);
+  ASSERT_FALSE(refused);
+  EXPECT_TRUE(refused.error().contains(u"--replace-custom"_s));
+  EXPECT_EQ(ReadBytes(out + u"/custom.mdb"_s), before);
+  EXPECT_TRUE(WriteDatabases({}, out, OwnPrograms::kReplace));
+  WriteBytes(out + u"/custom.mdb"_s, "damaged, and perhaps to be saved");
+  EXPECT_FALSE(WriteDatabases({}, out));
+}
+
 TEST_F(RoundTripTest, ATargetThatCannotBeWrittenLeavesTheOtherFiles) {
   ProgramData data;
   data.routers.append(Router(3));
