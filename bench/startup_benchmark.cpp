@@ -20,8 +20,8 @@
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
 #include "script/web/web_engine.h"
-#include "ui/main/frm_main2.h"
-#include "ui/main/frm_splash.h"
+#include "ui/main/main_frame.h"
+#include "ui/main/splash_screen.h"
 #include "ui/toolkit/theme.h"
 
 // From a process's start to its main window, filled and at rest. The program starts itself for each
@@ -76,16 +76,16 @@ int RunWindows(QApplication& application, const QString& folder, double begun) {
   LinuxDesktop desktop;
   AppContext context(folder, adapters, desktop);
   WindowPrompts prompts(context.translator);
-  FrmMain2 main_window(context, prompts, {.job_status = [] { return nullptr; }});
-  FrmSplash splash;
+  MainFrame main_window(context, prompts, {.job_status = [] { return nullptr; }});
+  SplashScreen splash;
   Heartbeat heartbeat;
   const auto Since = [begun] { return Milliseconds(CLOCK_MONOTONIC) - begun; };
-  QObject::connect(&main_window.Main(), &FrmMain::ready, &main_window, [&] {
+  QObject::connect(&main_window.Main(), &MainWindow::ready, &main_window, [&] {
     Tell("filled_ms", Since());
     Tell("filled_cpu_ms", Milliseconds(CLOCK_PROCESS_CPUTIME_ID));
     Tell("longest_block_ms", heartbeat.LongestGap());
   });
-  QObject::connect(&splash, &FrmSplash::timeForMainWindow, &main_window, [&] {
+  QObject::connect(&splash, &SplashScreen::timeForMainWindow, &main_window, [&] {
     const double before = Milliseconds(CLOCK_MONOTONIC);
     main_window.show();
     main_window.repaint();

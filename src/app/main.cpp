@@ -21,14 +21,14 @@
 #include "platform/linux/wine_settings.h"
 #include "script/web/web_engine.h"
 #include "ui/entries/entry_windows.h"
-#include "ui/job/frm_job_status.h"
-#include "ui/job/frm_view_page.h"
-#include "ui/main/frm_main2.h"
-#include "ui/main/frm_splash.h"
+#include "ui/job/job_window.h"
+#include "ui/job/page_view_window.h"
+#include "ui/main/main_frame.h"
+#include "ui/main/splash_screen.h"
 #include "ui/main/version.h"
 #include "ui/toolkit/theme.h"
-#include "ui/tools/frm_router_list.h"
-#include "ui/tools/frm_view_scripts.h"
+#include "ui/tools/router_list_dialog.h"
+#include "ui/tools/script_dialog.h"
 
 namespace quayline {
 namespace {
@@ -116,26 +116,26 @@ WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows&
     return WebPageHosts(context.job_options, context.translator, &context.certificates);
   };
   return {.job_status = [&context, &prompts,
-                         hosts] { return new FrmJobStatus(context, prompts, hosts()); },
+                         hosts] { return new JobWindow(context, prompts, hosts()); },
           .add_new = std::bind_front(&EntryWindows::AddNew, &entries),
           .edit = std::bind_front(&EntryWindows::Edit, &entries),
           .network_list = std::bind_front(&EntryWindows::NetworkList, &entries),
           .view_page =
               [&context, &prompts, hosts](QWidget* parent) {
-                return new FrmViewPage(context, prompts, hosts(), parent);
+                return new PageViewWindow(context, prompts, hosts(), parent);
               },
           .router_list =
               [&context, &prompts](QWidget* parent, auto chosen) {
-                return new FrmRouterList(context, prompts, parent, std::move(chosen));
+                return new RouterListDialog(context, prompts, parent, std::move(chosen));
               },
           .view_scripts =
               [&context, &prompts](QWidget* parent, auto written) {
-                return new FrmViewScripts(context, prompts, parent, std::move(written));
+                return new ScriptDialog(context, prompts, parent, std::move(written));
               }};
 }
 
 // What the command line asks for, once the main window is filled.
-void BeginWith(FrmMain& main, const Options& options) {
+void BeginWith(MainWindow& main, const Options& options) {
   if (!options.run_update) {
     if (!options.list_file.isEmpty()) {
       main.OfferList(options.list_file);
@@ -146,7 +146,7 @@ void BeginWith(FrmMain& main, const Options& options) {
 }
 
 // Another instance was started, and has ended in favour of this one.
-void ComeForward(QWidget& window, FrmMain& main, const QString& list_file) {
+void ComeForward(QWidget& window, MainWindow& main, const QString& list_file) {
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
   window.raise();
@@ -164,7 +164,7 @@ QString BesideAnother() {
 
 // A signal closes the main window, which goes at once; the program ends when the pages of its job
 // have become idle.
-void EndOnSignals(StopSignals& signals, FrmMain2& main_window, JobFlags& flags) {
+void EndOnSignals(StopSignals& signals, MainFrame& main_window, JobFlags& flags) {
   signals.disconnect(qApp);
   QObject::connect(&signals, &StopSignals::first, &main_window, [&main_window, &flags] {
     flags.ends_by_signal = true;
@@ -205,19 +205,19 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   SystemHostNames host_names;
   const WineSettings foreign_settings;
   const EntryWindows entries{context, prompts, host_names, foreign_settings};
-  FrmMain2 main_window(context, prompts, Windows(context, prompts, entries));
-  QObject::connect(&main_window, &FrmMain2::closed, qApp, &QCoreApplication::quit,
+  MainFrame main_window(context, prompts, Windows(context, prompts, entries));
+  QObject::connect(&main_window, &MainFrame::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
   EndOnSignals(signals, main_window, context.job_flags);
-  FrmSplash splash;
-  QObject::connect(&main_window, &FrmMain2::startFailed, &splash, &QWidget::close);
-  FrmMain& main = main_window.Main();
+  SplashScreen splash;
+  QObject::connect(&main_window, &MainFrame::startFailed, &splash, &QWidget::close);
+  MainWindow& main = main_window.Main();
   QObject::connect(&instance, &SingleInstance::requested, &main,
                    [&main_window, &main](const QString& list_file) {
                      ComeForward(main_window, main, list_file);
                    });
-  QObject::connect(&main_window, &FrmMain2::leaving, &instance, &SingleInstance::Release);
-  QObject::connect(&main, &FrmMain::ready, &main, [&, state] {
+  QObject::connect(&main_window, &MainFrame::leaving, &instance, &SingleInstance::Release);
+  QObject::connect(&main, &MainWindow::ready, &main, [&, state] {
     if (state != InstanceState::kAcquired) {
       prompts.Notify(&main, BesideAnother());
     }
@@ -227,11 +227,11 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   if (options.run_update) {
     main_window.show();
   } else {
-    QObject::connect(&splash, &FrmSplash::timeForMainWindow, &main_window, &QWidget::show);
+    QObject::connect(&splash, &SplashScreen::timeForMainWindow, &main_window, &QWidget::show);
     splash.show();
   }
   // The splash is painted first, and shown while the main window is made ready.
-  QTimer::singleShot(0, &main_window, &FrmMain2::Load);
+  QTimer::singleShot(0, &main_window, &MainFrame::Load);
   const int result = QCoreApplication::exec();
   return main_window.HasFailed() ? 1 : result;
 }

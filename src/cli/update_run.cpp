@@ -106,7 +106,7 @@ void UpdateRun::OnTimeout() {
 void UpdateRun::ReportWait(const QString& what) {
   if (!what.isEmpty() && what != last_wait_) {
     last_wait_ = what;
-    Report(context_.translator.Text(kJobTexts.waiting_for).arg(OnOneLine(what)));
+    Report(context_.translator.Text(kRunnerTexts.waiting_for).arg(OnOneLine(what)));
   }
 }
 

@@ -15,72 +15,23 @@ namespace quayline {
 
 namespace {
 
-// The two dialogs say the same things, each in boxes of its own.
-struct CheckTexts {
-  Message start_above_end;
-  Message range_limit;
-  Message range_unit;
-  Message range_is;
-  Message all_information;
-  Message start_above_end_again;
-  Message the_name;
-  Message name_taken;
-  Message start_taken;
-  Message end_taken;
-  Message forward_once;
-  Message address_needed;
-  Message whole_numbers;
-  Message plain_name;
-};
+constexpr Message kOnce{"You can not have a port forwarded more than once."};
+constexpr Message kStartTaken{"Already has the start port in its range."};
+constexpr Message kEndTaken{"Already has the end port in its range."};
+constexpr Message kEverything{"You must enter all information to continue."};
+constexpr Message kAddressNeeded{"You must enter an ip address to forward the ports to."};
+constexpr Message kRangeLimit{"On this router the End Port can be at most"};
+constexpr Message kRangeUnit{"higher than the Start Port."};
+constexpr Message kRangeIs{"Yours is"};
+constexpr Message kTheName{"The name"};
+constexpr Message kNameTaken{"is in your list already. Please choose another one."};
+constexpr Message kWholeNumbers{"Start Port and End Port must be whole numbers."};
+constexpr Message kPlainName{"A name can not contain \"|\" or a line break."};
 
-constexpr char kOnce[] = "You can not have a port forwarded more than once.";
-constexpr char kStartTaken[] = "Already has the start port in its range.";
-constexpr char kEndTaken[] = "Already has the end port in its range.";
-constexpr char kEverything[] = "You must enter all information to continue.";
-constexpr char kStartAbove[] = "The Starting Port Can't Be Larger Than The Ending Port.";
-constexpr char kAddressNeeded[] = "You must enter an ip address to forward the ports to.";
-constexpr char kRangeLimit[] = "On this router the End Port can be at most";
-constexpr char kRangeUnit[] = "higher than the Start Port.";
-constexpr char kRangeIs[] = "Yours is";
-constexpr char kTheName[] = "The name";
-constexpr char kNameTaken[] = "is in your list already. Please choose another one.";
-constexpr char kWholeNumbers[] = "Start Port and End Port must be whole numbers.";
-constexpr char kPlainName[] = "A name can not contain \"|\" or a line break.";
-
-constexpr CheckTexts kAddTexts = {
-    {"FrmAddNew", "Text15", "Starting port can not be larger than the ending port"},
-    {"FrmAddNew", "Text16", kRangeLimit},
-    {"FrmAddNew", "Text17", kRangeUnit},
-    {"FrmAddNew", "Text18", kRangeIs},
-    {"FrmAddNew", "Text20", kEverything},
-    {"FrmAddNew", "Text22", kStartAbove},
-    {"FrmAddNew", "Text23", kTheName},
-    {"FrmAddNew", "Text24", kNameTaken},
-    {"FrmAddNew", "Text25", kStartTaken},
-    {"FrmAddNew", "Text27", kEndTaken},
-    {"FrmAddNew", "Text26", kOnce},
-    {"FrmAddNew", "Text21", kAddressNeeded},
-    {"FrmAddNew", "TextWholeNumbers", kWholeNumbers},
-    {"FrmAddNew", "TextPlainName", kPlainName}};
-constexpr Message kNameTooLong{"FrmAddNew", "Text19", "Name can only be 10 chars or less."};
-constexpr Message kProgramNeeded{"FrmAddNew", "Text32", "Please select a program from the list."};
-constexpr Message kProgramAddressNeeded{"FrmAddNew", "Text33", kAddressNeeded};
-
-constexpr CheckTexts kEditTexts = {
-    {"FrmEdit", "Text5", "Starting port can not be larger than the ending port."},
-    {"FrmEdit", "Text6", kRangeLimit},
-    {"FrmEdit", "Text7", kRangeUnit},
-    {"FrmEdit", "Text8", kRangeIs},
-    {"FrmEdit", "Text4", kEverything},
-    {"FrmEdit", "Text9", kStartAbove},
-    {"FrmEdit", "Text11", kTheName},
-    {"FrmEdit", "Text12", kNameTaken},
-    {"FrmEdit", "Text14", kStartTaken},
-    {"FrmEdit", "Text15", kEndTaken},
-    {"FrmEdit", "Text13", kOnce},
-    {"FrmEdit", "TextAddress", kAddressNeeded},
-    {"FrmEdit", "TextWholeNumbers", kWholeNumbers},
-    {"FrmEdit", "TextPlainName", kPlainName}};
+constexpr Message kAddStartAboveEnd{"Starting port can not be larger than the ending port"};
+constexpr Message kEditStartAboveEnd{"Starting port can not be larger than the ending port."};
+constexpr Message kNameTooLong{"Name can only be 10 chars or less."};
+constexpr Message kProgramNeeded{"Please select a program from the list."};
 
 using Refusal = std::optional<EntryVerdict>;
 
@@ -106,19 +57,17 @@ bool DoProtocolsMeet(const QString& one, const QString& other) {
 // The single checks. Each gives its refusal, or nothing.
 class EntryCheck final {
  public:
-  EntryCheck(const TypedEntry& typed, const RouterSession& session, const Translator& translator,
-             const CheckTexts& texts)
+  EntryCheck(const TypedEntry& typed, const RouterSession& session, const Translator& translator)
       : typed_(typed),
         max_range_(LimitsOf(session).max_range),
         translator_(translator),
-        texts_(texts),
         ports_{.start = PortNumber(typed.start_port).value_or(0),
                .end = PortNumber(typed.end_port).value_or(0)} {}
 
   Refusal WholeNumbers() const {
     const auto is_other = [](const QString& port) { return !IsBlank(port) && !PortNumber(port); };
     return is_other(typed_.start_port) || is_other(typed_.end_port)
-               ? Refusal(Refused(Text(texts_.whole_numbers)))
+               ? Refusal(Refused(Text(kWholeNumbers)))
                : std::nullopt;
   }
 
@@ -131,14 +80,13 @@ class EntryCheck final {
       return std::nullopt;
     }
     return Refused(QStringLiteral("%1 %2 %3\n\n%4 %5 %3")
-                       .arg(Text(texts_.range_limit), QString::number(max_range_),
-                            Text(texts_.range_unit), Text(texts_.range_is),
-                            QString::number(ports_.Length())));
+                       .arg(Text(kRangeLimit), QString::number(max_range_), Text(kRangeUnit),
+                            Text(kRangeIs), QString::number(ports_.Length())));
   }
 
   Refusal Name() const {
     return std::ranges::any_of(typed_.name, EndsField)
-               ? Refusal(Refused(Text(texts_.plain_name), EntryField::kName))
+               ? Refusal(Refused(Text(kPlainName), EntryField::kName))
                : std::nullopt;
   }
 
@@ -146,13 +94,13 @@ class EntryCheck final {
     const bool is_missing = IsBlank(typed_.name) || IsBlank(typed_.protocol) ||
                             IsBlank(typed_.start_port) || IsBlank(typed_.end_port) ||
                             IsBlank(typed_.address);
-    return is_missing ? Refusal(Refused(Text(texts_.all_information))) : std::nullopt;
+    return is_missing ? Refusal(Refused(Text(kEverything))) : std::nullopt;
   }
 
   Refusal Address() const {
     return IsWholeAddress(typed_.address)
                ? std::nullopt
-               : Refusal(Refused(Text(texts_.address_needed), EntryField::kAddress));
+               : Refusal(Refused(Text(kAddressNeeded), EntryField::kAddress));
   }
 
   // The rows in their order, but for the one at `skipped`. Ports of a row that are no numbers stand
@@ -166,17 +114,17 @@ class EntryCheck final {
       }
       other.Take(entry);
       if (entry.app_name.compare(typed_.name, Qt::CaseInsensitive) == 0) {
-        return Refused(QStringLiteral("%1 '%2' %3")
-                           .arg(Text(texts_.the_name), typed_.name, Text(texts_.name_taken)));
+        return Refused(
+            QStringLiteral("%1 '%2' %3").arg(Text(kTheName), typed_.name, Text(kNameTaken)));
       }
       if (!DoProtocolsMeet(typed_.protocol, entry.protocol)) {
         continue;
       }
       if (ClashesAtStart(ports_, other)) {
-        return Conflict(entry, texts_.start_taken);
+        return Conflict(entry, kStartTaken);
       }
       if (ClashesAtEnd(ports_, other)) {
-        return Conflict(entry, texts_.end_taken);
+        return Conflict(entry, kEndTaken);
       }
     }
     return std::nullopt;
@@ -184,8 +132,7 @@ class EntryCheck final {
 
  private:
   EntryVerdict Conflict(const PortEntry& entry, const Message& reason) const {
-    return Refused(
-        QStringLiteral("'%1' %2\n%3").arg(entry.app_name, Text(reason), Text(texts_.forward_once)));
+    return Refused(QStringLiteral("'%1' %2\n%3").arg(entry.app_name, Text(reason), Text(kOnce)));
   }
 
   QString Text(const Message& message) const { return translator_.Text(message); }
@@ -193,7 +140,6 @@ class EntryCheck final {
   const TypedEntry& typed_;
   int max_range_;
   const Translator& translator_;
-  const CheckTexts& texts_;
   RowPorts ports_;
 };
 
@@ -207,28 +153,26 @@ EntryVerdict FirstOf(std::initializer_list<Refusal> refusals) {
 
 EntryVerdict CheckNewEntry(const TypedEntry& typed, const QList<PortEntry>& entries,
                            const RouterSession& session, const Translator& translator) {
-  const CheckTexts& texts = kAddTexts;
-  const EntryCheck check(typed, session, translator, texts);
+  const EntryCheck check(typed, session, translator);
   const Refusal too_long = typed.name.size() > kMaxNameLength
                                ? Refusal(Refused(translator.Text(kNameTooLong), EntryField::kName))
                                : std::nullopt;
   const Refusal no_address =
       typed.address == QLatin1String("0.0.0.0")
-          ? Refusal(Refused(translator.Text(texts.address_needed), EntryField::kAddress))
+          ? Refusal(Refused(translator.Text(kAddressNeeded), EntryField::kAddress))
           : std::nullopt;
-  return FirstOf({check.WholeNumbers(), check.Order(texts.start_above_end), check.Range(), too_long,
+  return FirstOf({check.WholeNumbers(), check.Order(kAddStartAboveEnd), check.Range(), too_long,
                   check.Name(), check.Everything(), no_address, check.Address(),
-                  check.Order(texts.start_above_end_again), check.Rows(entries)});
+                  check.Rows(entries)});
 }
 
 EntryVerdict CheckEditedEntry(const TypedEntry& typed, int row, const QList<PortEntry>& entries,
                               const RouterSession& session, const Translator& translator) {
-  const CheckTexts& texts = kEditTexts;
-  const EntryCheck check(typed, session, translator, texts);
+  const EntryCheck check(typed, session, translator);
   const bool keeps_address = typed.address == AddressOf(entries.at(row).forwarded_to);
-  return FirstOf({check.Everything(), check.WholeNumbers(), check.Order(texts.start_above_end),
-                  check.Range(), check.Order(texts.start_above_end_again), check.Name(),
-                  keeps_address ? std::nullopt : check.Address(), check.Rows(entries, row)});
+  return FirstOf({check.Everything(), check.WholeNumbers(), check.Order(kEditStartAboveEnd),
+                  check.Range(), check.Name(), keeps_address ? std::nullopt : check.Address(),
+                  check.Rows(entries, row)});
 }
 
 EntryVerdict CheckProgram(bool is_chosen, const QString& address, const Translator& translator) {
@@ -236,7 +180,7 @@ EntryVerdict CheckProgram(bool is_chosen, const QString& address, const Translat
     return Refused(translator.Text(kProgramNeeded), EntryField::kProgram);
   }
   if (!IsWholeAddress(address) || address == QLatin1String("0.0.0.0")) {
-    return Refused(translator.Text(kProgramAddressNeeded), EntryField::kAddress);
+    return Refused(translator.Text(kAddressNeeded), EntryField::kAddress);
   }
   return {.accepted = true};
 }

@@ -37,7 +37,7 @@ class JobFlags final : public QObject {
   QString last_router_status;    // last line of the status box
   QString url_suffix;            // appended to every address that a script builds
   bool in_combo = false;         // the entry was found in the page's list of rules
-  int script_timer_ms = 0;       // interval of the scripts' timer (Timer2), which outlives a job
+  int script_timer_ms = 0;       // interval of the scripts' timer, which is kept between jobs
   int job_error_grace = 1;       // 1: the job forgives its next navigation error
   bool is_running = false;       // a script runs, or is about to: these flags are taken
   int active_browser_index = 0;  // the browser that the script drives; popups add to it

@@ -10,8 +10,7 @@ namespace quayline {
 
 enum class IpProtocol { kTcp = 6, kUdp = 17 };  // the IP protocol numbers
 
-// Neighbouring ports of one row and one protocol. A list of such ranges is the firewall's work list
-// (List3): a range stands for the lines "first,6" ... "last,6".
+// Consecutive ports of one row and one protocol, as the firewall takes them.
 struct ForwardedRange {
   int first = 0;
   int last = 0;  // never below first

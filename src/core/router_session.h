@@ -10,34 +10,34 @@
 namespace quayline {
 
 // What the user chose and typed on the main window, and what the selected router's row says: the
-// values that jobs and dialogs read. Each member names the control of FrmMain that shows it.
-// The window (or the command line) writes; nobody else does, except the chooser of addresses.
+// values that jobs and dialogs read. The main window or the command line writes it, and the
+// router's address also the adapter dialog.
 struct RouterSession {
-  QString router_name;                            // Combo1
-  int router_id = 0;                              // item data of Combo1; 0: none
-  QString router_ip = QStringLiteral("0.0.0.0");  // Text1
-  QString http_port = QStringLiteral("80");       // Text10
-  QString http_type = QStringLiteral("http://");  // Combo2: "http://" or "https://"
-  QString username;                               // Text2
-  QString password;                               // Text3
-  bool show_password = false;                     // Check1
-  QString supports_both;                          // Text4: routersupportsboth
-  QString needs_computer_name;                    // Text5: routerneedscomputername
-  QString max_entries;                            // Text6: routermaxentries
-  QString max_range;                              // Text7: routermaxrange
-  QString min_port;                               // Text8: routerminport
-  QString max_port;                               // Text9: routermaxport
-  QString picture_path;                           // routerpic with "/" for every "\"
-  QStringList update_script;                      // List1
-  QStringList view_script;                        // List2
+  QString router_name;
+  int router_id = 0;  // 0: no router is selected
+  QString router_ip = QStringLiteral("0.0.0.0");
+  QString http_port = QStringLiteral("80");
+  QString http_type = QStringLiteral("http://");  // "http://" or "https://"
+  QString username;
+  QString password;
+  bool show_password = false;
+  QString supports_both;        // routersupportsboth
+  QString needs_computer_name;  // routerneedscomputername
+  QString max_entries;          // routermaxentries
+  QString max_range;            // routermaxrange
+  QString min_port;             // routerminport
+  QString max_port;             // routermaxport
+  QString picture_path;         // routerpic with "/" for every "\"
+  QStringList update_script;
+  QStringList view_script;
 };
 
 // The checks of the menu Advanced. A job looks at them at every line, so a change takes effect
 // while it runs.
 struct JobOptions {
-  bool silent_mode = true;  // MenuDisablePopups
-  bool throttle = true;     // MenuScriptThrottle
-  bool debug_mode = false;  // MenuDebugMode; not stored
+  bool silent_mode = true;
+  bool throttle = true;
+  bool debug_mode = false;  // not stored
 };
 
 // Fills the session from a router's row: login, limits, both scripts, picture path. The fields of

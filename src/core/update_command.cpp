@@ -15,30 +15,27 @@ namespace quayline {
 
 namespace {
 
-constexpr Message kRouterHolds{"FrmMain", "Text22", "Your router can hold"};
-constexpr Message kEntries{"FrmMain", "Text23", "entries."};
-constexpr Message kListHolds{"FrmMain", "Text24", "Your list has"};
-constexpr Message kRemoveSome{"FrmMain", "Text25", "Please remove some entries from the list."};
-constexpr Message kChooseRouter{"FrmMain", "Text26", "Please Choose A Router."};
-constexpr Message kListEmpty{"FrmMain", "Text27", "You must have at least 1 port to forward."};
-constexpr Message kMaxRange{"FrmMain", "Text28",
-                            "On this router the End Port of an entry can be at most"};
-constexpr Message kAboveStart{"FrmMain", "Text29", "higher than its Start Port."};
-constexpr Message kRangeIs{"FrmMain", "Text30", "It is"};
-constexpr Message kRangeOf{"FrmMain", "Text31", "higher in the entry"};
-constexpr Message kTheName{"FrmMain", "Text32", "The App Name"};
+constexpr Message kRouterHolds{"Your router can hold"};
+constexpr Message kEntries{"entries."};
+constexpr Message kListHolds{"Your list has"};
+constexpr Message kRemoveSome{"Please remove some entries from the list."};
+constexpr Message kChooseRouter{"Please Choose A Router."};
+constexpr Message kListEmpty{"You must have at least 1 port to forward."};
+constexpr Message kMaxRange{"On this router the End Port of an entry can be at most"};
+constexpr Message kAboveStart{"higher than its Start Port."};
+constexpr Message kRangeIs{"It is"};
+constexpr Message kRangeOf{"higher in the entry"};
+constexpr Message kTheName{"The App Name"};
 constexpr Message kNameTaken{
-    "FrmMain", "Text33",
     "is used by more than one entry. Please give each entry a name of its own."};
-constexpr Message kConflictsWith{"FrmMain", "Text34", "Conflicts With"};
-constexpr Message kSameStart{"FrmMain", "Text35", "Same start port in its range."};
-constexpr Message kSameEnd{"FrmMain", "Text36", "Same end port in its range."};
-constexpr Message kForwardOnce{"FrmMain", "Text37",
-                               "You can not have a port forwarded more than once."};
+constexpr Message kConflictsWith{"Conflicts With"};
+constexpr Message kSameStart{"Same start port in its range."};
+constexpr Message kSameEnd{"Same end port in its range."};
+constexpr Message kForwardOnce{"You can not have a port forwarded more than once."};
 
-constexpr Message kNoScript{"FrmMain", "TextNoScript",
-                            "There is no script for this router, so that nothing can be sent to "
-                            "it. Please choose another router, or write a script for this one."};
+constexpr Message kNoScript{
+    "There is no script for this router, so that nothing can be sent to it. Please choose another "
+    "router, or write a script for this one."};
 
 UpdateVerdict Refusal(const QString& message, UpdateFocus focus = UpdateFocus::kNone,
                       int row = -1) {

@@ -12,7 +12,7 @@
 namespace quayline {
 
 // Also said where the router's pages are looked at.
-inline constexpr Message kSetRouterIp{"FrmMain", "Text21", "Please Set Router IP."};
+inline constexpr Message kSetRouterIp{"Please Set Router IP."};
 
 // Where the main window puts the focus behind a refusal.
 enum class UpdateFocus { kNone, kRouter, kRouterIp, kPortList };

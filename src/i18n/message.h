@@ -4,13 +4,11 @@
 
 namespace quayline {
 
-// A text that the user reads, under the name by which a language file replaces it: the window and
-// the text box that own it. The English text is the default. Messages are constants; their text is
-// asked of the Translator at the moment of use.
+// A text that the user reads. A language file finds its translation by the English text. Messages
+// are constants; the Translator gives their text when it is shown.
 struct Message {
-  const char* window;   // for example "FrmMain"
-  const char* box;      // for example "Text19"
-  const char* english;  // UTF-8
+  const char* english;            // UTF-8
+  const char* context = nullptr;  // a note for translators, where the text alone is ambiguous
 };
 
 }  // namespace quayline

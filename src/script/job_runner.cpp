@@ -12,7 +12,7 @@ namespace quayline {
 
 JobRunner::JobRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                      QObject* parent)
-    : ScriptRunner(context, std::move(make_host), questions, kJobTexts,
+    : ScriptRunner(context, std::move(make_host), questions, kRunnerTexts,
                    context.job_flags.active_browser_index, parent) {}
 
 JobRunner::~JobRunner() { CancelRun(); }

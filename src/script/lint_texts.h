@@ -4,82 +4,58 @@
 
 #include "i18n/message.h"
 
-// The sentences of the lint. The texts belong to the window of the scripts.
+// The sentences of the lint.
 namespace quayline::lint_text {
 
 inline constexpr Message kBlanksInName{
-    "FrmViewScripts", "TextLintBlanks",
     "The blanks in the name make this line a comment. The command is written \"%1\"."};
 inline constexpr Message kDidYouMean{
-    "FrmViewScripts", "TextLintDidYouMean",
     "There is no command \"%1\", so this line does nothing. Did you mean \"%2\"?"};
-inline constexpr Message kUnknown{"FrmViewScripts", "TextLintUnknown",
-                                  "There is no command \"%1\", so this line does nothing."};
+inline constexpr Message kUnknown{"There is no command \"%1\", so this line does nothing."};
 inline constexpr Message kNoArgument{
-    "FrmViewScripts", "TextLintNoArgument",
     "This line runs, and without an argument. The command is written %1."};
 inline constexpr Message kNotEnclosed{
-    "FrmViewScripts", "TextLintNotEnclosed",
     "The argument belongs between (\" and \"), with nothing after them: two characters are cut off "
     "at either end, whatever they are."};
 
-inline constexpr Message kTakesNothing{"FrmViewScripts", "TextLintTakesNothing",
-                                       "The command takes no argument: this is ignored."};
+inline constexpr Message kTakesNothing{"The command takes no argument: this is ignored."};
 inline constexpr Message kTooManyFields{
-    "FrmViewScripts", "TextLintTooManyFields",
     "The argument ends here: the command takes \"%1\", and no field can hold its separator."};
-inline constexpr Message kMissing{"FrmViewScripts", "TextLintMissing",
-                                  "The field \"%1\" is missing: the command takes \"%2\"."};
-inline constexpr Message kKeepsEarlier{"FrmViewScripts", "TextLintKeepsEarlier",
-                                       "Without the field \"%1\" that of an earlier line is used. "
-                                       "Write a comma for an empty one."};
-inline constexpr Message kEmpty{"FrmViewScripts", "TextLintEmpty", "The field \"%1\" is empty."};
+inline constexpr Message kMissing{"The field \"%1\" is missing: the command takes \"%2\"."};
+inline constexpr Message kKeepsEarlier{
+    "Without the field \"%1\" that of an earlier line is used. Write a comma for an empty one."};
+inline constexpr Message kEmpty{"The field \"%1\" is empty."};
 
-inline constexpr Message kNoNumber{"FrmViewScripts", "TextLintNoNumber",
-                                   "The field \"%1\" should be a number from 0 on, not \"%2\"."};
+inline constexpr Message kNoNumber{"The field \"%1\" should be a number from 0 on, not \"%2\"."};
 inline constexpr Message kBeyondField{
-    "FrmViewScripts", "TextLintBeyondField",
     "The position %1 is counted from the end of \"%2\", which is shorter: nothing is inserted."};
-inline constexpr Message kNoTruth{"FrmViewScripts", "TextLintNoTruth",
-                                  "The field \"%1\" should be true or false, not \"%2\"."};
-inline constexpr Message kEndless{"FrmViewScripts", "TextLintEndless",
-                                  "With 0 the line never ends: it waits until the job is stopped."};
+inline constexpr Message kNoTruth{"The field \"%1\" should be true or false, not \"%2\"."};
+inline constexpr Message kEndless{"With 0 the line never ends: it waits until the job is stopped."};
 inline constexpr Message kLeadingSlash{
-    "FrmViewScripts", "TextLintLeadingSlash",
     "The slash after the router's address is added already: this is a second one."};
 inline constexpr Message kAddress{
-    "FrmViewScripts", "TextLintAddress",
     "The router's address is added in front of the path: write only what follows it."};
 
 inline constexpr Message kCodeEndsAtComma{
-    "FrmViewScripts", "TextLintCodeEndsAtComma",
     "The code ends at the first comma. Write run_javascript(\"...\"), which takes commas."};
 inline constexpr Message kLongTimer{
-    "FrmViewScripts", "TextLintLongTimer",
     "A page is waited for while its timers take %1 ms at most, and this one takes %2 ms. Write a "
     "timeout line after this one."};
-inline constexpr Message kNoKey{"FrmViewScripts", "TextLintNoKey",
-                                "There is no key \"%2\" for the field \"%1\"."};
+inline constexpr Message kNoKey{"There is no key \"%2\" for the field \"%1\"."};
 
 inline constexpr Message kWaitsWhenNotInCombo{
-    "FrmViewScripts", "TextLintWaitsWhenNotInCombo",
     "Whatever its name says, this command waits when the entry is not in the list."};
 inline constexpr Message kWaitsAfterTheFirst{
-    "FrmViewScripts", "TextLintWaitsAfterTheFirst",
     "Whatever its name says, this command waits on every entry but the first."};
 inline constexpr Message kClicksOnEveryEntry{
-    "FrmViewScripts", "TextLintClicksOnEveryEntry",
     "Whatever its name says, this command tests the list alone and runs on every entry."};
 inline constexpr Message kFirstButton{
-    "FrmViewScripts", "TextLintFirstButton",
     "Whatever its name says, this command acts on the first button of the name."};
 inline constexpr Message kOneNumberForTwo{
-    "FrmViewScripts", "TextLintOneNumberForTwo",
     "The number is the time to wait, and the position at which the current name goes into the "
     "button's name."};
 
 inline constexpr Message kFirstOption{
-    "FrmViewScripts", "TextLintFirstOption",
     "Whatever its name says, this command chooses the first option that has any text or value."};
 
 }  // namespace quayline::lint_text

@@ -9,7 +9,7 @@ namespace quayline {
 
 PageViewRunner::PageViewRunner(AppContext& context, PageHostFactory make_host,
                                PageQuestions& questions, QObject* parent)
-    : ScriptRunner(context, std::move(make_host), questions, kPageViewTexts,
+    : ScriptRunner(context, std::move(make_host), questions, kRunnerTexts,
                    context.job_flags.view_browser_index, parent) {}
 
 PageViewRunner::~PageViewRunner() { CancelRun(); }

@@ -6,7 +6,7 @@
 
 namespace quayline {
 
-// The texts that every window with a run has, each window its own.
+// The texts that every window with a run has.
 struct RunnerTexts {
   Message first_status;
   Message last_error;
@@ -31,60 +31,44 @@ struct RunnerTexts {
   Message no_more_dialogs;
 };
 
-constexpr RunnerTexts RunnerTextsOf(const char* window) {
-  return {
-      .first_status = {window, "Text2", "Router Status: Loading..."},
-      .last_error = {window, "Text7", "Last Error Status Code:"},
-      .access_denied = {window, "Text18",
-                        "You have received an ACCESS DENIED error from the webpage."},
-      .try_steps = {window, "Text19", "Please try the following steps to fix this issue."},
-      .check_login = {window, "Text20", "1.  Make sure the username and password are correct."},
-      .check_router_ip = {window, "Text21",
-                          "2.  Make sure you have the correct router IP set in the main window."},
-      .log_in_by_hand = {window, "Text22",
-                         "3.  Some routers need to be logged into manually. Remove the user name "
-                         "and password from the program, and then turn off 'Silent Mode' under the "
-                         "'Advanced' menu. The webpage will then ask for the username and password "
-                         "like normal."},
-      .not_found = {window, "Text23", "You have received a NOT FOUND error from the webpage."},
-      .check_router = {window, "Text24",
-                       "1.  Make sure the correct router is selected from the router list."},
-      .check_router_ip_again = {window, "Text25",
-                                "2.  Make sure you have the correct router IP set in the main "
-                                "window."},
-      .check_http_type = {window, "Text26",
-                          "3.  Make sure you have the correct 'HTTP Type' and' HTTP Port' to "
-                          "access the router set in the main window. (Default is HTTP:// & Port "
-                          "80)"},
-      .router_status = {window, "Text27", "Router Status:"},
-      .waiting_for = {window, "TextWaitingFor", "Waiting for: %1"},
-      .other_program = {window, "TextOtherProgram", "%1, on which another Quayline is working"},
-      .certificate_title = {window, "TextCertificateTitle", "Is this your router?"},
-      .certificate_question =
-          {window, "TextCertificateQuestion",
-           "%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch "
-           "for it. If you reach your own router in your own network here, you can trust it: "
-           "Quayline then remembers it, and warns you of any other one at this address.\n\n"
-           "Fingerprint (SHA-256):\n%2\n\nDo you trust this certificate?"},
-      .changed_certificate =
-          {window, "TextChangedCertificate",
-           "Careful: %1 shows another certificate than the one that you trusted before.\n\n"
-           "A router makes a new one when it is reset, updated or replaced. If none of this has "
-           "happened, "
-           "somebody else may be answering in its place, and would get your router's password: "
-           "answer No then.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust the new certificate?"},
-      .other_address_title = {window, "TextOtherAddressTitle", "Does this belong to your router?"},
-      .other_address_question =
-          {window, "TextOtherAddressQuestion",
-           "Your router at %1 leads to %2. Some routers have a second name or port for their "
-           "pages. Anything else at that address is another program or computer, and would get "
-           "what the script types there.\n\nDoes %2 belong to your router?"},
-      .page_dialog_title = {window, "TextPageDialogTitle", "The router's page"},
-      .no_more_dialogs = {window, "TextNoMoreDialogs", "&Show no more messages of this page"},
-  };
-}
-
-inline constexpr RunnerTexts kJobTexts = RunnerTextsOf("FrmJobStatus");
-inline constexpr RunnerTexts kPageViewTexts = RunnerTextsOf("FrmViewPage");
+inline constexpr RunnerTexts kRunnerTexts = {
+    .first_status = {"Router Status: Loading..."},
+    .last_error = {"Last Error Status Code:"},
+    .access_denied = {"You have received an ACCESS DENIED error from the webpage."},
+    .try_steps = {"Please try the following steps to fix this issue."},
+    .check_login = {"1.  Make sure the username and password are correct."},
+    .check_router_ip = {"2.  Make sure you have the correct router IP set in the main window."},
+    .log_in_by_hand =
+        {"3.  Some routers need to be logged into manually. Remove the user name and password from "
+         "the program, and then turn off 'Silent Mode' under the 'Advanced' menu. The webpage will "
+         "then ask for the username and password like normal."},
+    .not_found = {"You have received a NOT FOUND error from the webpage."},
+    .check_router = {"1.  Make sure the correct router is selected from the router list."},
+    .check_router_ip_again =
+        {"2.  Make sure you have the correct router IP set in the main window."},
+    .check_http_type = {"3.  Make sure you have the correct 'HTTP Type' and' HTTP Port' to access "
+                        "the router set in the main window. (Default is HTTP:// & Port 80)"},
+    .router_status = {"Router Status:"},
+    .waiting_for = {"Waiting for: %1"},
+    .other_program = {"%1, on which another Quayline is working"},
+    .certificate_title = {"Is this your router?"},
+    .certificate_question =
+        {"%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch "
+         "for it. If you reach your own router in your own network here, you can trust it: "
+         "Quayline then remembers it, and warns you of any other one at this "
+         "address.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust this certificate?"},
+    .changed_certificate =
+        {"Careful: %1 shows another certificate than the one that you trusted before.\n\nA router "
+         "makes a new one when it is reset, updated or replaced. If none of this has happened, "
+         "somebody else may be answering in its place, and would get your router's password: "
+         "answer No then.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust the new certificate?"},
+    .other_address_title = {"Does this belong to your router?"},
+    .other_address_question =
+        {"Your router at %1 leads to %2. Some routers have a second name or port for their pages. "
+         "Anything else at that address is another program or computer, and would get what the "
+         "script types there.\n\nDoes %2 belong to your router?"},
+    .page_dialog_title = {"The router's page"},
+    .no_more_dialogs = {"&Show no more messages of this page"},
+};
 
 }  // namespace quayline

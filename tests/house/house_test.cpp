@@ -126,10 +126,10 @@ TEST(HouseRules, FindWrongArrows) {
       {"script/runner.h", "net/port_checker.h"},
       {"script/runner.h", "<QWebEnginePage>"},
       {"ui/job/frm.cpp", "<QtWebEngineWidgets/QWebEngineView>"},
-      {"ui/job/frm.cpp", "ui/main/frm_main.h"},
+      {"ui/job/frm.cpp", "ui/main/main_window.h"},
       {"ui/toolkit/prompts.cpp", "ui/job/frm.h"},
       {"cli/main.cpp", "app/main_window.h"},
-      {"core/a.cpp", "../ui/main/frm_main.h"},
+      {"core/a.cpp", "../ui/main/main_window.h"},
       {"core/a.cpp", "demo/router.h"},
       {"new_folder/a.cpp", "core/a.h"},
   };

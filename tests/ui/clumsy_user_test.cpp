@@ -13,7 +13,7 @@ TEST_F(MainWindowTest, AnUpdateWithoutARouterMakesNoZerosOfThePorts) {
   folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|90|TCP|x\r\nB|1.1.1.1()|25|25|TCP|x\r\n");
   Start("routerip=10.0.0.1\r\n");
   const std::string before = Rows();
-  Click("Command8");
+  Click("update_button");
   EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("There is no script")));
   EXPECT_TRUE(jobs_.isEmpty());
   EXPECT_EQ(Rows(), before);
@@ -30,10 +30,10 @@ TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
   const Row rows[] = {
       {"alp", "Alpha 1", 3}, {"beta 2", "Beta 2", 7}, {"nonsense", "Beta 2", 7}, {"", "", 7}};
   for (const Row& row : rows) {
-    Find<QComboBox>("Combo1")->setEditText(QLatin1String(row.typed));
+    Find<QComboBox>("router_box")->setEditText(QLatin1String(row.typed));
     prompts_.shown.clear();
-    Click("Command8");
-    EXPECT_EQ(TextOf("Combo1"), row.shown) << row.typed;
+    Click("update_button");
+    EXPECT_EQ(TextOf("router_box"), row.shown) << row.typed;
     EXPECT_EQ(context_->session.router_id, row.router_id) << row.typed;
     EXPECT_EQ(prompts_.shown.empty(), !row.shown.empty()) << row.typed;
   }
@@ -42,12 +42,12 @@ TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
 TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStoredWhenThatIsPossible) {
   QDir(folder_.dir.path()).mkdir(u"settings.ini"_s);
   Start();
-  Type("Text2", "me");
-  Type("Text3", "secret");
+  Type("username_edit", "me");
+  Type("password_edit", "secret");
   EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("cannot be stored")));
-  Trigger("MenuViewScripts");
+  Trigger("view_scripts_action");
   scripts_written_();
-  ExpectTexts({{"Text2", "me"}, {"Text3", "secret"}});
+  ExpectTexts({{"username_edit", "me"}, {"password_edit", "secret"}});
   QDir(folder_.dir.path()).rmdir(u"settings.ini"_s);
   main_->Main().Unload();
   EXPECT_TRUE(folder_.ReadFile("settings.ini").contains("routerpassword=secret\r\n"));
@@ -77,8 +77,8 @@ TEST_F(MainWindowTest, ItFitsOnASmallScreenWhereItsRestIsScrolledTo) {
 
 TEST_F(MainWindowTest, WhatIsPastedAsAPortIsNeverGluedTogether) {
   Start();
-  Click("Command1");
-  auto* field = Child<QLineEdit>(Find("FrmAddNew"), "Text2");
+  Click("add_button");
+  auto* field = Child<QLineEdit>(Find("AddEntryDialog"), "start_port_edit");
   for (const auto& [pasted, shown] : std::initializer_list<std::pair<const char*, std::string>>{
            {" 80 ", "80"}, {"80\n", "80"}, {"80 81", ""}, {"80\n81", ""}}) {
     field->clear();

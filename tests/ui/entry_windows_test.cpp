@@ -27,17 +27,17 @@ class EntryWindowTest : public WindowTest {
   void OpenAdd() {
     window_ = rig_.windows.AddNew(&desk_, [this] { ++stored_; });
     window_->show();
-    ASSERT_TRUE(ComesToSay("Label9", "Programs Loaded"));
-    EXPECT_EQ(TextOf("Combo3"), "") << "no program is chosen by itself";
+    ASSERT_TRUE(ComesToSay("program_count_label", "Programs Loaded"));
+    EXPECT_EQ(TextOf("program_box"), "") << "no program is chosen by itself";
   }
   void OpenCustom() {
     OpenAdd();
-    Click("Command4");
+    Click("custom_tab_button");
   }
   void TypeCustom(const char* name, const char* start, const char* end) {
-    Type("Combo2", name);
-    Type("Text2", start);
-    Type("Text3", end);
+    Type("name_box", name);
+    Type("start_port_edit", start);
+    Type("end_port_edit", end);
   }
   void OpenEdit(int row) {
     context_->session.supports_both = u"no"_s;
@@ -49,7 +49,7 @@ class EntryWindowTest : public WindowTest {
   }
   bool UpdateIsStored() {
     const int before = stored_;
-    Click("Command1");
+    Click("update_button");
     return stored_ > before && ComesToItsEnd();
   }
 
@@ -60,23 +60,23 @@ class EntryWindowTest : public WindowTest {
 
 TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAreTold) {
   OpenAdd();
-  Choose("Combo3", 0);
-  ExpectTexts({{"Label9", "Programs Loaded: (2)"},
-               {"Combo5", "192.168.1.20"},
-               {"Label11", "Entries Required: (3)"},
-               {"Label14", "(6881-6889)(80-81)"},
-               {"Label15", "(53)(80-81)"}});
-  Click("Command2");
+  Choose("program_box", 0);
+  ExpectTexts({{"program_count_label", "Programs Loaded: (2)"},
+               {"program_address_box", "192.168.1.20"},
+               {"entries_required_label", "Entries Required: (3)"},
+               {"tcp_ports_label", "(6881-6889)(80-81)"},
+               {"udp_ports_label", "(53)(80-81)"}});
+  Click("add_program_button");
   const std::string rows =
       "Game01 192.168.1.20() 6881-6889 TCP Game night; Game02 192.168.1.20() 53-53 UDP Game night; "
       "Game03 192.168.1.20() 80-81 TCP/UDP Game night";
   EXPECT_EQ(Rows(), rows);
-  Click("Command2");
+  Click("add_program_button");
   EXPECT_EQ(Rows(), rows + "; " + rows);
   EXPECT_EQ(stored_, 2);
   EXPECT_THAT(prompts_.shown, IsEmpty());
-  Choose("Combo3", 1);
-  Click("Command2");
+  Choose("program_box", 1);
+  Click("add_program_button");
   EXPECT_THAT(Rows(), EndsWith("; Mail01 192.168.1.20() 25-25 TCP <b>Mail x</b>"));
   EXPECT_THAT(prompts_.shown, ElementsAre(EndsWith("were left out:\nx")));
 }
@@ -85,22 +85,22 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
   OpenAdd();
   const auto told_about = [this](const char* what) {
     prompts_.shown.clear();
-    Click("Command2");
+    Click("add_program_button");
     EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith(what)));
   };
   told_about("Tell: Please select a program from the list.");
   const Named cases[] = {{"game NIGHT", "Entries Required: (3)"},
                          {"game", "Entries Required: (0)"}};
   for (const auto& [typed, entries] : cases) {
-    Type("Combo3", typed);
-    Q_EMIT Find<QComboBox>("Combo3")->lineEdit()->editingFinished();
-    EXPECT_EQ(TextOf("Label11"), entries);
+    Type("program_box", typed);
+    Q_EMIT Find<QComboBox>("program_box")->lineEdit()->editingFinished();
+    EXPECT_EQ(TextOf("entries_required_label"), entries);
   }
-  EXPECT_EQ(TextOf("Combo3"), "game");
+  EXPECT_EQ(TextOf("program_box"), "game");
   told_about("Tell: Please select a program from the list.");
-  Choose("Combo3", 0);
+  Choose("program_box", 0);
   for (const char* address : {"", "0.0.0.0", "192.168."}) {
-    Type("Combo5", address);
+    Type("program_address_box", address);
     told_about("Tell: You must enter an ip address to forward the ports to.");
   }
   EXPECT_EQ(stored_, 0);
@@ -113,34 +113,38 @@ TEST_F(EntryWindowTest, AnInstalledProgramTakesTheDatabasesPlace) {
   settings.write("d15:TCP.Listen.Porti41000e15:UDP.Listen.Porti41001ee");
   settings.close();
   OpenAdd();
-  Choose("Combo3", 0);
-  Choose("Combo6", 1);
-  ExpectTexts({{"Combo3", ""}, {"Label19", "Settings - " + settings.fileName().toStdString()}});
-  Click("Command2");
+  Choose("program_box", 0);
+  Choose("installed_box", 1);
+  ExpectTexts({{"program_box", ""},
+               {"discovery_label", "Settings - " + settings.fileName().toStdString()}});
+  Click("add_program_button");
   EXPECT_EQ(Rows(),
             "Azureus01 192.168.1.20() 41000-41000 TCP Azureus Vuze; "
             "Azureus02 192.168.1.20() 41001-41001 UDP Azureus Vuze");
-  Choose("Combo6", 0);
-  EXPECT_EQ(TextOf("Label19"), "Error - Unable to find the settings in the registry.");
-  Click("Command2");
+  Choose("installed_box", 0);
+  EXPECT_EQ(TextOf("discovery_label"), "Error - Unable to find the settings in the registry.");
+  Click("add_program_button");
   EXPECT_EQ(stored_, 1) << "ports of the program before";
   EXPECT_THAT(prompts_.shown, ElementsAre("Tell: There are no ports of this program to add."));
-  Choose("Combo3", 0);
-  ExpectTexts({{"Combo6", ""}, {"Label19", ""}});
+  Choose("program_box", 0);
+  ExpectTexts({{"installed_box", ""}, {"discovery_label", ""}});
 }
 
 TEST_F(EntryWindowTest, ATypedEntryIsAddedRememberedAndItsFieldsAreEmptied) {
   OpenCustom();
   TypeCustom("OLD", "21", "22");
-  Find<QComboBox>("Combo1")->setCurrentIndex(0);
-  Click("Command1");
+  Find<QComboBox>("protocol_box")->setCurrentIndex(0);
+  Click("add_custom_button");
   EXPECT_EQ(Rows(), "OLD 192.168.1.20() 21-22 TCP OLD");
   EXPECT_EQ(context_->databases.CustomPorts(),
             (QList<CustomPortRecord>{{5, u"OLD"_s, u"TCP"_s, u"21"_s, u"22"_s}}));
-  ExpectTexts({{"Combo2", ""}, {"Text2", ""}, {"Text3", ""}, {"Combo1", "TCP/UDP"}});
-  Choose("Combo2", 0);
-  ExpectTexts({{"Text2", "21"}, {"Text3", "22"}, {"Combo1", "TCP"}});
-  Click("Command1");
+  ExpectTexts({{"name_box", ""},
+               {"start_port_edit", ""},
+               {"end_port_edit", ""},
+               {"protocol_box", "TCP/UDP"}});
+  Choose("name_box", 0);
+  ExpectTexts({{"start_port_edit", "21"}, {"end_port_edit", "22"}, {"protocol_box", "TCP"}});
+  Click("add_custom_button");
   EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: The name 'OLD'")));
   EXPECT_EQ(stored_, 1);
 }
@@ -148,54 +152,54 @@ TEST_F(EntryWindowTest, ATypedEntryIsAddedRememberedAndItsFieldsAreEmptied) {
 TEST_F(EntryWindowTest, ARouterWithoutACommonRuleOffersNone) {
   context_->session.supports_both = u"No"_s;
   OpenCustom();
-  EXPECT_EQ(Find<QComboBox>("Combo1")->count(), 2);
-  EXPECT_EQ(TextOf("Combo1"), "TCP");
-  Choose("Combo2", 0);
-  EXPECT_EQ(TextOf("Combo1"), "UDP");
+  EXPECT_EQ(Find<QComboBox>("protocol_box")->count(), 2);
+  EXPECT_EQ(TextOf("protocol_box"), "TCP");
+  Choose("name_box", 0);
+  EXPECT_EQ(TextOf("protocol_box"), "UDP");
 }
 
 TEST_F(EntryWindowTest, FieldsTakeOnlyWhatBelongsThereAndAPortIsClampedWhenLeft) {
   context_->session.max_port = u"60000"_s;
   OpenCustom();
   Activate();
-  Find("Text2")->setFocus();
-  QTest::keyClicks(Find("Text2"), u"+6a5 000"_s);
-  ExpectTexts({{"Label8", "(1~60000)"}, {"Text2", "65000"}});
-  Press("Text2", Qt::Key_Tab);
-  EXPECT_EQ(TextOf("Text2"), "60000");
-  Type("Combo4", "");
-  QTest::keyClicks(Find<QComboBox>("Combo4")->lineEdit(), u"192.168.256.7.9x"_s);
-  EXPECT_EQ(TextOf("Combo4"), "192.168.25.79");
+  Find("start_port_edit")->setFocus();
+  QTest::keyClicks(Find("start_port_edit"), u"+6a5 000"_s);
+  ExpectTexts({{"end_port_hint_label", "(1~60000)"}, {"start_port_edit", "65000"}});
+  Press("start_port_edit", Qt::Key_Tab);
+  EXPECT_EQ(TextOf("start_port_edit"), "60000");
+  Type("custom_address_box", "");
+  QTest::keyClicks(Find<QComboBox>("custom_address_box")->lineEdit(), u"192.168.256.7.9x"_s);
+  EXPECT_EQ(TextOf("custom_address_box"), "192.168.25.79");
 }
 
 TEST_F(EntryWindowTest, ANameThatIsTooLongHoldsTheFocus) {
   OpenCustom();
   Activate();
-  Find("Combo2")->setFocus();
-  Type("Combo2", "ElevenChars");
-  Find("Text2")->setFocus();
+  Find("name_box")->setFocus();
+  Type("name_box", "ElevenChars");
+  Find("start_port_edit")->setFocus();
   EXPECT_THAT(prompts_.shown, ElementsAre("Tell: Name can only be 10 chars or less."));
-  EXPECT_TRUE(Find("Combo2")->hasFocus());
+  EXPECT_TRUE(Find("name_box")->hasFocus());
 }
 
 TEST_F(EntryWindowTest, AComputersNameGoesIntoTheRowAndItsLackIsAskedAbout) {
   context_->session.needs_computer_name = u"YES"_s;
   rig_.host_names.name = u"FrontDesk"_s;
   OpenAdd();
-  Choose("Combo3", 0);
-  Click("Command2");
+  Choose("program_box", 0);
+  Click("add_program_button");
   EXPECT_THAT(Rows(), StartsWith("Game01 192.168.1.20(FrontDesk) "));
   rig_.host_names.name.clear();
   prompts_.answers = {false, true};
-  Click("Command2");
+  Click("add_program_button");
   EXPECT_EQ(stored_, 1) << "No";
   EXPECT_EQ(prompts_.shown.back(),
             "Ask: Quayline: Couldn't resolve this IP address to its Name.\n\n"
             "Example: 192.168.1.100 Belongs to Computer name 'FrontDesk'\n\n"
             "Are you sure you want to use this IP address?");
-  Click("Command4");
+  Click("custom_tab_button");
   TypeCustom("Own", "5", "5");
-  Click("Command1");
+  Click("add_custom_button");
   EXPECT_THAT(Rows(), EndsWith("; Own 192.168.1.20() 5-5 TCP/UDP Own"));
 }
 
@@ -203,19 +207,19 @@ TEST_F(EntryWindowTest, ADeadNameServerHoldsNothingAndClosingChangesNothing) {
   rig_.host_names.hangs = true;
   context_->session.needs_computer_name = u"yes"_s;
   OpenAdd();
-  Choose("Combo3", 0);
-  const auto give_up = [this](const char* button) {
+  Choose("program_box", 0);
+  const auto give_up = [this](const char* button, const char* close) {
     Click(button);
     EXPECT_FALSE(Find(button)->isEnabled()) << "a second search meanwhile";
-    EXPECT_TRUE(Find("command_close")->isEnabled());
+    EXPECT_TRUE(Find(close)->isEnabled());
     QTest::keyClick(window_, Qt::Key_Escape);
     EXPECT_TRUE(ComesToItsEnd());
   };
-  give_up("Command2");
+  give_up("add_program_button", "close_button");
   EXPECT_EQ(rig_.host_names.asked, QStringList(u"192.168.1.20"_s));
   EXPECT_EQ(Rows(), "");
   OpenEdit(0);
-  give_up("Command1");
+  give_up("update_button", "cancel_button");
   EXPECT_EQ(stored_, 0);
 }
 
@@ -225,13 +229,13 @@ TEST_F(EntryWindowTest, DetectPutsAnAdaptersAddressOrZerosIntoItsOwnBox) {
       {{{.description = u"unplugged"_s}, UsedAdapter()}, "10.0.0.7"}, {{}, "0.0.0.0"}};
   for (const auto& [adapters, address] : cases) {
     folder_.adapters.adapters = adapters;
-    Click("zCommand4");
-    const QPointer<QWidget> chooser = Find("FrmNetworkList2");
-    EXPECT_FALSE(Child(chooser, "Label3")->isVisible());
-    auto* ok = Child<QAbstractButton>(chooser, "Command1");
+    Click("detect_program_address_button");
+    const QPointer<QWidget> chooser = Find("AdapterDialog");
+    EXPECT_FALSE(Child(chooser, "gateway_hint_label")->isVisible());
+    auto* ok = Child<QAbstractButton>(chooser, "ok_button");
     ok->click();
     EXPECT_FALSE(ok->isEnabled()) << "a second answer";
-    ExpectTexts({{"Combo5", address}, {"Combo4", "192.168.1.20"}});
+    ExpectTexts({{"program_address_box", address}, {"custom_address_box", "192.168.1.20"}});
     EXPECT_TRUE(RunUntil([&] { return chooser.isNull(); }));
   }
 }
@@ -245,7 +249,7 @@ TEST_F(EntryWindowTest, ThousandsOfProgramsComeInStepsAndClosingEndsThem) {
   ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
   window_ = rig_.windows.AddNew(&desk_, [] {});
   window_->show();
-  auto* box = Find<QComboBox>("Combo3");
+  auto* box = Find<QComboBox>("program_box");
   ASSERT_TRUE(RunUntil([&] { return box->count() > 0; }));
   EXPECT_LT(box->count(), 10000) << "all at once";
   window_->close();
@@ -254,23 +258,24 @@ TEST_F(EntryWindowTest, ThousandsOfProgramsComeInStepsAndClosingEndsThem) {
 
 TEST_F(EntryWindowTest, AnUnchangedRowPassesAndLosesNothingOfWhatItHolds) {
   OpenEdit(1);
-  EXPECT_EQ(Find<QComboBox>("Combo1")->count(), 3) << "also for a router without a common rule";
-  EXPECT_EQ(TextOf("Combo4"), "printer");
-  EXPECT_EQ(Find<QComboBox>("Combo4")->count(), 2) << "this computer's addresses";
+  EXPECT_EQ(Find<QComboBox>("protocol_box")->count(), 3)
+      << "also for a router without a common rule";
+  EXPECT_EQ(TextOf("address_box"), "printer");
+  EXPECT_EQ(Find<QComboBox>("address_box")->count(), 2) << "this computer's addresses";
   ASSERT_TRUE(UpdateIsStored());
   EXPECT_EQ(Rows(), std::string(kFirst) + "; LongProgram01 printer() 90-90 TCP/UDP kept");
 }
 
 TEST_F(EntryWindowTest, AChangedRowKeepsItsPlaceAndDescription) {
   OpenEdit(0);
-  EXPECT_EQ(TextOf("Combo4"), "10.0.0.1");
-  EXPECT_EQ(Find<QLineEdit>("Text1")->maxLength(), 10);
+  EXPECT_EQ(TextOf("address_box"), "10.0.0.1");
+  EXPECT_EQ(Find<QLineEdit>("name_edit")->maxLength(), 10);
   const QList<CustomPortRecord> remembered = context_->databases.CustomPorts();
-  Type("Text1", "Other");
-  Type("Text2", "70");
-  Type("Text3", "71");
-  Find<QComboBox>("Combo1")->setCurrentIndex(1);
-  Type("Combo4", "10.0.0.2");
+  Type("name_edit", "Other");
+  Type("start_port_edit", "70");
+  Type("end_port_edit", "71");
+  Find<QComboBox>("protocol_box")->setCurrentIndex(1);
+  Type("address_box", "10.0.0.2");
   ASSERT_TRUE(UpdateIsStored());
   EXPECT_EQ(Rows(), std::string("Other 10.0.0.2() 70-71 UDP kept; ") + kSecond);
   EXPECT_EQ(context_->databases.CustomPorts(), remembered);
@@ -278,7 +283,7 @@ TEST_F(EntryWindowTest, AChangedRowKeepsItsPlaceAndDescription) {
 
 TEST_F(EntryWindowTest, ARefusalLeavesTheRowAndTheWindow) {
   OpenEdit(0);
-  Type("Text3", "90");
+  Type("end_port_edit", "90");
   EXPECT_FALSE(UpdateIsStored());
   EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: 'LongProgram01' Already")));
   EXPECT_EQ(Rows(), std::string(kFirst) + "; " + kSecond);

@@ -234,7 +234,7 @@ class ListOnScreenTest : public MainWindowTest {
     folder_.WriteFile("list.qyl", QByteArray(kTwoRows) + "C|||||\r\nD|||||\r\n");
     Start("router=Alpha 1\r\n");
     Activate();
-    list_ = Find<HintedList>("ListView1");
+    list_ = Find<HintedList>("port_list_view");
     EXPECT_EQ(list_->currentIndex().row(), 0) << "a row is selected from the start";
     list_->setCurrentIndex(context_->port_list.index(1, 0));
   }
@@ -244,32 +244,32 @@ class ListOnScreenTest : public MainWindowTest {
 
 TEST_F(ListOnScreenTest, TheDeleteKeyRemovesRowsInTheListAndEditsInAField) {
   StartWithRows();
-  Press("Text1", Qt::Key_Delete);
-  Press("Text1", Qt::Key_Return);
+  Press("router_ip_edit", Qt::Key_Delete);
+  Press("router_ip_edit", Qt::Key_Return);
   EXPECT_THAT(prompts_.shown, IsEmpty());
   EXPECT_EQ(window_->findChild<QDialog*>(), nullptr);
   prompts_.answers = {true, true};
-  Press("ListView1", Qt::Key_Down, Qt::ShiftModifier);
-  Press("ListView1", Qt::Key_Delete);
+  Press("port_list_view", Qt::Key_Down, Qt::ShiftModifier);
+  Press("port_list_view", Qt::Key_Delete);
   EXPECT_EQ(Rows(), "A 1.1.1.1() 1-1 TCP x; D  -  ");
   EXPECT_EQ(list_->selectionModel()->selectedRows().size(), 1);
   list_->setCurrentIndex(context_->port_list.index(1, 0));
-  Press("ListView1", Qt::Key_Delete);
+  Press("port_list_view", Qt::Key_Delete);
   EXPECT_EQ(Rows(), "A 1.1.1.1() 1-1 TCP x");
   EXPECT_EQ(list_->currentIndex().row(), 0);
 }
 
 TEST_F(ListOnScreenTest, InsertAddsEnterEditsAndEveryChangeIsInTheFile) {
   StartWithRows();
-  Press("ListView1", Qt::Key_Return);
-  auto* edit = Find<QDialog>("FrmEdit");
-  Child(edit, "Text1")->setProperty("text", u"New"_s);
-  Child<QAbstractButton>(edit, "Command1")->click();
+  Press("port_list_view", Qt::Key_Return);
+  auto* edit = Find<QDialog>("EditEntryDialog");
+  Child(edit, "name_edit")->setProperty("text", u"New"_s);
+  Child<QAbstractButton>(edit, "update_button")->click();
   EXPECT_TRUE(folder_.ReadFile("list.qyl").contains("\r\nNew|1.1.1.2()|2|2|UDP|y\r\nC|"));
   ASSERT_TRUE(RunUntil([&] { return window_->findChild<QDialog*>() == nullptr; }));
   Activate();
-  Press("ListView1", Qt::Key_Insert);
-  EXPECT_TRUE(Find("FrmAddNew")->isVisible());
+  Press("port_list_view", Qt::Key_Insert);
+  EXPECT_TRUE(Find("AddEntryDialog")->isVisible());
 }
 
 TEST_F(ListOnScreenTest, ADroppedListIsOpenedAndNothingElseIsTaken) {
@@ -301,15 +301,15 @@ TEST_F(ListOnScreenTest, ADroppedListIsOpenedAndNothingElseIsTaken) {
 TEST_F(ListOnScreenTest, ADrawnColumnKeepsItsWidthAndTheOthersFollowTheirTexts) {
   folder_.WriteFile("list.qyl", kTwoRows);
   Start("listcolumns=5,-5,99999\r\n");
-  auto* list = Find<HintedList>("ListView1");
+  auto* list = Find<HintedList>("port_list_view");
   const int own = list->columnWidth(0);
   EXPECT_GT(own, 16) << "a stored width that is none";
   EXPECT_LT(list->columnWidth(2), 2000);
   list->header()->resizeSection(1, 222);
   context_->port_list.Replace(0, {.app_name = QString(30, u'x')});
-  Click("zCommand6");
+  Click("open_button");
   Start();
-  list = Find<HintedList>("ListView1");
+  list = Find<HintedList>("port_list_view");
   EXPECT_EQ(list->columnWidth(1), 222);
   EXPECT_EQ(list->columnWidth(0), own);
   Q_EMIT list->header()->sectionHandleDoubleClicked(1);

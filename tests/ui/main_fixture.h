@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/main/frm_main2.h"
+#include "ui/main/main_frame.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
@@ -21,11 +21,11 @@ class MainWindowTest : public WindowTest {
     // Pictures come from a port where nobody listens.
     context_->maker_site.base = u"http://127.0.0.1:9"_s;
     entries_ = std::make_unique<EntryRig>(*context_, prompts_);
-    main_ = new FrmMain2(*context_, prompts_, Windows());
+    main_ = new MainFrame(*context_, prompts_, Windows());
     window_ = main_;
     is_ready_ = false;
-    QObject::connect(&main_->Main(), &FrmMain::ready, main_, [this] { is_ready_ = true; });
-    QObject::connect(main_, &FrmMain2::closed, main_, [this] { ++closed_; });
+    QObject::connect(&main_->Main(), &MainWindow::ready, main_, [this] { is_ready_ = true; });
+    QObject::connect(main_, &MainFrame::closed, main_, [this] { ++closed_; });
   }
   void Begin() {
     Make();
@@ -52,7 +52,7 @@ class MainWindowTest : public WindowTest {
     }
   }
 
-  FrmMain2* main_ = nullptr;
+  MainFrame* main_ = nullptr;
   bool is_ready_ = false;
   int closed_ = 0;
   QList<QPointer<QWidget>> jobs_;

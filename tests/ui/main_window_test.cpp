@@ -8,7 +8,7 @@
 #include <QWheelEvent>
 
 #include "main_fixture.h"
-#include "ui/main/frm_splash.h"
+#include "ui/main/splash_screen.h"
 
 namespace quayline::testing {
 namespace {
@@ -16,19 +16,19 @@ namespace {
 TEST_F(MainWindowTest, AFirstStartShowsTheDefaultsAndTheGatewayWhichCanBeDetectedAgain) {
   folder_.adapters.adapters = {UsedAdapter()};
   Start();
-  ExpectTexts({{"Combo1", "(((Please Choose A Router)))"},
-               {"Text1", "10.0.0.1"},
-               {"Text10", "80"},
-               {"Combo2", "http://"},
-               {"Combo3", "English | English"},
-               {"Label5", "Routers Loaded: (2)"}});
+  ExpectTexts({{"router_box", "(((Please Choose A Router)))"},
+               {"router_ip_edit", "10.0.0.1"},
+               {"http_port_edit", "80"},
+               {"http_type_box", "http://"},
+               {"language_box", "English | English"},
+               {"router_count_label", "Routers Loaded: (2)"}});
   EXPECT_EQ(Stored(setting::kRouterIp), "10.0.0.1");
   EXPECT_TRUE(context_->job_options.silent_mode);
   EXPECT_TRUE(context_->job_options.throttle);
-  EXPECT_TRUE(ComesToSay("LabelLocalIP", "(Current Local IP): 192.168.1.20"));
-  Type("Text1", "9.9.9.9");
-  Click("zCommand3");
-  Child<QAbstractButton>(Find("FrmNetworkList"), "Command1")->click();
+  EXPECT_TRUE(ComesToSay("local_ip_label", "(Current Local IP): 192.168.1.20"));
+  Type("router_ip_edit", "9.9.9.9");
+  Click("detect_ip_button");
+  Child<QAbstractButton>(Find("AdapterDialog"), "ok_button")->click();
   EXPECT_EQ(Stored(setting::kRouterIp), "10.0.0.1");
 }
 
@@ -44,21 +44,21 @@ TEST_F(MainWindowTest, TheStoredLoginWinsOverTheRoutersDefaultInWindowAndFile) {
                          session.password})
                 .join(u' '),
             u"10.0.0.1 8080 https:// me a=b;c"_s);
-  EXPECT_EQ(TextOf("Label9"), "Max Router Can Hold: (16)");
+  EXPECT_EQ(TextOf("max_entries_label"), "Max Router Can Hold: (16)");
   ExpectStored({{setting::kRouterUsername, "me"}, {setting::kRouterPassword, "a=b;c"}});
-  EXPECT_EQ(Find<QLineEdit>("Text3")->echoMode(), QLineEdit::Normal);
-  EXPECT_FALSE(Find<QAction>("MenuDisablePopups")->isChecked());
-  EXPECT_TRUE(Find<QAction>("MenuScriptThrottle")->isChecked()) << "garbage keeps the design state";
+  EXPECT_EQ(Find<QLineEdit>("password_edit")->echoMode(), QLineEdit::Normal);
+  EXPECT_FALSE(Find<QAction>("silent_mode_action")->isChecked());
+  EXPECT_TRUE(Find<QAction>("throttle_action")->isChecked()) << "garbage keeps the design state";
 }
 
 TEST_F(MainWindowTest, AStoredRouterThatIsGoneStaysAsTextAndSelectsNothing) {
   Start("router=Gone 9\r\nrouterusername=me\r\n");
-  EXPECT_EQ(TextOf("Combo1"), "Gone 9");
+  EXPECT_EQ(TextOf("router_box"), "Gone 9");
   EXPECT_EQ(context_->session.router_name, u"Gone 9"_s);
   EXPECT_TRUE(context_->session.update_script.isEmpty());
   EXPECT_EQ(Stored(setting::kRouter), "Gone 9");
-  EXPECT_TRUE(Find("ImageLogo")->isVisible());
-  EXPECT_FALSE(Find("Image1")->isVisible());
+  EXPECT_TRUE(Find("logo_label")->isVisible());
+  EXPECT_FALSE(Find("router_image")->isVisible());
 }
 
 TEST_F(MainWindowTest, EveryFieldIsInTheFileAtEachChangeAndAnEmptyPortGetsItsDefaultWhenLeft) {
@@ -68,26 +68,26 @@ TEST_F(MainWindowTest, EveryFieldIsInTheFileAtEachChangeAndAnEmptyPortGetsItsDef
     const char* typed;
     Named stored;
   } cases[] = {
-      {"Text1", "HTTP://10.0.0.138", {setting::kRouterIp, "10.0.0.138"}},
-      {"Text1", "http://https://fritz.lan", {setting::kRouterIp, "fritz.lan"}},
-      {"Text10", "8080", {setting::kHttpPort, "8080"}},
-      {"Text2", " me ", {setting::kRouterUsername, " me "}},
-      {"Text3", "p=\"w;\"", {setting::kRouterPassword, "p=\"w;\""}},
-      {"Text3", "", {setting::kRouterPassword, ""}},
-      {"Combo2", "https://", {setting::kHttpType, "https://"}},
+      {"router_ip_edit", "HTTP://10.0.0.138", {setting::kRouterIp, "10.0.0.138"}},
+      {"router_ip_edit", "http://https://fritz.lan", {setting::kRouterIp, "fritz.lan"}},
+      {"http_port_edit", "8080", {setting::kHttpPort, "8080"}},
+      {"username_edit", " me ", {setting::kRouterUsername, " me "}},
+      {"password_edit", "p=\"w;\"", {setting::kRouterPassword, "p=\"w;\""}},
+      {"password_edit", "", {setting::kRouterPassword, ""}},
+      {"http_type_box", "https://", {setting::kHttpType, "https://"}},
   };
   for (const auto& c : cases) {
     Type(c.control, c.typed);
     EXPECT_EQ(TextOf(c.control), c.stored.text);
     ExpectStored({c.stored});
   }
-  Type("Text10", "  ");
+  Type("http_port_edit", "  ");
   EXPECT_EQ(Stored(setting::kHttpPort), "  ") << "while typing";
-  Q_EMIT Find<QLineEdit>("Text10")->editingFinished();
-  EXPECT_EQ(TextOf("Text10"), "80");
+  Q_EMIT Find<QLineEdit>("http_port_edit")->editingFinished();
+  EXPECT_EQ(TextOf("http_port_edit"), "80");
   EXPECT_EQ(Stored(setting::kHttpPort), "80");
-  Click("Check1");
-  for (const char* option : {"MenuDisablePopups", "MenuScriptThrottle", "MenuDebugMode"}) {
+  Click("show_password_check");
+  for (const char* option : {"silent_mode_action", "throttle_action", "debug_mode_action"}) {
     Trigger(option);
   }
   ExpectStored({{setting::kShowPassword, "1"},
@@ -108,9 +108,9 @@ TEST_F(MainWindowTest, TheRoutersComeInStepsBetweenWhichTheWindowAnswers) {
   QTimer events;
   QObject::connect(&events, &QTimer::timeout, window_, [&] { order += u'e'; });
   events.start(0);
-  const auto* model = Find<QComboBox>("Combo1")->model();
+  const auto* model = Find<QComboBox>("router_box")->model();
   QObject::connect(model, &QAbstractItemModel::rowsInserted, window_, [&] { order += u'r'; });
-  ASSERT_TRUE(ComesToSay("Label5", "Routers Loaded: (10,000)"));
+  ASSERT_TRUE(ComesToSay("router_count_label", "Routers Loaded: (10,000)"));
   EXPECT_FALSE(order.contains(u"rr"_s)) << "two steps without a look at events";
   EXPECT_EQ(model->rowCount(), 10001);
 }
@@ -119,8 +119,9 @@ TEST_F(MainWindowTest, TheTotalsFollowTheListFile) {
   folder_.WriteFile("list.qyl",
                     "A|1.1.1.1()|100|109|TCP/UDP|x\r\n\r\nB|1.1.1.1()|1|65535|tcp|y\r\nshort\r\n");
   Start();
-  EXPECT_TRUE(ComesToSay("Label7", "Total Entries To Add: (3)"));
-  EXPECT_THAT(TextOf("Label8"), StartsWith("Ports To Be Opened: (65555)\nPort Type: (TCP: 65545)"));
+  EXPECT_TRUE(ComesToSay("total_entries_label", "Total Entries To Add: (3)"));
+  EXPECT_THAT(TextOf("total_ports_label"),
+              StartsWith("Ports To Be Opened: (65555)\nPort Type: (TCP: 65545)"));
   EXPECT_EQ(main_->Main().Totals().rows, 3);
 }
 
@@ -148,8 +149,8 @@ TEST_F(MainWindowTest, WithoutItsDatabasesTheProgramSaysWhyAndEnds) {
 
 TEST_F(MainWindowTest, ASplashThatIsClosedBringsUpNoWindow) {
   for (const bool is_closed : {true, false}) {
-    FrmSplash splash;
-    QSignalSpy turn(&splash, &FrmSplash::timeForMainWindow);
+    SplashScreen splash;
+    QSignalSpy turn(&splash, &SplashScreen::timeForMainWindow);
     splash.show();
     if (is_closed) {
       splash.close();
@@ -162,11 +163,11 @@ TEST_F(MainWindowTest, ASplashThatIsClosedBringsUpNoWindow) {
 TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
   folder_.WriteFile("list.qyl", "A|1.1.1.1()|1|1|TCP|x\r\n");
   Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
-  Click("Command8");
+  Click("update_button");
   ASSERT_EQ(jobs_.size(), 1);
-  Trigger("MenuAbout");
+  Trigger("about_action");
   context_->job_flags.AddLeavingRuns(1);
-  Trigger("menuExit");
+  Trigger("exit_action");
   EXPECT_FALSE(RunUntil([this] { return closed_ > 0; }, std::chrono::milliseconds(100)))
       << "a save on its way is cut off";
   context_->job_flags.AddLeavingRuns(-1);
@@ -181,8 +182,8 @@ TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
 TEST_F(MainWindowTest, AWindowClosedDuringItsStartDoesNotGoOnWithIt) {
   WriteSettings("router=Alpha 1\r\n");
   Begin();
-  QObject::connect(Find<QComboBox>("Combo1")->model(), &QAbstractItemModel::rowsInserted, window_,
-                   &QWidget::close, Qt::QueuedConnection);
+  QObject::connect(Find<QComboBox>("router_box")->model(), &QAbstractItemModel::rowsInserted,
+                   window_, &QWidget::close, Qt::QueuedConnection);
   ASSERT_TRUE(RunUntil([&] { return !window_->isVisible(); }));
   EXPECT_FALSE(RunUntil([&] { return is_ready_; }, std::chrono::milliseconds(100)));
   EXPECT_TRUE(context_->session.update_script.isEmpty());
@@ -190,18 +191,18 @@ TEST_F(MainWindowTest, AWindowClosedDuringItsStartDoesNotGoOnWithIt) {
 
 TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {
   Start("router=Alpha 1\r\nrouterpassword=mine\r\n");
-  auto* routers = Find<QComboBox>("Combo1");
+  auto* routers = Find<QComboBox>("router_box");
   QWheelEvent wheel(QPointF(5, 5), routers->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120),
                     Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(routers, &wheel);
-  EXPECT_EQ(TextOf("Combo1"), "Alpha 1");
+  EXPECT_EQ(TextOf("router_box"), "Alpha 1");
   EXPECT_EQ(Stored(setting::kRouterPassword), "mine");
 }
 
 TEST_F(MainWindowTest, AMissingBrowserIsToldWithTheAddress) {
   Start();
   folder_.desktop.has_browser = false;
-  Click("Label11");
+  Click("router_request_link");
   ASSERT_EQ(folder_.desktop.opened.size(), 1);
   EXPECT_THAT(prompts_.shown,
               ElementsAre(HasSubstr(folder_.desktop.opened.first().toString().toStdString())));

@@ -20,28 +20,28 @@ TEST_F(RouterWindowsTest, AnUpdateThatCannotBeginSaysWhyAndPointsThere) {
     const char* focus;    // the control that has it afterwards; nullptr is any
     int row = 0;          // the selected one
   } cases[] = {
-      {"", "1.1.1.1", kOne, "Please Choose A Router.", "Combo1"},
-      {"Alpha 1", "0.0.0.0", kOne, "Please Set Router IP.", "Text1"},
+      {"", "1.1.1.1", kOne, "Please Choose A Router.", "router_box"},
+      {"Alpha 1", "0.0.0.0", kOne, "Please Set Router IP.", "router_ip_edit"},
       {"Alpha 1", "1.1.1.1", "", "You must have at least 1 port", nullptr, -1},
       {"Alpha 1", "1.1.1.1",
        "B|1.1.1.1()|9|9|TCP|x\r\nA|1.1.1.1()|5|5|TCP|x\r\na|1.1.1.1()|7|7|UDP|x\r\n", "'A'",
-       "ListView1", 1},
+       "port_list_view", 1},
       {"Alpha 1", "1.1.1.1", "A|1.1.1.1()|5|106|TCP|x\r\n", "101", nullptr},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.message);
     folder_.WriteFile("list.qyl", c.list);
     Start("router=Alpha 1\r\n");
-    Type("Combo1", c.router);
-    Type("Text1", c.address);
+    Type("router_box", c.router);
+    Type("router_ip_edit", c.address);
     prompts_.shown.clear();
-    Find("Command8")->setFocus();
-    Click("Command8");
+    Find("update_button")->setFocus();
+    Click("update_button");
     EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr(c.message)));
     EXPECT_TRUE(jobs_.isEmpty());
     const QWidget* focused = window_->focusWidget();
     EXPECT_TRUE(!c.focus || (focused && focused->objectName() == QLatin1String(c.focus)));
-    EXPECT_EQ(Find<HintedList>("ListView1")->currentIndex().row(), c.row);
+    EXPECT_EQ(Find<HintedList>("port_list_view")->currentIndex().row(), c.row);
   }
 }
 
@@ -56,7 +56,7 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
   flags.SetJobStopRequested(true);
   flags.SetJobDebugMode(true);
   flags.job_error_grace = 0;
-  Click("Command8");
+  Click("update_button");
   EXPECT_THAT(prompts_.shown, IsEmpty());
   ASSERT_EQ(jobs_.size(), 1);
   EXPECT_TRUE(jobs_.first()->isVisible());
@@ -67,12 +67,12 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
   EXPECT_EQ(folder_.ReadFile("list.qyl"), list);
   flags.is_running = true;
   prompts_.answers = {false, true};
-  Click("Command8");
+  Click("update_button");
   EXPECT_EQ(jobs_.size(), 1) << "a job that runs was dropped unasked";
   for (const bool is_running : {true, false}) {
     const qsizetype before = jobs_.size();
     flags.is_running = is_running;
-    Click("Command8");
+    Click("update_button");
     ASSERT_EQ(jobs_.size(), before + 1);
     const QWidget* former = jobs_[before - 1];
     EXPECT_FALSE(former && former->isVisible());
@@ -83,11 +83,11 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
 TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
   Start();
   JobFlags& flags = context_->job_flags;
-  Type("Text1", "0.0.0.0");
-  Click("Command7");
-  Type("Text1", "192.168.1.1");
+  Type("router_ip_edit", "0.0.0.0");
+  Click("view_ports_button");
+  Type("router_ip_edit", "192.168.1.1");
   flags.is_running = true;
-  Click("Command7");
+  Click("view_ports_button");
   EXPECT_THAT(prompts_.shown,
               ElementsAre("Tell: Please Set Router IP.", StartsWith("Tell: An update is running")));
   EXPECT_TRUE(dialog_.isNull());
@@ -96,7 +96,7 @@ TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
   flags.is_running = false;
   flags.SetJobStopRequested(true);
   flags.view_error_grace = 0;
-  Click("Command7");
+  Click("view_ports_button");
   ASSERT_TRUE(dialog_);
   EXPECT_TRUE(dialog_->isModal());
   EXPECT_FALSE(flags.JobStopRequested());
@@ -105,16 +105,16 @@ TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
 
 TEST_F(RouterWindowsTest, AnotherRouterOfTheBoxOrTheListReplacesTheTypedPassword) {
   Start();
-  Click("vkCommand8");
+  Click("router_list_button");
   ASSERT_TRUE(dialog_ && choose_router_);
-  const std::function<void()> ways[] = {[this] { Choose("Combo1", 2); },
+  const std::function<void()> ways[] = {[this] { Choose("router_box", 2); },
                                         [this] { choose_router_(7); }};
   for (const auto& choose : ways) {
     choose_router_(3);
-    Type("Text3", "typed");
+    Type("password_edit", "typed");
     choose();
     choose_router_(99);  // gone from the database meanwhile
-    ExpectTexts({{"Combo1", "Beta 2"}, {"Text2", "root"}, {"Text3", "secret"}});
+    ExpectTexts({{"router_box", "Beta 2"}, {"username_edit", "root"}, {"password_edit", "secret"}});
     EXPECT_EQ(Stored(setting::kRouterPassword), "secret");
     EXPECT_EQ(context_->session.router_id, 7);
     EXPECT_EQ(context_->session.router_name, u"Beta 2"_s);
@@ -123,17 +123,17 @@ TEST_F(RouterWindowsTest, AnotherRouterOfTheBoxOrTheListReplacesTheTypedPassword
 
 TEST_F(RouterWindowsTest, ScriptsThatWereWrittenAreReadAndTheLoginStays) {
   Start();
-  Click("vkCommand8");
+  Click("router_list_button");
   choose_router_(3);
-  Type("Text2", "me");
-  Type("Text3", "my own");
-  Trigger("MenuViewScripts");
+  Type("username_edit", "me");
+  Type("password_edit", "my own");
+  Trigger("view_scripts_action");
   ASSERT_TRUE(scripts_written_);
   ASSERT_TRUE(context_->databases.UpdateRouterScripts(3, u"a\r\nb"_s, QString()));
   scripts_written_();
   EXPECT_EQ(context_->session.update_script, QStringList({u"a"_s, u"b"_s}));
   EXPECT_EQ(context_->session.view_script, QStringList());
-  ExpectTexts({{"Text2", "me"}, {"Text3", "my own"}});
+  ExpectTexts({{"username_edit", "me"}, {"password_edit", "my own"}});
   EXPECT_EQ(Stored(setting::kRouterPassword), "my own");
 }
 

@@ -7,14 +7,13 @@
 #include <QTimer>
 #include <qtestspontaneevent.h>
 
-#include "ui/job/frm_job_status.h"
-#include "ui/job/frm_view_page.h"
+#include "ui/job/job_window.h"
+#include "ui/job/page_view_window.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
 namespace {
 
-// Text1 is the log, Text2 the states, Text3 the errors, Command1 the way on in debug mode.
 class RunWindowTest : public WindowTest {
  protected:
   RunWindowTest() {
@@ -27,8 +26,8 @@ class RunWindowTest : public WindowTest {
                                     {u"B"_s, u"1.1.1.5(x)"_s, u"6"_s, u"6"_s, u"TCP"_s, {}}});
   }
 
-  void OpenJob() { Show(new FrmJobStatus(*context_, prompts_, Browser())); }
-  void OpenView() { Show(new FrmViewPage(*context_, prompts_, Browser(), nullptr)); }
+  void OpenJob() { Show(new JobWindow(*context_, prompts_, Browser())); }
+  void OpenView() { Show(new PageViewWindow(*context_, prompts_, Browser(), nullptr)); }
 
   bool hangs_ = false;
   QPointer<FakePage> page_;
@@ -51,21 +50,21 @@ class RunWindowTest : public WindowTest {
 TEST_F(RunWindowTest, ARouterWithoutAScriptIsToldAndNothingIsLoaded) {
   context_->session.view_script.clear();
   OpenView();
-  EXPECT_TRUE(ComesToSay("label_entry", "There is no script"));
-  EXPECT_EQ(TextOf("Text1"), "");
+  EXPECT_TRUE(ComesToSay("headline_label", "There is no script"));
+  EXPECT_EQ(TextOf("log_edit"), "");
   EXPECT_FALSE(context_->job_flags.is_running);
 }
 
 TEST_F(RunWindowTest, WhoeverClosesTheWindowOfAJobThatRunsIsAsked) {
   hangs_ = true;
   OpenJob();
-  ASSERT_TRUE(ComesToSay("Text1", "Step 01"));
+  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
   const auto press_the_frame = [this] {
     QCloseEvent event;
     QSpontaneKeyEvent::setSpontaneous(&event);
     qApp->notify(window_, &event);  // sendEvent() would make it the program's own
   };
-  Click("command_close");
+  Click("close_button");
   QTest::keyClick(window_, Qt::Key_Escape);
   press_the_frame();
   EXPECT_THAT(prompts_.shown, SizeIs(3));
@@ -79,7 +78,7 @@ TEST_F(RunWindowTest, WhoeverClosesTheWindowOfAJobThatRunsIsAsked) {
   hangs_ = false;
   prompts_.shown.clear();
   OpenJob();
-  ASSERT_TRUE(ComesToSay("label_entry", "Finished"));
+  ASSERT_TRUE(ComesToSay("headline_label", "Finished"));
   QTest::keyClick(window_, Qt::Key_Escape);
   EXPECT_TRUE(ComesToItsEnd());
   EXPECT_THAT(prompts_.shown, IsEmpty());
@@ -88,18 +87,18 @@ TEST_F(RunWindowTest, WhoeverClosesTheWindowOfAJobThatRunsIsAsked) {
 TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
   hangs_ = true;
   OpenJob();
-  ASSERT_TRUE(ComesToSay("Text1", "nav(\"one\")"));
+  ASSERT_TRUE(ComesToSay("log_edit", "nav(\"one\")"));
   const QPointer<QWidget> former = window_;
   const QPointer<FakePage> saving = page_;
   former->close();
   window_ = nullptr;
   hangs_ = false;
   OpenJob();
-  ASSERT_TRUE(ComesToSay("label_waiting", "1.1.1.1"));
+  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
   EXPECT_EQ(saving->Navigation().starts, 1) << "the job before went on";
-  EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("Step 01")));
+  EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Step 01")));
   saving->Arrive();
-  EXPECT_TRUE(ComesToSay("label_entry", "Finished"));
+  EXPECT_TRUE(ComesToSay("headline_label", "Finished"));
   EXPECT_TRUE(RunUntil([&] { return former.isNull(); }));
 }
 
@@ -116,24 +115,24 @@ INSTANTIATE_TEST_SUITE_P(, EachRunWindowTest, ::testing::Values("Job", "View"),
 
 TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewBehindTheRun) {
   Open();
-  EXPECT_EQ(TextOf("Text1"), IsJob() ? "\nRouter: Alpha 1\nLoading Commands..." : "");
+  EXPECT_EQ(TextOf("log_edit"), IsJob() ? "\nRouter: Alpha 1\nLoading Commands..." : "");
   EXPECT_TRUE(page_->Widget()->isVisible());
-  ASSERT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
-  EXPECT_THAT(TextOf("Text1"), HasSubstr("Step 02. nav(\"two\")"));
-  EXPECT_THAT(TextOf("Text1"), HasSubstr(IsJob() ? "(Current -  2/2)\nAdding B (TCP)" : ""));
-  EXPECT_THAT(TextOf("Text1"),
+  ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
+  EXPECT_THAT(TextOf("log_edit"), HasSubstr("Step 02. nav(\"two\")"));
+  EXPECT_THAT(TextOf("log_edit"), HasSubstr(IsJob() ? "(Current -  2/2)\nAdding B (TCP)" : ""));
+  EXPECT_THAT(TextOf("log_edit"),
               EndsWith(IsJob() ? "DONE! (All Commands Finished)-------------------" : "------\n"));
-  EXPECT_TRUE(Find<QPlainTextEdit>("Text1")->textCursor().atEnd());
+  EXPECT_TRUE(Find<QPlainTextEdit>("log_edit")->textCursor().atEnd());
   EXPECT_TRUE(page_->Widget()->isVisible());
-  EXPECT_FALSE(Find("command_stop")->isEnabled());
+  EXPECT_FALSE(Find("stop_button")->isEnabled());
   Q_EMIT page_->statusTextChanged(u"Done"_s);
-  EXPECT_THAT(TextOf("Text2"), EndsWith("\nRouter Status: Done"));
+  EXPECT_THAT(TextOf("status_edit"), EndsWith("\nRouter Status: Done"));
 }
 
 TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   hangs_ = true;
   Open();
-  ASSERT_TRUE(ComesToSay("Text1", "nav(\"one\")"));
+  ASSERT_TRUE(ComesToSay("log_edit", "nav(\"one\")"));
   EXPECT_TRUE(context_->job_flags.is_running);
   window_->close();
   EXPECT_TRUE(context_->job_flags.JobStopRequested());
@@ -150,11 +149,11 @@ TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
 TEST_P(EachRunWindowTest, TheSaveOfAWindowThatIsClosedComesAheadOfTheNextRun) {
   context_->job_flags.AddLeavingRuns(1);
   Open();
-  ASSERT_TRUE(ComesToSay("label_waiting", "1.1.1.1"));
-  EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("Step 01")));
+  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
+  EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Step 01")));
   context_->job_flags.AddLeavingRuns(-1);
-  EXPECT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
-  EXPECT_EQ(TextOf("label_waiting"), "");
+  EXPECT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
+  EXPECT_EQ(TextOf("waiting_label"), "");
 }
 
 TEST_P(EachRunWindowTest, ARunWaitsForAnotherProgramThatWorksOnTheRouter) {
@@ -165,15 +164,15 @@ TEST_P(EachRunWindowTest, ARunWaitsForAnotherProgramThatWorksOnTheRouter) {
     auto lock = other.TryTake(RouterKey(context_->session));
     ASSERT_NE(lock, nullptr);
     Open();
-    ASSERT_TRUE(ComesToSay("label_waiting", "another Quayline"));
-    EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("Step 01")));
+    ASSERT_TRUE(ComesToSay("waiting_label", "another Quayline"));
+    EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Step 01")));
     if (stops) {
-      Click("command_stop");
-      EXPECT_TRUE(ComesToSay("label_entry", "Stopped"));
+      Click("stop_button");
+      EXPECT_TRUE(ComesToSay("headline_label", "Stopped"));
     }
     lock.reset();
-    EXPECT_TRUE(ComesToSay("label_entry", stops ? "Stopped" : WordsAtTheEnd()));
-    EXPECT_EQ(TextOf("Text1").contains("Step 01"), !stops);
+    EXPECT_TRUE(ComesToSay("headline_label", stops ? "Stopped" : WordsAtTheEnd()));
+    EXPECT_EQ(TextOf("log_edit").contains("Step 01"), !stops);
     EXPECT_NE(other.TryTake(RouterKey(context_->session)), nullptr) << "kept after the run";
   }
 }
@@ -182,12 +181,12 @@ TEST_P(EachRunWindowTest, StopFreesTheRunAheadOfItsFirstStepAndInAHangingPage) {
   hangs_ = true;
   for (const bool at_once : {true, false}) {
     Open();
-    ASSERT_TRUE(at_once || ComesToSay("Text1", "Step 01"));
-    Click("command_stop");
-    EXPECT_TRUE(ComesToSay("label_entry", "Stopped"));
+    ASSERT_TRUE(at_once || ComesToSay("log_edit", "Step 01"));
+    Click("stop_button");
+    EXPECT_TRUE(ComesToSay("headline_label", "Stopped"));
     QTest::qWait(at_once ? 700 : 0);  // longer than the window lets its run wait
-    EXPECT_EQ(TextOf("Text1").contains("Step 01"), !at_once);
-    EXPECT_THAT(TextOf("Text1"), Not(HasSubstr("2/2")));
+    EXPECT_EQ(TextOf("log_edit").contains("Step 01"), !at_once);
+    EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("2/2")));
     EXPECT_TRUE(window_->isVisible());
     EXPECT_FALSE(context_->job_flags.is_running);
   }
@@ -197,17 +196,17 @@ TEST_P(EachRunWindowTest, DebugModeHoldsEachStepAndItsButtonLeadsOn) {
   for (const bool from_the_start : {true, false}) {
     context_->job_options.debug_mode = from_the_start;
     Open();
-    const auto* proceed = Find("Command1");
+    const auto* proceed = Find("proceed_button");
     EXPECT_EQ(proceed->isVisible(), from_the_start);
     context_->job_options.debug_mode = true;
     // The line during which it is switched on is not held.
     for (int step = from_the_start ? 1 : 2; step <= (IsJob() ? 4 : 2); ++step) {
-      ASSERT_TRUE(RunUntil([&] { return proceed->isEnabled(); })) << TextOf("Text1");
+      ASSERT_TRUE(RunUntil([&] { return proceed->isEnabled(); })) << TextOf("log_edit");
       EXPECT_TRUE(proceed->isVisible());
-      EXPECT_EQ(Find<QPlainTextEdit>("Text1")->toPlainText().count(u"Step "_s), step);
-      Click("Command1");
+      EXPECT_EQ(Find<QPlainTextEdit>("log_edit")->toPlainText().count(u"Step "_s), step);
+      Click("proceed_button");
     }
-    ASSERT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
+    ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
     EXPECT_FALSE(proceed->isEnabled());
   }
 }
@@ -216,7 +215,7 @@ TEST_P(EachRunWindowTest, APopupTakesThePlaceOfThePageAndGivesItBack) {
   for (const bool is_over : {false, true}) {
     hangs_ = !is_over;
     Open();
-    ASSERT_TRUE(!is_over || RunUntil([this] { return !Find("command_stop")->isEnabled(); }));
+    ASSERT_TRUE(!is_over || RunUntil([this] { return !Find("stop_button")->isEnabled(); }));
     auto* popup = new FakePage(page_->questions, nullptr, new QLabel(u"popup"_s));
     const QPointer<QWidget> view = popup->Widget();
     Q_EMIT page_->newWindow(popup);
@@ -253,11 +252,11 @@ TEST_P(EachRunWindowTest, APagesOwnDialogIsTheRunsWhileItWorksAndTheUsersAfterwa
   const PageDialog dialog{.kind = PageDialog::Kind::kConfirm, .text = u"Delete ALL rules?"_s};
   hangs_ = true;
   Open();
-  ASSERT_TRUE(ComesToSay("Text1", "Step 01"));
+  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
   EXPECT_FALSE(page_->questions.AnswerDialog(dialog).has_value());
   EXPECT_THAT(prompts_.shown, IsEmpty());
-  Click("command_stop");
-  ASSERT_TRUE(ComesToSay("label_entry", "Stopped"));
+  Click("stop_button");
+  ASSERT_TRUE(ComesToSay("headline_label", "Stopped"));
   for (const bool yes : {false, true}) {
     prompts_.page_answer.accepted = yes;
     const auto answer = page_->questions.AnswerDialog(dialog);
@@ -268,7 +267,7 @@ TEST_P(EachRunWindowTest, APagesOwnDialogIsTheRunsWhileItWorksAndTheUsersAfterwa
 
 TEST_P(EachRunWindowTest, AWindowThatClosesUnderAQuestionLivesUntilItIsAnswered) {
   Open();
-  ASSERT_TRUE(ComesToSay("label_entry", WordsAtTheEnd()));
+  ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
   prompts_.page_answer.accepted = true;
   prompts_.on_page_box = [this] {
     window_->close();
@@ -316,9 +315,9 @@ TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHo
     Q_EMIT page_->statusTextChanged(QLatin1String(text));
   }
   Q_EMIT page_->navigateError(u"http://1.1.1.1/one"_s, 401);
-  EXPECT_EQ(TextOf("Text2"),
+  EXPECT_EQ(TextOf("status_edit"),
             "Router Status: Loading...\n\nRouter Status: Connecting\nRouter Status: Done");
-  EXPECT_THAT(TextOf("Text3"),
+  EXPECT_THAT(TextOf("errors_edit"),
               EndsWith("\nLast Error Status Code: DENIED(401) (http://1.1.1.1/one)"));
   EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Notify: You have received an ACCESS")));
 }

@@ -20,15 +20,15 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
-#include "ui/entries/frm_network_list.h"
-#include "ui/job/frm_job_status.h"
-#include "ui/job/frm_view_page.h"
-#include "ui/main/frm_about.h"
-#include "ui/main/frm_main2.h"
-#include "ui/main/frm_splash.h"
+#include "ui/entries/adapter_dialog.h"
+#include "ui/job/job_window.h"
+#include "ui/job/page_view_window.h"
+#include "ui/main/about_dialog.h"
+#include "ui/main/main_frame.h"
+#include "ui/main/splash_screen.h"
 #include "ui/toolkit/theme.h"
-#include "ui/tools/frm_router_list.h"
-#include "ui/tools/frm_view_scripts.h"
+#include "ui/tools/router_list_dialog.h"
+#include "ui/tools/script_dialog.h"
 #include "window_doubles.h"
 
 namespace quayline::testing {
@@ -136,7 +136,7 @@ class Photographer final {
   }
 
   Task<> TakeSplash() {
-    FrmSplash splash;
+    SplashScreen splash;
     splash.show();
     co_await Sleep(600ms);
     Save(splash, QStringLiteral("splash"));
@@ -145,32 +145,32 @@ class Photographer final {
   Task<> TakeMain(QString name) {
     AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
     WindowPrompts prompts(context.translator);
-    FrmMain2 window(context, prompts, {});
+    MainFrame window(context, prompts, {});
     window.Load();
     window.resize(980, 720);  // the screen of these pictures is smaller than a user's
     window.show();
     bool is_ready = false;
-    QObject::connect(&window.Main(), &FrmMain::ready, &window, [&] { is_ready = true; });
-    co_await Until([&] { return is_ready; }).WokenBy(&window.Main(), &FrmMain::ready);
+    QObject::connect(&window.Main(), &MainWindow::ready, &window, [&] { is_ready = true; });
+    co_await Until([&] { return is_ready; }).WokenBy(&window.Main(), &MainWindow::ready);
     co_await Sleep(600ms);
     Save(window, name);
     if (name != QLatin1String("main")) {
       co_return;
     }
     for (const char* menu_name :
-         {"menuFile", "menutools", "menuAdvanced", "menuhelp", "menuExtras", "menurightclick"}) {
+         {"file_menu", "tools_menu", "advanced_menu", "help_menu", "extras_menu", "list_menu"}) {
       auto* menu = window.findChild<QMenu*>(QLatin1String(menu_name));
       menu->popup(window.mapToGlobal(QPoint(40, 40)));
       co_await Sleep(50ms);
       Save(*menu, QLatin1String(menu_name));
       menu->close();
     }
-    FrmAbout* about = new FrmAbout(&window);
+    AboutDialog* about = new AboutDialog(&window);
     about->open();
     co_await Sleep(50ms);
     Save(*about, QStringLiteral("about"));
     about->close();
-    window.findChild<QAbstractButton*>(QStringLiteral("vkCommand7"))->click();
+    window.findChild<QAbstractButton*>(QStringLiteral("login_help_button"))->click();
     co_await Sleep(50ms);
     for (QWidget* box : window.findChildren<QDialog*>()) {
       if (box->isVisible()) {
@@ -192,7 +192,7 @@ class Photographer final {
                                      QStringLiteral("nav(\"save\")")};
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
     WindowPrompts prompts(context.translator);
-    auto* job = new FrmJobStatus(context, prompts, [](PageQuestions& questions, QObject* parent) {
+    auto* job = new JobWindow(context, prompts, [](PageQuestions& questions, QObject* parent) {
       return new FakePage(questions, parent, MakePage());
     });
     job->resize(1120, 780);
@@ -226,49 +226,49 @@ class Photographer final {
     QDialog* edit = rig.windows.Edit(&window, 0, [] {});
     edit->show();
     co_await Sleep(50ms);
-    Save(*edit, QStringLiteral("edit"));
-    Click(edit, "Command1");
+    Save(*edit, QStringLiteral("edit_entry"));
+    Click(edit, "update_button");
     co_await Sleep(200ms);
-    Save(*edit, QStringLiteral("edit_name"));
+    Save(*edit, QStringLiteral("edit_entry_name"));
   }
 
   Task<> TakeNetworkLists(const EntryWindows* windows, QWidget* parent) {
     QDialog* router = windows->NetworkList(parent, [](const QString&) {});
     router->show();
-    auto* own = new FrmNetworkList(windows->context.adapters, AddressPurpose::kOwn, parent);
+    auto* own = new AdapterDialog(windows->context.adapters, AddressPurpose::kOwn, parent);
     own->show();
     co_await Sleep(50ms);
-    Save(*router, QStringLiteral("network_list"));
-    Save(*own, QStringLiteral("network_list2"));
+    Save(*router, QStringLiteral("adapters"));
+    Save(*own, QStringLiteral("own_address"));
   }
 
   Task<> TakeAddNew(const EntryWindows* windows, QWidget* parent) {
     QDialog* add = windows->AddNew(parent, [] {});
     add->show();
     co_await Sleep(300ms);
-    Save(*add, QStringLiteral("add_new"));
-    auto* programs = add->findChild<QComboBox*>(QStringLiteral("Combo3"));
+    Save(*add, QStringLiteral("add_entry"));
+    auto* programs = add->findChild<QComboBox*>(QStringLiteral("program_box"));
     for (const int program : {0, 1}) {
       programs->setCurrentIndex(program);
       Q_EMIT programs->activated(program);
       if (program == 0) {
-        Click(add, "Command2");
+        Click(add, "add_program_button");
       }
       co_await Sleep(50ms);
-      Save(*add, QStringLiteral("add_new_program%1").arg(program + 1));
+      Save(*add, QStringLiteral("add_entry_program%1").arg(program + 1));
     }
-    auto* installed = add->findChild<QComboBox*>(QStringLiteral("Combo6"));
+    auto* installed = add->findChild<QComboBox*>(QStringLiteral("installed_box"));
     installed->setCurrentIndex(1);
     Q_EMIT installed->textActivated(installed->currentText());
     co_await Sleep(50ms);
-    Save(*add, QStringLiteral("add_new_installed"));
-    Click(add, "Command4");
+    Save(*add, QStringLiteral("add_entry_installed"));
+    Click(add, "custom_tab_button");
     co_await Sleep(50ms);
-    Save(*add, QStringLiteral("add_new_custom"));
+    Save(*add, QStringLiteral("add_entry_custom"));
     add->resize(add->minimumSizeHint());
-    Click(add, "Command3");
+    Click(add, "database_tab_button");
     co_await Sleep(50ms);
-    Save(*add, QStringLiteral("add_new_small"));
+    Save(*add, QStringLiteral("add_entry_small"));
   }
 
   static void Click(QWidget* window, const char* button) {
@@ -291,16 +291,16 @@ class Photographer final {
         QStringLiteral("set_nmae(\"rule_name,\")"), QStringLiteral("set_start_port(\"start,x\")"),
         QStringLiteral("click_button(\"Save\")"),   QStringLiteral("set_stop_port(\"\")")};
     WindowPrompts prompts(context.translator);
-    auto* list = new FrmRouterList(context, prompts, nullptr, [](int) {});
-    auto* page = new FrmViewPage(
+    auto* list = new RouterListDialog(context, prompts, nullptr, [](int) {});
+    auto* page = new PageViewWindow(
         context, prompts,
         [](PageQuestions& questions, QObject* parent) {
           return new FakePage(questions, parent, MakePage());
         },
         nullptr);
-    auto* scripts = new FrmViewScripts(context, prompts, nullptr, [] {});
+    auto* scripts = new ScriptDialog(context, prompts, nullptr, [] {});
     QDialog* const windows[] = {list, page, scripts};
-    const char* const names[] = {"router_list", "view_page", "view_scripts"};
+    const char* const names[] = {"router_list", "page_view", "scripts"};
     page->resize(1120, 780);
     for (int i = 0; i < 3; ++i) {
       windows[i]->show();
@@ -308,7 +308,7 @@ class Photographer final {
       co_await Sleep(1500ms);
       Save(*windows[i], QLatin1String(names[i]));
       if (windows[i] == scripts) {
-        auto* editor = scripts->findChild<ScriptEditor*>(QStringLiteral("Text2"));
+        auto* editor = scripts->findChild<ScriptEditor*>(QStringLiteral("update_script_editor"));
         editor->moveCursor(QTextCursor::End);
         QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::ControlModifier);
         editor->insertPlainText(QStringLiteral("set_st"));

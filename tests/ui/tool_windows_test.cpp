@@ -9,8 +9,8 @@
 #include <QListWidget>
 #include <QTextBlock>
 
-#include "ui/tools/frm_router_list.h"
-#include "ui/tools/frm_view_scripts.h"
+#include "ui/tools/router_list_dialog.h"
+#include "ui/tools/script_dialog.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
@@ -30,13 +30,13 @@ class RouterListTest : public WindowTest {
   }
   void Reopen() {
     delete window_.data();
-    window_ = new FrmRouterList(*context_, prompts_, nullptr, [this](int id) { chosen_ = id; });
+    window_ = new RouterListDialog(*context_, prompts_, nullptr, [this](int id) { chosen_ = id; });
     window_->show();
-    list_ = Find<QListView>("List1");
-    ASSERT_TRUE(RunUntil([this] { return !Find("Label5")->isVisible(); }));
+    list_ = Find<QListView>("router_list_view");
+    ASSERT_TRUE(RunUntil([this] { return !Find("loading_label")->isVisible(); }));
   }
   QString Selected() const { return list_->currentIndex().data().toString(); }
-  void TypeKeys(const char* text) { QTest::keyClicks(Find("Text1"), QLatin1String(text)); }
+  void TypeKeys(const char* text) { QTest::keyClicks(Find("search_edit"), QLatin1String(text)); }
 
   QListView* list_ = nullptr;
   int chosen_ = 0;
@@ -47,15 +47,15 @@ const QStringList kNames{u"Alpha 1"_s, u"Beta-20"_s, u"Gamma (Alpha)"_s, u"ALPHA
 TEST_F(RouterListTest, FindNextGoesOnAndBeginsAnewOnlyWithTheNextSearch) {
   Open(kNames);
   TypeKeys("alpha");
-  Find("Text1")->blockSignals(true);  // from here on the button alone
+  Find("search_edit")->blockSignals(true);  // from here on the button alone
   context_->router_search_position = 0;
   for (const int found : {3, 0, 3, 0}) {
-    Press("Text1", Qt::Key_Return);
+    Press("search_edit", Qt::Key_Return);
     EXPECT_EQ(Selected(), kNames[found]);
   }
   EXPECT_THAT(prompts_.shown, IsEmpty());
-  Find<QCheckBox>("Check2")->setChecked(true);
-  Press("Text1", Qt::Key_Return);
+  Find<QCheckBox>("whole_name_check")->setChecked(true);
+  Press("search_edit", Qt::Key_Return);
   EXPECT_EQ(Selected(), kNames[2]);
   Reopen();
   TypeKeys("a");
@@ -72,7 +72,7 @@ TEST_F(RouterListTest, TypingDoesNotRunIntoABoxAndOneThatIsRightComesLater) {
   EXPECT_FALSE(is_told());
   ASSERT_TRUE(RunUntil(is_told));
   EXPECT_EQ(Selected(), kNames[1]);
-  Click("Command1");  // tells at once
+  Click("find_next_button");  // tells at once
   const std::string told = "Tell: Find: Could Not Find 'betax'<b>'";
   EXPECT_THAT(prompts_.shown, ElementsAre(told, told));
 }
@@ -85,9 +85,9 @@ TEST_F(RouterListTest, EveryWayOfChoosingHandsOverTheKeyOfTheRow) {
   };
   const auto press_enter = [this] {
     Activate();
-    Press("List1", Qt::Key_Return);
+    Press("router_list_view", Qt::Key_Return);
   };
-  const auto click_button = [this] { Click("command_choose"); };
+  const auto click_button = [this] { Click("choose_button"); };
   const std::pair<const char*, std::function<void()>> ways[] = {
       {"double click", double_click}, {"Enter", press_enter}, {"button", click_button}};
   for (const auto& [way, choose] : ways) {
@@ -103,10 +103,10 @@ TEST_F(RouterListTest, EveryWayOfChoosingHandsOverTheKeyOfTheRow) {
 
 TEST_F(RouterListTest, AnEmptyTableIsNothingToSearchIn) {
   Open({});
-  EXPECT_EQ(TextOf("Text2"), "Routers Loaded: (0)");
+  EXPECT_EQ(TextOf("router_count_edit"), "Routers Loaded: (0)");
   TypeKeys("a");
-  Click("Command1");
-  EXPECT_FALSE(Find("command_choose")->isEnabled());
+  Click("find_next_button");
+  EXPECT_FALSE(Find("choose_button")->isEnabled());
   EXPECT_THAT(prompts_.shown, IsEmpty());
   EXPECT_EQ(chosen_, 0);
 }
@@ -117,7 +117,7 @@ TEST_F(RouterListTest, TenThousandNamesAreSearchedBetweenTwoKeys) {
     names.append(u"Harbour HB-%1 (rev. B)"_s.arg(i));
   }
   Open(names << u"Zulu"_s);
-  EXPECT_EQ(TextOf("Text2"), "Routers Loaded: (10,001)");
+  EXPECT_EQ(TextOf("router_count_edit"), "Routers Loaded: (10,001)");
   const qint64 before = WorkedMs();
   TypeKeys("z*lu");
   EXPECT_LT(WorkedMs() - before, 4 * 50);
@@ -133,12 +133,12 @@ class ScriptWindowTest : public WindowTest {
     Open();
   }
   void Open() {
-    auto* window = new FrmViewScripts(*context_, prompts_, nullptr, [this] { ++writes_; });
+    auto* window = new ScriptDialog(*context_, prompts_, nullptr, [this] { ++writes_; });
     delete window_.data();
     window_ = window;
     window->open();
     window_->activateWindow();
-    update_ = Find<ScriptEditor>("Text2");
+    update_ = Find<ScriptEditor>("update_script_editor");
   }
   // "the update script | the view script"
   QString Scripts() {
@@ -152,19 +152,19 @@ class ScriptWindowTest : public WindowTest {
 
 TEST_F(ScriptWindowTest, EachButtonWritesItsOwnScriptAndLeavesTheOtherAlone) {
   EXPECT_EQ(window_->windowTitle(), u"Current Scripts For - Alpha 1"_s);
-  EXPECT_EQ(TextOf("Text2"), "nav(\"one\")\nnav(\"two\")\n");
-  auto* view = Find<ScriptEditor>("Text1");
+  EXPECT_EQ(TextOf("update_script_editor"), "nav(\"one\")\nnav(\"two\")\n");
+  auto* view = Find<ScriptEditor>("view_script_editor");
   EXPECT_FALSE(view->isVisible());
   view->appendPlainText(u"not to be saved"_s);
   update_->setPlainText(u"nav(\"\u00a0\u2192\")\n\nx"_s);
-  Click("Command2");
+  Click("save_update_script_button");
   EXPECT_EQ(Scripts(), u"nav(\"\u00a0\u2192\")\r\n\r\nx | nav(\"list\")"_s);
-  EXPECT_FALSE(Find("Command2")->isEnabled());
+  EXPECT_FALSE(Find("save_update_script_button")->isEnabled());
 
-  Click("Command4");
+  Click("show_view_script_button");
   EXPECT_TRUE(view->isVisible());
   view->clear();
-  Click("Command1");
+  Click("save_view_script_button");
   EXPECT_EQ(Scripts(), u"nav(\"\u00a0\u2192\")\r\n\r\nx | "_s);
   EXPECT_EQ(writes_, 2);
   EXPECT_THAT(prompts_.shown, IsEmpty());
@@ -173,13 +173,13 @@ TEST_F(ScriptWindowTest, EachButtonWritesItsOwnScriptAndLeavesTheOtherAlone) {
 TEST_F(ScriptWindowTest, AWriteThatFailsIsToldAndTheTextStays) {
   update_->insertPlainText(u"new"_s);
   context_->databases.Close();
-  Click("Command2");
+  Click("save_update_script_button");
   EXPECT_EQ(writes_, 1) << "what the database holds is read anew in any case";
-  EXPECT_TRUE(Find("Command2")->isEnabled());
+  EXPECT_TRUE(Find("save_update_script_button")->isEnabled());
   EXPECT_TRUE(update_->document()->isModified());
   context_->session.router_id = 0;
   Open();
-  Click("Command2");
+  Click("save_update_script_button");
   EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: The script cannot be saved"),
                                           StartsWith("Tell: Please choose a router")));
 }
@@ -199,7 +199,7 @@ TEST_F(ScriptWindowTest, ChangesAreNotThrownAwayUnasked) {
 }
 
 TEST_F(ScriptWindowTest, FaultyLinesAreMarkedAndListedWhileTypingAndLeadToTheirPlace) {
-  auto* list = Find<QListWidget>("list_findings");
+  auto* list = Find<QListWidget>("findings_list");
   EXPECT_EQ(list->count(), 0);
   update_->setPlainText(u"nav(\"one\")\nset_nmae(\"a,\")\ntimeout(\"0\")\na comment"_s);
   ASSERT_TRUE(RunUntil([&] { return list->count() == 2; }));
@@ -212,7 +212,7 @@ TEST_F(ScriptWindowTest, FaultyLinesAreMarkedAndListedWhileTypingAndLeadToTheirP
   }
   EXPECT_THAT(list->item(0)->text().toStdString(), StartsWith("Line 2 (warning): There is no"));
   EXPECT_THAT(list->item(1)->text().toStdString(), StartsWith("Line 3: With 0"));
-  EXPECT_EQ(TextOf("label_findings"), "Lines to look at: 2 (errors: 1)");
+  EXPECT_EQ(TextOf("findings_label"), "Lines to look at: 2 (errors: 1)");
   list->setFocus();
   list->setCurrentRow(1);
   EXPECT_EQ(update_->textCursor().selectedText(), u"0"_s);
@@ -230,11 +230,12 @@ TEST_F(ScriptWindowTest, NamesAreCompletedAtTheBeginningOfALineOnly) {
   ASSERT_TRUE(popup->isVisible()) << "three commands begin so";
   EXPECT_EQ(popup->currentIndex().data().toString().toStdString(), shape);
   QTest::keyClick(popup, Qt::Key_Return);
-  ExpectTexts({{"Text2", "set_stop_port(\"\")"}, {"label_shape_text2", shape}});
+  ExpectTexts(
+      {{"update_script_editor", "set_stop_port(\"\")"}, {"update_script_shape_label", shape}});
   QTest::keyClicks(update_, u"nav"_s);
   EXPECT_FALSE(popup->isVisible());
-  EXPECT_EQ(TextOf("Text2"), "set_stop_port(\"nav\")");
-  const QString help = Find<QLabel>("label_shape_text2")->toolTip();
+  EXPECT_EQ(TextOf("update_script_editor"), "set_stop_port(\"nav\")");
+  const QString help = Find<QLabel>("update_script_shape_label")->toolTip();
   EXPECT_TRUE(help.contains(u"end port"_s) && help.contains(u"<i>position</i>: How many"_s))
       << help.toStdString();
   update_->clear();

@@ -6,16 +6,16 @@
 #include <QWidget>
 
 #include "async/wait.h"
+#include "ui/entries/entry_texts.h"
 
 namespace quayline {
 
 ComputerNameSearch::ComputerNameSearch(AppContext& context, Prompts& prompts, HostNames& host_names,
-                                       const ComputerNameTexts& texts, QWidget* window)
+                                       QWidget* window)
     : QObject(window),
       context_(context),
       prompts_(prompts),
       host_names_(host_names),
-      texts_(texts),
       window_(window) {}
 
 bool ComputerNameSearch::IsNeeded() const {
@@ -34,9 +34,9 @@ Task<std::optional<QString>> ComputerNameSearch::Find(QString address) {
     co_return name;
   }
   const Translator& translator = context_.translator;
-  const QStringList paragraphs = {translator.Text(texts_.cannot_resolve),
-                                  translator.Text(texts_.example),
-                                  translator.Text(texts_.are_you_sure)};
+  const QStringList paragraphs = {translator.Text(message::kCannotResolveName),
+                                  translator.Text(message::kComputerNameExample),
+                                  translator.Text(message::kUseAddress)};
   const OneShot<bool> answer;
   prompts_.Ask(window_, QStringLiteral("Quayline"), paragraphs.join(QStringLiteral("\n\n")),
                answer.Callback());

@@ -13,21 +13,13 @@
 
 namespace quayline {
 
-// The three paragraphs of the question that comes up when nobody knows a computer's name.
-struct ComputerNameTexts {
-  Message cannot_resolve;
-  Message example;
-  Message are_you_sure;
-};
-
 // Finds the computer name that some routers want in each entry. Belongs to the window that adds or
 // changes entries.
 class ComputerNameSearch final : public QObject {
   Q_OBJECT
 
  public:
-  ComputerNameSearch(AppContext& context, Prompts& prompts, HostNames& host_names,
-                     const ComputerNameTexts& texts, QWidget* window);
+  ComputerNameSearch(AppContext& context, Prompts& prompts, HostNames& host_names, QWidget* window);
 
   // The name for an entry that forwards to `address`: empty at once where the selected router needs
   // none, and empty where none is found and the user wants the address all the same. Nothing when
@@ -45,7 +37,6 @@ class ComputerNameSearch final : public QObject {
   AppContext& context_;
   Prompts& prompts_;
   HostNames& host_names_;
-  ComputerNameTexts texts_;
   QWidget* window_;
 };
 

@@ -10,7 +10,7 @@
 #include <QValidator>
 
 #include "core/entry_fields.h"
-#include "ui/entries/frm_network_list.h"
+#include "ui/entries/adapter_dialog.h"
 #include "ui/toolkit/address_box.h"
 #include "ui/toolkit/theme.h"
 
@@ -51,8 +51,8 @@ void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapter
   FillLocalAddresses(box, ForwardableAddresses(adapters.AddressTable()));
   detect.setIcon(ThemeIcon(QStringLiteral("detect")));
   QObject::connect(&detect, &QToolButton::clicked, &box, [&box, &adapters, window] {
-    auto* chooser = new FrmNetworkList(adapters, AddressPurpose::kOwn, window);
-    QObject::connect(chooser, &FrmNetworkList::chosen, &box, &QComboBox::setEditText);
+    auto* chooser = new AdapterDialog(adapters, AddressPurpose::kOwn, window);
+    QObject::connect(chooser, &AdapterDialog::chosen, &box, &QComboBox::setEditText);
     chooser->open();
   });
 }

@@ -7,28 +7,24 @@
 namespace quayline::message {
 
 // What the entry dialogs say beside the refusals, which stand with the checks.
-inline constexpr Message kEntriesRequired{"FrmAddNew", "Text13", "Entries Required:"};
-inline constexpr Message kDiscoveredEntries{"FrmAddNew", "Text11", "Entries Required:"};
-inline constexpr Message kCheckingSettings{"FrmAddNew", "Text12", "Checking Settings..."};
-inline constexpr Message kSettingsOf{"FrmAddNew", "Text14", "Settings"};
-inline constexpr Message kNoSettingsFile{"FrmAddNew", "TextNoSettingsFile",
-                                         "Error - Unable to find the settings file."};
-inline constexpr Message kNoRegistryValue{"FrmAddNew", "TextNoRegistryValue",
-                                          "Error - Unable to find the settings in the registry."};
-inline constexpr Message kSettingsError{"FrmAddNew", "TextSettingsError", "Error - %1"};
-inline constexpr Message kNoUsablePort{"FrmAddNew", "TextNoUsablePort",
-                                       "A port is missing there, or is none."};
-inline constexpr Message kNothingToAdd{"FrmAddNew", "TextNothingToAdd",
-                                       "There are no ports of this program to add."};
-inline constexpr Message kProgramsLoaded{"FrmAddNew", "Text34", "Programs Loaded:"};
-inline constexpr Message kNameTooLongOnLeaving{"FrmAddNew", "Text31",
-                                               "Name can only be 10 chars or less."};
-inline constexpr Message kSearchProgram{"FrmAddNew", "TextSearch", "Choose a program, or type"};
-inline constexpr Message kAdded{"FrmAddNew", "TextAdded", "Added to your list:"};
+inline constexpr Message kEntriesRequired{"Entries Required:"};
+inline constexpr Message kCheckingSettings{"Checking Settings..."};
+inline constexpr Message kSettingsOf{"Settings"};
+inline constexpr Message kNoSettingsFile{"Error - Unable to find the settings file."};
+inline constexpr Message kNoRegistryValue{"Error - Unable to find the settings in the registry."};
+inline constexpr Message kSettingsError{"Error - %1"};
+inline constexpr Message kNoUsablePort{"A port is missing there, or is none."};
+inline constexpr Message kNothingToAdd{"There are no ports of this program to add."};
+inline constexpr Message kProgramsLoaded{"Programs Loaded:"};
+inline constexpr Message kNameTooLongOnLeaving{"Name can only be 10 chars or less."};
+inline constexpr Message kSearchProgram{"Choose a program, or type"};
+inline constexpr Message kAdded{"Added to your list:"};
 inline constexpr Message kUnreadablePorts{
-    "FrmAddNew", "TextUnreadablePorts",
     "These ports of the program can not be read and were left out:"};
-inline constexpr Message kLookingUpName{"FrmAddNew", "TextLookingUp",
-                                        "Looking up the name of %1..."};
+inline constexpr Message kLookingUpName{"Looking up the name of %1..."};
+inline constexpr Message kCannotResolveName{"Couldn't resolve this IP address to its Name."};
+inline constexpr Message kComputerNameExample{
+    "Example: 192.168.1.100 Belongs to Computer name 'FrontDesk'"};
+inline constexpr Message kUseAddress{"Are you sure you want to use this IP address?"};
 
 }  // namespace quayline::message

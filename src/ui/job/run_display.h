@@ -21,15 +21,15 @@ struct RunControls {
   // From the form of such a window.
   template <typename Form>
   explicit RunControls(const Form& form)
-      : log(form.Text1),
-        states(form.Text2),
-        errors(form.Text3),
+      : log(form.log_edit),
+        states(form.status_edit),
+        errors(form.errors_edit),
         browser_area(form.browser_area),
         progress(form.progress_bar),
-        bar(form.dBar1),
-        proceed(form.Command1),
-        waiting(form.label_waiting),
-        stop(form.command_stop) {}
+        bar(form.busy_bar),
+        proceed(form.proceed_button),
+        waiting(form.waiting_label),
+        stop(form.stop_button) {}
 
   QPlainTextEdit* log;
   QPlainTextEdit* states;

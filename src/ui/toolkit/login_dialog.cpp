@@ -12,10 +12,9 @@ namespace quayline {
 
 namespace {
 
-constexpr Message kExplanation{"LoginDialog", "TextExplanation",
-                               "%1 asks for a user name and a password."};
-constexpr Message kUsername{"LoginDialog", "TextUsername", "&Username:"};
-constexpr Message kPassword{"LoginDialog", "TextPassword", "&Password:"};
+constexpr Message kExplanation{"%1 asks for a user name and a password."};
+constexpr Message kUsername{"&Username:"};
+constexpr Message kPassword{"&Password:"};
 
 }  // namespace
 

@@ -1,0 +1,138 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/job/job_window.h"
+
+#include <QCloseEvent>
+
+#include "ui/job/job_window_texts.h"
+#include "ui/job/run_display.h"
+#include "ui/toolkit/theme.h"
+#include "ui_job_window.h"
+
+namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+}  // namespace
+
+JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host)
+    : context_(context),
+      prompts_(prompts),
+      ui_(std::make_unique<Ui::JobWindow>()),
+      questions_(*this, prompts, context.translator, kRunnerTexts),
+      runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)) {
+  ui_->setupUi(this);
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowTitle(Text(message::kJobTitle));
+  ResizeOnScreen(*this, {1120, 780});
+  ui_->upper_splitter->setSizes({690, 400});
+  ui_->splitter->setSizes({500, 120});
+  QFont title = ui_->headline_label->font();
+  title.setBold(true);
+  ui_->headline_label->setFont(title);
+
+  display_ = new RunDisplay(*this, *runner_, questions_, context, prompts, kRunnerTexts,
+                            RunControls(*ui_));
+  connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::ShowEntry);
+  connect(runner_.get(), &JobRunner::ended, this, &JobWindow::ShowEnd);
+  connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
+  connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
+  runner_->Open();
+  display_->ShowOpened();
+  start_timer_.setSingleShot(true);
+  connect(&start_timer_, &QTimer::timeout, runner_.get(), &JobRunner::Run);
+  start_timer_.start(500ms);
+}
+
+// The job first: its browsers show themselves in this window's widgets.
+JobWindow::~JobWindow() { runner_.reset(); }
+
+void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
+  ui_->headline_label->setText(
+      Text(message::kEntryOf).arg(QString::number(row), QString::number(rows), app_name));
+  setWindowTitle(QStringLiteral("%1 (%2/%3)")
+                     .arg(Text(message::kJobTitle), QString::number(row), QString::number(rows)));
+  ui_->busy_bar->SetMoving(true);
+}
+
+void JobWindow::Stop() {
+  if (start_timer_.isActive()) {
+    start_timer_.stop();
+    runner_->Stop();
+    ShowEnd();
+    return;
+  }
+  ui_->stop_button->setEnabled(false);
+  ui_->headline_label->setText(Text(message::kStopping));
+  runner_->Stop();
+}
+
+void JobWindow::ShowEnd() {
+  ui_->headline_label->setText(OutcomeText());
+  ui_->waiting_label->clear();
+  ui_->busy_bar->SetMoving(false);
+  ui_->proceed_button->setEnabled(false);
+  ui_->stop_button->setEnabled(false);
+  ui_->close_button->setFocus();
+  setWindowTitle(Text(message::kJobTitle));
+}
+
+QString JobWindow::OutcomeText() const {
+  const JobOutcome& outcome = runner_->Outcome();
+  if (runner_->StoppedByUser()) {
+    return Text(message::kStopped);
+  }
+  if (outcome.stopped) {
+    return Text(message::kEndedEarly);
+  }
+  if (outcome.entries_failed > 0) {
+    return Text(message::kFinishedWithErrors)
+        .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
+  }
+  if (!outcome.to_check.isEmpty()) {
+    return Text(message::kFinishedToCheck).arg(outcome.to_check.join(QStringLiteral(", ")));
+  }
+  return Text(message::kFinished);
+}
+
+void JobWindow::CloseAfterAsking() {
+  if (!IsWorking()) {
+    close();
+    return;
+  }
+  prompts_.Ask(this, Text(message::kCloseTitle), Text(message::kCloseQuestion), [this](bool yes) {
+    if (yes) {
+      close();
+    }
+  });
+}
+
+void JobWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    CloseAfterAsking();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void JobWindow::closeEvent(QCloseEvent* event) {
+  if (event->spontaneous() && IsWorking()) {  // the user's, by the window's frame
+    event->ignore();
+    CloseAfterAsking();
+    return;
+  }
+  start_timer_.stop();
+  context_.job_flags.SetPageErrorPending(true);
+  display_->Leave();
+  event->accept();
+}
+
+void JobWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  ui_->busy_bar->SetMoving(IsWorking());
+}
+
+}  // namespace quayline

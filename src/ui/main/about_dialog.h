@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+
+namespace quayline {
+
+// Says what the program is and which version. Deletes itself when it is closed.
+class AboutDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit AboutDialog(QWidget* parent);
+};
+
+}  // namespace quayline

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/main/main_frame.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "async/wait.h"
+
+namespace quayline {
+
+MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory windows)
+    : context_(context),
+      prompts_(prompts),
+      main_(new MainWindow(context, prompts, std::move(windows), this)) {
+  setObjectName(QStringLiteral("MainFrame"));
+  setWindowTitle(QStringLiteral("Quayline"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  // On a small screen, or at a large scale, "Update Router" would be beyond the window's edge.
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setWidget(main_);
+  layout->addWidget(area);
+  setMinimumSize(480, 360);
+  connect(main_, &MainWindow::exitRequested, this, &QWidget::close);
+}
+
+void MainFrame::Load() {
+  const auto loaded = main_->Load();
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  resize(StoredSize()
+             .value_or(main_->sizeHint().expandedTo(QSize(960, 720)))
+             .boundedTo(screen.size()));
+  move(screen.center() - rect().center());
+  if (!loaded) {
+    failed_ = true;
+    Q_EMIT startFailed();
+    prompts_.Tell(this, loaded.error(), [this] { close(); });
+  }
+}
+
+std::optional<QSize> MainFrame::StoredSize() const {
+  const QStringList sides = context_.settings.Value(setting::kWindowSize).split(QLatin1Char(','));
+  const QSize stored(sides.value(0).toInt(), sides.value(1).toInt());
+  return stored.isEmpty() ? std::nullopt : std::optional(stored);
+}
+
+void MainFrame::closeEvent(QCloseEvent* event) {
+  if (!failed_ && !isMaximized()) {
+    context_.settings.SetValue(setting::kWindowSize,
+                               QStringLiteral("%1,%2").arg(width()).arg(height()));
+  }
+  hide();
+  Q_EMIT leaving();
+  // Boxes and other windows go as well; each lets go of what it runs.
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (QWidget* window : windows) {
+    if (window != this) {
+      window->close();
+    }
+  }
+  event->accept();
+  ending_.Start(End());
+}
+
+Task<> MainFrame::End() {
+  JobFlags& flags = context_.job_flags;
+  co_await Until([&flags] { return flags.LeavingRuns() == 0; }).WokenBy(&flags, &JobFlags::changed);
+  main_->Unload();
+  Q_EMIT closed();
+}
+
+}  // namespace quayline

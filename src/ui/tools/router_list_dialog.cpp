@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/tools/router_list_dialog.h"
+
+#include <QLocale>
+#include <QShortcut>
+#include <QStringListModel>
+
+#include <limits>
+
+#include "async/wait.h"
+#include "ui/toolkit/theme.h"
+#include "ui/tools/tool_texts.h"
+#include "ui_router_list_dialog.h"
+
+namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kRoutersAStep = 1000;
+constexpr int kTextMargins = 12;
+
+}  // namespace
+
+RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidget* parent,
+                                   std::function<void(int router_id)> chosen)
+    : QDialog(parent),
+      context_(context),
+      prompts_(prompts),
+      chosen_(std::move(chosen)),
+      ui_(std::make_unique<Ui::RouterListDialog>()),
+      list_(new QStringListModel(this)) {
+  ui_->setupUi(this);
+  setAttribute(Qt::WA_DeleteOnClose);
+  ResizeOnScreen(*this, {520, 560});
+  ui_->router_list_view->setModel(list_);
+  ui_->find_next_button->setIcon(ThemeIcon(QStringLiteral("search")));
+  ui_->choose_button->setEnabled(false);
+  QPalette plain = ui_->router_count_edit->palette();  // it looks like what it is: a label
+  plain.setColor(QPalette::Base, Qt::transparent);
+  ui_->router_count_edit->setPalette(plain);
+  connect(ui_->search_edit, &QLineEdit::textChanged, this, &RouterListDialog::SearchWhileTyping);
+  connect(ui_->find_next_button, &QPushButton::clicked, this, &RouterListDialog::FindNext);
+  connect(ui_->router_list_view, &QListView::doubleClicked, this, &RouterListDialog::Choose);
+  connect(ui_->choose_button, &QPushButton::clicked, this, &RouterListDialog::Choose);
+  connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::reject);
+  // In the list Enter chooses; elsewhere it finds the next one.
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    auto* choose = new QShortcut(QKeySequence(key), ui_->router_list_view);
+    choose->setContext(Qt::WidgetShortcut);
+    connect(choose, &QShortcut::activated, this, &RouterListDialog::Choose);
+  }
+  not_found_timer_.setSingleShot(true);
+  connect(&not_found_timer_, &QTimer::timeout, this, &RouterListDialog::TellNotFound);
+  flow_.Start(LoadRouters());
+}
+
+RouterListDialog::~RouterListDialog() = default;
+
+Task<> RouterListDialog::LoadRouters() {
+  QStringList names;
+  ui_->progress_bar->setMaximum(std::max(1, context_.databases.RouterCount()));
+  int last_id = std::numeric_limits<int>::min();
+  while (true) {
+    const QList<RouterName> step = context_.databases.RouterNames(last_id, kRoutersAStep);
+    if (step.isEmpty()) {
+      break;
+    }
+    last_id = step.last().id;
+    for (const RouterName& router : step) {
+      names.append(router.name);
+      names_.Append(router.name);
+      ids_.append(router.id);
+    }
+    ui_->progress_bar->setValue(static_cast<int>(names.size()));
+    co_await Sleep(0ms);
+  }
+  list_->setStringList(names);
+  ShowLoaded();
+}
+
+void RouterListDialog::ShowLoaded() {
+  ui_->loading_label->hide();
+  ui_->loading_frame->hide();
+  ui_->router_count_edit->setText(
+      Text(message::kListedRouters) +
+      QStringLiteral(" (%1)").arg(QLocale(QLocale::English).toString(names_.Count())));
+  ui_->router_count_edit->setMinimumWidth(
+      ui_->router_count_edit->fontMetrics().horizontalAdvance(ui_->router_count_edit->text()) +
+      kTextMargins);
+  const qsizetype chosen = ids_.indexOf(context_.session.router_id);
+  if (names_.Count() > 0) {
+    ui_->router_list_view->setCurrentIndex(
+        list_->index(static_cast<int>(std::max<qsizetype>(chosen, 0))));
+    ui_->router_list_view->scrollTo(ui_->router_list_view->currentIndex(),
+                                    QAbstractItemView::PositionAtCenter);
+  }
+  ui_->choose_button->setEnabled(names_.Count() > 0);
+}
+
+// A box in the middle of a word would take the keys that follow: it waits for the hands to rest.
+// It would be wrong, too, where the search has passed over the name that is selected.
+void RouterListDialog::SearchWhileTyping() {
+  not_found_timer_.stop();
+  if (list_->rowCount() > 0 && !Search() &&
+      !names_.Fits(ui_->router_list_view->currentIndex().row(), ui_->search_edit->text(),
+                   ui_->whole_name_check->isChecked())) {
+    not_found_timer_.start(600ms);
+  }
+}
+
+void RouterListDialog::FindNext() {
+  not_found_timer_.stop();
+  if (list_->rowCount() > 0 && !Search()) {
+    TellNotFound();
+  }
+}
+
+bool RouterListDialog::Search() {
+  const int found = names_.FindNext(ui_->search_edit->text(), ui_->whole_name_check->isChecked(),
+                                    context_.router_search_position);
+  if (found < 0) {
+    return false;
+  }
+  ui_->router_list_view->setCurrentIndex(list_->index(found));
+  ui_->router_list_view->scrollTo(list_->index(found), QAbstractItemView::PositionAtCenter);
+  return true;
+}
+
+void RouterListDialog::TellNotFound() {
+  prompts_.TellTitled(this, Text(message::kFindTitle),
+                      Text(message::kCouldNotFind) + QStringLiteral(" '") +
+                          ui_->search_edit->text() + QLatin1Char('\''));
+}
+
+void RouterListDialog::Choose() {
+  const int row = ui_->router_list_view->currentIndex().row();
+  if (row >= 0 && row < ids_.size()) {
+    chosen_(ids_.at(row));
+    accept();
+  }
+}
+
+}  // namespace quayline

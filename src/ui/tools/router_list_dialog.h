@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+#include "async/flow.h"
+#include "core/app_context.h"
+#include "core/fuzzy_name.h"
+#include "ui/toolkit/prompts.h"
+
+class QStringListModel;
+
+namespace Ui {
+class RouterListDialog;
+}
+
+namespace quayline {
+
+// The names of all routers with a search among them. Choosing one hands its key to the main window
+// and closes this one, which deletes itself.
+class RouterListDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  RouterListDialog(AppContext& context, Prompts& prompts, QWidget* parent,
+                   std::function<void(int router_id)> chosen);
+  ~RouterListDialog() override;
+
+ private:
+  Task<> LoadRouters();
+  void ShowLoaded();
+  void SearchWhileTyping();
+  void FindNext();
+  bool Search();
+  void TellNotFound();
+  void Choose();
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  Prompts& prompts_;
+  std::function<void(int router_id)> chosen_;
+  std::unique_ptr<Ui::RouterListDialog> ui_;
+  QStringListModel* list_;
+  FuzzyNames names_;
+  QList<int> ids_;
+  QTimer not_found_timer_;
+  Flow flow_;
+};
+
+}  // namespace quayline

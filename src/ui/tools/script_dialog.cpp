@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/tools/script_dialog.h"
+
+#include <algorithm>
+
+#include "ui/toolkit/theme.h"
+#include "ui/tools/tool_texts.h"
+#include "ui_script_dialog.h"
+
+namespace quayline {
+
+namespace {
+
+// Nobody reads on behind so many, and a list of them all takes seconds to lay out.
+constexpr qsizetype kMaxFindingsShown = 500;
+
+}  // namespace
+
+ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* parent,
+                           std::function<void()> written)
+    : QDialog(parent),
+      context_(context),
+      prompts_(prompts),
+      written_(std::move(written)),
+      router_id_(context.session.router_id),
+      ui_(std::make_unique<Ui::ScriptDialog>()) {
+  ui_->setupUi(this);
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowFlag(Qt::WindowMinMaxButtonsHint);
+  setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") + context.session.router_name);
+  ResizeOnScreen(*this, {820, 640});
+  ui_->splitter->setSizes({460, 120});
+  ui_->update_script_editor->SetScript(context.session.update_script);
+  ui_->view_script_editor->SetScript(context.session.view_script);
+  ConnectEditor(ui_->update_script_editor, ui_->save_update_script_button,
+                ui_->update_script_shape_label);
+  ConnectEditor(ui_->view_script_editor, ui_->save_view_script_button,
+                ui_->view_script_shape_label);
+  connect(ui_->save_update_script_button, &QPushButton::clicked, this, [this] {
+    Save(ui_->update_script_editor, ui_->save_update_script_button, &RouterRecord::routercommands);
+  });
+  connect(ui_->save_view_script_button, &QPushButton::clicked, this, [this] {
+    Save(ui_->view_script_editor, ui_->save_view_script_button, &RouterRecord::routerportpage);
+  });
+  connect(ui_->show_update_script_button, &QPushButton::clicked, this, [this] { ShowScript(0); });
+  connect(ui_->show_view_script_button, &QPushButton::clicked, this, [this] { ShowScript(1); });
+  connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::close);
+  connect(ui_->findings_list, &QListWidget::currentRowChanged, this, [this](int row) {
+    if (row >= 0 && row < findings_.size() && ui_->findings_list->hasFocus()) {
+      Editor()->GoToFinding(findings_.at(row));
+    }
+  });
+  connect(ui_->findings_list, &QListWidget::itemActivated, this, [this] { Editor()->setFocus(); });
+  ShowScript(0);
+}
+
+ScriptDialog::~ScriptDialog() = default;
+
+void ScriptDialog::ConnectEditor(ScriptEditor* editor, QPushButton* save, QLabel* shape) {
+  editor->SetTranslator(&context_.translator);
+  save->setIcon(ThemeIcon(QStringLiteral("save")));
+  connect(editor, &ScriptEditor::shapeChanged, shape,
+          [shape](const QString& text, const QString& help) {
+            shape->setText(text);
+            shape->setToolTip(help);
+          });
+  connect(editor, &ScriptEditor::findingsChanged, this, [this, editor] {
+    if (editor == Editor()) {
+      ShowFindings();
+    }
+  });
+  connect(editor, &QPlainTextEdit::textChanged, this, [this, save] {
+    save->setEnabled(true);
+    ui_->saved_label->clear();
+  });
+}
+
+ScriptEditor* ScriptDialog::Editor() const {
+  return ui_->script_pages->currentIndex() == 0 ? ui_->update_script_editor
+                                                : ui_->view_script_editor;
+}
+
+void ScriptDialog::ShowScript(int index) {
+  ui_->script_pages->setCurrentIndex(index);
+  Editor()->setFocus();
+  ShowFindings();
+}
+
+void ScriptDialog::ShowFindings() {
+  findings_ = Editor()->Findings();
+  ui_->findings_list->clear();
+  const qsizetype shown = std::min(findings_.size(), kMaxFindingsShown);
+  for (const ScriptFinding& found : std::as_const(findings_).first(shown)) {
+    const bool is_error = found.finding.severity == LintSeverity::kError;
+    ui_->findings_list->addItem(
+        Text(is_error ? message::kFindingError : message::kFindingWarning)
+            .arg(QString::number(found.line), Editor()->Sentence(found.finding)));
+  }
+  const auto errors = std::ranges::count_if(findings_, [](const ScriptFinding& found) {
+    return found.finding.severity == LintSeverity::kError;
+  });
+  ui_->findings_label->setText(
+      findings_.isEmpty() ? Text(message::kNoFindings)
+                          : Text(message::kFindings)
+                                .arg(QString::number(findings_.size()), QString::number(errors)));
+}
+
+void ScriptDialog::Save(ScriptEditor* editor, QPushButton* save, QString RouterRecord::* field) {
+  save->setEnabled(false);
+  if (router_id_ == 0) {
+    save->setEnabled(true);
+    prompts_.Tell(this, Text(message::kNoRouterChosen));
+    return;
+  }
+  const bool is_written = Write(editor->Script(), field);
+  written_();
+  if (!is_written) {
+    save->setEnabled(true);
+    prompts_.Tell(this, Text(message::kCannotSaveScript));
+    return;
+  }
+  editor->document()->setModified(false);
+  ui_->saved_label->setText(Text(message::kScriptSaved));
+}
+
+// The other script stays as the database has it, not as the other box shows it.
+bool ScriptDialog::Write(const QString& script, QString RouterRecord::* field) {
+  auto record = context_.databases.FindRouter(router_id_);
+  if (!record) {
+    return false;
+  }
+  (*record).*field = script;
+  return context_.databases.UpdateRouterScripts(router_id_, record->routercommands,
+                                                record->routerportpage);
+}
+
+// Every way of closing comes through here.
+void ScriptDialog::reject() {
+  if (!ui_->view_script_editor->document()->isModified() &&
+      !ui_->update_script_editor->document()->isModified()) {
+    QDialog::reject();
+    return;
+  }
+  prompts_.AskCarefully(this, Text(message::kUnsavedTitle), Text(message::kUnsaved),
+                        [this](bool yes) {
+                          if (yes) {
+                            QDialog::reject();
+                          }
+                        });
+}
+
+}  // namespace quayline

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+
+#include <functional>
+#include <memory>
+
+#include "core/app_context.h"
+#include "ui/toolkit/prompts.h"
+#include "ui/tools/script_editor.h"
+
+class QLabel;
+class QPushButton;
+
+namespace Ui {
+class ScriptDialog;
+}
+
+namespace quayline {
+
+// Shows both scripts of the selected router and writes them back to the database, each by its own
+// button. `written` is called behind each try to write, whatever came of it: what the database
+// holds then is to be read anew. The window deletes itself when it is closed.
+class ScriptDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  ScriptDialog(AppContext& context, Prompts& prompts, QWidget* parent,
+               std::function<void()> written);
+  ~ScriptDialog() override;
+
+  void reject() override;
+
+ private:
+  void ShowScript(int index);
+  void ConnectEditor(ScriptEditor* editor, QPushButton* save, QLabel* shape);
+  void Save(ScriptEditor* editor, QPushButton* save, QString RouterRecord::* field);
+  bool Write(const QString& script, QString RouterRecord::* field);
+  void ShowFindings();
+  ScriptEditor* Editor() const;
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  Prompts& prompts_;
+  std::function<void()> written_;
+  const int router_id_;
+  std::unique_ptr<Ui::ScriptDialog> ui_;
+  QList<ScriptFinding> findings_;
+};
+
+}  // namespace quayline
