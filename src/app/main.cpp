@@ -200,6 +200,9 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   LinuxAdapters adapters;
   LinuxDesktop desktop;
   AppContext context(*folder, adapters, desktop);
+  if (options.data_folder.isEmpty()) {
+    context.shipped_folder = ShippedFolder(QCoreApplication::applicationDirPath());
+  }
   context.router_locks = RouterLocks(RouterLocks::SystemFolders());
   WindowPrompts prompts(context.translator);
   SystemHostNames host_names;

@@ -32,6 +32,7 @@ struct AppContext {
   }
 
   QString program_folder;
+  QString shipped_folder;  // of the files that came with the program; may be empty
   Settings settings;
   Translator translator;
   Databases databases;

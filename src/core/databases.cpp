@@ -3,11 +3,10 @@
 
 #include "core/databases.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 #include "core/table_file.h"
+#include "core/table_stand_in.h"
 
 namespace quayline {
 
@@ -24,20 +23,17 @@ QList<Record> ReadRecords(const TableFile& file, std::optional<int> after_id = {
   return records;
 }
 
-// A missing file has been taken away, and is not replaced unasked.
-TableFile::Opened OpenOrGoodCopy(const QString& folder, const TableShape& shape,
-                                 QStringList& notices) {
-  auto opened = TableFile::Open(folder, shape);
-  if (opened || !QFileInfo::exists(folder + QLatin1Char('/') + shape.file_name)) {
-    return opened;
-  }
-  auto copy = TableFile::OpenGoodCopy(folder, shape);
-  if (!copy) {
-    return opened;
-  }
-  notices.append(opened.error().description +
-                 QStringLiteral(" Its last good copy is used for now."));
-  return copy;
+template <typename Record>
+TableFile::Opened OpenTable(const QString& folder, const QString& shipped_folder,
+                            QStringList& notices) {
+  auto opened = TableFile::Open(folder, ShapeOf<Record>());
+  return opened ? std::move(opened)
+                : OpenStandIn({.folder = folder,
+                               .shipped_folder = shipped_folder,
+                               .shape = ShapeOf<Record>(),
+                               .columns = ColumnNames<Record>(),
+                               .error = opened.error()},
+                              notices);
 }
 
 }  // namespace
@@ -52,14 +48,15 @@ class Databases::Store {
 Databases::Databases() = default;
 Databases::~Databases() = default;
 
-std::expected<void, DatabaseError> Databases::Open(const QString& folder) {
+std::expected<void, DatabaseError> Databases::Open(const QString& folder,
+                                                   const QString& shipped_folder) {
   Close();
   notices_.clear();
   auto store = std::make_unique<Store>();
-  for (const auto& [shape, file] : {std::pair(ShapeOf<RouterRecord>(), &store->routers),
-                                    {ShapeOf<AppPortRecord>(), &store->ports},
-                                    {ShapeOf<CustomPortRecord>(), &store->custom}}) {
-    auto opened = OpenOrGoodCopy(folder, shape, notices_);
+  for (const auto& [open, file] : {std::pair(&OpenTable<RouterRecord>, &store->routers),
+                                   {&OpenTable<AppPortRecord>, &store->ports},
+                                   {&OpenTable<CustomPortRecord>, &store->custom}}) {
+    auto opened = open(folder, shipped_folder, notices_);
     if (!opened) {
       return std::unexpected(opened.error());
     }

@@ -20,6 +20,7 @@ namespace quayline {
 struct DatabaseError {
   int number = 0;
   QString description;
+  bool is_damaged = false;  // the content is at fault, not the access to it
 };
 
 // What the router list shows of a router.
@@ -32,7 +33,8 @@ struct RouterName {
 // and "custom.mdb" are SQLite files; a Jet file is converted once when it is opened, and the
 // original is kept beside it with ".jet" added to its name. Of each file that was good the program
 // keeps a copy with ".good" added to its name, which is used when the file itself is damaged or
-// locked.
+// locked. Where there is no copy yet, a damaged file gets ".damaged" added to its name, and the one
+// that came with the program, or an empty one, takes its place.
 class Databases final {
  public:
   Databases();
@@ -40,11 +42,13 @@ class Databases final {
   Databases(const Databases&) = delete;
   Databases& operator=(const Databases&) = delete;
 
-  // Opens all three, or none. A file that cannot be used, and has no good copy, is an error: one
-  // that is missing or no database, or lacks its table. An empty table, and an additional field,
-  // are not. Ends in a limited time whatever the files contain.
-  std::expected<void, DatabaseError> Open(const QString& folder);
-  // A sentence for each file in whose place Open() took the good copy, which is only read.
+  // Opens all three, or none. A missing file is an error unless `shipped_folder`, where the
+  // databases that came with the program are, has one. Whatever else is wrong with a file,
+  // something takes its place. An empty table and an additional field are right. Ends in a limited
+  // time whatever the files contain.
+  std::expected<void, DatabaseError> Open(const QString& folder,
+                                          const QString& shipped_folder = {});
+  // A sentence for each file in whose place Open() took another.
   const QStringList& Notices() const { return notices_; }
   // Copies what is open and has changed since the last copy. Takes a moment for large files, so it
   // is called when the window is there.

@@ -39,17 +39,22 @@ bool ReplaceFile(const QString& with, const QString& path) {
   return !error;
 }
 
-std::expected<QList<TableData>, QString> ReadTables(const QString& path) {
+std::unexpected<JetError> Damaged(const QString& text) {
+  return std::unexpected(JetError{.text = text, .is_damaged = true});
+}
+
+std::expected<QList<TableData>, JetError> ReadTables(const QString& path) {
   const ReaderResult bytes = RunReader({.arguments = {QStringLiteral("jet"), path},
                                         .input = {},
                                         .time_limit = 60s,
                                         .max_output = kMaxTableBytes});
   if (!bytes) {
-    return std::unexpected(bytes.error());
+    return std::unexpected(
+        JetError{.text = bytes.error().text, .is_damaged = bytes.error().is_input});
   }
   auto tables = DecodeTables(*bytes);
   if (!tables) {
-    return std::unexpected(QStringLiteral("is damaged"));
+    return Damaged(QStringLiteral("is damaged"));
   }
   return std::move(*tables);
 }
@@ -66,7 +71,7 @@ bool IsJetFile(const QString& path) {
   return head == mark + "Standard Jet DB" || head == mark + "Standard ACE DB";
 }
 
-std::expected<void, QString> ConvertJetFile(const QString& path, const QString& table) {
+std::expected<void, JetError> ConvertJetFile(const QString& path, const QString& table) {
   if (!IsJetFile(path)) {
     return {};
   }
@@ -74,7 +79,8 @@ std::expected<void, QString> ConvertJetFile(const QString& path, const QString& 
   const FileLock lock(path, kLockWait);
   const QTemporaryDir work(path + QStringLiteral(".XXXXXX"));
   if (!lock.IsLocked() || !work.isValid()) {
-    return std::unexpected(QStringLiteral("has to be converted, but its folder cannot be written"));
+    return std::unexpected(
+        JetError{QStringLiteral("has to be converted, but its folder cannot be written")});
   }
   if (!IsJetFile(path)) {
     return {};
@@ -87,14 +93,15 @@ std::expected<void, QString> ConvertJetFile(const QString& path, const QString& 
     return data.name.compare(table, Qt::CaseInsensitive) == 0;
   };
   if (std::ranges::none_of(*tables, is_table)) {
-    return std::unexpected(QStringLiteral("has no table \"%1\"").arg(table));
+    return Damaged(QStringLiteral("has no table \"%1\"").arg(table));
   }
   const QString converted = work.filePath(QStringLiteral("converted"));
   if (const auto written = WriteTables(*tables, converted); !written) {
-    return std::unexpected(QStringLiteral("cannot be converted (%1)").arg(written.error()));
+    return std::unexpected(
+        JetError{QStringLiteral("cannot be converted (%1)").arg(written.error())});
   }
   if (!CopyFile(path, path + QStringLiteral(".jet")) || !ReplaceFile(converted, path)) {
-    return std::unexpected(QStringLiteral("cannot be converted in its folder"));
+    return std::unexpected(JetError{QStringLiteral("cannot be converted in its folder")});
   }
   return {};
 }

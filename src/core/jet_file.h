@@ -11,13 +11,19 @@ namespace quayline {
 // The databases that come from the maker's server may be Jet files, which are read but never
 // written.
 
+// Why a Jet file was not converted; `text` is a part of a sentence that says what the file is or
+// does ("is damaged").
+struct JetError {
+  QString text;
+  bool is_damaged = false;  // the content is at fault
+};
+
 // By the file's first bytes.
 bool IsJetFile(const QString& path);
 
 // Replaces the Jet file `path` by a SQLite file with the same tables, and keeps the original beside
 // it with ".jet" added to its name. Does nothing if `path` is not a Jet file. On failure, which
-// includes a missing `table`, the Jet file is unchanged, and the error is a part of a sentence that
-// says what the file is or does ("is damaged").
-std::expected<void, QString> ConvertJetFile(const QString& path, const QString& table);
+// includes a missing `table`, the Jet file is unchanged.
+std::expected<void, JetError> ConvertJetFile(const QString& path, const QString& table);
 
 }  // namespace quayline

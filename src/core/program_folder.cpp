@@ -21,9 +21,7 @@ std::expected<QString, QString> FindProgramFolder(const QString& executable_fold
   if (!QDir().mkpath(folder)) {
     return std::unexpected(QStringLiteral("The folder \"%1\" cannot be created.").arg(folder));
   }
-  if (const auto followed = FollowShippedDatabases(shipped_folder, folder); !followed) {
-    return std::unexpected(followed.error());
-  }
+  FollowShippedDatabases(shipped_folder, folder);
   return folder;
 }
 

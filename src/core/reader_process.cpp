@@ -56,14 +56,15 @@ class ReaderRun final {
 
   ReaderResult Result() {
     if (process_.error() == QProcess::FailedToStart) {
-      return std::unexpected(
-          QStringLiteral("cannot be read: the program \"%1\" is missing").arg(ReaderPath()));
+      return std::unexpected(ReaderError{
+          .text = QStringLiteral("cannot be read: the program \"%1\" is missing").arg(ReaderPath()),
+          .is_input = false});
     }
     if (output_.size() > max_output_) {
-      return std::unexpected(QStringLiteral("holds too much"));
+      return std::unexpected(ReaderError{QStringLiteral("holds too much")});
     }
     if (process_.state() != QProcess::NotRunning) {
-      return std::unexpected(QStringLiteral("takes too long to read"));
+      return std::unexpected(ReaderError{QStringLiteral("takes too long to read")});
     }
     if (process_.exitStatus() == QProcess::NormalExit && process_.exitCode() == 0) {
       return output_;
@@ -72,7 +73,7 @@ class ReaderRun final {
     const bool is_sentence = process_.exitStatus() == QProcess::NormalExit &&
                              process_.exitCode() == 1 && !told.isEmpty() &&
                              std::ranges::all_of(told, [](QChar c) { return c.isPrint(); });
-    return std::unexpected(is_sentence ? told : QStringLiteral("is damaged"));
+    return std::unexpected(ReaderError{is_sentence ? told : QStringLiteral("is damaged")});
   }
 
  private:

@@ -21,9 +21,14 @@ struct ReaderRequest {
   qsizetype max_output;
 };
 
-// The reader's output. The error is a part of a sentence about the file: "is damaged", "takes too
-// long to read". A reader that crashes, hangs or sends too much is ended, and is such an error.
-using ReaderResult = std::expected<QByteArray, QString>;
+// `text` is a part of a sentence about the file: "is damaged", "takes too long to read".
+struct ReaderError {
+  QString text;
+  bool is_input = true;  // the file is at fault, and not that there is no reader
+};
+
+// The reader's output. A reader that crashes, hangs or sends too much is ended, and is an error.
+using ReaderResult = std::expected<QByteArray, ReaderError>;
 
 // Waits for the reader, without an event loop.
 ReaderResult RunReader(const ReaderRequest& request);

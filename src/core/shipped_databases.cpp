@@ -100,8 +100,7 @@ QString ShippedFolder(const QString& executable_folder) {
   return has_any ? folder : QString();
 }
 
-std::expected<void, QString> FollowShippedDatabases(const QString& shipped_folder,
-                                                    const QString& folder) {
+void FollowShippedDatabases(const QString& shipped_folder, const QString& folder) {
   for (const Shipped& database : kShipped) {
     const QString shipped = shipped_folder + QLatin1Char('/') + database.shape.file_name;
     const QString users = folder + QLatin1Char('/') + database.shape.file_name;
@@ -109,19 +108,13 @@ std::expected<void, QString> FollowShippedDatabases(const QString& shipped_folde
       continue;
     }
     if (!QFileInfo::exists(users)) {
-      if (!CopyIfMissing(shipped, users)) {
-        return std::unexpected(
-            QStringLiteral("The file \"%1\" cannot be copied to the folder \"%2\".")
-                .arg(shipped, folder));
-      }
-      if (database.is_merged) {
+      if (CopyIfMissing(shipped, users) && database.is_merged) {
         CopyWithTime(shipped, BaseOf(users));
       }
     } else if (database.is_merged && !IsCopyOf(BaseOf(users), shipped)) {
       Merge(shipped, folder, database);
     }
   }
-  return {};
 }
 
 bool MergeDatabase(const QString& shipped_file, const QString& folder, const char* file_name) {

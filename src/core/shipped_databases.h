@@ -4,7 +4,6 @@
 
 #include <QString>
 
-#include <expected>
 #include <optional>
 
 #include "core/records.h"
@@ -21,10 +20,9 @@ namespace quayline {
 QString ShippedFolder(const QString& executable_folder);
 
 // Copies to `folder` what is missing there, and merges what has changed. A file that cannot be
-// copied is a sentence for the user. One that cannot be merged now (it is damaged, read-only or in
-// use) stays as it is, and is merged at a later start.
-std::expected<void, QString> FollowShippedDatabases(const QString& shipped_folder,
-                                                    const QString& folder);
+// copied or merged now (the disk is full, or the file is damaged, read-only or in use) stays as it
+// is until a later start.
+void FollowShippedDatabases(const QString& shipped_folder, const QString& folder);
 
 // Merges a database file that came from elsewhere, for example from the maker's server, into the
 // user's of the same kind ("routers.mdb" or "ports.mdb"). False when nothing was changed.

@@ -27,6 +27,7 @@ constexpr int kBusy = 5;
 constexpr int kCorrupt = 11;
 constexpr int kCannotOpen = 14;
 constexpr int kNotADatabase = 26;
+constexpr int kPrimaryPart = 0xff;  // the rest of a number only refines it
 
 constexpr qint64 kMaxBytes = qint64{512} << 20;
 
@@ -53,7 +54,10 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
   if (!file.exists()) {
     return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" is missing.").arg(name)};
   }
-  if (!file.isFile() || !file.isReadable()) {
+  if (!file.isFile()) {
+    return DatabaseError{kCannotOpen, QStringLiteral("\"%1\" is not a file.").arg(name), true};
+  }
+  if (!file.isReadable()) {
     return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" cannot be read.").arg(name)};
   }
   if (file.size() > kMaxBytes) {
@@ -61,7 +65,8 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
   }
   if (const auto converted = ConvertJetFile(path, table); !converted) {
     return DatabaseError{kCannotOpen,
-                         QStringLiteral("The file \"%1\" %2.").arg(name, converted.error())};
+                         QStringLiteral("The file \"%1\" %2.").arg(name, converted.error().text),
+                         converted.error().is_damaged};
   }
   return std::nullopt;
 }
@@ -69,7 +74,7 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
 DatabaseError Failure(const QSqlError& error, const QString& path) {
   const int number = error.nativeErrorCode().toInt();
   if (number == kNotADatabase) {
-    return {number, QStringLiteral("The file \"%1\" is not a database.").arg(path)};
+    return {number, QStringLiteral("The file \"%1\" is not a database.").arg(path), true};
   }
   if (number == kBusy) {
     return {number,
@@ -77,9 +82,11 @@ DatabaseError Failure(const QSqlError& error, const QString& path) {
                            "and start again.")
                 .arg(path)};
   }
+  const int primary = number & kPrimaryPart;
   return {number == 0 ? kCannotOpen : number,
           QStringLiteral("The file \"%1\" cannot be read as a database (%2).")
-              .arg(path, error.databaseText())};
+              .arg(path, error.databaseText()),
+          primary == kSqlError || primary == kCorrupt};
 }
 
 }  // namespace
@@ -93,8 +100,30 @@ TableFile::Opened TableFile::Open(const QString& folder, const TableShape& shape
 }
 
 TableFile::Opened TableFile::OpenGoodCopy(const QString& folder, const TableShape& shape) {
-  return OpenFile(GoodCopyOf(folder + QLatin1Char('/') + shape.file_name), shape,
-                  SqlAccess::kReadOnly);
+  return OpenStandIn(GoodCopyOf(folder + QLatin1Char('/') + shape.file_name), shape);
+}
+
+TableFile::Opened TableFile::OpenStandIn(const QString& path, const TableShape& shape) {
+  auto file = OpenFile(path, shape, SqlAccess::kReadOnly);
+  if (file) {
+    (*file)->is_stand_in_ = true;
+  }
+  return file;
+}
+
+TableFile::Opened TableFile::OpenEmpty(const TableShape& shape) {
+  const QString memory = QStringLiteral(":memory:");
+  std::unique_ptr<TableFile> file(new TableFile(memory, shape, SqlAccess::kReadWrite));
+  file->is_stand_in_ = true;
+  QSqlQuery query(file->connection_.Handle());
+  if (!query.exec(QStringLiteral("CREATE TABLE [%1] (ID INTEGER PRIMARY KEY)").arg(shape.table)) ||
+      !query.exec(QStringLiteral("PRAGMA query_only = ON"))) {
+    return std::unexpected(Failure(query.lastError(), memory));
+  }
+  if (const auto error = file->Verify()) {
+    return std::unexpected(*error);
+  }
+  return file;
 }
 
 TableFile::Opened TableFile::OpenFile(const QString& path, const TableShape& shape,
@@ -125,7 +154,8 @@ std::optional<DatabaseError> TableFile::Verify() {
   if (!columns_.contains(kIdColumn)) {
     return DatabaseError{kSqlError,
                          QStringLiteral("The file \"%1\" has no table \"%2\" with a column \"ID\".")
-                             .arg(NativePath(path_), shape_.table)};
+                             .arg(NativePath(path_), shape_.table),
+                         true};
   }
   // Only the plain column can be looked up in an index; a column of text has to be made a number,
   // or "10" would come before "9".
@@ -164,7 +194,8 @@ std::optional<DatabaseError> TableFile::CheckSchema(QSqlQuery& query) const {
   if (!is_plain || query.value(0).toInt() > 0) {
     return DatabaseError{
         kSqlError,
-        QStringLiteral("The file \"%1\" holds more than plain tables.").arg(NativePath(path_))};
+        QStringLiteral("The file \"%1\" holds more than plain tables.").arg(NativePath(path_)),
+        true};
   }
   return std::nullopt;
 }
@@ -179,7 +210,8 @@ std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
   // as zeros.
   if (QFileInfo(path_).size() % query.value(0).toLongLong() != 0) {
     return DatabaseError{
-        kCorrupt, QStringLiteral("The end of the file \"%1\" is missing.").arg(NativePath(path_))};
+        kCorrupt, QStringLiteral("The end of the file \"%1\" is missing.").arg(NativePath(path_)),
+        true};
   }
   if (IsCopyOf(GoodCopyOf(path_), path_)) {
     return std::nullopt;
@@ -188,15 +220,15 @@ std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
     return Failure(query.lastError(), NativePath(path_));
   }
   if (query.value(0).toString() != QLatin1String("ok")) {
-    return DatabaseError{kCorrupt,
-                         QStringLiteral("The file \"%1\" is damaged.").arg(NativePath(path_))};
+    return DatabaseError{
+        kCorrupt, QStringLiteral("The file \"%1\" is damaged.").arg(NativePath(path_)), true};
   }
   return std::nullopt;
 }
 
 void TableFile::KeepGoodCopy() const {
   const QString copy = GoodCopyOf(path_);
-  if (path_.endsWith(GoodCopyOf({})) || IsCopyOf(copy, path_)) {
+  if (is_stand_in_ || IsCopyOf(copy, path_)) {
     return;
   }
   const FileLock lock(QFileInfo(path_).absolutePath(), std::chrono::milliseconds(500));

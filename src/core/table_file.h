@@ -43,7 +43,11 @@ class TableFile final {
   static Opened OpenGoodCopy(const QString& folder, const TableShape& shape);
   // A file under another name, for example of the shipped databases.
   static Opened OpenFile(const QString& path, const TableShape& shape, SqlAccess access);
-  // Copies the file, which is known to be good, unless the copy is of the same state already.
+  // A file that stands in for another, and an empty table in memory. Both are only read.
+  static Opened OpenStandIn(const QString& path, const TableShape& shape);
+  static Opened OpenEmpty(const TableShape& shape);
+  // Copies the file, which is known to be good, unless the copy is of the same state already. Does
+  // nothing for a file that stands in for another.
   void KeepGoodCopy() const;
 
   int Count() const;
@@ -78,6 +82,7 @@ class TableFile final {
   TableShape shape_;
   QString path_;
   SqlConnection connection_;
+  bool is_stand_in_ = false;
   QStringList columns_;  // of the file, in lower case
   QString key_;          // the ID as an expression that is a number in every row that is seen
   QString is_seen_;

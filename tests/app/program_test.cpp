@@ -59,6 +59,7 @@ TEST(Programs, StartWhateverIsInTheirFolder) {
       {"settings.ini", "[main]\r\nrouter=A\r\nrouterpassword=secret\r\n"},
       {"settings.ini.qwerty.unfinished", "[main]\r\nrouterpassword=secret\r\n"},
       {"settings.ini.lock", ""},
+      {"ports.mdb", "damaged before the first start"},
       {"quayline.lock", ""}};
   for (const auto& [name, bytes] : files) {
     ASSERT_TRUE(WriteBytes(path(name), bytes));
@@ -72,6 +73,7 @@ TEST(Programs, StartWhateverIsInTheirFolder) {
       RunUntil([&] { return QFile::exists(path("custom.mdb.good")); }, std::chrono::seconds(60)));
   EXPECT_EQ(program.state(), QProcess::Running);
   EXPECT_FALSE(QFile::exists(path("settings.ini.qwerty.unfinished")));
+  EXPECT_TRUE(QFile::exists(path("ports.mdb.damaged")));
   program.kill();
   program.waitForFinished();
 }

@@ -67,11 +67,42 @@ class DatabasesTest : public ::testing::Test {
     EXPECT_EQ(databases_.RouterCount(), 0);
   }
 
+  // The folder of the files that came with the program.
+  QString Shipped() {
+    QFile::setPermissions(shipped_.path(), QFile::Permissions(0x7755));
+    MakeTestDatabases(shipped_.path(), {Router(7, "shipped")}, {{8, U("shipped")}},
+                      {{9, U("shipped")}});
+    return shipped_.path();
+  }
+
+  // Open() puts the program's own file or an empty one in the place of `file`, and keeps it.
+  void ExpectReplaced(const char* file, bool has_shipped) {
+    const QByteArray spoiled = ReadBytes(Path(file));
+    const QString aside = Path(file) + U(".damaged");
+    ASSERT_TRUE(databases_.Open(folder_.path(), has_shipped ? Shipped() : QString()));
+    EXPECT_EQ(databases_.Notices().size(), 1);
+    EXPECT_TRUE(databases_.Notices().value(0).contains(Path(file)));
+    EXPECT_TRUE(QFileInfo::exists(aside));
+    EXPECT_EQ(ReadBytes(aside), spoiled);
+    const bool is_routers = Path(file) == Path("routers.mdb");
+    EXPECT_EQ(Names(9), U(is_routers ? (has_shipped ? "shipped" : "") : "A"));
+    EXPECT_EQ(
+        databases_.RouterCount() + databases_.AppPortCount() + databases_.CustomPorts().size(),
+        has_shipped ? 3 : 2);
+    EXPECT_TRUE(databases_.AddCustomPort({}));
+    EXPECT_TRUE(Open());
+    EXPECT_EQ(databases_.Notices(), QStringList()) << "the next start finds nothing amiss";
+    databases_.Close();
+    EXPECT_TRUE(QFile::remove(aside) || QDir(aside).removeRecursively());
+  }
+
   QTemporaryDir folder_;
+  QTemporaryDir shipped_;
   Databases databases_;
 };
 
-TEST_F(DatabasesTest, InPlaceOfAFileThatCannotServeComesItsGoodCopyOrItIsNamedAndNothingIsOpen) {
+TEST_F(DatabasesTest,
+       InPlaceOfADamagedFileComesItsGoodCopyOrTheOneThatCameWithTheProgramOrAnEmptyOne) {
   const auto write = [](const QByteArray& bytes) {
     return [bytes](const QString& path) { WriteBytes(path, bytes); };
   };
@@ -139,11 +170,51 @@ TEST_F(DatabasesTest, InPlaceOfAFileThatCannotServeComesItsGoodCopyOrItIsNamedAn
     EXPECT_EQ(ReadBytes(Path(row.file)), spoiled);
     databases_.Close();
 
-    for (const QString& copy : QDir(folder_.path()).entryList({U("*.good")})) {
-      QFile::remove(folder_.filePath(copy));
+    for (const bool has_shipped : {false, true}) {
+      SCOPED_TRACE(has_shipped);
+      QDir(Path("ports.mdb")).removeRecursively();
+      router.routername = U("A");
+      MakeAndOpen({router}, {{3, U("3")}}, {{4, U("4")}});
+      databases_.Close();
+      row.spoil(Path(row.file));
+      for (const QString& copy : QDir(folder_.path()).entryList({U("*.good")})) {
+        QFile::remove(folder_.filePath(copy));
+      }
+      ExpectReplaced(row.file, has_shipped);
     }
-    ExpectRefused(Open(), row.file, spoiled);
   }
+  EXPECT_EQ(testing::Names(folder_.path()).size(), 3) << "temporary files stay behind";
+}
+
+TEST_F(DatabasesTest, AFileThatCannotBeReadOrReplacedIsStoodInFor) {
+  const auto spoil = [this] { return WriteBytes(Path("custom.mdb"), "no database"); };
+  const auto hide = [this] {
+    const uid_t user = geteuid();
+    return seteuid(getuid()) == 0 && QFile::setPermissions(Path("custom.mdb"), {}) &&
+           seteuid(user) == 0;
+  };
+  for (const bool is_hidden : {false, true}) {
+    for (const bool has_shipped : {false, true}) {
+      SCOPED_TRACE(is_hidden * 2 + has_shipped);
+      MakeAndOpen({Router(1, "A")});
+      databases_.Close();
+      ASSERT_TRUE(spoil());
+      const QString shipped = has_shipped ? Shipped() : QString();
+      const testing::ReadOnlyFolder folder(folder_.path());
+      ASSERT_TRUE(!is_hidden || hide());
+      ASSERT_TRUE(databases_.Open(folder_.path(), shipped));
+      EXPECT_EQ(Names(1), U("A"));
+      EXPECT_EQ(databases_.CustomPorts().size(), has_shipped ? 1 : 0);
+      EXPECT_FALSE(databases_.AddCustomPort({})) << "would be lost";
+      EXPECT_EQ(databases_.Notices().size(), 1);
+      databases_.KeepGoodCopies();
+    }
+  }
+  EXPECT_EQ(testing::Names(folder_.path()).size(), 3);
+  QFile::remove(Path("custom.mdb"));
+  EXPECT_TRUE(databases_.Open(folder_.path(), Shipped())) << "a full disk, at the first start";
+  EXPECT_EQ(databases_.CustomPorts().size(), 1);
+  EXPECT_EQ(testing::Names(Shipped()).size(), 3) << "a good copy beside what was installed";
 }
 
 TEST_F(DatabasesTest, AFileThatAnotherProgramHoldsIsReadFromItsGoodCopy) {
@@ -273,18 +344,23 @@ TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
   EXPECT_EQ(query.value(0).toString(), U("keptfirst,second"));
 }
 
-TEST_F(DatabasesTest, AJetFileStaysWhereItIsDamagedOrThereIsNoRoomToConvertIt) {
+TEST_F(DatabasesTest, AJetFileIsReplacedWhereItIsDamagedAndStaysWhereThereIsNoRoomToConvertIt) {
   const QByteArray jet = JetFile();
-  ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}));
   for (qsizetype size = 20; size < jet.size(); size += jet.size() / 16) {
     SCOPED_TRACE(size);
+    ASSERT_TRUE(MakeTestDatabases(folder_.path(), {}, {{3, U("3")}}, {{4, U("4")}}));
     ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet.first(size)));
-    ExpectRefused(Open(), "routers.mdb", jet.first(size));
+    WriteBytes(Path("routers.mdb-journal"), "would be applied to the new file");
+    ExpectReplaced("routers.mdb", false);
+    EXPECT_TRUE(QFile::remove(Path("routers.mdb.damaged-journal")));
   }
   ASSERT_TRUE(WriteBytes(Path("routers.mdb"), jet));
   for (const rlim_t room : {0, 4096, 20'000, 90'000}) {
     SCOPED_TRACE(room);
-    ExpectRefused(testing::OnFullDisk(room, [&] { return Open(); }), "routers.mdb", jet);
+    EXPECT_TRUE(testing::OnFullDisk(room, [&] { return Open(); }));
+    EXPECT_EQ(databases_.Notices().size(), 1);
+    EXPECT_EQ(databases_.RouterCount(), 0);
+    EXPECT_EQ(ReadBytes(Path("routers.mdb")), jet) << "is not damaged";
     EXPECT_EQ(testing::Names(folder_.path()).size(), 3);
   }
   EXPECT_TRUE(Open());

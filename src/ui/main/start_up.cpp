@@ -34,7 +34,8 @@ std::expected<void, QString> StartUp::Prepare() {
   NoteDailyCheck();
   context_.job_options.silent_mode = context_.settings.Boolean(setting::kSilentMode, true);
   context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle, true);
-  if (const auto opened = context_.databases.Open(context_.program_folder); !opened) {
+  if (const auto opened = context_.databases.Open(context_.program_folder, context_.shipped_folder);
+      !opened) {
     return std::unexpected(
         QStringLiteral("ERROR: %1\n%2\n\nLooks like the program had trouble getting started!\n"
                        "Please check for help or report this error at %3\n\n"
