@@ -257,13 +257,24 @@ TEST_F(WebTest, APageWhosePartsAreMissingIsLoadedOnceMore) {
   }
 }
 
-TEST_F(WebTest, ADocumentWithoutMeasureEndsTheLoad) {
-  server.replies["/page"] = Html(QByteArray("<i></i>").repeated(250000));
-  Open("/page");
-  ASSERT_EQ(errors.size(), 1);
-  EXPECT_TRUE(FirstError().startsWith(u"PAGE_TOO_LARGE"_s)) << FirstError().toStdString();
-  Show("<input name=a value=1>");
-  EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
+TEST_F(WebTest, APageBeyondAnyMeasureEndsTheLoad) {
+  const QByteArray long_text(65 << 20, 'x');
+  server.replies["/long"] = Html(long_text);
+  const QByteArray pages[] = {
+      QByteArray("<i></i>").repeated(250000),
+      "<!--" + long_text,
+      "<script src=/long></script>",
+      "<script>for (const kept = []; ; ) kept.push(new Uint8Array(1 << 26).fill(1))</script>",
+  };
+  for (const QByteArray& page : pages) {
+    SCOPED_TRACE(page.first(20).toStdString());
+    server.replies["/page"] = Html(page);
+    Open("/page");
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_TRUE(FirstError().startsWith(u"PAGE_TOO_LARGE"_s)) << FirstError().toStdString();
+    Show("<input name=a value=1>");
+    EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"1"_s);
+  }
 }
 
 TEST_F(WebTest, ALoadIsStopped) {

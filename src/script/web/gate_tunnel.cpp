@@ -310,6 +310,13 @@ void GateTunnel::OnRouterBytes(const QByteArray& bytes) {
   buffer_.clear();
   watch_->TakeAnswer(bytes);
   NoteAnswer();
+  answer_bytes_ += bytes.size();
+  if (answer_bytes_ > RouterGate::kMaxAnswer && !watch_->IsOpenEnded()) {
+    Q_EMIT gate_.answerTooLarge(url_);
+    client_.ResetWhenSent();
+    Finish();
+    return;
+  }
   if (!is_discarding_) {
     client_.Write(bytes);
     router_.SetReading(client_.UnsentBytes() < kMaxUnsent);
@@ -337,6 +344,7 @@ void GateTunnel::NoteRequest() {
     return;
   }
   NoteOver();
+  answer_bytes_ = 0;
   noted_requests_ = watch_->Requests();
   const QByteArray& method = watch_->Method();
   is_change_ = method.isEmpty() ? gate_.IsChangeExpected(origin_) && noted_requests_ == 1

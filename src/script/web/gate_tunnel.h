@@ -79,7 +79,8 @@ class GateTunnel final : public QObject {
   QList<QHostAddress> addresses_;
   qsizetype next_address_ = 0;
   int rounds_ = 0;
-  QTimer pause_;    // before another round of connecting
+  qint64 answer_bytes_ = 0;  // to the last request
+  QTimer pause_;             // before another round of connecting
   QTimer silence_;  // of the router: over TLS the end of an answer; of a browser that has gone
   quint64 id_ = 0;
   QUrl url_;

@@ -85,6 +85,11 @@ PageLoads::PageLoads(WebProfile& profile, std::function<WebPage*()> make_page, A
   });
   RouterGate* const gate = &RouterGate::Instance();
   connect(gate, &RouterGate::answered, this, &PageLoads::OnAnswered);
+  connect(gate, &RouterGate::answerTooLarge, this, [this](const QUrl& url) {
+    if (SiteOrigin::Of(url) == SiteOrigin::Of(load_.url)) {
+      DocumentTooLarge();
+    }
+  });
   const auto count = [this, gate] { watch_.RequestsUnderWay(gate->ExchangesUnderWay() > 0); };
   connect(gate, &RouterGate::exchangeStarted, this, count);
   connect(gate, &RouterGate::exchangeEnded, this, count);
@@ -548,7 +553,7 @@ void PageLoads::RendererGone() {
   if (std::exchange(load_.is_process_gone, true)) {
     watch_.LoadEnded();
   } else {
-    Fail(load_.url, page_status::kCannotLoadData);
+    Fail(load_.url, load_.is_too_large ? page_status::kTooLarge : page_status::kCannotLoadData);
   }
 }
 

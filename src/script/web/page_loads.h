@@ -66,6 +66,8 @@ class PageLoads final : public QObject {
   void FrameFailed(const QString& error_name);
   void ResourceFailed(const QUrl& url);
   void DocumentTooLarge();
+  // The page's process is about to be ended because of its size.
+  void PageTooLarge() { load_.is_too_large = true; }
 
   void FileRefused() { watch_.FrameEndedWithoutPage(); }
   void RendererGone();

@@ -54,6 +54,8 @@ size_t qHash(const SiteOrigin& origin, size_t seed = 0);
 // Web sockets are exempt. The connection to the router is made when the first byte of a request
 // arrives: a preconnect never reaches the router.
 //
+// An answer without an end is cut off at kMaxAnswer, except on a web socket.
+//
 // The engine reads its proxy once, from its command line. So the gate belongs to the process:
 // Reserve() binds its port before the engine starts, and Instance() serves it. Origins are admitted
 // for an owner, and the admitted ones of all owners count.
@@ -61,6 +63,8 @@ class RouterGate final : public QObject {
   Q_OBJECT
 
  public:
+  static constexpr qint64 kMaxAnswer = qint64{64} << 20;
+
   // Binds the port, once, and gives it. 0 when that failed.
   static quint16 Reserve();
   // Needs the application, which owns it. Without a reserved port nothing is served.
@@ -98,6 +102,8 @@ class RouterGate final : public QObject {
   // hop of a redirect and each 401 before a login is an exchange of its own. An answer from the
   // browser's cache is not seen here.
   void answered(quint64 id, const QByteArray& method, const QUrl& url, int status);
+  // An answer is longer than kMaxAnswer. Its connection is about to be reset.
+  void answerTooLarge(const QUrl& url);
   // The answer is complete, or none will come. Follows every exchangeStarted().
   void exchangeEnded(quint64 id);
 

@@ -64,6 +64,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   connect(&keys_, &PageKeys::arrived, this, [this] { calls_.Release(); });
+  connect(&memory_, &MemoryLimit::exceeded, &loads_, &PageLoads::PageTooLarge);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
   connect(&profile_->Guard(), &RequestGuard::blocked, this, [this](const QUrl& url) {
     Q_EMIT statusTextChanged(Text(message::kBlockedHost).arg(RequestGuard::NameOf(url)),
@@ -112,6 +113,7 @@ void WebPageHost::ConnectPage() {
   loads_.Follow(page_);
   calls_.SetPage(page_);
   watchdog_.SetPage(page_);
+  memory_.SetPage(page_);
   connect(page_, &QWebEnginePage::loadProgress, this, &PageHost::progressChanged);
   connect(page_, &QWebEnginePage::windowCloseRequested, this, &WebPageHost::OnCloseRequested);
   connect(page_, &QWebEnginePage::linkHovered, this,
@@ -303,6 +305,7 @@ void WebPageHost::Ask(const QString& code, quint32 world, ScriptCalls::Answer do
 void WebPageHost::OnRendererGone() {
   is_renderer_gone_ = true;
   watchdog_.SetPage(nullptr);
+  memory_.SetPage(nullptr);
   const auto alive = alive_;
   calls_.AnswerAll();
   if (*alive) {

@@ -12,6 +12,7 @@
 #include "core/router_session.h"
 #include "i18n/message.h"
 #include "script/page_host.h"
+#include "script/web/memory_limit.h"
 #include "script/web/page_keys.h"
 #include "script/web/page_loads.h"
 #include "script/web/script_calls.h"
@@ -87,6 +88,7 @@ class WebPageHost final : public PageHost {
   PageKeys keys_;
   PageLoads loads_;
   ScriptWatchdog watchdog_;
+  MemoryLimit memory_{nullptr};
   // The last page that was loaded whole, and the number of actions before it was asked for.
   struct LoadedPage {
     QUrl url;
