@@ -1,14 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include <QCryptographicHash>
-#include <QSslCertificate>
-#include <QSslServer>
 #include <QTcpSocket>
-#include <QTemporaryDir>
 
-#include "core/trusted_certificates.h"
-#include "demo/certificate.h"
 #include "script/web/exchange_watch.h"
 #include "script/web/router_gate.h"
 #include "web/web_fixture.h"
@@ -205,6 +199,62 @@ TEST_F(GateTest, AChangeIsHeardOutWhenTheBrowserHasGone) {
   }
 }
 
+// Small routers serve a few connections, and close the next one without an answer.
+TEST_F(GateTest, ARouterHasAFewConnectionsAtATime) {
+  for (const Then then : {Then::kClose, Then::kSilence}) {
+    server.replies["/a"] = Answer("200 OK", "done");
+    server.replies["/a"].then = then;
+    server.replies["/a"].delay = 20ms;
+    server.requests.clear();
+    int most = 0;
+    server.special = [&](const QByteArray&) {
+      most = std::max(most, server.open_connections);
+      return std::optional<Reply>();
+    };
+    constexpr int kClients = 20;
+    std::vector<std::unique_ptr<Client>> clients;
+    for (int i = 0; i < kClients; ++i) {
+      clients.push_back(std::make_unique<Client>("127.0.0.1", Port(), kGet));
+    }
+    for (const auto& client : clients) {
+      EXPECT_TRUE(client->Hears("done"));
+    }
+    EXPECT_EQ(server.requests.size(), kClients);
+    EXPECT_LE(most, ConnectionLimit::kPlaces);
+    EXPECT_GT(most, 1);
+  }
+}
+
+TEST_F(GateTest, ASaveDoesNotWaitForRequestsThatAreHeldOpen) {
+  server.replies["/save"] = Answer("200 OK", "saved");
+  const char* const held[] = {
+      "",  // a long poll
+      "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n\r\ndata: 1\n\n",
+      "HTTP/1.1 101 Switching\r\nUpgrade: websocket\r\n\r\n",
+  };
+  for (const char* answer : held) {
+    for (const bool browser_stays : {true, false}) {
+      SCOPED_TRACE(answer + std::string(browser_stays ? "" : ", the browser goes"));
+      server.requests.clear();
+      server.replies["/a"] = {answer, Then::kSilence};
+      std::vector<std::unique_ptr<Client>> polls;
+      for (int i = 0; i < ConnectionLimit::kPlaces; ++i) {
+        polls.push_back(std::make_unique<Client>("127.0.0.1", Port(), kGet));
+      }
+      ASSERT_TRUE(RunUntil([&] { return std::ssize(server.requests) == std::ssize(polls); }, 5s));
+      auto save = std::make_unique<Client>(
+          "127.0.0.1", Port(), "POST /save HTTP/1.1\r\nContent-Length: 1\r\n\r\nx");
+      if (browser_stays) {
+        EXPECT_TRUE(save->Hears("saved"));
+      } else {
+        RunUntil([&] { return server.requests.last().startsWith("POST"); }, 50ms);
+        save.reset();
+      }
+      EXPECT_TRUE(RunUntil([&] { return server.requests.last().startsWith("POST"); }, 5s));
+    }
+  }
+}
+
 // Routers that start over, or that serve one connection at a time.
 TEST_F(GateTest, ARouterThatRefusesForAMomentIsConnectedAgain) {
   QTcpServer router;
@@ -225,35 +275,22 @@ TEST_F(GateTest, ARouterThatRefusesForAMomentIsConnectedAgain) {
 // Neither a server that keeps its connections nor TLS may lead to that.
 class SavedOnceTest : public WebTest, public ::testing::WithParamInterface<const char*> {
  protected:
-  // A server that speaks "http", or https with the version of TLS that is named.
+  // Serves by "http", or by https with the version of TLS that is named.
   void Serve(const QByteArray& kind) {
-    if (kind == "http") {
-      router = std::make_unique<ScriptedServer>();
-      return;
+    if (kind != "http") {
+      secure = std::make_unique<SecureServer>(kind == "TLS 1.2" ? QSsl::TlsV1_2
+                                                                : QSsl::TlsV1_3OrLater);
+      NextBrowser(&secure->certificates);
     }
-    auto tls = demo::ServerCertificate({}, {});
-    if (!tls) {
-      GTEST_SKIP() << tls.error().toStdString();
-    }
-    tls->setProtocol(kind == "TLS 1.2" ? QSsl::TlsV1_2 : QSsl::TlsV1_3OrLater);
-    auto listener = std::make_unique<QSslServer>();
-    listener->setSslConfiguration(*tls);
-    router = std::make_unique<ScriptedServer>(std::move(listener));
-    scheme = u"https"_s;
-    const QUrl address = router->Address({}, scheme);
-    certificates.Trust(u"%1:%2"_s.arg(address.host()).arg(address.port()),
-                       tls->localCertificate().digest(QCryptographicHash::Sha256));
   }
 
-  QTemporaryDir folder;
-  TrustedCertificates certificates{folder.filePath(u"certificates.ini"_s)};
-  std::unique_ptr<ScriptedServer> router;
-  QString scheme = u"http"_s;
+  std::unique_ptr<SecureServer> secure;
 };
 
 TEST_P(SavedOnceTest, ASaveThatIsNotAnsweredArrivesOnce) {
   Serve(GetParam());
-  host.reset(WebPageHosts(options, translator, &certificates)(questions, nullptr));
+  ScriptedServer* const router = secure == nullptr ? &server : &secure->server;
+  const QString scheme = secure == nullptr ? u"http"_s : u"https"_s;
   const QUrl page = router->Address(u"/page"_s, scheme);
   host->SetLogin({.scheme = scheme, .host = page.host(), .port = page.port()});
   router->special = [](const QByteArray& request) -> std::optional<Reply> {

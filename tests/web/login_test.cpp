@@ -111,8 +111,7 @@ TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
   server.replies["/free/frames"] = Html(frames);
   for (const char* path : {"/free/images", "/free/frames"}) {
     SCOPED_TRACE(path);
-    make_host = WebPageHosts(options, translator);
-    host.reset(make_host(questions, nullptr));
+    NextBrowser();
     GiveLogin(u"admin"_s, u"wrong"_s);
     tries.clear();
     Open(path);
@@ -212,8 +211,7 @@ TEST_F(LoginTest, WithoutALoginTheUserIsAskedWhereSilentModeIsOff) {
       {false, {mistyped, typed}, 2, 3, "welcome"},
   };
   for (const auto& row : cases) {
-    make_host = WebPageHosts(options, translator);
-    host.reset(make_host(questions, nullptr));
+    NextBrowser();
     tries.clear();
     errors.clear();
     GiveLogin({}, {});
@@ -222,8 +220,6 @@ TEST_F(LoginTest, WithoutALoginTheUserIsAskedWhereSilentModeIsOff) {
     QList<bool> busy;
     QObject::connect(host.get(), &PageHost::navigationChanged, host.get(),
                      [&] { busy.append(host->Navigation().busy); });
-    QObject::connect(host.get(), &PageHost::navigateError, host.get(),
-                     [&](const QString&, int status) { errors.append(QString::number(status)); });
     options.silent_mode = row.silent;
     host->Navigate2(server.Address(u"/"_s).toString(), {});
     Settle();

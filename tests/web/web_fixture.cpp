@@ -3,11 +3,15 @@
 
 #include "web/web_fixture.h"
 
+#include <QCryptographicHash>
 #include <QJsonDocument>
+#include <QSslCertificate>
+#include <QSslServer>
 #include <QVBoxLayout>
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
+#include "demo/certificate.h"
 #include "script/status_text.h"
 
 extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
@@ -50,7 +54,36 @@ Reply LoginNeeded() {
   return Answer("401 Unauthorized", "who are you?", "WWW-Authenticate: Basic realm=\"r\"\r\n");
 }
 
-WebTest::WebTest() : window(std::make_unique<QWidget>()), host(make_host(questions, nullptr)) {
+namespace {
+
+std::unique_ptr<QTcpServer> SecureListener(const QSslConfiguration& tls) {
+  auto listener = std::make_unique<QSslServer>();
+  listener->setSslConfiguration(tls);
+  return listener;
+}
+
+QSslConfiguration NewCertificate(QSsl::SslProtocol version) {
+  auto tls = demo::ServerCertificate({}, {});
+  EXPECT_TRUE(tls.has_value()) << tls.error().toStdString();
+  tls->setProtocol(version);
+  return *tls;
+}
+
+}  // namespace
+
+SecureServer::SecureServer(QSsl::SslProtocol version) : SecureServer(NewCertificate(version)) {}
+
+SecureServer::SecureServer(const QSslConfiguration& tls) : server(SecureListener(tls)) {
+  const QUrl address = Address({});
+  certificates.Trust(QStringLiteral("%1:%2").arg(address.host()).arg(address.port()),
+                     tls.localCertificate().digest(QCryptographicHash::Sha256));
+}
+
+WebTest::WebTest() : window(std::make_unique<QWidget>()) { NextBrowser(); }
+
+void WebTest::NextBrowser(TrustedCertificates* certificates) {
+  host.reset(WebPageHosts(options, translator, certificates)(questions, nullptr));
+  delete window->layout();
   auto* layout = new QVBoxLayout(window.get());
   layout->addWidget(host->Widget());
   window->resize(640, 480);

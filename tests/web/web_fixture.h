@@ -2,13 +2,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QSslConfiguration>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <memory>
 
+#include "core/trusted_certificates.h"
 #include "script/fake_questions.h"
 #include "script/page_host.h"
 #include "script/page_operations.h"
@@ -50,11 +53,28 @@ struct QuestionCase {
   QJsonValue answer;
 };
 
+// A web server over TLS, and the certificates of a user who trusts it.
+struct SecureServer {
+  explicit SecureServer(QSsl::SslProtocol version = QSsl::TlsV1_3OrLater);
+
+  QUrl Address(const QString& path) const { return server.Address(path, QStringLiteral("https")); }
+
+  QTemporaryDir folder;
+  TrustedCertificates certificates{folder.filePath(QStringLiteral("certificates.ini"))};
+  ScriptedServer server;
+
+ private:
+  explicit SecureServer(const QSslConfiguration& tls);
+};
+
 // A hosted browser in a shown window, and a web server on loopback for it.
 class WebTest : public ::testing::Test {
  protected:
   WebTest();
   ~WebTest() override;
+
+  // Another browser, as another job has.
+  void NextBrowser(TrustedCertificates* certificates = nullptr);
 
   // Loads an address and waits for its end, in whatever way it ends.
   void Open(const QUrl& address);
@@ -92,7 +112,6 @@ class WebTest : public ::testing::Test {
   testing::ScriptedServer server;
   JobOptions options;
   const Translator translator{QString()};
-  PageHostFactory make_host = WebPageHosts(options, translator);
   FakeQuestions questions;
   std::unique_ptr<QWidget> window;
   std::unique_ptr<PageHost> host;

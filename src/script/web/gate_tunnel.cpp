@@ -14,11 +14,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr char kVersion = 5;
-constexpr char kConnect = 1;
-constexpr char kIp4 = 1;
-constexpr char kName = 3;
-constexpr char kIp6 = 4;
 constexpr char kTlsHandshake = 22;
 
 constexpr milliseconds kRoundPauses[] = {milliseconds(20), milliseconds(80), milliseconds(300)};
@@ -29,7 +24,6 @@ constexpr milliseconds kLongestDiscard(30000);
 // A request that is longer is not sent again on another connection.
 constexpr qsizetype kMaxKept = qsizetype{1} << 20;
 constexpr qsizetype kMaxUnsent = qsizetype{1} << 20;
-constexpr qsizetype kMaxHandshake = 600;
 
 // The engine's numbers for a connection that could not be made.
 int NetErrorOf(int error) {
@@ -50,16 +44,6 @@ int NetErrorOf(int error) {
   }
 }
 
-quint16 PortAt(const QByteArray& bytes, qsizetype at) {
-  const auto byte = [&bytes](qsizetype i) { return static_cast<quint8>(bytes.at(i)); };
-  return static_cast<quint16>(byte(at) << 8 | byte(at + 1));
-}
-
-QByteArray SocksReply(char code) {
-  return QByteArray(1, kVersion) + QByteArray(1, code) + QByteArray(1, '\0') + kIp4 +
-         QByteArray(6, '\0');
-}
-
 }  // namespace
 
 GateTunnel::GateTunnel(int client, RouterGate& gate) : QObject(&gate), gate_(gate) {
@@ -74,29 +58,28 @@ GateTunnel::GateTunnel(int client, RouterGate& gate) : QObject(&gate), gate_(gat
   connect(&pause_, &QTimer::timeout, this, &GateTunnel::Connect);
   silence_.setSingleShot(true);
   connect(&silence_, &QTimer::timeout, this, &GateTunnel::OnSilence);
+  traffic_.setSingleShot(true);
+  connect(&traffic_, &QTimer::timeout, this, [this] { gate_.Limit().Release(origin_, place_); });
   connect(&client_, &TcpStream::closed, this, &GateTunnel::DeleteWhenClosed);
   connect(&router_, &TcpStream::closed, this, &GateTunnel::DeleteWhenClosed);
   client_.Adopt(client);
 }
 
-GateTunnel::~GateTunnel() { gate_.End(id_); }
+GateTunnel::~GateTunnel() {
+  gate_.Limit().Release(origin_, place_);
+  gate_.End(id_);
+}
 
 void GateTunnel::OnClientBytes(const QByteArray& bytes) {
   switch (state_) {
-    case State::kGreeting:
-    case State::kRequest:
+    case State::kHandshake:
+      ReadHandshake(bytes);
+      return;
     case State::kFirstBytes:
       buffer_ += bytes;
-      if (state_ == State::kGreeting && !ReadGreeting()) {
-        return;
-      }
-      if (state_ == State::kRequest && !ReadRequest()) {
-        return;
-      }
-      if (state_ == State::kFirstBytes && !buffer_.isEmpty()) {
-        BeginExchange();
-      }
+      BeginExchange();
       return;
+    case State::kWaiting:
     case State::kConnecting:
     case State::kPassing:
       PassOn(bytes);
@@ -106,64 +89,32 @@ void GateTunnel::OnClientBytes(const QByteArray& bytes) {
   }
 }
 
-// Both readers: false when the handshake is not complete yet, or has been refused.
-bool GateTunnel::ReadGreeting() {
-  if (buffer_.at(0) != kVersion || buffer_.size() > kMaxHandshake) {
+void GateTunnel::ReadHandshake(const QByteArray& bytes) {
+  QByteArray answer;
+  const SocksHandshake::State read = handshake_.Take(bytes, &answer);
+  client_.Write(answer);
+  if (read == SocksHandshake::State::kIncomplete) {
+    return;
+  }
+  if (read == SocksHandshake::State::kInvalid) {
     Finish();
-    return false;
+    return;
   }
-  if (buffer_.size() < 2 || buffer_.size() < 2 + static_cast<quint8>(buffer_.at(1))) {
-    return false;
+  if (read == SocksHandshake::State::kRefused ||
+      !gate_.HasHost(handshake_.Host(), handshake_.Port())) {
+    client_.Write(SocksHandshake::Reply(false));
+    Finish();
+    return;
   }
-  buffer_.remove(0, 2 + static_cast<quint8>(buffer_.at(1)));
-  client_.Write(QByteArrayView("\x05\x00", 2));  // no login
-  state_ = State::kRequest;
-  return !buffer_.isEmpty();
-}
-
-bool GateTunnel::ReadRequest() {
-  constexpr qsizetype kFixed = 4;
-  if (buffer_.size() <= kFixed) {
-    return false;
-  }
-  const char type = buffer_.at(3);
-  const qsizetype begin = type == kName ? kFixed + 1 : kFixed;
-  const qsizetype length = type == kName  ? static_cast<quint8>(buffer_.at(kFixed))
-                           : type == kIp4 ? 4
-                           : type == kIp6 ? 16
-                                          : -1;
-  if (buffer_.at(0) != kVersion || buffer_.at(1) != kConnect || length < 0) {
-    Refuse();
-    return false;
-  }
-  if (buffer_.size() < begin + length + 2) {
-    return false;
-  }
-  const QByteArray raw = buffer_.mid(begin, length);
-  if (type == kName) {
-    origin_.host = QString::fromLatin1(raw).toLower();
-  } else if (type == kIp4) {
-    origin_.host =
-        QHostAddress(static_cast<quint32>(PortAt(raw, 0)) << 16 | PortAt(raw, 2)).toString();
-  } else {
-    origin_.host = QHostAddress(reinterpret_cast<const quint8*>(raw.constData())).toString();
-  }
-  origin_.port = PortAt(buffer_, begin + length);
-  buffer_.remove(0, begin + length + 2);
-  if (!gate_.HasHost(origin_.host, origin_.port)) {
-    Refuse();
-    return false;
-  }
-  client_.Write(SocksReply(0));
+  origin_.host = handshake_.Host();
+  origin_.port = handshake_.Port();
+  client_.Write(SocksHandshake::Reply(true));
   since_ready_.start();
   state_ = State::kFirstBytes;
-  return true;
-}
-
-void GateTunnel::Refuse() {
-  constexpr char kNotAllowed = 2;
-  client_.Write(SocksReply(kNotAllowed));
-  Finish();
+  buffer_ = handshake_.Rest();
+  if (!buffer_.isEmpty()) {
+    BeginExchange();
+  }
 }
 
 void GateTunnel::BeginExchange() {
@@ -193,8 +144,19 @@ void GateTunnel::BeginExchange() {
     Finish();
     return;
   }
-  state_ = State::kConnecting;
-  LookUp();
+  state_ = State::kWaiting;
+  place_ = gate_.Limit().Take(origin_, [this] {
+    state_ = State::kConnecting;
+    NoteTraffic();
+    LookUp();
+  });
+}
+
+// Each byte shows that the connection is in use.
+void GateTunnel::NoteTraffic() {
+  if (state_ == State::kConnecting || state_ == State::kPassing) {
+    traffic_.start(has_answer_ ? ConnectionLimit::kPause : ConnectionLimit::kUnanswered);
+  }
 }
 
 void GateTunnel::Retire(const SiteOrigin& origin) {
@@ -300,12 +262,14 @@ void GateTunnel::PassOn(const QByteArray& bytes) {
     router_.Write(bytes);
     NoteRequest();
   }
+  NoteTraffic();
   const qsizetype waiting = state_ == State::kPassing ? router_.UnsentBytes() : buffer_.size();
   client_.SetReading(waiting < kMaxUnsent);
 }
 
 void GateTunnel::OnRouterBytes(const QByteArray& bytes) {
   has_answer_ = true;
+  NoteTraffic();
   since_ready_.start();
   buffer_.clear();
   watch_->TakeAnswer(bytes);
@@ -329,9 +293,11 @@ void GateTunnel::OnRouterBytes(const QByteArray& bytes) {
 }
 
 void GateTunnel::OnClientEnded() {
-  // A save that was sent whole is heard out: many routers give up what nobody waits for.
-  if (state_ == State::kPassing && is_change_ && watch_->IsRequestComplete() && !watch_->IsOver() &&
-      !watch_->IsOpenEnded()) {
+  // A save that was sent whole is heard out: many routers give up what nobody waits for. One that
+  // still waits for a connection is sent.
+  const bool is_waiting = state_ == State::kWaiting || state_ == State::kConnecting;
+  const bool is_change = is_waiting ? IsChange() : state_ == State::kPassing && is_change_;
+  if (is_change && watch_->IsRequestComplete() && !watch_->IsOver() && !watch_->IsOpenEnded()) {
     is_discarding_ = true;
     silence_.start(kLongestDiscard);
     return;
@@ -346,11 +312,15 @@ void GateTunnel::NoteRequest() {
   NoteOver();
   answer_bytes_ = 0;
   noted_requests_ = watch_->Requests();
-  const QByteArray& method = watch_->Method();
-  is_change_ = method.isEmpty() ? gate_.IsChangeExpected(origin_) && noted_requests_ == 1
-                                : method != "GET" && method != "HEAD";
+  is_change_ = IsChange();
   url_ = QUrl::fromEncoded(url_.toEncoded() + watch_->Target());
-  id_ = gate_.Start(method, url_);
+  id_ = gate_.Start(watch_->Method(), url_);
+}
+
+bool GateTunnel::IsChange() const {
+  const QByteArray& method = watch_->Method();
+  return method.isEmpty() ? gate_.IsChangeExpected(origin_) && noted_requests_ == 1
+                          : method != "GET" && method != "HEAD";
 }
 
 void GateTunnel::NoteAnswer() {
@@ -385,14 +355,18 @@ void GateTunnel::Finish() {
   NoteOver();
   pause_.stop();
   client_.CloseWhenSent();
-  router_.CloseWhenSent();
+  router_.CloseWhenSent(ConnectionLimit::kClosing);
   // The last bytes may still be on their way to a browser that is busy.
   silence_.start(kLongestDiscard);
   DeleteWhenClosed();
 }
 
 void GateTunnel::DeleteWhenClosed() {
-  if (state_ == State::kOver && !client_.IsOpen() && !router_.IsOpen()) {
+  if (state_ != State::kOver || router_.IsOpen()) {
+    return;
+  }
+  gate_.Limit().Release(origin_, place_);
+  if (!client_.IsOpen()) {
     deleteLater();
   }
 }

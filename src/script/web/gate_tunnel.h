@@ -9,6 +9,7 @@
 
 #include "script/web/exchange_watch.h"
 #include "script/web/router_gate.h"
+#include "script/web/socks_handshake.h"
 #include "script/web/tcp_stream.h"
 
 namespace quayline {
@@ -19,9 +20,10 @@ namespace quayline {
 //      admitted one is accepted at once, before there is a connection to it.
 //   2. The first bytes of the request are awaited. They tell TLS from plain HTTP, which has to fit
 //      the origin.
-//   3. The name is looked up and the router is connected. As long as the router has received
+//   3. A place among the connections to the router is awaited (ConnectionLimit).
+//   4. The name is looked up and the router is connected. As long as the router has received
 //      nothing, a connection that fails is made again a few times, if the router was there lately.
-//   4. Bytes are passed on in both directions. An end or a reset of the router's is passed on as
+//   5. Bytes are passed on in both directions. An end or a reset of the router's is passed on as
 //      what it was. When a request arrives that the connection may not carry, the browser's side
 //      is reset.
 class GateTunnel final : public QObject {
@@ -35,12 +37,10 @@ class GateTunnel final : public QObject {
   void Retire(const SiteOrigin& origin);
 
  private:
-  enum class State { kGreeting, kRequest, kFirstBytes, kConnecting, kPassing, kOver };
+  enum class State { kHandshake, kFirstBytes, kWaiting, kConnecting, kPassing, kOver };
 
   void OnClientBytes(const QByteArray& bytes);
-  bool ReadGreeting();
-  bool ReadRequest();
-  void Refuse();
+  void ReadHandshake(const QByteArray& bytes);
   void BeginExchange();
   void LookUp();
   void Connect();
@@ -54,7 +54,10 @@ class GateTunnel final : public QObject {
   void Fail(int net_error);
   // Passes bytes on; closes the browser's side if they begin a second request.
   void PassOn(const QByteArray& bytes);
+  void NoteTraffic();
   void NoteRequest();
+  // Whether the request may change something. Known when its head is complete.
+  bool IsChange() const;
   void NoteAnswer();
   void NoteOver();
   void OnSilence();
@@ -64,9 +67,11 @@ class GateTunnel final : public QObject {
   RouterGate& gate_;
   TcpStream client_{this};
   TcpStream router_{this};
-  State state_ = State::kGreeting;
+  State state_ = State::kHandshake;
+  SocksHandshake handshake_;
   SiteOrigin origin_;
-  QByteArray buffer_;  // of the handshake; then the request, until the router has received it
+  quint64 place_ = 0;  // among the connections to the origin; 0: not asked for
+  QByteArray buffer_;  // the request, until the router has received it
   bool can_repeat_ = true;
   bool has_answer_ = false;  // a byte of it
   int noted_requests_ = 0;
@@ -80,6 +85,7 @@ class GateTunnel final : public QObject {
   qsizetype next_address_ = 0;
   int rounds_ = 0;
   qint64 answer_bytes_ = 0;  // to the last request
+  QTimer traffic_;           // ends when nothing was sent or received for a time
   QTimer pause_;             // before another round of connecting
   QTimer silence_;  // of the router: over TLS the end of an answer; of a browser that has gone
   quint64 id_ = 0;

@@ -56,24 +56,6 @@ const Listener& ReservedListener() {
 
 }  // namespace
 
-SiteOrigin SiteOrigin::Of(const QUrl& url) {
-  constexpr quint16 kHttpPort = 80;
-  constexpr quint16 kHttpsPort = 443;
-  const QString scheme = url.scheme();
-  const bool is_plain = scheme == QLatin1String("http") || scheme == QLatin1String("ws");
-  const bool is_secure = scheme == QLatin1String("https") || scheme == QLatin1String("wss");
-  if (!is_plain && !is_secure) {
-    return {.scheme = scheme, .host = url.host(QUrl::FullyEncoded), .port = 0};
-  }
-  return {.scheme = is_plain ? QStringLiteral("http") : QStringLiteral("https"),
-          .host = url.host(QUrl::FullyEncoded).toLower(),
-          .port = static_cast<quint16>(url.port(is_plain ? kHttpPort : kHttpsPort))};
-}
-
-size_t qHash(const SiteOrigin& origin, size_t seed) {
-  return qHashMulti(seed, origin.scheme, origin.host, origin.port);
-}
-
 quint16 RouterGate::Reserve() { return ReservedListener().port; }
 
 RouterGate& RouterGate::Instance() {

@@ -12,24 +12,12 @@
 
 #include <memory>
 
+#include "script/web/connection_limit.h"
+#include "script/web/site_origin.h"
+
 namespace quayline {
 
 class GateTunnel;
-
-// Where requests may go. Another port of the same host is another program, and so another origin.
-struct SiteOrigin {
-  QString scheme;  // "http" or "https"
-  QString host;    // in lower case, as in a URL's ASCII form; an IPv6 address without brackets
-  quint16 port = 0;
-
-  bool operator==(const SiteOrigin&) const = default;
-
-  // The origin of an http, https, ws or wss address; a web socket belongs to the origin of the page
-  // that may open it. For other addresses an origin whose port is 0.
-  static SiteOrigin Of(const QUrl& url);
-};
-
-size_t qHash(const SiteOrigin& origin, size_t seed = 0);
 
 // The one way from the hosted browsers to the network: a SOCKS5 proxy on 127.0.0.1, inside this
 // process, that connects to the admitted origins and to nothing else.
@@ -51,7 +39,10 @@ size_t qHash(const SiteOrigin& origin, size_t seed = 0);
 //     the request. So if a change was sent on a connection that had been idle and it ends without
 //     an answer, what the engine sends next is refused: over plain HTTP the same request, over TLS
 //     any connection within a moment.
-// Web sockets are exempt. The connection to the router is made when the first byte of a request
+// Web sockets are exempt.
+//
+// The router is not asked for more connections at a time than it may have (ConnectionLimit). The
+// connection to the router is made when the first byte of a request
 // arrives: a preconnect never reaches the router.
 //
 // An answer without an end is cut off at kMaxAnswer, except on a web socket.
@@ -114,6 +105,7 @@ class RouterGate final : public QObject {
   void Accept();
 
   // For the tunnels.
+  ConnectionLimit& Limit() { return limit_; }
   bool HasHost(const QString& host, quint16 port) const;
   int LastFailure(const QUrl& url, int engine_error) const;
   bool IsWebSocketExpected(const SiteOrigin& origin) const;
@@ -141,6 +133,7 @@ class RouterGate final : public QObject {
     QDeadlineTimer lost_lately{0};
   };
 
+  ConnectionLimit limit_;
   int listening_;
   std::unique_ptr<QSocketNotifier> waiting_;
   QHash<QObject*, QSet<SiteOrigin>> admitted_;

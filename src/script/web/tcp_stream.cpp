@@ -97,7 +97,7 @@ void TcpStream::SetReading(bool reading) {
 }
 
 void TcpStream::Write(QByteArrayView bytes) {
-  if (!IsOpen() || state_ == State::kClosing) {
+  if (!IsOpen() || state_ == State::kClosing || state_ == State::kClosed) {
     return;
   }
   unsent_.append(bytes);
@@ -152,7 +152,7 @@ void TcpStream::OnWritable() {
     return;
   }
   if (state_ == State::kClosing) {
-    Release();
+    CloseNow();
   } else {
     Q_EMIT allSent();
   }
@@ -161,6 +161,12 @@ void TcpStream::OnWritable() {
 void TcpStream::OnReadable() {
   static std::array<char, kReadAtOnce> buffer;  // one thread, and nothing is left in it
   const ssize_t count = recv(descriptor_, buffer.data(), buffer.size(), 0);
+  if (state_ == State::kClosed) {
+    if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) {
+      Release();
+    }
+    return;
+  }
   if (count > 0) {
     Q_EMIT received(QByteArray(buffer.data(), count));
   } else if (count == 0) {
@@ -170,15 +176,30 @@ void TcpStream::OnReadable() {
   }
 }
 
-void TcpStream::CloseWhenSent() {
-  if (!IsOpen()) {
+void TcpStream::CloseWhenSent(std::chrono::milliseconds patience) {
+  if (!IsOpen() || state_ == State::kClosed) {
     return;
   }
+  patience_ = state_ == State::kConnecting ? std::chrono::milliseconds() : patience;
   state_ = State::kClosing;
   read_->setEnabled(false);
   if (unsent_.isEmpty()) {
-    Release();
+    CloseNow();
   }
+}
+
+void TcpStream::CloseNow() {
+  if (patience_.count() == 0 || shutdown(descriptor_, SHUT_WR) != 0) {
+    Release();
+    return;
+  }
+  state_ = State::kClosed;
+  read_->setEnabled(true);
+  QTimer::singleShot(patience_, this, [this, closing = connections_] {
+    if (connections_ == closing) {
+      Release();
+    }
+  });
 }
 
 void TcpStream::ResetWhenSent() {

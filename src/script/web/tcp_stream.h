@@ -6,6 +6,7 @@
 #include <QHostAddress>
 #include <QSocketNotifier>
 
+#include <chrono>
 #include <memory>
 
 namespace quayline {
@@ -32,8 +33,9 @@ class TcpStream final : public QObject {
   qsizetype UnsentBytes() const { return unsent_.size(); }
   // Whether data is read when it arrives. Off, the other side is slowed down by TCP itself.
   void SetReading(bool reading);
-  // Ends this side in order after the last byte was sent; data that still arrives is dropped.
-  void CloseWhenSent();
+  // Ends this side in order after the last byte was sent; data that still arrives is dropped. The
+  // socket is closed when the other side has ended too, or after `patience`.
+  void CloseWhenSent(std::chrono::milliseconds patience = {});
   // The same, but the other side sees a reset.
   void ResetWhenSent();
   // True when the other side's system has not acknowledged one byte of what was written. Valid
@@ -52,17 +54,20 @@ class TcpStream final : public QObject {
   void closed();
 
  private:
-  enum class State { kConnecting, kOpen, kClosing };
+  enum class State { kConnecting, kOpen, kClosing, kClosed };
 
   void Watch();
   void OnReadable();
   void OnWritable();
   bool Send();
   void End(int error);
+  // This side is over.
+  void CloseNow();
   void Release();
 
   int descriptor_ = -1;
-  State state_ = State::kOpen;
+  State state_ = State::kOpen;  // kClosed: this side alone
+  std::chrono::milliseconds patience_{};
   bool reset_ = false;      // on closing
   bool was_reset_ = false;  // by the other side
   int connections_ = 0;     // counts them, so that one is not taken for the next
