@@ -82,7 +82,7 @@ void BrowserSet::DeleteWhenIdle(PageHost* host) {
   if (host->Navigation().busy) {
     return;  // asked again when the navigation ends
   }
-  host->ReportIdle([this, host](IdleReport) {
+  host->ReportIdle(PendingWork::kAny, [this, host](IdleReport) {
     if (!host->Navigation().busy) {
       Delete(host);
     }

@@ -41,6 +41,12 @@ struct NavigationState {
   bool after_action = false;
 };
 
+// Which pending work of a page is waited for.
+enum class PendingWork {
+  kAny,
+  kSaves,  // requests that may be a save, and nothing else
+};
+
 // What a page has left when it is idle.
 struct IdleReport {
   // Timers of the last action that are longer than what is waited for. They have not run.
@@ -100,7 +106,7 @@ class PageHost : public QObject {
   // Reports once when what the page was asked to do has either begun a navigation or will not begin
   // one any more: its queued tasks have run, and it has no pending work. A new call replaces one
   // that was not answered. No report comes when the document goes meanwhile.
-  virtual void ReportIdle(std::function<void(IdleReport)> report) = 0;
+  virtual void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) = 0;
 
   // The view that shows the page; none in the double.
   virtual QWidget* Widget() { return nullptr; }

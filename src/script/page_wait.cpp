@@ -117,7 +117,7 @@ Task<std::optional<IdleReport>> PageWait::IdleOfPage(quint64 mark, const WaitSco
                                                      const Deadline& deadline) {
   PageHost* const host = host_();
   OneShot<IdleReport> report;
-  host->ReportIdle(report.Callback());
+  host->ReportIdle(scope.work, report.Callback());
   report.GiveUpWhen(&browsers_, &BrowserSet::navigationChanged,
                     [this, mark] { return HasBegun(mark); });
   report.GiveUpWhen(&browsers_, &BrowserSet::activeChanged,

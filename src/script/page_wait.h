@@ -35,6 +35,8 @@ struct WaitScope {
   bool heeds_flags = true;
   // Off after the last entry: a page error costs nothing more.
   bool heeds_errors = true;
+  // Of the page. Navigations are always waited for.
+  PendingWork work = PendingWork::kAny;
   // Off for a page that gives no answer: only navigations are waited for.
   bool asks_page = true;
 };

@@ -3,6 +3,7 @@
 
 #include "script/script_runner.h"
 
+#include <QDeadlineTimer>
 #include <QScopeGuard>
 #include <QUrl>
 
@@ -156,7 +157,8 @@ void ScriptRunner::Leave() {
 }
 
 // A page that was only opened is left at once. One that was acted on may have a save under way, and
-// is left when it is idle; one that gives no answer, when its navigation has ended.
+// is left when it is idle, and soon where no request that may be a save is under way; one that gives
+// no answer, when its navigation has ended.
 Task<> ScriptRunner::FinishSaves() {
   JobFlags& flags = context_.job_flags;
   flags.AddLeavingRuns(1);
@@ -169,12 +171,16 @@ Task<> ScriptRunner::FinishSaves() {
     browsers_->StopNavigation();
   } else {
     const WaitLimits& limits = pages_->Limits();
-    const bool answers = co_await pages_->Answers(limits.silence_after_stop);
-    co_await pages_->UntilIdle(
-        {.limit = flags.ends_by_signal ? std::nullopt : std::optional(limits.after_stop),
-         .shown_as = RouterHost(context_.session),
-         .heeds_flags = false,
-         .asks_page = answers});
+    const QDeadlineTimer any_work(limits.work_after_stop);
+    WaitScope scope{.shown_as = RouterHost(context_.session), .heeds_flags = false};
+    scope.asks_page = co_await pages_->Answers(limits.silence_after_stop);
+    scope.limit = WaitLimits::Time(any_work.remainingTime());
+    const WaitEnd end = co_await pages_->UntilIdle(scope);
+    if (end == WaitEnd::kPending) {
+      scope.work = PendingWork::kSaves;
+      scope.limit = flags.ends_by_signal ? std::nullopt : std::optional(limits.after_stop);
+      co_await pages_->UntilIdle(scope);
+    }
   }
   Q_EMIT left();
 }

@@ -34,7 +34,8 @@ class ScriptRunner : public QObject, public PageQuestions {
 
   void Stop();
   // Ends the run at once, without ended(), and waits for saves that are on their way to the router.
-  // left() follows within WaitLimits::after_stop, and at once where there can be no save.
+  // left() follows at once where there can be no save, within WaitLimits::work_after_stop where none
+  // is under way, and else within WaitLimits::after_stop.
   void Leave();
   // The debug button: lets the run go on behind the line at which it holds, and frees it from a
   // page load that never ends.

@@ -131,7 +131,7 @@ void FakePageHost::ClearCache(std::function<void(bool)> done) {
                      [this, done = std::move(done)] { done(pages_.clears_cache); });
 }
 
-void FakePageHost::ReportIdle(std::function<void(IdleReport)> report) {
+void FakePageHost::ReportIdle(PendingWork, std::function<void(IdleReport)> report) {
   // After whatever the call before has started.
   Later([this, report = std::move(report)] { Later([report] { report({}); }); });
 }

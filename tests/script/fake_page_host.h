@@ -86,7 +86,7 @@ class FakePageHost final : public PageHost {
   void ClearCache(std::function<void(bool)> done) override;
   NavigationState Navigation() const override { return navigation_; }
   bool ShowsUnchanged(const QString& address) const override { return address == pages_.unchanged; }
-  void ReportIdle(std::function<void(IdleReport)> report) override;
+  void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) override;
 
   // The page's own moves. Each happens at once and raises what the real browser raises.
   void BeginNavigation();

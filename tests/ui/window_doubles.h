@@ -151,7 +151,7 @@ class FakePage final : public PageHost {
   void ClearCache(std::function<void(bool)> done) override { done(true); }
   NavigationState Navigation() const override { return navigation_; }
   bool ShowsUnchanged(const QString&) const override { return false; }
-  void ReportIdle(std::function<void(IdleReport)> report) override { report({}); }
+  void ReportIdle(PendingWork, std::function<void(IdleReport)> report) override { report({}); }
   QWidget* Widget() override { return view_; }
 
  private:

@@ -13,7 +13,7 @@ using page_operation::GetElementValue;
 TEST_F(WebTest, QuestionsAheadOfTheFirstPageAreNoErrorsToShow) {
   EXPECT_EQ(Ask(GetElementValue(u"a"_s)), kNoAnswer);
   bool quiet = false;
-  host->ReportIdle([&quiet](IdleReport) { quiet = true; });
+  host->ReportIdle(PendingWork::kAny, [&quiet](IdleReport) { quiet = true; });
   RunInPage("1");
   EXPECT_TRUE(RunUntil([&quiet] { return quiet; }));
   EXPECT_EQ(script_errors, QStringList());

@@ -196,8 +196,12 @@ void PageLoads::Stop() {
   page_->triggerAction(QWebEnginePage::Stop);
 }
 
+// The engine's stop would end the requests of a page's scripts as well, and one may be a save: it is
+// for a page that is on its way alone.
 void PageLoads::EndOwnLoads() {
-  if (load_.is_ours && (watch_.IsLoading() || watch_.PendingFrames() == 0)) {
+  const bool is_on_its_way =
+      watch_.IsLoading() || (watch_.State().busy && watch_.PendingFrames() == 0);
+  if (load_.is_ours && is_on_its_way) {
     Stop();
   } else {
     retry_.NoteEnd();

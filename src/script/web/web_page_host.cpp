@@ -358,8 +358,8 @@ NavigationState WebPageHost::Navigation() const {
   return state;
 }
 
-void WebPageHost::ReportIdle(std::function<void(IdleReport)> report) {
-  idle_wait_.Start(WaitForReport(std::move(report)));
+void WebPageHost::ReportIdle(PendingWork work, std::function<void(IdleReport)> report) {
+  idle_wait_.Start(WaitForReport(work, std::move(report)));
 }
 
 // "idle", the wait, the number of timers that are left, whether the page gave up; on lines of their
@@ -375,7 +375,8 @@ void WebPageHost::OnPageReported(const QString& text, bool is_idle) {
 
 // A document without our scripts has nothing that could start a navigation. A report is lost when
 // the document is written again meanwhile: the page is asked once more.
-Task<> WebPageHost::WaitForReport(std::function<void(IdleReport)> report) {
+Task<> WebPageHost::WaitForReport(PendingWork work,
+                                  std::function<void(IdleReport)> report) {
   std::optional<IdleReport> got;
   bool is_pending = false;
   QString id;
@@ -392,7 +393,7 @@ Task<> WebPageHost::WaitForReport(std::function<void(IdleReport)> report) {
     is_pending = false;
     OneShot<bool> asked;
     Ask(QStringLiteral("window.quaylineReportIdle?.(...%1)")
-            .arg(AsJavaScript({id, is_led_, profile_->PeriodicRequests()})),
+            .arg(AsJavaScript({id, is_led_, profile_->PeriodicRequests(), work == PendingWork::kSaves})),
         QWebEngineScript::ApplicationWorld,
         [done = asked.Callback()](const QVariant& result) { done(result.toBool()); });
     const std::optional<bool> has_watch = co_await asked;

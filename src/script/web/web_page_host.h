@@ -42,7 +42,7 @@ class WebPageHost final : public PageHost {
   void ClearCache(std::function<void(bool)> done) override;
   NavigationState Navigation() const override;
   bool ShowsUnchanged(const QString& address) const override;
-  void ReportIdle(std::function<void(IdleReport)> report) override;
+  void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) override;
   QWidget* Widget() override { return view_; }
 
  Q_SIGNALS:
@@ -70,7 +70,7 @@ class WebPageHost final : public PageHost {
   void AskForLogin(const QString& address,
                    const std::function<void(std::optional<TypedLogin>)>& answer);
   void OnDownloadRefused(const QString& file_name);
-  Task<> WaitForReport(std::function<void(IdleReport)> report);
+  Task<> WaitForReport(PendingWork work, std::function<void(IdleReport)> report);
   void OnPageReported(const QString& text, bool is_idle);
   QString Text(const Message& message) const;
 

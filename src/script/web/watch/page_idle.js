@@ -194,9 +194,10 @@ function installPageIdle(beacon, ask, reply, limits) {
   // Reports "idle `id` LATER GAVE_UP" and the periodic requests when the page has no pending work:
   // after the tasks that it has queued, and after whatever these start. Before, "pending `id`" where
   // there is work to wait for. `isLed`: an action may have led to the page. `periodic`: the requests
-  // that other documents of the job found to be periodic. Answers true: the report will come.
+  // that other documents of the job found to be periodic. With `savesOnly` requests that may be a
+  // save are the only work that is waited for. Answers true: the report will come.
   let latest = '';  // an earlier wait that has no listener any more must not end this one
-  window.quaylineReportIdle = function(id, isLed, periodic) {
+  window.quaylineReportIdle = function(id, isLed, periodic, savesOnly) {
     latest = id;
     const start = performance.now();
     let isWaiting = false;
@@ -209,7 +210,8 @@ function installPageIdle(beacon, ask, reply, limits) {
         return;
       }
       const pending = askWatches('count');
-      const isIdle = pending.count === 0 && !refreshIsNear();
+      const isIdle =
+        savesOnly ? pending.saves === 0 : pending.count === 0 && !refreshIsNear();
       const limit = pending.saves > 0 ? limits.save : requestLimit(isLed);
       const gaveUp = !isIdle && performance.now() - start > limit;
       if (isIdle || gaveUp) {
