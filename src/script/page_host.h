@@ -137,8 +137,10 @@ class PageHost : public QObject {
   void noted(const QString& text);
   // A script, a style sheet or a frame of the page could not be loaded, and the page is incomplete.
   void resourceFailed(const QString& url);
-  // A script of the page failed.
-  void scriptError(const QString& description, const QString& url, int line);
+  // A script of the page failed. `is_answered`: it is the script of RunInPage(), which answers the
+  // error as well.
+  void scriptError(const QString& description, const QString& url, int line,
+                   bool is_answered = false);
 };
 
 using PageHostFactory = std::function<PageHost*(PageQuestions& questions, QObject* parent)>;

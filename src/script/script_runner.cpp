@@ -233,12 +233,17 @@ void ScriptRunner::ConnectHost(PageHost* host) {
   connect(host, &PageHost::resourceFailed, this, [this](const QString& url) {
     NotePageFault(script_text::kResourceFailed, url);
   });
-  connect(host, &PageHost::scriptError, this, [this](const QString& description) {
-    NotePageFault(script_text::kPageScriptFailed, description);
-    if (!context_.job_options.silent_mode) {
-      ShowPageMessage(description);
-    }
-  });
+  connect(host, &PageHost::scriptError, this,
+          [this](const QString& description, const QString&, int, bool is_answered) {
+            if (is_answered) {
+              ++page_faults_;  // logged by the line that ran the script
+            } else {
+              NotePageFault(script_text::kPageScriptFailed, description);
+            }
+            if (!context_.job_options.silent_mode) {
+              ShowPageMessage(description);
+            }
+          });
 }
 
 void ScriptRunner::AskCertificate(const ShownCertificate& shown,

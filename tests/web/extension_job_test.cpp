@@ -69,6 +69,15 @@ TEST_F(ExtensionJob, WorksAPageThatScriptsBuild) {
   EXPECT_FALSE(Log().contains(u"(Failed"_s)) << Log().toStdString();
 }
 
+TEST_F(ExtensionJob, AnErrorOfAScriptLineIsLoggedOnceAndTheEntryIsToBeChecked) {
+  for (const auto& code : {u"broken()"_s, u"f("_s}) {
+    Start({u"nav(\"list\")"_s, u"run_javascript(\"%1\")"_s.arg(code)});
+    ASSERT_TRUE(Ends(30s));
+    EXPECT_EQ(Log().count(u"Error: "_s), 2) << "(Script Error: KindError: " << Log().toStdString();
+    EXPECT_EQ(runner_->Outcome().to_check, QStringList{u"Web"_s});
+  }
+}
+
 TEST_F(ExtensionJob, AnExpectedTextThatIsMissingFailsTheEntry) {
   Start({u"nav(\"list\")"_s, u"call_javascript(\"broken()\")"_s, u"expect_page_text(\"Saved\")"_s,
          u"nav(\"never\")"_s});
@@ -77,6 +86,7 @@ TEST_F(ExtensionJob, AnExpectedTextThatIsMissingFailsTheEntry) {
   EXPECT_EQ(Requests("GET /never"), 0);
   EXPECT_TRUE(Log().contains(u"(Successful)\r\n(Script Error: ReferenceError: broken is not"_s))
       << Log().toStdString();
+  EXPECT_EQ(Log().count(u"broken is not"_s), 1) << Log().toStdString();
   EXPECT_TRUE(Log().contains(u"!ERROR! (The Page Does Not Show \"Saved\")"_s));
 }
 

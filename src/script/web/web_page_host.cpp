@@ -283,19 +283,48 @@ void WebPageHost::RunInPage(const PageScript& script,
   NoteAct();
   Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
       [](const QVariant&) {});
-  syntax_error_.clear();
+  ++scripts_running_;
   Ask(TextOfPageScript(script), QWebEngineScript::MainWorld,
-      [this, done = std::move(done)](const QVariant& result) {
-        done(result.isValid() ? ErrorOfPageScript(result) : std::exchange(syntax_error_, {}));
+      [this, alive = alive_, done = std::move(done)](const QVariant& result) {
+        const QString error = ReportScriptErrors(
+            result.isValid() ? std::optional(ErrorOfPageScript(result)) : std::nullopt);
+        if (*alive) {
+          done(error);
+        }
       });
 }
 
 void WebPageHost::OnScriptFailed(const QString& description, const QString& url, int line) {
-  constexpr QLatin1String kUncaught("Uncaught ");
-  if (description.startsWith(kUncaught + QLatin1String("SyntaxError"))) {
-    syntax_error_ = description.mid(kUncaught.size());
+  if (scripts_running_ > 0) {
+    errors_meanwhile_.append({.description = description, .url = url, .line = line});
+  } else {
+    Q_EMIT scriptError(description, url, line);
   }
-  Q_EMIT scriptError(description, url, line);
+}
+
+QString WebPageHost::ReportScriptErrors(const std::optional<QString>& error) {
+  constexpr QLatin1String kUncaught("Uncaught ");
+  const auto alive = alive_;
+  --scripts_running_;
+  QString own = error.value_or(QString());
+  bool is_found = false;
+  for (const ScriptError& each : std::exchange(errors_meanwhile_, {})) {
+    const QString text = each.description.mid(kUncaught.size()).simplified();
+    const bool is_syntax_error = !error && text.startsWith(QLatin1String("SyntaxError"));
+    // One of the two may have been cut.
+    const qsizetype length = std::min(text.size(), own.size()) - 1;
+    const bool is_own = !is_found && (is_syntax_error || (length > 0 && text.left(length) ==
+                                                                            own.left(length)));
+    if (is_own) {
+      is_found = true;
+      own = is_syntax_error ? text : own;
+    }
+    Q_EMIT scriptError(each.description, each.url, each.line, is_own);
+    if (!*alive) {
+      break;
+    }
+  }
+  return own;
 }
 
 void WebPageHost::Ask(const QString& code, quint32 world, ScriptCalls::Answer done) {

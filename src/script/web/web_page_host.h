@@ -63,6 +63,9 @@ class WebPageHost final : public PageHost {
   void Ask(const QString& code, quint32 world, ScriptCalls::Answer done);
   void OnRendererGone();
   void OnScriptFailed(const QString& description, const QString& url, int line);
+  // A script of ours has ended. Reports the errors meanwhile, and returns the script's own: `error`,
+  // or, where the text was no JavaScript, what the page's console says.
+  QString ReportScriptErrors(const std::optional<QString>& error);
   // The engine starts a process that has ended again without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
@@ -96,7 +99,14 @@ class WebPageHost final : public PageHost {
   };
   std::optional<LoadedPage> loaded_page_;
   quint64 actions_before_load_ = 0;
-  QString syntax_error_;  // the last one of the page
+  // Errors of the page while a script of ours runs in it: one may be the script's own.
+  struct ScriptError {
+    QString description;
+    QString url;
+    int line = 0;
+  };
+  QList<ScriptError> errors_meanwhile_;
+  int scripts_running_ = 0;
   int idle_waits_ = 0;
   Flow idle_wait_;
 };
