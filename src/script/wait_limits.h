@@ -87,10 +87,11 @@ struct WaitLimits {
   // A move within the page, which has neither start nor end.
   Time move_in_page{1000};
   // A frame that has not arrived, while no request of the page is under way; one that a form is
-  // sent into; and one whose request was answered: the agent's report follows at once.
+  // sent into; and one whose request was answered and that has no new document: that follows the
+  // answer at once, unless the answer was empty.
   Time frame{8000};
   Time form_in_frame{20000};
-  Time answered_frame{2000};
+  Time answered_frame{1000};
   // Keys that no document takes.
   Time keys{250};
   // The engine reports no end of emptying its cache.

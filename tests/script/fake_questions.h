@@ -18,6 +18,8 @@ class FakeQuestions final : public PageQuestions {
   std::function<bool(const ShownCertificate&)> trusts;
   QList<std::optional<TypedLogin>> logins;  // one a question; then refused
   bool allows_addresses = false;
+  // Set: a question about an address is answered later, by a call of it.
+  std::optional<std::function<void(bool)>> held_address;
   // Without it nobody is asked, as while a run works on the page.
   std::function<std::optional<PageDialogAnswer>(const PageDialog&)> on_dialog;
 
@@ -35,7 +37,11 @@ class FakeQuestions final : public PageQuestions {
   }
   void AskOtherAddress(const OtherAddress& other, std::function<void(bool)> answer) override {
     asked.append(QStringLiteral("address ") + other.target);
-    answer(allows_addresses);
+    if (held_address) {
+      held_address = std::move(answer);
+    } else {
+      answer(allows_addresses);
+    }
   }
   std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) override {
     asked.append(QStringLiteral("dialog ") + dialog.text);

@@ -29,6 +29,13 @@ class FramesTest : public WebTest {
     return Read("[0, 1, 2].map(n => frames[n].document.querySelector('input').value)");
   }
 
+  void LoadInFrame(const char* path) {
+    const quint64 before = host->Navigation().starts;
+    RunInPage(QByteArray("frames[0].location = '").append(path).append("'").constData());
+    ASSERT_TRUE(RunUntil([&] { return host->Navigation().starts != before; }, 5s));
+    Settle();
+  }
+
   ScriptedServer elsewhere;
 };
 
@@ -108,8 +115,7 @@ TEST_F(FramesTest, AFrameThatFailsIsReportedAsAPageIs) {
         Open("/page");
         if (!with_page) {
           ASSERT_EQ(errors, QStringList());
-          RunInPage(QByteArray("frames[0].location = '").append(row.path).append("'").constData());
-          Settle();
+          LoadInFrame(row.path);
         }
         ASSERT_EQ(errors.size(), row.error == nullptr ? 0 : 1) << errors.join(u' ').toStdString();
         if (row.error != nullptr) {
@@ -119,6 +125,68 @@ TEST_F(FramesTest, AFrameThatFailsIsReportedAsAPageIs) {
       }
     }
   }
+}
+
+// Over TLS only the engine sees how a frame is answered. A status is given to pages by newer engines.
+TEST_F(FramesTest, AFrameOverTlsIsReportedAsAPageIs) {
+  SecureServer secure;
+  NextBrowser(&secure.certificates);
+  const QUrl router = secure.Address({});
+  host->SetLogin({.scheme = router.scheme(), .host = router.host(), .port = router.port()});
+  secure.server.replies = server.replies;
+  secure.server.replies["/cut"] = {"", Reply::Then::kReset};
+  secure.server.replies["/silent"] = {""};
+  secure.server.replies["/login"] = LoginNeeded();
+  secure.server.replies["/oops"] = Answer("500 Oops", "");
+  const struct {
+    const char* path;
+    const char* error;  // nullptr: none
+    bool is_status = false;
+  } cases[] = {
+      {"/new", nullptr},
+      {"/gone", "NOT_FOUND(404)", true},
+      {"/oops", "SERVER_ERROR(500)", true},
+      {"/login", "DENIED(401)"},
+      {"/cut", "CANNOT_CONNECT(-2146697212)"},
+      {"/silent", "DATA_NOT_AVAILABLE(-2146697209)"},
+  };
+  for (const auto& row : cases) {
+    for (const bool with_page : {true, false}) {
+      SCOPED_TRACE(row.path + std::string(with_page ? " with its page" : " later"));
+      secure.server.replies["/page"] =
+          Html("<iframe name=f src='" + QByteArray(with_page ? row.path : "/f0") + "'></iframe>");
+      Open(secure.Address(u"/page"_s));
+      if (!with_page) {
+        LoadInFrame(row.path);
+      }
+      const bool is_known =
+          !row.is_status ||
+          Read("'responseStatus' in PerformanceResourceTiming.prototype") == u"true"_s;
+      const char* const error = is_known ? row.error : nullptr;
+      ASSERT_EQ(errors.size(), error == nullptr ? 0 : 1) << errors.join(u' ').toStdString();
+      EXPECT_TRUE(error == nullptr || FirstError() == QLatin1String(error))
+          << FirstError().toStdString();
+    }
+  }
+  Open(secure.Address(u"/page"_s));
+  secure.server.GoAway();
+  LoadInFrame("/new");
+  EXPECT_EQ(FirstError(), u"CANNOT_CONNECT(-2146697212)"_s);
+}
+
+TEST_F(FramesTest, AFrameOverTlsThatIsAnsweredWithNothingIsNotWaitedFor) {
+  SecureServer secure;
+  NextBrowser(&secure.certificates);
+  const QUrl router = secure.Address({});
+  host->SetLogin({.scheme = router.scheme(), .host = router.host(), .port = router.port()});
+  secure.server.replies["/nothing"] = {"HTTP/1.1 204 No Content\r\n\r\n"};
+  secure.server.replies["/page"] =
+      Html("<iframe name=f></iframe><form method=post action=/nothing target=f></form>");
+  Open(secure.Address(u"/page"_s));
+  RunInPage("document.forms[0].submit()");
+  ASSERT_TRUE(RunUntil([&] { return secure.server.requests.join().contains("/nothing"); }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return !host->Navigation().busy; }, 5s));
+  EXPECT_EQ(errors, QStringList());
 }
 
 TEST_F(FramesTest, AFrameIsWaitedForUntilItIsAnsweredAndNoLonger) {

@@ -190,6 +190,38 @@ TEST_F(WebTest, AnAddressThatTheRouterLeadsToIsAskedAboutOnceAndThenOpened) {
   }
 }
 
+TEST_F(WebTest, AFrameWhoseAddressIsAllowedLateIsLoadedThen) {
+  ScriptedServer other;
+  QUrl away = other.Address(u"/away"_s);
+  away.setHost(u"localhost"_s);
+  other.replies["/away"] = Html("<p>away");
+  server.replies["/redirect"] = RedirectTo(away.toEncoded());
+  const std::pair<QByteArray, QByteArray> cases[] = {
+      {"<iframe src='" + away.toEncoded() + "'></iframe>", ""},
+      {"<iframe src=/redirect></iframe>", ""},
+      {"<iframe></iframe>", "frames[0].location = '" + away.toEncoded() + "'"},
+  };
+  for (const auto& [markup, code] : cases) {
+    SCOPED_TRACE((markup + code).toStdString());
+    host.reset(WebPageHosts(options, translator)(questions, nullptr));
+    GiveLogin({}, {});
+    questions.asked.clear();
+    questions.held_address.emplace();
+    other.requests.clear();
+    server.replies["/page"] = Html(markup);
+    Open("/page");
+    RunInPage(code.constData());
+    ASSERT_TRUE(RunUntil([&] { return questions.asked.size() == 1; }, 5s));
+    Settle();
+    EXPECT_EQ(other.requests.size(), 0);
+    (*questions.held_address)(true);
+    EXPECT_TRUE(RunUntil([&] { return other.requests.join().contains(" /away "); }, 5s));
+    Settle();
+    EXPECT_EQ(server.requests.count(server.requests.last()), 1) << "the page is not loaded again";
+    server.requests.clear();
+  }
+}
+
 TEST_F(WebTest, ARefreshEndsAndSendsNoFormAgain) {
   host->Refresh2();
   Settle();

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // Reports to the host what the engine reports to pages alone: scripts and style sheets that failed
-// to load, the error that an error page stands for, and a document that is too large to work with.
+// to load, the error that an error page stands for, a document that is too large to work with, the
+// status of a frame's document that came over TLS, and the end of a load.
 // It runs in the agent's script world, where the page cannot reach it.
 function installLoadReport(beacon) {
   'use strict';
@@ -48,6 +49,25 @@ function installLoadReport(beacon) {
       pause *= 2;
     }
   }
+
+  const isTop = window === window.top;
+
+  function reportLoad() {
+    tell('load ' + Number(isTop) + ' ' + location.href);
+  }
+
+  // The status goes ahead of the load. Over plain HTTP the program sees it by itself; over TLS nothing
+  // but the page is told, and that only by newer engines (Chromium 109).
+  function reportStatusAndLoad() {
+    const [entry] = performance.getEntriesByType('navigation');
+    if (entry && entry.responseStatus > 0) {
+      tell('status ' + entry.responseStatus + ' ' + location.href);
+    }
+    reportLoad();
+  }
+
+  listenTo(window, 'load',
+           isTop || location.protocol !== 'https:' ? reportLoad : reportStatusAndLoad);
 
   if (location.protocol === 'chrome-error:') {
     listenTo(document, 'DOMContentLoaded', () => {

@@ -82,9 +82,15 @@ void NavigationWatch::FrameAsked(const QUrl& url, FrameRequest kind) {
   }
   frame_is_form_ = kind == FrameRequest::kForm || (frame_is_form_ && !frames_.isEmpty());
   any_answered_ = false;
+  any_created_ = false;
   frames_.append(url);
   GuardFrames();
   Update(true);
+}
+
+void NavigationWatch::FrameCreated() {
+  any_created_ = true;
+  GuardFrames();
 }
 
 QUrl NavigationWatch::FrameLoaded(const QUrl& url) {
@@ -118,7 +124,9 @@ void NavigationWatch::GuardFrames() {
   if (frames_.isEmpty() || any_under_way_) {
     frame_guard_.stop();
   } else {
-    frame_guard_.start(any_answered_ ? kLimits.answered_frame : frame_is_form_ ? kLimits.form_in_frame : kLimits.frame);
+    frame_guard_.start(any_answered_ && !any_created_ ? kLimits.answered_frame
+                       : frame_is_form_               ? kLimits.form_in_frame
+                                                      : kLimits.frame);
   }
 }
 

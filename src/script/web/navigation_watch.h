@@ -40,6 +40,8 @@ class NavigationWatch final : public QObject {
   void LoadPostponed();
   void AddressChanged();
   void FrameAsked(const QUrl& url, quayline::FrameRequest kind);
+  // A frame has a new document, which still loads.
+  void FrameCreated();
   // Gives the address that was asked for, which is not that of an error page.
   QUrl FrameLoaded(const QUrl& url);
   void FrameEndedWithoutPage();
@@ -68,6 +70,7 @@ class NavigationWatch final : public QObject {
   bool frame_is_form_ = false;
   bool any_under_way_ = false;
   bool any_answered_ = false;  // since the last frame was asked for
+  bool any_created_ = false;   // likewise
   QTimer frame_guard_;
   QTimer start_guard_;
 };

@@ -462,7 +462,8 @@ bool PageLoads::AskForAddress(const QUrl& url, int status) {
 void PageLoads::OnBlocked(const QUrl& url, bool is_navigation_by_router) {
   const bool is_frame =
       profile_.Guard().Requests().KindOf(url) == QWebEngineUrlRequestInfo::ResourceTypeSubFrame;
-  if (!is_navigation_by_router || !is_frame || !watch_.IsLoading() || !profile_.ShallAskFor(url)) {
+  const bool is_of_this_page = watch_.IsLoading() || watch_.PendingFrames() > 0;
+  if (!is_navigation_by_router || !is_frame || !is_of_this_page || !profile_.ShallAskFor(url)) {
     return;
   }
   ask_address_(url, [this, self = QPointer(this), url, generation = generation_](bool allowed) {
@@ -470,10 +471,38 @@ void PageLoads::OnBlocked(const QUrl& url, bool is_navigation_by_router) {
       return;
     }
     profile_.Allow(url);
-    if (generation == generation_ && watch_.IsLoading()) {
+    if (generation != generation_) {
+      return;
+    }
+    if (watch_.IsLoading()) {
       load_.resources_failed.insert(url);
+    } else {
+      LoadFrameAgain(url);
     }
   });
+}
+
+// The blocked frame shows an error page, which no script can reach. Its element has the blocked
+// address, or one of the router's that led there.
+void PageLoads::LoadFrameAgain(const QUrl& url) {
+  constexpr char kCode[] = R"((function(blocked) {
+    const visit = (window_) => {
+      for (const frame of window_.document.querySelectorAll('iframe, frame')) {
+        if (frame.contentDocument) {
+          visit(frame.contentWindow);
+        } else if (frame.src === blocked || frame.src === '' ||
+                   new URL(frame.src).origin === location.origin) {
+          frame.contentWindow.location.replace(blocked);
+        }
+      }
+    };
+    visit(window);
+  })(...%1))";
+  const QJsonArray arguments{QString::fromUtf8(url.toEncoded())};
+  page_->runJavaScript(
+      QLatin1String(kCode).toString().arg(
+          QString::fromUtf8(QJsonDocument(arguments).toJson(QJsonDocument::Compact))),
+      QWebEngineScript::ApplicationWorld);
 }
 
 void PageLoads::OnLoginPostponed(const QUrl& url) {
@@ -490,6 +519,10 @@ void PageLoads::OnLoginRefused(const QUrl& url) {
 }
 
 void PageLoads::FrameFailed(const QString& error_name) { frame_error_ = error_name; }
+
+void PageLoads::FrameAnswered(const QUrl& url, int status) {
+  load_.frame_statuses.insert(url.adjusted(QUrl::RemoveFragment), status);
+}
 
 void PageLoads::FrameLoaded(const QUrl& url) {
   const QUrl asked = watch_.FrameLoaded(url);

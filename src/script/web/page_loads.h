@@ -62,7 +62,10 @@ class PageLoads final : public QObject {
 
   // What the page's agent reports.
   void TopDocumentCreated();
+  // The status of a frame's document, before its FrameLoaded().
+  void FrameAnswered(const QUrl& url, int status);
   void FrameLoaded(const QUrl& url);
+  void FrameCreated() { watch_.FrameCreated(); }
   void FrameFailed(const QString& error_name);
   void ResourceFailed(const QUrl& url);
   void DocumentTooLarge();
@@ -128,8 +131,9 @@ class PageLoads final : public QObject {
   bool AskForLogin(const QUrl& url);
   // A page was blocked because it is not of the router. False when that stands.
   bool AskForAddress(const QUrl& url, int status);
-  // The same for a frame, whose page is loaded once more if the answer comes in time.
+  // The same for a frame. Its page is loaded once more if it still loads, and else the frame.
   void OnBlocked(const QUrl& url, bool is_navigation_by_router);
+  void LoadFrameAgain(const QUrl& url);
   void Finish();
   void Fail(const QUrl& url, int status);
   void OnFrameErrorPage(const QUrl& url);

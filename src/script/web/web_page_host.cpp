@@ -200,6 +200,11 @@ void WebPageHost::OnLoadReported(const QString& kind, const QString& fields) {
     loads_.FrameFailed(fields);
     return;
   }
+  if (kind == QLatin1String("status")) {
+    loads_.FrameAnswered(QUrl(fields.section(QLatin1Char(' '), 1)),
+                         fields.section(QLatin1Char(' '), 0, 0).toInt());
+    return;
+  }
   if (kind == QLatin1String("huge")) {
     loads_.DocumentTooLarge();
     return;
@@ -208,6 +213,8 @@ void WebPageHost::OnLoadReported(const QString& kind, const QString& fields) {
   if (kind == QLatin1String("new") && is_top) {
     loads_.TopDocumentCreated();
     Q_EMIT navigateComplete();
+  } else if (kind == QLatin1String("new")) {
+    loads_.FrameCreated();
   } else if (kind == QLatin1String("load") && !is_top) {
     loads_.FrameLoaded(QUrl(fields.section(QLatin1Char(' '), 1)));
   }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Reports the document to the host, and takes the calls of operations.
+// Reports a new document to the host, and takes the calls of operations.
 
 // The document of the last call. A document that cannot be reached leaves it as it is.
 let working = document;
@@ -50,7 +50,6 @@ function installPageAgent(secretBeacon, secretAsk, secretReply) {
   const tell = (text) => console.debug(beacon + text);
   const isTop = window === window.top;
   tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
-  addEventListener('load', () => tell('load ' + (isTop ? 1 : 0) + ' ' + location.href));
   addEventListener('keyup', (event) => event.isTrusted && tell('key'), true);
   window.quaylineCall = callOperation;
 }
