@@ -90,8 +90,8 @@ void WebProfile::InstallScripts() {
       Called("installPageIdle", {"watch/page_idle.js"}, {beacon_, watch_ask, watch_reply, limits}) +
           Called("installLoadReport", {"load_report.js"}, {beacon_}) +
           Called("installPageAgent",
-                 {"agent/elements.js", "agent/finding.js", "agent/acting.js", "agent/clicking.js",
-                  "agent/choosing.js", "agent/reading.js", "agent/entry.js"},
+                 {"agent/elements.js", "agent/finding.js", "agent/keeping.js", "agent/acting.js",
+                  "agent/clicking.js", "agent/choosing.js", "agent/reading.js", "agent/entry.js"},
                  {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
           Called("removePageChannels", {"page_channels.js"}, {}) +

@@ -158,6 +158,7 @@ function announceChange(element) {
 function fill(place, value, before) {
   const ROUNDS = 2;
   const box = () => fieldOf(current(place));
+  const isLost = (now) => before !== value && textOf(now, 'value') === before;
   for (let round = 0; round < ROUNDS; round += 1) {
     let written = box();
     if (!written) {
@@ -177,7 +178,7 @@ function fill(place, value, before) {
     }
     const last = box();
     if (last && hasValue(last, value)) {
-      return SUCCESSFUL;
+      return keep(box, isLost, () => fill(place, value, before));
     }
     if (last === written) {
       return FAILED;
@@ -229,6 +230,7 @@ function check(place, wanted) {
     }
     return SUCCESSFUL;
   }
+  const wasAsWanted = first.checked === wanted;
   for (let i = 0; i < CLICKS; i += 1) {
     press(place);
     const clicked = box();
@@ -236,7 +238,8 @@ function check(place, wanted) {
       return FAILED;
     }
     if (clicked.checked === wanted) {
-      return SUCCESSFUL;
+      const isLost = (now) => !wasAsWanted && now.checked !== wanted;
+      return keep(box, isLost, () => check(place, wanted));
     }
   }
   const last = box();
@@ -331,6 +334,7 @@ Object.assign(operations, {
 
   SubmitFormByNumber(document_, number) {
     const forms = formsOf(document_);
+    forgetKept();
     attempt(() => submitForm(forms[number] || inShadow(document_)('form')[number - forms.length]));
     return SUCCESSFUL;
   },

@@ -40,7 +40,7 @@ function choose(place, pick) {
     announce(fieldOf(chosen), 'change');
     const last = current(place);
     if (last && (last === chosen || isChosen(last))) {
-      return SUCCESSFUL;
+      return keep(() => current(place), (now) => !isChosen(now), () => choose(place, pick));
     }
   }
   return select(current(place)) ? SUCCESSFUL : FAILED;

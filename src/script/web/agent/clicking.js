@@ -15,6 +15,7 @@ function findLink(document_, part) {
 }
 
 function pressFound(place) {
+  forgetKept();
   press(place);
   return SUCCESSFUL;
 }

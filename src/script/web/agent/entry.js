@@ -3,6 +3,9 @@
 
 // Reports a new document to the host, and takes the calls of operations.
 
+// Set by page_idle.js: what the page starts from now on counts as started by an action.
+const armWatches = window.quaylineArm;
+
 // The document of the last call. A document that cannot be reached leaves it as it is.
 let working = document;
 
@@ -31,7 +34,8 @@ function callOperation(operation, args, frame, isUserAction) {
   try {
     forgetShadowRoots();
     if (isUserAction) {
-      window.quaylineArm();
+      armWatches();
+      restoreLost();
     }
     const value = operations[operation](chooseDocument(frame), ...args);
     return {
@@ -51,5 +55,12 @@ function installPageAgent(secretBeacon, secretAsk, secretReply) {
   const isTop = window === window.top;
   tell('new ' + (isTop ? 1 : 0) + ' ' + location.href);
   addEventListener('keyup', (event) => event.isTrusted && tell('key'), true);
+  addEventListener('keydown', (event) => event.isTrusted && forgetKept(), true);
   window.quaylineCall = callOperation;
+  // Before a script.
+  window.quaylineArm = () => {
+    armWatches();
+    restoreLost();
+    forgetKept();
+  };
 }
