@@ -3,11 +3,16 @@
 
 #include "script/web/script_calls.h"
 
-#include <QWebEnginePage>
+#include <QJsonArray>
+#include <QJsonDocument>
 
 #include <utility>
 
 namespace quayline {
+
+QString AsJavaScript(const QJsonArray& values) {
+  return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
+}
 
 ScriptCalls::~ScriptCalls() { *alive_ = false; }
 

@@ -6,14 +6,18 @@
 #include <QPointer>
 #include <QString>
 #include <QVariant>
+#include <QWebEnginePage>
 
 #include <functional>
 #include <map>
 #include <memory>
 
-class QWebEnginePage;
+class QJsonArray;
 
 namespace quayline {
+
+// Values as the text of a JavaScript array.
+QString AsJavaScript(const QJsonArray& values);
 
 // Runs code in the script worlds of one page, in order, and sees to it that each call is answered
 // once: with an invalid value when the page's process ends first. After its own end no answer

@@ -3,48 +3,20 @@
 
 #include "script/web/web_page_host.h"
 
-#include <QHostAddress>
-#include <QJsonDocument>
-#include <QRegularExpression>
+#include <QJsonArray>
 #include <QTimer>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
 
-#include "async/wait.h"
 #include "script/page_operations.h"
 #include "script/status_text.h"
 #include "script/wait_limits.h"
-#include "script/web/page_script.h"
+#include "script/web/page_address.h"
 #include "script/web/web_engine.h"
 #include "script/web/web_page.h"
 #include "script/web/web_texts.h"
 
 namespace quayline {
-
-namespace {
-
-QString AsJavaScript(const QJsonArray& values) {
-  return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
-}
-
-QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
-
-// A name that ends in a number can only be an address. The engine says nothing at all of a load
-// from one that is none, such as 192.168.1.999.
-bool IsHost(const QString& host) {
-  static const QRegularExpression numeric(QStringLiteral("(^|\\.)([0-9]+|0[xX][0-9a-fA-F]*)\\.?$"));
-  return !host.isEmpty() && !host.contains(QLatin1Char('%')) &&
-         (!numeric.match(host).hasMatch() || !QHostAddress(host).isNull());
-}
-
-// For an address that is none: whatever may have been meant as its login is left out.
-QString WithoutLogin(const QString& address) {
-  static const QRegularExpression login(QStringLiteral("//.*@"),
-                                        QRegularExpression::DotMatchesEverythingOption);
-  return QString(address).replace(login, QStringLiteral("//"));
-}
-
-}  // namespace
 
 WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& questions,
                          QObject* parent)
@@ -53,6 +25,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
       questions_(questions),
       page_(new WebPage(*profile_, questions, nullptr)),
       view_(new QWebEngineView),
+      scripts_(calls_, nullptr),
       loads_(
           *profile_, [this] { return new WebPage(*profile_, questions_, nullptr); },
           [this](const auto&... question) { AskForLogin(question...); },
@@ -60,9 +33,11 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
       // A page whose dialog the user has before him says nothing.
       watchdog_(
           [this] { return !page_->IsAsking() && (loads_.State().busy || calls_.HasOpenCalls()); },
-          nullptr) {
+          nullptr),
+      idle_reports_(*profile_, calls_, nullptr) {
   view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
+  connect(&scripts_, &PageScripts::failed, this, &PageHost::scriptError);
   connect(&keys_, &PageKeys::arrived, this, [this] { calls_.Release(); });
   connect(&memory_, &MemoryLimit::exceeded, &loads_, &PageLoads::PageTooLarge);
   connect(profile_.get(), &WebProfile::downloadRefused, this, &WebPageHost::OnDownloadRefused);
@@ -122,7 +97,7 @@ void WebPageHost::ConnectPage() {
   connect(page_, &WebPage::agentSaid, this, &WebPageHost::OnAgentSaid);
   connect(page_, &WebPage::told, this,
           [this](const QString& text) { Q_EMIT statusTextChanged(text, StatusKind::kNotable); });
-  connect(page_, &WebPage::scriptFailed, this, &WebPageHost::OnScriptFailed);
+  connect(page_, &WebPage::scriptFailed, &scripts_, &PageScripts::NoteError);
   connect(page_, &WebPage::messageShown, this, &PageHost::pageMessage);
   connect(page_, &WebPage::popupsExceeded, this, [this] {
     Q_EMIT noted(Text(message::kTooManyWindows));
@@ -177,7 +152,7 @@ void WebPageHost::NoteAct() {
 void WebPageHost::OnAgentSaid(const QString& text) {
   const QString kind = text.section(QLatin1Char(' '), 0, 0);
   if (kind == QLatin1String("idle") || kind == QLatin1String("pending")) {
-    OnPageReported(text, kind == QLatin1String("idle"));
+    idle_reports_.Take(text, kind == QLatin1String("idle"));
     return;
   }
   if (kind == QLatin1String("closing")) {
@@ -288,50 +263,7 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
 void WebPageHost::RunInPage(const PageScript& script,
                             std::function<void(const QString& error)> done) {
   NoteAct();
-  Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
-      [](const QVariant&) {});
-  ++scripts_running_;
-  Ask(TextOfPageScript(script), QWebEngineScript::MainWorld,
-      [this, alive = alive_, done = std::move(done)](const QVariant& result) {
-        const QString error = ReportScriptErrors(
-            result.isValid() ? std::optional(ErrorOfPageScript(result)) : std::nullopt);
-        if (*alive) {
-          done(error);
-        }
-      });
-}
-
-void WebPageHost::OnScriptFailed(const QString& description, const QString& url, int line) {
-  if (scripts_running_ > 0) {
-    errors_meanwhile_.append({.description = description, .url = url, .line = line});
-  } else {
-    Q_EMIT scriptError(description, url, line);
-  }
-}
-
-QString WebPageHost::ReportScriptErrors(const std::optional<QString>& error) {
-  constexpr QLatin1String kUncaught("Uncaught ");
-  const auto alive = alive_;
-  --scripts_running_;
-  QString own = error.value_or(QString());
-  bool is_found = false;
-  for (const ScriptError& each : std::exchange(errors_meanwhile_, {})) {
-    const QString text = each.description.mid(kUncaught.size()).simplified();
-    const bool is_syntax_error = !error && text.startsWith(QLatin1String("SyntaxError"));
-    // One of the two may have been cut.
-    const qsizetype length = std::min(text.size(), own.size()) - 1;
-    const bool is_own = !is_found && (is_syntax_error || (length > 0 && text.left(length) ==
-                                                                            own.left(length)));
-    if (is_own) {
-      is_found = true;
-      own = is_syntax_error ? text : own;
-    }
-    Q_EMIT scriptError(each.description, each.url, each.line, is_own);
-    if (!*alive) {
-      break;
-    }
-  }
-  return own;
+  scripts_.Run(script, std::move(done));
 }
 
 void WebPageHost::Ask(const QString& code, quint32 world, ScriptCalls::Answer done) {
@@ -356,6 +288,7 @@ void WebPageHost::ReplaceDeadPage() {
   is_renderer_gone_ = false;
   disconnect(page_, nullptr, this, nullptr);
   disconnect(page_, nullptr, &loads_, nullptr);
+  disconnect(page_, nullptr, &scripts_, nullptr);
   delete dead_page_;
   dead_page_ = page_;
   page_ = new WebPage(*profile_, questions_, nullptr);
@@ -395,63 +328,7 @@ NavigationState WebPageHost::Navigation() const {
 }
 
 void WebPageHost::ReportIdle(PendingWork work, std::function<void(IdleReport)> report) {
-  idle_wait_.Start(WaitForReport(work, std::move(report)));
-}
-
-// "idle", the wait, the number of timers that are left, whether the page gave up; on lines of their
-// own the requests that are periodic.
-void WebPageHost::OnPageReported(const QString& text, bool is_idle) {
-  const QStringList lines = text.split(QLatin1Char('\n'));
-  const QStringList fields = lines.first().split(QLatin1Char(' '));
-  profile_->AddPeriodicRequests(lines.mid(1));
-  Q_EMIT pageReported(
-      fields.value(1), is_idle,
-      {.later_timers = fields.value(2).toInt(), .gave_up = fields.value(3) == QLatin1String("1")});
-}
-
-// A document without our scripts has nothing that could start a navigation. A report is lost when
-// the document is written again meanwhile: the page is asked once more.
-Task<> WebPageHost::WaitForReport(PendingWork work,
-                                  std::function<void(IdleReport)> report) {
-  std::optional<IdleReport> got;
-  bool is_pending = false;
-  QString id;
-  const QObject listener;  // ends the connection with this frame
-  connect(this, &WebPageHost::pageReported, &listener,
-          [&](const QString& which, bool is_idle, IdleReport page_report) {
-            if (which == id) {
-              is_pending = true;
-              got = is_idle ? std::optional(page_report) : got;
-            }
-          });
-  while (!got) {
-    id = QString::number(++idle_waits_);
-    is_pending = false;
-    OneShot<bool> asked;
-    Ask(QStringLiteral("window.quaylineReportIdle?.(...%1)")
-            .arg(AsJavaScript({id, is_led_, profile_->PeriodicRequests(), work == PendingWork::kSaves})),
-        QWebEngineScript::ApplicationWorld,
-        [done = asked.Callback()](const QVariant& result) { done(result.toBool()); });
-    const std::optional<bool> has_watch = co_await asked;
-    if (!has_watch.value_or(false)) {
-      got = IdleReport{};
-      break;
-    }
-    co_await Until([&] { return got || is_pending; })
-        .WokenBy(this, &WebPageHost::pageReported)
-        .AtMost(WaitLimits().report_lost);
-    if (is_pending) {
-      co_await Until([&got] { return got.has_value(); })
-          .WokenBy(this, &WebPageHost::pageReported)
-          .AtMost(WaitLimits().save + WaitLimits().report_lost);
-    }
-  }
-  // Brings in what all this has announced meanwhile.
-  OneShot<bool> flushed;
-  Ask(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
-      [done = flushed.Callback()](const QVariant&) { done(true); });
-  co_await flushed;
-  report(*got);
+  idle_reports_.Ask(work, is_led_, std::move(report));
 }
 
 void WebPageHost::AskForAddress(const QUrl& url, const std::function<void(bool)>& answer) {

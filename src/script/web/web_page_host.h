@@ -8,13 +8,14 @@
 #include <memory>
 #include <optional>
 
-#include "async/flow.h"
 #include "core/router_session.h"
 #include "i18n/message.h"
 #include "script/page_host.h"
+#include "script/web/idle_reports.h"
 #include "script/web/memory_limit.h"
 #include "script/web/page_keys.h"
 #include "script/web/page_loads.h"
+#include "script/web/page_script.h"
 #include "script/web/script_calls.h"
 #include "script/web/script_watchdog.h"
 
@@ -45,10 +46,6 @@ class WebPageHost final : public PageHost {
   void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) override;
   QWidget* Widget() override { return view_; }
 
- Q_SIGNALS:
-  // The page reported on the wait `id`. `is_idle` is false when it has pending work.
-  void pageReported(const QString& id, bool is_idle, quayline::IdleReport report);
-
  private:
   void ConnectLoads();
   void ConnectPage();
@@ -62,10 +59,6 @@ class WebPageHost final : public PageHost {
   // Runs code in one of the page's worlds; see ScriptCalls.
   void Ask(const QString& code, quint32 world, ScriptCalls::Answer done);
   void OnRendererGone();
-  void OnScriptFailed(const QString& description, const QString& url, int line);
-  // A script of ours has ended. Reports the errors meanwhile, and returns the script's own: `error`,
-  // or, where the text was no JavaScript, what the page's console says.
-  QString ReportScriptErrors(const std::optional<QString>& error);
   // The engine starts a process that has ended again without our scripts: only another page has
   // them.
   void ReplaceDeadPage();
@@ -73,8 +66,6 @@ class WebPageHost final : public PageHost {
   void AskForLogin(const QString& address,
                    const std::function<void(std::optional<TypedLogin>)>& answer);
   void OnDownloadRefused(const QString& file_name);
-  Task<> WaitForReport(PendingWork work, std::function<void(IdleReport)> report);
-  void OnPageReported(const QString& text, bool is_idle);
   QString Text(const Message& message) const;
 
   std::shared_ptr<WebProfile> profile_;
@@ -88,6 +79,7 @@ class WebPageHost final : public PageHost {
   bool is_renderer_gone_ = false;
   bool is_led_ = false;  // the page has been acted on since we loaded one
   ScriptCalls calls_;
+  PageScripts scripts_;
   PageKeys keys_;
   PageLoads loads_;
   ScriptWatchdog watchdog_;
@@ -99,16 +91,7 @@ class WebPageHost final : public PageHost {
   };
   std::optional<LoadedPage> loaded_page_;
   quint64 actions_before_load_ = 0;
-  // Errors of the page while a script of ours runs in it: one may be the script's own.
-  struct ScriptError {
-    QString description;
-    QString url;
-    int line = 0;
-  };
-  QList<ScriptError> errors_meanwhile_;
-  int scripts_running_ = 0;
-  int idle_waits_ = 0;
-  Flow idle_wait_;
+  IdleReports idle_reports_;  // last: a wait uses what is above
 };
 
 }  // namespace quayline
