@@ -6,12 +6,11 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
-#include <QWidget>
 
 #include <algorithm>
 
 #include "dbtool/commands.h"
-#include "script/web/web_engine.h"
+#include "web/shown_job.h"
 
 extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
 
@@ -37,15 +36,6 @@ PortEntry Entry(const char* name, const char* forwarded_to, int first, int last,
 QString Captured(const QString& text, const char* pattern) {
   const QRegularExpression expression(QLatin1String(pattern), QRegularExpression::MultilineOption);
   return expression.match(text).captured(1).trimmed();
-}
-
-void Show(PageHost* host) {
-  QWidget* view = host->Widget();
-  view->resize(640, 480);
-  view->show();
-  // Boxes are left with a word to the page only where the page has the focus.
-  view->activateWindow();
-  view->setFocus();
 }
 
 }  // namespace
@@ -133,17 +123,13 @@ void JobTest::Begin(const QList<PortEntry>& entries) {
   told_.clear();
   notices_.clear();
   context_.port_list.SetEntries(entries);
-  runner_ = std::make_unique<JobRunner>(
-      context_, WebPageHosts(context_.job_options, context_.translator, &context_.certificates),
-      questions_);
-  QObject::connect(runner_.get(), &JobRunner::activeHostChanged, runner_.get(), Show);
-  QObject::connect(runner_.get(), &JobRunner::statusAppended, runner_.get(),
-                   [this](const QString& line) { told_.append(line); });
-  QObject::connect(runner_.get(), &JobRunner::noticeRequested, runner_.get(),
-                   [this](const QString& text) { notices_.append(text); });
-  runner_->Open();
-  Show(runner_->ActiveHost());
-  runner_->Run();
+  runner_.reset();
+  runner_ = StartShownJob(context_, questions_, [this](JobRunner& runner) {
+    QObject::connect(&runner, &JobRunner::statusAppended, &runner,
+                     [this](const QString& line) { told_.append(line); });
+    QObject::connect(&runner, &JobRunner::noticeRequested, &runner,
+                     [this](const QString& text) { notices_.append(text); });
+  });
 }
 
 bool JobTest::Ends(std::chrono::milliseconds limit) {

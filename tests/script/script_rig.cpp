@@ -18,7 +18,8 @@ QStringList Lines(const Texts& lines) {
 }
 
 ScriptRig::ScriptRig()
-    : entry{.http_type = u"http://"_s,
+    : RunParts(pages.Factory(), {.missing = std::chrono::milliseconds(300)}),
+      entry{.http_type = u"http://"_s,
             .router_host = u"192.168.1.1"_s,
             .username = u"admin"_s,
             .password = u"secret"_s,
@@ -28,23 +29,7 @@ ScriptRig::ScriptRig()
             .entry_start_port = u"80"_s,
             .entry_end_port = u"90"_s,
             .entry_ip = u"192.168.1.100"_s,
-            .entry_computer_name = u"FrontDesk"_s},
-      browsers(pages.Factory(), questions, flags, flags.active_browser_index),
-      wait(
-          browsers, flags, [this] { return browsers.Active(); },
-          [this](const QString& what) { waits.append(what); },
-          {.missing = std::chrono::milliseconds(300)}),
-      environment_{.flags = flags,
-                   .options = options,
-                   .translator = translator_,
-                   .log = log,
-                   .browsers = browsers,
-                   .pages = wait,
-                   .browser = [this] { return browsers.Active(); },
-                   .enable_proceed =
-                       [this](bool on) { order.append(on ? u"button on"_s : u"button off"_s); },
-                   .tell_wait = [this](const QString& what) { waits.append(what); },
-                   .show_status = [this](const QString& text) { status.append(text); }} {
+            .entry_computer_name = u"FrontDesk"_s} {
   QObject::connect(&log, &JobLog::appended, &browsers, [this](const QString& text) {
     if (text.trimmed().startsWith(u"Step "_s)) {
       order.append(text.trimmed().left(7));
@@ -70,7 +55,7 @@ bool ScriptRig::Ends(std::chrono::milliseconds limit) {
   return RunUntil([this] { return !flow_.IsRunning(); }, limit);
 }
 
-Task<> ScriptRig::RunToEnd() { end_ = co_await RunRouterCommands(environment_, entry); }
+Task<> ScriptRig::RunToEnd() { end_ = co_await RunRouterCommands(environment, entry); }
 
 QStringList ScriptRig::Results() const {
   QStringList results;

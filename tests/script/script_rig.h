@@ -11,14 +11,9 @@
 #include <vector>
 
 #include "async/flow.h"
-#include "core/job_flags.h"
-#include "core/router_session.h"
-#include "i18n/translator.h"
-#include "script/browser_set.h"
 #include "script/fake_page_host.h"
-#include "script/fake_questions.h"
 #include "script/interpreter.h"
-#include "script/job_log.h"
+#include "script/run_parts.h"
 #include "test_main.h"
 
 namespace quayline::testing {
@@ -28,9 +23,14 @@ QStringList Lines(const Texts& lines);
 
 inline constexpr char kOk[] = "(Successful)";
 
+struct RecordedPages {
+  FakePages pages;
+};
+
 // One run of the interpreter in a window that is not there: script text in, page calls and log out.
-// The entry is number 1 of 1: "Web", TCP, 80 to 90, for 192.168.1.100 (FrontDesk).
-class ScriptRig final {
+// The entry is number 1 of 1: "Web", TCP, 80 to 90, for 192.168.1.100 (FrontDesk). `order` has the
+// log's steps between what the window was told.
+class ScriptRig final : public RecordedPages, public RunParts {
  public:
   ScriptRig();
 
@@ -47,22 +47,10 @@ class ScriptRig final {
   QStringList Results() const;
 
   RunArguments entry;
-  JobFlags flags;
-  JobOptions options{.silent_mode = true, .throttle = false, .debug_mode = false};
-  JobLog log;
-  FakePages pages;
-  FakeQuestions questions;
-  BrowserSet browsers;
-  PageWait wait;
-  QStringList order;   // what the window was told, with the log's steps between
-  QStringList waits;   // what the window was told of long waits
-  QStringList status;  // what the window was shown beside the log
 
  private:
   Task<> RunToEnd();
 
-  Translator translator_{QString()};
-  RunEnvironment environment_;
   std::optional<RunEnd> end_;
   Flow flow_;
 };

@@ -11,8 +11,8 @@
 #include "async/wait.h"
 #include "script/command_call.h"
 #include "script/command_table.h"
-#include "script/fake_questions.h"
 #include "script/page_operations.h"
+#include "script/run_parts.h"
 #include "script/script_texts.h"
 
 namespace quayline::stress {
@@ -27,12 +27,8 @@ double Median(QList<double> values) {
 class Walker final {
  public:
   Walker(const PageHostFactory& make_host, demo::AnswerDelay delay)
-      : site_(delay),
-        translator_({}),
-        browsers_(make_host, questions_, flags_, flags_.active_browser_index),
-        pages_(browsers_, flags_, [this] { return browsers_.Active(); }, [](const QString&) {}) {
-    options_.throttle = false;
-    if (QWidget* view = browsers_.Active()->Widget()) {
+      : site_(delay), parts_(make_host) {
+    if (QWidget* view = parts_.browsers.Active()->Widget()) {
       view->resize(800, 600);
       view->show();
     }
@@ -55,25 +51,15 @@ class Walker final {
 
  private:
   Task<> Step(int way, int number, WayResult* result, QList<double>* times) {
-    log_.Clear();
-    flags_.SetPageErrorPending(false);
-    flags_.SetJobStopRequested(false);
+    parts_.log.Clear();
+    parts_.flags.SetPageErrorPending(false);
+    parts_.flags.SetJobStopRequested(false);
     RunArguments arguments;
     arguments.entry_name = QStringLiteral("row");
     arguments.http_type = QStringLiteral("http://");
     arguments.router_host = QStringLiteral("127.0.0.1:%1").arg(site_.Port());
     ScriptRun run(std::move(arguments));
-    RunEnvironment environment{.flags = flags_,
-                               .options = options_,
-                               .translator = translator_,
-                               .log = log_,
-                               .browsers = browsers_,
-                               .pages = pages_,
-                               .browser = [this] { return browsers_.Active(); },
-                               .enable_proceed = [](bool) {},
-                               .tell_wait = [](const QString&) {},
-                               .show_status = [](const QString&) {}};
-    CommandCall call(environment, run);
+    CommandCall call(parts_.environment, run);
     ++result->steps;
     run.argument = LeavingSite::PagePath(way, number);
     const auto loaded = co_await FindCommand(u"nav")->flow(call);
@@ -85,7 +71,7 @@ class Walker final {
     if (out.asks) {
       run.argument = QStringLiteral("rules");
       co_await FindCommand(u"is_in_combo")->flow(call);
-      result->early += flags_.in_combo ? 0 : 1;
+      result->early += parts_.flags.in_combo ? 0 : 1;
     }
     bool failed = loaded.has_value();
     QElapsedTimer clock;
@@ -105,20 +91,14 @@ class Walker final {
     const int expected = out.leaves == Leaves::kForNextPage ? number + 1 : number;
     const bool elsewhere = out.leaves != Leaves::kSomewhere && where.toString().toInt() != expected;
     result->early += elsewhere ? 1 : 0;
-    const bool is_reported =
-        out.late && log_.Text().contains(QLatin1String(script_text::kPendingWorkLost.english));
+    const bool is_reported = out.late && parts_.log.Text().contains(
+                                             QLatin1String(script_text::kPendingWorkLost.english));
     const bool is_saved = out.leaves == Leaves::kNotAtAll || site_.WasSaved(way, number + 1);
     result->lost += is_saved || is_reported ? 0 : 1;
   }
 
   LeavingSite site_;
-  JobFlags flags_;
-  JobOptions options_;
-  Translator translator_;
-  JobLog log_;
-  testing::FakeQuestions questions_;
-  BrowserSet browsers_;
-  PageWait pages_;
+  testing::RunParts parts_;
 };
 
 }  // namespace

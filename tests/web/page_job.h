@@ -4,7 +4,7 @@
 
 #include "script/bare_context.h"
 #include "script/fake_questions.h"
-#include "script/job_runner.h"
+#include "web/shown_job.h"
 #include "web/web_fixture.h"
 
 namespace quayline::testing {
@@ -23,13 +23,8 @@ class PageJob : public ::testing::Test {
 
   void Start(const QStringList& script) {
     context_.session.update_script = script;
-    runner_ = std::make_unique<JobRunner>(
-        context_, WebPageHosts(context_.job_options, context_.translator), questions_);
-    runner_->Open();
-    QWidget* const view = runner_->ActiveHost()->Widget();
-    view->resize(640, 480);  // an element without a width is not shown
-    view->show();
-    runner_->Run();
+    runner_.reset();
+    runner_ = StartShownJob(context_, questions_);
   }
   QString Log() { return runner_->Log().Text(); }
   bool LogHolds(const QString& text) {

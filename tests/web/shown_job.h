@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+#include "script/job_runner.h"
+#include "script/web/web_engine.h"
+
+namespace quayline::testing {
+
+// As a window shows a page. An element without a width counts as not shown, and boxes are left with
+// a word to the page only where the page has the focus.
+inline void ShowPage(PageHost* host) {
+  QWidget* const view = host->Widget();
+  view->resize(640, 480);
+  view->show();
+  view->activateWindow();
+  view->setFocus();
+}
+
+// Begins a job in browsers that are shown. `listen` connects to the runner before it does anything.
+inline std::unique_ptr<JobRunner> StartShownJob(
+    AppContext& context, PageQuestions& questions,
+    const std::function<void(JobRunner&)>& listen = [](JobRunner&) {}) {
+  auto runner = std::make_unique<JobRunner>(
+      context, WebPageHosts(context.job_options, context.translator, &context.certificates),
+      questions);
+  QObject::connect(runner.get(), &JobRunner::activeHostChanged, runner.get(), ShowPage);
+  listen(*runner);
+  runner->Open();
+  ShowPage(runner->ActiveHost());
+  runner->Run();
+  return runner;
+}
+
+}  // namespace quayline::testing
