@@ -56,7 +56,7 @@ function(quayline_precompile target)
   target_compile_options(${target} PRIVATE -Xclang -fno-pch-timestamp)
 endfunction()
 
-# quayline_library(name SOURCES ... LINK ...): one folder of the house.
+# quayline_library(name SOURCES ... LINK ...): one folder of src/
 function(quayline_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})

@@ -11,17 +11,10 @@
 #include <memory>
 #include <optional>
 
+#include "core/database_error.h"
 #include "core/records.h"
 
 namespace quayline {
-
-// Why the databases could not be opened; `description` names the file and says what is wrong in a
-// sentence for the user.
-struct DatabaseError {
-  int number = 0;
-  QString description;
-  bool is_damaged = false;  // the content is at fault, not the access to it
-};
 
 // What the router list shows of a router.
 struct RouterName {
@@ -43,15 +36,15 @@ class Databases final {
   Databases& operator=(const Databases&) = delete;
 
   // Opens all three, or none. A missing file is an error unless `shipped_folder`, where the
-  // databases that came with the program are, has one. Whatever else is wrong with a file,
-  // something takes its place. An empty table and an additional field are right. Ends in a limited
-  // time whatever the files contain.
+  // databases that came with the program are, has one. A file that is invalid in any other way is
+  // replaced. An empty table and an additional field are allowed. Ends in a limited time whatever
+  // the files contain.
   std::expected<void, DatabaseError> Open(const QString& folder,
                                           const QString& shipped_folder = {});
-  // A sentence for each file in whose place Open() took another.
+  // A sentence for each file that Open() replaced.
   const QStringList& Notices() const { return notices_; }
   // Copies what is open and has changed since the last copy. Takes a moment for large files, so it
-  // is called when the window is there.
+  // is called after the window is shown.
   void KeepGoodCopies() const;
   void Close();
   bool IsOpen() const;

@@ -10,7 +10,8 @@
 #include <memory>
 #include <optional>
 
-#include "core/databases.h"
+#include "core/database_error.h"
+#include "core/records.h"
 #include "core/sql_connection.h"
 #include "core/table_data.h"
 

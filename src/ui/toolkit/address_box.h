@@ -8,7 +8,8 @@ class QComboBox;
 
 namespace quayline {
 
-// Puts this computer's addresses into the list of `box` and selects the first. What was there goes.
+// Puts this computer's addresses into the list of `box` and selects the first. Former items are
+// removed.
 void FillLocalAddresses(QComboBox& box, const QStringList& addresses);
 
 }  // namespace quayline

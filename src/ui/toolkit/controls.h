@@ -12,7 +12,7 @@
 
 namespace quayline {
 
-// A group of controls on a quiet panel, with its title above them.
+// A group of controls on a panel, with its title above them.
 class Card final : public QGroupBox {
   Q_OBJECT
 
@@ -73,7 +73,8 @@ class WrappedLabel final : public QLabel {
   bool has_width_ = false;  // one that a layout gave it
 };
 
-// A bar that moves while something of unknown length goes on. It takes no time while it is hidden.
+// A bar that moves while something of unknown length is in progress. It takes no time while it is
+// hidden.
 class AnimationBar final : public QWidget {
   Q_OBJECT
 
@@ -97,7 +98,7 @@ class AnimationBar final : public QWidget {
   bool moving_ = false;
 };
 
-// A picture, made smaller where it does not fit. Without one it says so.
+// An image, scaled down where it does not fit. Without one a text is shown.
 class PictureView final : public QWidget {
   Q_OBJECT
 
@@ -115,7 +116,7 @@ class PictureView final : public QWidget {
   QString empty_text_;
 };
 
-// A list of rows that says what to do while it has none.
+// A list of rows that shows a hint while it is empty.
 class HintedList final : public QTreeView {
   Q_OBJECT
 
@@ -144,7 +145,7 @@ class HintedList final : public QTreeView {
   bool sizing_ = false;
 };
 
-// Leaves turns of the mouse wheel over `control` without effect.
+// Turns of the mouse wheel over `control` have no effect.
 void IgnoreWheel(QWidget* control);
 
 }  // namespace quayline

@@ -4,7 +4,8 @@
 
 #include <QDialog>
 
-#include "ui/toolkit/prompts.h"
+#include "i18n/translator.h"
+#include "ui/toolkit/prompt_values.h"
 
 class QLineEdit;
 

@@ -4,14 +4,14 @@
 
 #include <QDialog>
 
-#include "ui/toolkit/prompts.h"
+#include "ui/toolkit/prompt_values.h"
 
 class QCheckBox;
 class QLineEdit;
 
 namespace quayline {
 
-// Shows a dialog of a web page. It is modal to its window alone, whose page stands still.
+// Shows a dialog of a web page. It is modal to its window alone, whose page is blocked.
 class PageBoxDialog final : public QDialog {
   Q_OBJECT
 

@@ -2,61 +2,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <optional>
 
 #include "i18n/translator.h"
+#include "ui/toolkit/prompt_values.h"
 
 class QWidget;
 
 namespace quayline {
 
-// What a file dialog offers.
-struct FileQuestion {
-  QString title;
-  QString filter;          // as QFileDialog reads it
-  QString default_suffix;  // without a dot; put behind a name that has none
-};
-
-// A dialog that a web page opens: its text, a field where it asks for one, and a box to tick where
-// the user may have had enough of them. Texts are shown as they are.
-struct PageBox {
-  QString title;
-  QString text;
-  bool can_refuse = false;
-  std::optional<QString> typed;    // what stands in the field at first
-  std::optional<QString> no_more;  // the words of the box to tick
-};
-
-struct PageBoxAnswer {
-  bool accepted = false;
-  QString typed;
-  bool wants_no_more = false;
-};
-
-struct LoginAnswer {
-  QString username;
-  QString password;
-};
-
-// Everything that a window asks of the user in a box of its own. Nothing here waits but
-// AnswerPage(): the answer comes through a callback, once, from the event loop. When `window` is
-// destroyed first, its boxes go with it and the callback never comes. Tests put a double in its
-// place that answers in advance.
+// Everything that a window asks the user in a box of its own. Only AnswerPage() waits: the answer
+// comes through a callback, once, from the event loop. When `window` is destroyed first, its boxes
+// go with it and the callback never comes. Tests put a double in its place that answers in advance.
 class Prompts {
  public:
   virtual ~Prompts() = default;
 
-  // A message with the button OK, in front of `window`, which is held until it is answered.
+  // A message with the button OK, modal to `window`.
   virtual void Tell(QWidget* window, const QString& text, std::function<void()> closed) = 0;
   void Tell(QWidget* window, const QString& text) {
     Tell(window, text, [] {});
   }
   virtual void TellTitled(QWidget* window, const QString& title, const QString& text) = 0;
-  // A message beside a window that goes on working.
+  // A message that does not block its window.
   virtual void Notify(QWidget* window, const QString& text) = 0;
   // Yes or No; a box that is closed otherwise answers No.
   virtual void Ask(QWidget* window, const QString& title, const QString& text,
@@ -71,8 +42,8 @@ class Prompts {
   // A login for `address`; nothing when the dialog is cancelled.
   virtual void AskLogin(QWidget* window, const QString& address,
                         std::function<void(std::optional<LoginAnswer>)> answered) = 0;
-  // Waits in an event loop of its own, since the browser's engine asks while the page stands still.
-  // Whoever calls keeps `window` alive meanwhile. A box that is closed otherwise refuses.
+  // Waits in an event loop of its own, since the browser's engine asks from inside the page's
+  // script. The caller keeps `window` alive meanwhile. A box that is closed otherwise refuses.
   virtual PageBoxAnswer AnswerPage(QWidget* window, const PageBox& question) = 0;
   // Closes the boxes that `window` has open, as Esc does.
   virtual void CloseBoxes(QWidget* window) = 0;
