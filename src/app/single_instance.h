@@ -18,8 +18,8 @@ enum class InstanceState {
 
 // Lets one instance of the program work on a folder; a second one sends what it was asked to open
 // to the first one. Another instance is a process of this user that answers on the folder's socket.
-// The name of the socket belongs to a process and not to the disk: nothing that a process leaves
-// behind can keep the program from starting.
+// The name of the socket belongs to a process and not to the disk: nothing that remains of a
+// process can prevent the program from starting.
 class SingleInstance final : public QObject {
   Q_OBJECT
 
@@ -32,7 +32,7 @@ class SingleInstance final : public QObject {
   InstanceState TryAcquire();
   // Starts to emit requested(); what was requested earlier follows at once.
   void Listen();
-  // Lets the next instance have the folder, while this one finishes its last pages.
+  // Frees the folder for the next instance, while this one finishes its last pages.
   void Release();
   // Asks the other instance to come to the front, and to open a list unless `file` is empty. False
   // when it does not answer.

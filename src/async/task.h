@@ -11,7 +11,7 @@
 namespace quayline {
 
 // A lazy coroutine that belongs to whoever holds it. It starts when it is awaited, and destroying
-// it while it is suspended ends it where it stands: the frame's locals are destroyed in order, and
+// it while it is suspended ends it at that point: the frame's locals are destroyed in order, and
 // with them every wait that it was in. That is how a closed window ends its flow.
 //
 // Nothing may throw out of a task. A task must not be destroyed from its own running code: use

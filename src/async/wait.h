@@ -16,9 +16,9 @@ namespace quayline {
 
 namespace internal {
 
-// What a suspended wait leaves behind for the event loop. It resumes its coroutine once, from the
-// event loop and never from inside the emitter; destroyed with the coroutine's frame, it takes
-// connections, timers and a resume that is already under way with it.
+// What resumes a suspended coroutine. It does so once, from the event loop and never from inside
+// the emitter. It is destroyed with the coroutine's frame, and then disconnects its signals and
+// drops its timers and a resume that is already queued.
 class Waiter final : public QObject {
   Q_OBJECT
 
@@ -37,8 +37,8 @@ class Waiter final : public QObject {
 
 }  // namespace internal
 
-// Waits until a condition holds. The condition is looked at at once and at each of the signals
-// named with WokenBy(): nothing polls.
+// Waits until a condition holds. The condition is checked at once and at each of the signals named
+// with WokenBy(): nothing polls.
 //
 //   bool loaded = co_await Until([&] { return !page.IsBusy(); })
 //                     .WokenBy(&page, &Page::busyChanged)
@@ -81,22 +81,21 @@ class [[nodiscard]] Until {
   std::optional<std::chrono::milliseconds> limit_;
 };
 
-// Gives the event loop the given time.
+// Returns to the event loop for the given time.
 inline Until Sleep(std::chrono::milliseconds time) {
   return Until([] { return false; }).AtMost(time);
 }
 
 // Waits for one value that a callback delivers.
 //
-//   OneShot<QVariant> answer;
-//   page->runJavaScript(code, answer.Callback());
-//   std::optional<QVariant> value = co_await answer;   // nothing: it was given up
+//   OneShot<QVariant> answer; page->runJavaScript(code, answer.Callback()); std::optional<QVariant>
+//   value = co_await answer;   // nothing: the wait was cancelled
 template <typename T>
 class [[nodiscard]] OneShot {
  public:
   OneShot() : state_(std::make_shared<State>()) {}
 
-  // May be called at any time, also when nobody waits any more. Only the first call counts.
+  // May be called at any time, also after the wait has ended. Only the first call counts.
   std::function<void(T)> Callback() const {
     return [weak = std::weak_ptr<State>(state_)](T value) {
       if (auto state = weak.lock(); state && !state->waiter.IsFinished()) {
@@ -106,7 +105,7 @@ class [[nodiscard]] OneShot {
     };
   }
 
-  // Gives the wait up as soon as `condition` holds: looked at now and at each `signal`.
+  // Ends the wait as soon as `condition` holds: it is checked now and at each `signal`.
   template <typename Object, typename Signal>
   void GiveUpWhen(Object* object, Signal signal, std::function<bool()> condition) {
     if (condition()) {

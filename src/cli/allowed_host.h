@@ -8,8 +8,8 @@
 
 namespace quayline {
 
-// A host of the option --allow-host: HOST or HOST:PORT. Without a port it stands for the usual port
-// of http or https.
+// A host of the option --allow-host: HOST or HOST:PORT. Without a port it means the default port of
+// http or https.
 struct AllowedHost {
   QString host;
   std::optional<int> port;

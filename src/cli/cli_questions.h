@@ -15,8 +15,8 @@ struct CliAnswers {
   QList<AllowedHost> allowed_hosts;
 };
 
-// Answers what the pages of a job ask where nobody sits at the terminal: what was not answered in
-// advance is refused, and reported with the option that would allow it.
+// Answers what the pages of a job ask, without a user: what the options do not allow is refused,
+// and reported with the option that would allow it.
 class CliQuestions final : public PageQuestions {
  public:
   CliQuestions(CliAnswers answers, std::function<void(const QString& sentence)> report)
@@ -28,7 +28,7 @@ class CliQuestions final : public PageQuestions {
                 std::function<void(std::optional<TypedLogin>)> answer) override;
   void AskOtherAddress(const OtherAddress& other,
                        std::function<void(bool allowed)> answer) override;
-  // No page is ever in a user's hands here.
+  // There is no user: every dialog is answered as for a script.
   std::optional<PageDialogAnswer> AnswerDialog(const PageDialog&) override { return std::nullopt; }
 
  private:

@@ -21,8 +21,8 @@ struct CliError {
   QString message;
 };
 
-// Reads the password from where the arguments say; nothing where they say nothing. Apart from
-// PrepareUpdate(), since somebody may have to type it.
+// Reads the password from the source that the arguments name; nothing if they name none. Not a part
+// of PrepareUpdate(), since the user may have to type it.
 std::expected<std::optional<QString>, CliError> ReadPassword(const UpdateArguments& arguments);
 
 // Fills the context for a job from the arguments, the folder's settings and the router's row, loads

@@ -6,12 +6,12 @@
 
 namespace quayline {
 
-// `text` with a visible mark in place of each control character: what a page, a list or a file says
-// must not move the cursor, begin a line or change the direction of the terminal's text.
+// `text` with a visible mark in place of each control character: the text of a page, a list or a
+// file must not move the cursor, begin a line or change the direction of the terminal's text.
 QString WithoutControls(QString text);
 
 // A piece of the job's log as it goes to standard output: its line breaks are CR LF, and any other
-// control character is somebody else's.
+// control character comes from a page or a list.
 QString LogForTerminal(const QString& text);
 
 // Writes to standard output.

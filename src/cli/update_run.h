@@ -14,7 +14,8 @@
 namespace quayline {
 
 // Runs the prepared job. The log goes to standard output as it grows; what a window shows beside
-// the log goes to standard error: errors, notices, what pages say, what is refused or waited for.
+// the log goes to standard error: errors, notices, messages of pages, what is refused and what is
+// waited for.
 class UpdateRun final : public QObject {
   Q_OBJECT
 

@@ -37,7 +37,7 @@ struct AppContext {
   Translator translator;
   Databases databases;
   RouterSession session;
-  int router_search_position = 0;  // where the search in the list of routers goes on
+  int router_search_position = 0;  // where the search in the list of routers continues
   JobOptions job_options;
   JobFlags job_flags;
   PortListModel port_list;

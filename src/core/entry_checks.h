@@ -20,7 +20,7 @@ struct TypedEntry {
   QString address;
 };
 
-// Where a dialog puts the focus behind a refusal.
+// Where a dialog sets the focus after a refusal.
 enum class EntryField { kNone, kProgram, kName, kAddress };
 
 struct EntryVerdict {
@@ -35,8 +35,8 @@ inline constexpr qsizetype kMaxNameLength = 10;
 // Ports are compared as numbers, and those of the rows as at an update.
 EntryVerdict CheckNewEntry(const TypedEntry& typed, const QList<PortEntry>& entries,
                            const RouterSession& session, const Translator& translator);
-// `row` is the row that is edited: it is not compared with itself, and what it holds already is
-// not held against it.
+// `row` is the row that is edited: it is not compared with itself, and an address that it has
+// already is accepted.
 EntryVerdict CheckEditedEntry(const TypedEntry& typed, int row, const QList<PortEntry>& entries,
                               const RouterSession& session, const Translator& translator);
 

@@ -8,8 +8,8 @@
 
 namespace quayline {
 
-// What the fields of an entry take while they are typed, and what becomes of them when they are
-// left.
+// What may be typed into the fields of an entry, and how a value is corrected when its field loses
+// the focus.
 
 // The ports that the selected router forwards.
 struct PortLimits {
@@ -18,15 +18,17 @@ struct PortLimits {
   int max_range = 65535;  // largest end port minus start port
 };
 
-// A limit that is not a number is 0, as at an update. Without any router, every port may be typed.
+// A limit that is not a number is 0, as at an update. Without a selected router, every port is
+// allowed.
 PortLimits LimitsOf(const RouterSession& session);
 // The limits of the port, "(1~65535)".
 QString LimitsHint(const RouterSession& session);
 
-// Whether one rule of the selected router can stand for TCP and UDP.
+// Whether one rule of the selected router can cover TCP and UDP.
 bool HasRuleForBoth(const RouterSession& session);
 
-// Digits, "." and "-". Looser than a port number: the checks tell what is none.
+// Digits, "." and "-". Less strict than a port number: the checks of the entry report an invalid
+// one.
 bool MayBeTypedAsPort(const QString& text);
 // What can still become a dotted address, or is one: digits and up to three ".", between them
 // three digits at most, and 255 at most.
@@ -34,8 +36,8 @@ bool MayBeTypedAsAddress(const QString& text);
 // Four numbers up to 255.
 bool IsWholeAddress(const QString& text);
 
-// The port as it stands when its field is left: moved into the limits. A text that is no whole
-// number, however long, is left as it is.
+// The port when its field loses the focus: moved into the limits. A text that is no whole number
+// stays as it is.
 QString ClampedPort(const QString& typed, const PortLimits& limits);
 
 }  // namespace quayline

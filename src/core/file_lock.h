@@ -8,9 +8,9 @@
 
 namespace quayline {
 
-// Keeps copies of the program from writing the same files at once. The system's lock on a file or a
-// folder: it ends with the process in whatever way that ends, and nothing is left on the disk that
-// could be in the way of the next one.
+// Keeps instances of the program from writing the same files at once. It is the system's lock on a
+// file or a folder: the system releases it when the process ends in any way, and nothing remains on
+// the disk.
 class FileLock final {
  public:
   // Waits for the lock on `path`, which exists, up to `limit`.
@@ -20,7 +20,7 @@ class FileLock final {
   FileLock& operator=(const FileLock&) = delete;
 
   // False only when another process holds the lock. A file system without locks, and a `path` that
-  // cannot be opened, are not in the way: what follows fails by itself if it must.
+  // cannot be opened, count as locked: a write then fails by itself if it must.
   bool IsLocked() const { return is_locked_; }
 
  private:

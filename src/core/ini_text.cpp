@@ -92,7 +92,7 @@ void IniText::SetValue(const QString& section, const QString& key, const QString
     return;
   }
   if (lines.begin > 0) {
-    const qsizetype at = BehindLastText(lines);
+    const qsizetype at = AfterLastText(lines);
     EndLine(lines_[at - 1]);
     lines_.insert(at, line + line_end_);
     return;
@@ -162,7 +162,8 @@ QByteArray IniText::LineEnd(const QByteArray& line) const {
 
 void IniText::EndLine(QByteArray& line) const {
   if (line.size() % unit_ != 0) {
-    line.append('\0');  // A file cut inside a letter: what follows must stand on whole units.
+    line.append(
+        '\0');  // The file ends inside a character: what follows must begin at a whole unit.
   }
   if (LineEnd(line).isEmpty()) {
     line.append(line_end_);
@@ -199,7 +200,7 @@ qsizetype IniText::FindKey(Lines section, const QString& key) const {
   return -1;
 }
 
-qsizetype IniText::BehindLastText(Lines section) const {
+qsizetype IniText::AfterLastText(Lines section) const {
   qsizetype at = section.end;
   while (at > section.begin && Trimmed(Decoded(lines_.at(at - 1))).isEmpty()) {
     --at;

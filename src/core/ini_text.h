@@ -16,7 +16,7 @@ class IniText final {
 
   // As ReadIniValue() finds it, of any length.
   QString Value(const QString& section, const QString& key) const;
-  // Changes the key's line, or adds it behind the last line of its section, or adds both.
+  // Changes the key's line, or adds it after the last line of its section, or adds both.
   void SetValue(const QString& section, const QString& key, const QString& value);
 
   QByteArray Bytes() const { return mark_ + lines_.join(); }
@@ -24,7 +24,7 @@ class IniText final {
  private:
   enum class Encoding { kBytes, kUtf16LittleEndian, kUtf16BigEndian };
 
-  // Line numbers; `end` is the one behind the last line.
+  // Line numbers; `end` is the number after the last one.
   struct Lines {
     qsizetype begin = 0;
     qsizetype end = 0;
@@ -40,7 +40,7 @@ class IniText final {
   Lines FindSection(const QString& section) const;
   // The line of the key, or -1.
   qsizetype FindKey(Lines section, const QString& key) const;
-  qsizetype BehindLastText(Lines section) const;
+  qsizetype AfterLastText(Lines section) const;
 
   Encoding encoding_ = Encoding::kBytes;
   qsizetype unit_ = 1;  // bytes

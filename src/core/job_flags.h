@@ -7,9 +7,9 @@
 
 namespace quayline {
 
-// The values that tie a running job to its windows. One object for the whole run; every change is
-// announced, so that a wait wakes at once. InCombo and UrlSuffix are changed by scripts and keep
-// their value from entry to entry.
+// The values that a running job and its windows share. One object for the whole run; a signal
+// announces every change, so that a wait ends at once. InCombo and UrlSuffix are changed by scripts
+// and keep their value from entry to entry.
 class JobFlags final : public QObject {
   Q_OBJECT
 
@@ -19,14 +19,14 @@ class JobFlags final : public QObject {
   bool JobStopRequested() const { return job_stop_requested_; }
   bool PageErrorPending() const { return page_error_pending_; }
   bool PageLoaded() const { return page_loaded_; }
-  bool JobDebugMode() const { return job_debug_mode_; }  // the run holds behind the next line
+  bool JobDebugMode() const { return job_debug_mode_; }  // the run pauses after the next line
 
   void SetJobStopRequested(bool value) { Set(job_stop_requested_, value); }
   void SetPageErrorPending(bool value) { Set(page_error_pending_, value); }
   void SetPageLoaded(bool value) { Set(page_loaded_, value); }
   void SetJobDebugMode(bool value) { Set(job_debug_mode_, value); }
 
-  // Runs whose windows are closed, and whose pages still bring a save to its end.
+  // Runs whose windows are closed, and whose pages still finish a save.
   int LeavingRuns() const { return leaving_runs_; }
   void AddLeavingRuns(int number) {
     leaving_runs_ += number;
@@ -39,11 +39,11 @@ class JobFlags final : public QObject {
   bool in_combo = false;         // the entry was found in the page's list of rules
   int script_timer_ms = 0;       // interval of the scripts' timer, which is kept between jobs
   int job_error_grace = 1;       // 1: the job forgives its next navigation error
-  bool is_running = false;       // a script runs, or is about to: these flags are taken
+  bool is_running = false;       // a script runs, or is about to: it owns these flags
   int active_browser_index = 0;  // the browser that the script drives; popups add to it
   int view_error_grace = 1;      // as job_error_grace, in the page view, which stops at nothing
   bool view_stop_requested = false;
-  bool ends_by_signal = false;  // a second one ends the program: saves are waited for till then
+  bool ends_by_signal = false;  // a second signal ends the program; until then saves are waited for
   int view_browser_index = 0;   // the browser that the page view shows
 
  Q_SIGNALS:

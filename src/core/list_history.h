@@ -10,13 +10,12 @@
 
 namespace quayline {
 
-// What the port list was before each of its last changes, so that they can be taken back one by
-// one.
+// What the port list was before each of its last changes, so that they can be undone one by one.
 class ListHistory final {
  public:
   static constexpr qsizetype kMaxSteps = 50;
 
-  // The list as it stands without a step of the user's: nothing leads back behind it.
+  // The list as it was loaded: nothing before it can be restored.
   void Begin(QList<PortEntry> entries);
   // The list has changed. What was undone before cannot be redone any more. An equal list is no
   // change.

@@ -26,9 +26,9 @@ struct PortConflict {
 
 // Compares the rows of a list with one another as a loop over all pairs would, without its cost:
 // 1. Whether a row clashes with any other at all is a matter of counting. A name is counted in a
-//    hash. For ports, the rows of each protocol stand in an index of sorted starts and ends, out of
-//    which each of the four tests is one or two binary searches.
-// 2. Only for a row that does clash, the others are looked through in their order.
+//    hash. For ports, the starts and ends of each protocol's rows are kept sorted, so that each of
+//    the four tests is one or two binary searches.
+// 2. Only for a row that does clash, the others are compared in their order.
 class PortConflicts final {
  public:
   explicit PortConflicts(const QList<PortEntry>& entries);

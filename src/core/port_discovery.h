@@ -11,11 +11,11 @@
 
 namespace quayline {
 
-// Some programs choose random ports when they are installed. Their settings on this computer say
-// which.
+// Some programs choose random ports when they are installed. They are read from the settings of
+// these programs on this computer.
 
 enum class DiscoveryOutcome {
-  kRead,             // the settings were read; they may hold no usable port all the same
+  kRead,             // the settings were read, but may contain no usable port
   kNoFile,           // there is no settings file
   kNoRegistryValue,  // the registry does not know the program
   kUnreadable,       // the file is there and cannot be read, or is too large: see `problem`
@@ -31,8 +31,8 @@ struct DiscoveredPorts {
   // file was found.
   QString source;
   QString problem;  // an error number, a blank and the system's words for it
-  // What stood in the place of a port and is none (1 to 65535), shortened to a few characters; an
-  // empty text where the place was not found. One for each element "-".
+  // The texts that should be ports (1 to 65535) and are not, shortened to a few characters; an
+  // empty text where nothing was found. One for each element "-".
   QStringList refused;
 
   // Nothing is missing, and the elements can become entries.

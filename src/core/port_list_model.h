@@ -9,8 +9,8 @@
 
 namespace quayline {
 
-// The port list: the one holder of its rows, and the model behind the list on the main window.
-// Rows keep their order of entry; nothing is sorted. The model does no file work: see PortListFile.
+// The port list: the only owner of its rows, and the model of the list on the main window. Rows
+// keep their order of entry; nothing is sorted. The model does no file work: see PortListFile.
 class PortListModel final : public QAbstractTableModel {
   Q_OBJECT
 
@@ -22,7 +22,7 @@ class PortListModel final : public QAbstractTableModel {
   const QList<PortEntry>& Entries() const { return entries_; }
   void Append(const QList<PortEntry>& entries);
   void Replace(int row, const PortEntry& entry);
-  // Rows that are not there are ignored.
+  // Rows that do not exist are ignored.
   void Remove(QList<int> rows);
   // Replaces the whole list in one step.
   void SetEntries(QList<PortEntry> entries);

@@ -17,7 +17,7 @@ namespace quayline {
 
 // What the user sees of a program before adding it.
 struct ProgramSummary {
-  QString tcp;  // each element in parentheses, a single port as one number; "-" when there is none
+  QString tcp;  // each element in parentheses, a single port as one number; "-" if there are none
   QString udp;
   int entries = 0;  // as many as the selected router needs
 };

@@ -13,12 +13,12 @@ struct PortPlace {
   enum class Protocol { kTcp, kUdp };
 
   Protocol protocol = Protocol::kTcp;
-  // In a text, what stands right before the port; in an INI file, its key; in the registry, its
-  // value name.
+  // In a text, what directly precedes the port; in an INI file, its key; in the registry, its value
+  // name.
   const char* at = nullptr;
-  // In a text, what stands right behind the port; null: the line's end.
+  // In a text, what directly follows the port; null: the end of the line.
   const char* end = nullptr;
-  // Of a range: what stands before its last port. Null for a single port.
+  // Of a range: what precedes its last port. Null for a single port.
   const char* at_last = nullptr;
 };
 
@@ -44,7 +44,7 @@ struct ProgramSource {
   std::span<const PortPlace> ports;
 };
 
-// All programs, in the order in which the user reads them.
+// All programs, in the order of the user's list.
 std::span<const ProgramSource> ProgramSources();
 
 }  // namespace quayline

@@ -13,7 +13,7 @@
 
 namespace quayline {
 
-// What is asked of quayline-reader, the program that parses foreign files in a process of its own.
+// A request to quayline-reader, the program that parses foreign files in a process of its own.
 struct ReaderRequest {
   QStringList arguments;  // a verb and its arguments
   QByteArray input;       // its standard input
@@ -33,7 +33,7 @@ using ReaderResult = std::expected<QByteArray, ReaderError>;
 // Waits for the reader, without an event loop.
 ReaderResult RunReader(const ReaderRequest& request);
 
-// As RunReader(), but the event loop goes on. Destroying the task ends the reader.
+// As RunReader(), but the event loop keeps running. Destroying the task ends the reader.
 Task<ReaderResult> RunReaderInBackground(ReaderRequest request);
 
 }  // namespace quayline

@@ -47,12 +47,12 @@ void SelectRouter(RouterSession& session, const RouterRecord& record);
 // `typed` without a leading "http://" or "https://" in any case, each cut once in this order.
 QString WithoutScheme(const QString& typed);
 
-// The router's address as URLs and logs show it: the host, with ":" and the port behind it unless
-// the port field holds exactly "80".
+// The router's address as URLs and logs show it: the host, followed by ":" and the port unless the
+// port field contains exactly "80".
 QString RouterHost(const RouterSession& session);
 
-// The router as the lock on it is named: its host, however it is reached. Programs on this computer
-// (tunnels lead to a router each) are told apart by their ports.
+// The router as the lock on it is named: its host, however it is reached. Addresses on this
+// computer (tunnels, each to a router of its own) differ by their ports.
 QString RouterKey(const RouterSession& session);
 
 // The password as the login field shows it: as typed when show_password is set, else a "*" a

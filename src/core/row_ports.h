@@ -9,7 +9,7 @@
 namespace quayline {
 
 // The ports of rows as numbers, taken from the first row to the last: a text that is not a number
-// stands for the value left from the row before it, 0 at first.
+// counts as the value of the row before it, 0 at first.
 struct RowPorts {
   int start = 0;
   int end = 0;
@@ -27,13 +27,13 @@ struct RowPorts {
   bool Holds(int port) const { return start <= port && port <= end; }
 };
 
-// Whether the ports of `row` are refused beside those of `other`, for either of its two ends.
+// Whether the ports of `row` conflict with those of `other`, at its start or at its end.
 inline bool ClashesAtStart(const RowPorts& row, const RowPorts& other) {
   return other.Holds(row.start) || row.Holds(other.start);
 }
 
-// The second half is no mirror of the first: it speaks only of a row that does not reach beyond its
-// own start port.
+// The second half does not mirror the first: it applies only to a row that does not reach beyond
+// its own start port.
 inline bool ClashesAtEnd(const RowPorts& row, const RowPorts& other) {
   return other.Holds(row.end) || (row.end <= other.end && other.end <= row.start);
 }

@@ -19,7 +19,7 @@ bool SaveFile(const QString& path, const QByteArray& bytes,
 
 // Removes what killed writes of the settings, the certificates, the list and the good copies of
 // databases left in the program's folder: temporary files, which may contain the password. Files of
-// a write that is going on are safe, since writers of these files hold the folder's FileLock.
+// a write in progress are safe, since writers of these files hold the folder's FileLock.
 void RemoveUnfinishedWrites(const QString& folder);
 
 }  // namespace quayline

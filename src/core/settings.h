@@ -36,7 +36,7 @@ class Settings final {
   explicit Settings(QString file_name);
 
   QString Value(const char* key) const;
-  // False when the file could not be written; Value() is the new one all the same.
+  // False when the file could not be written; Value() is the new one even then.
   bool SetValue(const char* key, const QString& value);
   // Writes what could not be written before. False when something is still not written.
   bool StorePending();

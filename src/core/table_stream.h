@@ -11,7 +11,7 @@
 
 namespace quayline {
 
-// Tables as bytes, in which quayline-reader hands over what it has read.
+// Tables as bytes, the form in which quayline-reader returns what it has read.
 
 QByteArray EncodeTables(const QList<TableData>& tables);
 

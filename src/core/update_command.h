@@ -11,10 +11,10 @@
 
 namespace quayline {
 
-// Also said where the router's pages are looked at.
+// Also shown when the router's ports are viewed without an address.
 inline constexpr Message kSetRouterIp{"Please Set Router IP."};
 
-// Where the main window puts the focus behind a refusal.
+// Where the main window sets the focus after a refusal.
 enum class UpdateFocus { kNone, kRouter, kRouterIp, kPortList };
 
 // The outcome of pressing "Update Router".
@@ -26,7 +26,7 @@ struct UpdateVerdict {
 };
 
 // Moves each port of `entries` into the router's limits (RouterSession min_port and max_port); a
-// limit that is not a number keeps the value it had, 0 at first. Returns the rows that changed.
+// limit that is not a number keeps its former value, 0 at first. Returns the rows that changed.
 QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session);
 
 // The checks of a list against the selected router, in their fixed order; the first that fails

@@ -19,8 +19,8 @@ struct Result {
 };
 
 // Runs "build DATA OUT", "check DATA" or "dump FILE". Build writes nothing when check would find
-// something wrong; warnings are printed and refuse nothing. `lint` judges the lines of the scripts;
-// without one they pass.
+// something wrong; warnings are printed and refuse nothing. `lint` checks the lines of the scripts;
+// without it they are not checked.
 Result RunCommand(const QStringList& arguments, const ScriptLint& lint = {});
 
 }  // namespace quayline::dbtool

@@ -10,14 +10,15 @@ namespace quayline::dbtool {
 // Something that is wrong in the text files, and where.
 struct DataProblem {
   QString file;
-  int line = 1;  // counted from 1; a matter of the whole file or router stands at its first line
+  int line =
+      1;  // counted from 1; a problem of the whole file or router is reported at its first line
   QString sentence;
-  bool is_warning = false;  // to be looked at, and no reason to refuse the data
+  bool is_warning = false;  // a hint that does not refuse the data
 };
 
 using Problems = QList<DataProblem>;
 
-// Whether the data is to be refused.
+// Whether the data must be refused.
 bool HoldErrors(const Problems& problems);
 
 // "file:line: sentence" lines, in the order of files and lines. The sentence of a warning begins

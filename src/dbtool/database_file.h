@@ -13,10 +13,9 @@ namespace quayline::dbtool {
 // Writes routers.mdb, ports.mdb and custom.mdb into `folder`, which is made when it is missing.
 enum class OwnPrograms { kKeep, kReplace };
 
-// Each file is replaced as a whole or stays, and none is touched before all three are complete.
-// The same data gives the same bytes. An error is a sentence.
-// The user's programs cannot be made again: unless told otherwise, a "custom.mdb" that has rows
-// which `data` lacks is an error.
+// Each file is replaced as a whole or stays, and none is touched before all three are complete. The
+// same data gives the same bytes. An error is a sentence. The user's programs cannot be made again:
+// unless the caller permits it, a "custom.mdb" that has rows which `data` lacks is an error.
 std::expected<void, QString> WriteDatabases(const ProgramData& data, const QString& folder,
                                             OwnPrograms own_programs = OwnPrograms::kKeep);
 

@@ -21,8 +21,8 @@ struct ProgramData {
 // read is a problem.
 ProgramData ReadDataFolder(const QString& folder, const ScriptLint& lint, Problems& problems);
 
-// What is wrong with the records themselves: missing and senseless values, keys and names that
-// stand twice, programs whose own entries would be refused as a conflict.
+// What is wrong with the records themselves: missing and invalid values, keys and names that occur
+// twice, programs whose own entries would be refused as a conflict.
 void CheckData(const ProgramData& data, Problems& problems);
 
 }  // namespace quayline::dbtool

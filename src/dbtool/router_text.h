@@ -14,7 +14,7 @@
 
 namespace quayline::dbtool {
 
-// What is to be said of one line of a script.
+// The finding about one line of a script.
 struct ScriptRemark {
   QString sentence;
   bool is_warning = false;

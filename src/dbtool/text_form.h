@@ -12,9 +12,9 @@
 
 namespace quayline::dbtool {
 
-// The text files under the records: lines of UTF-8, and texts that may hold anything at all.
-// A text is written as it stands where it can be read back that way. Otherwise it begins with a
-// backslash, and behind that mark "\\" is a backslash and "\u" with four hex digits any character.
+// The text files under the records: lines of UTF-8, and texts that may hold anything at all. A text
+// is written as it is if it can be read back that way. Otherwise it begins with a backslash, and
+// after that mark "\\" is a backslash and "\u" with four hex digits any character.
 
 inline constexpr qint64 kMaxTextFileBytes = qint64{4} << 20;
 
@@ -34,14 +34,14 @@ QList<TextLine> ReadTextFile(const QString& file, Problems& problems);
 // so that the line can be split there.
 QString EscapedText(const QString& text, QChar separator = {});
 
-// A value: as it stands, or escaped when blanks around it, control characters, a leading backslash
-// or the separator would be lost or misread.
+// A value: as it is, or escaped when blanks around it, control characters, a leading backslash or
+// the separator would be lost or misread.
 QString WrittenValue(const QString& text, QChar separator = {});
 
-// Whether a text holds what no line of a file can: control characters other than tabs.
+// Whether a text contains what no line of a file can: control characters other than tabs.
 bool HasControlCharacter(const QString& text);
 
-// Nothing when the text begins with the mark and holds an unknown escape behind it.
+// Nothing when the text begins with the mark and is followed by an unknown escape.
 std::optional<QString> ReadWritten(const QString& written);
 
 // The value that WrittenValue() wrote. Nothing as above, and nothing when the mark was not needed:

@@ -23,7 +23,7 @@ class Adapters {
  public:
   virtual ~Adapters() = default;
 
-  // All adapters, in the system's order. Asked of the system anew at each call; takes well under a
+  // All adapters, in the system's order. Every call asks the system again, which takes well under a
   // millisecond. Empty when the system gives no answer.
   virtual QList<Adapter> List() const = 0;
 

@@ -11,7 +11,7 @@ class Desktop {
  public:
   virtual ~Desktop() = default;
 
-  // Opens a page in the user's own browser. False when there is none.
+  // Opens a page in the user's own browser. False if there is no browser.
   virtual bool OpenInBrowser(const QUrl& page) = 0;
 };
 

@@ -10,7 +10,7 @@ namespace quayline {
 
 // What other programs of this user have set on this computer: a registry of the Windows kind and
 // the folders that their files lie in. Foreign paths are written as those programs write them:
-// "C:\Program Files\x". Everything is read anew at each call; nothing is ever written.
+// "C:\Program Files\x". Every call reads the files again; nothing is ever written.
 class ForeignSettings {
  public:
   enum class Hive { kCurrentUser, kLocalMachine };

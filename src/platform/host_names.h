@@ -10,19 +10,18 @@
 
 namespace quayline {
 
-// Knows computers by name.
+// Looks up the names of computers.
 class HostNames {
  public:
   virtual ~HostNames() = default;
 
-  // The short name of the computer at `address` (dotted IPv4 text). Empty when the address is none,
-  // when nobody knows a name for it, and when no answer comes in time. Destroying the task gives
-  // the question up.
+  // The short name of the computer at `address` (dotted IPv4 text). Empty if the address is invalid
+  // or has no name, and if no answer comes in time. Destroying the task cancels the look-up.
   virtual Task<QString> OfAddress(QString address) = 0;
 };
 
 // Asks the system's resolver, which never blocks the caller. Name servers that are down keep it
-// busy for half a minute and more: the answer is waited for no longer than `limit`.
+// busy for half a minute and more: the look-up ends after `limit`.
 class SystemHostNames final : public HostNames {
  public:
   explicit SystemHostNames(std::chrono::milliseconds limit = std::chrono::seconds(5))
@@ -34,9 +33,9 @@ class SystemHostNames final : public HostNames {
   std::chrono::milliseconds limit_;
 };
 
-// What a list row and a router can hold of a resolver's answer: the part ahead of the first ".", of
-// 256 characters at most, without what would end a field. Empty for an address, which is how the
-// resolver says that it has no name.
+// What a list row and a router can hold of a resolver's answer: the part before the first ".", at
+// most 256 characters, without characters that would end a field. Empty for an address, which is
+// how the resolver says that it has no name.
 QString ShortHostName(const QString& name);
 
 }  // namespace quayline

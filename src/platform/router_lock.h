@@ -9,16 +9,16 @@
 
 namespace quayline {
 
-// The right to work on one router. It ends with its last holder, or with the process in whatever
-// way: a lock is never left behind.
+// The right to work on one router. The last holder releases it, and the system does when the
+// process ends in any way: no lock remains.
 class RouterLock;
 
 // Keeps two programs from working on one router at the same time, where each would overtake the
 // saves of the other. A lock is an empty file, locked in each of the folders; one folder is this
 // user's own, another may be shared by the users of this computer.
 //
-// Nothing here waits. A file that cannot be made or locked (a read-only folder, a full disk) keeps
-// nobody from working.
+// Nothing here waits. A file that cannot be made or locked (a read-only folder, a full disk)
+// prevents nothing.
 class RouterLocks final {
  public:
   // Locks nothing.

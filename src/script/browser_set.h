@@ -12,14 +12,14 @@
 namespace quayline {
 
 // The hosted browsers of one window: the window's own, and those that the page's popups add. Keeps
-// the flags of the page on which a run waits, and knows which browser is on show. A popup takes the
+// the flags of the page that a run waits for, and knows which browser is shown. A popup takes the
 // place of the browser before it until it closes.
 class BrowserSet final : public QObject {
   Q_OBJECT
 
  public:
   // `questions` answers what the pages ask, and outlives the set. `active_index` is where the
-  // number of the browser on show is kept.
+  // number of the shown browser is kept.
   BrowserSet(const PageHostFactory& make_host, PageQuestions& questions, JobFlags& flags,
              int& active_index, QObject* parent = nullptr);
   ~BrowserSet() override;
@@ -28,9 +28,9 @@ class BrowserSet final : public QObject {
   // The browser with the window's own number; the script of a page view stays on number 0.
   PageHost* At(int index) const;
 
-  // Leaves the flags of the page to the next run: this window's has ended.
+  // Stops updating the flags of the page: this window's run has ended, and the next one owns them.
   void LetFlagsGo() { holds_flags_ = false; }
-  // Takes them for a run that begins: they tell of this window's pages from here on.
+  // Updates them again, for a run that begins: from now on they describe this window's pages.
   void TakeFlags() {
     holds_flags_ = true;
     flags_.SetPageLoaded(!navigation_.busy);
@@ -49,7 +49,7 @@ class BrowserSet final : public QObject {
 
  Q_SIGNALS:
   void navigationChanged();
-  // Another browser is on show.
+  // Another browser is shown.
   void activeChanged(quayline::PageHost* host);
   // A browser joined the set, so that its other signals can be heard.
   void added(quayline::PageHost* host);
@@ -72,7 +72,7 @@ class BrowserSet final : public QObject {
   int& active_index_;
   bool holds_flags_ = true;
   std::vector<Member> members_;
-  std::vector<Member> closing_;  // not on show any more, and kept until they are idle
+  std::vector<Member> closing_;  // not shown any more, and kept until they are idle
   NavigationState navigation_;
 };
 

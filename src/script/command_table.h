@@ -16,7 +16,7 @@
 
 namespace quayline {
 
-// When a command runs. First and last speak of the entry's place in the job.
+// When a command runs. First and last refer to the entry's place in the job.
 enum class Condition {
   kAlways,
   kFirst,
@@ -33,25 +33,25 @@ enum class Condition {
 // condition, reads the argument and waits for the page around the handlers; the lint, the editor
 // and the reference read the same fields.
 struct CommandRow {
-  // Makes the one question to the page whose result is logged; nothing: the command has nothing to
-  // do for this entry.
+  // The one page call whose result is logged; nothing: the command does nothing for this entry.
   using PageHandler = std::optional<PageCall> (*)(CommandCall&);
-  // Does whatever else a command does. Nothing: the run goes on.
+  // Carries out any other command. Nothing: the run continues.
   using FlowHandler = Task<std::optional<RunEnd>> (*)(CommandCall&);
 
   std::string_view name;
   Condition condition = Condition::kAlways;
   char separator = ',';  // of the argument
-  // The command acts on the page: what earlier lines have started is waited for first. After `ask`
-  // the page that the action leads to is waited for as well; `flow` waits for it itself.
+  // The command is a user action on the page: what earlier lines have started is waited for first.
+  // After `ask` the page that the action leads to is waited for as well; `flow` waits for it
+  // itself.
   bool awaits_page = false;
-  // None: the command takes no argument. One: it holds the whole argument. More: the argument is
-  // split at the separator.
+  // Empty: the command takes no argument. One: it contains the whole argument. More: the argument
+  // is split at the separator.
   std::span<const FieldSpec> fields;
   PageHandler ask = nullptr;
   FlowHandler flow = nullptr;
   std::string_view help;  // a sentence or two; the condition is not repeated in it
-  // What whoever writes the command should know, because its name says something else.
+  // A note for the author of a script, because the command's name says something else.
   const Message* quirk = nullptr;
   std::string_view family;  // the name of the row that this one is a member of
 
@@ -74,7 +74,7 @@ std::span<const CommandRow> ExtensionCommands();
 // The commands of the language, and after them the extensions.
 std::span<const CommandRow> AllCommands();
 
-// The row of a name in lower case; nullptr for text that is no command, which serves as a comment.
+// The row of a name in lower case; nullptr for text that is no command: such a line is a comment.
 const CommandRow* FindCommand(QStringView name);
 
 bool ConditionHolds(Condition condition, const RunArguments& arguments, bool in_combo);

@@ -8,7 +8,7 @@
 namespace quayline {
 
 // The text of a window's log box. It adds nothing of its own: each line break (CR LF) comes from
-// whoever writes.
+// the caller.
 class JobLog final : public QObject {
   Q_OBJECT
 

@@ -20,8 +20,8 @@ struct KeyStroke {
 
 // Reads the notation of the classic key sending: + ^ % hold Shift, Ctrl or Alt for the next key or
 // for a group in parentheses, ~ is Enter, a name in braces is a key ({RIGHT}, {F5}) or the literal
-// character ({+}), with a count behind a blank ({TAB 3}). Braces that hold no key and parentheses
-// that do not match are dropped, everything else types itself.
+// character ({+}), with a count after a blank ({TAB 3}). Braces without a known key and parentheses
+// that do not match are dropped, everything else is typed as it is.
 QList<KeyStroke> ParseKeys(const QString& notation);
 
 // The notation of one key: "Enter" or "ArrowDown" as pages call their keys, {ENTER} or F5 as the

@@ -12,7 +12,7 @@ namespace quayline {
 enum class PageCallKind {
   kQuestion,  // changes nothing that a page reacts to
   kInput,     // writes into a box or gives it the focus
-  kChoice,    // chooses among what the page offers: many pages load another form then
+  kChoice,    // chooses an item of the page: many pages load another form then
   kClick,     // clicks or submits
 };
 

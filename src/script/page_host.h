@@ -16,7 +16,7 @@ class QWidget;
 
 namespace quayline {
 
-// The login of the router. It is given to the browser's login question and to nobody else.
+// The login of the router. It is given only to the browser's login question.
 struct PageLogin {
   QString scheme;  // "http" or "https"
   QString host;
@@ -33,11 +33,12 @@ struct PageScript {
   QJsonObject entry;  // what the code finds as the constant `quayline`
 };
 
-// Whether a page is on its way somewhere.
+// Whether a page navigates.
 struct NavigationState {
   quint64 starts = 0;  // raised whenever a navigation begins in any frame of the page
   bool busy = false;   // a navigation has begun and not ended yet
-  // The page was acted on since a page of ours was opened: what it sends may be a save.
+  // There was a user action on the page since the script opened one: what the page sends may be a
+  // save.
   bool after_action = false;
 };
 
@@ -58,15 +59,15 @@ struct IdleReport {
 // What a line of the status box is about.
 enum class StatusKind {
   kProgress,  // what the browser is doing
-  kNotable,   // what a page said, and what was refused or blocked: worth a line where no box is
+  kNotable,   // a message of a page, and what was refused or blocked: reported without a box, too
 };
 
 // One hosted browser with its current page. Quayline drives pages through this interface alone.
 // One real implementation (WebPageHost) and a recording double for tests.
 //
-// Nothing here waits: what takes time answers through a callback, which may come from inside the
-// call, or through a signal. After the host is destroyed no callback comes. Signals only announce:
-// what a page asks is answered by the PageQuestions that the host is made with.
+// Nothing here waits: what takes time is answered through a callback, which may come from inside
+// the call, or through a signal. After the host is destroyed no callback comes. Signals only
+// announce: what a page asks is answered by the PageQuestions that the host is made with.
 class PageHost : public QObject {
   Q_OBJECT
 
@@ -81,16 +82,16 @@ class PageHost : public QObject {
   virtual void Refresh2() = 0;
   // Ends a navigation that is under way.
   virtual void StopNavigation() = 0;
-  // The user stopped the run: ends a load that no user action led to, the tries for one, and a page
-  // whose script never ends. What may be a save goes on.
+  // The user stopped the run: ends a load that no user action led to, the retries of one, and a
+  // page whose script never ends. What may be a save continues.
   virtual void RunStopped() {}
 
   virtual void SetLogin(const PageLogin& login) = 0;
 
   // Asks the page agent. Answers once, in the order of the calls.
   virtual void Call(const PageCall& call, std::function<void(PageAnswer)> answer) = 0;
-  // Runs code in the top page's own world, as a script of the page. Answers what it failed with, or
-  // an empty text.
+  // Runs code in the top page's own world, as a script of the page. The answer is the error, or an
+  // empty text.
   virtual void RunInPage(const PageScript& script,
                          std::function<void(const QString& error)> done) = 0;
   // Types into the control of the page that has the focus. Special characters and names in braces
@@ -108,22 +109,22 @@ class PageHost : public QObject {
   // that was not answered. No report comes when the document goes meanwhile.
   virtual void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) = 0;
 
-  // The view that shows the page; none in the double.
+  // The view that shows the page; null in the test double.
   virtual QWidget* Widget() { return nullptr; }
 
  Q_SIGNALS:
-  // `starts` or `busy` of Navigation() changed. Comes ahead of documentComplete() and the like.
+  // `starts` or `busy` of Navigation() changed. Emitted before documentComplete() and the like.
   void navigationChanged();
 
   void beforeNavigate();
-  // The new document is there; its content may still be coming.
+  // The new document has arrived; its content may still be loading.
   void navigateComplete();
-  // The page has come to an end of loading, in whatever way, and is not busy any more.
+  // The page has ended loading, successfully or not, and is not busy any more.
   void documentComplete();
   // A navigation failed. `status` is an HTTP status (401) or one of the negative numbers that
   // StatusText() knows. `url` never holds a login.
   void navigateError(const QString& url, int status);
-  // The page opened a popup. Whoever hears it takes the host over; an unheard one is deleted.
+  // The page opened a popup. A receiver takes ownership of the host; without one it is deleted.
   void newWindow(quayline::PageHost* popup);
   // The page closed itself.
   void windowClosing();
@@ -131,7 +132,7 @@ class PageHost : public QObject {
   // A line for the status box.
   void statusTextChanged(const QString& text,
                          quayline::StatusKind kind = quayline::StatusKind::kProgress);
-  // The page showed a message that nobody was asked about. Only raised with silent mode off.
+  // The page showed a message that was answered without the user. Only raised with silent mode off.
   void pageMessage(const QString& text);
   // Something about a page for the log of the run.
   void noted(const QString& text);

@@ -6,7 +6,7 @@
 
 namespace quayline {
 
-// What the agent says an operation came to; the log shows each as a text of the user's language.
+// The results of an operation; the log shows each as a text in the user's language.
 namespace page_result {
 inline constexpr char kSuccessful[] = "successful";
 inline constexpr char kFailed[] = "failed";
@@ -16,9 +16,9 @@ inline constexpr char kScrolled[] = "scrolled";
 }  // namespace page_result
 
 // The operations on a page's elements, one call of the agent each. An operation finds one element
-// of its document by a fixed ladder of searches, acts on it and answers with one of the results
-// above, unless told otherwise. How each searches is written in web/agent/. The frame of the call
-// is set by whoever sends it.
+// of its document by a fixed ladder of searches, works on it and answers with one of the results
+// above, unless noted. How each searches is written in web/agent/. The frame of the call is set by
+// whoever sends it.
 namespace page_operation {
 
 PageCall SelectOptionByText(const QString& text);

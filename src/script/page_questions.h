@@ -15,11 +15,11 @@ struct TypedLogin {
   QString password;
 };
 
-// A certificate that only the user can vouch for.
+// A certificate that only the user can confirm.
 struct ShownCertificate {
   QString address;          // host, ":" and port
   QString fingerprint;      // SHA-256, as people compare it
-  bool is_changed = false;  // the user took another one of this address before
+  bool is_changed = false;  // the user trusted another one for this address before
 };
 
 // An address that the router's own page or redirect leads to, and that is not the router's address.
@@ -28,7 +28,7 @@ struct OtherAddress {
   QString router;  // the same, of the router
 };
 
-// A dialog that a page's script opens. The script stands still until it is answered.
+// A dialog that a page's script opens. The script is blocked until it is answered.
 struct PageDialog {
   enum class Kind { kAlert, kConfirm, kPrompt };
 
@@ -41,7 +41,7 @@ struct PageDialog {
 struct PageDialogAnswer {
   bool accepted = false;
   QString typed = {};          // into a prompt
-  bool wants_no_more = false;  // no more dialogs of this page, please
+  bool wants_no_more = false;  // suppress further dialogs of this page
 };
 
 // Answers what a page asks of its user. Each host has exactly one answerer, which is given to it
@@ -55,17 +55,18 @@ class PageQuestions {
   PageQuestions& operator=(const PageQuestions&) = delete;
   virtual ~PageQuestions() = default;
 
-  // The router shows a certificate that nobody vouches for, and that the user has not taken.
+  // The router shows a certificate that the system does not trust, and the user has not trusted
+  // yet.
   virtual void AskCertificate(const ShownCertificate& shown,
                               std::function<void(bool trusted)> answer) = 0;
-  // The router at `address` asks for a login and there is none to give, or none is left to try.
+  // The router at `address` asks for a login, and there is no login, or it was refused.
   virtual void AskLogin(const QString& address,
                         std::function<void(std::optional<TypedLogin>)> answer) = 0;
-  // Asked once for each address in a job: whoever asks remembers the answer.
+  // Asked once for each address in a job: the caller remembers the answer.
   virtual void AskOtherAddress(const OtherAddress& other,
                                std::function<void(bool allowed)> answer) = 0;
   // The engine asks this one inside the page's script, so it is answered before it returns.
-  // Nothing: nobody was asked, and the page gets OK, or what it proposed itself.
+  // Nothing: the user was not asked, and the page gets OK, or the text that it proposed.
   virtual std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) = 0;
 };
 

@@ -10,7 +10,7 @@ namespace quayline {
 // a browser that stays open afterwards. It is the logic of the page view window.
 //
 // A popup is shown in place of the page; the script stays on the page. A page's error ends the
-// script, and nothing else: the user has the page in hand.
+// script only: the user goes on working with the page.
 class PageViewRunner final : public ScriptRunner {
   Q_OBJECT
 

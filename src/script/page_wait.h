@@ -31,13 +31,13 @@ struct WaitScope {
   std::optional<WaitLimits::Time> limit;
   // What the user is shown when the wait gets long.
   QString shown_as;
-  // Off where a run is over: its flags belong to the next one.
+  // False after the end of a run: its flags belong to the next one.
   bool heeds_flags = true;
-  // Off after the last entry: a page error costs nothing more.
+  // False after the last entry: a page error has no effect any more.
   bool heeds_errors = true;
   // Of the page. Navigations are always waited for.
   PendingWork work = PendingWork::kAny;
-  // Off for a page that gives no answer: only navigations are waited for.
+  // False for a page that gives no answer: only navigations are waited for.
   bool asks_page = true;
 };
 
@@ -60,12 +60,13 @@ struct WaitScope {
 //      As soon as a navigation begins, the wait goes on at 4.
 //   4. A navigation has begun: the wait lasts until none is under way. Starts and ends are never
 //      counted against each other: one end may serve two starts.
-//   5. The page that the browser came to goes through 3 in its turn, because pages leave for others
-//      by themselves (wait pages, refreshes). At most WaitLimits::hops times.
-// A stop, a page error and the scope's limit end the wait at every step. A page that gives no answer
-// at all is the browser's to end: it fails, and so does the wait.
+//   5. The page that the browser came to goes through 3 as well, because pages leave for others by
+//      themselves (wait pages, refreshes). At most WaitLimits::hops times. A stop, a page error and
+//      the scope's limit end the wait at every step. A page that gives no answer at all is ended by
+//      the browser: it fails, and so does the wait.
 //
-// PageWait writes no log and knows no script. Interpreter, commands and runners translate its answer.
+// PageWait writes no log and knows no script. Interpreter, commands and runners translate its
+// answer.
 class PageWait final {
  public:
   // `host` is the browser that the script drives; `show_wait` shows what a long wait is for, and an
@@ -96,7 +97,7 @@ class PageWait final {
   // Asks the page to report that it is idle. Nothing: something else ended the wait.
   Task<std::optional<IdleReport>> IdleOfPage(quint64 mark, const WaitScope& scope,
                                              const Deadline& deadline);
-  // Waits until no navigation is under way or the user says so.
+  // Waits until no navigation is under way, or the user ends the wait.
   Task<> Arrival(const WaitScope& scope, const Deadline& deadline);
 
   BrowserSet& browsers_;

@@ -13,8 +13,7 @@
 
 namespace quayline {
 
-// What a run finds around it: the window that runs it, seen through what a run needs of it. All of
-// it outlives the run.
+// What a run needs from the window that runs it. All of it outlives the run.
 struct RunEnvironment {
   JobFlags& flags;
   const JobOptions& options;
@@ -24,9 +23,9 @@ struct RunEnvironment {
   PageWait& pages;
   // The browser that the next line drives.
   std::function<PageHost*()> browser;
-  // Enables the window's button that goes on behind a debug pause.
+  // Enables the window's button that continues after a debug pause.
   std::function<void(bool)> enable_proceed;
-  // Tells the window what the run waits for; an empty text when it goes on.
+  // Reports to the window what the run waits for; an empty text when it continues.
   std::function<void(const QString&)> tell_wait;
   // Shows the window a line that is not part of the log.
   std::function<void(const QString&)> show_status;
@@ -35,7 +34,7 @@ struct RunEnvironment {
 // How a run ended.
 enum class RunEnd {
   kAllLinesDone,
-  kEntryExists,  // the router holds the entry already
+  kEntryExists,  // the router has the entry already
   kPageError,    // an error block was logged
   kStopped,
 };

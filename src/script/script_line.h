@@ -16,15 +16,15 @@ struct ScriptLine {
 
 // Reads a line strictly by position: the name is everything in front of the first opening
 // parenthesis; of the rest the first two and the last two characters are cut off, whatever they
-// are. A line without a parenthesis, or with less than those characters behind the name, has an
-// empty argument.
+// are. A line without a parenthesis, or with fewer characters after the name, has an empty
+// argument.
 ScriptLine ParseScriptLine(const QString& line);
 
-// `argument` with `inserted` put in at `position` characters before its end. An empty position, one
-// that is no whole number, and one outside the argument leave it as it is.
+// `argument` with `inserted` at `position` characters before its end. An empty position, one that
+// is no whole number, and one outside the argument leave it as it is.
 QString InsertAt(const QString& argument, const QString& position, const QString& inserted);
 
-// The letter of an entry: A for 1, B for 2; behind Z come the characters that follow it.
+// The letter of an entry: A for 1, B for 2; after Z come the characters that follow it.
 QString EntryLetter(int entry_index);
 
 // The whole number that a text holds, with blanks around it and a sign allowed; nothing for any

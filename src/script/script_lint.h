@@ -27,7 +27,7 @@ struct LintFinding {
 
 // Finds what is wrong with a line before a router sees it. A script never fails: a line that is no
 // command is a comment, and a missing field is that of an earlier line. So the lint reports lines
-// that would silently do nothing, or something else than they say. Each line is judged by itself,
+// that would silently do nothing, or something else than they say. Each line is checked by itself,
 // against its command's row.
 QList<LintFinding> LintScriptLine(const QString& line);
 

@@ -49,8 +49,8 @@ struct ScriptRun {
   // Part `number` (1 to 4) of the entry's address; empty where the address has no such part.
   QString IpPart(int number) const { return ip_parts.value(number - 1); }
 
-  // The page's own word for the entry's protocol, as far as the script has stated it; nothing for
-  // a protocol that is none of the three.
+  // The page's own word for the entry's protocol, as far as the script has set it; nothing for an
+  // unknown protocol.
   std::optional<QString> TypeChoice() const {
     if (given.UsesBoth()) {
       return type_choice_both;
@@ -70,7 +70,7 @@ struct ScriptRun {
   QStringList fields;  // of the current line, with what was inserted: see ReadArgument()
   QString url;         // the last address built, as the log shows it
 
-  // What the page's markup was at its last answer; empty where that does not tell anything of it.
+  // What the page's markup was at its last answer; empty if it is not known.
   QString markup_state;
 
   // The page has pending work that nothing has waited for yet.

@@ -12,11 +12,11 @@ namespace quayline {
 QString StatusText(const QString& status);
 QString StatusText(int status);
 
-// The status for an error of the network stack (its negative error numbers); the number itself
-// where there is none.
+// The status for an error of the network stack (its negative error numbers); the number itself if
+// there is none.
 int StatusOfNetError(int net_error);
 
-// What a status asks the user to look at.
+// What the user should check because of a status.
 enum class StatusNotice { kNone, kAccessDenied, kNotFound };
 StatusNotice NoticeOfStatus(const QString& status_text);
 

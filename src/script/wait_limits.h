@@ -17,8 +17,8 @@ struct WaitLimits {
 
   // Read by page_watch and page_idle.
 
-  // Timers that a document starts while it loads: longer ones are clocks far more often than they
-  // are content.
+  // Timers that a document starts while it loads: longer ones show the time or refresh something
+  // far more often than they load content.
   Time load_timer{50};
   // Timers that a page starts after an action, or had started when something is missing on it.
   Time action_timer{2500};
@@ -44,14 +44,14 @@ struct WaitLimits {
   Time message{2500};
   // How often the same request or timer is seen before it counts as periodic.
   int periodic_rounds = 3;
-  // A page that is not painted gets no animation frames: a timer runs them after this time.
+  // A page that is not rendered gets no animation frames: a timer runs them after this time.
   Time animation_frame{40};
   // A page whose own markup leaves for another within this time is followed.
   Time refresh{2000};
-  // Messages that a page scripts sends itself, one after the other, so that the tasks which the page
-  // has queued run first.
+  // Messages that a page's script sends to itself, one after the other, so that the tasks which the
+  // page has queued run first.
   int task_hops = 8;
-  // How often a page with pending work is looked at again.
+  // The interval at which a page with pending work is checked again.
   Time look_again{50};
   // A document that cannot be watched: four timers, two animation frames, and this time in all.
   Time unwatched{30};
@@ -63,10 +63,10 @@ struct WaitLimits {
   int hops = 10;
   // The user is shown what is waited for after this time.
   Time long_wait{1500};
-  // A page that says nothing at all: its scripts run without an end, or its process hangs.
+  // A page that gives no answer: a script of it never ends, or its process hangs.
   Time silence{30000};
-  // Pending work of a page before a navigation that would end it. Longer than a navigation that a
-  // command was told to ignore needs to be sent, and pages that never report their end are few.
+  // Pending work of a page before a navigation that would end it. Longer than the request of a
+  // navigation takes that a command ignores; pages that never become idle are rare.
   Time before_leaving{5000};
   // The same after the last line of a job: nothing else is waiting.
   Time end_of_job{30000};
@@ -74,17 +74,17 @@ struct WaitLimits {
   // time in which it says that it is there.
   Time after_stop{10000};
   Time work_after_stop{1800};
-  // A page that says nothing when a run is stopped.
+  // A page that gives no answer when a run is stopped.
   Time silence_after_stop{1500};
   // Something that an action or a question did not find, while the page has pending work.
   Time missing{4000};
-  // How often a page is asked for words that a script waits for.
+  // The interval at which a page is searched for words that a script waits for.
   Time words_poll{10};
 
-  // A load that the program asked for and the engine never starts: it starts in the same turn of the
-  // event loop, or not at all.
+  // A load that the program asked for and the engine never starts: it starts in the same turn of
+  // the event loop, or not at all.
   Time load_start{3000};
-  // A move within the page, which has neither start nor end.
+  // A navigation within the page, which has neither start nor end.
   Time move_in_page{1000};
   // A frame that has not arrived, while no request of the page is under way; one that a form is
   // sent into; and one whose request was answered and that has no new document: that follows the
@@ -98,7 +98,7 @@ struct WaitLimits {
   Time cache_clearing{50};
   // A page is asked again to report that it is idle: its document was written again meanwhile.
   Time report_lost{1000};
-  // How often a page that gives no answer is looked at, and when a run was stopped.
+  // The interval at which a page that gives no answer is checked, and the same after a stop.
   Time silence_look{1000};
   Time silence_look_after_stop{200};
 

@@ -17,7 +17,7 @@ class CurlLoop;
 
 enum class FetchError {
   kBadAddress,    // not an http or https address
-  kNoConnection,  // the name is unknown, nobody answers, or the connection broke
+  kNoConnection,  // the name is unknown, there is no answer, or the connection broke
   kTimeout,       // no full answer within the time given
   kHttpStatus,    // an answer other than 200
   kTooLarge,      // more bytes than allowed
@@ -30,7 +30,7 @@ struct FetchLimits {
 
 // Fetches web resources in the background, on the event loop. One object can run several fetches;
 // destroying a fetch's task stops it, and destroying the object ends those under way with
-// kNoConnection. Asks servers straight, whatever proxy the environment names, keeps no cookies and
+// kNoConnection. Connects directly, without the proxy of the environment, keeps no cookies and
 // trusts no certificate that the system does not trust.
 class HttpFetch final {
  public:
@@ -39,7 +39,7 @@ class HttpFetch final {
   HttpFetch(const HttpFetch&) = delete;
   HttpFetch& operator=(const HttpFetch&) = delete;
 
-  // The body of `address` behind at most five redirects to http or https addresses. More redirects
+  // The body of `address` after at most five redirects to http or https addresses. More redirects
   // are kHttpStatus, one to another kind of address is kBadAddress.
   Task<std::expected<QByteArray, FetchError>> Get(QUrl address, FetchLimits limits);
 

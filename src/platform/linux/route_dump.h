@@ -19,7 +19,7 @@ namespace quayline {
 // it is read is read again. Nothing when the kernel gives no whole answer.
 std::optional<QList<QByteArray>> DumpRouteTable(quint16 request, quint8 family);
 
-// A view of the attributes that stand one behind the other in `length` bytes from `first`.
+// A view of the attributes in the `length` bytes from `first`, one after the other.
 class RouteAttributes final {
  public:
   RouteAttributes(const rtattr* first, qsizetype length) : first_(first), length_(length) {}

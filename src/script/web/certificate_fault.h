@@ -9,9 +9,8 @@
 
 namespace quayline {
 
-// The message that names what is wrong with the certificate that `host` shows. It is read from the
-// certificate: the engine reports only one fault, and of a router's own certificate always that
-// nobody vouches for it.
+// The message about what is wrong with the certificate of `host`. It is read from the certificate:
+// the engine reports only one fault, and for a self-signed certificate always that one.
 const Message& CertificateFault(const QSslCertificate& certificate, const QString& host);
 
 }  // namespace quayline

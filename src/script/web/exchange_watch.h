@@ -45,9 +45,9 @@ class ExchangeWatch {
   // The whole request was seen. Never known over TLS.
   bool IsRequestComplete() const { return is_request_complete_; }
   bool IsAnswered() const { return is_answered_; }
-  // The whole answer was seen. False as well where only the connection's end can tell.
+  // The whole answer was seen. False as well if only the end of the connection shows it.
   bool IsOver() const { return is_over_; }
-  // Both sides talk freely from now on (a web socket).
+  // Both sides send freely from now on (a web socket).
   bool IsOpenEnded() const { return is_open_ended_; }
 
   // Of plain HTTP: as in the request line and the status line; empty and 0 until they were seen.

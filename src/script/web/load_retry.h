@@ -24,14 +24,14 @@ class LoadRetry final : public QObject {
  public:
   explicit LoadRetry(QObject* parent = nullptr);
 
-  // The page was acted on.
+  // There was a user action on the page.
   void NoteAction() { since_action_.start(); }
   // A page of ours is requested: a GET of `url`.
   void NoteLoad(const QUrl& url);
   // Whatever fails from now on is not to be repeated.
   void NoteEnd() { since_load_.invalidate(); }
   // True when again() will follow, after a pause that grows from try to try. `net_error` is the
-  // engine's number, put right where the engine does not know better.
+  // engine's number, corrected where the engine reports another one.
   bool TryAgain(const QWebEngineLoadingInfo& failed, int net_error);
   // False when there was nothing to stop.
   bool Stop();

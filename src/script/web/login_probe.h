@@ -11,7 +11,7 @@ namespace quayline {
 
 class WebPage;
 
-// Tries the login with one request that nothing else is queued beside, in a page that nobody sees.
+// Tries the login with a single request, in a page that is not shown.
 class LoginProbe final : public QObject {
   Q_OBJECT
 

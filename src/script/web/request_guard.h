@@ -13,7 +13,7 @@ namespace quayline {
 
 // Keeps a job's browser on its router: whatever a page requests from another host, or from another
 // port or scheme of the same host, is blocked and reported. The gate enforces this for the
-// connections themselves; the guard knows the request, so it can say what was blocked and why.
+// connections themselves; the guard knows the request, so it can report what was blocked and why.
 class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   Q_OBJECT
 

@@ -16,14 +16,14 @@ class QWebEnginePage;
 namespace quayline {
 
 // Ends the process of a page whose script never ends: such a page answers no call, and takes no new
-// load. While somebody waits for the page, it is sent a trivial script from time to time. A page
-// that is silent without using the processor is left alone: it waits for an answer (a synchronous
-// request, which may be a save).
+// load. While the page is waited for, it is sent a trivial script from time to time. A page that is
+// silent without using the processor is left alone: it waits for an answer (a synchronous request,
+// which may be a save).
 class ScriptWatchdog final : public QObject {
   Q_OBJECT
 
  public:
-  // `is_needed` tells whether somebody waits for the page.
+  // `is_needed` is whether the page is waited for.
   ScriptWatchdog(std::function<bool()> is_needed, QObject* parent);
 
   void SetPage(QWebEnginePage* page);

@@ -13,17 +13,17 @@ namespace quayline {
 // Makes hosts on Qt WebEngine that share one off-the-record profile per factory, so that logins and
 // cookies end with the job. The engine starts with the first host. `options` outlives the hosts;
 // whether silent mode is on is looked at each time. `translator` outlives them as well, and so does
-// `certificates`, which knows which certificate of the router the user took on trust; without it
-// none is.
+// `certificates`, which knows which certificate of the router the user trusts; without it none is
+// trusted.
 PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
                              TrustedCertificates* certificates = nullptr);
 
-// Whether anybody looks at the pages.
+// Whether the pages are shown.
 enum class PagesAre { kSeen, kUnseen };
 
-// Sets what Qt WebEngine reads from the environment. To be called first in main(), ahead of
-// QApplication. The browser's sandbox stays on, except for root, under whom it cannot start. Pages
-// that nobody sees are not painted, which saves a quarter of a job's time.
+// Sets what Qt WebEngine reads from the environment. To be called first in main(), before
+// QApplication is made. The browser's sandbox stays on, except for root, under whom it cannot
+// start. Pages that are not shown are not rendered, which saves a quarter of a job's time.
 void PrepareWebEngine(PagesAre pages = PagesAre::kSeen);
 
 }  // namespace quayline

@@ -22,19 +22,19 @@ class WebPage final : public QWebEnginePage {
  public:
   WebPage(WebProfile& profile, PageQuestions& questions, QObject* parent);
 
-  // The user has a dialog of the page before him. Its answer returns into the engine, so that the
-  // page must not be deleted before dialogAnswered().
+  // The user sees a dialog of the page. Its answer returns into the engine, so that the page must
+  // not be deleted before dialogAnswered().
   bool IsAsking() const { return dialogs_open_ > 0; }
 
   // Whether one frame is loaded, and nothing else of the page.
   void SetLonelyFrame(bool is_lonely) { is_lonely_frame_ = is_lonely; }
 
  Q_SIGNALS:
-  // One of our scripts says something; without the beacon.
+  // A message of one of our scripts; without the beacon.
   void agentSaid(const QString& text);
   void frameNavigating(const QUrl& url, quayline::FrameRequest kind);
   void told(const QString& text);
-  // A message of the page that nobody was asked about; with silent mode off.
+  // A message of the page that was answered without the user; with silent mode off.
   void messageShown(const QString& text);
   void dialogAnswered();
   // The router's login question for `url` was not answered.
@@ -65,7 +65,7 @@ class WebPage final : public QWebEnginePage {
   void AnswerLogin(const QUrl& url, QAuthenticator* authenticator);
   void JudgeCertificate(QWebEngineCertificateError error);
   PageDialogAnswer AnswerDialog(PageDialog dialog);
-  // Reports how a dialog was answered, and shows it where nobody has seen it and the user wants to.
+  // Reports how a dialog was answered, and shows it if the user has not seen it and wants to.
   void ReportDialog(const PageDialog& dialog, const PageDialogAnswer& answer, bool is_seen);
 
   WebProfile& profile_;

@@ -27,13 +27,13 @@ struct LoginAnswer {
 };
 
 // What the browsers of one job share: cookies and logins, which end with the job, the scripts that
-// stand in every page, and the router's login with the tries that are left. Owned by the factory
-// and by each host.
+// run in every page, and the router's login with the tries that are left. Owned by the factory and
+// by each host.
 class WebProfile final : public QObject {
   Q_OBJECT
 
  public:
-  // `certificates` may be missing: then no certificate is taken on trust.
+  // `certificates` may be null: then no certificate is trusted.
   WebProfile(const JobOptions& options, const Translator& translator,
              TrustedCertificates* certificates);
 
@@ -43,7 +43,7 @@ class WebProfile final : public QObject {
   QString Text(const Message& message) const { return translator_.Text(message); }
   const RequestGuard& Guard() const { return guard_; }
 
-  // Marks what our scripts say on a page's console. No page can know it.
+  // Marks the messages of our scripts on a page's console. No page can know it.
   const QString& Beacon() const { return beacon_; }
 
   // The requests that pages of the job were found to repeat by themselves, as page_watch.js writes
@@ -77,7 +77,7 @@ class WebProfile final : public QObject {
   void NoteMissing(const QUrl& url) { missing_.insert(url); }
   bool IsKnownMissing(const QUrl& url) const { return missing_.contains(url); }
 
-  // Counts what is done to the pages of the job.
+  // Counts the user actions on the pages of the job.
   quint64 Actions() const { return actions_; }
   void NoteAction() { ++actions_; }
 

@@ -6,7 +6,7 @@
 
 namespace quayline::message {
 
-// What the hosted browser says in the status box of the job window.
+// What the hosted browser reports in the status box of the job window.
 inline constexpr Message kOpeningPage{"Opening page %1"};
 inline constexpr Message kPageDone{"Done"};
 inline constexpr Message kTryingAgain{"The router does not answer. Trying again."};

@@ -30,7 +30,7 @@ class AdapterDialog final : public QDialog {
   ~AdapterDialog() override;
 
  Q_SIGNALS:
-  // OK was pressed: the address of the chosen adapter, "0.0.0.0" where there is none.
+  // OK was pressed: the address of the chosen adapter, "0.0.0.0" if it has none.
   void chosen(const QString& address);
 
  private:

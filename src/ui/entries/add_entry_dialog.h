@@ -76,7 +76,7 @@ class AddEntryDialog final : public QDialog {
   std::optional<AppPortRecord> program_;  // what "Add" of the database page adds
   QList<CustomPortRecord> customs_;       // in the order of the names' list
   ComputerNameSearch* name_search_;
-  QTimer loading_timer_;  // lets the window appear ahead of its programs
+  QTimer loading_timer_;  // the window appears before its programs are read
   Flow loading_;
   Flow adding_;
 };

@@ -13,7 +13,7 @@
 
 namespace quayline {
 
-// Finds the computer name that some routers want in each entry. Belongs to the window that adds or
+// Finds the computer name that some routers need in each entry. Belongs to the window that adds or
 // changes entries.
 class ComputerNameSearch final : public QObject {
   Q_OBJECT
@@ -21,13 +21,12 @@ class ComputerNameSearch final : public QObject {
  public:
   ComputerNameSearch(AppContext& context, Prompts& prompts, HostNames& host_names, QWidget* window);
 
-  // The name for an entry that forwards to `address`: empty at once where the selected router needs
-  // none, and empty where none is found and the user wants the address all the same. Nothing when
-  // the user does not.
+  // The name for an entry that forwards to `address`: empty at once if the selected router needs
+  // none, and empty if none is found and the user accepts that. Nothing if the user does not.
   Task<std::optional<QString>> Find(QString address);
 
  Q_SIGNALS:
-  // Between these two the network is asked, which may take seconds.
+  // Between these two the name is looked up, which may take seconds.
   void started(const QString& address);
   void ended();
 

@@ -14,20 +14,20 @@ namespace quayline {
 
 // How the fields that both entry dialogs have behave. Everything lives as long as its control.
 
-// A field for a port of the selected router: takes what may be typed as a port, and moves it into
-// the router's limits when it is left.
+// A field for a port of the selected router: accepts what may be typed as a port, and moves it into
+// the router's limits when it loses the focus.
 void MakePortField(QLineEdit& field, const RouterSession& session);
 
 // An editable box for an address, with this computer's own in its list and the first one selected.
 // `detect` opens the chooser of adapters, whose address goes into the box.
 void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapters, QWidget* window);
 
-// Keeps the places of the line and the bar that tell what goes on, so that nothing jumps when they
-// have something to tell.
+// Reserves the space of the status line and the progress bar, so that nothing moves when they
+// appear.
 void KeepStatusPlace(QLabel& line, QWidget& bar);
 
-// "TCP" and "UDP" and, where one rule can have both, "TCP/UDP"; the last one is selected but for a
-// router without it, for which that is "TCP".
+// "TCP" and "UDP" and, where one rule can have both, "TCP/UDP"; the last one is selected, or "TCP"
+// for a router without it.
 void FillProtocols(QComboBox& box, bool offers_both);
 
 }  // namespace quayline

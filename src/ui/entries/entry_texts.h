@@ -6,7 +6,7 @@
 
 namespace quayline::message {
 
-// What the entry dialogs say beside the refusals, which stand with the checks.
+// The texts of the entry dialogs. Those of the refusals are in core/entry_checks.cpp.
 inline constexpr Message kEntriesRequired{"Entries Required:"};
 inline constexpr Message kCheckingSettings{"Checking Settings..."};
 inline constexpr Message kSettingsOf{"Settings"};

@@ -13,15 +13,15 @@ class QDialog;
 
 namespace quayline {
 
-// Makes the windows of this folder for whoever opens them. Each is owned by `parent`, and deletes
-// itself when it is closed. What is referred to here outlives them.
+// Makes the windows of this folder. Each is owned by `parent`, and deletes itself when it is
+// closed. The members outlive the windows.
 struct EntryWindows {
   AppContext& context;
   Prompts& prompts;
   HostNames& host_names;
   const ForeignSettings& foreign_settings;
 
-  // `changed` is called behind each change of the port list, to store it.
+  // `changed` is called after each change of the port list, to store it.
   QDialog* AddNew(QWidget* parent, const std::function<void()>& changed) const;
   QDialog* Edit(QWidget* parent, int row, const std::function<void()>& changed) const;
   // `chosen` gets the address of the router.

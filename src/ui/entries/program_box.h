@@ -9,8 +9,8 @@
 
 namespace quayline {
 
-// The box in which the user looks for a program of the database, by its list or by typing a part of
-// its name. A text that is no program's name counts as no choice.
+// The box in which the user searches for a program of the database, by its list or by typing a part
+// of its name. A text that is no program's name selects none.
 class ProgramBox final : public QObject {
   Q_OBJECT
 
@@ -19,8 +19,8 @@ class ProgramBox final : public QObject {
   ProgramBox(QComboBox& box, const Databases& databases);
 
   bool IsEmpty() const { return programs_.isEmpty(); }
-  // Fills the list anew, in steps between which the window answers; there may be thousands of
-  // programs.
+  // Fills the list again, in steps between which the window stays responsive; there may be
+  // thousands of programs.
   Task<> Load();
   // Empties the box, without a signal.
   void ClearChoice();

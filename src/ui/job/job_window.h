@@ -20,9 +20,9 @@ namespace quayline {
 class RunDisplay;
 
 // The window of a job: the router's pages as the job works through them, its log, what the browser
-// says. The job begins half a second after the window opened, and ends with it at the latest. A
+// reports. The job begins half a second after the window opened, and ends with it at the latest. A
 // user who closes it during the job is asked; close() does not ask. The window deletes itself when
-// it is closed and a save that it was in has arrived.
+// it is closed and a save under way has arrived.
 class JobWindow final : public QWidget {
   Q_OBJECT
 

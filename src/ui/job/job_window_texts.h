@@ -6,7 +6,7 @@
 
 namespace quayline::message {
 
-// What the windows of runs say beside the log, whose texts stand with the runs.
+// The texts of the windows of runs. Those of the log are in src/script.
 inline constexpr Message kJobTitle{"Job Status"};
 inline constexpr Message kEntryOf{"Adding port %1 of %2: %3"};
 inline constexpr Message kStopping{"Stopping..."};

@@ -21,7 +21,7 @@ class RunDisplay;
 
 // The window in which the user sees the router's page of ports and removes some by hand: the view
 // script leads there, half a second after the window opened, and the page stays. The window deletes
-// itself when it is closed and a save that it was in has arrived.
+// itself when it is closed and a save under way has arrived.
 class PageViewWindow final : public QDialog {
   Q_OBJECT
 

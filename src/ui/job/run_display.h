@@ -42,7 +42,7 @@ struct RunControls {
   QPushButton* stop;
 };
 
-// Shows in a window's controls what its run says. The window owns it and everything that it is
+// Shows in a window's controls what its run reports. The window owns it and everything that it is
 // given.
 class RunDisplay final : public QObject {
   Q_OBJECT
@@ -54,8 +54,8 @@ class RunDisplay final : public QObject {
 
   // To be called once the runner has its browsers.
   void ShowOpened();
-  // To be called while the window closes: it goes at once, and deletes itself when a save on its
-  // way to the router has arrived.
+  // To be called while the window closes: it is hidden at once, and deletes itself when a save
+  // under way has arrived.
   void Leave();
 
  private:

@@ -9,8 +9,8 @@
 
 namespace quayline {
 
-// Asks the user of a window with a run what its pages ask. The window owns it, and makes it before
-// the runner that asks it.
+// Asks the user what the pages of a run ask. The window owns it, and makes it before the runner
+// that asks it.
 class RunQuestions final : public PageQuestions {
  public:
   RunQuestions(QWidget& window, Prompts& prompts, const Translator& translator,

@@ -6,7 +6,7 @@
 
 namespace quayline {
 
-// Says what the program is and which version. Deletes itself when it is closed.
+// Shows what the program is, and its version. Deletes itself when it is closed.
 class AboutDialog final : public QDialog {
   Q_OBJECT
 

@@ -19,8 +19,8 @@ class MainFrame final : public QWidget {
  public:
   MainFrame(AppContext& context, Prompts& prompts, WindowFactory windows);
 
-  // Gets everything ready, so that showing it is the last step. When the program cannot go on, it
-  // says why, and closes when that has been read.
+  // Gets everything ready, so that showing it is the last step. If the program cannot start, it
+  // shows why, and closes after that.
   void Load();
 
   MainWindow& Main() { return *main_; }
@@ -29,9 +29,9 @@ class MainFrame final : public QWidget {
 
  Q_SIGNALS:
   void startFailed();
-  // The user is done with the program, whatever still has to be brought to its end behind it.
+  // The user has closed the program, which may still have saves to finish.
   void leaving();
-  // Everything is closed, and what the router was sent has arrived: the program's end.
+  // Everything is closed, and all saves have arrived: the program can end.
   void closed();
 
  protected:

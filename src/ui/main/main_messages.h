@@ -6,8 +6,7 @@
 
 namespace quayline::message {
 
-// The texts of the main window that code puts together. Those of the update checks stand with the
-// checks.
+// The texts of the main window. Those of the update checks are in core/update_command.
 inline constexpr Message kHeaderAppName{"App Name"};
 inline constexpr Message kHeaderForwardedTo{"Forwarded To"};
 inline constexpr Message kHeaderStartPort{"Start Port"};

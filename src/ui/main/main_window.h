@@ -26,26 +26,26 @@ class MainWindow;
 
 namespace quayline {
 
-// The windows that the main window opens, made by whoever knows them.
+// Makes the windows that the main window opens.
 struct WindowFactory {
   // A job window on the current list and router, which starts by itself when it is shown.
   std::function<QWidget*()> job_status;
-  // Adds rows to the port list; `changed` is called behind each addition.
+  // Adds rows to the port list; `changed` is called after each addition.
   std::function<QDialog*(QWidget* parent, std::function<void()> changed)> add_new;
-  // Edits a row of the port list; `changed` is called when it has a new content.
+  // Edits a row of the port list; `changed` is called after it has changed.
   std::function<QDialog*(QWidget* parent, int row, std::function<void()> changed)> edit;
-  // The network adapters; `chosen` gets the gateway of the one that the user takes.
+  // The network adapters; `chosen` gets the gateway of the one that the user chooses.
   std::function<QDialog*(QWidget* parent, std::function<void(const QString&)> chosen)> network_list;
   // The router's page of ports, reached by the router's view script.
   std::function<QDialog*(QWidget* parent)> view_page;
-  // The list of routers; `chosen` gets the key of the one that the user takes.
+  // The list of routers; `chosen` gets the key of the one that the user chooses.
   std::function<QDialog*(QWidget* parent, std::function<void(int router_id)> chosen)> router_list;
   // The selected router's scripts; `written` is called when they may have changed.
   std::function<QDialog*(QWidget* parent, std::function<void()> written)> view_scripts;
 };
 
 // The main window's content, held by MainFrame: router, login, port list and the one button. It
-// shows the session and the list, stores each change of a field, and hands everything else to its
+// shows the session and the list, stores each change of a field, and leaves everything else to its
 // logic classes.
 class MainWindow final : public QMainWindow {
   Q_OBJECT
@@ -63,14 +63,14 @@ class MainWindow final : public QMainWindow {
   // As pressing "Update Router". While a job runs, the user is asked first.
   void UpdateRouter();
   // Replaces the list by that of a file, as if it had been chosen in the dialog. False when it
-  // cannot be read, which the user is told.
+  // cannot be read, which is shown to the user.
   bool OpenList(const QString& file) { return list_.OpenFile(file); }
   // As OpenList(), but asks first where the user has a list that it would replace.
   void OfferList(const QString& file) { list_.OfferFile(file); }
   const PortTotals& Totals() const { return totals_; }
 
  Q_SIGNALS:
-  // Everything that starts later is filled in.
+  // The slow half of the start has ended: everything is filled in.
   void ready();
   void exitRequested();
 
@@ -112,7 +112,7 @@ class MainWindow final : public QMainWindow {
   void AddEntries();
   void EditEntry();
   void ShowRefusal(const UpdateVerdict& verdict);
-  // Checks the list and opens the job window. The one before goes as by its Close button.
+  // Checks the list and opens the job window. A former one is closed first.
   void StartUpdate();
   void ShowJob();
   void Tell(std::initializer_list<Message> texts);

@@ -17,14 +17,14 @@ class RouterListModel final : public QAbstractListModel {
  public:
   explicit RouterListModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
 
-  // Starts anew with nothing but the placeholder.
+  // Removes all rows but the placeholder.
   void Reset(const QString& placeholder);
   void SetPlaceholder(const QString& placeholder);
   void Append(const QList<RouterName>& routers);
 
   int RouterCount() const { return std::max<int>(0, static_cast<int>(rows_.size()) - 1); }
   QString Placeholder() const { return rows_.isEmpty() ? QString() : rows_.first().name; }
-  // 0 for the placeholder and for rows that are not there.
+  // 0 for the placeholder and for rows that do not exist.
   int RouterId(int row) const;
   // The row of a router, or -1.
   int RowOf(int id) const;

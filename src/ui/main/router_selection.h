@@ -27,7 +27,7 @@ class RouterSelection final : public QObject {
   ~RouterSelection() override;
 
   // The row `index` of the list was chosen, a router with the key `id`. The placeholder (index 0)
-  // and a name that is not in the list (below 0) only bring the logo back: login, limits and
+  // and a name that is not in the list (below 0) only show the logo again: login, limits and
   // scripts of the router before them stay.
   void Select(int index, int id, const QString& name);
 

@@ -23,7 +23,7 @@ constexpr int kCorner = 19;  // width and height of the corner ellipses
 }  // namespace
 
 SplashScreen::SplashScreen() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
-  setAttribute(Qt::WA_TranslucentBackground);  // the corners, where the desktop can
+  setAttribute(Qt::WA_TranslucentBackground);  // transparent corners, if the desktop supports them
   Ui::SplashScreen form;
   form.setupUi(this);
   form.logo_label->setPixmap(ProgramLogo().pixmap(QSize(96, 96), devicePixelRatioF()));
@@ -34,16 +34,16 @@ SplashScreen::SplashScreen() : QWidget(nullptr, Qt::SplashScreen | Qt::Frameless
   form.version_label->setText(QStringLiteral("v.%1").arg(ProgramVersion()));
   form.busy_bar->SetMoving(true);
   close_timer_.setSingleShot(true);
-  connect(&close_timer_, &QTimer::timeout, this, &SplashScreen::GiveWay);
+  connect(&close_timer_, &QTimer::timeout, this, &SplashScreen::ShowMainWindow);
   close_timer_.start(1500ms);
 }
 
-void SplashScreen::GiveWay() {
+void SplashScreen::ShowMainWindow() {
   Q_EMIT timeForMainWindow();
   close();
 }
 
-// Closed ahead of its time, it brings up no window any more.
+// Closed early, it does not show the main window any more.
 void SplashScreen::closeEvent(QCloseEvent* event) {
   close_timer_.stop();
   event->accept();

@@ -7,8 +7,8 @@
 
 namespace quayline {
 
-// What is on screen while the main window gets ready behind it. Shows itself for a second and a
-// half, then says so and goes.
+// Is shown while the main window gets ready. After a second and a half it emits timeForMainWindow()
+// and closes.
 class SplashScreen final : public QWidget {
   Q_OBJECT
 
@@ -16,7 +16,7 @@ class SplashScreen final : public QWidget {
   SplashScreen();
 
  Q_SIGNALS:
-  // The main window's turn. The splash is still there and closes right behind.
+  // The main window is to be shown. The splash screen closes right after this.
   void timeForMainWindow();
 
  protected:
@@ -25,7 +25,7 @@ class SplashScreen final : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void GiveWay();
+  void ShowMainWindow();
 
   QTimer close_timer_;
 };

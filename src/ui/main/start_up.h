@@ -13,7 +13,7 @@
 
 namespace quayline {
 
-// The values of the last run that the window shows when the routers are there.
+// The values of the last run, which the window shows after the routers are loaded.
 struct StoredFields {
   QString router;
   QString router_ip;
@@ -23,9 +23,9 @@ struct StoredFields {
   QString password;
 };
 
-// What happens between the first window and the filled main window, in its order. The first half is
-// done before the window is on screen, the slow half behind it in steps, between which the window
-// answers. Belongs to the main window, which shows what the signals bring.
+// The steps from the start of the program to the filled main window. The first half is done before
+// the window is shown, the slow half after it in steps, between which the window stays responsive.
+// Belongs to the main window, which shows what the signals carry.
 class StartUp final : public QObject {
   Q_OBJECT
 
@@ -33,20 +33,20 @@ class StartUp final : public QObject {
   StartUp(AppContext& context, ListCommands& list, RouterListModel& routers,
           QObject* parent = nullptr);
 
-  // Ahead of the window: the daily check's date, the checks of the menu Advanced, the databases.
-  // The program cannot go on without them: the error is the message for the user.
+  // Before the window: the daily check's date, the checks of the menu Advanced, the databases.
+  // Without them the program cannot start: the error is the message for the user.
   std::expected<void, QString> Prepare();
 
-  // The slow half. `finished()` follows when all is filled.
+  // The slow half. `finished()` is emitted when everything is filled.
   void Begin();
-  // Ends the slow half where it stands.
+  // Cancels the slow half.
   void Cancel() { flow_.Cancel(); }
 
  Q_SIGNALS:
   void languagesRead(const QStringList& languages, const QString& current);
   void routersProgress(int loaded, int total);
   void routersLoaded(int count);
-  // The login is the stored one, which is to win over the defaults of the router that is selected.
+  // The login is the stored one, which replaces the default login of the selected router.
   void fieldsRead(const quayline::StoredFields& fields);
   void finished();
 

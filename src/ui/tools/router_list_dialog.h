@@ -21,7 +21,7 @@ class RouterListDialog;
 
 namespace quayline {
 
-// The names of all routers with a search among them. Choosing one hands its key to the main window
+// The names of all routers with a search among them. Choosing one passes its key to the main window
 // and closes this one, which deletes itself.
 class RouterListDialog final : public QDialog {
   Q_OBJECT
@@ -37,7 +37,7 @@ class RouterListDialog final : public QDialog {
   void SearchWhileTyping();
   void FindNext();
   bool Search();
-  void TellNotFound();
+  void ReportNotFound();
   void Choose();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 

@@ -21,8 +21,8 @@ class ScriptDialog;
 namespace quayline {
 
 // Shows both scripts of the selected router and writes them back to the database, each by its own
-// button. `written` is called behind each try to write, whatever came of it: what the database
-// holds then is to be read anew. The window deletes itself when it is closed.
+// button. `written` is called after each attempt to write, successful or not: the database has to
+// be read again. The window deletes itself when it is closed.
 class ScriptDialog final : public QDialog {
   Q_OBJECT
 

@@ -73,10 +73,10 @@ ScriptEditor::ScriptEditor(QWidget* parent)
   completer_->popup()->setFont(font());
   connect(completer_, qOverload<const QModelIndex&>(&QCompleter::activated), this,
           &ScriptEditor::Complete);
-  rest_timer_.setSingleShot(true);
-  rest_timer_.setInterval(150ms);
-  connect(&rest_timer_, &QTimer::timeout, this, &ScriptEditor::findingsChanged);
-  connect(document(), &QTextDocument::contentsChanged, &rest_timer_, qOverload<>(&QTimer::start));
+  typing_timer_.setSingleShot(true);
+  typing_timer_.setInterval(150ms);
+  connect(&typing_timer_, &QTimer::timeout, this, &ScriptEditor::findingsChanged);
+  connect(document(), &QTextDocument::contentsChanged, &typing_timer_, qOverload<>(&QTimer::start));
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ScriptEditor::ShowShape);
   connect(document(), &QTextDocument::contentsChanged, this, &ScriptEditor::ShowShape);
 }

@@ -63,7 +63,7 @@ class ScriptEditor final : public QPlainTextEdit {
   const Translator* translator_ = nullptr;
   ScriptHighlighter* highlighter_;
   QCompleter* completer_;
-  QTimer rest_timer_;
+  QTimer typing_timer_;
 };
 
 }  // namespace quayline

@@ -8,7 +8,7 @@
 namespace quayline {
 
 // Sets the commands of a script apart from its comments, and underlines what the lint finds. Each
-// line is judged by itself, so a key stroke costs one line.
+// line is checked by itself, so a key stroke checks one line.
 class ScriptHighlighter final : public QSyntaxHighlighter {
   Q_OBJECT
 
