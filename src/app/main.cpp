@@ -233,7 +233,7 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
     QObject::connect(&splash, &SplashScreen::timeForMainWindow, &main_window, &QWidget::show);
     splash.show();
   }
-  // The splash is painted first, and shown while the main window is made ready.
+  // The splash screen is drawn first, and shown while the main window is made ready.
   QTimer::singleShot(0, &main_window, &MainFrame::Load);
   const int result = QCoreApplication::exec();
   return main_window.HasFailed() ? 1 : result;

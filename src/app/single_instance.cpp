@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kAnswerTime = 2s;
-constexpr int kAttempts = 10;                // to get a name that somebody else has just given up
+constexpr int kAttempts = 10;  // to get a name that another instance has just released
 constexpr qsizetype kMaxRequest = 16 << 10;  // a path
 constexpr QByteArrayView kPing = "ping\n";
 constexpr QByteArrayView kOpen = "open ";
@@ -86,7 +86,7 @@ void SingleInstance::Listen() {
 
 void SingleInstance::Release() { server_.close(); }
 
-// Answers as soon as the event loop runs: that is what tells an instance from one that hangs.
+// Answers as soon as the event loop runs: a hanging instance does not.
 void SingleInstance::Serve(QLocalSocket* caller) {
   if (!caller->canReadLine()) {
     if (caller->bytesAvailable() > kMaxRequest) {

@@ -24,7 +24,7 @@ void Flow::Cancel() {
 Task<> Flow::Run(Task<> inner) {
   co_await inner;
   running_ = false;
-  // Queued: whoever hears it may delete this flow, and with it the frame that runs now.
+  // Queued: a receiver may delete this flow, and with it the frame that runs now.
   QMetaObject::invokeMethod(this, &Flow::ended, Qt::QueuedConnection);
 }
 

@@ -228,7 +228,7 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
   if (words.first() != QLatin1String("update")) {
     return std::unexpected(QStringLiteral("\"%1\" is not a command.").arg(words.first()));
   }
-  const auto update = ParseUpdate(words);  // its first word stands for the program's name
+  const auto update = ParseUpdate(words);  // its first word takes the place of the program's name
   if (!update) {
     return std::unexpected(update.error());
   }

@@ -29,7 +29,7 @@ int Fail(CliExit exit, const QString& message) {
   return static_cast<int>(exit);
 }
 
-// What the libraries say of themselves is for their developers; standard error is the job's.
+// Messages of the libraries are for their developers; standard error is for the job's.
 void DropMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
 
 [[noreturn]] void EndAtOnce() {

@@ -103,8 +103,8 @@ class EntryCheck final {
                : Refusal(Refused(Text(kAddressNeeded), EntryField::kAddress));
   }
 
-  // The rows in their order, but for the one at `skipped`. Ports of a row that are no numbers stand
-  // for those of the row before it.
+  // The rows in their order, but for the one at `skipped`. Ports of a row that are no numbers count
+  // as those of the row before it.
   Refusal Rows(const QList<PortEntry>& entries, int skipped = -1) const {
     RowPorts other;
     for (int row = 0; row < entries.size(); ++row) {

@@ -73,7 +73,7 @@ QString ClampedPort(const QString& typed, const PortLimits& limits) {
     return typed;
   }
   const bool is_negative = match.captured(1) == QLatin1Char('-');
-  // One that does not fit is beyond either limit all the same.
+  // A number that does not fit into an int is beyond either limit.
   const int port = PortNumber(typed).value_or(is_negative ? std::numeric_limits<int>::min()
                                                           : std::numeric_limits<int>::max());
   if (port < limits.min_port) {

@@ -39,8 +39,8 @@ std::optional<QString> PortText(const QByteArray& text) {
   return QString::number(port);
 }
 
-// What stands between the first `at` and the next `end` (null: the line's end). Empty without
-// either: a number that the file's end cuts short would be another port.
+// The text between the first `at` and the next `end` (null: the line's end). Empty without either:
+// a number that the file's end cuts short would be another port.
 QByteArray Between(const QByteArray& text, const char* at, const char* end) {
   const qsizetype marker = text.indexOf(at);
   if (marker < 0) {

@@ -110,7 +110,7 @@ std::expected<QByteArray, ListFileError> ReadListBytes(const QString& file_name)
   if (!file.open(QIODevice::ReadOnly)) {
     return std::unexpected(ListFileError::kCannotOpen);
   }
-  // The size is only what the file system says: some files grow while they are read.
+  // The size is only what the file system reports: some files grow while they are read.
   QByteArray bytes =
       file.size() > kMaxListFileBytes ? QByteArray() : file.read(kMaxListFileBytes + 1);
   if (file.size() > kMaxListFileBytes || bytes.size() > kMaxListFileBytes) {

@@ -48,7 +48,8 @@ void PortListModel::Replace(int row, const PortEntry& entry) {
   Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
 }
 
-// From the end, so that the places of the rows ahead hold; neighbours go in one step.
+// From the end, so that the numbers of the rows before stay valid; consecutive rows are removed in
+// one step.
 void PortListModel::Remove(QList<int> rows) {
   rows.removeIf([this](int row) { return row < 0 || row >= rowCount(); });
   std::ranges::sort(rows);

@@ -18,8 +18,8 @@ namespace {
 
 constexpr int kMaxErrorLetters = 200;
 
-// In the build tree beside the program, in an installation among the programs that nobody calls by
-// hand.
+// In the build tree beside the program, in an installation among the programs that no user starts
+// by hand.
 QString ReaderPath() {
   const QString folder = QCoreApplication::applicationDirPath();
   const QString installed = folder + QStringLiteral("/../libexec/quayline/quayline-reader");

@@ -22,7 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // In the same folder, since only a rename within a file system replaces a file in one step. The
-// suffix tells such a file from a copy that the user made.
+// suffix distinguishes such a file from a copy that the user made.
 QString TemporaryName(const QString& path) {
   QString letters;
   for (int i = 0; i < 6; ++i) {
@@ -31,7 +31,7 @@ QString TemporaryName(const QString& path) {
   return path + QLatin1Char('.') + letters + QStringLiteral(".unfinished");
 }
 
-// A new file has the rights that the user's umask gives it, unless the caller knows better. It
+// A new file has the rights that the user's umask gives it, unless the caller gives others. It
 // never has more rights than it will have at the end.
 bool Create(QFile& file, const QString& target,
             std::optional<QFileDevice::Permissions> permissions) {
@@ -49,14 +49,14 @@ bool WriteAndReplace(QFile& file, const QByteArray& bytes, const QString& target
                      QFile::encodeName(target).constData()) == 0;
 }
 
-// The file that a link stands for, so that the link stays.
+// The target of a link, so that the link stays.
 QString WithoutLinks(const QString& path) {
   const QFileInfo file(path);
   const QString target = file.isSymLink() ? file.canonicalFilePath() : QString();
   return target.isEmpty() ? path : target;
 }
 
-// Earlier versions left names of six letters; a word in one case may be the user's own, as in
+// Earlier versions left names of six letters; letters of one case may be the user's own, as in
 // "settings.ini.backup".
 bool IsUnfinishedWrite(const QString& name) {
   static const QRegularExpression own(

@@ -168,7 +168,7 @@ std::optional<DatabaseError> TableFile::Verify() {
 }
 
 // Plain tables and indices are all that the program's own files have. Views, triggers, virtual
-// tables and expressions are code of whoever made the file.
+// tables and expressions are code of an unknown author.
 std::optional<DatabaseError> TableFile::CheckSchema(QSqlQuery& query) const {
   if (!query.exec(QStringLiteral("PRAGMA ignore_check_constraints = ON")) ||
       !query.exec(QStringLiteral("SELECT type, sql FROM sqlite_master WHERE tbl_name = '%1' "

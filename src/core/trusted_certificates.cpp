@@ -11,7 +11,7 @@ namespace {
 
 const QString kSection = QStringLiteral("trusted");
 
-// A key ends at the first "=", a section name begins a line with "[": neither stands in an address
+// A key ends at the first "=", a section name begins a line with "[": neither occurs in an address
 // but for the brackets of IPv6.
 QString KeyOf(QString address) {
   address.replace(QLatin1Char('['), QLatin1Char('('));

@@ -89,7 +89,7 @@ QString ConflictMessage(const PortConflict& conflict, const QList<PortEntry>& en
 
 QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session) {
   const PortLimits limits = LimitsOf(session);
-  // A router's row may have its limits the wrong way round: the upper one is applied last.
+  // A router's row may have its limits swapped: the upper one is applied last.
   const auto clamp = [&limits](QString& text, int& port) {
     const int clamped = std::min(std::max(port, limits.min_port), limits.max_port);
     const bool is_changed = clamped != port;

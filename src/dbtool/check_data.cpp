@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kMaxPort = 65535;
 constexpr int kMaxCustomName = 10;
-// The program numbers the entries of one program behind its short name, with two digits, and an
-// entry's name has at most ten characters.
+// The entries of one program are numbered after its short name, with two digits, and an entry's
+// name has at most ten characters.
 constexpr int kMaxShortName = 8;
 
 struct PortRange {
@@ -21,7 +21,7 @@ struct PortRange {
   int last = 0;
 };
 
-// Finds values that stand twice in one table, ignoring case.
+// Finds values that occur twice in one table, ignoring case.
 class Uniqueness final {
  public:
   Uniqueness(const char* what, Problems& problems) : what_(what), problems_(problems) {}

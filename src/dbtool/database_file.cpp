@@ -135,7 +135,7 @@ std::expected<void, QString> WriteDatabases(const ProgramData& data, const QStri
     }
     const QString path = QDir(folder).filePath(QLatin1String(name));
     files.push_back(std::make_unique<QSaveFile>(path));
-    // Flushed by hand: a full disk is not told of by commit().
+    // Flushed explicitly: commit() does not report a full disk.
     if (!files.back()->open(QIODevice::WriteOnly) || files.back()->write(*bytes) != bytes->size() ||
         !files.back()->flush()) {
       return std::unexpected(

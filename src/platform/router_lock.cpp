@@ -21,7 +21,7 @@ namespace {
 enum class Attempt { kTaken, kBusy, kImpossible };
 
 // The file of a former holder, or a new one. Another user's file can be locked as well, if it can
-// be read. Anything but a plain file is somebody's prank.
+// be read. Anything but a plain file was not made by this program.
 int OpenLockFile(const char* path) {
   int file = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (file < 0 && errno == ENOENT) {
@@ -39,7 +39,7 @@ int OpenLockFile(const char* path) {
   return file;
 }
 
-// A holder removes its file as it lets go: a lock on a file that is gone locks nobody out.
+// A holder removes its file when it releases the lock: a lock on a removed file locks nothing.
 bool IsStillThere(int file, const char* path) {
   struct stat locked{};
   struct stat named{};
@@ -98,7 +98,7 @@ std::shared_ptr<const RouterLock> RouterLocks::TryTake(const QString& router) {
   if (auto shared = taken_.value(router).lock()) {
     return shared;
   }
-  // A hash, since names of hosts are long and come from whoever typed them.
+  // A hash, since names of hosts are long and are typed by the user.
   const QByteArray hash = QCryptographicHash::hash(router.toUtf8(), QCryptographicHash::Sha256);
   const QString name =
       QStringLiteral("/quayline-router-%1.lock").arg(QLatin1String(hash.toHex().first(16)));

@@ -82,7 +82,7 @@ void FilterSystemCalls() {
   seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(openat), 1,
                    SCMP_A2(SCMP_CMP_MASKED_EQ, O_ACCMODE | O_CREAT, O_RDONLY));
   // Large pictures are scaled by several threads. The newer call hides its flags from a filter; the
-  // C library turns to the older one when it is told that there is none.
+  // C library uses the older one when the error is that the call does not exist.
   seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0);
   seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(clone), 1,
                    SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));

@@ -17,8 +17,8 @@ constexpr qint64 kMaxPixels = 50'000'000;
 constexpr int kMaxMegabytes = 256;
 constexpr QSize kShown(1024, 1024);
 
-// The formats in which router pictures come. No others are tried: a decoder is a way in, and some
-// formats are programs.
+// The formats of router images. No others are tried: a decoder can be attacked, and some formats
+// are programs.
 constexpr std::pair<QByteArrayView, const char*> kFormats[] = {
     {"\xff\xd8\xff", "jpeg"}, {"\x89PNG\r\n\x1a\n", "png"}, {"GIF8", "gif"}, {"BM", "bmp"}};
 

@@ -19,7 +19,7 @@ namespace quayline {
 
 namespace {
 
-// An address of nobody: it stands for "anywhere in the internet" when a route is asked for.
+// A reserved address that means "anywhere in the internet" when a route is asked for.
 constexpr char kSomewhere[] = "192.0.2.1";
 
 QString Dotted(in_addr address) {
@@ -102,7 +102,7 @@ class Gateways final {
 
   void AddHop(const RouteAttributes& attributes, int adapter, unsigned flags, quint32 metric) {
     const auto gateway = attributes.Value<in_addr>(RTA_GATEWAY, {});
-    // A cable that is pulled out leaves its route behind, marked as leading nowhere.
+    // The route of a cable that is pulled out stays, with the flag that it leads nowhere.
     const bool is_alive = (flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) == 0;
     const auto known = best_.constFind(adapter);
     const bool is_better = known == best_.constEnd() || metric < known->metric;

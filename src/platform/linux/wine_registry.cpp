@@ -43,7 +43,7 @@ std::optional<char16_t> TakeUnit(QByteArrayView& text, int base, int most) {
   return length > 0 ? std::optional(static_cast<char16_t>(unit)) : std::nullopt;
 }
 
-// Takes what stands behind a backslash off `text`, which is not empty.
+// Removes from `text`, which is not empty, what follows a backslash.
 QChar TakeEscaped(QByteArrayView& text) {
   static constexpr QByteArrayView kLetters = "abtnvfre";
   static constexpr QByteArrayView kControls = "\a\b\t\n\v\f\r\x1b";
@@ -80,12 +80,12 @@ std::optional<QString> TakeText(QByteArrayView& text, char closing) {
 
 QString UpToNul(const QString& text) { return text.left(text.indexOf(QChar::Null)); }
 
-// `behind` is what follows the line: hex digits go on there behind a backslash.
-QByteArray HexBytes(QByteArrayView line, QByteArrayView behind) {
+// `rest` is what follows the line: hex digits continue there after a backslash.
+QByteArray HexBytes(QByteArrayView line, QByteArrayView rest) {
   QByteArray digits;
   while (line.endsWith('\\')) {
     digits.append(line.chopped(1));
-    line = TakeLine(behind);
+    line = TakeLine(rest);
   }
   digits.append(line);
   return QByteArray::fromHex(digits);
@@ -114,8 +114,8 @@ std::optional<QString> FromBytes(const QByteArray& bytes, int type) {
   }
 }
 
-// The value that `line` holds behind "=".
-std::optional<QString> ReadValue(QByteArrayView line, QByteArrayView behind) {
+// The value that `line` has after "=".
+std::optional<QString> ReadValue(QByteArrayView line, QByteArrayView rest) {
   const qsizetype colon = line.startsWith('"') ? -1 : line.indexOf(':');
   const QByteArrayView kind = line.first(qMax<qsizetype>(colon, 0));
   line = line.sliced(colon + 1);
@@ -132,7 +132,7 @@ std::optional<QString> ReadValue(QByteArrayView line, QByteArrayView behind) {
   }
   if (kind.startsWith("hex(") && kind.endsWith(')')) {
     const QByteArray type = kind.sliced(4).chopped(1).toByteArray();
-    return FromBytes(HexBytes(line, behind), type.toInt(nullptr, 16));
+    return FromBytes(HexBytes(line, rest), type.toInt(nullptr, 16));
   }
   return std::nullopt;
 }

@@ -117,8 +117,8 @@ QString WineSettings::DriveFolder(QChar drive) const {
                                              : QString();
 }
 
-// A prefix that began under an older Wine keeps its older folders, and the newer ones may stand
-// beside them, so what the registry says comes first.
+// A prefix that began under an older Wine keeps its older folders, and the newer ones may exist
+// beside them, so the registry is read first.
 QString WineSettings::UserFolder(const QString& shell_folder,
                                  const QStringList& usual_places) const {
   QStringList paths;

@@ -30,7 +30,7 @@ AdapterDialog::AdapterDialog(const Adapters& adapters, AddressPurpose purpose, Q
 
 AdapterDialog::~AdapterDialog() = default;
 
-// Asked anew each time: a cable may have been plugged in since the window opened.
+// Asked again each time: a cable may have been plugged in since the window opened.
 void AdapterDialog::ShowAdapter(int row) {
   const Adapter shown = adapters_.List().value(row);
   ui_->gateway_edit->setText(shown.gateway);

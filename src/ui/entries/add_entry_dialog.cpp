@@ -103,7 +103,7 @@ void AddEntryDialog::ConnectDatabasePage() {
   ui_->installed_box->setCurrentIndex(-1);
   IgnoreWheel(ui_->installed_box);
   connect(ui_->installed_box, &QComboBox::textActivated, this, &AddEntryDialog::Discover);
-  ui_->ports_area->viewport()->setAutoFillBackground(false);  // the card's own shows through
+  ui_->ports_area->viewport()->setAutoFillBackground(false);  // shows the background of the card
   ui_->ports_content->setAutoFillBackground(false);
   MakeAddressBox(*ui_->program_address_box, *ui_->detect_program_address_button, context_.adapters,
                  this);

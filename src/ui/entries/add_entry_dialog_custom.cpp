@@ -30,7 +30,7 @@ void AddEntryDialog::ConnectCustomPage() {
   MakeAddressBox(*ui_->custom_address_box, *ui_->detect_custom_address_button, context_.adapters,
                  this);
   FillProtocols(*ui_->protocol_box, HasRuleForBoth(session));
-  ui_->name_box->setCompleter(nullptr);  // would finish a new name by one that is known
+  ui_->name_box->setCompleter(nullptr);  // would complete a new name by a known one
   ui_->name_box->installEventFilter(this);
   FillCustomNames();
   connect(ui_->name_box, &QComboBox::activated, this, &AddEntryDialog::ChooseCustom);
@@ -38,7 +38,7 @@ void AddEntryDialog::ConnectCustomPage() {
           [this] { adding_.Start(AddCustom()); });
 }
 
-// The name's field, when it is left for another one of this window.
+// The name's field has lost the focus to another one of this window.
 bool AddEntryDialog::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusOut && watched == ui_->name_box) {
     const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
@@ -74,7 +74,7 @@ void AddEntryDialog::ChooseCustom(int index) {
   ui_->end_port_edit->setText(custom.endport);
 }
 
-// One that the selected router lacks changes nothing.
+// A protocol that the selected router lacks changes nothing.
 void AddEntryDialog::SelectProtocol(const QString& protocol) {
   if (const int found = ui_->protocol_box->findText(protocol, Qt::MatchFixedString); found >= 0) {
     ui_->protocol_box->setCurrentIndex(found);

@@ -46,7 +46,7 @@ void EditEntryDialog::reject() {
 }
 
 void EditEntryDialog::ShowEntry(const PortEntry& entry) {
-  // A program's row may have a longer name, which is not to be cut by looking at it.
+  // A program's row may have a longer name, which must not be cut.
   ui_->name_edit->setMaxLength(static_cast<int>(std::max(kMaxNameLength, entry.app_name.size())));
   ui_->name_edit->setText(entry.app_name);
   ui_->address_box->setEditText(AddressOf(entry.forwarded_to));

@@ -18,8 +18,8 @@ namespace quayline {
 
 namespace {
 
-// Keeps letters out while they are typed or pasted. What passes need not be complete: completeness
-// is asked for, with words, when the entry is added.
+// Keeps letters out while they are typed or pasted. The text need not be complete: the entry is
+// checked when it is added.
 class TypingFilter final : public QValidator {
  public:
   TypingFilter(bool (*may_be_typed)(const QString&), QObject* parent)
@@ -46,7 +46,7 @@ void MakePortField(QLineEdit& field, const RouterSession& session) {
 
 void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapters,
                     QWidget* window) {
-  box.setCompleter(nullptr);  // would finish half an address by one of the list
+  box.setCompleter(nullptr);  // would complete a part of an address by one of the list
   box.lineEdit()->setValidator(new TypingFilter(&MayBeTypedAsAddress, &box));
   FillLocalAddresses(box, ForwardableAddresses(adapters.AddressTable()));
   detect.setIcon(ThemeIcon(QStringLiteral("detect")));

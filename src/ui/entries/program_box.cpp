@@ -15,7 +15,7 @@ namespace quayline {
 
 namespace {
 
-constexpr int kProgramsAStep = 500;  // a step is well below a frame of the screen
+constexpr int kProgramsAStep = 500;  // a step takes much less than an animation frame
 
 }  // namespace
 
@@ -45,7 +45,7 @@ Task<> ProgramBox::Load() {
     for (const AppPortRecord& program : step) {
       box_.addItem(program.appname, program.id);
     }
-    box_.setCurrentIndex(-1);  // the first item of an empty box selects itself
+    box_.setCurrentIndex(-1);  // the first item of an empty box is selected automatically
     programs_ += step;
     Q_EMIT progress(static_cast<int>(programs_.size()), total);
     co_await Sleep(std::chrono::milliseconds(0));
@@ -63,11 +63,11 @@ void ProgramBox::Choose(int index) {
     return;
   }
   chosen_ = index;
-  box_.lineEdit()->setCursorPosition(0);  // of a long name the beginning tells more
+  box_.lineEdit()->setCursorPosition(0);  // the beginning of a long name is shown
   Q_EMIT chosen(programs_.at(index));
 }
 
-// What was typed is left alone, whether it is a program or not.
+// What was typed stays, whether it is a program or not.
 void ProgramBox::Settle() {
   const QString typed = box_.currentText();
   if (chosen_ >= 0 && typed == programs_.at(chosen_).appname) {

@@ -47,7 +47,7 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
   start_timer_.start(500ms);
 }
 
-// The job first: its browsers show themselves in this window's widgets.
+// The job is destroyed first: its browsers use this window's widgets.
 JobWindow::~JobWindow() { runner_.reset(); }
 
 void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
@@ -119,7 +119,7 @@ void JobWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void JobWindow::closeEvent(QCloseEvent* event) {
-  if (event->spontaneous() && IsWorking()) {  // the user's, by the window's frame
+  if (event->spontaneous() && IsWorking()) {  // by the user, with the window's frame
     event->ignore();
     CloseAfterAsking();
     return;

@@ -44,7 +44,7 @@ PageViewWindow::PageViewWindow(AppContext& context, Prompts& prompts, PageHostFa
   start_timer_.start(500ms);
 }
 
-// The run first: its browsers show themselves in this window's widgets.
+// The run is destroyed first: its browsers use this window's widgets.
 PageViewWindow::~PageViewWindow() { runner_.reset(); }
 
 void PageViewWindow::Run() {
@@ -74,7 +74,7 @@ void PageViewWindow::ShowEnd() {
   ui_->stop_button->setEnabled(false);
 }
 
-// Every way of closing comes through here.
+// Called however the window is closed.
 void PageViewWindow::done(int result) {
   start_timer_.stop();
   context_.job_flags.SetPageErrorPending(true);

@@ -91,7 +91,7 @@ void RunDisplay::ConnectProgress() {
   });
 }
 
-// Debug mode may be switched on in the middle of a run, which then holds: the way on must show.
+// Debug mode may be switched on during a run, which then pauses: the button to continue is shown.
 void RunDisplay::ConnectProceed() {
   connect(&runner_, &ScriptRunner::proceedEnabled, this, [this](bool enabled) {
     controls_.proceed->setVisible(enabled || controls_.proceed->isVisible());

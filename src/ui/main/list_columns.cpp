@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(log_list, "quayline.ui.list")
 
-// Others would hide a column, or push those behind it out of reach.
+// Other widths would hide a column, or move the following ones out of view.
 constexpr int kMinWidth = 16;
 constexpr int kMaxWidth = 2000;
 

@@ -59,7 +59,7 @@ void MainFrame::closeEvent(QCloseEvent* event) {
   }
   hide();
   Q_EMIT leaving();
-  // Boxes and other windows go as well; each lets go of what it runs.
+  // Boxes and other windows are closed as well; each ends what it runs.
   const QWidgetList windows = QApplication::topLevelWidgets();
   for (QWidget* window : windows) {
     if (window != this) {

@@ -33,7 +33,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory wind
       selection_(context),
       list_(context, prompts, this),
       start_up_(context, list_, routers_) {
-  setWindowFlags(Qt::Widget);  // the frame is that of the window around it
+  setWindowFlags(Qt::Widget);  // it is a child of MainFrame
   ui_->setupUi(this);
   DressUp();
   ConnectRouter();
@@ -98,7 +98,8 @@ void MainWindow::ConnectRouter() {
   completer->setCaseSensitivity(Qt::CaseInsensitive);
   completer->setFilterMode(Qt::MatchContains);
   ui_->router_box->setCompleter(completer);
-  IgnoreWheel(ui_->router_box);  // a turn over it would choose routers and replace the typed login
+  IgnoreWheel(
+      ui_->router_box);  // a turn over it would choose another router and replace the typed login
   connect(ui_->router_box, &QComboBox::activated, this, &MainWindow::SelectRouterRow);
   connect(ui_->router_box->lineEdit(), &QLineEdit::editingFinished, this,
           &MainWindow::SettleRouter);
@@ -187,7 +188,7 @@ void MainWindow::SetTimers() {
           [this] { NoteStored(context_.settings.StorePending()); });
 }
 
-// What is typed before the stored values are there would be overwritten by them.
+// What is typed before the stored values are loaded would be overwritten by them.
 void MainWindow::SetInputsEnabled(bool enabled) {
   ui_->router_card->setEnabled(enabled);
   ui_->login_card->setEnabled(enabled);
@@ -333,8 +334,8 @@ void MainWindow::ShowJob() {
   job_window_->activateWindow();
 }
 
-// Each key that is typed is stored: the first failure is shown, the next ones while the retries
-// last are not.
+// Every key stroke is stored: the first failure is shown, further ones are not until a retry has
+// succeeded.
 void MainWindow::NoteStored(bool is_stored) {
   if (is_stored) {
     retry_timer_.stop();
@@ -344,8 +345,8 @@ void MainWindow::NoteStored(bool is_stored) {
   }
 }
 
-// A value that is in the file already is not written again: showing the stored values at the start,
-// or choosing a router with the user's own login, writes nothing.
+// A value that is in the file already is not written again: showing the stored values at the start
+// writes nothing.
 void MainWindow::Store(const char* key, const QString& value) {
   if (context_.settings.Value(key) != value) {
     NoteStored(context_.settings.SetValue(key, value));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// The port list of the main window, and the windows that work on it.
+// The port list of the main window, and the windows that change it.
 
 #include <QDragEnterEvent>
 #include <QMimeData>
@@ -96,7 +96,7 @@ void MainWindow::SetListKeys() {
   }
 }
 
-// A row that is added ahead of the stored ones would be written over them.
+// A row that is added before the stored ones are loaded would overwrite them.
 void MainWindow::SetListEnabled(bool enabled) {
   ui_->list_card->setEnabled(enabled);
   for (QAction* action :
@@ -109,7 +109,7 @@ void MainWindow::ShowListMenu(const QPoint& position) {
   ui_->list_menu->popup(ui_->port_list_view->viewport()->mapToGlobal(position));
 }
 
-// There is always a row that Remove means, as long as there is one at all.
+// One row is always selected, so that Remove has a row to remove.
 void MainWindow::KeepRowSelected() {
   const int rows = context_.port_list.rowCount();
   if (rows > 0 && !ui_->port_list_view->selectionModel()->hasSelection()) {

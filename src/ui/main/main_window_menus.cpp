@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// What the menus of the main window do beside the port list.
+// The menus of the main window, except for those of the port list.
 
 #include "ui/main/about_dialog.h"
 #include "ui/main/main_messages.h"

@@ -26,8 +26,8 @@ void MainWindow::ChooseRouter(int id) {
   SelectRouterRow(row);
 }
 
-// The name that is left must be that of the router whose script an update runs: half a name gives
-// way to it. An empty one stays, and is refused.
+// When the box loses the focus it must show the router whose script an update runs: an incomplete
+// name is replaced by it. An empty one stays, and is refused.
 void MainWindow::SettleRouter() {
   const QString typed = ui_->router_box->currentText();
   const int chosen = routers_.RowOf(context_.session.router_id);
@@ -41,8 +41,8 @@ void MainWindow::SettleRouter() {
   }
 }
 
-// Reading a router brings its factory login; the user's own one is put back. The fields have it
-// even where it could not be stored.
+// Reading a router sets its factory login; the user's own is restored afterwards. The fields
+// contain it even if it could not be stored.
 void MainWindow::ReloadRouter() {
   const QString username = ui_->username_edit->text();
   const QString password = ui_->password_edit->text();

@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int kRoutersAStep = 500;  // a step takes much less time than a frame of the screen
+constexpr int kRoutersAStep = 500;  // a step takes much less than an animation frame
 
 // "English | English" where nothing, or a language that is not installed, is stored.
 QString CurrentLanguage(const QStringList& languages, const QString& stored) {
@@ -63,7 +63,8 @@ Task<> StartUp::Load() {
   co_await Sleep(0ms);
   list_.LoadAtStart();
   co_await Sleep(0ms);
-  // Read before the routers are loaded: choosing one stores its factory login over the user's.
+  // Read before the routers are loaded: choosing one replaces the stored login by its factory
+  // login.
   const StoredFields fields = ReadFields();
   co_await LoadRouters();
   Q_EMIT fieldsRead(fields);

@@ -33,7 +33,7 @@ QByteArray ReadIcon(const QString& name) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Draws an SVG in which black stands for the palette's colour. The colour is looked up at each
+// Draws an SVG, with the palette's colour in place of black. The colour is looked up at each
 // painting, so that an icon made once follows the palette.
 class PaletteIconEngine final : public QIconEngine {
  public:

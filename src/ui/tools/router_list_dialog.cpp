@@ -39,7 +39,7 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
   ui_->router_list_view->setModel(list_);
   ui_->find_next_button->setIcon(ThemeIcon(QStringLiteral("search")));
   ui_->choose_button->setEnabled(false);
-  QPalette plain = ui_->router_count_edit->palette();  // it looks like what it is: a label
+  QPalette plain = ui_->router_count_edit->palette();  // it looks like a label
   plain.setColor(QPalette::Base, Qt::transparent);
   ui_->router_count_edit->setPalette(plain);
   connect(ui_->search_edit, &QLineEdit::textChanged, this, &RouterListDialog::SearchWhileTyping);
@@ -47,14 +47,14 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
   connect(ui_->router_list_view, &QListView::doubleClicked, this, &RouterListDialog::Choose);
   connect(ui_->choose_button, &QPushButton::clicked, this, &RouterListDialog::Choose);
   connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::reject);
-  // In the list Enter chooses; elsewhere it finds the next one.
+  // In the list Enter chooses a router; elsewhere it finds the next one.
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
     auto* choose = new QShortcut(QKeySequence(key), ui_->router_list_view);
     choose->setContext(Qt::WidgetShortcut);
     connect(choose, &QShortcut::activated, this, &RouterListDialog::Choose);
   }
   not_found_timer_.setSingleShot(true);
-  connect(&not_found_timer_, &QTimer::timeout, this, &RouterListDialog::TellNotFound);
+  connect(&not_found_timer_, &QTimer::timeout, this, &RouterListDialog::ReportNotFound);
   flow_.Start(LoadRouters());
 }
 
@@ -101,8 +101,8 @@ void RouterListDialog::ShowLoaded() {
   ui_->choose_button->setEnabled(names_.Count() > 0);
 }
 
-// A box in the middle of a word would take the keys that follow: it waits for the hands to rest.
-// It would be wrong, too, where the search has passed over the name that is selected.
+// A message box in the middle of a word would take the keys that follow: it is delayed until the
+// user stops typing. It is not shown if the selected name matches.
 void RouterListDialog::SearchWhileTyping() {
   not_found_timer_.stop();
   if (list_->rowCount() > 0 && !Search() &&
@@ -115,7 +115,7 @@ void RouterListDialog::SearchWhileTyping() {
 void RouterListDialog::FindNext() {
   not_found_timer_.stop();
   if (list_->rowCount() > 0 && !Search()) {
-    TellNotFound();
+    ReportNotFound();
   }
 }
 
@@ -130,7 +130,7 @@ bool RouterListDialog::Search() {
   return true;
 }
 
-void RouterListDialog::TellNotFound() {
+void RouterListDialog::ReportNotFound() {
   prompts_.TellTitled(this, Text(message::kFindTitle),
                       Text(message::kCouldNotFind) + QStringLiteral(" '") +
                           ui_->search_edit->text() + QLatin1Char('\''));

@@ -13,7 +13,7 @@ namespace quayline {
 
 namespace {
 
-// Nobody reads on behind so many, and a list of them all takes seconds to lay out.
+// More are not useful, and a list of them all takes seconds to lay out.
 constexpr qsizetype kMaxFindingsShown = 500;
 
 }  // namespace
@@ -125,7 +125,7 @@ void ScriptDialog::Save(ScriptEditor* editor, QPushButton* save, QString RouterR
   ui_->saved_label->setText(Text(message::kScriptSaved));
 }
 
-// The other script stays as the database has it, not as the other box shows it.
+// The other script stays as it is in the database, not as its editor shows it.
 bool ScriptDialog::Write(const QString& script, QString RouterRecord::* field) {
   auto record = context_.databases.FindRouter(router_id_);
   if (!record) {
@@ -136,7 +136,7 @@ bool ScriptDialog::Write(const QString& script, QString RouterRecord::* field) {
                                                 record->routerportpage);
 }
 
-// Every way of closing comes through here.
+// Called however the window is closed.
 void ScriptDialog::reject() {
   if (!ui_->view_script_editor->document()->isModified() &&
       !ui_->update_script_editor->document()->isModified()) {
