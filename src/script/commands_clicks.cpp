@@ -191,7 +191,7 @@ constexpr CommandRow kClicks[] = {
     kClickButton.Member("click_button_first_only_if_in_combo_true", kFirstInCombo),
     kClickButton.Member("click_button_last_only", kLast),
     kClickButton.Member("click_button_not_last_only", kNotLast),
-    // These two test the list alone, whatever their names say of the last entry.
+    // These two test the list alone, although their names mention the last entry.
     kClickButton.Member("click_button_last_only_if_in_combo_false", kNotInCombo,
                         &lint_text::kClicksOnEveryEntry),
     kClickButton.Member("click_button_last_only_if_in_combo_true", kInCombo,

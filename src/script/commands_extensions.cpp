@@ -24,7 +24,7 @@ struct Poll {
 };
 
 // Asks the page again and again until it answers with something else than `unwanted`: nothing
-// signals that an element or a text appears. Without a limit the wait goes on until the job is
+// signals that an element or a text appears. Without a limit the wait lasts until the job is
 // stopped. `what` is shown while it takes long.
 Task<Poll> AskWhile(CommandCall& call, PageCall question, QJsonValue unwanted, QString what,
                     std::optional<milliseconds> limit, ErrorBlock block) {
@@ -52,7 +52,7 @@ Task<Poll> AskWhile(CommandCall& call, PageCall question, QJsonValue unwanted, Q
   co_return poll;
 }
 
-// The page's word for the protocol, where the line names no item.
+// The page's text for the protocol, where the line names no item.
 QString WantedItem(const ScriptRun& run) {
   const QString text = run.fields.value(1);
   return text.isEmpty() ? run.TypeChoice().value_or(QString()) : text;
@@ -68,7 +68,7 @@ bool IsOpen(const QJsonValue& result) {
 FlowResult ChooseItem(CommandCall& call) {
   const QString text = WantedItem(call.run);
   if (text.isEmpty()) {
-    co_return std::nullopt;  // an entry of no protocol, or one that the script has no word for
+    co_return std::nullopt;  // an entry of no protocol, or one that the script has no text for
   }
   const quint64 mark = call.MarkPage();
   QJsonValue result = co_await call.Ask(page_operation::ChooseItem(call.run.argument, text));
@@ -128,7 +128,7 @@ void LogTextMissing(const CommandCall& call, const QString& text) {
   call.env.log.Append(LineBreak());
 }
 
-// A save that the router refuses answers with an ordinary page: only its text tells.
+// A save that the router refuses answers with an ordinary page: only its text shows it.
 FlowResult ExpectPageText(CommandCall& call) {
   const QString text = call.run.argument.isEmpty() ? call.run.given.entry_name : call.run.argument;
   const Poll poll = co_await AskWhile(call, page_operation::PageShowsText(text), false, text,

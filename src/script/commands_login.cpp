@@ -45,7 +45,7 @@ FlowResult SetPasswordCombineValueToName(CommandCall& call) {
   co_return co_await SetLoginBox(call, run.given.password);
 }
 
-// Types into the box with the given number. Nobody waits for the keys, and they are sent whether
+// Types into the box with the given number. The keys are not waited for, and they are sent whether
 // the box was there or not.
 FlowResult TypeByPosition(CommandCall& call, QString position, QString keys) {
   const QJsonValue result =

@@ -121,7 +121,7 @@ constexpr CommandRow kToggles[] = {
         .ask = SetSecondRadio,
         .help = "Chooses the second radio button of this name.",
     },
-    // These two act on the first button of the name, as scripts in the field expect.
+    // These two use the first button of the name, as scripts in the field expect.
     kSetRadio.Member("set_2ndradiobutton_if_in_combo_false", kNotInCombo, &lint_text::kFirstButton),
     kSetRadio.Member("set_2ndradiobutton_if_in_combo_true", kInCombo, &lint_text::kFirstButton),
     kSetBox,

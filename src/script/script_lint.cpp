@@ -41,7 +41,7 @@ QList<Field> SplitFields(const CommandRow& row, const Field& argument) {
   return fields;
 }
 
-// Code that goes on after a comma, where a position or nothing is meant to follow.
+// Code that continues after a comma, where a position or nothing is meant to follow.
 bool LosesCode(const CommandRow& row, const QList<Field>& fields) {
   const bool is_code = row.fields.front().kind == FieldKind::kJavaScript;
   const QString after = fields.value(1).text;
@@ -190,7 +190,7 @@ void LineLint::LintFields(const CommandRow& row) {
   }
 }
 
-// One finding is enough: whoever adds the field that is needed adds those in front of it.
+// One finding is enough: adding the field that is needed adds those in front of it.
 void LineLint::LintMissing(const CommandRow& row, const QList<Field>& fields) {
   const auto missing =
       row.fields.subspan(std::min(row.fields.size(), static_cast<size_t>(fields.size())));

@@ -16,7 +16,7 @@ struct StatusRow {
   const char* text;
 };
 
-// Later rows win: one status stands here twice.
+// Later rows win: one status is listed twice.
 constexpr StatusRow kStatusRows[] = {
     {nullptr, "502", "BAD_GATEWAY(502)"},
     {nullptr, "405", "BAD_METHOD(405)"},

@@ -14,7 +14,7 @@ namespace quayline {
 
 namespace {
 
-// A name of a certificate may stand for all hosts of a domain: "*.lan".
+// A name of a certificate may cover all hosts of a domain: "*.lan".
 bool IsNameOf(const QString& name, const QString& host) {
   if (name.startsWith(QLatin1String("*."))) {
     const qsizetype dot = host.indexOf(QLatin1Char('.'));

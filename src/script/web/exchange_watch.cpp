@@ -16,8 +16,8 @@ constexpr qsizetype kMaxLine = 1024;
 
 constexpr int kDataRecord = 23;
 constexpr qsizetype kRecordHeader = 5;
-// Servers send up to two session tickets ahead of their first answer. Each is a record of its own,
-// of about 100 to 300 bytes.
+// Servers send up to two session tickets before their first answer. Each is a record of its own, of
+// about 100 to 300 bytes.
 constexpr int kMaxTickets = 2;
 constexpr qsizetype kMaxTicket = 400;
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // Reports to the host what the engine reports to pages alone: scripts and style sheets that failed
-// to load, the error that an error page stands for, a document that is too large to work with, the
-// status of a frame's document that came over TLS, and the end of a load.
-// It runs in the agent's script world, where the page cannot reach it.
+// to load, the error of an error page, a document that is too large to work with, the status of a
+// frame's document that came over TLS, and the end of a load. It runs in the agent's script world,
+// where the page cannot reach it.
 function installLoadReport(beacon) {
   'use strict';
 

@@ -18,7 +18,7 @@ constexpr WaitLimits kLimits;
 
 bool IsAway(const QWebEngineLoadingInfo& failed, int net_error) {
   constexpr int kComeAgain = 503;
-  // Refused, failed, no network, unreachable, not answered: nobody got the request.
+  // Refused, failed, no network, unreachable, not answered: the request reached no server.
   static const QSet<int> unreached{-102, -104, -106, -109, -118};
   return failed.errorDomain() == QWebEngineLoadingInfo::HttpStatusCodeDomain
              ? failed.errorCode() == kComeAgain

@@ -57,7 +57,7 @@ void PrepareWebEngine(PagesAre pages) {
   }
   if (pages == PagesAre::kUnseen) {
     // Standard error is the job's own there: the engine's log (of each certificate that is not
-    // signed, for one) is switched off. Without a compositor thread nothing is painted; what waits
+    // signed, for one) is switched off. Without a compositor thread nothing is rendered; what waits
     // for an animation frame is given one by the page watch.
     flags += " --disable-logging --log-level=3 --disable-threaded-compositing";
   }

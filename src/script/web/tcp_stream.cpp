@@ -139,7 +139,7 @@ void TcpStream::OnWritable() {
     return;
   }
   if (!Send()) {
-    // The other side has gone. What it said before is read first, and then its end.
+    // The other side has closed. The data that it sent before is read first, and then its end.
     unsent_.clear();
     if (state_ == State::kClosing) {
       Release();

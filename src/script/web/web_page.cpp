@@ -19,12 +19,12 @@ namespace quayline {
 
 namespace {
 
-// A page's message is told in the status box; a page can be wordy.
-constexpr int kMaxToldCharacters = 500;
-constexpr int kMaxMessages = 100;  // of one page; one that goes on for ever tells nothing new
+// A page's message is shown in the status box; it may be long.
+constexpr int kMaxShownCharacters = 500;
+constexpr int kMaxMessages = 100;  // of one page; an endless series adds nothing new
 
 QString Shortened(const QString& text) {
-  return text.size() > kMaxToldCharacters ? text.left(kMaxToldCharacters) + QChar(0x2026) : text;
+  return text.size() > kMaxShownCharacters ? text.left(kMaxShownCharacters) + QChar(0x2026) : text;
 }
 
 // Alone or nearly so: a document, or what a script requests. Images, scripts and style sheets are
@@ -181,7 +181,7 @@ void WebPage::AnswerLogin(const QUrl& url, QAuthenticator* authenticator) {
 }
 
 // A certificate of the router's own that the user took stays good as long as it is the same. A
-// router that was reset has a new one, and its user no other way in than to be asked again. What
+// router that was reset has a new one, and its user can only get in if he is asked again. What
 // other hosts show has to hold by itself.
 void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   const QUrl url = error.url();

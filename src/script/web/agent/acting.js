@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Acts on elements as a person would. Each event may make the page redraw the element: so it is
+// Performs user actions on elements. Each event may make the page redraw the element: so it is
 // looked up again after every event, and an operation is successful only if the element that is in
 // the page at the end is as wanted.
 
-// A step that fails is skipped: the page has the last word on its elements.
+// A step that fails is skipped: the page may have refused the change.
 function attempt(step) {
   try {
     return step();

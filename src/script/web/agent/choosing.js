@@ -146,7 +146,7 @@ function scrollOn(list) {
   if (list.scrollTop === before) {
     moveTo(before + list.clientHeight * PART);
   }
-  // A view that is not painted sends none of its own.
+  // A view that is not rendered sends none of its own.
   attempt(() => sendTo(list, new Event('scroll')));
   return list.scrollTop === before ? FAILED : SCROLLED;
 }

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// The page agent finds elements of a page, reads them and acts on them. One copy lives in every
-// document, frames included, from before the page's first script runs. It has a script world of its
-// own: it shares the page's elements, and nothing that a page does to the built-ins of its scripts
-// reaches it.
+// The page agent finds elements of a page, reads them and performs user actions on them. One copy
+// lives in every document, frames included, from before the page's first script runs. It has a
+// script world of its own: it shares the page's elements, and nothing that a page does to the
+// built-ins of its scripts reaches it.
 //
 // The files of this folder are joined in the body of one function and see each other's functions;
 // the last, entry.js, has the function that sets the agent going.
@@ -204,8 +204,8 @@ function handlerReader(document_, handler) {
 
 // ---- What is shown ----
 
-// An element of a frame belongs to other classes than those of this window: kinds of nodes are told
-// apart by number.
+// An element of a frame belongs to other classes than those of this window: kinds of nodes are
+// distinguished apart by number.
 function isElement(node) {
   return node !== null && nodeTypeOf(node) === Node.ELEMENT_NODE;
 }
@@ -214,7 +214,7 @@ function isShadowRoot(node) {
   return node !== null && nodeTypeOf(node) === Node.DOCUMENT_FRAGMENT_NODE;
 }
 
-// The element around another one as the page is painted: through slots and out of shadow roots.
+// The element around another one as the page is rendered: through slots and out of shadow roots.
 function parentOf(element) {
   const parent = slotOf(element) || parentNodeOf(element);
   if (isShadowRoot(parent)) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Finds elements. A search gives a place: the element found, and `again`, a function that finds the
-// element that a page has put there since. `exact` says whether case counted.
+// Finds elements. A search returns a place: the element found, and `again`, a function that finds
+// the element that a page has put there since. `exact` is whether case counted.
 
 // The element at a place now: the one found, or, once the page has redrawn it, its successor. Null
 // if there is none.
@@ -168,7 +168,7 @@ function findByCaption(document_, wanted, test) {
 const FIELD = 'input:not([type=hidden i]),select,textarea,[role=combobox],[role=listbox],' +
   '[role=textbox],[role=spinbutton],[role=switch],[role=checkbox],[aria-haspopup]';
 
-// What a label says, without the choices of a list inside it.
+// The text of a label, without the choices of a list inside it.
 function labelText(label) {
   const walker = walkTree(documentOf(label), label, NodeFilter.SHOW_TEXT);
   let text = '';
@@ -180,7 +180,7 @@ function labelText(label) {
   return collapse(text).replace(/[\s:*]+$/, '');
 }
 
-// The field that a label stands before, where the markup does not join the two.
+// The field that follows a label, where the markup does not connect the two.
 function fieldAfter(label) {
   const LEVELS = 3;
   let around = parentNodeOf(label);

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Reports when a page is idle: when nothing that it was asked to do can start a navigation any more.
-// It lives in the agent's script world, in the top document as in every frame, and speaks with the
-// watch of each document (page_watch.js) by the events `ask` and `reply`; `beacon` marks what is
-// reported to the host through the console. All three are secret from the page.
+// Reports when a page is idle: when nothing that it was asked to do can start a navigation any
+// more. It lives in the agent's script world, in the top document as in every frame, and
+// communicates with the watch of each document (page_watch.js) by the events `ask` and `reply`;
+// `beacon` marks what is reported to the host through the console. All three are secret from the
+// page.
 function installPageIdle(beacon, ask, reply, limits) {
   'use strict';
 
@@ -116,8 +117,8 @@ function installPageIdle(beacon, ask, reply, limits) {
     return askWatches('count').later;
   };
 
-  // A page that an action has led to and that offers nothing to do is on its way itself: many
-  // routers answer a save with a page that says "please wait" and sends it on.
+  // A page that an action has led to and that offers nothing to do will navigate by itself: many
+  // routers answer a save with a "please wait" page that redirects.
   function awaitPagesBetween() {
     const CONTROLS = 'input:not([type="hidden" i]), select, textarea, button, a[href], frameset';
     for (const window_ of reachableWindows()) {
@@ -171,7 +172,7 @@ function installPageIdle(beacon, ask, reply, limits) {
   }
 
   // For a page whose work cannot be watched: after four timers in a row (from the fifth on they are
-  // held back), and, where the page is painted, after two animation frames.
+  // held back), and, where the page is rendered, after two animation frames.
   function afterTime(then) {
     const start = performance.now();
     let over = false;

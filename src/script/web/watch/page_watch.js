@@ -9,13 +9,13 @@
 // built-ins that start pending work (timers.js, requests.js). It keeps references of its own: what
 // a page does to the built-ins later does not reach it.
 //
-// The page's idle reporter (page_idle.js) sends the event `ask`: "arm" before an action, "adopt" after
-// a question that was answered with no, "follow" when something is missing, "wait" on a page in between, "known" with the signatures that
-// are periodic, "count", and at the end "disarm", or "give up" when the wait was in vain. Each is
-// answered with the event `reply`: the number of pending items, of those that may be saves, and of
-// timers of the last action that are too long to be waited for; after "disarm" and "give up" also
-// the periodic signatures. The event comes by itself when the last item is done, and says "closing"
-// when the page closes its window.
+// The page's idle reporter (page_idle.js) sends the event `ask`: "arm" before an action, "adopt"
+// after a question that was answered with no, "follow" when something is missing, "wait" on a page
+// in between, "known" with the signatures that are periodic, "count", and at the end "disarm", or
+// "give up" when the wait was in vain. Each is answered with the event `reply`: the number of
+// pending items, of those that may be saves, and of timers of the last action that are too long to
+// be waited for; after "disarm" and "give up" also the periodic signatures. The event comes by
+// itself when the last item is done, and contains "closing" when the page closes its window.
 function installPageWatch(ask, reply, limits) {
   'use strict';
 
@@ -23,7 +23,7 @@ function installPageWatch(ask, reply, limits) {
   const method = (prototype, name) => callOf(prototype[name]);
   const descriptor = Object.getOwnPropertyDescriptor;
   const global = window;
-  // The line to the idle reporter; page_idle.js says why it is this object.
+  // The line to the idle reporter; page_idle.js explains why it is this object.
   const line = performance;
   const send = line.dispatchEvent.bind(line);
   const Answer = CustomEvent;

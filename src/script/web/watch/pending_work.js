@@ -107,7 +107,7 @@ function makePendingWork(limits, native) {
   }
 
   // Starts an item. `kind` is 'timer', 'interval', 'frame', 'request', 'resource' or 'answer';
-  // `wanted` says whether an item of this kind and length is waited for at all; a request that
+  // `wanted` is whether an item of this kind and length is waited for at all; a request that
   // `sends` something, and after an action every request, may be a save. Returns its number.
   function start(kind, signature, wanted, sends) {
     const isRequest = kind === 'request' || kind === 'answer';
@@ -149,7 +149,7 @@ function makePendingWork(limits, native) {
     }
   }
 
-  // One run of an interval is over; the interval itself goes on. An interval that the action
+  // One run of an interval is over; the interval itself continues. An interval that the action
   // started counts on for a while: it may be a count of seconds.
   function endRound(number) {
     const item = items[number];
@@ -224,7 +224,7 @@ function makePendingWork(limits, native) {
   }
 
   // A question was answered with no, as most are. Only what the page is about to do may change the
-  // answer, and no clock.
+  // answer, and not a periodic timer.
   function adopt() {
     arm();
     acting = false;
@@ -237,8 +237,8 @@ function makePendingWork(limits, native) {
     });
   }
 
-  // The page was reached by an action and has nothing to fill in or to press: it is on its way to
-  // another page. What it has pending counts like that of the action.
+  // The page was reached by an action and has nothing to fill in or to press: it navigates by
+  // itself to another page. What it has pending counts like that of the action.
   function await_() {
     if (action === 0 && !waitsForMore) {
       armed = true;
@@ -275,7 +275,7 @@ function makePendingWork(limits, native) {
     return number;
   }
 
-  // The signatures of requests that are periodic, each behind a line break: another document of the
+  // The signatures of requests that are periodic, each after a line break: another document of the
   // same job need not find out again.
   function periodicSignatures() {
     const known = keysOf(seen);

@@ -63,7 +63,7 @@ function watchTimers(work, limits, native) {
   replaceTimer('setTimeout', 'clearTimeout', 'timer');
   replaceTimer('setInterval', 'clearInterval', 'interval');
 
-  // A page that is not painted gets no animation frames: a timer runs them.
+  // A page that is not rendered gets no animation frames: a timer runs them.
   const frames = Object.create(null);  // by their number: {number, timer}
 
   function forgetFrame(id) {
