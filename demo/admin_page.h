@@ -48,7 +48,7 @@ QString FaultParagraph(const QString& text);
 // A select with the three words of ProtocolWord(); `chosen` is one of them in any case.
 QString ProtocolSelect(const QString& name, const QString& chosen);
 
-// The word of the selects for a protocol: "TCP", "UDP" or "Both".
+// The select lists' text for a protocol: "TCP", "UDP" or "Both".
 QString ProtocolWord(Protocol protocol);
 
 }  // namespace quayline::demo

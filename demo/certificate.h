@@ -10,8 +10,8 @@
 namespace quayline::demo {
 
 // What a TLS server shows: the certificate and the key of two PEM files. With both names empty they
-// are made anew, as a router makes them at its first start: signed by nobody but itself. That takes
-// the command `openssl` and a moment. An error is a sentence.
+// are generated, as a router does at its first start: self-signed. That takes the command `openssl`
+// and a moment. An error is a sentence.
 std::expected<QSslConfiguration, QString> ServerCertificate(const QString& certificate_file,
                                                             const QString& key_file);
 

@@ -43,7 +43,7 @@ std::expected<QList<ListEntry>, QString> LoadList(const QString& file_name) {
 }
 
 CompareCommand::Outcome Failed(const QString& sentence) {
-  return {.every_entry_stands = false, .output = {}, .error = sentence};
+  return {.has_every_entry = false, .output = {}, .error = sentence};
 }
 
 }  // namespace
@@ -94,8 +94,7 @@ CompareCommand::Outcome CompareCommand::Compare(QNetworkReply* reply) const {
     return Failed(entries.error());
   }
   const QList<ComparedRow> rows = CompareList(*entries, state->rules);
-  return {
-      .every_entry_stands = EveryEntryStands(rows), .output = FormatComparison(rows), .error = {}};
+  return {.has_every_entry = HasEveryEntry(rows), .output = FormatComparison(rows), .error = {}};
 }
 
 }  // namespace quayline::demo

@@ -14,12 +14,12 @@ namespace quayline::demo {
 class CompareCommand final : public QObject {
  public:
   struct Outcome {
-    bool every_entry_stands = false;
+    bool has_every_entry = false;
     QString output;  // the comparison; empty on an error
     QString error;   // a sentence; empty when there is a comparison
   };
 
-  // Over https any certificate will do: whoever answers on loopback is believed.
+  // Over https any certificate is accepted: the address is on loopback.
   CompareCommand(QString list_file, quint16 port, bool https = false);
 
   // Calls `done` once, from the event loop. Destroying the command takes the call back.

@@ -34,7 +34,7 @@ class DemoRouter final {
   DemoRouter(const DemoRouter&) = delete;
   DemoRouter& operator=(const DemoRouter&) = delete;
 
-  // Starts as the model of that name and gives the port, or a sentence that says why not. A router
+  // Starts as the model of that name and gives the port, or a sentence about the error. A router
   // that runs already is replaced, with its rules.
   std::expected<quint16, QString> Start(const QString& model, const DemoOptions& options);
 
@@ -70,7 +70,7 @@ struct RouterState {
 };
 
 QByteArray FormatState(const RouterState& state);
-// Or a sentence that says what is wrong with `json`.
+// Or a sentence about what is wrong with `json`.
 std::expected<RouterState, QString> ReadState(const QByteArray& json);
 
 }  // namespace quayline::demo

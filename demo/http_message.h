@@ -27,7 +27,7 @@ struct HttpRequest {
   QByteArray body;
   bool keep_alive = false;
 
-  // The first header of that name (given in lower case); empty when there is none.
+  // The first header of that name (given in lower case); empty if it is missing.
   QByteArray Header(QByteArrayView name) const;
 };
 
@@ -37,7 +37,7 @@ struct ParsedRequest {
   ParseStatus status = ParseStatus::kIncomplete;
   HttpRequest request;     // kComplete
   qsizetype consumed = 0;  // kComplete: the bytes up to the end of the body
-  int refusal = 0;         // kRefused: the HTTP status that says why
+  int refusal = 0;         // kRefused: the HTTP status for the reason
 };
 
 // Reads the first request of `bytes`. HTTP/1.0 and HTTP/1.1 with Content-Length; no chunks, no
@@ -61,11 +61,11 @@ QByteArray FormatResponse(const HttpResponse& response, bool keep_alive, bool he
 // The fields of a posted form (application/x-www-form-urlencoded, UTF-8).
 class FormFields final {
  public:
-  // A "%" that no two hex digits follow stands for itself; fields past kMaxFormFields are dropped.
+  // A "%" without two hex digits after it is kept; fields past kMaxFormFields are dropped.
   explicit FormFields(QByteArrayView body);
 
   bool Has(const QString& name) const;
-  // The first field of that name; empty when there is none.
+  // The first field of that name; empty if it is missing.
   QString Value(const QString& name) const;
 
  private:

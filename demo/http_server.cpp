@@ -34,7 +34,7 @@ class Connection final : public QObject {
   }
 
  private:
-  // kTunnel: the connection speaks another protocol now, and is only kept open.
+  // kTunnel: the connection uses another protocol now, and is only kept open.
   enum class State { kReading, kAnswering, kLeaving, kTunnel };
 
   void Go() {
@@ -127,7 +127,7 @@ class Connection final : public QObject {
 
 HttpServer::HttpServer(Handler handler, AnswerDelay delay, std::unique_ptr<QTcpServer> listener)
     : handler_(std::move(handler)), delay_(delay), listener_(std::move(listener)) {
-  // Unlike newConnection, this comes when a TLS connection has become one to speak over.
+  // Unlike newConnection, this is emitted after the TLS handshake.
   connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this,
           &HttpServer::TakeConnections);
 }

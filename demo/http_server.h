@@ -31,10 +31,10 @@ class HttpServer final : public QObject {
                       std::unique_ptr<QTcpServer> listener = std::make_unique<QTcpServer>());
 
   // Listens on 127.0.0.1 and nowhere else; port 0 takes any free one. Gives the port, or a sentence
-  // that says why not.
+  // about the error.
   std::expected<quint16, QString> Listen(quint16 port);
 
-  // How many connections are served at a time. One too many is closed at once, without a word.
+  // How many connections are served at a time. One too many is closed at once, without an answer.
   void SetMaxConnections(int count) { max_connections_ = count; }
   static constexpr int kMaxConnections = 256;
 

@@ -46,9 +46,9 @@ bool IsNamedAlike(const ListEntry& entry, const Rule& rule) {
   return entry.name.compare(rule.name, Qt::CaseInsensitive) == 0;
 }
 
-// Gives each entry without a rule the first rule that nobody has and that `fits` it.
-void HandOut(QList<ComparedRow>& rows, QList<Rule>& rules,
-             const std::function<bool(const ListEntry&, const Rule&)>& fits, EntryMark mark) {
+// Assigns to each entry without a rule the first free rule that `fits` it.
+void AssignRules(QList<ComparedRow>& rows, QList<Rule>& rules,
+                 const std::function<bool(const ListEntry&, const Rule&)>& fits, EntryMark mark) {
   for (ComparedRow& row : rows) {
     const auto found = std::ranges::find_if(
         rules, [&](const Rule& rule) { return !row.rule && fits(*row.entry, rule); });
@@ -62,7 +62,7 @@ void HandOut(QList<ComparedRow>& rows, QList<Rule>& rules,
 
 QLatin1String MarkText(EntryMark mark) {
   switch (mark) {
-    case EntryMark::kStands:
+    case EntryMark::kMatches:
       return QLatin1String("ok");
     case EntryMark::kOff:
       return QLatin1String("OFF");
@@ -143,22 +143,22 @@ QList<ComparedRow> CompareList(const QList<ListEntry>& entries, const QList<Rule
   // What fits fully is handed out first: a rule that merely has the name must not go to an entry
   // while a later one needs it.
   QList<Rule> free = rules;
-  const auto stands = [](const ListEntry& entry, const Rule& rule) {
+  const auto matches = [](const ListEntry& entry, const Rule& rule) {
     return rule.enabled && IsAsListed(entry, rule);
   };
-  HandOut(rows, free, stands, EntryMark::kStands);
-  HandOut(rows, free, IsAsListed, EntryMark::kOff);
-  HandOut(rows, free, IsNamedAlike, EntryMark::kDiffers);
+  AssignRules(rows, free, matches, EntryMark::kMatches);
+  AssignRules(rows, free, IsAsListed, EntryMark::kOff);
+  AssignRules(rows, free, IsNamedAlike, EntryMark::kDiffers);
   for (const Rule& rule : free) {
     rows.append({.mark = EntryMark::kExtra, .entry = {}, .rule = rule});
   }
   return rows;
 }
 
-bool EveryEntryStands(const QList<ComparedRow>& rows) {
-  const auto stands = [](const ComparedRow& row) { return row.mark == EntryMark::kStands; };
-  const auto stands_or_extra = [&](const ComparedRow& row) { return stands(row) || !row.entry; };
-  return std::ranges::any_of(rows, stands) && std::ranges::all_of(rows, stands_or_extra);
+bool HasEveryEntry(const QList<ComparedRow>& rows) {
+  const auto matches = [](const ComparedRow& row) { return row.mark == EntryMark::kMatches; };
+  const auto matches_or_extra = [&](const ComparedRow& row) { return matches(row) || !row.entry; };
+  return std::ranges::any_of(rows, matches) && std::ranges::all_of(rows, matches_or_extra);
 }
 
 QString FormatComparison(const QList<ComparedRow>& rows) {
@@ -171,7 +171,7 @@ QString FormatComparison(const QList<ComparedRow>& rows) {
   for (const ComparedRow& row : rows) {
     lines.append(RowCells(row));
     entries += row.entry ? 1 : 0;
-    standing += row.mark == EntryMark::kStands ? 1 : 0;
+    standing += row.mark == EntryMark::kMatches ? 1 : 0;
   }
   return Aligned(lines) +
          QStringLiteral("%1 of %2 entries stand on the router.\n").arg(standing).arg(entries);

@@ -21,12 +21,12 @@ struct ListEntry {
   QString address;
 };
 
-// The rows of a list file: "|" between the fields, CR LF behind each row. This is a second reader
-// of that format, on purpose: a fault of the program's own would otherwise judge itself.
+// The rows of a list file: "|" between the fields, CR LF after each row. This is a second reader of
+// that format, on purpose: a fault of the program's own would otherwise judge itself.
 QList<ListEntry> ReadList(const QByteArray& bytes);
 
 enum class EntryMark {
-  kStands,   // the rule is there as listed, and enabled
+  kMatches,  // the rule is there as listed, and enabled
   kOff,      // it is there as listed, but disabled
   kDiffers,  // a rule of that name is there, with other ports, protocol or address
   kMissing,  // there is no rule of that name
@@ -43,8 +43,9 @@ struct ComparedRow {
 // one entry only: two equal entries need two rules.
 QList<ComparedRow> CompareList(const QList<ListEntry>& entries, const QList<Rule>& rules);
 
-// Whether there is an entry, and every entry stands. An empty list proves nothing, so it is no.
-bool EveryEntryStands(const QList<ComparedRow>& rows);
+// Whether there is an entry, and every entry has its rule. False for an empty list, which proves
+// nothing.
+bool HasEveryEntry(const QList<ComparedRow>& rows);
 
 // The rows as a table, list to the left and router to the right, with a summary line.
 QString FormatComparison(const QList<ComparedRow>& rows);

@@ -44,7 +44,7 @@ int Compare(const DemoCommand& command) {
     if (!outcome.error.isEmpty()) {
       Fail(outcome.error);
     }
-    QCoreApplication::exit(outcome.every_entry_stands ? 0 : 1);
+    QCoreApplication::exit(outcome.has_every_entry ? 0 : 1);
   });
   return QCoreApplication::exec();
 }

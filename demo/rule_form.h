@@ -28,7 +28,7 @@ QString RuleRows(const RuleFieldNames& names, const TypedRule& typed);
 // The rule that such a form posted.
 TypedRule PostedRule(const RuleFieldNames& names, const FormFields& form);
 
-// The rules of the router as a table; for a router without rules one row says so.
+// The rules of the router as a table; a router without rules has one row with a text.
 QString RuleListHtml(const RuleTable& table);
 
 TypedRule AsTyped(const Rule& rule);

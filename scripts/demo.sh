@@ -6,8 +6,8 @@
 #
 # Starts the demo router on loopback, gives it the ports of data/sample-list.qyl, and then shows the
 # router's rules beside the list. Where there is a display this happens in the program's windows,
-# else, and with --cli, on the terminal. Ends with 0 only if every entry stands in the router.
-# NAME is one of the demo router's models; those that data/routers/ has a router for can be updated.
+# else, and with --cli, on the terminal. Ends with 0 only if every entry is in the router. NAME is
+# one of the demo router's models; those that data/routers/ has a router for can be updated.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

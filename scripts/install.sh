@@ -15,7 +15,7 @@ scripts/build.sh release quayline quayline-cli quayline-dbtool quayline-reader \
   quayline_databases
 cmake --install build/release --prefix "$prefix"
 
-# A desktop seldom looks for programs in a home folder: it is told where this one lies.
+# A desktop seldom searches a home folder for programs: the desktop file names the path.
 sed -i "s|^Exec=.*|Exec=\"$prefix/bin/quayline\" %f|" "$prefix/share/applications/quayline.desktop"
 
 # What each of these does, a desktop does by itself at the next login where it is missing.

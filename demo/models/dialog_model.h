@@ -9,8 +9,8 @@
 namespace quayline::demo {
 
 // A script builds the page. A rule is entered in a modal dialog whose drop-down is made of divs and
-// whose buttons have captions and no names. "Save & Apply" hands the rule over; after a countdown
-// the page asks the router to put it into effect, and only then it is in the table.
+// whose buttons have captions and no names. "Save & Apply" sends the rule; after a countdown the
+// page asks the router to put it into effect, and only then it is in the table.
 class DialogModel final : public RouterModel {
  public:
   explicit DialogModel(RuleTable& table) : table_(table) {}

@@ -8,8 +8,8 @@ namespace {
 
 constexpr char kRulesPath[] = "nat_ports.shtml";
 
-// The way such libraries were: their find() gives a place and not an element, lists turn themselves
-// into text, and the clock counts its calls.
+// As such libraries did: their find() gives an index and not an element, arrays convert themselves
+// to text, and the Date object counts its calls.
 constexpr char kLibrary[] = R"(
 var kit = {calls: 0, byName: function(name) { return document.getElementsByName(name)[0]; }};
 Array.prototype.find = function(wanted) {

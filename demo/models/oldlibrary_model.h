@@ -6,8 +6,8 @@
 
 namespace quayline::demo {
 
-// Its pages stand on an old script library that puts functions of its own in the place of the
-// browser's built-ins.
+// Its pages use an old script library that replaces with functions of its own the browser's
+// built-ins.
 class OldlibraryModel final : public FormModel {
  public:
   explicit OldlibraryModel(RuleTable& table);

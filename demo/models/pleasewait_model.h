@@ -6,7 +6,7 @@
 
 namespace quayline::demo {
 
-// Saving leads to a page that asks for patience and goes on by itself a second later.
+// Saving leads to a page that asks the user to wait and navigates by itself a second later.
 class PleasewaitModel final : public FormModel {
  public:
   explicit PleasewaitModel(RuleTable& table);

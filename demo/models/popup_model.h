@@ -7,7 +7,7 @@
 namespace quayline::demo {
 
 // The form leads to a small window that asks for the computer; its own Save stores the rule, sends
-// the page behind it to the list and closes the window.
+// the opener page to the list and closes the window.
 class PopupModel final : public FormModel {
  public:
   explicit PopupModel(RuleTable& table);

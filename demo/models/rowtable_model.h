@@ -6,7 +6,7 @@
 
 namespace quayline::demo {
 
-// All rows of the table stand on one page as numbered boxes (name_1, start_1, ...), and one button
+// All rows of the table are on one page as numbered boxes (name_1, start_1, ...), and one button
 // posts them all; the answer is the same page. A row without name and start port is free, as a row
 // of zeros is. One bad row refuses the whole page, which then shows what was typed.
 class RowtableModel final : public RouterModel {

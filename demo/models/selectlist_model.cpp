@@ -14,7 +14,7 @@ namespace {
 
 constexpr char kRulesPath[] = "virtual_servers.asp";
 
-// The rules as the page's script knows them: an object of field values each.
+// The rules for the page's script: an object of field values each.
 QString RulesScript(const QList<Rule>& rules) {
   QJsonArray array;
   for (const Rule& rule : rules) {

@@ -6,8 +6,8 @@
 
 namespace quayline::demo {
 
-// The rules stand in a select list. A rule that is there is changed with a button of its own;
-// the button for new ones refuses it.
+// The rules are in a select list. An existing rule is changed with a button of its own; the button
+// for new ones refuses it.
 class SelectlistModel final : public FormModel {
  public:
   explicit SelectlistModel(RuleTable& table);

@@ -6,8 +6,8 @@
 
 namespace quayline::demo {
 
-// One page for everything: what stands behind "#" chooses the view, rows come and rules go by
-// XMLHttpRequest, and the page asks for the state every three seconds for as long as it is open.
+// One page for everything: the text after "#" chooses the view, rows are read and rules are saved
+// by XMLHttpRequest, and the page asks for the state every three seconds for as long as it is open.
 class ShellModel final : public FormModel {
  public:
   explicit ShellModel(RuleTable& table);

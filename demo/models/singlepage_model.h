@@ -10,8 +10,8 @@ namespace quayline::demo {
 
 // One page for everything, in the manner of the component libraries: its script keeps what was
 // typed and writes it into the boxes again whenever it draws, so that a value that comes without an
-// input event is lost. The login is a request that gives a token, and the form of a rule stands in
-// an open shadow root. Rules are pending changes until a second request commits them.
+// input event is lost. The login is a request that gives a token, and the form of a rule is in an
+// open shadow root. Rules are pending changes until a second request commits them.
 class SinglepageModel final : public RouterModel {
  public:
   SinglepageModel(RuleTable& table, Login login) : table_(table), login_(std::move(login)) {}
@@ -26,7 +26,7 @@ class SinglepageModel final : public RouterModel {
 
   RuleTable& table_;
   Login login_;
-  QByteArray token_;  // empty: nobody is logged in
+  QByteArray token_;  // empty: no user is logged in
   QList<Rule> pending_;
 };
 

@@ -6,7 +6,7 @@
 
 namespace quayline::demo {
 
-// Talks in message boxes: when a box is left, before the saving, and behind it.
+// Shows message boxes: when a field loses the focus, before saving, and after it.
 class ValidatorModel final : public FormModel {
  public:
   explicit ValidatorModel(RuleTable& table);

@@ -6,8 +6,8 @@
 
 namespace quayline::demo {
 
-// Asks for its login on a page of its own and knows its user by a cookie. One user at a time: a new
-// login ends the one before it.
+// Asks for its login on a page of its own and recognises its user by a cookie. One user at a time:
+// a new login ends the one before it.
 class WebloginModel final : public FormModel {
  public:
   WebloginModel(RuleTable& table, const Login& login);
@@ -20,7 +20,7 @@ class WebloginModel final : public FormModel {
   bool HasSession(const HttpRequest& request) const;
 
   Login login_;
-  QByteArray session_;  // the cookie's value; empty: nobody is logged in
+  QByteArray session_;  // the cookie's value; empty: no user is logged in
 };
 
 }  // namespace quayline::demo
