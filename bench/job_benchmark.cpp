@@ -238,7 +238,7 @@ int Run() {
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  // As quayline-cli does: nobody sees these pages.
+  // As quayline-cli does: these pages are not shown.
   quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
   const QApplication application(argc, argv);
   return quayline::bench::Run();

@@ -21,7 +21,7 @@ namespace {
 using quayline::stress::AllWays;
 using quayline::stress::WayResult;
 
-// The numbers of the ways that a word names: by number, or by a part of the name.
+// The numbers of the ways that an argument names, by number or by a part of the name.
 std::vector<size_t> NamedBy(const std::string& word) {
   std::vector<size_t> found;
   for (size_t way = 0; way < AllWays().size(); ++way) {
@@ -93,8 +93,8 @@ class Hogs final {
 
 // Walks through pages that leave in every way there is, and counts what a job's waits missed.
 // Arguments: steps per way (default 25), threads that keep the processor busy (default 0), ways by
-// number or by a part of the name (default all). "--lanes N" ahead of them walks N times side by
-// side. The one word "list" prints the ways.
+// number or by a part of the name (default all). "--lanes N" before them walks N times in parallel.
+// The single argument "list" prints the ways.
 int main(int argc, char** argv) {
   constexpr int kDefaultSteps = 25;
   QStringList words;

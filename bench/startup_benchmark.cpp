@@ -24,7 +24,7 @@
 #include "ui/main/splash_screen.h"
 #include "ui/toolkit/theme.h"
 
-// From a process's start to its main window, filled and at rest. The program starts itself for each
+// From a process's start to its main window, filled and idle. The program starts itself for each
 // measurement and builds the windows in the same order as the desktop program does.
 
 namespace quayline::bench {
@@ -39,7 +39,7 @@ double Milliseconds(clockid_t clock) {
          static_cast<double>(time.tv_nsec) / kNanosecondsPerMs;
 }
 
-// The longest time during which the event loop answered nobody.
+// The longest time during which the event loop was blocked.
 class Heartbeat final : public QObject {
  public:
   Heartbeat() {
@@ -67,8 +67,7 @@ void Tell(const char* what, double value) {
   std::fflush(stdout);
 }
 
-// The windows as the desktop program brings them up, `begun` being the clock at the process's
-// start.
+// Opens the windows as the desktop program does; `begun` is the time of the process's start.
 int RunWindows(QApplication& application, const QString& folder, double begun) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   const Theme theme(application);
@@ -97,9 +96,9 @@ int RunWindows(QApplication& application, const QString& folder, double begun) {
     main_window.Load();
     heartbeat.Restart();
   });
-  // Long behind the splash's time; nothing is left to be done then.
-  constexpr int kAtRest = 2500;
-  QTimer::singleShot(kAtRest, &main_window, [&] {
+  // Long after the splash screen; nothing is left to be done then.
+  constexpr int kIdleAfter = 2500;
+  QTimer::singleShot(kIdleAfter, &main_window, [&] {
     constexpr double kKibPerMib = 1024;
     const TreeMemory memory = MemoryOf(getpid());
     Tell("cpu_ms", Milliseconds(CLOCK_PROCESS_CPUTIME_ID));

@@ -17,7 +17,7 @@ namespace quayline::bench {
 
 namespace {
 
-// Keeps what pages say on the console to itself.
+// Discards the console messages of pages.
 class SilentPage final : public QWebEnginePage {
  public:
   using QWebEnginePage::QWebEnginePage;
@@ -33,7 +33,7 @@ class BareContender final : public Contender {
  public:
   BareContender(const JobSite& site, PageView view, bool with_scripts)
       : site_(site),
-        page_(std::make_unique<SilentPage>(with_scripts ? &house_profile_.Engine()
+        page_(std::make_unique<SilentPage>(with_scripts ? &program_profile_.Engine()
                                                         : &bare_profile_)) {
     QObject::connect(page_.get(), &QWebEnginePage::authenticationRequired, page_.get(),
                      [this](const QUrl&, QAuthenticator* authenticator) {
@@ -133,7 +133,7 @@ class BareContender final : public Contender {
   QWebEngineProfile bare_profile_;
   JobOptions options_;
   const Translator translator_{QString()};
-  WebProfile house_profile_{options_, translator_, nullptr};
+  WebProfile program_profile_{options_, translator_, nullptr};
   std::unique_ptr<QWebEnginePage> page_;
   std::unique_ptr<QWebEngineView> view_;
   int loads_ = 0;

@@ -30,7 +30,7 @@ class ChildProcess final {
     int status = -1;                       // the exit status, or -1
     std::chrono::nanoseconds processor{};  // with all processes that it has waited for
   };
-  // Closes its standard input, drops what it still says and waits for its end.
+  // Closes its standard input, discards its remaining output and waits for its end.
   End WaitForEnd();
 
  private:

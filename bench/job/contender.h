@@ -21,15 +21,14 @@ struct JobSite {
   QList<PortEntry> entries;
 };
 
-// One way of doing the job, in a process of its own. It is told what to do by lines on standard
-// input, and says "ready" and "done" on standard output, between which it may say what it measured:
+// One way of doing the job, in a process of its own. It reads commands, one a line, from standard
+// input, and writes "ready" and "done" to standard output, with its measurements between them:
 //
-//   prepare   what has to be done ahead of each job or measurement, and does not count
-//   job       the whole job
-//   commands  "cost <what> <microseconds>" for each of many repetitions of single steps
+//   prepare   what has to be done before each job or measurement, and is not measured job       the
+//   whole job commands  "cost <what> <microseconds>" for each of many repetitions of single steps
 //   trace     the job, with "event <microseconds> <what>" for what happened when
 //
-// Everything that comes once (the browser's start, the login) is done ahead of "ready".
+// Everything that is done once (the browser's start, the login) is done before "ready".
 class Contender {
  public:
   virtual ~Contender() = default;
@@ -37,9 +36,9 @@ class Contender {
   virtual Task<> Do(QString what) = 0;
 };
 
-// How much of a page is painted.
+// How much of a page is rendered.
 enum class PageView {
-  kWindow,  // 1024 x 768, as the command line shows it to nobody
+  kWindow,  // 1024 x 768, as the command line renders it, without showing it
   kStamp,   // shown, but next to nothing fits in
   kHidden   // not shown: no painting, no keys, slow timers
 };
@@ -53,7 +52,7 @@ std::unique_ptr<Contender> MakeBareContender(const JobSite& site, PageView view,
 // The same HTTP exchange without a browser.
 std::unique_ptr<Contender> MakeHttpContender(const JobSite& site);
 
-// Says a line at once.
+// Writes a line at once.
 void Say(const QString& line);
 
 // Runs a contender until its standard input ends. Needs an application. Returns the exit status.

@@ -27,7 +27,7 @@ struct FieldValues {
 };
 FieldValues FieldsOf(const PortEntry& entry);
 
-// What is wrong with the router's table behind the job; empty when every entry stands in it once.
+// What is wrong with the router's table after the job; empty if every entry is in it once.
 QString WhatIsMissing(const QList<PortEntry>& entries, const demo::RouterState& state);
 
 // The router of the benchmark, as its text file has it. A sentence when it cannot be read.

@@ -23,7 +23,7 @@ pid_t ParentOf(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/stat");
   std::string line;
   std::getline(file, line);
-  // The name stands in parentheses and may hold any character.
+  // The name is in parentheses and may contain any character.
   const size_t name_end = line.rfind(')');
   if (name_end == std::string::npos || name_end + 4 > line.size()) {
     return 0;

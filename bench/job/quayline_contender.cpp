@@ -22,14 +22,14 @@ namespace quayline::bench {
 
 namespace {
 
-// Of the clock that pages measure by as well.
+// Of the clock that pages use, too.
 qint64 Now() {
   return std::chrono::duration_cast<std::chrono::microseconds>(
              std::chrono::system_clock::now().time_since_epoch())
       .count();
 }
 
-// What the engine knows of the page's own way, as "event <microseconds> page.<what>" lines.
+// The page's own events, as "event <microseconds> page.<what>" lines.
 constexpr char kPageTimes[] = R"((() => {
   const navigation = performance.getEntriesByType('navigation')[0];
   const names = ['fetchStart', 'requestStart', 'responseStart', 'responseEnd', 'domInteractive',
@@ -55,7 +55,7 @@ class QuaylineContender final : public Contender {
                      [this](const QString& text) { NoteLog(text); });
   }
 
-  // A job opens its browser anew; the first page is loaded for it.
+  // A job opens a new browser; its first page is loaded here.
   Task<> Prepare() override {
     runner_.Open();
     PageHost* host = runner_.ActiveHost();
@@ -103,7 +103,7 @@ class QuaylineContender final : public Contender {
   }
 
   // Each line of a script is logged when its command begins: what lies between two such lines is
-  // the whole cost of the first one's command, and of the look at the page ahead of the second.
+  // the whole cost of the first one's command, and of the check of the page before the second.
   Task<> MeasureCommands() {
     constexpr int kMany = 100;
     constexpr int kFew = 30;

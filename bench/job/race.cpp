@@ -74,7 +74,7 @@ Race::Race(const QString& bench_program, const RouterRecord& router, const RaceO
   }
   password.close();
   AdoptOrphans();
-  // Also behind a failure nothing is left running.
+  // After a failure, too, nothing is left running.
   std::atexit([] {
     for (const pid_t child : Children()) {
       kill(child, SIGTERM);
@@ -191,7 +191,7 @@ void Race::RunOne(Runner& runner, Result& result) {
 
 void Race::RunWholeProgram(Result& result) {
   // The program's browser outlives it by a moment, and the other contenders' browsers leave
-  // processes of their own behind.
+  // processes of their own.
   const std::vector<pid_t> others = Children();
   QElapsedTimer clock;
   clock.start();

@@ -35,24 +35,24 @@ struct Result {
   std::vector<double> wall_ms;
   std::vector<double> processor_ms;
   double exchanges = 0;  // with the router, an entry
-  TreeMemory memory;     // behind the last job
+  TreeMemory memory;     // after the last job
 };
 
-// Some way of doing the job, started and ready to be told.
+// A contender that is started and ready for commands.
 struct Runner {
   QString name;
   std::unique_ptr<ChildProcess> process;  // none for a program that is started for each job
 };
 
 // Lets all contenders do the same job on the same router, in turn and in each round in another
-// order, and looks at the router's table behind each job.
+// order, and checks the router's table after each job.
 class Race final {
  public:
   Race(const QString& bench_program, const RouterRecord& router, const RaceOptions& options);
 
   // Ends the program with a sentence when a contender fails or leaves a rule out.
   std::vector<Result> Run();
-  // The median cost in microseconds of each single step that a contender tells of.
+  // The median cost in microseconds of each single step that a contender reports.
   QHash<QString, double> MeasureSteps(const QString& contender);
   // The events of one job of Quayline's.
   QStringList Trace();

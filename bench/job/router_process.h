@@ -9,7 +9,8 @@
 
 namespace quayline::bench {
 
-// The demo router in its own process, so that its work is nobody's processor time but its own.
+// The demo router in its own process, so that its work does not count as a contender's processor
+// time.
 class RouterProcess final {
  public:
   RouterProcess(const QString& program, int rows, int delay_ms, bool verbose);

@@ -54,7 +54,7 @@ class EntryReader final {
  private:
   void TakeLog(const Event& event) {
     static const QRegularExpression step(QStringLiteral("Step \\d+\\. (\\w+)"));
-    // The first word of the log behind a load says that the page was proven to be at rest.
+    // The first log entry after a load means that the page was found to be idle.
     Close(Lane::kBrowser, event.time);
     const QRegularExpressionMatch match = step.match(event.what);
     if (!match.hasMatch()) {

@@ -29,7 +29,7 @@ struct EntryTrace {
 };
 
 // The entries of a trace, whose lines are "<microseconds> <what>"; in no particular order, since a
-// page tells of its own times later.
+// page reports its own times later.
 QList<EntryTrace> ReadTrace(const QStringList& events);
 
 // The entry that took the median time. There is one.

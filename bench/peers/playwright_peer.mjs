@@ -3,7 +3,8 @@
 
 // The job as an expert writes it for a general browser-driving library. Arguments: the way
 // ("calls": the library's ordinary calls; "scripts": one page script a field), the page's address,
-// the login, a file with the entries. Speaks the benchmark's lines on standard input and output.
+// the login, a file with the entries. Uses the benchmark's line protocol on standard input and
+// output.
 
 import {readFileSync} from 'node:fs';
 import {createInterface} from 'node:readline';
