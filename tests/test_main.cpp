@@ -3,9 +3,9 @@
 
 #include "test_main.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
+
+#include <gtest/gtest.h>
 
 namespace quayline::testing {
 
@@ -31,7 +31,7 @@ bool RunTask(Task<> task, std::chrono::milliseconds limit) {
 
 }  // namespace quayline::testing
 
-// A binary that needs the browser defines this to prepare it ahead of QApplication.
+// A binary that needs the browser defines this to prepare it before QApplication is made.
 extern "C" [[gnu::weak]] void QuaylinePrepareTestBinary() {}
 
 int main(int argc, char** argv) {

@@ -48,7 +48,7 @@ TEST(CliArguments, WrongWordsAreNamed) {
   }
 }
 
-TEST(CliArguments, ValuesMayStandBehindAnEqualsSign) {
+TEST(CliArguments, ValuesMayFollowAnEqualsSign) {
   const auto parsed = ParseCliArguments(
       Words("update --data=d --list l=1.qyl --router=A=B --type https:// --throttle"));
   ASSERT_TRUE(parsed);
@@ -59,7 +59,7 @@ TEST(CliArguments, ValuesMayStandBehindAnEqualsSign) {
   EXPECT_FALSE(parsed->update.user);
 }
 
-TEST(CliArguments, AnAllowedHostStandsForItsPortAlone) {
+TEST(CliArguments, AnAllowedHostAllowsItsPortOnly) {
   const struct {
     const char* option;
     const char* address;

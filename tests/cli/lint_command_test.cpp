@@ -20,7 +20,7 @@ TEST(LintCommand, TellsTheLinesAndWhetherTheyMatter) {
   const struct {
     QByteArray script;
     int exit_status;
-    QStringList lines = {};  // how the lines of the output begin, behind the file's name
+    QStringList lines = {};  // how the lines of the output begin, after the file's name
   } cases[] = {
       {"", 0},
       {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 0},

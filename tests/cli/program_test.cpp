@@ -59,7 +59,7 @@ class CliProgram : public ::testing::Test {
     EXPECT_TRUE(WriteBytes(Path(name), bytes));
   }
 
-  // The words of an update; `more` stands behind the usual ones, and in their place.
+  // The arguments of an update; `more` is added to the usual ones, and replaces them.
   QStringList Words(const QStringList& more = {}) const {
     QStringList words{u"update"_s, u"--data"_s, folder_.path(), u"--port"_s,
                       QString::number(port_)};

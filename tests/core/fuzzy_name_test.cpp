@@ -16,7 +16,7 @@ TEST(WildcardMatch, FindsThePiecesInTheirOrderAndTellsTheFirst) {
     int start, place;
   } cases[] = {
       {u"abc", u"a*c", 1, 1}, {u"cba", u"a*c", 1, 0},  {u"xabyc", u"ab*c", 1, 2},
-      {u"aa", u"a*a", 1, 1},  {u"a", u"a*a", 1, 0},  // a piece begins behind the one before
+      {u"aa", u"a*a", 1, 1},  {u"a", u"a*a", 1, 0},  // a piece begins after the one before
       {u"abc", u"", 1, 1},    {u"", u"", 1, 1},        {u"abc", u"*c", 1, 1},
       {u"abc", u"c*", 1, 3},  {u"abc", u"a**c", 1, 1}, {u"abc", u"d", 1, 0},
       {u"abab", u"ab", 2, 3}, {u"abc", u"a", 2, 0},    {u"abc", u"a", -4, 1},
@@ -53,7 +53,7 @@ TEST(FuzzyNames, PassesOverSignsAndCase) {
   }
 }
 
-TEST(FuzzyNames, TheFirstSearchBeginsBehindTheFirstNameAndAWrapNeedsASearchOfItsOwn) {
+TEST(FuzzyNames, TheFirstSearchBeginsAfterTheFirstNameAndAWrapNeedsASearchOfItsOwn) {
   int position = 0;
   for (const int found : {2, -1, 0, 2, -1}) {
     EXPECT_EQ(Names().FindNext(QStringLiteral("alpha"), false, position), found);

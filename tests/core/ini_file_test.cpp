@@ -141,7 +141,7 @@ TEST_F(IniFile, OthersCannotReadThePassword) {
   EXPECT_TRUE(is_private());
 }
 
-TEST_F(IniFile, AFailedWriteIsToldAndLeavesTheFile) {
+TEST_F(IniFile, AFailedWriteIsReportedAndLeavesTheFile) {
   const QByteArray large = QByteArray("[main]\nrouter=A\n") + QByteArray(4 << 20, ' ');
   ASSERT_TRUE(WriteBytes(path_, large));
   EXPECT_EQ(Read(), QString());

@@ -190,7 +190,7 @@ TEST_F(PortDiscovery, WhatIsNoPortNeverBecomesOne) {
   }
 }
 
-TEST_F(PortDiscovery, WhatCannotBeReadIsToldApart) {
+TEST_F(PortDiscovery, WhatCannotBeReadIsDistinguished) {
   const char* const file = APP_DATA "uTorrent/settings.dat";
   for (const char* program : {"uTorrent", "BitComet", "no such program"}) {
     EXPECT_EQ(Discover(program).outcome, DiscoveryOutcome::kNoFile) << program;
@@ -204,7 +204,7 @@ TEST_F(PortDiscovery, WhatCannotBeReadIsToldApart) {
   Add(file, QByteArray((4 << 20) + 1, 'x'));
   EXPECT_EQ(Discover("uTorrent").problem, u"4 File too large"_s);
   QFile::remove(Path(file));
-  // A file that opens, and whose first byte nobody can read.
+  // A file that can be opened, but not read.
   QFile::link(u"/proc/self/mem"_s, Path(file));
   const DiscoveredPorts broken = Discover("uTorrent");
   EXPECT_EQ(broken.outcome, DiscoveryOutcome::kUnreadable);
@@ -213,7 +213,7 @@ TEST_F(PortDiscovery, WhatCannotBeReadIsToldApart) {
   EXPECT_EQ(Lists(broken), u" "_s);
 }
 
-TEST_F(PortDiscovery, AnEmptyRegistryIsTold) {
+TEST_F(PortDiscovery, AnEmptyRegistryIsReported) {
   const QByteArray head = "WINE REGISTRY Version 2\n";
   const QByteArray opening = "[Software\\\\Classes\\\\dchub\\\\Shell\\\\Open\\\\Command]\n@=";
   for (const QByteArray& hive :

@@ -36,7 +36,7 @@ TEST(PortNumber, TakesWholeNumbersAndNothingElse) {
   }
 }
 
-// The fields of each row, with "|" behind each and "\n" behind the row.
+// The fields of each row, with "|" after each and "\n" after the row.
 QString Fields(const QList<PortEntry>& entries) {
   QString text;
   for (const PortEntry& e : entries) {
@@ -110,7 +110,7 @@ TEST_F(PortListOnDisk, ADiskThatFillsAtAnyByteLeavesTheOldList) {
   EXPECT_EQ(LoadPortList(path_), QList<PortEntry>());
 }
 
-TEST_F(PortListOnDisk, FilesThatCannotBeAListAreToldApart) {
+TEST_F(PortListOnDisk, FilesThatCannotBeAListAreDistinguished) {
   const auto error = [](const QString& path) {
     const auto loaded = LoadPortList(path);
     return loaded ? std::nullopt : std::optional(loaded.error());
@@ -121,7 +121,7 @@ TEST_F(PortListOnDisk, FilesThatCannotBeAListAreToldApart) {
   const QString pipe = folder_.filePath(QStringLiteral("pipe.qyl"));
   ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
   EXPECT_EQ(error(pipe), ListFileError::kCannotOpen);
-  // A file that says that it is empty, and is not.
+  // A file that is reported as empty, and is not.
   EXPECT_EQ(error(QStringLiteral("/proc/self/maps")), ListFileError::kNotAList);
 
   QFile file(path_);

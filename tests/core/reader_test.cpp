@@ -58,7 +58,7 @@ TEST(Reader, NoByteOfAJetFileDoesMoreThanEndIt) {
 }
 
 #ifndef QUAYLINE_SANITIZE
-TEST(Reader, WorksBehindAFilterOfSystemCallsAndWithLittleMemory) {
+TEST(Reader, WorksWithAFilterOfSystemCallsAndWithLittleMemory) {
   QProcess reader;
   reader.start(QCoreApplication::applicationDirPath() + QStringLiteral("/quayline-reader"),
                {QStringLiteral("picture")});

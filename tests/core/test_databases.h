@@ -9,8 +9,8 @@
 
 namespace quayline::testing {
 
-// Makes "routers.mdb", "ports.mdb" and "custom.mdb" in `folder`, in the place of what is there.
-// False when one could not be written.
+// Makes "routers.mdb", "ports.mdb" and "custom.mdb" in `folder`, and replaces existing ones. False
+// when one could not be written.
 bool MakeTestDatabases(const QString& folder, const QList<RouterRecord>& routers,
                        const QList<AppPortRecord>& ports = {},
                        const QList<CustomPortRecord>& custom = {});

@@ -91,7 +91,7 @@ TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
     const char* entries;
     S session = kHarbour;
     QString message = {};
-    int row = -1;  // behind it stands the focus
+    int row = -1;  // the selected row
     UpdateFocus focus = UpdateFocus::kNone;
   } rows[] = {
       {"a good list", two},
@@ -140,7 +140,7 @@ TEST(CheckUpdate, TheFirstFailingCheckSpeaks) {
   }
 }
 
-// Every pair in order, as plainly as it can be said.
+// The reference: compares every pair in order.
 std::optional<PortConflict> FirstOfAllPairs(const QList<PortEntry>& entries) {
   const QString both = U("tcp/udp");
   for (int i = 0; i < entries.size(); ++i) {

@@ -63,7 +63,7 @@ class CheckTest : public ::testing::Test {
   QTemporaryDir folder_;
 };
 
-TEST_F(CheckTest, EachFaultOfARouterIsToldWithItsLine) {
+TEST_F(CheckTest, EachFaultOfARouterIsReportedWithItsLine) {
   const struct {
     const char* from;
     const char* to;
@@ -114,7 +114,7 @@ TEST_F(CheckTest, EachFaultOfARouterIsToldWithItsLine) {
   }
 }
 
-TEST_F(CheckTest, AllFaultsAreToldAtOnceInTheOrderOfTheLines) {
+TEST_F(CheckTest, AllFaultsAreReportedAtOnceInTheOrderOfTheLines) {
   const QByteArrayList problems = CheckRouter(QByteArray(kRouter)
                                                   .replace("65535", "x")
                                                   .replace("id: 1", "id: y")
@@ -127,7 +127,7 @@ TEST_F(CheckTest, AllFaultsAreToldAtOnceInTheOrderOfTheLines) {
   EXPECT_TRUE(problems[2].startsWith("routers/a.txt:10:"));
 }
 
-TEST_F(CheckTest, TwoRoutersOfOneIdOrNameAreToldWithBothPlaces) {
+TEST_F(CheckTest, TwoRoutersOfOneIdOrNameAreReportedWithBothPlaces) {
   Write("routers/b.txt", QByteArray(kRouter).replace("Example", "EXAMPLE"));
   const QByteArray problems = CheckRouter(kRouter);
   EXPECT_TRUE(
@@ -149,7 +149,7 @@ TEST_F(CheckTest, TheLintSeesEveryLineOfBothScriptsAsItIsStored) {
   EXPECT_EQ(seen.join(u'|'), u"  nav(\"a\") |[x\\y|nav(\"b\")"_s);
 }
 
-TEST_F(CheckTest, AWarningIsToldAndRefusesNothing) {
+TEST_F(CheckTest, AWarningIsReportedAndRefusesNothing) {
   const ScriptLint lint = [](const QString&) {
     return QList<ScriptRemark>{{.sentence = u"Odd."_s, .is_warning = true}};
   };
@@ -162,7 +162,7 @@ TEST_F(CheckTest, AWarningIsToldAndRefusesNothing) {
   EXPECT_TRUE(QFile::exists(Path("routers.mdb")));
 }
 
-TEST_F(CheckTest, EachFaultOfAProgramIsToldWithItsLine) {
+TEST_F(CheckTest, EachFaultOfAProgramIsReportedWithItsLine) {
   const struct {
     const char* line;
     const char* problem = nullptr;  // nothing: the line is fine
@@ -210,7 +210,7 @@ TEST_F(CheckTest, EachFaultOfAProgramIsToldWithItsLine) {
   EXPECT_TRUE(Check().startsWith("ports.txt:2: The ID \"1\" stands"));
 }
 
-TEST_F(CheckTest, FilesThatAreNoDataAreToldAndNeverTakenForEmptyOnes) {
+TEST_F(CheckTest, FilesThatAreNoDataAreReportedAndNeverTakenForEmptyOnes) {
   Write("ports.txt", "");
   EXPECT_TRUE(Check().startsWith("routers:1: There is no router file here."));
   EXPECT_TRUE(CheckRouter("").startsWith("routers/a.txt:1: There is no router in this file."));

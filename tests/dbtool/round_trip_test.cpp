@@ -146,7 +146,7 @@ TEST_F(RoundTripTest, WhatIsNoDatabaseIsSaidAndNotMade) {
   EXPECT_FALSE(QFile::exists(Path(u"missing.mdb"_s)));
 }
 
-TEST_F(RoundTripTest, ProgramsThatAUserEnteredAreReplacedOnlyIfToldSo) {
+TEST_F(RoundTripTest, ProgramsThatAUserEnteredAreReplacedOnlyIfRequested) {
   const QString out = Path(u"out"_s);
   ProgramData data;
   data.custom = {{.record = {1, u"Mine"_s, u"TCP"_s, u"1"_s, u"1"_s}}};
@@ -165,7 +165,7 @@ TEST_F(RoundTripTest, ProgramsThatAUserEnteredAreReplacedOnlyIfToldSo) {
 TEST_F(RoundTripTest, ATargetThatCannotBeWrittenLeavesTheOtherFiles) {
   ProgramData data;
   data.routers.append(Router(3));
-  ASSERT_TRUE(QDir().mkpath(Path(u"out/custom.mdb"_s)));  // a folder stands in the way
+  ASSERT_TRUE(QDir().mkpath(Path(u"out/custom.mdb"_s)));  // a folder of that name
   WriteBytes(Path(u"out/routers.mdb"_s), "old");
   const auto written = WriteDatabases(data, Path(u"out"_s));
   ASSERT_FALSE(written.has_value());

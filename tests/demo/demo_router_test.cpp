@@ -208,7 +208,7 @@ TEST_F(DemoRouterTest, RowtableKeepsEachRuleInItsRow) {
   EXPECT_TRUE(page.body.contains("name=\"name_2\" value=\"Two\""));
   EXPECT_EQ(router_.Rules(), RulesOf("Two both 20 29 10.0.0.2; Three udp 30 30 10.0.0.3 off"));
 
-  // Row 1 is filled behind the others: it stands in front of them, and none has moved.
+  // Row 1 is filled after the others: it comes first, and the others stay.
   Post("/forward.htm", RowForm("1", "One,1,1,TCP,10.0.0.1") + others);
   EXPECT_EQ(router_.Rules().size(), 3);
   EXPECT_EQ(router_.Rules().first().name, u"One"_s);

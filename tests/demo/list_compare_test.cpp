@@ -70,7 +70,7 @@ TEST(CompareList, OnlyTheSameEnabledRuleMakesAnEntryStand) {
   for (const auto& row : kRows) {
     const QList<ComparedRow> rows = CompareList(ReadList(row.list), RulesOf(row.rules));
     EXPECT_EQ(Marks(rows), row.marks) << row.fault;
-    EXPECT_EQ(EveryEntryStands(rows), row.stands) << row.fault;
+    EXPECT_EQ(HasEveryEntry(rows), row.stands) << row.fault;
   }
 }
 
@@ -116,7 +116,7 @@ ProgramRun RunProgram(const QStringList& arguments) {
           QString::fromUtf8(process.readAllStandardError())};
 }
 
-TEST(CompareProgram, TheExitCodeTellsWhetherTheListStands) {
+TEST(CompareProgram, TheExitCodeIsWhetherEveryEntryIsThere) {
   const QTemporaryDir folder;
   const QString list = folder.filePath(u"a list.qyl"_s);
   ASSERT_TRUE(quayline::testing::WriteBytes(list, "Web|192.168.1.10()|80|80|TCP|\r\n"));
@@ -164,7 +164,7 @@ TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowe
     std::optional<CompareCommand::Outcome> outcome;
     command.Start([&](const CompareCommand::Outcome& result) { outcome = result; });
     ASSERT_TRUE(RunUntil([&] { return outcome.has_value(); }));
-    EXPECT_FALSE(outcome->every_entry_stands);
+    EXPECT_FALSE(outcome->has_every_entry);
     EXPECT_FALSE(outcome->error.isEmpty()) << reply.constData();
   }
 }

@@ -73,7 +73,7 @@ TEST(RouterModels, SelectlistAddsNoRuleTwiceAndChangesNoneThatIsNotThere) {
     EXPECT_TRUE(!row.shown || answer.body.contains(row.shown));
     const QList<Rule> rules = model.table.Rules();
     EXPECT_EQ(rules.isEmpty() ? 0 : rules.first().last, row.last_port);
-    // The rule's name stands in the page's script as well.
+    // The rule's name is in the page's script as well.
     const QByteArray page = model.Get("/virtual_servers.asp").body;
     EXPECT_EQ(page.count("<script>"), page.count("</script>"));
   }

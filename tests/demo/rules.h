@@ -9,7 +9,7 @@
 namespace quayline::demo {
 
 // Rules as "name protocol first last address; ...", protocols as "tcp", "udp" and "both"; a word
-// behind the address makes the rule a disabled one.
+// after the address makes the rule a disabled one.
 inline QList<Rule> RulesOf(const char* text) {
   QList<Rule> rules;
   for (const QString& rule : QString::fromUtf8(text).split(u';', Qt::SkipEmptyParts)) {

@@ -29,7 +29,7 @@ class LinuxAdaptersTest : public ::testing::Test {
     }
   }
 
-  // What `look` gives in a child behind `ip -batch` with `setup`.
+  // What `look` returns in a child process, after `ip -batch` with `setup`.
   QString See(const QByteArray& setup, const std::function<QString()>& look) const {
     int ends[2] = {};
     if (pipe(ends) != 0) {

@@ -20,7 +20,7 @@ namespace {
 
 const QString kRouter = QStringLiteral("192.168.1.1");
 
-// Two programs are two objects: the system tells their files apart.
+// Two objects act as two programs: locks belong to open files.
 class RouterLockTest : public ::testing::Test {
  protected:
   QTemporaryDir own_;

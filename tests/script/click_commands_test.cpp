@@ -121,7 +121,7 @@ TEST(DebugButton, FreesAWaitForAPageThatNeverLoads) {
   rig.pages.On({"ClickButton"}, LoadForEver);
   rig.entry.shown_password = rig.entry.password;
   rig.Start({"nav(\"list.htm\")", "click_button(\"Save\")", "set_name(\"n,\")"});
-  // Only a wait that has begun to look at the page tells of a long wait.
+  // A long wait is reported only once the page is checked.
   ASSERT_TRUE(RunUntil([&] { return !rig.waits.isEmpty(); }));
   EXPECT_EQ(rig.End(), std::nullopt);
   rig.flags.SetPageLoaded(true);

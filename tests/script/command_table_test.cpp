@@ -66,7 +66,7 @@ struct Place {
       : first((mask & 1) != 0), last((mask & 2) != 0), in_combo((mask & 4) != 0) {}
 };
 
-// The family of a name, and whether what its suffixes say holds.
+// The family of a name, and whether its suffixes agree with its row.
 std::pair<QString, bool> TakeSuffixes(QString name, const Place& place) {
   bool holds = true;
   const std::pair<QLatin1String, bool> suffixes[] = {
@@ -138,7 +138,7 @@ TEST(CommandTable, TheMembersOfAFamilyDifferInTheirConditionOnly) {
   const QStringList different = Lines({
       "click_button_ignore_page_loading_if_in_combo_false",  // insert the name
       "click_button_ignore_page_loading_if_in_combo_true",
-      "set_2ndradiobutton_if_in_combo_false",  // act on the first button
+      "set_2ndradiobutton_if_in_combo_false",  // use the first button
       "set_2ndradiobutton_if_in_combo_true",
   });
   int compared = 0;

@@ -16,8 +16,8 @@ namespace quayline::testing {
 
 class FakePageHost;
 
-// The pages of one test: what its browsers were told, in order, one readable line a call, and what
-// they say and do in return. Lives longer than the browsers.
+// The pages of one test: the calls to its browsers, in order, one readable line a call, and how the
+// browsers answer. Lives longer than the browsers.
 //
 //   SetElementValue(rule_name, Web, false)      ClickButton(Save) in frame 2
 //   nav http://router/page.htm                  nav http://router/page.htm in frame main
@@ -38,8 +38,8 @@ class FakePages final {
   }
   // The page never answers a call that begins so, as a page that hangs.
   void KeepSilentOn(const char* call) { silent_.append(QLatin1String(call)); }
-  // What else happens when a call that begins with one of `starts` comes in, ahead of its answer.
-  // It takes the place of the page load that `nav` and `refresh` lead to otherwise.
+  // What else happens when a call that begins with one of `starts` comes in, before its answer. It
+  // takes the place of the page load that `nav` and `refresh` lead to otherwise.
   void On(std::initializer_list<const char*> starts, const Reaction& reaction);
 
   FakePageHost& Host(int number) const;
@@ -65,8 +65,8 @@ class FakePages final {
   QList<QPointer<FakePageHost>> hosts_;
 };
 
-// A browser that loads nothing: it records what it is told, and moves only as the test says. All
-// its answers come from the event loop.
+// A browser that loads nothing: it records its calls, and navigates only as the test says. All its
+// answers come from the event loop.
 class FakePageHost final : public PageHost {
   Q_OBJECT
 

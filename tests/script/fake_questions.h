@@ -10,7 +10,7 @@
 
 namespace quayline::testing {
 
-// Answers every question at once as it is told to, and notes it. Refuses unless told otherwise.
+// Records every question, and answers it at once with the values below, which refuse by default.
 class FakeQuestions final : public PageQuestions {
  public:
   QStringList asked;  // "certificate 1.1.1.1:443", "changed ...", "login 1.1.1.1", "address ...",
@@ -20,7 +20,7 @@ class FakeQuestions final : public PageQuestions {
   bool allows_addresses = false;
   // Set: a question about an address is answered later, by a call of it.
   std::optional<std::function<void(bool)>> held_address;
-  // Without it nobody is asked, as while a run works on the page.
+  // Without it the user is not asked, as while a run works on the page.
   std::function<std::optional<PageDialogAnswer>(const PageDialog&)> on_dialog;
 
   void AskCertificate(const ShownCertificate& shown, std::function<void(bool)> answer) override {

@@ -67,7 +67,7 @@ TEST(Fields, ThatALineLacksKeepWhatWasSet) {
 TEST(ProtocolCommands, ActOnTheirProtocolAlone) {
   const struct {
     const char* line;
-    const char* call;  // "@" stands for the protocol's word
+    const char* call;  // "@" means the protocol's text
     const char* of;    // t: TCP, u: UDP, b: both
   } commands[] = {
       {"set_port_range_by_protocol_tcp(\"rt,\")", "SetElementValue(rt, 80-90, false)", "tb"},

@@ -17,7 +17,7 @@ TEST(RunLog, IsRightToTheCharacter) {
     const char* fault;
     Texts script;
     RunEnd end;
-    Texts log;  // behind its head and in front of its last rule
+    Texts log;  // after its head and before its last separator
   } cases[] = {
       {"an empty script", {}, RunEnd::kAllLinesDone, {}},
       {"a comment, a command, a command whose condition fails",
@@ -111,7 +111,7 @@ TEST(SettleCheck, ReadsUntilTwoReadsAreEqualAndSixTimesAtMost) {
   }
 }
 
-TEST(DebugMode, HoldsBehindEveryLineAndArmsTheNextHold) {
+TEST(DebugMode, PausesAfterEveryLineAndRequestsTheNextPause) {
   ScriptRig rig;
   rig.options.debug_mode = true;
   rig.flags.SetJobDebugMode(true);  // as a job does that begins in debug mode
@@ -136,7 +136,7 @@ TEST(DebugMode, CheckedDuringAJobHoldsOneLineLater) {
   EXPECT_EQ(rig.order, Lines({"Step 01", "button on", "Step 02", "hold", "button on"}));
 }
 
-TEST(Throttle, StandsBehindTheHold) {
+TEST(Throttle, WaitsAfterThePause) {
   ScriptRig rig;
   rig.options.throttle = true;
   rig.flags.SetJobDebugMode(true);

@@ -66,7 +66,7 @@ TEST(InsertAt, CountsFromTheEnd) {
   EXPECT_EQ(InsertAt(u"abcde"_s, u"2"_s, {}), u"abcde"_s) << "nothing to insert";
 }
 
-TEST(EntryLetter, GoesOnBehindZWithoutAWrap) {
+TEST(EntryLetter, ContinuesAfterZWithoutAWrap) {
   EXPECT_EQ(EntryLetter(1) + EntryLetter(26) + EntryLetter(27), u"AZ["_s);
 }
 

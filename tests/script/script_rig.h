@@ -56,8 +56,8 @@ class ScriptRig final : public RecordedPages, public RunParts {
 };
 
 // Runs a script that has beside each line what it does: "line  > call  > call  = result". A line
-// without a result is successful, "= -" logs nothing, and "ok" stands for "(Successful)". What a
-// line does may go on below it.
+// without a result is successful, "= -" logs nothing, and "ok" means "(Successful)". The calls of a
+// line may continue below it.
 void CheckScript(ScriptRig& rig, const char* transcript);
 
 struct ScriptCase {

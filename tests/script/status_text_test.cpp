@@ -70,7 +70,7 @@ TEST(StatusText, HoldsNoMistypedNumber) {
   EXPECT_EQ(http, 23);
 }
 
-// What a browser on loopback cannot be made to say; for the rest there are pages that fail.
+// The texts that no page on loopback can cause; the others are tested with pages that fail.
 TEST(StatusOfNetError, LeadsToANamedStatus) {
   const std::pair<int, const char*> cases[] = {
       {-21, "CANNOT_CONNECT(-2146697212)"},            // the network changed

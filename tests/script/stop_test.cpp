@@ -22,7 +22,7 @@ void ExpectStop(ScriptRig& rig) {
 }
 
 TEST(Stop, EndsASilentPageAtOnceAndLogsNothingMore) {
-  // A line, and the call behind which the page falls silent and the user stops the job.
+  // A line, and the call after which the page gives no answer and the user stops the job.
   const struct {
     const char* fault;
     const char* line;

@@ -23,7 +23,7 @@ ScriptedServer::ScriptedServer(std::unique_ptr<QTcpServer> listener)
     : listener_(std::move(listener)) {
   listener_->listen(QHostAddress::LocalHost);
   port_ = listener_->serverPort();
-  // QSslServer says it later than QTcpServer, and each says only one of the two in time.
+  // QSslServer reports it later than QTcpServer, and each reports only one of the two in time.
   connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this, &ScriptedServer::Accept);
 }
 

@@ -31,7 +31,7 @@ Reply RedirectTo(const QByteArray& location);
 // A web server on loopback that sends what the test wrote down for each path.
 class ScriptedServer final : public QObject {
  public:
-  // Speaks through `listener`, by default plain TCP.
+  // Uses `listener`, by default plain TCP.
   explicit ScriptedServer(std::unique_ptr<QTcpServer> listener = std::make_unique<QTcpServer>());
 
   QUrl Address(const QString& path, const QString& scheme = QStringLiteral("http")) const;

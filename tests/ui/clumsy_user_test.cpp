@@ -39,7 +39,7 @@ TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
   }
 }
 
-TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreToldOnceAndStoredWhenThatIsPossible) {
+TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreReportedOnceAndStoredWhenThatIsPossible) {
   QDir(folder_.dir.path()).mkdir(u"settings.ini"_s);
   Start();
   Type("username_edit", "me");

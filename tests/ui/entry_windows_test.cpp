@@ -58,7 +58,7 @@ class EntryWindowTest : public WindowTest {
   int stored_ = 0;
 };
 
-TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAreTold) {
+TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAreReported) {
   OpenAdd();
   Choose("program_box", 0);
   ExpectTexts({{"program_count_label", "Programs Loaded: (2)"},
@@ -83,12 +83,12 @@ TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAr
 
 TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
   OpenAdd();
-  const auto told_about = [this](const char* what) {
+  const auto reported = [this](const char* what) {
     prompts_.shown.clear();
     Click("add_program_button");
     EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith(what)));
   };
-  told_about("Tell: Please select a program from the list.");
+  reported("Tell: Please select a program from the list.");
   const Named cases[] = {{"game NIGHT", "Entries Required: (3)"},
                          {"game", "Entries Required: (0)"}};
   for (const auto& [typed, entries] : cases) {
@@ -97,11 +97,11 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
     EXPECT_EQ(TextOf("entries_required_label"), entries);
   }
   EXPECT_EQ(TextOf("program_box"), "game");
-  told_about("Tell: Please select a program from the list.");
+  reported("Tell: Please select a program from the list.");
   Choose("program_box", 0);
   for (const char* address : {"", "0.0.0.0", "192.168."}) {
     Type("program_address_box", address);
-    told_about("Tell: You must enter an ip address to forward the ports to.");
+    reported("Tell: You must enter an ip address to forward the ports to.");
   }
   EXPECT_EQ(stored_, 0);
 }

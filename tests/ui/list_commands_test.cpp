@@ -102,7 +102,7 @@ TEST_F(ListCommandsTest, SavingWritesTheCopyAndNotTheWorkingList) {
   EXPECT_EQ(File(), "untouched");
 }
 
-TEST_F(ListCommandsTest, AMissingListMakesAnEmptyFileAndALostFolderIsToldOnce) {
+TEST_F(ListCommandsTest, AMissingListMakesAnEmptyFileAndALostFolderIsReportedOnce) {
   list_.LoadAtStart();
   EXPECT_TRUE(QFile::exists(folder_.Path("list.qyl")));
   QDir(folder_.dir.path()).removeRecursively();

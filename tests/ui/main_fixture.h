@@ -18,7 +18,7 @@ class MainWindowTest : public WindowTest {
   void Make() {
     delete window_.data();
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
-    // Pictures come from a port where nobody listens.
+    // Router images come from a closed port.
     context_->maker_site.base = u"http://127.0.0.1:9"_s;
     entries_ = std::make_unique<EntryRig>(*context_, prompts_);
     main_ = new MainFrame(*context_, prompts_, Windows());

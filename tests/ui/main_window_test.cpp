@@ -199,7 +199,7 @@ TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {
   EXPECT_EQ(Stored(setting::kRouterPassword), "mine");
 }
 
-TEST_F(MainWindowTest, AMissingBrowserIsToldWithTheAddress) {
+TEST_F(MainWindowTest, AMissingBrowserIsReportedWithTheAddress) {
   Start();
   folder_.desktop.has_browser = false;
   Click("router_request_link");

@@ -47,7 +47,7 @@ class RunWindowTest : public WindowTest {
   }
 };
 
-TEST_F(RunWindowTest, ARouterWithoutAScriptIsToldAndNothingIsLoaded) {
+TEST_F(RunWindowTest, ARouterWithoutAScriptIsReportedAndNothingIsLoaded) {
   context_->session.view_script.clear();
   OpenView();
   EXPECT_TRUE(ComesToSay("headline_label", "There is no script"));
@@ -113,7 +113,7 @@ class EachRunWindowTest : public RunWindowTest, public ::testing::WithParamInter
 INSTANTIATE_TEST_SUITE_P(, EachRunWindowTest, ::testing::Values("Job", "View"),
                          [](const auto& test) { return test.param; });
 
-TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewBehindTheRun) {
+TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewAfterTheRun) {
   Open();
   EXPECT_EQ(TextOf("log_edit"), IsJob() ? "\nRouter: Alpha 1\nLoading Commands..." : "");
   EXPECT_TRUE(page_->Widget()->isVisible());

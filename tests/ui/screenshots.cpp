@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Renders every window to a picture: quayline_screenshots FOLDER light|dark. The scale is that of
+// Renders every window to an image: quayline_screenshots FOLDER light|dark. The scale is that of
 // QT_SCALE_FACTOR. scripts/screenshots.sh takes all of them.
 
 #include <QAbstractButton>

@@ -44,7 +44,7 @@ class RouterListTest : public WindowTest {
 
 const QStringList kNames{u"Alpha 1"_s, u"Beta-20"_s, u"Gamma (Alpha)"_s, u"ALPHA 2"_s};
 
-TEST_F(RouterListTest, FindNextGoesOnAndBeginsAnewOnlyWithTheNextSearch) {
+TEST_F(RouterListTest, FindNextContinuesAndBeginsAgainOnlyWithTheNextSearch) {
   Open(kNames);
   TypeKeys("alpha");
   Find("search_edit")->blockSignals(true);  // from here on the button alone
@@ -64,20 +64,20 @@ TEST_F(RouterListTest, FindNextGoesOnAndBeginsAnewOnlyWithTheNextSearch) {
 
 TEST_F(RouterListTest, TypingDoesNotRunIntoABoxAndOneThatIsRightComesLater) {
   Open(kNames);
-  const auto is_told = [this] { return !prompts_.shown.empty(); };
-  TypeKeys("beta");  // each letter searches behind the one name there is
+  const auto is_reported = [this] { return !prompts_.shown.empty(); };
+  TypeKeys("beta");  // each letter searches after the only match
   EXPECT_EQ(Selected(), kNames[1]);
-  EXPECT_FALSE(RunUntil(is_told, std::chrono::milliseconds(800)));
+  EXPECT_FALSE(RunUntil(is_reported, std::chrono::milliseconds(800)));
   TypeKeys("x'<b>");
-  EXPECT_FALSE(is_told());
-  ASSERT_TRUE(RunUntil(is_told));
+  EXPECT_FALSE(is_reported());
+  ASSERT_TRUE(RunUntil(is_reported));
   EXPECT_EQ(Selected(), kNames[1]);
-  Click("find_next_button");  // tells at once
+  Click("find_next_button");  // reports at once
   const std::string told = "Tell: Find: Could Not Find 'betax'<b>'";
   EXPECT_THAT(prompts_.shown, ElementsAre(told, told));
 }
 
-TEST_F(RouterListTest, EveryWayOfChoosingHandsOverTheKeyOfTheRow) {
+TEST_F(RouterListTest, EveryWayOfChoosingPassesTheKeyOfTheRow) {
   const auto double_click = [this] {
     const QPoint place = list_->visualRect(list_->currentIndex()).center();
     QTest::mouseClick(list_->viewport(), Qt::LeftButton, {}, place);
@@ -170,7 +170,7 @@ TEST_F(ScriptWindowTest, EachButtonWritesItsOwnScriptAndLeavesTheOtherAlone) {
   EXPECT_THAT(prompts_.shown, IsEmpty());
 }
 
-TEST_F(ScriptWindowTest, AWriteThatFailsIsToldAndTheTextStays) {
+TEST_F(ScriptWindowTest, AWriteThatFailsIsReportedAndTheTextStays) {
   update_->insertPlainText(u"new"_s);
   context_->databases.Close();
   Click("save_update_script_button");
@@ -216,7 +216,7 @@ TEST_F(ScriptWindowTest, FaultyLinesAreMarkedAndListedWhileTypingAndLeadToTheirP
   list->setFocus();
   list->setCurrentRow(1);
   EXPECT_EQ(update_->textCursor().selectedText(), u"0"_s);
-  update_->document()->clear();  // the list is a moment behind
+  update_->document()->clear();  // the list is updated a moment later
   list->setCurrentRow(0);
   EXPECT_EQ(update_->textCursor().selectedText(), QString());
   EXPECT_TRUE(RunUntil([&] { return list->count() == 0; }));

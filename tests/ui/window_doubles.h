@@ -21,7 +21,7 @@ namespace quayline::testing {
 using Qt::StringLiterals::operator""_s;
 
 // Answers boxes in advance and notes what was shown. A box without an answer is cancelled.
-// `on_page_box` takes the place of a user who thinks before he answers.
+// `on_page_box` delays the answer as a user would.
 class FakePrompts final : public Prompts {
  public:
   using Prompts::Tell;
@@ -93,7 +93,7 @@ class FakePrompts final : public Prompts {
   }
 };
 
-// An adapter with a way out.
+// An adapter with a default route.
 inline Adapter UsedAdapter() {
   return {.description = u"eth0"_s,
           .address = u"10.0.0.7"_s,
@@ -135,7 +135,7 @@ class FakePage final : public PageHost {
       Q_EMIT documentComplete();
     }
   }
-  // What hangs comes to its end.
+  // Ends the calls that hang.
   void Arrive() {
     navigation_.busy = false;
     Q_EMIT navigationChanged();
@@ -175,7 +175,7 @@ inline RouterRecord RouterRow(int id, const QString& name, const QString& user) 
           .routerportpage = u"nav(\"list\")"_s};
 }
 
-// A program folder, and what stands around a window in it.
+// A program folder, and the system around a window in it.
 struct ProgramFolder {
   ProgramFolder() {
     adapters.local_addresses = {{QString(), u"192.168.1.20"_s}};
@@ -202,7 +202,7 @@ struct ProgramFolder {
   FakeDesktop desktop;
 };
 
-// A network in which every computer has the same name, or in which nobody answers.
+// A network in which every computer has the same name, or in which no answer comes.
 class FakeHostNames final : public HostNames {
  public:
   QString name;

@@ -68,7 +68,7 @@ class WindowTest : public ::testing::Test {
 
   void Click(const char* button) { Find<QAbstractButton>(button)->click(); }
   void Trigger(const char* action) { Find<QAction>(action)->trigger(); }
-  // As the user does: a box tells its own changes apart from these.
+  // As the user does: a box reports these differently from changes by code.
   void Choose(const char* box, int item) {
     auto* combo = Find<QComboBox>(box);
     combo->setCurrentIndex(item);
