@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
+
 #include "demo/command_line.h"
 
-#include <algorithm>
+#include <QCommandLineParser>
+
 #include <chrono>
 #include <functional>
 
@@ -15,10 +17,10 @@ constexpr int kMaxEntries = 1000;
 
 using Result = std::expected<void, QString>;
 
-// A row holds everything about an option.
+// A row holds everything about an option: the parser, and by it the help, are made from the rows.
 struct Option {
   const char* name;
-  const char* value;  // how the help calls it; nothing: the option takes none
+  const char* value;  // its name in the help; nullptr: the option takes none
   const char* sentence;
   Result (*take)(const QString& value, DemoCommand& command);
 };
@@ -107,33 +109,26 @@ Result TakeCompare(const QString& value, DemoCommand& command) {
   return {};
 }
 
-Result TakeHelp(const QString&, DemoCommand& command) {
-  command.kind = DemoCommand::Kind::kHelp;
-  return {};
-}
-
 constexpr Option kOptions[] = {
-    {"--port", "N", "listen on this port of 127.0.0.1; 0, the default, takes any", TakePort},
-    {"--model", "NAME", "the router to be, see below (default formback)", TakeModel},
-    {"--delay", "MS", "milliseconds before each answer; \"0-50\" for a random time", TakeDelay},
-    {"--user", "NAME", "the login's name (default admin)", TakeUser},
-    {"--password", "WORD", "the login's password (default admin)", TakePassword},
-    {"--entries", "N", "rules that the table holds (default 20)", TakeEntries},
-    {"--https", nullptr, "speak https, with a new certificate that nobody has signed", TakeHttps},
-    {"--certificate", "FILE", "the certificate of https, as PEM; needs --key", TakeCertificate},
-    {"--key", "FILE", "its private key, as PEM", TakeKey},
-    {"--compare", "LIST",
-     "compare the list file with the router on --port: 0 when every entry stands there",
-     TakeCompare},
-    {"--help", nullptr, "this text", TakeHelp},
+    {"port", "N", "listen on this port of 127.0.0.1; 0, the default, takes any", TakePort},
+    {"model", "NAME", "the router to be, see below (default formback)", TakeModel},
+    {"delay", "MS", "milliseconds before each answer; \"0-50\" for a random time", TakeDelay},
+    {"user", "NAME", "the login's name (default admin)", TakeUser},
+    {"password", "WORD", "the login's password (default admin)", TakePassword},
+    {"entries", "N", "rules that the table holds (default 20)", TakeEntries},
+    {"https", nullptr, "speak https, with a new self-signed certificate", TakeHttps},
+    {"certificate", "FILE", "the certificate of https, as PEM; needs --key", TakeCertificate},
+    {"key", "FILE", "its private key, as PEM", TakeKey},
+    {"compare", "LIST",
+     "compare the list file with the router on --port: 0 if every entry is on it", TakeCompare},
 };
 
-// The other options would be given to no purpose.
+// The other options would have no effect.
 Result CheckCompare(const DemoCommand& command, const QStringList& given) {
   for (const QString& name : given) {
-    if (name != QLatin1String("--compare") && name != QLatin1String("--port") &&
-        name != QLatin1String("--https")) {
-      return std::unexpected(QStringLiteral("%1 does not go with --compare.").arg(name));
+    if (name != QLatin1String("compare") && name != QLatin1String("port") &&
+        name != QLatin1String("https")) {
+      return std::unexpected(QStringLiteral("--%1 does not go with --compare.").arg(name));
     }
   }
   if (command.options.port == 0) {
@@ -151,56 +146,70 @@ Result CheckCertificate(const DemoOptions& options) {
   return {};
 }
 
+void AddOptions(QCommandLineParser& parser) {
+  parser.setApplicationDescription(QStringLiteral(
+      "A home router on loopback. GET /__state shows its rules, POST /__reset clears "
+      "them."));
+  parser.addOption({QStringLiteral("help"), QStringLiteral("Shows this text.")});
+  for (const Option& option : kOptions) {
+    parser.addOption({QLatin1String(option.name), QLatin1String(option.sentence),
+                      option.value ? QLatin1String(option.value) : QString()});
+  }
+}
+
+// Help is given whatever else the line contains, except for a value of --help itself.
+bool WantsHelp(const QCommandLineParser& parser, bool is_parsed) {
+  return parser.isSet(QStringLiteral("help")) &&
+         (is_parsed || !parser.unknownOptionNames().isEmpty());
+}
+
+Result TakeOptions(const QCommandLineParser& parser, DemoCommand& command) {
+  for (const Option& option : kOptions) {
+    const QString name = QLatin1String(option.name);
+    if (!parser.isSet(name)) {
+      continue;
+    }
+    if (const auto taken = option.take(parser.value(name), command); !taken) {
+      return std::unexpected(QStringLiteral("--%1: %2").arg(name, taken.error()));
+    }
+  }
+  return command.kind == DemoCommand::Kind::kCompare ? CheckCompare(command, parser.optionNames())
+                                                     : CheckCertificate(command.options);
+}
+
 }  // namespace
 
 std::expected<DemoCommand, QString> ReadCommandLine(const QStringList& arguments) {
+  QCommandLineParser parser;
+  AddOptions(parser);
+  const bool is_parsed = parser.parse(arguments);
   DemoCommand command;
-  QStringList given;
-  for (qsizetype i = 1; i < arguments.size(); ++i) {
-    const QString name = arguments.at(i).section(QLatin1Char('='), 0, 0);
-    const bool has_value = arguments.at(i).size() > name.size();
-    const auto option = std::ranges::find_if(
-        kOptions, [&](const Option& row) { return name == QLatin1String(row.name); });
-    if (option == std::end(kOptions) || (has_value && !option->value)) {
-      return std::unexpected(QStringLiteral("\"%1\" is not understood.").arg(arguments.at(i)));
-    }
-    if (option->value && !has_value && i + 1 == arguments.size()) {
-      return std::unexpected(QStringLiteral("%1 needs a value.").arg(name));
-    }
-    const QString value = has_value        ? arguments.at(i).mid(name.size() + 1)
-                          : !option->value ? QString()
-                                           : arguments.at(++i);
-    if (const auto taken = option->take(value, command); !taken) {
-      return std::unexpected(QStringLiteral("%1: %2").arg(name, taken.error()));
-    }
-    if (command.kind == DemoCommand::Kind::kHelp) {
-      return command;
-    }
-    given.append(name);
+  if (WantsHelp(parser, is_parsed)) {
+    command.kind = DemoCommand::Kind::kHelp;
+    return command;
   }
-  const Result sound = command.kind == DemoCommand::Kind::kCompare
-                           ? CheckCompare(command, given)
-                           : CheckCertificate(command.options);
-  if (!sound) {
-    return std::unexpected(sound.error());
+  if (!is_parsed) {
+    return std::unexpected(parser.errorText());
+  }
+  if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty()) {
+    return std::unexpected(QStringLiteral("\"%1\" is not understood.").arg(rest.first()));
+  }
+  if (const auto taken = TakeOptions(parser, command); !taken) {
+    return std::unexpected(taken.error());
   }
   return command;
 }
 
 QString HelpText() {
-  QString text = QStringLiteral("quayline-demo-router: a home router on loopback\n\n");
-  for (const Option& option : kOptions) {
-    const QString head = QLatin1String(option.name) + QLatin1Char(' ') +
-                         QLatin1String(option.value ? option.value : "");
-    text += QStringLiteral("  %1%2\n").arg(head.leftJustified(20), QLatin1String(option.sentence));
-  }
-  text += QStringLiteral("\nModels:\n");
+  QCommandLineParser parser;
+  AddOptions(parser);
+  QString text = parser.helpText() + QStringLiteral("\nModels:\n");
   for (const ModelInfo& model : RouterModels()) {
     text +=
         QStringLiteral("  %1%2\n")
             .arg(QString::fromLatin1(model.name).leftJustified(20), QLatin1String(model.sentence));
   }
-  return text + QStringLiteral("\nGET /__state shows the rules, POST /__reset clears them.\n");
+  return text;
 }
 
 }  // namespace quayline::demo

@@ -20,8 +20,7 @@ struct DemoCommand {
   QString list_file;  // kCompare; the router's port is then options.port
 };
 
-// `arguments` begins with the program's name. A sentence for anything that is not understood:
-// nothing is guessed and nothing left out.
+// `arguments` begins with the program's name. The error is a sentence for the user.
 std::expected<DemoCommand, QString> ReadCommandLine(const QStringList& arguments);
 
 QString HelpText();
