@@ -4,10 +4,12 @@
 #include "stress/navigation_stress.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QProcess>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
@@ -89,38 +91,73 @@ class Hogs final {
   std::vector<std::jthread> threads_;
 };
 
+struct Arguments {
+  int lanes = 1;
+  bool lists_ways = false;
+  int steps = 25;
+  int hogs = 0;
+  std::vector<size_t> ways;  // empty: all
+  QStringList words;         // as given, without the lanes
+};
+
+// Ends the process for --help and wrong options.
+Arguments ReadArguments(const QStringList& words) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QStringLiteral("Walks through pages that navigate in every way, and counts what the waits of "
+                     "a job missed."));
+  const QCommandLineOption help(QStringLiteral("help"), QStringLiteral("Shows this text."));
+  const QCommandLineOption lanes(QStringLiteral("lanes"),
+                                 QStringLiteral("Walks N times in parallel (1)."),
+                                 QStringLiteral("N"), QStringLiteral("1"));
+  parser.addOptions({help, lanes});
+  parser.addPositionalArgument(QStringLiteral("steps"),
+                               QStringLiteral("Steps for each way (25), or \"list\" for the ways."),
+                               QStringLiteral("[steps"));
+  parser.addPositionalArgument(QStringLiteral("hogs"),
+                               QStringLiteral("Threads that keep the processor busy (0)."),
+                               QStringLiteral("[hogs"));
+  parser.addPositionalArgument(QStringLiteral("ways"),
+                               QStringLiteral("Ways, by number or by a part of the name (all)."),
+                               QStringLiteral("[ways...]]]"));
+  const bool is_parsed = parser.parse(words);
+  if (!is_parsed || parser.isSet(help)) {
+    const QString text = is_parsed ? parser.helpText() : parser.errorText() + QLatin1Char('\n');
+    std::fputs(qPrintable(text), is_parsed ? stdout : stderr);
+    std::exit(is_parsed ? 0 : 2);
+  }
+  Arguments arguments;
+  arguments.words = parser.positionalArguments();
+  arguments.lanes = parser.value(lanes).toInt();
+  arguments.lists_ways = arguments.words.value(0) == QLatin1String("list");
+  if (!arguments.words.isEmpty()) {
+    arguments.steps = arguments.words.first().toInt();
+  }
+  arguments.hogs = arguments.words.value(1).toInt();
+  for (const QString& word : arguments.words.mid(2)) {
+    const std::vector<size_t> ways = NamedBy(word.toStdString());
+    arguments.ways.insert(arguments.ways.end(), ways.begin(), ways.end());
+  }
+  return arguments;
+}
+
 }  // namespace
 
-// Walks through pages that leave in every way there is, and counts what a job's waits missed.
-// Arguments: steps per way (default 25), threads that keep the processor busy (default 0), ways by
-// number or by a part of the name (default all). "--lanes N" before them walks N times in parallel.
-// The single argument "list" prints the ways.
 int main(int argc, char** argv) {
-  constexpr int kDefaultSteps = 25;
   QStringList words;
-  for (int i = 1; i < argc; ++i) {
+  for (int i = 0; i < argc; ++i) {
     words.append(QString::fromLocal8Bit(argv[i]));
   }
-  if (words.value(0) == QLatin1String("list")) {
+  Arguments arguments = ReadArguments(words);
+  if (arguments.lists_ways) {
     return ListWays();
   }
-  int lanes = 1;
-  if (words.value(0) == QLatin1String("--lanes")) {
-    lanes = words.value(1).toInt();
-    words.remove(0, std::min<qsizetype>(words.size(), 2));
-  }
-  const Hogs hogs(words.value(1).toInt());
-  if (lanes > 1) {
-    if (words.size() > 1) {
-      words[1] = QStringLiteral("0");
+  const Hogs hogs(arguments.hogs);
+  if (arguments.lanes > 1) {
+    if (arguments.words.size() > 1) {
+      arguments.words[1] = QStringLiteral("0");
     }
-    return RunLanes(lanes, argv[0], words);
-  }
-  quayline::stress::StressOptions stress;
-  stress.steps_per_way = words.isEmpty() ? kDefaultSteps : words.first().toInt();
-  for (const QString& word : words.sliced(std::min<qsizetype>(words.size(), 2))) {
-    const std::vector<size_t> ways = NamedBy(word.toStdString());
-    stress.ways.insert(stress.ways.end(), ways.begin(), ways.end());
+    return RunLanes(arguments.lanes, argv[0], arguments.words);
   }
   qputenv("QT_QPA_PLATFORM", "offscreen");
   quayline::PrepareWebEngine();
@@ -131,8 +168,9 @@ int main(int argc, char** argv) {
   QList<WayResult> results;
   quayline::Flow flow;
   QObject::connect(&flow, &quayline::Flow::ended, &application, &QCoreApplication::quit);
-  flow.Start(quayline::stress::RunStress(quayline::WebPageHosts(options, translator),
-                                         std::move(stress), &results));
+  flow.Start(quayline::stress::RunStress(
+      quayline::WebPageHosts(options, translator),
+      {.steps_per_way = arguments.steps, .ways = std::move(arguments.ways)}, &results));
   QApplication::exec();
   return Report(results);
 }

@@ -1,6 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
+
 #include "dbtool/commands.h"
+
+#include <QCommandLineParser>
 
 #include "dbtool/database_file.h"
 #include "dbtool/program_data.h"
@@ -9,14 +12,21 @@ namespace quayline::dbtool {
 
 namespace {
 
-constexpr char kUsage[] = R"(quayline-dbtool: the databases of routers and programs
+// What a command does with its arguments. The usage is made from the same rows.
+struct Command {
+  const char* name;
+  const char* arguments;
+  const char* help;
+  Result (*run)(const QStringList& arguments, const QCommandLineParser& options,
+                const ScriptLint& lint);
+};
 
-  build DATA OUT [--replace-custom]
-                   make OUT/routers.mdb, ports.mdb and custom.mdb out of the folder DATA; a custom.mdb
-                   with programs of a user is replaced only if told so
-  check DATA       say what is wrong with the folder DATA
-  dump FILE        print a database as the text that it can be built from
-)";
+const QCommandLineOption& ReplaceCustom() {
+  static const QCommandLineOption option(
+      QStringLiteral("replace-custom"),
+      QStringLiteral("build: replace a custom.mdb that contains programs of a user."));
+  return option;
+}
 
 Result Failed(const QString& error) {
   return {.exit_code = kExitFailed, .output = {}, .error = error + QLatin1Char('\n')};
@@ -38,19 +48,21 @@ CheckedData ReadChecked(const QString& folder, const ScriptLint& lint) {
   return checked;
 }
 
-Result Build(const QString& folder, const QString& out, OwnPrograms own_programs,
+Result Build(const QStringList& arguments, const QCommandLineParser& options,
              const ScriptLint& lint) {
-  const CheckedData checked = ReadChecked(folder, lint);
+  const CheckedData checked = ReadChecked(arguments.at(0), lint);
   if (!checked.is_sound) {
     return {.exit_code = kExitFailed, .output = {}, .error = checked.problems};
   }
-  const auto written = WriteDatabases(checked.data, out, own_programs);
+  const auto written =
+      WriteDatabases(checked.data, arguments.at(1),
+                     options.isSet(ReplaceCustom()) ? OwnPrograms::kReplace : OwnPrograms::kKeep);
   return written ? Result{.exit_code = kExitFine, .output = checked.problems, .error = {}}
                  : Failed(written.error());
 }
 
-Result Check(const QString& folder, const ScriptLint& lint) {
-  const CheckedData checked = ReadChecked(folder, lint);
+Result Check(const QStringList& arguments, const QCommandLineParser&, const ScriptLint& lint) {
+  const CheckedData checked = ReadChecked(arguments.at(0), lint);
   if (!checked.is_sound) {
     return {.exit_code = kExitFailed, .output = checked.problems, .error = {}};
   }
@@ -62,31 +74,60 @@ Result Check(const QString& folder, const ScriptLint& lint) {
       .error = {}};
 }
 
-Result Dump(const QString& file) {
-  const auto text = DumpDatabase(file);
+Result Dump(const QStringList& arguments, const QCommandLineParser&, const ScriptLint&) {
+  const auto text = DumpDatabase(arguments.at(0));
   return text ? Result{.exit_code = kExitFine, .output = *text, .error = {}} : Failed(text.error());
+}
+
+constexpr Command kCommands[] = {
+    {"build", "DATA OUT", "make OUT/routers.mdb, ports.mdb and custom.mdb from the folder DATA",
+     Build},
+    {"check", "DATA", "report what is wrong with the folder DATA", Check},
+    {"dump", "FILE", "print a database as the text that it can be built from", Dump},
+};
+
+void AddOptions(QCommandLineParser& parser) {
+  QString description = QStringLiteral("Makes the databases of routers and programs.\n");
+  for (const Command& command : kCommands) {
+    const QString shape =
+        QLatin1String(command.name) + QLatin1Char(' ') + QLatin1String(command.arguments);
+    description +=
+        QStringLiteral("\n  %1%2").arg(shape.leftJustified(17), QLatin1String(command.help));
+  }
+  parser.setApplicationDescription(description);
+  parser.addOption({QStringLiteral("help"), QStringLiteral("Shows this text.")});
+  parser.addOption(ReplaceCustom());
+  parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("build, check or dump"));
+  parser.addPositionalArgument(QStringLiteral("arguments"), QStringLiteral("those of the command"),
+                               QStringLiteral("arguments..."));
+}
+
+// The command that the words call; null if there is no such command, or it takes other arguments.
+const Command* FindCommand(const QStringList& words, bool replaces_custom) {
+  for (const Command& command : kCommands) {
+    const auto count = QLatin1String(command.arguments).count(QLatin1Char(' ')) + 1;
+    if (words.value(0) == QLatin1String(command.name) && words.size() == count + 1 &&
+        (!replaces_custom || command.run == Build)) {
+      return &command;
+    }
+  }
+  return nullptr;
 }
 
 }  // namespace
 
 Result RunCommand(const QStringList& arguments, const ScriptLint& lint) {
-  const QString command = arguments.value(0);
-  const bool replaces_custom =
-      arguments.size() == 4 && arguments.at(3) == QLatin1String("--replace-custom");
-  if (command == QLatin1String("build") && (arguments.size() == 3 || replaces_custom)) {
-    return Build(arguments.at(1), arguments.at(2),
-                 replaces_custom ? OwnPrograms::kReplace : OwnPrograms::kKeep, lint);
+  QCommandLineParser parser;
+  AddOptions(parser);
+  const bool is_parsed = parser.parse(QStringList(QStringLiteral("quayline-dbtool")) + arguments);
+  if (is_parsed && parser.isSet(QStringLiteral("help"))) {
+    return {.exit_code = kExitFine, .output = parser.helpText(), .error = {}};
   }
-  if (command == QLatin1String("check") && arguments.size() == 2) {
-    return Check(arguments.at(1), lint);
-  }
-  if (command == QLatin1String("dump") && arguments.size() == 2) {
-    return Dump(arguments.at(1));
-  }
-  const QString usage = QLatin1String(kUsage);
-  return command == QLatin1String("--help")
-             ? Result{.exit_code = kExitFine, .output = usage, .error = {}}
-             : Result{.exit_code = kExitUsage, .output = {}, .error = usage};
+  const QStringList words = parser.positionalArguments();
+  const Command* command = FindCommand(words, parser.isSet(ReplaceCustom()));
+  return is_parsed && command != nullptr
+             ? command->run(words.sliced(1), parser, lint)
+             : Result{.exit_code = kExitUsage, .output = {}, .error = parser.helpText()};
 }
 
 }  // namespace quayline::dbtool

@@ -237,7 +237,8 @@ TEST_F(CheckTest, BuildRefusesWhatCheckRefusesAndTouchesNothing) {
 }
 
 TEST(Commands, AnythingElseShowsTheUsage) {
-  for (const QString& line : {u""_s, u"build a"_s, u"check"_s, u"dump a b"_s, u"Build a b"_s}) {
+  for (const QString& line : {u""_s, u"build a"_s, u"check"_s, u"dump a b"_s, u"Build a b"_s,
+                              u"check a --replace-custom"_s, u"build a b --replace"_s}) {
     const Result result = RunCommand(line.split(u' ', Qt::SkipEmptyParts));
     EXPECT_EQ(result.exit_code, kExitUsage);
     EXPECT_TRUE(result.error.contains(u"build DATA OUT"_s));
