@@ -70,8 +70,8 @@ struct WaitLimits {
   Time before_leaving{5000};
   // The same after the last line of a job: nothing else is waiting.
   Time end_of_job{30000};
-  // Saves under way when a window is closed or a run is stopped; and other work of the page, with the
-  // time in which it says that it is there.
+  // Saves under way when a window is closed or a run is stopped; and other work of the page,
+  // including the time until the page reports it.
   Time after_stop{10000};
   Time work_after_stop{1800};
   // A page that gives no answer when a run is stopped.
