@@ -140,7 +140,7 @@ QList<ComparedRow> CompareList(const QList<ListEntry>& entries, const QList<Rule
   for (const ListEntry& entry : entries) {
     rows.append({.mark = EntryMark::kMissing, .entry = entry, .rule = {}});
   }
-  // What fits fully is handed out first: a rule that merely has the name must not go to an entry
+  // Full matches are assigned first: a rule that only has the name must not be assigned to an entry
   // while a later one needs it.
   QList<Rule> free = rules;
   const auto matches = [](const ListEntry& entry, const Rule& rule) {

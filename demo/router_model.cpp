@@ -37,7 +37,7 @@ std::unique_ptr<RouterModel> Make(RuleTable& table, [[maybe_unused]] const Login
   }
 }
 
-// The realms bear no hyphen: a program that looks for a router's model by its realm commonly drops
+// The realms have no hyphen: a program that looks for a router's model by its realm commonly drops
 // the hyphens of the names that it knows.
 constexpr ModelInfo kModels[] = {
     {"delayed", "SW22", "An Apply that submits by itself two seconds later.", Make<DelayedModel>},

@@ -49,10 +49,10 @@ enum class RuleFault {
   kNoRule  // to be changed, and not there
 };
 
-// The router's words for a fault, one sentence.
+// The router's message for a fault, one sentence.
 QString FaultText(RuleFault fault);
 
-// The rule that was typed, by itself: without a look at any table. The protocol is "TCP", "UDP" or
+// The rule that was typed, by itself: without regard to any table. The protocol is "TCP", "UDP" or
 // "Both" in any case.
 std::expected<Rule, RuleFault> ReadRule(const TypedRule& typed);
 

@@ -22,7 +22,7 @@ namespace quayline::bench {
 
 namespace {
 
-// Of the clock that pages use, too.
+// In the time that pages use, too.
 qint64 Now() {
   return std::chrono::duration_cast<std::chrono::microseconds>(
              std::chrono::system_clock::now().time_since_epoch())

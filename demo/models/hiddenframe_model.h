@@ -7,7 +7,7 @@
 namespace quayline::demo {
 
 // Saves into a hidden frame, so that the page itself does not navigate: the answer in the frame
-// reports it how the saving went. Takes rules from its own pages only.
+// shows whether it was saved. Takes rules from its own pages only.
 class HiddenframeModel final : public FormModel {
  public:
   explicit HiddenframeModel(RuleTable& table);

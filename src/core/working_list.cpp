@@ -18,8 +18,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A copy of the program that hangs during a write must not keep this one from writing: after this
-// time the file is written without the lock.
+// An instance of the program that hangs during a write must not prevent this one from writing:
+// after this time the file is written without the lock.
 constexpr std::chrono::milliseconds kLockWait = 500ms;
 
 QByteArray HashOf(const QByteArray& bytes) {

@@ -102,7 +102,8 @@ void AddOptions(QCommandLineParser& parser) {
                                QStringLiteral("arguments..."));
 }
 
-// The command that the words call; null if there is no such command, or it takes other arguments.
+// The command that the arguments name; null if there is no such command, or it takes other
+// arguments.
 const Command* FindCommand(const QStringList& words, bool replaces_custom) {
   for (const Command& command : kCommands) {
     const auto count = QLatin1String(command.arguments).count(QLatin1Char(' ')) + 1;

@@ -9,7 +9,7 @@
 
 namespace {
 
-// UTF-8 whatever the locale: a dump is a text file to be.
+// UTF-8 in any locale: a dump becomes a text file.
 bool Print(const QString& text, std::FILE* stream) {
   const QByteArray bytes = text.toUtf8();
   const auto size = static_cast<size_t>(bytes.size());

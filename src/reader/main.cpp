@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Parses foreign files for the other programs, in a process that can do nothing else: whatever a
-// hostile file makes of its parser, it ends here.
+// Parses foreign files for the other programs, in a process that can do nothing else, in case a
+// hostile file takes over its parser.
 //
 //   quayline-reader jet FILE           the tables of a Jet file, as EncodeTables() writes them
 //   quayline-reader picture < BYTES    a picture, as ReadPicture() gives it
@@ -70,7 +70,7 @@ int Run(int argc, char** argv) {
 }  // namespace quayline::reader
 
 int main(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);  // knows where Qt keeps its decoders
+  const QCoreApplication application(argc, argv);  // finds Qt's image plugins
   // No clean-up: the output is flushed, and a library that read a hostile file may crash in it.
   std::_Exit(quayline::reader::Run(argc, argv));
 }

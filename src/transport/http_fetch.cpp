@@ -141,7 +141,7 @@ std::expected<QByteArray, FetchError> Transfer::Outcome(CURLcode result) {
   return std::unexpected(*error);
 }
 
-// Not a member: it may run on for a moment when its HttpFetch is gone.
+// Not a member: it may run for a moment after its HttpFetch was destroyed.
 Task<std::expected<QByteArray, FetchError>> Fetch(std::shared_ptr<CurlLoop> loop, QUrl address,
                                                   FetchLimits limits) {
   if (!IsWebAddress(address)) {

@@ -81,7 +81,7 @@ TEST(PortListFile, WritesTheBytesThatAreExchanged) {
   const QList<PortEntry> broken = {{.description = U("one\r\ntwo\nthree\rЖ 😀")}, {U("next")}};
   EXPECT_EQ(Fields(ParsePortList(FormatPortList(broken))),
             U("|||||one two three Ж 😀|\nnext||||||\n"));
-  // Half of a pair has no form in any encoding: the rest of the list must not go with it.
+  // Half of a pair has no form in any encoding: the rest of the list must not be lost.
   const PortEntry half = {.description = QString(QChar(0xD83D)) + U("kept")};
   EXPECT_TRUE(ParsePortList(FormatPortList({half}))[0].description.endsWith(U("kept")));
 }

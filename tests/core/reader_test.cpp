@@ -41,7 +41,7 @@ TEST(Reader, EndsAtItsLimitsWithASentence) {
             QStringLiteral("is damaged"));
 }
 
-// Each byte of the first pages steers the parser: some of them let it run in circles or crash.
+// Each byte of the first pages steers the parser: some of them make it loop or crash.
 TEST(Reader, NoByteOfAJetFileDoesMoreThanEndIt) {
   const QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("mutated"));

@@ -30,8 +30,8 @@ QByteArray Marks(const QList<ComparedRow>& rows) {
   return marks;
 }
 
-// stands, off, Differs, Missing, + for extra
-TEST(CompareList, OnlyTheSameEnabledRuleMakesAnEntryStand) {
+// The letter of each mark: matches, off, Differs, Missing, + for extra
+TEST(CompareList, OnlyTheSameEnabledRuleMatches) {
   const QByteArray entry = "Web|192.168.1.10(Desk)|80|90|TCP/UDP|Web server\r\n";
   const char* const rule = "Web both 80 90 192.168.1.10";
   const struct {
@@ -39,9 +39,9 @@ TEST(CompareList, OnlyTheSameEnabledRuleMakesAnEntryStand) {
     QByteArray list;
     const char* rules;
     const char* marks;
-    bool stands = false;
+    bool matches = false;
   } kRows[] = {
-      {"the very rule", entry, rule, "s", true},
+      {"the same rule", entry, rule, "s", true},
       {"an empty table", entry, "", "M"},
       {"disabled", entry, "Web both 80 90 192.168.1.10 off", "o"},
       {"disabled ahead of enabled", entry,
@@ -70,7 +70,7 @@ TEST(CompareList, OnlyTheSameEnabledRuleMakesAnEntryStand) {
   for (const auto& row : kRows) {
     const QList<ComparedRow> rows = CompareList(ReadList(row.list), RulesOf(row.rules));
     EXPECT_EQ(Marks(rows), row.marks) << row.fault;
-    EXPECT_EQ(HasEveryEntry(rows), row.stands) << row.fault;
+    EXPECT_EQ(HasEveryEntry(rows), row.matches) << row.fault;
   }
 }
 

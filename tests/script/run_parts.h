@@ -43,8 +43,8 @@ struct RunParts {
   FakeQuestions questions;
   BrowserSet browsers;
   PageWait wait;
-  QStringList order;   // what the window was told; see ScriptRig
-  QStringList waits;   // what the window was told of long waits
+  QStringList order;   // what was reported to the window; see ScriptRig
+  QStringList waits;   // the long waits that were reported
   QStringList status;  // what the window was shown beside the log
   const Translator translator{QString()};
   RunEnvironment environment;

@@ -29,7 +29,7 @@ struct RecordedPages {
 
 // One run of the interpreter in a window that is not there: script text in, page calls and log out.
 // The entry is number 1 of 1: "Web", TCP, 80 to 90, for 192.168.1.100 (FrontDesk). `order` has the
-// log's steps between what the window was told.
+// log's steps between what was reported to the window.
 class ScriptRig final : public RecordedPages, public RunParts {
  public:
   ScriptRig();

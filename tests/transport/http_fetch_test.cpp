@@ -34,7 +34,7 @@ const Reply kHalf = {kOk + "Content-Length: 5\r\n\r\nab", Then::kSilence};
 
 using Fetch = Task<std::expected<QByteArray, FetchError>>;
 
-// What a fetch came to: the body, or the error's name in brackets.
+// The result of a fetch: the body, or the error's name in brackets.
 Task<> Write(Fetch fetch, QByteArray* out) {
   constexpr const char* kErrors[] = {"[bad address]", "[no connection]", "[timeout]", "[status]",
                                      "[too large]"};

@@ -72,7 +72,7 @@ QList<OwnAddress> OwnAddresses() {
   return addresses;
 }
 
-// Collects, by adapter, the gateway of the default route that the kernel prefers.
+// Collects for each adapter the gateway of the default route that the kernel prefers.
 class Gateways final {
  public:
   void AddRoute(const RouteRow<rtmsg>& row) {

@@ -10,7 +10,7 @@ namespace quayline {
 
 // A limit of one byte and not of zero: with zero the system still pipes the core to a program, such
 // as a crash reporter, if it is configured to. PR_SET_DUMPABLE is no alternative: the browser could
-// not set up the user namespace of its sandbox, and it does not go to other programs.
+// not set up the user namespace of its sandbox, and other programs do not inherit it.
 void KeepMemoryPrivate() {
   constexpr rlim_t kMaxCore = 1;
   rlimit limit = {};

@@ -36,7 +36,7 @@ void StopSignals::HoldBack() { pthread_sigmask(SIG_BLOCK, &HeldSignals(), nullpt
 StopSignals::StopSignals(QObject* parent) : QObject(parent) {
   file_ = signalfd(-1, &HeldSignals(), SFD_CLOEXEC | SFD_NONBLOCK);
   if (file_ < 0) {
-    // Better an end at once than none.
+    // Without the descriptor a signal ends the program at once.
     pthread_sigmask(SIG_UNBLOCK, &HeldSignals(), nullptr);
     return;
   }

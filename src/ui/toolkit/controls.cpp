@@ -264,7 +264,7 @@ HintedList::HintedList(QWidget* parent) : QTreeView(parent) {
   });
 }
 
-// The last column follows the window's width, not the user's hand.
+// The width of the last column follows the window, not the user.
 void HintedList::OnSectionResized(int column, int, int width) {
   if (!sizing_ && column + 1 < header()->count()) {
     kept_widths_.insert(column, width);

@@ -129,7 +129,7 @@ function bestOf(elements, rankOf) {
 }
 
 // A button, link or other element that can be clicked, by its caption: the kinds are elements made
-// for it, then elements with a handler, then such as a page shows a hand over.
+// for it, then elements with a handler, then those with a hand as the mouse pointer.
 function findByCaption(document_, wanted, test) {
   const caption = collapse(wanted);
   if (caption === '') {
