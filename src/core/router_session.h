@@ -37,6 +37,8 @@ struct RouterSession {
 struct JobOptions {
   bool silent_mode = true;
   bool throttle = true;
+  // The router's rules are read before and after a job.
+  bool verify_after_update = false;
   bool debug_mode = false;  // not stored
 };
 

@@ -23,6 +23,7 @@ inline constexpr char kCheckForUpdates[] = "checkforupdates";
 inline constexpr char kLastCheck[] = "lastcheck";
 inline constexpr char kSilentMode[] = "silentmode";
 inline constexpr char kScriptThrottle[] = "scriptthrottle";
+inline constexpr char kVerifyAfterUpdate[] = "verifyafterupdate";  // "0": off
 inline constexpr char kStaticIp[] = "staticip";
 inline constexpr char kListColumns[] = "listcolumns";  // widths that the user gave: "120,,80"
 inline constexpr char kWindowSize[] = "windowsize";    // of the main window: "960,720"

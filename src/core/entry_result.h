@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include "core/port_entry.h"
+#include "core/rule_match.h"
+
+namespace quayline {
+
+// What is known of an entry when a job has ended.
+enum class EntryState {
+  kOnRouter,   // seen there, as it is wanted
+  kDifferent,  // seen there with other values
+  kMissing,    // the router shows its rules, and this is none of them
+  kUnknown,    // the router's page does not say
+  kToCheck,    // the page does not say, and something went wrong while the entry was entered
+};
+
+struct EntryResult {
+  PortEntry entry;
+  EntryState state = EntryState::kUnknown;
+  QList<RuleField> differs;  // of kDifferent only
+  QString seen;              // the row of the router's page on which this rests
+  bool existed = false;      // the rule was on the router before the job, as it is wanted
+  QStringList doubts;        // what went wrong meanwhile, in sentences
+
+  bool IsWrong() const { return state == EntryState::kDifferent || state == EntryState::kMissing; }
+};
+
+// The result of an entry: what the page shows counts for more than what went wrong meanwhile.
+EntryResult ResultOf(const PortEntry& entry, const RuleVerdict& verdict, bool existed,
+                     const QStringList& doubts);
+
+// The names by which other programs know them: "on-router", "different", "missing", "unknown",
+// "to-check"; "port", "address", "protocol", "disabled".
+QString StateName(EntryState state);
+QString FieldName(RuleField field);
+
+}  // namespace quayline

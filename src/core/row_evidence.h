@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+#include "core/page_rows.h"
+
+namespace quayline {
+
+// What the headings of a table call a column.
+enum class ColumnRole {
+  kNone,
+  kPort,
+  kStartPort,
+  kEndPort,
+  kInnerPort,  // of the computer; only counts where no other column has ports
+  kAddress,
+  kProtocol,
+  kName,
+  kEnabled,
+  kIgnored,  // numbers of rows, sizes, times
+};
+
+ColumnRole RoleOf(const QString& heading);
+
+// Whether the headings are those of a table of rules.
+bool AreHeadingsOfRules(const QStringList& headings);
+
+struct SeenPorts {
+  int start = 0;
+  int end = 0;
+  bool is_sure = false;  // a range, or below a heading that says "port"
+
+  bool operator==(const SeenPorts&) const = default;
+};
+
+// What a row of a page says of a rule.
+struct RowEvidence {
+  QList<SeenPorts> ports;
+  QStringList addresses;  // whole ones
+  QList<int> last_parts;  // numbers that stand for an address
+  bool tcp = false;
+  bool udp = false;
+  bool is_disabled = false;
+  QStringList names;  // texts that may be a name, folded by FoldName()
+
+  bool HasProtocol() const { return tcp || udp; }
+  bool HasAddress() const { return !addresses.isEmpty() || !last_parts.isEmpty(); }
+  bool HasSurePorts() const;
+  // Whether the row can be a rule at all.
+  bool IsRule() const;
+};
+
+RowEvidence ReadRow(const PageRow& row);
+
+// Letters and digits alone, in small letters.
+QString FoldName(const QString& text);
+
+}  // namespace quayline

@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "core/rule_match.h"
+
+#include <gtest/gtest.h>
+
+namespace quayline {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// "A | B" is a row of cells; "[x]" and "[ ]" are check boxes.
+QStringList Cells(const QString& row) {
+  QStringList cells = row.split(u'|');
+  for (QString& cell : cells) {
+    cell = cell.trimmed();
+  }
+  return cells;
+}
+
+// The first line holds the headings; an empty one: there are none.
+PageRows Page(const char* text) {
+  QStringList lines = QString::fromUtf8(text).split(u'\n');
+  const QStringList headings = lines.first().isEmpty() ? QStringList() : Cells(lines.first());
+  PageRows page{.rows = {}, .headings = {headings}, .is_partial = false};
+  for (const QString& line : lines.sliced(1)) {
+    PageRow row;
+    for (const QString& cell : Cells(line)) {
+      const QString heading = headings.value(row.cells.size());
+      if (cell.startsWith(u'[')) {
+        row.cells.append({heading, {}, cell == u"[x]"_s});
+      } else {
+        row.cells.append({heading, cell, std::nullopt});
+      }
+    }
+    page.rows.append(row);
+  }
+  return page;
+}
+
+PortEntry Entry(const char* name, const char* start, const char* end, const char* protocol) {
+  return {.app_name = QString::fromUtf8(name),
+          .forwarded_to = u"192.168.1.5(Desk)"_s,
+          .start_port = QLatin1String(start),
+          .end_port = QLatin1String(end),
+          .protocol = QLatin1String(protocol),
+          .description = {}};
+}
+
+// "on", "missing", "unknown", or "different" and the fields.
+QString Words(const RuleVerdict& verdict) {
+  static const char* const states[] = {"on", "different", "missing", "unknown"};
+  static const char* const fields[] = {"port", "address", "protocol", "disabled"};
+  QString words = QLatin1String(states[static_cast<int>(verdict.state)]);
+  for (const RuleField field : verdict.differs) {
+    words += u' ' + QLatin1String(fields[static_cast<int>(field)]);
+  }
+  return words;
+}
+
+const PortEntry kWeb = Entry("Web", "80", "80", "TCP");
+const PortEntry kGame = Entry("GameServer", "6000", "6010", "TCP/UDP");
+
+TEST(RuleMatch, FindsARuleHoweverThePageWritesIt) {
+  const struct {
+    PortEntry entry;
+    const char* page;
+  } rows[] = {
+      {kWeb, "Name | Port | IP Address | Protocol\nWeb | 80 | 192.168.1.5 | TCP"},
+      {kWeb, "Name | Ports | To | Type\nweb | 80-80 | 192.168.1.5 | tcp"},
+      {kWeb, "Name | Ports | IP | Protocol\nWeb | 80:80 | 5 | 6"},
+      {kWeb, "\nWeb | 80~80 | 192.168.1.5 | TCP"},
+      {kWeb, "\nWeb | 80 | 192.168.1.5 | TCP | Edit | Delete"},
+      {kWeb, "# | External Port | Internal Port | Device\n80 | 80 | 8080 | 192.168.1.5"},
+      {kWeb, "Start Port | End Port | Server IP | Enable\n80 | | 192.168.1.5 | [x]"},
+      {kWeb, "From Port | To Port | Forward to\n80 | 80 | 192.168.1. 5"},
+      {kWeb, "Name | Port | Status\nWeb | 80 | Enabled"},
+      {kWeb, "Port | IP address | TCP | UDP\n80 | 192.168.1.5 | [x] | [ ]"},
+      {kWeb, "\nWeb TCP 80 -> 192.168.1.5"},
+      {kWeb, "Application | Port range | Remote host | IP\nother | 80-80 | 0.0.0.0 | 192.168.1.5"},
+      {kGame, "Name | Port | IP | Protocol\nGameServ | 6000-6010 | 192.168.1.5 | Both"},
+      {kGame, "Name | Port | Protocol\nGame Server | 6000 - 6010 | TCP/UDP"},
+      {kGame, "\nGameServer | 6000 | 6010 | ALL TCPUDP | 192.168.1.5"},
+      {kGame,
+       "Name | Port | IP | Protocol\nGameServer | 6000-6010 | 192.168.1.5 | TCP\n"
+       "GameServer | 6000-6010 | 192.168.1.5 | UDP"},
+      {Entry("My Web!", "80", "80", "TCP"), "Name | Port | IP\nMyWeb | 80 | 192.168.1.5"},
+      {Entry("80", "80", "80", "TCP"), "Name | Port | IP\n80 | 80 | 192.168.1.5"},
+  };
+  for (const auto& row : rows) {
+    const RuleVerdict verdict = MatchRules({row.entry}, Page(row.page)).first();
+    EXPECT_EQ(Words(verdict), u"on"_s) << row.page;
+    EXPECT_FALSE(verdict.seen.isEmpty());
+  }
+}
+
+TEST(RuleMatch, NamesWhatIsNotAsWanted) {
+  const struct {
+    PortEntry entry;
+    const char* page;
+    const char* verdict;
+  } rows[] = {
+      {kWeb, "Name | Port | IP | Protocol\nWeb | 81 | 192.168.1.5 | TCP", "different port"},
+      {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.6 | TCP", "different address"},
+      {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 6 | TCP", "different address"},
+      {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.5 | UDP", "different protocol"},
+      {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.5 | Both", "different protocol"},
+      {kWeb, "Enable | Name | Port | IP\n[ ] | Web | 80 | 192.168.1.5", "different disabled"},
+      {kWeb, "\nWeb | 80-80 | 192.168.1.5 | TCP | disabled", "different disabled"},
+      {kWeb, "Name | Port | IP | Active\nWeb | 81 | 192.168.1.6 | no",
+       "different port address disabled"},
+      {kWeb, "Port | IP\n80 | 192.168.1.6", "different address"},
+      {kGame, "Name | Port | IP | Protocol\nGameServer | 6000-6010 | 192.168.1.5 | TCP",
+       "different protocol"},
+      {kGame, "Name | Start Port | End Port | IP\nGameServer | 6000 | 6000 | 192.168.1.5",
+       "different port"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Words(MatchRules({row.entry}, Page(row.page)).first()), QLatin1String(row.verdict))
+        << row.page;
+  }
+}
+
+TEST(RuleMatch, TakesNothingElseForTheRule) {
+  const struct {
+    const char* page;
+    const char* verdict;
+  } rows[] = {
+      {"Name | Port | IP | Protocol\nFTP | 21 | 192.168.1.5 | TCP", "missing"},
+      {"Name | Port | IP | Protocol\nOther | 80 | 192.168.1.9 | TCP", "missing"},
+      {"Name | Port | IP | Protocol\nOther | 80 | 192.168.1.5 | UDP", "missing"},
+      {"Name | Port | IP | Protocol", "missing"},
+      {"Name | Start Port | End Port | IP\nWebcam | 8000 | 8080 | 192.168.1.5", "missing"},
+      {"# | Name | Port | IP\n80 | Mail | 25 | 192.168.1.5", "missing"},
+      {"Port | IP\n8080 | 192.168.1.80", "missing"},
+      {"", "unknown"},
+      {"\n80", "unknown"},
+      {"\nWeb | Mail | Game", "unknown"},
+      {"\n192.168.1.5 | 80", "unknown"},
+      {"Host | IP | MAC | Lease time\nDesk | 192.168.1.5 | 00:50:80:22:33:80 | 80", "unknown"},
+      {"Time | Message\n12:30:05 | 192.168.1.5 opened port 80", "unknown"},
+      {"Firmware | Uptime\n80.1 | 80 days", "unknown"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Words(MatchRules({kWeb}, Page(row.page)).first()), QLatin1String(row.verdict))
+        << row.page;
+  }
+  PageRows partial = Page("Name | Port | IP\nFTP | 21 | 192.168.1.5");
+  partial.is_partial = true;
+  EXPECT_EQ(Words(MatchRules({kWeb}, partial).first()), u"unknown"_s);
+}
+
+TEST(RuleMatch, ARowThatIsOneEntryIsNoFaultyFormOfAnother) {
+  const QList<RuleVerdict> verdicts =
+      MatchRules({Entry("DNS", "53", "53", "TCP"), Entry("DNS2", "53", "53", "UDP")},
+                 Page("Port | IP | Protocol\n53 | 192.168.1.5 | TCP"));
+  EXPECT_EQ(Words(verdicts.at(0)), u"on"_s);
+  EXPECT_EQ(Words(verdicts.at(1)), u"missing"_s);
+  EXPECT_EQ(verdicts.at(1).seen, u"53 | 192.168.1.5 | TCP"_s);
+}
+
+}  // namespace
+}  // namespace quayline
