@@ -105,6 +105,18 @@ constexpr Option kOptions[] = {
      "end at once where another Quayline works on this router, instead of\n"
      "waiting for it",
      [](Update& u, const QString&) { return Store(u.no_wait, true); }},
+    {"no-verify", nullptr,
+     "do not read the router's rules before and after; what became of the\n"
+     "entries is not known then",
+     [](Update& u, const QString&) { return Store(u.no_verify, true); }},
+    {"json", nullptr,
+     "write the results for programs, one object a line, and no log:\n"
+     "{\"entry\": \"Web\", \"state\": \"different\", \"differs\": [\"port\"],\n"
+     "\"seen\": \"the row on the router's page\", \"existed\": false} for each\n"
+     "entry, then {\"job\": \"done\", \"exit\": 4}. A state is on-router,\n"
+     "different, missing, unknown or to-check; a job is done, stopped or\n"
+     "error; what differs is port, address, protocol or disabled.",
+     [](Update& u, const QString&) { return Store(u.as_json, true); }},
 };
 
 QString Name(const Option& option) { return QLatin1String(option.name); }
@@ -122,7 +134,8 @@ Fault FaultOfWhole(const Update& update) {
   return std::nullopt;
 }
 
-Fault FaultOfWords(const QCommandLineParser& parser, bool is_parsed) {
+Fault FaultOfWords(const QCommandLineParser& parser, bool is_parsed, const QString& command) {
+  const QString not_known = QStringLiteral("\"%1\" is not an option of %2.");
   const QStringList unknown = parser.unknownOptionNames();
   if (unknown.contains(QStringLiteral("password"))) {
     return QStringLiteral(
@@ -130,15 +143,13 @@ Fault FaultOfWords(const QCommandLineParser& parser, bool is_parsed) {
         "--password-file or --password-stdin.");
   }
   if (!unknown.isEmpty()) {
-    return QStringLiteral("\"%1\" is not an option of update.").arg(unknown.first());
+    return not_known.arg(unknown.first(), command);
   }
   if (!is_parsed) {
     return parser.errorText();
   }
   const QStringList rest = parser.positionalArguments();
-  return rest.isEmpty()
-             ? std::nullopt
-             : Fault(QStringLiteral("\"%1\" is not an option of update.").arg(rest.first()));
+  return rest.isEmpty() ? std::nullopt : Fault(not_known.arg(rest.first(), command));
 }
 
 std::expected<UpdateArguments, QString> ParseUpdate(const QStringList& words) {
@@ -148,10 +159,11 @@ std::expected<UpdateArguments, QString> ParseUpdate(const QStringList& words) {
                       option.value == nullptr ? QString() : QLatin1String(option.value)});
   }
   const bool is_parsed = parser.parse(words);
-  if (const Fault fault = FaultOfWords(parser, is_parsed)) {
+  if (const Fault fault = FaultOfWords(parser, is_parsed, words.first())) {
     return std::unexpected(*fault);
   }
   Update update;
+  update.only_looks = words.first() == QLatin1String("check");
   for (const Option& option : kOptions) {
     if (!parser.isSet(Name(option))) {
       continue;
@@ -214,7 +226,7 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
   }
   if (words.isEmpty()) {
     return std::unexpected(
-        QStringLiteral("Please say what to do: update, lint, commands, or --help."));
+        QStringLiteral("Please say what to do: update, check, lint, commands, or --help."));
   }
   if (words.first() == QLatin1String("lint")) {
     if (words.size() != 2) {
@@ -225,7 +237,7 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
   if (words.first() == QLatin1String("commands")) {
     return ParseCommands(words.mid(1));
   }
-  if (words.first() != QLatin1String("update")) {
+  if (words.first() != QLatin1String("update") && words.first() != QLatin1String("check")) {
     return std::unexpected(QStringLiteral("\"%1\" is not a command.").arg(words.first()));
   }
   const auto update = ParseUpdate(words);  // its first word takes the place of the program's name
@@ -241,6 +253,7 @@ QString CliHelp() {
 
 Usage:
   quayline-cli update --data DIR --list FILE [options]
+  quayline-cli check --data DIR --list FILE [options]
   quayline-cli lint FILE
   quayline-cli commands [NAME | --markdown]
   quayline-cli --help | --version
@@ -248,6 +261,10 @@ Usage:
 update enters every entry of a port list into the router and writes the job log to
 standard output as it grows. Standard error has what a window would show beside the log: errors
 of pages, what pages say, what was refused or blocked, and what the job waits for.
+Before the first entry and after the last one it reads the rules that the router's own page shows.
+At the end a table says of each entry whether the rule was seen there.
+
+check only looks: it reads the rules and says the same of each entry. Nothing is changed.
 
 )") + OptionsHelp() +
          QStringLiteral(
@@ -260,12 +277,14 @@ Ctrl-C (or SIGTERM, SIGHUP, SIGQUIT) stops the job: no further command runs, and
 on its way to the router is waited for. A second Ctrl-C ends the program at once.
 
 Exit status:
-  0  all entries ran to their end
+  0  all entries ran to their end, and each was seen on the router, or the router's page does
+     not tell; then standard error says so
   1  the list, or the router's data, was refused before the job began; the reason is on
      standard error
   2  wrong usage, or a file that cannot be read
   3  an entry ended in an error, or the job was stopped (Ctrl-C, --timeout), or another
      Quayline works on the router (--no-wait)
+  4  all entries ran, and one is not on the router as it is wanted
 
 lint judges the lines of a router script (or of a router's file with its two scripts) and writes
 what it finds to standard output, one "file:line: sentence" each. It knows every command: a

@@ -13,8 +13,8 @@
 
 namespace quayline {
 
-// The options of `quayline-cli update`. What is missing comes from the settings of the program's
-// folder, else from the router's row, else from the program's defaults.
+// The options of `quayline-cli update` and `check`. What is missing comes from the settings of the
+// program's folder, else from the router's row, else from the program's defaults.
 struct UpdateArguments {
   QString data_folder;
   QString list_file;
@@ -30,6 +30,9 @@ struct UpdateArguments {
   std::optional<int> timeout_seconds;  // of the whole run
   bool no_wait = false;                // for another program that works on the router
   bool throttle = false;
+  bool no_verify = false;  // the router's rules are not read before and after
+  bool as_json = false;
+  bool only_looks = false;  // `check`: the entries are looked up, and nothing is entered
 };
 
 // What `quayline-cli commands` is to print.

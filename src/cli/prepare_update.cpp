@@ -136,6 +136,8 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments,
   context.job_options.silent_mode = true;
   context.job_options.throttle =
       arguments.throttle || settings.Boolean(setting::kScriptThrottle, false);
+  context.job_options.verify_after_update =
+      !arguments.no_verify && settings.Value(setting::kVerifyAfterUpdate) != QLatin1String("0");
 
   QList<PortEntry> entries = *list;
   ClampPorts(entries, session);

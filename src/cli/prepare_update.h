@@ -13,7 +13,7 @@
 namespace quayline {
 
 // The exit statuses of the program.
-enum class CliExit { kDone = 0, kRefused = 1, kUsage = 2, kFailed = 3 };
+enum class CliExit { kDone = 0, kRefused = 1, kUsage = 2, kFailed = 3, kNotAsWanted = 4 };
 
 // One sentence for standard error, and the status that goes with it.
 struct CliError {

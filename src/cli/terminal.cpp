@@ -50,6 +50,14 @@ QString LogForTerminal(const QString& text) {
 
 void WriteLog(const QString& piece) { Write(stdout, LogForTerminal(piece)); }
 
+void WriteLines(const QString& lines) {
+  QStringList shown = lines.split(QLatin1Char('\n'));
+  for (QString& line : shown) {
+    line = WithoutControls(line);
+  }
+  Write(stdout, shown.join(QLatin1Char('\n')));
+}
+
 void Report(const QString& sentence) {
   Write(stderr, WithoutControls(sentence) + QLatin1Char('\n'));
 }

@@ -16,6 +16,8 @@ QString LogForTerminal(const QString& text);
 
 // Writes to standard output.
 void WriteLog(const QString& piece);
+// Writes lines that end with LF to standard output.
+void WriteLines(const QString& lines);
 // Writes to standard error, on one line.
 void Report(const QString& sentence);
 // The same for a text of the program's own, which may have several lines.

@@ -7,7 +7,7 @@
 
 #include <chrono>
 
-#include "cli/prepare_update.h"
+#include "cli/results.h"
 #include "cli/terminal.h"
 #include "core/text_bytes.h"
 
@@ -34,7 +34,9 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
       questions_({.trusted_certificate = arguments.trusted_certificate,
                   .allowed_hosts = arguments.allowed_hosts},
                  &Report),
-      runner_(context, std::move(make_host), questions_) {
+      runner_(context, std::move(make_host), questions_),
+      as_json_(arguments.as_json),
+      only_looks_(arguments.only_looks) {
   timeout_.setSingleShot(true);
   if (arguments.timeout_seconds) {
     timeout_.setInterval(std::chrono::seconds(*arguments.timeout_seconds));
@@ -46,7 +48,9 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
 }
 
 void UpdateRun::ConnectReports() {
-  connect(&runner_.Log(), &JobLog::appended, this, &WriteLog);
+  if (!as_json_) {
+    connect(&runner_.Log(), &JobLog::appended, this, &WriteLog);
+  }
   connect(&runner_, &JobRunner::statusAppended, this, [](const QString& line, StatusKind kind) {
     if (kind == StatusKind::kNotable) {
       Report(OnOneLine(line));
@@ -60,19 +64,36 @@ void UpdateRun::ConnectReports() {
 
 void UpdateRun::ConnectEnd() {
   connect(&runner_, &JobRunner::ended, this, [this] {
-    WriteLog(LineBreak());
+    if (!as_json_) {
+      WriteLog(LineBreak());
+    }
     runner_.Leave();
   });
-  connect(&runner_, &JobRunner::left, this, [this] {
-    const JobOutcome& outcome = runner_.Outcome();
-    if (!outcome.to_check.isEmpty()) {
-      Report(OnOneLine(
-          QStringLiteral("Please check on the router, since a part of a page failed meanwhile: %1.")
-              .arg(outcome.to_check.join(QStringLiteral(", ")))));
-    }
-    const bool done = !outcome.stopped && outcome.entries_failed == 0;
-    Q_EMIT finished(static_cast<int>(done ? CliExit::kDone : CliExit::kFailed));
-  });
+  connect(&runner_, &JobRunner::left, this,
+          [this] { Q_EMIT finished(static_cast<int>(WriteResults())); });
+}
+
+CliExit UpdateRun::WriteResults() {
+  const JobOutcome& outcome = runner_.Outcome();
+  CliExit exit = CliExit::kDone;
+  if (outcome.stopped || outcome.entries_failed > 0) {
+    exit = CliExit::kFailed;
+  } else if (outcome.HasWrong()) {
+    exit = CliExit::kNotAsWanted;
+  }
+  if (as_json_) {
+    WriteLines(ResultObjects(outcome, static_cast<int>(exit)));
+  } else if (context_.job_options.verify_after_update || only_looks_) {
+    WriteLines(ResultTable(outcome));
+  }
+  if (const QStringList names = outcome.ToCheck(); !names.isEmpty()) {
+    Report(OnOneLine(
+        QStringLiteral("Please check on the router, since something went wrong meanwhile: %1.")
+            .arg(names.join(QStringLiteral(", ")))));
+  } else if (outcome.HasDoubts()) {
+    Report(QStringLiteral("The router's page does not show whether every entry is there."));
+  }
+  return exit;
 }
 
 void UpdateRun::Start() {
@@ -81,7 +102,11 @@ void UpdateRun::Start() {
   }
   runner_.Open();
   ShowUnseen(runner_.ActiveHost());
-  runner_.Run();
+  if (only_looks_) {
+    runner_.Check();
+  } else {
+    runner_.Run();
+  }
 }
 
 void UpdateRun::Stop() {

@@ -8,6 +8,7 @@
 
 #include "cli/arguments.h"
 #include "cli/cli_questions.h"
+#include "cli/prepare_update.h"
 #include "core/app_context.h"
 #include "script/job_runner.h"
 
@@ -16,6 +17,7 @@ namespace quayline {
 // Runs the prepared job. The log goes to standard output as it grows; what a window shows beside
 // the log goes to standard error: errors, notices, messages of pages, what is refused and what is
 // waited for.
+// What became of the entries follows the log, or comes instead of it.
 class UpdateRun final : public QObject {
   Q_OBJECT
 
@@ -34,12 +36,15 @@ class UpdateRun final : public QObject {
  private:
   void ConnectReports();
   void ConnectEnd();
+  CliExit WriteResults();
   void OnTimeout();
   void ReportWait(const QString& what);
 
   AppContext& context_;
   CliQuestions questions_;
   JobRunner runner_;
+  const bool as_json_;
+  const bool only_looks_;
   QTimer timeout_;
   QString last_wait_;
   bool is_stopping_ = false;

@@ -41,6 +41,7 @@ bool IsNegative(const QJsonValue& result) {
 void CommandCall::LogResult(const QJsonValue& result) const {
   const QString text = result.toString();
   run.was_found = result != QLatin1String(page_result::kFailed);
+  env.steps_not_found += IsMissing(result) ? 1 : 0;
   if (text == QLatin1String(page_result::kSuccessful)) {
     LogLine(Text(script_text::kSuccessful));
   } else if (text == QLatin1String(page_result::kFailed)) {

@@ -3,10 +3,13 @@
 
 #include "script/job_runner.h"
 
+#include <algorithm>
+
 #include "core/text_bytes.h"
 #include "script/command_call.h"
 #include "script/interpreter.h"
 #include "script/job_texts.h"
+#include "script/rule_reader.h"
 
 namespace quayline {
 
@@ -31,35 +34,42 @@ void JobRunner::Open() {
 void JobRunner::Run() {
   rows_ = context_.port_list.Entries();
   outcome_ = {};
+  before_.clear();
+  doubts_ = QList<QStringList>(rows_.size());
   StartRun(RunRows());
 }
 
+void JobRunner::Check() {
+  rows_ = context_.port_list.Entries();
+  outcome_ = {};
+  before_.clear();
+  doubts_ = QList<QStringList>(rows_.size());
+  StartRun(CheckRows());
+}
+
+Task<> JobRunner::CheckRows() {
+  const QList<RuleVerdict> verdicts = co_await Look();
+  outcome_.stopped = context_.job_flags.JobStopRequested();
+  outcome_.entries_failed = verdicts.isEmpty() ? static_cast<int>(rows_.size()) : 0;
+  NoteResults(verdicts);
+}
+
 Task<> JobRunner::RunRows() {
-  JobFlags& flags = context_.job_flags;
   const auto rows = static_cast<int>(rows_.size());
   Q_EMIT errorsCleared();
   log_.Append(LineBreak() + Text(job_text::kNumberOfForwards) + QStringLiteral(" (%1)").arg(rows));
   log_.Append(LineBreak() + Text(job_text::kRunningCommands) + LineBreak());
+  if (context_.job_options.verify_after_update) {
+    before_ = co_await Look();
+  }
   QString computer_name;
   for (int row = 1; row <= rows; ++row) {
-    if (flags.JobStopRequested()) {
+    if (context_.job_flags.JobStopRequested()) {
       outcome_.stopped = true;
+      NoteResults({});
       co_return;
     }
-    LogRowHead(row);
-    GiveLogin();
-    RunArguments arguments = ArgumentsOf(row, computer_name);
-    computer_name = arguments.entry_computer_name;
-    ++outcome_.entries;
-    const int faults = PageFaults();
-    const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
-    outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
-    outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
-    if (end == RunEnd::kAllLinesDone && PageFaults() > faults) {
-      outcome_.to_check.append(rows_[row - 1].app_name);
-    }
-    log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
-                OnOneLine(rows_[row - 1].app_name) + LineBreak());
+    co_await RunRow(row, computer_name);
   }
   if (!outcome_.stopped) {
     // A save that its command did not wait for would end with the browser.
@@ -70,7 +80,82 @@ Task<> JobRunner::RunRows() {
   const QString rule(19, QLatin1Char('-'));
   log_.Append(LineBreak());
   log_.Append(LineBreak() + rule + Text(job_text::kDone) + rule);
+  co_await ReadBack();
 }
+
+Task<> JobRunner::RunRow(int row, QString& computer_name) {
+  LogRowHead(row);
+  GiveLogin();
+  RunArguments arguments = ArgumentsOf(row, computer_name);
+  computer_name = arguments.entry_computer_name;
+  ++outcome_.entries;
+  const int faults = PageFaults();
+  Environment().steps_not_found = 0;
+  ForgetPageWords();
+  const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
+  outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
+  outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
+  doubts_[row - 1] = DoubtsSince(faults);
+  log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
+              OnOneLine(rows_[row - 1].app_name) + LineBreak());
+}
+
+QStringList JobRunner::DoubtsSince(int faults) {
+  QStringList doubts;
+  if (PageFaults() > faults) {
+    doubts.append(Text(job_text::kPageFailed));
+  }
+  if (const int steps = Environment().steps_not_found; steps > 0) {
+    doubts.append(Text(job_text::kStepsNotFound).arg(steps));
+  }
+  for (const QString& words : PageWords()) {
+    doubts.append(Text(job_text::kPageSaid).arg(words));
+  }
+  return doubts;
+}
+
+Task<> JobRunner::ReadBack() {
+  QList<RuleVerdict> verdicts;
+  if (context_.job_options.verify_after_update && !outcome_.stopped) {
+    verdicts = co_await Look();
+  }
+  NoteResults(verdicts);
+}
+
+Task<QList<RuleVerdict>> JobRunner::Look() {
+  RunArguments arguments = RouterArguments();
+  arguments.commands = LinesToRules(context_.session);
+  GiveLogin();
+  is_looking_ = true;
+  const std::optional<PageRows> page = co_await ReadRules(Environment(), std::move(arguments));
+  is_looking_ = false;
+  co_return page ? MatchRules(rows_, *page) : QList<RuleVerdict>();
+}
+
+void JobRunner::NoteResults(const QList<RuleVerdict>& verdicts) {
+  for (qsizetype row = 0; row < rows_.size(); ++row) {
+    const bool existed = before_.value(row).state == RuleState::kOnRouter;
+    outcome_.results.append(ResultOf(rows_[row], verdicts.value(row), existed, doubts_[row]));
+  }
+}
+
+bool JobOutcome::HasDoubts() const {
+  return std::ranges::any_of(results, [](const EntryResult& result) {
+    return result.state == EntryState::kUnknown || result.state == EntryState::kToCheck;
+  });
+}
+
+QStringList JobOutcome::ToCheck() const {
+  QStringList names;
+  for (const EntryResult& result : results) {
+    if (result.state == EntryState::kToCheck) {
+      names.append(result.entry.app_name);
+    }
+  }
+  return names;
+}
+
+bool JobOutcome::HasWrong() const { return std::ranges::any_of(results, &EntryResult::IsWrong); }
 
 void JobRunner::LogRowHead(int row) {
   const PortEntry& entry = rows_[row - 1];
@@ -110,6 +195,9 @@ RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name
 
 // One error costs the entry, the next one the job.
 void JobRunner::CountError() {
+  if (is_looking_) {
+    return;
+  }
   JobFlags& flags = context_.job_flags;
   if (flags.job_error_grace != 1) {
     flags.SetJobStopRequested(true);

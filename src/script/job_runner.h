@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
+#include "core/entry_result.h"
+#include "core/page_rows.h"
 #include "script/script_runner.h"
 
 namespace quayline {
@@ -10,8 +14,13 @@ struct JobOutcome {
   int entries = 0;         // passes that were begun
   int entries_failed = 0;  // passes that ended in an error block
   bool stopped = false;    // ended before the last row
-  // Names of entries that ran, while a script or another part of a page failed.
-  QStringList to_check;
+  // Of each row of the list, once the run has ended.
+  QList<EntryResult> results;
+
+  bool HasDoubts() const;  // an entry could not be seen on the router
+  bool HasWrong() const;   // an entry is not on the router as it is wanted
+  // Names of the entries that are to be checked on the router.
+  QStringList ToCheck() const;
 };
 
 // A job: one pass of the router's update script for each row of the port list, in a browser that it
@@ -21,8 +30,9 @@ struct JobOutcome {
 // belongs to the next job. The login, the options and the address are read when their turn comes.
 //
 // Open() makes the browser, writes the head of the log and forgets how the job before it ended: its
-// stop, its errors, its forgiven error. Run() begins the passes. Stop() ends the
-// job at whatever it waits for. Destroying the runner ends everything at once.
+// stop, its errors, its forgiven error. Run() begins the passes; before the first and after the
+// last one the router's rules are read, unless the options say otherwise. Check() only reads them.
+// Stop() ends the job at whatever it waits for. Destroying the runner ends everything at once.
 class JobRunner final : public ScriptRunner {
   Q_OBJECT
 
@@ -33,6 +43,7 @@ class JobRunner final : public ScriptRunner {
 
   void Open();
   void Run();
+  void Check();
 
   const JobOutcome& Outcome() const { return outcome_; }
 
@@ -45,11 +56,21 @@ class JobRunner final : public ScriptRunner {
 
  private:
   Task<> RunRows();
+  Task<> CheckRows();
+  Task<> RunRow(int row, QString& computer_name);
+  Task<> ReadBack();
+  // What the router shows of each row. Nothing where its rules were not read.
+  Task<QList<RuleVerdict>> Look();
+  void NoteResults(const QList<RuleVerdict>& verdicts);
+  QStringList DoubtsSince(int faults);
   RunArguments ArgumentsOf(int row, const QString& former_computer_name) const;
   void LogRowHead(int row);
 
   QList<PortEntry> rows_;
   JobOutcome outcome_;
+  QList<RuleVerdict> before_;  // of each row, or empty
+  QList<QStringList> doubts_;  // of each row
+  bool is_looking_ = false;    // what fails now costs the job nothing
 };
 
 }  // namespace quayline

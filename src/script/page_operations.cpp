@@ -48,6 +48,8 @@ constexpr Operation kElementIsThere{"ElementIsThere", kQuestion, IfGone::kFalse}
 constexpr Operation kNearestNames{"NearestNames", kQuestion, IfGone::kEmptyList};
 constexpr Operation kNamePasswordBoxes{"NamePasswordBoxes", kQuestion, IfGone::kFailed};
 constexpr Operation kPageShowsText{"PageShowsText", kQuestion, IfGone::kFalse};
+constexpr Operation kReadRows{"ReadRows", kQuestion, IfGone::kEmptyText};
+constexpr Operation kOpenNextPage{"OpenNextPage", kClick, IfGone::kFailed};
 constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
 
 QJsonValue ResultIfGone(IfGone if_gone) {
@@ -157,6 +159,10 @@ PageCall NearestNames(const QString& name) { return Call(kNearestNames, {name});
 PageCall NamePasswordBoxes() { return Call(kNamePasswordBoxes, {}); }
 
 PageCall PageShowsText(const QString& text) { return Call(kPageShowsText, {text}); }
+
+PageCall ReadRows() { return Call(kReadRows, {}); }
+
+PageCall OpenNextPage() { return Call(kOpenNextPage, {}); }
 
 PageCall ReadMarkupState() { return Call(kReadMarkupState, {}); }
 

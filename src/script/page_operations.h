@@ -77,6 +77,12 @@ PageCall NamePasswordBoxes();
 // Answers whether the page shows the text; case and line breaks do not count.
 PageCall PageShowsText(const QString& text);
 
+// Answers an object: `rows`, each an array of cells {heading, text, checked}; `headings`, each an
+// array of texts; `isPartial`; `hasNext`. All frames of the page are read. See core/page_rows.h.
+PageCall ReadRows();
+// Clicks the link to the next page of a table.
+PageCall OpenNextPage();
+
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.
 PageCall ReadMarkupState();

@@ -29,6 +29,8 @@ struct RunEnvironment {
   std::function<void(const QString&)> tell_wait;
   // Shows the window a line that is not part of the log.
   std::function<void(const QString&)> show_status;
+  // How many steps have not found what they were for. Counted up by the run.
+  int steps_not_found = 0;
 };
 
 // How a run ended.

@@ -263,6 +263,11 @@ void ScriptRunner::AskOtherAddress(const OtherAddress& other,
 
 std::optional<PageDialogAnswer> ScriptRunner::AnswerDialog(const PageDialog& dialog) {
   if (running_ || left_during_run_) {
+    constexpr qsizetype kMostWords = 5;
+    constexpr qsizetype kLongest = 200;
+    if (page_words_.size() < kMostWords) {
+      page_words_.append(OnOneLine(dialog.text.left(kLongest)));
+    }
     return std::nullopt;
   }
   ++dialogs_open_;

@@ -95,6 +95,9 @@ class ScriptRunner : public QObject, public PageQuestions {
 
   // How many scripts and other parts of pages have failed during the run.
   int PageFaults() const { return page_faults_; }
+  // What pages said in dialogs that were answered for the user, since ForgetPageWords().
+  const QStringList& PageWords() const { return page_words_; }
+  void ForgetPageWords() { page_words_.clear(); }
 
   BrowserSet& Browsers() { return *browsers_; }
   PageWait& Pages() { return *pages_; }
@@ -140,6 +143,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   int dialogs_open_ = 0;  // the engine's own calls are on the stack below them
   int messages_shown_ = 0;
   int page_faults_ = 0;
+  QStringList page_words_;
   Flow leaving_;  // these two last: their frames use what stands above
   Flow flow_;
 };

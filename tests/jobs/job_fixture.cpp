@@ -124,12 +124,13 @@ void JobTest::Begin(const QList<PortEntry>& entries) {
   notices_.clear();
   context_.port_list.SetEntries(entries);
   runner_.reset();
-  runner_ = StartShownJob(context_, questions_, [this](JobRunner& runner) {
+  runner_ = OpenShownJob(context_, questions_, [this](JobRunner& runner) {
     QObject::connect(&runner, &JobRunner::statusAppended, &runner,
                      [this](const QString& line) { told_.append(line); });
     QObject::connect(&runner, &JobRunner::noticeRequested, &runner,
                      [this](const QString& text) { notices_.append(text); });
   });
+  runner_->Run();
 }
 
 bool JobTest::Ends(std::chrono::milliseconds limit) {

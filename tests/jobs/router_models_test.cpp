@@ -41,6 +41,7 @@ const std::vector<ModelCase> kModels{
 };
 
 TEST_F(RouterModels, EachHoldsTheListOnceBehindAJob) {
+  context_.job_options.verify_after_update = true;
   for (const ModelCase& row : kModels) {
     SCOPED_TRACE(row.model);
     ASSERT_NO_FATAL_FAILURE(StartRouter(QLatin1String(row.model)));
@@ -51,6 +52,10 @@ TEST_F(RouterModels, EachHoldsTheListOnceBehindAJob) {
     EXPECT_FALSE(outcome.stopped);
     EXPECT_EQ(Standing(), Expected(entries));
     EXPECT_FALSE(Log().contains(QStringLiteral("Failed")));
+    for (const EntryResult& result : outcome.results) {
+      EXPECT_EQ(result.state, EntryState::kOnRouter) << result.entry.app_name.toStdString();
+      EXPECT_FALSE(result.existed) << result.seen.toStdString();
+    }
     const QString all = told_.join(QLatin1Char('\n')) + Log();
     for (const char* text : row.told) {
       EXPECT_TRUE(all.contains(QLatin1String(text))) << text;
@@ -92,11 +97,15 @@ TEST_F(RouterModels, AFullTableEndsTheJobAndLeavesTheRulesThatFit) {
               {"popup", "(Successful)"},
               {"rowtable", "(Failed - Object Not Found)"},  // there is no row to write into
               {"shell", "(Successful)"}};
+  context_.job_options.verify_after_update = true;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.model);
     ASSERT_NO_FATAL_FAILURE(StartRouter(QLatin1String(row.model), {.entries = 2}));
     const JobOutcome& outcome = Run(Entries());
     EXPECT_EQ(outcome.entries, 4);
+    for (qsizetype i = 0; i < outcome.results.size(); ++i) {
+      EXPECT_EQ(outcome.results[i].state, i < 2 ? EntryState::kOnRouter : EntryState::kMissing);
+    }
     EXPECT_FALSE(outcome.stopped);
     EXPECT_EQ(Standing(), Expected(Entries().first(2)));
     const QString of_third = Log().section(QStringLiteral("3/4"), 1);

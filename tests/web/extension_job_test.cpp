@@ -74,7 +74,7 @@ TEST_F(ExtensionJob, AnErrorOfAScriptLineIsLoggedOnceAndTheEntryIsToBeChecked) {
     Start({u"nav(\"list\")"_s, u"run_javascript(\"%1\")"_s.arg(code)});
     ASSERT_TRUE(Ends(30s));
     EXPECT_EQ(Log().count(u"Error: "_s), 2) << "(Script Error: KindError: " << Log().toStdString();
-    EXPECT_EQ(runner_->Outcome().to_check, QStringList{u"Web"_s});
+    EXPECT_EQ(runner_->Outcome().ToCheck(), QStringList{u"Web"_s});
   }
 }
 

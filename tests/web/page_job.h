@@ -21,10 +21,14 @@ class PageJob : public ::testing::Test {
     server_.replies["/silent"] = {.bytes = {}, .then = Reply::Then::kSilence};
   }
 
-  void Start(const QStringList& script) {
+  void Open(const QStringList& script) {
     context_.session.update_script = script;
     runner_.reset();
-    runner_ = StartShownJob(context_, questions_);
+    runner_ = OpenShownJob(context_, questions_);
+  }
+  void Start(const QStringList& script) {
+    Open(script);
+    runner_->Run();
   }
   QString Log() { return runner_->Log().Text(); }
   bool LogHolds(const QString& text) {

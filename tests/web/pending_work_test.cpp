@@ -196,7 +196,7 @@ TEST_F(PendingWork, OfAPageThatFailsIsNotedAndToBeChecked) {
     Start({u"nav(\"page\")"_s, u"click_button(\"go\")"_s});
     ASSERT_TRUE(Ends(40s));
     EXPECT_TRUE(Log().contains(QLatin1String(row.noted))) << Log().toStdString();
-    EXPECT_EQ(runner_->Outcome().to_check, QStringList{u"Web"_s});
+    EXPECT_EQ(runner_->Outcome().ToCheck(), QStringList{u"Web"_s});
     runner_.reset();
   }
 }

@@ -22,8 +22,8 @@ inline void ShowPage(PageHost* host) {
   view->setFocus();
 }
 
-// Begins a job in browsers that are shown. `listen` connects to the runner before it does anything.
-inline std::unique_ptr<JobRunner> StartShownJob(
+// Makes a job in browsers that are shown; it is begun by Run() or Check(). `listen` connects to the runner before it does anything.
+inline std::unique_ptr<JobRunner> OpenShownJob(
     AppContext& context, PageQuestions& questions,
     const std::function<void(JobRunner&)>& listen = [](JobRunner&) {}) {
   auto runner = std::make_unique<JobRunner>(
@@ -33,7 +33,6 @@ inline std::unique_ptr<JobRunner> StartShownJob(
   listen(*runner);
   runner->Open();
   ShowPage(runner->ActiveHost());
-  runner->Run();
   return runner;
 }
 

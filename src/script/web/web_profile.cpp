@@ -91,7 +91,8 @@ void WebProfile::InstallScripts() {
           Called("installLoadReport", {"load_report.js"}, {beacon_}) +
           Called("installPageAgent",
                  {"agent/elements.js", "agent/finding.js", "agent/keeping.js", "agent/acting.js",
-                  "agent/clicking.js", "agent/choosing.js", "agent/reading.js", "agent/entry.js"},
+                  "agent/clicking.js", "agent/choosing.js", "agent/reading.js", "agent/rows.js",
+                  "agent/entry.js"},
                  {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
           Called("removePageChannels", {"page_channels.js"}, {}) +

@@ -92,8 +92,8 @@ QString JobWindow::OutcomeText() const {
     return Text(message::kFinishedWithErrors)
         .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
   }
-  if (!outcome.to_check.isEmpty()) {
-    return Text(message::kFinishedToCheck).arg(outcome.to_check.join(QStringLiteral(", ")));
+  if (const QStringList names = outcome.ToCheck(); !names.isEmpty()) {
+    return Text(message::kFinishedToCheck).arg(names.join(QStringLiteral(", ")));
   }
   return Text(message::kFinished);
 }

@@ -19,9 +19,10 @@ function chooseDocument(frame) {
 }
 
 // A target that was not found may still appear: then all pending work of the page counts. A negative
-// answer to a question is final only when no pending work may change it.
+// answer to a question is final only when no pending work may change it, and so are the rows of a
+// page.
 function hasPendingWork(operation, value, isUserAction) {
-  const isNegative = operation !== 'ReadMarkupState' &&
+  const isNegative = operation === 'ReadRows' || operation !== 'ReadMarkupState' &&
     (value === FAILED || value === FAILED_LINK || value === false || value === '');
   const what = !isNegative ? 'count' : isUserAction ? 'follow' : 'adopt';
   return window.quaylineHasPendingWork(what);

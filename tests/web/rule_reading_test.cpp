@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "web/page_job.h"
+
+namespace quayline::testing {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+// The job's entry is "Web", ports 80 to 90, TCP, to 10.0.0.5.
+class RuleReading : public PageJob {
+ protected:
+  // What the page says of the entry: "on-router", or "different: port address", and so on.
+  QString Look() {
+    context_.session.view_script = {u"nav(\"rules\")"_s};
+    Open({});
+    runner_->Check();
+    EXPECT_TRUE(Ends(20s));
+    return Words();
+  }
+  QString Words() {
+    const QList<EntryResult>& results = runner_->Outcome().results;
+    if (results.isEmpty()) {
+      return u"no result"_s;
+    }
+    QStringList words{StateName(results.first().state)};
+    for (const RuleField field : results.first().differs) {
+      words.append(FieldName(field));
+    }
+    return words.join(u' ');
+  }
+};
+
+constexpr char kHead[] =
+    "<table><tr><th>Name<th>Start Port<th>End Port<th>IP<th>Protocol<th>Enable</tr>";
+
+QByteArray Table(const QByteArray& rows) { return kHead + rows + "</table>"; }
+
+QByteArray Row(const char* name, int start, int end, const char* ip, bool enabled = true) {
+  return QStringLiteral(
+             "<tr><td>%1<td>%2<td>%3<td>%4<td>TCP<td><input type=checkbox %5 disabled></tr>")
+      .arg(QLatin1String(name), QString::number(start), QString::number(end), QLatin1String(ip),
+           enabled ? u"checked"_s : QString())
+      .toUtf8();
+}
+
+TEST_F(RuleReading, OfPagesOfAllKinds) {
+  const QByteArray web = Row("Web", 80, 90, "10.0.0.5");
+  const QByteArray others = Row("Mail", 25, 25, "10.0.0.5") + Row("Cam", 80, 90, "10.0.0.9");
+  const struct {
+    const char* page;
+    QByteArray markup;
+    const char* words;
+  } rows[] = {
+      {"a table", Table(others + web), "on-router"},
+      {"rules of others with the same ports", Table(others), "missing"},
+      {"a disabled rule", Table(Row("Web", 80, 90, "10.0.0.5", false)), "different disabled"},
+      {"another port", Table(Row("Web", 80, 91, "10.0.0.5")), "different port"},
+      {"a table without a row", Table(""), "missing"},
+      {"no table", "<h1>Welcome</h1><p>Firmware 80.90", "unknown"},
+      {"a table within tables of a layout",
+       "<table><tr><td>Menu<td><table><tr><td>" + Table(web) + "</table></table>", "on-router"},
+      {"two rows of headings, and merged cells",
+       "<table><tr><th rowspan=2>Name<th colspan=2>Port<th rowspan=2>Host</tr><tr><th>Start<th>End"
+       "</tr><tr><td rowspan=2>Web<td>70<td>70<td rowspan=2>10.0.0.5</tr><tr><td>80<td>90</tr>"
+       "</table>",
+       "on-router"},
+      {"boxes in the rows, and the last part of the address",
+       "<table><tr><td>Name<td>Ports<td>IP Address<td>TCP<td>UDP</tr><tr><td><input value=Web>"
+       "<td><input value=80> to <input value=90><td>10.0.0.<input value=5>"
+       "<td><input type=checkbox checked><td><input type=checkbox></tr></table>",
+       "on-router"},
+      {"a list box", "<select size=5><option>Web TCP 80-90 10.0.0.5<option>Mail TCP 25</select>",
+       "on-router"},
+      {"a list of items", "<ul><li>Mail: 25 TCP 10.0.0.5<li>Web: 80-90 TCP 10.0.0.5</ul>",
+       "on-router"},
+      {"blocks",
+       "<div class=rule><b>Mail</b><i>25</i><i>10.0.0.5</i><i>TCP</i></div>"
+       "<div class=rule><b>Web</b><i>80 - 90</i><i>10.0.0.5</i><i>TCP</i></div>",
+       "on-router"},
+      {"a template that is not shown", Table(others + "<tr style='display:none'>" + web.mid(4)),
+       "missing"},
+      {"a frame", "<iframe src=/inner></iframe>", "on-router"},
+      {"a shadow root",
+       "<div id=host></div><script>document.getElementById('host').attachShadow({mode: 'open'})"
+       ".innerHTML = `" +
+           Table(web) + "`</script>",
+       "on-router"},
+      {"rows that come late",
+       "<div id=a></div><script>setTimeout(() => fetch('/inner').then(r => r.text())"
+       ".then(t => { a.innerHTML = t }), 400)</script>",
+       "on-router"},
+      {"a page that follows", Table(others) + "<a href=/second>Next</a>", "on-router"},
+      {"a next page that is the same one", Table(others) + "<a href=/rules>Next</a>", "missing"},
+      {"a next page that cannot be read", Table(others) + "<a href=/gone>Next</a>", "unknown"},
+  };
+  server_.replies["/inner"] = Html(Table(web));
+  server_.replies["/second"] = Html(Table(web));
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.page);
+    server_.replies["/rules"] = Html(row.markup);
+    EXPECT_EQ(Look(), QLatin1String(row.words)) << runner_->Log().Text().toStdString();
+  }
+}
+
+// What became of a save is what the router shows, whatever the steps said.
+TEST_F(RuleReading, FindsOutWhatARouterMadeOfASave) {
+  const struct {
+    const char* router;
+    QByteArray before;
+    QByteArray after;
+    const char* words;
+    bool existed;
+  } rows[] = {
+      {"stores it", Table(""), Table(Row("Web", 80, 90, "10.0.0.5")), "on-router", false},
+      {"had it", Table(Row("Web", 80, 90, "10.0.0.5")), Table(Row("Web", 80, 90, "10.0.0.5")),
+       "on-router", true},
+      {"drops it", Table(""), Table(""), "missing", false},
+      {"changes the port", Table(""), Table(Row("Web", 80, 80, "10.0.0.5")), "different port",
+       false},
+      {"says no, and shows no rules", "<p>Hello", "<p>Hello", "to-check", false},
+  };
+  context_.job_options.verify_after_update = true;
+  context_.session.view_script = {u"nav(\"rules\")"_s};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.router);
+    server_.replies["/rules"] = Html(row.before);
+    server_.replies["/form"] = Html(
+        "<form method=post action=/save><input name=rule><input type=submit name=go></form>"
+        "<script>document.forms[0].onsubmit = () => alert('No room')</script>");
+    server_.replies["/save"] = Html("Saved");
+    server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
+      if (request.startsWith("POST /save")) {
+        server_.replies["/rules"] = Html(row.after);
+      }
+      return std::nullopt;
+    };
+    Start({u"nav(\"form\")"_s, u"set_name(\"rule,\")"_s, u"click_button(\"go\")"_s});
+    ASSERT_TRUE(Ends(30s));
+    EXPECT_EQ(Words(), QLatin1String(row.words));
+    EXPECT_EQ(runner_->Outcome().results.first().existed, row.existed);
+    EXPECT_EQ(runner_->Outcome().results.first().doubts.join(u' '),
+              u"The page said: \"No room\""_s);
+    EXPECT_FALSE(Log().contains(u"rules"_s)) << "the log is that of the entries";
+  }
+}
+
+TEST_F(RuleReading, AReadingThatFailsCostsTheJobNothing) {
+  context_.job_options.verify_after_update = true;
+  context_.session.view_script = {u"nav(\"gone\")"_s};
+  server_.replies["/form"] = Html("<form method=post action=/save><input type=submit name=go></form>");
+  server_.replies["/save"] = Html("Saved");
+  Start({u"nav(\"form\")"_s, u"click_button(\"go\")"_s});
+  ASSERT_TRUE(Ends(30s));
+  EXPECT_EQ(runner_->Outcome().entries_failed, 0) << Log().toStdString();
+  EXPECT_FALSE(runner_->Outcome().stopped);
+  EXPECT_EQ(Words(), u"unknown"_s);
+}
+
+}  // namespace
+}  // namespace quayline::testing
