@@ -5,39 +5,21 @@
 
 #include <cmath>
 
-#include "core/ini_file.h"
-
 namespace quayline {
 
 namespace {
 
-const QString kSection = QStringLiteral("main");
 constexpr QLatin1String kTrue("True");
 constexpr QLatin1String kFalse("False");
 
 }  // namespace
 
-Settings::Settings(QString file_name) : file_name_(std::move(file_name)) {}
+Settings::Settings(QString file_name) : section_(QStringLiteral("main"), std::move(file_name)) {}
 
-QString Settings::Value(const char* key) const {
-  const auto pending = pending_.find(key);
-  return pending != pending_.end() ? *pending
-                                   : ReadIniValue(kSection, QString::fromLatin1(key), file_name_);
-}
+QString Settings::Value(const char* key) const { return section_.Value(QString::fromLatin1(key)); }
 
 bool Settings::SetValue(const char* key, const QString& value) {
-  pending_.insert(key, value);
-  return StorePending();
-}
-
-// Ends at the first failure: each may have waited for another instance's lock.
-bool Settings::StorePending() {
-  for (auto each = pending_.begin(); each != pending_.end(); each = pending_.erase(each)) {
-    if (!WriteIniValue(kSection, QString::fromLatin1(each.key()), each.value(), file_name_)) {
-      return false;
-    }
-  }
-  return true;
+  return section_.SetValue(QString::fromLatin1(key), value);
 }
 
 bool Settings::Boolean(const char* key, bool otherwise) const {

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
-#include <QHash>
 #include <QString>
+
+#include "core/ini_section.h"
 
 namespace quayline {
 
@@ -40,18 +40,17 @@ class Settings final {
   // False when the file could not be written; Value() is the new one even then.
   bool SetValue(const char* key, const QString& value);
   // Writes what could not be written before. False when something is still not written.
-  bool StorePending();
+  bool StorePending() { return section_.StorePending(); }
 
   // "True" and "False" in any case, and numbers, of which 0 is false. Any other text gives
   // `otherwise`.
   bool Boolean(const char* key, bool otherwise) const;
   bool SetBoolean(const char* key, bool value);
 
-  const QString& FileName() const { return file_name_; }
+  const QString& FileName() const { return section_.FileName(); }
 
  private:
-  QString file_name_;
-  QHash<QByteArray, QString> pending_;  // by key
+  IniSection section_;
 };
 
 }  // namespace quayline

@@ -3,16 +3,12 @@
 
 #include "core/trusted_certificates.h"
 
-#include "core/ini_file.h"
-
 namespace quayline {
 
 namespace {
 
-const QString kSection = QStringLiteral("trusted");
-
-// A key ends at the first "=", a section name begins a line with "[": neither occurs in an address
-// but for the brackets of IPv6.
+// A key ends at the first "=", and a section begins with "[". An address has neither, except for
+// the brackets of IPv6.
 QString KeyOf(QString address) {
   address.replace(QLatin1Char('['), QLatin1Char('('));
   return address.replace(QLatin1Char(']'), QLatin1Char(')')).toLower();
@@ -20,11 +16,12 @@ QString KeyOf(QString address) {
 
 }  // namespace
 
-TrustedCertificates::TrustedCertificates(QString file_name) : file_name_(std::move(file_name)) {}
+TrustedCertificates::TrustedCertificates(QString file_name)
+    : section_(QStringLiteral("trusted"), std::move(file_name)) {}
 
 TrustedCertificates::Verdict TrustedCertificates::Look(const QString& address,
                                                        const QByteArray& sha256) const {
-  const QString known = ReadIniValue(kSection, KeyOf(address), file_name_);
+  const QString known = section_.Value(KeyOf(address));
   if (known.isEmpty()) {
     return Verdict::kUnknown;
   }
@@ -33,7 +30,7 @@ TrustedCertificates::Verdict TrustedCertificates::Look(const QString& address,
 }
 
 bool TrustedCertificates::Trust(const QString& address, const QByteArray& sha256) {
-  return WriteIniValue(kSection, KeyOf(address), Fingerprint(sha256), file_name_);
+  return section_.SetValue(KeyOf(address), Fingerprint(sha256));
 }
 
 QString TrustedCertificates::Fingerprint(const QByteArray& sha256) {

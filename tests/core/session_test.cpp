@@ -6,6 +6,7 @@
 #include "core/files.h"
 #include "core/router_session.h"
 #include "core/settings.h"
+#include "core/trusted_certificates.h"
 #include "test_main.h"
 
 namespace quayline {
@@ -35,6 +36,27 @@ TEST(Settings, BooleansOfEditedFiles) {
   EXPECT_TRUE(settings.SetBoolean(setting::kScriptThrottle, true));
   EXPECT_EQ(testing::ReadBytes(settings.FileName()),
             "[main]\r\nsilentmode=False\r\nscriptthrottle=True\r\n");
+}
+
+TEST(TrustedCertificates, AnAnswerThatCannotBeStoredHoldsAndIsStoredLater) {
+  using Verdict = TrustedCertificates::Verdict;
+  const QTemporaryDir folder;
+  const QString file = folder.filePath(U("certificates.ini"));
+  TrustedCertificates certificates(file);
+  const auto look = [&](const char* address, const char* sha256) {
+    return certificates.Look(U(address), sha256);
+  };
+  EXPECT_FALSE(testing::OnFullDisk(0, [&] { return certificates.Trust(U("box:443"), "one"); }));
+  EXPECT_EQ(look("box:443", "one"), Verdict::kTrusted);
+  EXPECT_EQ(look("box:443", "other"), Verdict::kChanged);
+  EXPECT_EQ(look("box:8443", "one"), Verdict::kUnknown);
+  EXPECT_FALSE(testing::OnFullDisk(0, [&] { return certificates.StorePending(); }));
+  const auto is_stored = [&file] {
+    return TrustedCertificates(file).Look(U("box:443"), "one") == Verdict::kTrusted;
+  };
+  EXPECT_FALSE(is_stored());
+  EXPECT_TRUE(certificates.Trust(U("[::1]:443"), "two"));
+  EXPECT_TRUE(is_stored());
 }
 
 TEST(RouterSession, ASelectionReplacesAllButTheAddress) {

@@ -356,6 +356,28 @@ TEST_F(WebTest, ACertificateThatNobodyVouchesForIsRefused) {
   EXPECT_TRUE(IsTold("certificate"));
 }
 
+TEST_F(WebTest, AnAnswerAboutACertificateThatCannotBeStoredIsReportedOnce) {
+  SecureServer secure;
+  secure.server.replies["/"] = Answer("200 OK", "page");
+  const QTemporaryDir folder;
+  TrustedCertificates certificates(folder.filePath(u"missing/certificates.ini"_s));
+  questions.trusts = [](const ShownCertificate&) { return true; };
+  const QUrl router = secure.Address(u"/"_s);
+  const auto run_job = [&] {
+    NextBrowser(&certificates);
+    host->SetLogin({.scheme = router.scheme(), .host = router.host(), .port = router.port()});
+    Open(router);
+    EXPECT_EQ(errors, QStringList());
+  };
+  run_job();
+  EXPECT_TRUE(IsTold("cannot be stored"));
+  ASSERT_TRUE(QDir(folder.path()).mkdir(u"missing"_s));
+  run_job();
+  EXPECT_EQ(told.filter(u"cannot be stored"_s), QStringList());
+  EXPECT_EQ(questions.asked.size(), 1) << questions.asked.join(u' ').toStdString();
+  EXPECT_TRUE(QFile::exists(folder.filePath(u"missing/certificates.ini"_s)));
+}
+
 TEST_F(WebTest, ADeadPageAnswersItsQuestionsAndTheNextLoadWorks) {
   Show("<input name=a value=1>");
   QStringList order;

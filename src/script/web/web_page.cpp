@@ -180,9 +180,9 @@ void WebPage::AnswerLogin(const QUrl& url, QAuthenticator* authenticator) {
   }
 }
 
-// A certificate of the router's own that the user took stays good as long as it is the same. A
-// router that was reset has a new one, and its user can only get in if he is asked again. What
-// other hosts show has to hold by itself.
+// A certificate that the router made itself is accepted as long as it is the one that the user
+// trusts. A router that was reset has a new one, so the user is asked again. The certificates of
+// other hosts must be valid by themselves.
 void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   const QUrl url = error.url();
   const QString address = QStringLiteral("%1:%2").arg(url.host()).arg(url.port(443));
@@ -197,6 +197,7 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
   const QByteArray sha256 = chain.first().digest(QCryptographicHash::Sha256);
   const TrustedCertificates::Verdict verdict = known->Look(address, sha256);
   if (verdict == TrustedCertificates::Verdict::kTrusted) {
+    known->StorePending();
     error.acceptCertificate();
     return;
   }
@@ -210,7 +211,9 @@ void WebPage::JudgeCertificate(QWebEngineCertificateError error) {
       return;
     }
     if (trusted) {
-      known->Trust(address, sha256);
+      if (!known->Trust(address, sha256)) {
+        Q_EMIT page->told(page->profile_.Text(message::kCertificateNotStored).arg(address));
+      }
       error.acceptCertificate();
     } else {
       error.rejectCertificate();

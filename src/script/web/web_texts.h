@@ -27,6 +27,10 @@ inline constexpr Message kFetchedWithoutForm{
     "The page is the answer to a form. It is opened again without sending the form."};
 inline constexpr Message kLoginPageStatus{"The login page came with the status %1."};
 inline constexpr Message kCertificateWait{"Waiting for a word on the certificate of %1"};
+inline constexpr Message kCertificateNotStored{
+    "Your answer about the certificate of %1 cannot be stored. Is the disk full? It holds until "
+    "the "
+    "program ends, and is stored later where that is possible."};
 inline constexpr Message kPageSays{"The page says: %1"};
 inline constexpr Message kPageAsks{"The page asks: %1 (answered: %2)"};
 

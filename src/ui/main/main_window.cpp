@@ -67,6 +67,7 @@ void MainWindow::Unload() {
   start_up_.Cancel();
   columns_->Flush();
   context_.settings.StorePending();
+  context_.certificates.StorePending();
   list_.Finish();
   delete job_window_.data();
   context_.databases.Close();
