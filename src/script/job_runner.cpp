@@ -127,6 +127,7 @@ Task<QList<RuleVerdict>> JobRunner::Look() {
   arguments.commands = LinesToRules(context_.session);
   GiveLogin();
   is_looking_ = true;
+  Q_EMIT lookStarted();
   const std::optional<PageRows> page = co_await ReadRules(Environment(), std::move(arguments));
   is_looking_ = false;
   co_return page ? MatchRules(rows_, *page) : QList<RuleVerdict>();

@@ -50,6 +50,8 @@ class JobRunner final : public ScriptRunner {
  Q_SIGNALS:
   // Row `row` (from 1) of `rows` begins.
   void entryStarted(int row, int rows, const QString& app_name);
+  // The router's rules are being read.
+  void lookStarted();
 
  protected:
   void CountError() override;

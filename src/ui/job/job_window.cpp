@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 
 #include "ui/job/job_window_texts.h"
+#include "ui/job/result_texts.h"
 #include "ui/job/run_display.h"
 #include "ui/toolkit/theme.h"
 #include "ui_job_window.h"
@@ -23,7 +24,8 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
       prompts_(prompts),
       ui_(std::make_unique<Ui::JobWindow>()),
       questions_(*this, prompts, context.translator, kRunnerTexts),
-      runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)) {
+      runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)),
+      entry_states_(context.translator) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(Text(message::kJobTitle));
@@ -36,7 +38,7 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
 
   display_ = new RunDisplay(*this, *runner_, questions_, context, prompts, kRunnerTexts,
                             RunControls(*ui_));
-  connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::ShowEntry);
+  ConnectEntries();
   connect(runner_.get(), &JobRunner::ended, this, &JobWindow::ShowEnd);
   connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
@@ -45,6 +47,21 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
   start_timer_.setSingleShot(true);
   connect(&start_timer_, &QTimer::timeout, runner_.get(), &JobRunner::Run);
   start_timer_.start(500ms);
+}
+
+void JobWindow::ConnectEntries() {
+  entry_states_.Begin(context_.port_list.Entries());
+  ui_->entries_view->setModel(&entry_states_);
+  const auto fit = [this] {
+    ui_->entries_view->resizeColumnToContents(EntryStates::kEntry);
+    ui_->entries_view->resizeColumnToContents(EntryStates::kState);
+  };
+  fit();
+  connect(&entry_states_, &QAbstractItemModel::dataChanged, this, fit);
+  connect(&entry_states_, &QAbstractItemModel::modelReset, this, fit);
+  connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::ShowEntry);
+  connect(runner_.get(), &JobRunner::lookStarted, this,
+          [this] { ui_->headline_label->setText(Text(message::kLooking)); });
 }
 
 // The job is destroyed first: its browsers use this window's widgets.
@@ -56,6 +73,8 @@ void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
   setWindowTitle(QStringLiteral("%1 (%2/%3)")
                      .arg(Text(message::kJobTitle), QString::number(row), QString::number(rows)));
   ui_->busy_bar->SetMoving(true);
+  entry_states_.SetRunning(row - 1);
+  ui_->entries_view->scrollTo(entry_states_.index(row - 1, 0));
 }
 
 void JobWindow::Stop() {
@@ -71,6 +90,7 @@ void JobWindow::Stop() {
 }
 
 void JobWindow::ShowEnd() {
+  entry_states_.SetResults(runner_->Outcome().results, runner_->Outcome().entries);
   ui_->headline_label->setText(OutcomeText());
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
@@ -91,6 +111,9 @@ QString JobWindow::OutcomeText() const {
   if (outcome.entries_failed > 0) {
     return Text(message::kFinishedWithErrors)
         .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
+  }
+  if (context_.job_options.verify_after_update) {
+    return entry_states_.Summary();
   }
   if (const QStringList names = outcome.ToCheck(); !names.isEmpty()) {
     return Text(message::kFinishedToCheck).arg(names.join(QStringLiteral(", ")));

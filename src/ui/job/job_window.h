@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "script/job_runner.h"
+#include "ui/job/entry_states.h"
 #include "ui/job/run_questions.h"
 #include "ui/toolkit/prompts.h"
 
@@ -19,8 +20,8 @@ namespace quayline {
 
 class RunDisplay;
 
-// The window of a job: the router's pages as the job works through them, its log, what the browser
-// reports. The job begins half a second after the window opened, and ends with it at the latest. A
+// The window of a job: what becomes of each entry, the router's pages as the job works through them,
+// its log, what the browser reports. The job begins half a second after the window opened, and ends with it at the latest. A
 // user who closes it during the job is asked; close() does not ask. The window deletes itself when
 // it is closed and a save under way has arrived.
 class JobWindow final : public QWidget {
@@ -36,6 +37,7 @@ class JobWindow final : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void ConnectEntries();
   void ShowEntry(int row, int rows, const QString& app_name);
   void ShowEnd();
   void Stop();
@@ -50,6 +52,7 @@ class JobWindow final : public QWidget {
   std::unique_ptr<Ui::JobWindow> ui_;
   RunQuestions questions_;
   std::unique_ptr<JobRunner> runner_;
+  EntryStates entry_states_;
   RunDisplay* display_ = nullptr;  // a child of this window
   QTimer start_timer_;
 };

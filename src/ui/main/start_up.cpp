@@ -33,6 +33,8 @@ std::expected<void, QString> StartUp::Prepare() {
   RemoveUnfinishedWrites(context_.program_folder);
   NoteDailyCheck();
   context_.job_options.silent_mode = context_.settings.Boolean(setting::kSilentMode, true);
+  context_.job_options.verify_after_update =
+      context_.settings.Boolean(setting::kVerifyAfterUpdate, true);
   context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle, true);
   if (const auto opened = context_.databases.Open(context_.program_folder, context_.shipped_folder);
       !opened) {

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QList>
+
+#include "core/entry_result.h"
+#include "i18n/translator.h"
+
+namespace quayline {
+
+// The entries of a job and what is known of each, as the list of the job window shows them. It
+// begins with all entries waiting, follows the job, and ends with the results.
+class EntryStates final : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column { kEntry, kState, kReason, kColumns };
+
+  explicit EntryStates(const Translator& translator, QObject* parent = nullptr);
+
+  void Begin(const QList<PortEntry>& entries);
+  // Row `row` (from 0) is being entered; those before it have been.
+  void SetRunning(int row);
+  // The job is over. `entered`: how many rows were begun. No results: it never began.
+  void SetResults(const QList<EntryResult>& results, int entered);
+
+  // One sentence on all of them, for the headline.
+  QString Summary() const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  QString StateText(int row) const;
+  QString ReasonText(int row) const;
+  QString Text(const Message& message) const { return translator_.Text(message); }
+
+  const Translator& translator_;
+  QList<EntryResult> results_;
+  int running_ = -1;
+  int entered_ = 0;
+  bool is_over_ = false;
+};
+
+}  // namespace quayline

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/job/entry_states.h"
+
+#include <gtest/gtest.h>
+
+namespace quayline {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+EntryResult Result(const char* name, EntryState state) {
+  return {.entry = {.app_name = QLatin1String(name)}, .state = state, .seen = u"the row"_s};
+}
+
+QString States(const EntryStates& model) {
+  QStringList states;
+  for (int row = 0; row < model.rowCount(); ++row) {
+    states.append(model.index(row, EntryStates::kState).data().toString());
+  }
+  return states.join(u'|');
+}
+
+class EntryStatesTest : public ::testing::Test {
+ protected:
+  EntryStatesTest() : translator_(QString()), model_(translator_) {}
+
+  Translator translator_;
+  EntryStates model_;
+};
+
+TEST_F(EntryStatesTest, FollowsTheJob) {
+  model_.Begin({{.app_name = u"Web"_s}, {.app_name = u"Mail"_s}, {.app_name = u"Dns"_s}});
+  EXPECT_EQ(States(model_), u"Waiting|Waiting|Waiting"_s);
+  model_.SetRunning(1);
+  EXPECT_EQ(States(model_), u"Entered, not looked up yet|Being entered|Waiting"_s);
+  model_.SetResults({Result("Web", EntryState::kUnknown), Result("Mail", EntryState::kUnknown),
+                     Result("Dns", EntryState::kUnknown)},
+                    2);
+  EXPECT_EQ(States(model_), u"Cannot tell|Cannot tell|Skipped"_s) << "stopped in the second one";
+}
+
+TEST_F(EntryStatesTest, SaysDoneOnlyOfWhatWasSeen) {
+  using enum EntryState;
+  const struct {
+    QList<EntryResult> results;
+    const char* states;
+    const char* summary;
+  } rows[] = {
+      {{Result("Web", kOnRouter), Result("Mail", kOnRouter)},
+       "On the router|On the router",
+       "Finished: all entries are on your router (2 of 2)."},
+      {{Result("Web", kOnRouter)}, "On the router", "Finished: the entry is on your router."},
+      {{Result("Web", kOnRouter), Result("Mail", kMissing), Result("Dns", kUnknown)},
+       "On the router|Not on the router|Cannot tell",
+       "1 of 3 entries are on your router as you want them. Please look at: Mail, Dns."},
+      {{Result("Web", kOnRouter), Result("Mail", kToCheck)},
+       "On the router|To be checked",
+       "Every entry has run, but the router's page does not show whether these are there: Mail. "
+       "Please look at the router's page."},
+  };
+  for (const auto& row : rows) {
+    model_.SetResults(row.results, static_cast<int>(row.results.size()));
+    EXPECT_EQ(States(model_), QLatin1String(row.states));
+    EXPECT_EQ(model_.Summary(), QLatin1String(row.summary));
+  }
+}
+
+TEST_F(EntryStatesTest, ARowIsSpokenWhole) {
+  EntryResult result = Result("Web", EntryState::kDifferent);
+  result.differs = {RuleField::kPort, RuleField::kDisabled};
+  model_.SetResults({result}, 1);
+  EXPECT_EQ(model_.index(0, 0).data(Qt::AccessibleTextRole).toString(),
+            u"Web: Different: port, switched off. the row"_s);
+}
+
+}  // namespace
+}  // namespace quayline
