@@ -76,6 +76,12 @@ void EntryStates::SetResults(const QList<EntryResult>& results, int entered) {
   endResetModel();
 }
 
+QModelIndex EntryStates::FirstToLookAt() const {
+  const auto found = std::ranges::find_if(results_, IsNotSeen);
+  return found == results_.end() ? QModelIndex()
+                                 : index(static_cast<int>(found - results_.begin()), 0);
+}
+
 QString EntryStates::Summary() const {
   const auto seen = std::ranges::count_if(results_, std::not_fn(IsNotSeen));
   if (seen == results_.size()) {

@@ -26,6 +26,8 @@ class EntryStates final : public QAbstractTableModel {
   // The job is over. `entered`: how many rows were begun. No results: it never began.
   void SetResults(const QList<EntryResult>& results, int entered);
 
+  // The first entry that was not seen on the router.
+  QModelIndex FirstToLookAt() const;
   // One sentence on all of them, for the headline.
   QString Summary() const;
 

@@ -91,6 +91,7 @@ void JobWindow::Stop() {
 
 void JobWindow::ShowEnd() {
   entry_states_.SetResults(runner_->Outcome().results, runner_->Outcome().entries);
+  ui_->entries_view->scrollTo(entry_states_.FirstToLookAt());
   ui_->headline_label->setText(OutcomeText());
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
