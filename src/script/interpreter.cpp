@@ -181,9 +181,11 @@ Task<bool> Interpreter::DebugPause() {
   env_.log.Append(LineBreak());
   env_.enable_proceed(true);
   JobFlags& flags = env_.flags;
+  env_.is_paused = true;
   co_await Until([&flags] {
     return !flags.JobDebugMode() || flags.JobStopRequested();
   }).WokenBy(&flags, &JobFlags::changed);
+  env_.is_paused = false;
   co_return !flags.JobStopRequested();
 }
 

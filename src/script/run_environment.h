@@ -31,6 +31,8 @@ struct RunEnvironment {
   std::function<void(const QString&)> show_status;
   // How many steps have not found what they were for. Counted up by the run.
   int steps_not_found = 0;
+  // The run is in a debug pause between two lines: no command works on the pages.
+  bool is_paused = false;
 };
 
 // How a run ended.

@@ -73,6 +73,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
 
   stopped_by_user_ = false;
   messages_shown_ = 0;
+  notices_shown_.clear();
   page_faults_ = 0;
   flags.is_running = true;
   flags.SetJobStopRequested(false);
@@ -262,7 +263,8 @@ void ScriptRunner::AskOtherAddress(const OtherAddress& other,
 }
 
 std::optional<PageDialogAnswer> ScriptRunner::AnswerDialog(const PageDialog& dialog) {
-  if (running_ || left_during_run_) {
+  const bool is_working = running_ && !environment_->is_paused;
+  if (is_working || left_during_run_) {
     constexpr qsizetype kMostWords = 5;
     constexpr qsizetype kLongest = 200;
     if (page_words_.size() < kMostWords) {
@@ -306,7 +308,12 @@ void ScriptRunner::OnNavigateError(const QString& url, int status) {
     CountError();
   }
   Q_EMIT busyChanged(false);
-  switch (NoticeOfStatus(name)) {
+  const StatusNotice notice = NoticeOfStatus(name);
+  if (notices_shown_.contains(notice)) {
+    return;
+  }
+  notices_shown_.append(notice);
+  switch (notice) {
     case StatusNotice::kAccessDenied:
       Q_EMIT noticeRequested(
           Notice(texts_.access_denied,

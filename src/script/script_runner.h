@@ -16,6 +16,7 @@
 #include "script/run_environment.h"
 #include "script/runner_texts.h"
 #include "script/script_run.h"
+#include "script/status_text.h"
 
 namespace quayline {
 
@@ -24,8 +25,9 @@ namespace quayline {
 //
 // Only one runner may run at a time: the flags are those of the whole program.
 //
-// It stands between its pages and the answerer of its window: while a run works on the pages, their
-// dialogs are answered with OK, as a run would do; in the user's hands they are the user's.
+// What its pages ask goes through it to the answerer of its window. Dialogs of a page are answered
+// with OK while a script command may work on the page. Before and after the run, and in a debug
+// pause between two lines, the user answers them.
 class ScriptRunner : public QObject, public PageQuestions {
   Q_OBJECT
 
@@ -142,6 +144,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   bool left_during_run_ = false;
   int dialogs_open_ = 0;  // the engine's own calls are on the stack below them
   int messages_shown_ = 0;
+  QList<StatusNotice> notices_shown_;  // what the user knows already
   int page_faults_ = 0;
   QStringList page_words_;
   Flow leaving_;  // these two last: their frames use what stands above

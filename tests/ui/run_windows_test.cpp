@@ -250,9 +250,14 @@ TEST_P(EachRunWindowTest, WhatTheUserAnswersGoesBackToThePageThatAsks) {
 
 TEST_P(EachRunWindowTest, APagesOwnDialogIsTheRunsWhileItWorksAndTheUsersAfterwards) {
   const PageDialog dialog{.kind = PageDialog::Kind::kConfirm, .text = u"Delete ALL rules?"_s};
-  hangs_ = true;
+  context_->job_options.debug_mode = true;
   Open();
-  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
+  ASSERT_TRUE(RunUntil([this] { return Find("proceed_button")->isEnabled(); }));
+  EXPECT_TRUE(page_->questions.AnswerDialog(dialog).has_value()) << "between two lines";
+  prompts_.shown.clear();
+  page_->hangs = true;
+  Click("proceed_button");
+  ASSERT_TRUE(ComesToSay("log_edit", "Step 02"));
   EXPECT_FALSE(page_->questions.AnswerDialog(dialog).has_value());
   EXPECT_THAT(prompts_.shown, IsEmpty());
   Click("stop_button");
@@ -314,12 +319,16 @@ TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHo
   for (const char* text : {"Connecting", "", "Connecting", "Done"}) {
     Q_EMIT page_->statusTextChanged(QLatin1String(text));
   }
+  Q_EMIT page_->navigateError(u"http://1.1.1.1/two"_s, 401);
+  Q_EMIT page_->navigateError(u"http://1.1.1.1/two"_s, 404);
   Q_EMIT page_->navigateError(u"http://1.1.1.1/one"_s, 401);
   EXPECT_EQ(TextOf("status_edit"),
             "Router Status: Loading...\n\nRouter Status: Connecting\nRouter Status: Done");
   EXPECT_THAT(TextOf("errors_edit"),
               EndsWith("\nLast Error Status Code: DENIED(401) (http://1.1.1.1/one)"));
-  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Notify: You have received an ACCESS")));
+  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Notify: You have received an ACCESS"),
+                                          StartsWith("Notify: You have received a NOT FOUND")))
+      << "one for each cause";
 }
 
 }  // namespace
