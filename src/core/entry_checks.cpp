@@ -4,11 +4,11 @@
 #include "core/entry_checks.h"
 
 #include <algorithm>
-#include <optional>
+#include <array>
 
 #include "core/entry_fields.h"
+#include "core/port_range.h"
 #include "core/program_entries.h"
-#include "core/row_ports.h"
 #include "i18n/message.h"
 
 namespace quayline {
@@ -31,13 +31,15 @@ constexpr Message kPlainName{"A name can not contain \"|\" or a line break."};
 constexpr Message kAddStartAboveEnd{"Starting port can not be larger than the ending port"};
 constexpr Message kEditStartAboveEnd{"Starting port can not be larger than the ending port."};
 constexpr Message kNameTooLong{"Name can only be 10 chars or less."};
+constexpr Message kStemTooLong{
+    "Several entries get numbered names, so this one can only be 8 chars or less."};
+constexpr Message kPortsUnreadable{"Several ports are typed as in 80, 443, 6000-6010."};
+constexpr Message kPortOutside{"The ports of this router are %1 to %2."};
 constexpr Message kProgramNeeded{"Please select a program from the list."};
 
-using Refusal = std::optional<EntryVerdict>;
+using Problem = std::optional<EntryProblem>;
 
-EntryVerdict Refused(const QString& message, EntryField focus = EntryField::kNone) {
-  return {.accepted = false, .message = message, .focus = focus};
-}
+constexpr qsizetype kNumberLength = 2;
 
 bool IsBlank(const QString& text) { return QStringView(text).trimmed().isEmpty(); }
 
@@ -46,15 +48,14 @@ bool EndsField(QChar c) {
          c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
 }
 
-bool DoProtocolsMeet(const QString& one, const QString& other) {
-  const auto is = [](const QString& protocol, const QString& what) {
-    return protocol.compare(what, Qt::CaseInsensitive) == 0;
-  };
-  const QString both = QStringLiteral("TCP/UDP");
-  return is(one, other) || is(one, both) || is(other, both);
+// Rows from a file can have any text as their protocol.
+bool DoProtocolsMeet(std::optional<Protocol> one, std::optional<Protocol> other) {
+  return one == other || one == Protocol::kBoth || other == Protocol::kBoth;
 }
 
-// The single checks. Each gives its refusal, or nothing.
+bool IsWholeNumber(const QString& port) { return IsBlank(port) || PortNumber(port).has_value(); }
+
+// The single checks of an entry.
 class EntryCheck final {
  public:
   EntryCheck(const TypedEntry& typed, const RouterSession& session, const Translator& translator)
@@ -64,125 +65,193 @@ class EntryCheck final {
         ports_{.start = PortNumber(typed.start_port).value_or(0),
                .end = PortNumber(typed.end_port).value_or(0)} {}
 
-  Refusal WholeNumbers() const {
-    const auto is_other = [](const QString& port) { return !IsBlank(port) && !PortNumber(port); };
-    return is_other(typed_.start_port) || is_other(typed_.end_port)
-               ? Refusal(Refused(Text(kWholeNumbers)))
-               : std::nullopt;
+  Problem WholeNumbers() const {
+    if (!IsWholeNumber(typed_.start_port)) {
+      return EntryProblem{Text(kWholeNumbers), EntryField::kStartPort};
+    }
+    return If(!IsWholeNumber(typed_.end_port), kWholeNumbers, EntryField::kEndPort);
   }
 
-  Refusal Order(const Message& message) const {
-    return ports_.start > ports_.end ? Refusal(Refused(Text(message))) : std::nullopt;
+  Problem Order(const Message& message) const {
+    return If(ports_.start > ports_.end, message, EntryField::kEndPort);
   }
 
-  Refusal Range() const {
+  Problem Range() const {
     if (ports_.Length() <= max_range_) {
       return std::nullopt;
     }
-    return Refused(QStringLiteral("%1 %2 %3\n\n%4 %5 %3")
-                       .arg(Text(kRangeLimit), QString::number(max_range_), Text(kRangeUnit),
-                            Text(kRangeIs), QString::number(ports_.Length())));
+    return EntryProblem{QStringLiteral("%1 %2 %3\n\n%4 %5 %3")
+                            .arg(Text(kRangeLimit), QString::number(max_range_), Text(kRangeUnit),
+                                 Text(kRangeIs), QString::number(ports_.Length())),
+                        EntryField::kEndPort};
   }
 
-  Refusal Name() const {
-    return std::ranges::any_of(typed_.name, EndsField)
-               ? Refusal(Refused(Text(kPlainName), EntryField::kName))
-               : std::nullopt;
+  Problem NameLength() const {
+    return If(typed_.name.size() > kMaxNameLength, kNameTooLong, EntryField::kName);
   }
 
-  Refusal Everything() const {
-    const bool is_missing = IsBlank(typed_.name) || IsBlank(typed_.protocol) ||
-                            IsBlank(typed_.start_port) || IsBlank(typed_.end_port) ||
-                            IsBlank(typed_.address);
-    return is_missing ? Refusal(Refused(Text(kEverything))) : std::nullopt;
+  Problem Name() const {
+    return If(std::ranges::any_of(typed_.name, EndsField), kPlainName, EntryField::kName);
   }
 
-  Refusal Address() const {
-    return IsWholeAddress(typed_.address)
-               ? std::nullopt
-               : Refusal(Refused(Text(kAddressNeeded), EntryField::kAddress));
+  Problem Everything() const {
+    const std::array<std::pair<bool, EntryField>, 5> missing = {
+        {{IsBlank(typed_.name), EntryField::kName},
+         {!typed_.protocol.has_value(), EntryField::kProtocol},
+         {IsBlank(typed_.start_port), EntryField::kStartPort},
+         {IsBlank(typed_.end_port), EntryField::kEndPort},
+         {IsBlank(typed_.address), EntryField::kAddress}}};
+    for (const auto& [is_missing, field] : missing) {
+      if (is_missing) {
+        return EntryProblem{Text(kEverything), field};
+      }
+    }
+    return std::nullopt;
   }
 
-  // The rows in their order, but for the one at `skipped`. Ports of a row that are no numbers count
-  // as those of the row before it.
-  Refusal Rows(const QList<PortEntry>& entries, int skipped = -1) const {
-    RowPorts other;
+  Problem Address() const {
+    return If(!IsWholeAddress(typed_.address), kAddressNeeded, EntryField::kAddress);
+  }
+  Problem AnyAddress() const {
+    return If(typed_.address == QLatin1String("0.0.0.0"), kAddressNeeded, EntryField::kAddress);
+  }
+
+  // The rows in their order, without the one at `skipped`.
+  Problem Rows(const QList<PortEntry>& entries, int skipped = -1) const {
+    PortRange other;
     for (int row = 0; row < entries.size(); ++row) {
       const PortEntry& entry = entries.at(row);
       if (row == skipped) {
         continue;
       }
-      other.Take(entry);
+      other = RangeOf(entry, other);
       if (entry.app_name.compare(typed_.name, Qt::CaseInsensitive) == 0) {
-        return Refused(
-            QStringLiteral("%1 '%2' %3").arg(Text(kTheName), typed_.name, Text(kNameTaken)));
+        return EntryProblem{
+            QStringLiteral("%1 '%2' %3").arg(Text(kTheName), typed_.name, Text(kNameTaken)),
+            EntryField::kName};
       }
-      if (!DoProtocolsMeet(typed_.protocol, entry.protocol)) {
+      if (!DoProtocolsMeet(typed_.protocol, ProtocolOf(entry.protocol))) {
         continue;
       }
       if (ClashesAtStart(ports_, other)) {
-        return Conflict(entry, kStartTaken);
+        return Conflict(entry, kStartTaken, EntryField::kStartPort);
       }
       if (ClashesAtEnd(ports_, other)) {
-        return Conflict(entry, kEndTaken);
+        return Conflict(entry, kEndTaken, EntryField::kEndPort);
       }
     }
     return std::nullopt;
   }
 
  private:
-  EntryVerdict Conflict(const PortEntry& entry, const Message& reason) const {
-    return Refused(QStringLiteral("'%1' %2\n%3").arg(entry.app_name, Text(reason), Text(kOnce)));
+  Problem If(bool is_wrong, const Message& message, EntryField field) const {
+    return is_wrong ? Problem(EntryProblem{Text(message), field}) : std::nullopt;
   }
-
+  EntryProblem Conflict(const PortEntry& entry, const Message& reason, EntryField field) const {
+    return {QStringLiteral("'%1' %2\n%3").arg(entry.app_name, Text(reason), Text(kOnce)), field};
+  }
   QString Text(const Message& message) const { return translator_.Text(message); }
 
   const TypedEntry& typed_;
   int max_range_;
   const Translator& translator_;
-  RowPorts ports_;
+  PortRange ports_;
 };
 
-// Accepted when no check refuses.
-EntryVerdict FirstOf(std::initializer_list<Refusal> refusals) {
-  const auto* refused = std::ranges::find_if(refusals, &Refusal::has_value);
-  return refused == refusals.end() ? EntryVerdict{.accepted = true} : **refused;
+Problem FirstOf(std::initializer_list<Problem> problems) {
+  const auto* found = std::ranges::find_if(problems, &Problem::has_value);
+  return found == problems.end() ? std::nullopt : *found;
+}
+
+// One typed entry for each port or range of the start port.
+std::expected<QList<TypedEntry>, EntryProblem> SplitPorts(const TypedEntry& typed,
+                                                          const RouterSession& session,
+                                                          const Translator& translator) {
+  const auto problem = [&translator](const Message& message, EntryField field) {
+    return std::unexpected(EntryProblem{translator.Text(message), field});
+  };
+  const auto ranges = ParsePortRanges(typed.start_port);
+  if (!ranges) {
+    return problem(kPortsUnreadable, EntryField::kStartPort);
+  }
+  if (ranges->size() > 1 && typed.name.size() > kMaxNameLength - kNumberLength) {
+    return problem(kStemTooLong, EntryField::kName);
+  }
+  const PortLimits limits = LimitsOf(session);
+  QList<TypedEntry> entries;
+  for (const PortRange& range : *ranges) {
+    if (range.start < limits.min_port || range.end > limits.max_port) {
+      return std::unexpected(
+          EntryProblem{translator.Text(kPortOutside)
+                           .arg(QString::number(limits.min_port), QString::number(limits.max_port)),
+                       EntryField::kStartPort});
+    }
+    TypedEntry entry = typed;
+    entry.start_port = QString::number(range.start);
+    entry.end_port = QString::number(range.end);
+    if (ranges->size() > 1 && !IsBlank(typed.name)) {
+      entry.name = NumberedName(typed.name, static_cast<int>(entries.size()) + 1);
+    }
+    entries.append(entry);
+  }
+  return entries;
 }
 
 }  // namespace
 
-EntryVerdict CheckNewEntry(const TypedEntry& typed, const QList<PortEntry>& entries,
-                           const RouterSession& session, const Translator& translator) {
+std::optional<EntryProblem> CheckNewEntry(const TypedEntry& typed, const QList<PortEntry>& entries,
+                                          const RouterSession& session,
+                                          const Translator& translator) {
   const EntryCheck check(typed, session, translator);
-  const Refusal too_long = typed.name.size() > kMaxNameLength
-                               ? Refusal(Refused(translator.Text(kNameTooLong), EntryField::kName))
-                               : std::nullopt;
-  const Refusal no_address =
-      typed.address == QLatin1String("0.0.0.0")
-          ? Refusal(Refused(translator.Text(kAddressNeeded), EntryField::kAddress))
-          : std::nullopt;
-  return FirstOf({check.WholeNumbers(), check.Order(kAddStartAboveEnd), check.Range(), too_long,
-                  check.Name(), check.Everything(), no_address, check.Address(),
-                  check.Rows(entries)});
+  return FirstOf({check.WholeNumbers(), check.Order(kAddStartAboveEnd), check.Range(),
+                  check.NameLength(), check.Name(), check.Everything(), check.AnyAddress(),
+                  check.Address(), check.Rows(entries)});
 }
 
-EntryVerdict CheckEditedEntry(const TypedEntry& typed, int row, const QList<PortEntry>& entries,
-                              const RouterSession& session, const Translator& translator) {
+std::optional<EntryProblem> CheckEditedEntry(const TypedEntry& typed, int row,
+                                             const QList<PortEntry>& entries,
+                                             const RouterSession& session,
+                                             const Translator& translator) {
   const EntryCheck check(typed, session, translator);
-  const bool keeps_address = typed.address == AddressOf(entries.at(row).forwarded_to);
+  const bool keeps_address = row >= 0 && typed.address == AddressOf(entries.at(row).forwarded_to);
   return FirstOf({check.Everything(), check.WholeNumbers(), check.Order(kEditStartAboveEnd),
                   check.Range(), check.Name(), keeps_address ? std::nullopt : check.Address(),
                   check.Rows(entries, row)});
 }
 
-EntryVerdict CheckProgram(bool is_chosen, const QString& address, const Translator& translator) {
+std::expected<QList<PortEntry>, EntryProblem> MakeNewEntries(const TypedEntry& typed,
+                                                             const QList<PortEntry>& entries,
+                                                             const RouterSession& session,
+                                                             const Translator& translator) {
+  const auto parts = IsPortList(typed.start_port) ? SplitPorts(typed, session, translator)
+                                                  : QList<TypedEntry>{typed};
+  if (!parts) {
+    return std::unexpected(parts.error());
+  }
+  QList<PortEntry> made;
+  for (const TypedEntry& part : *parts) {
+    if (auto problem = CheckNewEntry(part, entries + made, session, translator)) {
+      return std::unexpected(*std::move(problem));
+    }
+    made.append({.app_name = part.name,
+                 .forwarded_to = {},
+                 .start_port = part.start_port,
+                 .end_port = part.end_port,
+                 .protocol = ProtocolText(*part.protocol),
+                 .description = part.name});
+  }
+  return made;
+}
+
+std::optional<EntryProblem> CheckProgram(bool is_chosen, const QString& address,
+                                         const Translator& translator) {
   if (!is_chosen) {
-    return Refused(translator.Text(kProgramNeeded), EntryField::kProgram);
+    return EntryProblem{translator.Text(kProgramNeeded), EntryField::kProgram};
   }
   if (!IsWholeAddress(address) || address == QLatin1String("0.0.0.0")) {
-    return Refused(translator.Text(kAddressNeeded), EntryField::kAddress);
+    return EntryProblem{translator.Text(kAddressNeeded), EntryField::kAddress};
   }
-  return {.accepted = true};
+  return std::nullopt;
 }
 
 }  // namespace quayline

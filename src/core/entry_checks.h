@@ -5,7 +5,11 @@
 #include <QList>
 #include <QString>
 
+#include <expected>
+#include <optional>
+
 #include "core/port_entry.h"
+#include "core/protocol.h"
 #include "core/router_session.h"
 #include "i18n/translator.h"
 
@@ -14,33 +18,43 @@ namespace quayline {
 // The fields of an entry as the user typed them.
 struct TypedEntry {
   QString name;
-  QString protocol;
+  std::optional<Protocol> protocol;
   QString start_port;
   QString end_port;
   QString address;
 };
 
-// Where a dialog sets the focus after a refusal.
-enum class EntryField { kNone, kProgram, kName, kAddress };
+enum class EntryField { kProgram, kName, kProtocol, kStartPort, kEndPort, kAddress };
 
-struct EntryVerdict {
-  bool accepted = false;
-  QString message;  // why not, in the user's language; empty when accepted
-  EntryField focus = EntryField::kNone;
+// Why an entry is refused, in the user's language, and the field that is to be changed.
+struct EntryProblem {
+  QString message;
+  EntryField field = EntryField::kName;
 };
 
 inline constexpr qsizetype kMaxNameLength = 10;
 
-// The checks of a typed entry, in the fixed order of its dialog; the first that fails decides.
+// The checks of a typed entry, in the fixed order of its dialog. The first that fails decides.
 // Ports are compared as numbers, and those of the rows as at an update.
-EntryVerdict CheckNewEntry(const TypedEntry& typed, const QList<PortEntry>& entries,
-                           const RouterSession& session, const Translator& translator);
-// `row` is the row that is edited: it is not compared with itself, and an address that it has
-// already is accepted.
-EntryVerdict CheckEditedEntry(const TypedEntry& typed, int row, const QList<PortEntry>& entries,
-                              const RouterSession& session, const Translator& translator);
+std::optional<EntryProblem> CheckNewEntry(const TypedEntry& typed, const QList<PortEntry>& entries,
+                                          const RouterSession& session,
+                                          const Translator& translator);
+// The edited row, at index `row`, is not compared with itself, and the address that it has already
+// is accepted. -1 if it is no longer in the list.
+std::optional<EntryProblem> CheckEditedEntry(const TypedEntry& typed, int row,
+                                             const QList<PortEntry>& entries,
+                                             const RouterSession& session,
+                                             const Translator& translator);
+
+// The checked rows of a typed entry, whose address is still to be set. The start port can be
+// several ports and ranges ("80, 443, 6000-6010"): each becomes a row, with a numbered name.
+std::expected<QList<PortEntry>, EntryProblem> MakeNewEntries(const TypedEntry& typed,
+                                                             const QList<PortEntry>& entries,
+                                                             const RouterSession& session,
+                                                             const Translator& translator);
 
 // Adding a program needs one, and an address.
-EntryVerdict CheckProgram(bool is_chosen, const QString& address, const Translator& translator);
+std::optional<EntryProblem> CheckProgram(bool is_chosen, const QString& address,
+                                         const Translator& translator);
 
 }  // namespace quayline

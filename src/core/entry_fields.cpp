@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-#include "core/port_entry.h"
+#include "core/port_range.h"
 
 namespace quayline {
 
@@ -54,6 +54,14 @@ bool MayBeTypedAsPort(const QString& text) {
       text, [](QChar c) { return IsDigit(c) || c == QLatin1Char('.') || c == QLatin1Char('-'); });
 }
 
+bool MayBeTypedAsPorts(const QString& text) {
+  return MayBeTypedAsPort(QString(text).remove(QLatin1Char(',')).remove(QLatin1Char(' ')));
+}
+
+bool IsPortList(const QString& text) {
+  return text.contains(QLatin1Char(',')) || text.indexOf(QLatin1Char('-')) > 0;
+}
+
 bool MayBeTypedAsAddress(const QString& text) {
   const QStringList parts = text.split(QLatin1Char('.'));
   return parts.size() <= kMaxDots + 1 && std::ranges::all_of(parts, MayBePart);
@@ -66,20 +74,20 @@ bool IsWholeAddress(const QString& text) {
          });
 }
 
-QString ClampedPort(const QString& typed, const PortLimits& limits) {
+QString SettledPort(const QString& typed, const PortLimits& limits) {
   static const QRegularExpression whole_number(QStringLiteral("^\\s*([+-]?)[0-9]+\\s*$"));
   const QRegularExpressionMatch match = whole_number.match(typed);
   if (!match.hasMatch()) {
     return typed;
   }
   const bool is_negative = match.captured(1) == QLatin1Char('-');
-  // A number that does not fit into an int is beyond either limit.
+  // A number of more than 32 bits is beyond both limits.
   const int port = PortNumber(typed).value_or(is_negative ? std::numeric_limits<int>::min()
                                                           : std::numeric_limits<int>::max());
   if (port < limits.min_port) {
     return QString::number(limits.min_port);
   }
-  return port > limits.max_port ? QString::number(limits.max_port) : typed;
+  return QString::number(std::min(port, limits.max_port));
 }
 
 }  // namespace quayline

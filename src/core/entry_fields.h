@@ -8,8 +8,8 @@
 
 namespace quayline {
 
-// What may be typed into the fields of an entry, and how a value is corrected when its field loses
-// the focus.
+// What the fields of an entry accept while the user types, and what they become when he leaves
+// them.
 
 // The ports that the selected router forwards.
 struct PortLimits {
@@ -24,20 +24,23 @@ PortLimits LimitsOf(const RouterSession& session);
 // The limits of the port, "(1~65535)".
 QString LimitsHint(const RouterSession& session);
 
-// Whether one rule of the selected router can cover TCP and UDP.
+// Whether the selected router can forward TCP and UDP by one rule.
 bool HasRuleForBoth(const RouterSession& session);
 
-// Digits, "." and "-". Less strict than a port number: the checks of the entry report an invalid
-// one.
+// Digits, "." and "-". Looser than a port number: the checks find what is not one.
 bool MayBeTypedAsPort(const QString& text);
-// What can still become a dotted address, or is one: digits and up to three ".", between them
-// three digits at most, and 255 at most.
+// The same, with "," and blanks: several ports and ranges in one field.
+bool MayBeTypedAsPorts(const QString& text);
+// Whether the text is meant as more than one port: "80, 443", "6000-6010".
+bool IsPortList(const QString& text);
+// What is, or can still become, a dotted address: digits and up to three ".", between them three
+// digits at most, and 255 at most.
 bool MayBeTypedAsAddress(const QString& text);
 // Four numbers up to 255.
 bool IsWholeAddress(const QString& text);
 
-// The port when its field loses the focus: moved into the limits. A text that is no whole number
-// stays as it is.
-QString ClampedPort(const QString& typed, const PortLimits& limits);
+// A port when its field is left: without leading zeros, and moved into the limits. Any text that is
+// not a whole number stays as it is.
+QString SettledPort(const QString& typed, const PortLimits& limits);
 
 }  // namespace quayline

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+#include "core/protocol.h"
+
 namespace quayline {
 
 namespace {
@@ -36,10 +38,10 @@ qint64 CountWithin(const std::vector<int>& sorted, int low, int high) {
 PortConflicts::PortConflicts(const QList<PortEntry>& entries) {
   Numbering names;
   Numbering protocols;
-  both_protocols_ = protocols.Of(QStringLiteral("TCP/UDP"));
-  RowPorts ports;
+  both_protocols_ = protocols.Of(ProtocolText(Protocol::kBoth));
+  PortRange ports;
   for (const PortEntry& entry : entries) {
-    ports.Take(entry);
+    ports = RangeOf(entry, ports);
     rows_.push_back({names.Of(entry.app_name), protocols.Of(entry.protocol), ports});
   }
   rows_of_name_.resize(names.Count());
@@ -81,7 +83,7 @@ std::optional<PortConflict> PortConflicts::FirstOf(int row) const {
 
 qint64 PortConflicts::Length(int row) const { return rows_[row].ports.Length(); }
 
-void PortConflicts::Index::Add(const RowPorts& row) {
+void PortConflicts::Index::Add(const PortRange& row) {
   starts.push_back(row.start);
   ends.push_back(row.end);
   if (row.start <= row.end) {
@@ -96,8 +98,8 @@ void PortConflicts::Index::Sort() {
   }
 }
 
-qint64 PortConflicts::Index::CountClashes(const RowPorts& row) const {
-  // Ranges around a port: those that have begun by then, less those that have ended before.
+qint64 PortConflicts::Index::CountClashes(const PortRange& row) const {
+  // Ranges that contain a port: those that start at it or before, less those that end before it.
   const auto count_around = [this](int port) {
     const auto begun = std::ranges::upper_bound(proper_starts, port) - proper_starts.begin();
     const auto ended = std::ranges::lower_bound(proper_ends, port) - proper_ends.begin();

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/port_entry.h"
-#include "core/row_ports.h"
+#include "core/port_range.h"
 
 namespace quayline {
 
@@ -25,10 +25,10 @@ struct PortConflict {
 };
 
 // Compares the rows of a list with one another as a loop over all pairs would, without its cost:
-// 1. Whether a row clashes with any other at all is a matter of counting. A name is counted in a
-//    hash. For ports, the starts and ends of each protocol's rows are kept sorted, so that each of
-//    the four tests is one or two binary searches.
-// 2. Only for a row that does clash, the others are compared in their order.
+// 1. Whether a row clashes with any other is found by counting. Names are counted in a hash. The
+//    ports of each protocol are in an index of sorted starts and ends, in which each of the four
+//    tests is one or two binary searches.
+// 2. Only for a row that clashes, the others are compared in their order.
 class PortConflicts final {
  public:
   explicit PortConflicts(const QList<PortEntry>& entries);
@@ -44,14 +44,14 @@ class PortConflicts final {
   struct Row {
     int name = 0;      // equal for names that differ in case only
     int protocol = 0;  // likewise
-    RowPorts ports;
+    PortRange ports;
   };
 
   struct Index {
-    void Add(const RowPorts& row);
+    void Add(const PortRange& row);
     void Sort();
     // How many of the rows would clash with `row`.
-    qint64 CountClashes(const RowPorts& row) const;
+    qint64 CountClashes(const PortRange& row) const;
 
     std::vector<int> starts;
     std::vector<int> ends;

@@ -3,14 +3,15 @@
 
 #include "core/port_totals.h"
 
-#include "core/row_ports.h"
+#include "core/port_range.h"
+#include "core/protocol.h"
 
 namespace quayline {
 
 PortTotals ComputeTotals(const QList<PortEntry>& entries) {
   PortTotals totals;
   totals.rows = static_cast<int>(entries.size());
-  RowPorts ports;
+  PortRange ports;
   const auto count = [&](qint64& of_protocol, IpProtocol protocol) {
     of_protocol += ports.Length() + 1;
     totals.total += ports.Length() + 1;
@@ -19,13 +20,12 @@ PortTotals ComputeTotals(const QList<PortEntry>& entries) {
     }
   };
   for (const PortEntry& entry : entries) {
-    ports.Take(entry);
-    const QString protocol = entry.protocol.toLower();
-    const bool both = protocol == QLatin1String("tcp/udp");
-    if (both || protocol == QLatin1String("tcp")) {
+    ports = RangeOf(entry, ports);
+    const auto protocol = ProtocolOf(entry.protocol);
+    if (protocol == Protocol::kTcp || protocol == Protocol::kBoth) {
       count(totals.tcp, IpProtocol::kTcp);
     }
-    if (both || protocol == QLatin1String("udp")) {
+    if (protocol == Protocol::kUdp || protocol == Protocol::kBoth) {
       count(totals.udp, IpProtocol::kUdp);
     }
   }

@@ -3,61 +3,34 @@
 
 #include "core/program_entries.h"
 
-#include <algorithm>
-
 #include "core/entry_fields.h"
+#include "core/port_range.h"
+#include "core/protocol.h"
 
 namespace quayline {
 
 namespace {
 
-constexpr int kMaxPort = 65535;
 constexpr QLatin1Char kBar('|');
 
-const QString kTcp = QStringLiteral("TCP");
-const QString kUdp = QStringLiteral("UDP");
-const QString kBoth = QStringLiteral("TCP/UDP");
-
-// An element of a port list, taken apart at its first "-". Without one it is a single port.
-struct Element {
-  explicit Element(const QString& element) : text(element.trimmed()) {
-    const qsizetype dash = text.indexOf(QLatin1Char('-'));
-    start = text.left(dash).trimmed();
-    end = dash < 0 ? start : text.mid(dash + 1).trimmed();
-  }
-
-  QString Shown() const {
-    return QLatin1Char('(') + (start == end ? start : text) + QLatin1Char(')');
-  }
-
-  bool IsReadable() const {
-    const auto number = [](const QString& port) {
-      const bool has_digits_only = std::ranges::all_of(
-          port, [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
-      return has_digits_only ? PortNumber(port).value_or(-1) : -1;
-    };
-    return number(start) >= 0 && number(start) <= number(end) && number(end) <= kMaxPort;
-  }
-
-  QString text;
-  QString start;
-  QString end;
-};
-
-QList<Element> Elements(const QString& port_list) {
-  QList<Element> elements;
-  for (const QString& text : port_list.split(kBar)) {
-    if (const Element element(text); !element.text.isEmpty()) {
-      elements.append(element);
+// The elements of a port list that are not blank.
+QStringList Elements(const QString& port_list) {
+  QStringList elements;
+  for (const QString& element : port_list.split(kBar)) {
+    if (!element.trimmed().isEmpty()) {
+      elements.append(element.trimmed());
     }
   }
   return elements;
 }
 
+// A single port is one number, however it is written: "(80)".
 QString ShownElements(const QString& port_list) {
   QString shown;
-  for (const Element& element : Elements(port_list)) {
-    shown += element.Shown();
+  for (const QString& element : Elements(port_list)) {
+    const QString start = element.section(QLatin1Char('-'), 0, 0).trimmed();
+    const QString end = element.section(QLatin1Char('-'), 1).trimmed();
+    shown += QLatin1Char('(') + (start == end ? start : element) + QLatin1Char(')');
   }
   return shown;
 }
@@ -84,28 +57,33 @@ ProgramEntries MakeProgramEntries(const AppPortRecord& program, const QString& f
   ProgramEntries made;
   const QString stem = WithoutBars(program.nameforrouter).remove(QLatin1Char(' '));
   const QString description = WithoutBars(program.appname);
-  const auto add = [&](const QString& port_list, const QStringList& protocols) {
-    for (const Element& element : Elements(port_list)) {
-      if (!element.IsReadable()) {
-        made.unreadable.append(element.text);
+  const auto add = [&](const QString& port_list, const QList<Protocol>& protocols) {
+    for (const QString& element : Elements(port_list)) {
+      const auto range = ParsePortRange(element);
+      if (!range) {
+        made.unreadable.append(element);
         continue;
       }
-      for (const QString& protocol : protocols) {
+      for (const Protocol protocol : protocols) {
         const auto number = static_cast<int>(made.entries.size()) + 1;
-        made.entries.append(
-            {.app_name = stem + QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')),
-             .forwarded_to = forwarded_to,
-             .start_port = element.start,
-             .end_port = element.end,
-             .protocol = protocol,
-             .description = description});
+        made.entries.append({.app_name = NumberedName(stem, number),
+                             .forwarded_to = forwarded_to,
+                             .start_port = QString::number(range->start),
+                             .end_port = QString::number(range->end),
+                             .protocol = ProtocolText(protocol),
+                             .description = description});
       }
     }
   };
-  add(program.tcpportsonly, {kTcp});
-  add(program.udpportsonly, {kUdp});
-  add(program.tcpudpports, HasRuleForBoth(session) ? QStringList{kBoth} : QStringList{kTcp, kUdp});
+  add(program.tcpportsonly, {Protocol::kTcp});
+  add(program.udpportsonly, {Protocol::kUdp});
+  add(program.tcpudpports,
+      HasRuleForBoth(session) ? QList{Protocol::kBoth} : QList{Protocol::kTcp, Protocol::kUdp});
   return made;
+}
+
+QString NumberedName(const QString& stem, int number) {
+  return stem + QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
 }
 
 QString ForwardedTo(const QString& address, const QString& computer_name) {

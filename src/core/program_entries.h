@@ -26,15 +26,17 @@ ProgramSummary SummarizeProgram(const AppPortRecord& program, const RouterSessio
 
 struct ProgramEntries {
   QList<PortEntry> entries;
-  QStringList unreadable;  // elements that hold no ports, and were left out
+  QStringList unreadable;  // elements that are no ports, and were left out
 };
 
 // One row for each element of the TCP list, then of the UDP list, then of the list for both: these
-// become two rows, TCP and UDP, where the router has no rule for both. The names are the program's
-// short name without blanks and a number that runs from "01" through all of them. Nothing is
-// compared with rows that are there already.
+// become two rows, TCP and UDP, if the router has no rule for both. The names are the program's
+// short name without blanks and a number from "01" on. Nothing is compared with existing rows.
 ProgramEntries MakeProgramEntries(const AppPortRecord& program, const QString& forwarded_to,
                                   const RouterSession& session);
+
+// "Game01": the name of one of several rows with the same stem.
+QString NumberedName(const QString& stem, int number);
 
 // How a row names its computer: "192.168.1.100(FrontDesk)".
 QString ForwardedTo(const QString& address, const QString& computer_name);

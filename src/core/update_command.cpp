@@ -8,7 +8,7 @@
 
 #include "core/entry_fields.h"
 #include "core/port_conflicts.h"
-#include "core/row_ports.h"
+#include "core/port_range.h"
 #include "i18n/message.h"
 
 namespace quayline {
@@ -100,11 +100,11 @@ QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session) {
     return is_changed;
   };
   QList<int> changed;
-  RowPorts ports;
+  PortRange ports;
   for (int row = 0; row < entries.size(); ++row) {
     // Reading must not detach the whole list from its model where nothing changes.
     PortEntry entry = entries.at(row);
-    ports.Take(entry);
+    ports = RangeOf(entry, ports);
     const bool is_start_changed = clamp(entry.start_port, ports.start);
     const bool is_end_changed = clamp(entry.end_port, ports.end);
     if (is_start_changed || is_end_changed) {
