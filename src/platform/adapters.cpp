@@ -26,9 +26,18 @@ QString DefaultGateway(const QList<Adapter>& adapters) {
   return adapters.isEmpty() ? Adapter().gateway : adapters[PreselectedAdapter(adapters)].gateway;
 }
 
-QStringList ForwardableAddresses(QStringList table) {
+QString AddressTowards(const QString& router, const Adapters& adapters) {
+  const QString address =
+      router.isEmpty() || !IsSet(router) ? QString() : adapters.LocalAddress(router);
+  return address.isEmpty() ? adapters.LocalAddress(QString()) : address;
+}
+
+QStringList ForwardableAddresses(QStringList table, const QString& first) {
   table.removeAll(QStringLiteral("0.0.0.0"));
   table.removeAll(QStringLiteral("127.0.0.1"));
+  if (table.removeAll(first) > 0) {
+    table.prepend(first);
+  }
   return table;
 }
 

@@ -8,7 +8,7 @@
 
 namespace quayline {
 
-// One network adapter of this computer. The addresses are dotted IPv4 text, "0.0.0.0" where the
+// One network adapter of this computer. The addresses are dotted IPv4 text, "0.0.0.0" if the
 // adapter has none.
 struct Adapter {
   QString description;
@@ -42,7 +42,12 @@ qsizetype PreselectedAdapter(const QList<Adapter>& adapters);
 // The gateway of the preselected adapter; "0.0.0.0" without adapters.
 QString DefaultGateway(const QList<Adapter>& adapters);
 
-// The addresses of `table` that ports can be forwarded to: all but "0.0.0.0" and "127.0.0.1".
-QStringList ForwardableAddresses(QStringList table);
+// The address from which this computer reaches `router`, or the internet if the router's address is
+// unknown. Empty if it reaches neither.
+QString AddressTowards(const QString& router, const Adapters& adapters);
+
+// The addresses of `table` that ports can be forwarded to: all but "0.0.0.0" and "127.0.0.1". If
+// `first` is one of them, the list begins with it.
+QStringList ForwardableAddresses(QStringList table, const QString& first = {});
 
 }  // namespace quayline

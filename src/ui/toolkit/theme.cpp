@@ -11,7 +11,10 @@
 #include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QStyleOption>
 #include <QSvgRenderer>
+
+#include <algorithm>
 
 // A static library's resources are linked in only where they are asked for, outside any namespace.
 static void InitToolkitResources() { Q_INIT_RESOURCE(toolkit); }
@@ -24,8 +27,14 @@ constexpr QRgb kAccentOnLight = 0xff0e5a6b;
 constexpr QRgb kAccentOnDark = 0xff1c7f92;
 constexpr QRgb kLinkOnDark = 0xff5cc3d4;
 
+// What a window manager puts around a window: its size is known only when the window is shown.
+constexpr QSize kWindowFrame(16, 48);
 constexpr int kControlHeight = 28;
 constexpr int kRowHeight = 24;
+
+bool HasProblem(const QWidget* field) {
+  return field != nullptr && field->property(kHasProblem).toBool();
+}
 
 QByteArray ReadIcon(const QString& name) {
   InitToolkitResources();
@@ -66,9 +75,29 @@ class PaletteIconEngine final : public QIconEngine {
 };
 
 // The system's style with a little more room: fields and buttons of one height, rows that are easy
-// to hit.
+// to hit. A field that only shows its text has no frame, one with a problem has a red frame.
 class RoomyStyle final : public QProxyStyle {
  public:
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    const bool is_field = element == PE_PanelLineEdit;
+    if (is_field && option->state.testFlag(State_ReadOnly)) {
+      return;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (is_field && HasProblem(widget)) {
+      PaintErrorFrame(*painter, *option);
+    }
+  }
+
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox && HasProblem(widget)) {
+      PaintErrorFrame(*painter, *option);
+    }
+  }
+
   QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                          const QWidget* widget) const override {
     QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
@@ -95,6 +124,16 @@ class RoomyStyle final : public QProxyStyle {
     return hint == SH_DialogButtonBox_ButtonsHaveIcons
                ? 0
                : QProxyStyle::styleHint(hint, option, widget, data);
+  }
+
+ private:
+  static void PaintErrorFrame(QPainter& painter, const QStyleOption& option) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ErrorColor(option.palette), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 3, 3);
+    painter.restore();
   }
 };
 
@@ -139,12 +178,38 @@ QColor Mixed(const QColor& under, const QColor& over, qreal share) {
                 mix(under.blue(), over.blue()));
 }
 
+QColor ErrorColor(const QPalette& palette) {
+  return IsDark(palette) ? QColor(0xff, 0x7b, 0x72) : QColor(0xc6, 0x28, 0x28);
+}
+
+QColor WarningColor(const QPalette& palette) {
+  return IsDark(palette) ? QColor(0xff, 0xb7, 0x4d) : QColor(0xb2, 0x6a, 0x00);
+}
+
 QIcon ThemeIcon(const QString& name, QPalette::ColorRole role) {
   return QIcon(new PaletteIconEngine(ReadIcon(name), role));
 }
 
 void ResizeOnScreen(QWidget& window, const QSize& wanted) {
-  window.resize(wanted.boundedTo(window.screen()->availableSize()));
+  window.resize(wanted.boundedTo(window.screen()->availableSize() - kWindowFrame));
+}
+
+void OpenOver(QWidget& window, const QSize& wanted) {
+  const QWidget* opener =
+      window.parentWidget() != nullptr ? window.parentWidget() : QApplication::activeWindow();
+  if (opener == nullptr) {
+    ResizeOnScreen(window, wanted);
+    return;
+  }
+  opener = opener->window();
+  window.setScreen(opener->screen());
+  ResizeOnScreen(window, wanted);
+  QRect place(QPoint(0, 0), window.size() + kWindowFrame);
+  place.moveCenter(opener->frameGeometry().center());
+  const QRect free = opener->screen()->availableGeometry();
+  place.moveLeft(std::max(free.left(), std::min(place.left(), free.right() + 1 - place.width())));
+  place.moveTop(std::max(free.top(), std::min(place.top(), free.bottom() + 1 - place.height())));
+  window.move(place.topLeft());
 }
 
 QIcon ProgramLogo() { return ThemeIcon(QStringLiteral("logo"), QPalette::ButtonText); }

@@ -13,8 +13,8 @@ class QApplication;
 
 namespace quayline {
 
-// The accent on top of the system's palette: a deep harbour blue-green, lighter where the palette
-// is dark. It follows a palette that changes while the program runs. One object, owned by main().
+// The accent on top of the system's palette: a deep harbour blue-green, lighter in a dark palette.
+// It follows a palette that changes while the program runs. One object, owned by main().
 class Theme final : public QObject {
   Q_OBJECT
 
@@ -33,11 +33,19 @@ class Theme final : public QObject {
 bool IsDark(const QPalette& palette);
 // `share` of `over` (0 to 1) on `under`.
 QColor Mixed(const QColor& under, const QColor& over, qreal share);
+// For a text about what is wrong, or a frame around it.
+QColor ErrorColor(const QPalette& palette);
+QColor WarningColor(const QPalette& palette);
 
 // An icon of icons/<name>.svg, drawn at any size in the palette's colour of `role` at that moment.
 QIcon ThemeIcon(const QString& name, QPalette::ColorRole role = QPalette::ButtonText);
-// Gives a window its size, or what the screen has room for.
+// The property of a field that gets a red frame.
+inline constexpr char kHasProblem[] = "has_problem";
+
+// Gives a window its size, or what the screen has room for beside the window's frame.
 void ResizeOnScreen(QWidget& window, const QSize& wanted);
+// The same, and puts the window over the one that opens it: its parent, or the active window.
+void OpenOver(QWidget& window, const QSize& wanted);
 
 // The program's logo in its own colours.
 QIcon ProgramLogo();

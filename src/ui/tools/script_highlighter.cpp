@@ -13,14 +13,6 @@ namespace {
 
 constexpr qreal kTint = 0.15;  // a wave of one pixel is overlooked
 
-QColor ErrorColor(const QPalette& palette) {
-  return IsDark(palette) ? QColor(0xff, 0x7b, 0x72) : QColor(0xc6, 0x28, 0x28);
-}
-
-QColor WarningColor(const QPalette& palette) {
-  return IsDark(palette) ? QColor(0xff, 0xb7, 0x4d) : QColor(0xb2, 0x6a, 0x00);
-}
-
 }  // namespace
 
 ScriptHighlighter::ScriptHighlighter(QTextDocument* document, const QPalette& palette)
