@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>
+#include <QTabWidget>
 
 #include "window_fixture.h"
 
@@ -32,13 +33,21 @@ class EntryWindowTest : public WindowTest {
   }
   void OpenCustom() {
     OpenAdd();
-    Click("custom_tab_button");
+    Find<QTabWidget>("tabs")->setCurrentIndex(1);
+    Activate();
   }
   void TypeCustom(const char* name, const char* start, const char* end) {
     Type("name_box", name);
     Type("start_port_edit", start);
     Type("end_port_edit", end);
   }
+  // By keys, and without leaving the last field.
+  void TypeKeys(const char* field, const char* text) {
+    Find(field)->setFocus();
+    QTest::keyClick(Find(field), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(Find(field), QLatin1String(text));
+  }
+  void PressAdd() { QTest::keyClick(window_, Qt::Key_A, Qt::AltModifier); }
   void OpenEdit(int row) {
     context_->session.supports_both = u"no"_s;
     context_->port_list.SetEntries(
@@ -66,29 +75,28 @@ TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAr
                {"entries_required_label", "Entries Required: (3)"},
                {"tcp_ports_label", "(6881-6889)(80-81)"},
                {"udp_ports_label", "(53)(80-81)"}});
-  Click("add_program_button");
+  Click("add_button");
   const std::string rows =
       "Game01 192.168.1.20() 6881-6889 TCP Game night; Game02 192.168.1.20() 53-53 UDP Game night; "
       "Game03 192.168.1.20() 80-81 TCP/UDP Game night";
   EXPECT_EQ(Rows(), rows);
-  Click("add_program_button");
+  Click("add_button");
   EXPECT_EQ(Rows(), rows + "; " + rows);
   EXPECT_EQ(stored_, 2);
   EXPECT_THAT(prompts_.shown, IsEmpty());
   Choose("program_box", 1);
-  Click("add_program_button");
+  Click("add_button");
   EXPECT_THAT(Rows(), EndsWith("; Mail01 192.168.1.20() 25-25 TCP <b>Mail x</b>"));
   EXPECT_THAT(prompts_.shown, ElementsAre(EndsWith("were left out:\nx")));
 }
 
 TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
   OpenAdd();
-  const auto reported = [this](const char* what) {
-    prompts_.shown.clear();
-    Click("add_program_button");
-    EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith(what)));
+  const auto says = [this](const char* note, const char* what) {
+    Click("add_button");
+    EXPECT_EQ(TextOf(note), what);
   };
-  reported("Tell: Please select a program from the list.");
+  says("program_note_label", "Please select a program from the list.");
   const Named cases[] = {{"game NIGHT", "Entries Required: (3)"},
                          {"game", "Entries Required: (0)"}};
   for (const auto& [typed, entries] : cases) {
@@ -97,12 +105,14 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
     EXPECT_EQ(TextOf("entries_required_label"), entries);
   }
   EXPECT_EQ(TextOf("program_box"), "game");
-  reported("Tell: Please select a program from the list.");
+  says("program_note_label", "Please select a program from the list.");
   Choose("program_box", 0);
   for (const char* address : {"", "0.0.0.0", "192.168."}) {
     Type("program_address_box", address);
-    reported("Tell: You must enter an ip address to forward the ports to.");
+    says("program_address_note_label", "You must enter an ip address to forward the ports to.");
   }
+  EXPECT_EQ(TextOf("program_note_label"), "");
+  EXPECT_THAT(prompts_.shown, IsEmpty());
   EXPECT_EQ(stored_, 0);
 }
 
@@ -117,13 +127,13 @@ TEST_F(EntryWindowTest, AnInstalledProgramTakesTheDatabasesPlace) {
   Choose("installed_box", 1);
   ExpectTexts({{"program_box", ""},
                {"discovery_label", "Settings - " + settings.fileName().toStdString()}});
-  Click("add_program_button");
+  Click("add_button");
   EXPECT_EQ(Rows(),
             "Azureus01 192.168.1.20() 41000-41000 TCP Azureus Vuze; "
             "Azureus02 192.168.1.20() 41001-41001 UDP Azureus Vuze");
   Choose("installed_box", 0);
   EXPECT_EQ(TextOf("discovery_label"), "Error - Unable to find the settings in the registry.");
-  Click("add_program_button");
+  Click("add_button");
   EXPECT_EQ(stored_, 1) << "ports of the program before";
   EXPECT_THAT(prompts_.shown, ElementsAre("Tell: There are no ports of this program to add."));
   Choose("program_box", 0);
@@ -134,7 +144,7 @@ TEST_F(EntryWindowTest, ATypedEntryIsAddedRememberedAndItsFieldsAreEmptied) {
   OpenCustom();
   TypeCustom("OLD", "21", "22");
   Find<QComboBox>("protocol_box")->setCurrentIndex(0);
-  Click("add_custom_button");
+  Click("add_button");
   EXPECT_EQ(Rows(), "OLD 192.168.1.20() 21-22 TCP OLD");
   EXPECT_EQ(context_->databases.CustomPorts(),
             (QList<CustomPortRecord>{{5, u"OLD"_s, u"TCP"_s, u"21"_s, u"22"_s}}));
@@ -144,8 +154,9 @@ TEST_F(EntryWindowTest, ATypedEntryIsAddedRememberedAndItsFieldsAreEmptied) {
                {"protocol_box", "TCP/UDP"}});
   Choose("name_box", 0);
   ExpectTexts({{"start_port_edit", "21"}, {"end_port_edit", "22"}, {"protocol_box", "TCP"}});
-  Click("add_custom_button");
-  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: The name 'OLD'")));
+  Click("add_button");
+  EXPECT_THAT(TextOf("name_note_label"), StartsWith("The name 'OLD'"));
+  EXPECT_TRUE(Find("name_box")->hasFocus());
   EXPECT_EQ(stored_, 1);
 }
 
@@ -158,27 +169,89 @@ TEST_F(EntryWindowTest, ARouterWithoutACommonRuleOffersNone) {
   EXPECT_EQ(TextOf("protocol_box"), "UDP");
 }
 
-TEST_F(EntryWindowTest, FieldsTakeOnlyWhatBelongsThereAndAPortIsClampedWhenLeft) {
+TEST_F(EntryWindowTest, AKnownNameThatIsTypedBringsNoPortsAndOneThatIsChosenDoes) {
+  OpenCustom();
+  TypeKeys("start_port_edit", "21");
+  TypeKeys("name_box", "Old");
+  Press("name_box", Qt::Key_Tab);
+  ExpectTexts({{"start_port_edit", "21"}, {"end_port_edit", "21"}, {"protocol_box", "TCP/UDP"}});
+  PressAdd();
+  EXPECT_TRUE(RunUntil([this] { return stored_ == 1; }));
+  EXPECT_EQ(Rows(), "Old 192.168.1.20() 21-21 TCP/UDP Old");
+  Press("name_box", Qt::Key_Down);
+  ExpectTexts({{"name_box", "Old"}, {"start_port_edit", "21"}});
+}
+
+TEST_F(EntryWindowTest, ACommandTakesWhatWasTypedLastAndAMovedPortIsSeenFirst) {
   context_->session.max_port = u"60000"_s;
   OpenCustom();
-  Activate();
+  TypeKeys("name_box", "New");
+  TypeKeys("start_port_edit", "70000");
+  for (const int stored : {0, 1}) {
+    PressAdd();
+    QTest::qWait(300);  // longer than the button takes to be pressed by its key
+    EXPECT_EQ(stored_, stored);
+    if (stored == 0) {
+      EXPECT_EQ(TextOf("start_port_note_label"),
+                "70000 is not possible: the ports of this router are 1 to 60000. It is 60000 now.");
+      EXPECT_TRUE(Find("start_port_edit")->hasFocus());
+    }
+  }
+  EXPECT_EQ(Rows(), "New 192.168.1.20() 60000-60000 TCP/UDP New");
+  TypeKeys("name_box", "Zeros");
+  TypeKeys("start_port_edit", "0080");
+  Click("add_button");
+  EXPECT_THAT(Rows(), EndsWith("; Zeros 192.168.1.20() 80-80 TCP/UDP Zeros"));
+}
+
+TEST_F(EntryWindowTest, ASinglePortIsTypedOnceAndSeveralMakeRows) {
+  OpenCustom();
+  TypeKeys("start_port_edit", "81");
+  EXPECT_EQ(TextOf("end_port_edit"), "81");
+  TypeKeys("end_port_edit", "90");
+  TypeKeys("start_port_edit", "82");
+  EXPECT_EQ(TextOf("end_port_edit"), "90") << "what was typed is replaced";
+  TypeKeys("start_port_edit", "6000-6010");
+  Press("start_port_edit", Qt::Key_Tab);
+  ExpectTexts({{"start_port_edit", "6000"}, {"end_port_edit", "6010"}});
+  TypeKeys("name_box", "Web");
+  TypeKeys("start_port_edit", "80, 443, 6000-6010");
+  EXPECT_FALSE(Find("end_port_edit")->isEnabled());
+  Click("add_button");
+  EXPECT_EQ(Rows(),
+            "Web01 192.168.1.20() 80-80 TCP/UDP Web01; Web02 192.168.1.20() 443-443 TCP/UDP Web02; "
+            "Web03 192.168.1.20() 6000-6010 TCP/UDP Web03");
+  EXPECT_EQ(stored_, 1);
+}
+
+TEST_F(EntryWindowTest, TheAddressThatReachesTheRouterComesFirst) {
+  context_->session.router_ip = u"192.168.1.1"_s;
+  folder_.adapters.address_table = {u"172.17.0.1"_s, u"10.8.0.2"_s, u"192.168.1.20"_s};
+  folder_.adapters.local_addresses = {{u"192.168.1.1"_s, u"192.168.1.20"_s},
+                                      {QString(), u"10.8.0.2"_s}};
+  OpenAdd();
+  ExpectTexts({{"program_address_box", "192.168.1.20"}, {"address_box", "192.168.1.20"}});
+}
+
+TEST_F(EntryWindowTest, FieldsTakeOnlyWhatBelongsThere) {
+  context_->session.max_port = u"60000"_s;
+  OpenCustom();
   Find("start_port_edit")->setFocus();
   QTest::keyClicks(Find("start_port_edit"), u"+6a5 000"_s);
   ExpectTexts({{"end_port_hint_label", "(1~60000)"}, {"start_port_edit", "65000"}});
   Press("start_port_edit", Qt::Key_Tab);
   EXPECT_EQ(TextOf("start_port_edit"), "60000");
-  Type("custom_address_box", "");
-  QTest::keyClicks(Find<QComboBox>("custom_address_box")->lineEdit(), u"192.168.256.7.9x"_s);
-  EXPECT_EQ(TextOf("custom_address_box"), "192.168.25.79");
+  Type("address_box", "");
+  QTest::keyClicks(Find<QComboBox>("address_box")->lineEdit(), u"192.168.256.7.9x"_s);
+  EXPECT_EQ(TextOf("address_box"), "192.168.25.79");
 }
 
 TEST_F(EntryWindowTest, ANameThatIsTooLongHoldsTheFocus) {
   OpenCustom();
-  Activate();
   Find("name_box")->setFocus();
   Type("name_box", "ElevenChars");
   Find("start_port_edit")->setFocus();
-  EXPECT_THAT(prompts_.shown, ElementsAre("Tell: Name can only be 10 chars or less."));
+  EXPECT_TRUE(ComesToSay("name_note_label", "Name can only be 10 chars or less."));
   EXPECT_TRUE(Find("name_box")->hasFocus());
 }
 
@@ -187,19 +260,19 @@ TEST_F(EntryWindowTest, AComputersNameGoesIntoTheRowAndItsLackIsAskedAbout) {
   rig_.host_names.name = u"FrontDesk"_s;
   OpenAdd();
   Choose("program_box", 0);
-  Click("add_program_button");
+  Click("add_button");
   EXPECT_THAT(Rows(), StartsWith("Game01 192.168.1.20(FrontDesk) "));
   rig_.host_names.name.clear();
   prompts_.answers = {false, true};
-  Click("add_program_button");
+  Click("add_button");
   EXPECT_EQ(stored_, 1) << "No";
   EXPECT_EQ(prompts_.shown.back(),
             "Ask: Quayline: Couldn't resolve this IP address to its Name.\n\n"
             "Example: 192.168.1.100 Belongs to Computer name 'FrontDesk'\n\n"
             "Are you sure you want to use this IP address?");
-  Click("custom_tab_button");
+  Find<QTabWidget>("tabs")->setCurrentIndex(1);
   TypeCustom("Own", "5", "5");
-  Click("add_custom_button");
+  Click("add_button");
   EXPECT_THAT(Rows(), EndsWith("; Own 192.168.1.20() 5-5 TCP/UDP Own"));
 }
 
@@ -215,7 +288,7 @@ TEST_F(EntryWindowTest, ADeadNameServerHoldsNothingAndClosingChangesNothing) {
     QTest::keyClick(window_, Qt::Key_Escape);
     EXPECT_TRUE(ComesToItsEnd());
   };
-  give_up("add_program_button", "close_button");
+  give_up("add_button", "close_button");
   EXPECT_EQ(rig_.host_names.asked, QStringList(u"192.168.1.20"_s));
   EXPECT_EQ(Rows(), "");
   OpenEdit(0);
@@ -235,7 +308,7 @@ TEST_F(EntryWindowTest, DetectPutsAnAdaptersAddressOrZerosIntoItsOwnBox) {
     auto* ok = Child<QAbstractButton>(chooser, "ok_button");
     ok->click();
     EXPECT_FALSE(ok->isEnabled()) << "a second answer";
-    ExpectTexts({{"program_address_box", address}, {"custom_address_box", "192.168.1.20"}});
+    ExpectTexts({{"program_address_box", address}, {"address_box", "192.168.1.20"}});
     EXPECT_TRUE(RunUntil([&] { return chooser.isNull(); }));
   }
 }
@@ -285,9 +358,21 @@ TEST_F(EntryWindowTest, ARefusalLeavesTheRowAndTheWindow) {
   OpenEdit(0);
   Type("end_port_edit", "90");
   EXPECT_FALSE(UpdateIsStored());
-  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: 'LongProgram01' Already")));
+  EXPECT_THAT(TextOf("start_port_note_label"), StartsWith("'LongProgram01' Already"));
   EXPECT_EQ(Rows(), std::string(kFirst) + "; " + kSecond);
   EXPECT_TRUE(window_->isVisible());
+}
+
+TEST_F(EntryWindowTest, AnEntryThatLeftTheListIsAddedIfTheUserWants) {
+  for (const bool wanted : {false, true}) {
+    OpenEdit(0);
+    Type("name_edit", "Mine");
+    context_->port_list.SetEntries({});
+    prompts_.answers = {wanted};
+    EXPECT_EQ(UpdateIsStored(), wanted);
+    EXPECT_EQ(Rows(), wanted ? "Mine 10.0.0.1() 80-80 TCP kept" : "");
+    delete window_.data();
+  }
 }
 
 TEST_F(EntryWindowTest, ANamelessComputerIsAskedAboutOnce) {

@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTimer>
 
 #include <cstdio>
@@ -252,7 +253,7 @@ class Photographer final {
       programs->setCurrentIndex(program);
       Q_EMIT programs->activated(program);
       if (program == 0) {
-        Click(add, "add_program_button");
+        Click(add, "add_button");
       }
       co_await Sleep(50ms);
       Save(*add, QStringLiteral("add_entry_program%1").arg(program + 1));
@@ -262,11 +263,11 @@ class Photographer final {
     Q_EMIT installed->textActivated(installed->currentText());
     co_await Sleep(50ms);
     Save(*add, QStringLiteral("add_entry_installed"));
-    Click(add, "custom_tab_button");
+    add->findChild<QTabWidget*>()->setCurrentIndex(1);
     co_await Sleep(50ms);
     Save(*add, QStringLiteral("add_entry_custom"));
     add->resize(add->minimumSizeHint());
-    Click(add, "database_tab_button");
+    add->findChild<QTabWidget*>()->setCurrentIndex(0);
     co_await Sleep(50ms);
     Save(*add, QStringLiteral("add_entry_small"));
   }

@@ -3,11 +3,15 @@
 
 #include "ui/entries/edit_entry_dialog.h"
 
-#include "core/entry_checks.h"
-#include "core/entry_fields.h"
+#include <QLineEdit>
+
+#include "async/wait.h"
 #include "core/program_entries.h"
+#include "ui/entries/computer_name.h"
+#include "ui/entries/entry_form.h"
 #include "ui/entries/entry_inputs.h"
 #include "ui/entries/entry_texts.h"
+#include "ui/toolkit/settle_focus.h"
 #include "ui_edit_entry_dialog.h"
 
 namespace quayline {
@@ -18,23 +22,25 @@ EditEntryDialog::EditEntryDialog(AppContext& context, Prompts& prompts, HostName
       context_(context),
       prompts_(prompts),
       ui_(std::make_unique<Ui::EditEntryDialog>()),
+      name_edit_(new QLineEdit),
+      form_(new EntryForm(context, EntryForm::Purpose::kEdit, name_edit_, this)),
       row_(context.port_list.index(row, 0)),
-      name_search_(new ComputerNameSearch(context, prompts, host_names, this)) {
+      entry_(context.port_list.Entries().at(row)),
+      names_(new ComputerNameSearch(context, prompts, host_names, this)) {
   ui_->setupUi(this);
+  ui_->page_layout->insertWidget(0, form_);
+  setTabOrder(form_, ui_->update_button);
   setAttribute(Qt::WA_DeleteOnClose);
   KeepStatusPlace(*ui_->status_label, *ui_->busy_bar);
   SetIdle();
-  ui_->start_port_hint_label->setText(LimitsHint(context.session));
-  ui_->end_port_hint_label->setText(LimitsHint(context.session));
-  MakePortField(*ui_->start_port_edit, context.session);
-  MakePortField(*ui_->end_port_edit, context.session);
-  MakeAddressBox(*ui_->address_box, *ui_->detect_address_button, context.adapters, this);
-  FillProtocols(*ui_->protocol_box, true);
-  ShowEntry(context.port_list.Entries().at(row));
-  connect(name_search_, &ComputerNameSearch::started, this,
-          [this](const QString& address) { SetBusy(Text(message::kLookingUpName).arg(address)); });
-  connect(name_search_, &ComputerNameSearch::ended, this, &EditEntryDialog::SetIdle);
-  connect(ui_->update_button, &QPushButton::clicked, this, [this] { updating_.Start(Update()); });
+  ShowEntry();
+  connect(names_, &ComputerNameSearch::started, this, &EditEntryDialog::SetBusy);
+  connect(names_, &ComputerNameSearch::ended, this, &EditEntryDialog::SetIdle);
+  ConnectCommand(ui_->update_button, this, [this] {
+    if (form_->ArePortsSeen()) {
+      updating_.Start(Update());
+    }
+  });
   connect(ui_->cancel_button, &QPushButton::clicked, this, &EditEntryDialog::reject);
 }
 
@@ -45,60 +51,73 @@ void EditEntryDialog::reject() {
   QDialog::reject();
 }
 
-void EditEntryDialog::ShowEntry(const PortEntry& entry) {
-  // A program's row may have a longer name, which must not be cut.
-  ui_->name_edit->setMaxLength(static_cast<int>(std::max(kMaxNameLength, entry.app_name.size())));
-  ui_->name_edit->setText(entry.app_name);
-  ui_->address_box->setEditText(AddressOf(entry.forwarded_to));
-  ui_->start_port_edit->setText(entry.start_port);
-  ui_->end_port_edit->setText(entry.end_port);
-  ui_->protocol_box->setCurrentIndex(
-      ui_->protocol_box->findText(entry.protocol, Qt::MatchFixedString));
-  ui_->name_edit->selectAll();
+void EditEntryDialog::ShowEntry() {
+  // A program's row may have a longer name, which is not to be cut by looking at it.
+  name_edit_->setMaxLength(static_cast<int>(std::max(kMaxNameLength, entry_.app_name.size())));
+  name_edit_->setObjectName(QStringLiteral("name_edit"));
+  name_edit_->setAccessibleName(Text(message::kNameField));
+  name_edit_->setText(entry_.app_name);
+  name_edit_->selectAll();
+  name_edit_->setFocus();
+  form_->ShowProtocol(entry_.protocol);
+  form_->ShowPorts(entry_.start_port, entry_.end_port);
+  form_->ShowAddress(AddressOf(entry_.forwarded_to));
 }
 
-void EditEntryDialog::SetBusy(const QString& text) {
-  ui_->entry_card->setEnabled(false);
+void EditEntryDialog::SetBusy(const QString& address) {
+  form_->setEnabled(false);
   ui_->update_button->setEnabled(false);
-  ui_->status_label->setText(text);
+  ui_->status_label->setText(Text(message::kLookingUpName).arg(address));
   ui_->busy_bar->SetMoving(true);
   ui_->busy_bar->show();
 }
 
 void EditEntryDialog::SetIdle() {
-  ui_->entry_card->setEnabled(true);
+  form_->setEnabled(true);
   ui_->update_button->setEnabled(true);
   ui_->status_label->clear();
   ui_->busy_bar->hide();
 }
 
+// The row of an invalid index is -1. The entry may leave the list during any wait.
+bool EditEntryDialog::IsRefused(const TypedEntry& typed) {
+  const auto problem = CheckEditedEntry(typed, row_.row(), context_.port_list.Entries(),
+                                        context_.session, context_.translator);
+  if (problem) {
+    form_->ShowProblem(*problem);
+  }
+  return problem.has_value();
+}
+
 Task<> EditEntryDialog::Update() {
-  const TypedEntry typed = {.name = ui_->name_edit->text(),
-                            .protocol = ui_->protocol_box->currentText(),
-                            .start_port = ui_->start_port_edit->text(),
-                            .end_port = ui_->end_port_edit->text(),
-                            .address = ui_->address_box->currentText()};
-  const EntryVerdict verdict = CheckEditedEntry(typed, row_.row(), context_.port_list.Entries(),
-                                                context_.session, context_.translator);
-  if (!verdict.accepted) {
-    prompts_.Tell(this, verdict.message);
-    if (verdict.focus == EntryField::kAddress) {
-      ui_->address_box->setFocus();
-    }
+  form_->ClearProblems();
+  const TypedEntry typed = form_->Typed(name_edit_->text());
+  if (IsRefused(typed)) {
     co_return;
   }
-  const std::optional<QString> name = co_await name_search_->Find(typed.address);
-  if (!name || !row_.isValid()) {
-    ui_->address_box->setFocus();
+  const std::optional<QString> name = co_await names_->Find(typed.address);
+  if (!name) {
+    form_->FocusAddress();
     co_return;
   }
-  PortEntry entry = context_.port_list.Entries().at(row_.row());
+  PortEntry entry = row_.isValid() ? context_.port_list.Entries().at(row_.row()) : entry_;
   entry.app_name = typed.name;
   entry.forwarded_to = ForwardedTo(typed.address, *name);
   entry.start_port = typed.start_port;
   entry.end_port = typed.end_port;
-  entry.protocol = typed.protocol;
-  context_.port_list.Replace(row_.row(), entry);
+  entry.protocol = ProtocolText(*typed.protocol);
+  if (row_.isValid()) {
+    context_.port_list.Replace(row_.row(), entry);
+  } else {
+    const OneShot<bool> answer;
+    prompts_.Ask(this, Text(message::kEntryGoneTitle), Text(message::kEntryGone),
+                 answer.Callback());
+    const std::optional<bool> adds = co_await answer;
+    if (!adds.value_or(false) || IsRefused(typed)) {
+      co_return;
+    }
+    context_.port_list.Append({entry});
+  }
   Q_EMIT entryChanged();
   accept();
 }

@@ -9,17 +9,24 @@
 
 #include "async/flow.h"
 #include "core/app_context.h"
-#include "ui/entries/computer_name.h"
+#include "core/entry_checks.h"
+#include "platform/host_names.h"
 #include "ui/toolkit/prompts.h"
 
 namespace Ui {
 class EditEntryDialog;
 }
 
+class QLineEdit;
+
 namespace quayline {
 
-// Changes one row of the port list, and closes when that is done. Closing it otherwise changes
-// nothing, also while a computer's name is searched. Deletes itself when it is closed.
+class ComputerNameSearch;
+class EntryForm;
+
+// Changes one row of the port list, and closes after that. The list may be replaced meanwhile: then
+// the entry can be added to the new one. Closing the dialog otherwise changes nothing, also during
+// a search for a computer's name. Deletes itself when it is closed.
 class EditEntryDialog final : public QDialog {
   Q_OBJECT
 
@@ -36,17 +43,22 @@ class EditEntryDialog final : public QDialog {
   void entryChanged();
 
  private:
-  void ShowEntry(const PortEntry& entry);
-  void SetBusy(const QString& text);
+  void ShowEntry();
+  void SetBusy(const QString& address);
   void SetIdle();
+  // Shows why what was typed is refused.
+  bool IsRefused(const TypedEntry& typed);
   Task<> Update();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
   Prompts& prompts_;
   std::unique_ptr<Ui::EditEntryDialog> ui_;
+  QLineEdit* name_edit_;
+  EntryForm* form_;
   QPersistentModelIndex row_;
-  ComputerNameSearch* name_search_;
+  PortEntry entry_;  // as it was when the dialog opened
+  ComputerNameSearch* names_;
   Flow updating_;
 };
 

@@ -10,23 +10,25 @@
 #include <QValidator>
 
 #include "core/entry_fields.h"
+#include "core/protocol.h"
 #include "ui/entries/adapter_dialog.h"
 #include "ui/toolkit/address_box.h"
+#include "ui/toolkit/controls.h"
 #include "ui/toolkit/theme.h"
 
 namespace quayline {
 
 namespace {
 
-// Keeps letters out while they are typed or pasted. The text need not be complete: the entry is
-// checked when it is added.
+// Accepts no letters while the user types or pastes. What it accepts need not be complete: the
+// checks look at that when the entry is added.
 class TypingFilter final : public QValidator {
  public:
   TypingFilter(bool (*may_be_typed)(const QString&), QObject* parent)
       : QValidator(parent), may_be_typed_(may_be_typed) {}
 
   State validate(QString& text, int& cursor) const override {
-    text = text.trimmed();  // what is pasted; two ports with a blank between them are not one
+    text = text.trimmed();  // what is pasted; two ports with a blank between them are not one port
     cursor = std::min(cursor, static_cast<int>(text.size()));
     return may_be_typed_(text) ? Acceptable : Invalid;
   }
@@ -37,21 +39,22 @@ class TypingFilter final : public QValidator {
 
 }  // namespace
 
-void MakePortField(QLineEdit& field, const RouterSession& session) {
-  field.setValidator(new TypingFilter(&MayBeTypedAsPort, &field));
-  QObject::connect(
-      &field, &QLineEdit::editingFinished, &field,
-      [&field, limits = LimitsOf(session)] { field.setText(ClampedPort(field.text(), limits)); });
+void MakePortField(QLineEdit& field, bool takes_several) {
+  field.setValidator(
+      new TypingFilter(takes_several ? &MayBeTypedAsPorts : &MayBeTypedAsPort, &field));
 }
 
-void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapters,
-                    QWidget* window) {
-  box.setCompleter(nullptr);  // would complete a part of an address by one of the list
+void MakeAddressBox(QComboBox& box, QToolButton& detect, const AppContext& context) {
+  const Adapters& adapters = context.adapters;
+  box.setCompleter(nullptr);  // would finish half an address by one of the list
   box.lineEdit()->setValidator(new TypingFilter(&MayBeTypedAsAddress, &box));
-  FillLocalAddresses(box, ForwardableAddresses(adapters.AddressTable()));
+  IgnoreWheel(&box);
+  FillLocalAddresses(box,
+                     ForwardableAddresses(adapters.AddressTable(),
+                                          AddressTowards(context.session.router_ip, adapters)));
   detect.setIcon(ThemeIcon(QStringLiteral("detect")));
-  QObject::connect(&detect, &QToolButton::clicked, &box, [&box, &adapters, window] {
-    auto* chooser = new AdapterDialog(adapters, AddressPurpose::kOwn, window);
+  QObject::connect(&detect, &QToolButton::clicked, &box, [&box, &adapters] {
+    auto* chooser = new AdapterDialog(adapters, AddressPurpose::kOwn, box.window());
     QObject::connect(chooser, &AdapterDialog::chosen, &box, &QComboBox::setEditText);
     chooser->open();
   });
@@ -65,11 +68,12 @@ void KeepStatusPlace(QLabel& line, QWidget& bar) {
 }
 
 void FillProtocols(QComboBox& box, bool offers_both) {
-  box.addItems({QStringLiteral("TCP"), QStringLiteral("UDP")});
+  box.addItems({ProtocolText(Protocol::kTcp), ProtocolText(Protocol::kUdp)});
   if (offers_both) {
-    box.addItem(QStringLiteral("TCP/UDP"));
+    box.addItem(ProtocolText(Protocol::kBoth));
     box.setCurrentIndex(2);
   }
+  IgnoreWheel(&box);
 }
 
 }  // namespace quayline

@@ -12,22 +12,21 @@ class QWidget;
 
 namespace quayline {
 
-// How the fields that both entry dialogs have behave. Everything lives as long as its control.
+// How the fields of the entry dialogs behave. Everything lives as long as its control.
 
-// A field for a port of the selected router: accepts what may be typed as a port, and moves it into
-// the router's limits when it loses the focus.
-void MakePortField(QLineEdit& field, const RouterSession& session);
+// A field that accepts what may be typed as a port, or as several.
+void MakePortField(QLineEdit& field, bool takes_several);
 
-// An editable box for an address, with this computer's own in its list and the first one selected.
-// `detect` opens the chooser of adapters, whose address goes into the box.
-void MakeAddressBox(QComboBox& box, QToolButton& detect, const Adapters& adapters, QWidget* window);
+// An editable box for an address, with this computer's own in its list. The one that reaches the
+// router is the first, and is selected. `detect` opens the chooser of adapters, whose address goes
+// into the box.
+void MakeAddressBox(QComboBox& box, QToolButton& detect, const AppContext& context);
 
-// Reserves the space of the status line and the progress bar, so that nothing moves when they
+// Keeps the places of the line and the bar that show what goes on, so that nothing moves when they
 // appear.
 void KeepStatusPlace(QLabel& line, QWidget& bar);
 
-// "TCP" and "UDP" and, where one rule can have both, "TCP/UDP"; the last one is selected, or "TCP"
-// for a router without it.
+// "TCP" and "UDP", with "TCP" selected; or these and "TCP/UDP", which is selected then.
 void FillProtocols(QComboBox& box, bool offers_both);
 
 }  // namespace quayline

@@ -6,14 +6,24 @@
 
 namespace quayline::message {
 
-// The texts of the entry dialogs. Those of the refusals are in core/entry_checks.cpp.
+// The texts of the entry dialogs, but for the refusals of core/entry_checks.
 inline constexpr Message kEntriesRequired{"Entries Required:"};
 inline constexpr Message kCheckingSettings{"Checking Settings..."};
 inline constexpr Message kSettingsOf{"Settings"};
 inline constexpr Message kNoSettingsFile{"Error - Unable to find the settings file."};
 inline constexpr Message kNoRegistryValue{"Error - Unable to find the settings in the registry."};
 inline constexpr Message kSettingsError{"Error - %1"};
-inline constexpr Message kNoUsablePort{"A port is missing there, or is none."};
+inline constexpr Message kNoUsablePort{"A port is missing or invalid."};
+inline constexpr Message kDatabaseTab{"&Database"};
+inline constexpr Message kCustomTab{"Add &Custom"};
+inline constexpr Message kNameField{"Name"};
+inline constexpr Message kSeveralPorts{"Several at once: 80, 443, 6000-6010"};
+inline constexpr Message kPortMoved{
+    "%1 is not possible: the ports of this router are %2 to %3. It is %4 now."};
+inline constexpr Message kEntryGoneTitle{"Entry Not Found"};
+inline constexpr Message kEntryGone{
+    "The list was replaced meanwhile, and this entry is not in it. Add what you typed as a new "
+    "entry?"};
 inline constexpr Message kNothingToAdd{"There are no ports of this program to add."};
 inline constexpr Message kProgramsLoaded{"Programs Loaded:"};
 inline constexpr Message kNameTooLongOnLeaving{"Name can only be 10 chars or less."};

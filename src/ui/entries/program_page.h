@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+#include "async/flow.h"
+#include "core/app_context.h"
+#include "platform/foreign_settings.h"
+#include "ui/toolkit/prompts.h"
+
+namespace Ui {
+class ProgramPage;
+}
+
+namespace quayline {
+
+class ComputerNameSearch;
+class FieldNote;
+class ProgramBox;
+struct EntryProblem;
+
+// The page of the add dialog that adds the ports of a known program: one of the database, or one
+// whose own settings are read.
+class ProgramPage final : public QWidget {
+  Q_OBJECT
+
+ public:
+  ProgramPage(AppContext& context, Prompts& prompts, ComputerNameSearch& names,
+              const ForeignSettings& foreign_settings, QWidget* parent);
+  ~ProgramPage() override;
+
+  // Loads the programs when it is shown for the first time.
+  void FocusFirst();
+  Task<> Add();
+  void CancelLoading() { loading_.Cancel(); }
+
+ Q_SIGNALS:
+  // The list has `count` new rows.
+  void entriesAdded(qsizetype count);
+
+ private:
+  void ConnectPrograms();
+  Task<> LoadPrograms();
+  void ShowProgram(const AppPortRecord& program);
+  void ForgetProgram();
+  void ShowEntriesRequired(int entries);
+  void Discover(const QString& program);
+  void ShowProblem(const EntryProblem& problem);
+  QString Text(const Message& message) const { return context_.translator.Text(message); }
+
+  AppContext& context_;
+  Prompts& prompts_;
+  ComputerNameSearch& names_;
+  const ForeignSettings& foreign_settings_;
+  std::unique_ptr<Ui::ProgramPage> ui_;
+  ProgramBox* programs_ = nullptr;
+  FieldNote* program_note_ = nullptr;
+  FieldNote* address_note_ = nullptr;
+  std::optional<AppPortRecord> program_;  // what Add() adds
+  QTimer loading_timer_;                  // lets the window appear before its programs
+  Flow loading_;
+};
+
+}  // namespace quayline
