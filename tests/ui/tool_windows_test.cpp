@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
+#include <QTabWidget>
 #include <QTextBlock>
 
 #include "ui/tools/router_list_dialog.h"
@@ -44,8 +45,16 @@ class RouterListTest : public WindowTest {
 
 const QStringList kNames{u"Alpha 1"_s, u"Beta-20"_s, u"Gamma (Alpha)"_s, u"ALPHA 2"_s};
 
+TEST_F(RouterListTest, AnyPartOfANameIsFoundUnlessItsBeginningIsAskedFor) {
+  Open(kNames);
+  ExpectWindowRules();
+  TypeKeys("20");
+  EXPECT_EQ(Selected(), kNames[1]);
+}
+
 TEST_F(RouterListTest, FindNextContinuesAndBeginsAgainOnlyWithTheNextSearch) {
   Open(kNames);
+  Find<QCheckBox>("whole_name_check")->setChecked(false);
   TypeKeys("alpha");
   Find("search_edit")->blockSignals(true);  // from here on the button alone
   context_->router_search_position = 0;
@@ -58,12 +67,14 @@ TEST_F(RouterListTest, FindNextContinuesAndBeginsAgainOnlyWithTheNextSearch) {
   Press("search_edit", Qt::Key_Return);
   EXPECT_EQ(Selected(), kNames[2]);
   Reopen();
+  Find<QCheckBox>("whole_name_check")->setChecked(false);
   TypeKeys("a");
   EXPECT_EQ(Selected(), kNames[3]) << "the place outlives the window";
 }
 
 TEST_F(RouterListTest, TypingDoesNotRunIntoABoxAndOneThatIsRightComesLater) {
   Open(kNames);
+  Find<QCheckBox>("whole_name_check")->setChecked(false);
   const auto is_reported = [this] { return !prompts_.shown.empty(); };
   TypeKeys("beta");  // each letter searches after the only match
   EXPECT_EQ(Selected(), kNames[1]);
@@ -161,7 +172,7 @@ TEST_F(ScriptWindowTest, EachButtonWritesItsOwnScriptAndLeavesTheOtherAlone) {
   EXPECT_EQ(Scripts(), u"nav(\"\u00a0\u2192\")\r\n\r\nx | nav(\"list\")"_s);
   EXPECT_FALSE(Find("save_update_script_button")->isEnabled());
 
-  Click("show_view_script_button");
+  Find<QTabWidget>("script_pages")->setCurrentIndex(1);
   EXPECT_TRUE(view->isVisible());
   view->clear();
   Click("save_view_script_button");
@@ -182,6 +193,29 @@ TEST_F(ScriptWindowTest, AWriteThatFailsIsReportedAndTheTextStays) {
   Click("save_update_script_button");
   EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: The script cannot be saved"),
                                           StartsWith("Tell: Please choose a router")));
+}
+
+TEST_F(ScriptWindowTest, TheShippedScriptComesBackIntoTheEditorAndCanBeUndone) {
+  auto* restore = Find<QAbstractButton>("restore_button");
+  EXPECT_FALSE(restore->isEnabled()) << "nothing is known of how it was shipped";
+  QFile::copy(folder_.Path("routers.mdb"), folder_.Path("routers.mdb.shipped"));
+  Open();
+  ExpectWindowRules();
+  restore = Find<QAbstractButton>("restore_button");
+  EXPECT_FALSE(restore->isEnabled()) << "it is the shipped one";
+  update_->setPlainText(u"mine"_s);
+  ASSERT_TRUE(RunUntil([&] { return restore->isEnabled(); }));
+  restore->click();
+  EXPECT_EQ(TextOf("update_script_editor"), "mine") << "the answer is No";
+  prompts_.answers = {true};
+  restore->click();
+  EXPECT_EQ(TextOf("update_script_editor"), "nav(\"one\")\nnav(\"two\")\n");
+  EXPECT_TRUE(RunUntil([&] { return !restore->isEnabled(); }));
+  update_->undo();
+  EXPECT_EQ(TextOf("update_script_editor"), "mine");
+  EXPECT_EQ(writes_, 0);
+  Find<QTabWidget>("script_pages")->setCurrentIndex(1);
+  EXPECT_FALSE(restore->isEnabled());
 }
 
 TEST_F(ScriptWindowTest, ChangesAreNotThrownAwayUnasked) {

@@ -35,13 +35,10 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
       list_(new QStringListModel(this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  ResizeOnScreen(*this, {520, 560});
+  OpenOver(*this, {520, 560});
   ui_->router_list_view->setModel(list_);
   ui_->find_next_button->setIcon(ThemeIcon(QStringLiteral("search")));
   ui_->choose_button->setEnabled(false);
-  QPalette plain = ui_->router_count_edit->palette();  // it looks like a label
-  plain.setColor(QPalette::Base, Qt::transparent);
-  ui_->router_count_edit->setPalette(plain);
   connect(ui_->search_edit, &QLineEdit::textChanged, this, &RouterListDialog::SearchWhileTyping);
   connect(ui_->find_next_button, &QPushButton::clicked, this, &RouterListDialog::FindNext);
   connect(ui_->router_list_view, &QListView::doubleClicked, this, &RouterListDialog::Choose);

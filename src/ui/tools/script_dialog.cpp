@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "core/router_session.h"
+#include "core/shipped_databases.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/tool_texts.h"
 #include "ui_script_dialog.h"
@@ -25,12 +27,13 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* paren
       prompts_(prompts),
       written_(std::move(written)),
       router_id_(context.session.router_id),
+      shipped_(FindShippedRouter(context.program_folder, context.session.router_name)),
       ui_(std::make_unique<Ui::ScriptDialog>()) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
   setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") + context.session.router_name);
-  ResizeOnScreen(*this, {820, 640});
+  OpenOver(*this, {820, 640});
   ui_->splitter->setSizes({460, 120});
   ui_->update_script_editor->SetScript(context.session.update_script);
   ui_->view_script_editor->SetScript(context.session.view_script);
@@ -44,8 +47,8 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* paren
   connect(ui_->save_view_script_button, &QPushButton::clicked, this, [this] {
     Save(ui_->view_script_editor, ui_->save_view_script_button, &RouterRecord::routerportpage);
   });
-  connect(ui_->show_update_script_button, &QPushButton::clicked, this, [this] { ShowScript(0); });
-  connect(ui_->show_view_script_button, &QPushButton::clicked, this, [this] { ShowScript(1); });
+  connect(ui_->script_pages, &QTabWidget::currentChanged, this, &ScriptDialog::ShowScript);
+  connect(ui_->restore_button, &QPushButton::clicked, this, &ScriptDialog::AskToRestore);
   connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::close);
   connect(ui_->findings_list, &QListWidget::currentRowChanged, this, [this](int row) {
     if (row >= 0 && row < findings_.size() && ui_->findings_list->hasFocus()) {
@@ -53,7 +56,7 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* paren
     }
   });
   connect(ui_->findings_list, &QListWidget::itemActivated, this, [this] { Editor()->setFocus(); });
-  ShowScript(0);
+  ShowScript();
 }
 
 ScriptDialog::~ScriptDialog() = default;
@@ -82,13 +85,35 @@ ScriptEditor* ScriptDialog::Editor() const {
                                                 : ui_->view_script_editor;
 }
 
-void ScriptDialog::ShowScript(int index) {
-  ui_->script_pages->setCurrentIndex(index);
-  Editor()->setFocus();
+// With the arrow keys the user goes through the tabs themselves.
+void ScriptDialog::ShowScript() {
+  if (!ui_->script_pages->tabBar()->hasFocus()) {
+    Editor()->setFocus();
+  }
   ShowFindings();
 }
 
+QStringList ScriptDialog::ShippedLines() const {
+  if (!shipped_) {
+    return {};
+  }
+  return ScriptLines(ui_->script_pages->currentIndex() == 0 ? shipped_->routercommands
+                                                            : shipped_->routerportpage);
+}
+
+void ScriptDialog::AskToRestore() {
+  prompts_.AskCarefully(this, Text(message::kRestoreTitle), Text(message::kRestore),
+                        [this](bool yes) {
+                          if (yes) {
+                            Editor()->ReplaceScript(ShippedLines());
+                            Editor()->setFocus();
+                          }
+                        });
+}
+
 void ScriptDialog::ShowFindings() {
+  const QStringList shipped = ShippedLines();
+  ui_->restore_button->setEnabled(!shipped.isEmpty() && ScriptLines(Editor()->Script()) != shipped);
   findings_ = Editor()->Findings();
   ui_->findings_list->clear();
   const qsizetype shown = std::min(findings_.size(), kMaxFindingsShown);

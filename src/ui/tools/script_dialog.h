@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "core/app_context.h"
 #include "ui/toolkit/prompts.h"
@@ -34,11 +35,14 @@ class ScriptDialog final : public QDialog {
   void reject() override;
 
  private:
-  void ShowScript(int index);
+  void ShowScript();
   void ConnectEditor(ScriptEditor* editor, QPushButton* save, QLabel* shape);
   void Save(ScriptEditor* editor, QPushButton* save, QString RouterRecord::* field);
   bool Write(const QString& script, QString RouterRecord::* field);
   void ShowFindings();
+  // The lines of the script on show as it was shipped; empty without one.
+  QStringList ShippedLines() const;
+  void AskToRestore();
   ScriptEditor* Editor() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
@@ -46,6 +50,7 @@ class ScriptDialog final : public QDialog {
   Prompts& prompts_;
   std::function<void()> written_;
   const int router_id_;
+  const std::optional<RouterRecord> shipped_;
   std::unique_ptr<Ui::ScriptDialog> ui_;
   QList<ScriptFinding> findings_;
 };

@@ -99,6 +99,12 @@ void ScriptEditor::SetScript(const QStringList& lines) {
   document()->setModified(false);
 }
 
+void ScriptEditor::ReplaceScript(const QStringList& lines) {
+  QTextCursor cursor(document());
+  cursor.select(QTextCursor::Document);
+  cursor.insertText(lines.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+}
+
 QList<ScriptFinding> ScriptEditor::Findings() const {
   QList<ScriptFinding> findings;
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {

@@ -36,6 +36,8 @@ class ScriptEditor final : public QPlainTextEdit {
   // the text ends with a line break. No character is replaced.
   QString Script() const;
   void SetScript(const QStringList& lines);
+  // As if the user had typed the lines: he can undo it.
+  void ReplaceScript(const QStringList& lines);
 
   QList<ScriptFinding> Findings() const;
   // Selects what the finding is about, without taking the focus.

@@ -22,6 +22,10 @@ inline constexpr Message kScriptSaved{"Saved."};
 inline constexpr Message kUnsavedTitle{"Changes Not Saved"};
 inline constexpr Message kUnsaved{
     "There are changes that are not saved. Close this window without them?"};
+inline constexpr Message kRestoreTitle{"Restore the Shipped Script"};
+inline constexpr Message kRestore{
+    "Replace the script in the editor by the one that came with Quayline? It is not saved until "
+    "you press \"Update Script\", and Undo (Ctrl+Z) brings yours back."};
 inline constexpr Message kNoFindings{"Every line can do what it says."};
 inline constexpr Message kFindings{"Lines to look at: %1 (errors: %2)"};
 inline constexpr Message kFindingError{"Line %1: %2"};
