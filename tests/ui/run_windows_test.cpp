@@ -55,35 +55,6 @@ TEST_F(RunWindowTest, ARouterWithoutAScriptIsReportedAndNothingIsLoaded) {
   EXPECT_FALSE(context_->job_flags.is_running);
 }
 
-TEST_F(RunWindowTest, WhoeverClosesTheWindowOfAJobThatRunsIsAsked) {
-  hangs_ = true;
-  OpenJob();
-  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
-  const auto press_the_frame = [this] {
-    QCloseEvent event;
-    QSpontaneKeyEvent::setSpontaneous(&event);
-    qApp->notify(window_, &event);  // sendEvent() would make it the program's own
-  };
-  Click("close_button");
-  QTest::keyClick(window_, Qt::Key_Escape);
-  press_the_frame();
-  EXPECT_THAT(prompts_.shown, SizeIs(3));
-  EXPECT_TRUE(window_->isVisible() && context_->job_flags.is_running);
-  prompts_.answers = {true};
-  QTest::keyClick(window_, Qt::Key_Escape);
-  EXPECT_FALSE(window_->isVisible() || context_->job_flags.is_running);
-  page_->Arrive();
-  ASSERT_TRUE(ComesToItsEnd());
-
-  hangs_ = false;
-  prompts_.shown.clear();
-  OpenJob();
-  ASSERT_TRUE(ComesToSay("headline_label", "Finished"));
-  QTest::keyClick(window_, Qt::Key_Escape);
-  EXPECT_TRUE(ComesToItsEnd());
-  EXPECT_THAT(prompts_.shown, IsEmpty());
-}
-
 TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
   hangs_ = true;
   OpenJob();
@@ -112,6 +83,41 @@ class EachRunWindowTest : public RunWindowTest, public ::testing::WithParamInter
 
 INSTANTIATE_TEST_SUITE_P(, EachRunWindowTest, ::testing::Values("Job", "View"),
                          [](const auto& test) { return test.param; });
+
+TEST_P(EachRunWindowTest, WhoeverClosesTheWindowOfARunIsAsked) {
+  hangs_ = true;
+  Open();
+  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
+  const auto press_the_frame = [this] {
+    QCloseEvent event;
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(window_, &event);  // sendEvent() would make it the program's own
+  };
+  Click("close_button");
+  QTest::keyClick(window_, Qt::Key_Escape);
+  press_the_frame();
+  EXPECT_THAT(prompts_.shown, SizeIs(3));
+  EXPECT_TRUE(window_->isVisible() && context_->job_flags.is_running);
+  prompts_.answers = {true};
+  QTest::keyClick(window_, Qt::Key_Escape);
+  EXPECT_FALSE(window_->isVisible() || context_->job_flags.is_running);
+  page_->Arrive();
+  ASSERT_TRUE(ComesToItsEnd());
+
+  hangs_ = false;
+  prompts_.shown.clear();
+  Open();
+  ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
+  QTest::keyClick(window_, Qt::Key_Escape);
+  EXPECT_TRUE(ComesToItsEnd());
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+}
+
+TEST_P(EachRunWindowTest, TheWindowKeepsToTheRulesOfAllWindows) {
+  context_->job_options.debug_mode = true;
+  Open();
+  ExpectWindowRules();
+}
 
 TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewAfterTheRun) {
   Open();
@@ -196,7 +202,8 @@ TEST_P(EachRunWindowTest, DebugModeHoldsEachStepAndItsButtonLeadsOn) {
   for (const bool from_the_start : {true, false}) {
     context_->job_options.debug_mode = from_the_start;
     Open();
-    const auto* proceed = Find("proceed_button");
+    auto* proceed = Find("proceed_button");
+    bool is_focused = false;
     EXPECT_EQ(proceed->isVisible(), from_the_start);
     context_->job_options.debug_mode = true;
     // The line during which it is switched on is not held.
@@ -204,10 +211,16 @@ TEST_P(EachRunWindowTest, DebugModeHoldsEachStepAndItsButtonLeadsOn) {
       ASSERT_TRUE(RunUntil([&] { return proceed->isEnabled(); })) << TextOf("log_edit");
       EXPECT_TRUE(proceed->isVisible());
       EXPECT_EQ(Find<QPlainTextEdit>("log_edit")->toPlainText().count(u"Step "_s), step);
-      Click("proceed_button");
+      if (!is_focused) {
+        proceed->setFocus();
+        is_focused = true;
+      }
+      EXPECT_EQ(window_->focusWidget(), proceed) << "the next Space would press another button";
+      QTest::keyClick(proceed, Qt::Key_Space);
     }
     ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
     EXPECT_FALSE(proceed->isEnabled());
+    EXPECT_EQ(window_->focusWidget(), Find("log_edit"));
   }
 }
 

@@ -21,7 +21,6 @@ using namespace std::chrono_literals;
 
 JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host)
     : context_(context),
-      prompts_(prompts),
       ui_(std::make_unique<Ui::JobWindow>()),
       questions_(*this, prompts, context.translator, kRunnerTexts),
       runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)),
@@ -29,7 +28,7 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(Text(message::kJobTitle));
-  ResizeOnScreen(*this, {1120, 780});
+  OpenOver(*this, {1120, 780});
   ui_->upper_splitter->setSizes({690, 400});
   ui_->splitter->setSizes({500, 120});
   QFont title = ui_->headline_label->font();
@@ -84,7 +83,7 @@ void JobWindow::Stop() {
     ShowEnd();
     return;
   }
-  ui_->stop_button->setEnabled(false);
+  display_->DisableStop();
   ui_->headline_label->setText(Text(message::kStopping));
   runner_->Stop();
 }
@@ -95,9 +94,7 @@ void JobWindow::ShowEnd() {
   ui_->headline_label->setText(OutcomeText());
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
-  ui_->proceed_button->setEnabled(false);
-  ui_->stop_button->setEnabled(false);
-  ui_->close_button->setFocus();
+  display_->DisableStop();
   setWindowTitle(Text(message::kJobTitle));
 }
 
@@ -123,15 +120,11 @@ QString JobWindow::OutcomeText() const {
 }
 
 void JobWindow::CloseAfterAsking() {
-  if (!IsWorking()) {
+  if (IsWorking()) {
+    display_->AskToClose(message::kCloseTitle, message::kCloseQuestion);
+  } else {
     close();
-    return;
   }
-  prompts_.Ask(this, Text(message::kCloseTitle), Text(message::kCloseQuestion), [this](bool yes) {
-    if (yes) {
-      close();
-    }
-  });
 }
 
 void JobWindow::keyPressEvent(QKeyEvent* event) {

@@ -48,7 +48,6 @@ class JobWindow final : public QWidget {
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
-  Prompts& prompts_;
   std::unique_ptr<Ui::JobWindow> ui_;
   RunQuestions questions_;
   std::unique_ptr<JobRunner> runner_;

@@ -29,6 +29,10 @@ inline constexpr Message kFinishedToCheck{
     "Finished, but a part of a page failed meanwhile. Please check on your router whether these "
     "entries are there: %1."};
 
+inline constexpr Message kCloseViewTitle{"Stop the script?"};
+inline constexpr Message kCloseViewQuestion{
+    "A script is running. Stop it and close this window? A save that is on its way to your router "
+    "is not cut off."};
 inline constexpr Message kLeadingToPage{"Going to the page where your router keeps its ports..."};
 inline constexpr Message kPageReached{
     "The script has run. What you change on this page now is between you and your router."};

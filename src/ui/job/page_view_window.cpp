@@ -3,6 +3,8 @@
 
 #include "ui/job/page_view_window.h"
 
+#include <QCloseEvent>
+
 #include "ui/job/job_window_texts.h"
 #include "ui/job/run_display.h"
 #include "ui/toolkit/theme.h"
@@ -26,17 +28,16 @@ PageViewWindow::PageViewWindow(AppContext& context, Prompts& prompts, PageHostFa
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
-  ResizeOnScreen(*this, {1120, 780});
+  OpenOver(*this, {1120, 780});
   ui_->upper_splitter->setSizes({760, 320});
   ui_->splitter->setSizes({560, 100});
   ui_->headline_label->setText(Text(message::kLeadingToPage));
-  ui_->headline_label->setWordWrap(true);
 
   display_ = new RunDisplay(*this, *runner_, questions_, context, prompts, kRunnerTexts,
                             RunControls(*ui_));
   connect(runner_.get(), &PageViewRunner::ended, this, &PageViewWindow::ShowEnd);
   connect(ui_->stop_button, &QPushButton::clicked, this, &PageViewWindow::Stop);
-  connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::reject);
+  connect(ui_->close_button, &QPushButton::clicked, this, &PageViewWindow::CloseAfterAsking);
   runner_->Open();
   display_->ShowOpened();
   start_timer_.setSingleShot(true);
@@ -51,7 +52,7 @@ void PageViewWindow::Run() {
   if (context_.session.view_script.isEmpty()) {
     runner_->Stop();
     ui_->headline_label->setText(Text(message::kNoViewScript));
-    ui_->stop_button->setEnabled(false);
+    display_->DisableStop();
     return;
   }
   runner_->Run();
@@ -71,7 +72,32 @@ void PageViewWindow::ShowEnd() {
                            : end == RunEnd::kStopped ? message::kViewStopped
                                                      : message::kPageReached;
   ui_->headline_label->setText(Text(outcome));
-  ui_->stop_button->setEnabled(false);
+  display_->DisableStop();
+}
+
+void PageViewWindow::CloseAfterAsking() {
+  if (runner_->IsRunning()) {
+    display_->AskToClose(message::kCloseViewTitle, message::kCloseViewQuestion);
+  } else {
+    close();
+  }
+}
+
+void PageViewWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    CloseAfterAsking();
+  } else {
+    QDialog::keyPressEvent(event);
+  }
+}
+
+void PageViewWindow::closeEvent(QCloseEvent* event) {
+  if (event->spontaneous() && runner_->IsRunning()) {  // the user closes the window by its frame
+    event->ignore();
+    CloseAfterAsking();
+    return;
+  }
+  QDialog::closeEvent(event);
 }
 
 // Called however the window is closed.

@@ -31,10 +31,16 @@ class PageViewWindow final : public QDialog {
 
   void done(int result) override;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   void Run();
   void Stop();
   void ShowEnd();
+  // Closes the window, after asking if that ends the script.
+  void CloseAfterAsking();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;

@@ -46,6 +46,9 @@ RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, RunQuestions& ques
   controls_.waiting->setForegroundRole(QPalette::PlaceholderText);
   controls_.proceed->setIcon(ThemeIcon(QStringLiteral("step")));
   controls_.stop->setIcon(ThemeIcon(QStringLiteral("stop")));
+  for (QPlainTextEdit* box : {controls_.log, controls_.states, controls_.errors}) {
+    box->viewport()->setBackgroundRole(QPalette::Window);  // nothing can be typed here
+  }
   controls_.states->setPlainText(Text(texts_.first_status) + QLatin1Char('\n'));
   ConnectLog();
   ConnectProgress();
@@ -85,19 +88,48 @@ void RunDisplay::ConnectProgress() {
   connect(&runner_, &ScriptRunner::waitingFor, this, [this](const QString& what) {
     controls_.waiting->setText(what.isEmpty() ? QString() : Text(texts_.waiting_for).arg(what));
   });
-  connect(&runner_, &ScriptRunner::ended, this, [this] {
-    controls_.waiting->clear();
-    controls_.proceed->setEnabled(false);
-  });
+  connect(&runner_, &ScriptRunner::ended, controls_.waiting, &QLabel::clear);
 }
 
 // Debug mode may be switched on during a run, which then pauses: the button to continue is shown.
 void RunDisplay::ConnectProceed() {
   connect(&runner_, &ScriptRunner::proceedEnabled, this, [this](bool enabled) {
     controls_.proceed->setVisible(enabled || controls_.proceed->isVisible());
-    controls_.proceed->setEnabled(enabled);
+    EnableProceed(enabled);
   });
   connect(controls_.proceed, &QPushButton::clicked, &runner_, &ScriptRunner::ProceedToNextCommand);
+}
+
+// A disabled button passes its focus to the next one, which is "Stop": the log keeps it meanwhile.
+void RunDisplay::EnableProceed(bool enabled) {
+  if (!enabled && window_.focusWidget() == controls_.proceed) {
+    is_stepping_ = true;
+    controls_.log->setFocus();
+  }
+  controls_.proceed->setEnabled(enabled);
+  if (enabled && is_stepping_) {
+    is_stepping_ = false;
+    if (window_.focusWidget() == controls_.log) {
+      controls_.proceed->setFocus();
+    }
+  }
+}
+
+void RunDisplay::DisableStop() {
+  EnableProceed(false);
+  is_stepping_ = false;
+  if (window_.focusWidget() == controls_.stop) {
+    controls_.log->setFocus();
+  }
+  controls_.stop->setEnabled(false);
+}
+
+void RunDisplay::AskToClose(const Message& title, const Message& question) {
+  prompts_.Ask(&window_, Text(title), Text(question), [this](bool yes) {
+    if (yes) {
+      window_.close();
+    }
+  });
 }
 
 void RunDisplay::ShowHost(PageHost* host) {

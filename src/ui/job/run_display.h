@@ -54,6 +54,10 @@ class RunDisplay final : public QObject {
 
   // To be called once the runner has its browsers.
   void ShowOpened();
+  // The run is over or ends: nothing is left to stop or to step.
+  void DisableStop();
+  // Closes the window if the user wants to end the run by that.
+  void AskToClose(const Message& title, const Message& question);
   // To be called while the window closes: it is hidden at once, and deletes itself when a save
   // under way has arrived.
   void Leave();
@@ -62,6 +66,7 @@ class RunDisplay final : public QObject {
   void ConnectLog();
   void ConnectProgress();
   void ConnectProceed();
+  void EnableProceed(bool enabled);
   void ShowHost(PageHost* host);
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
@@ -72,6 +77,7 @@ class RunDisplay final : public QObject {
   Prompts& prompts_;
   const RunnerTexts& texts_;
   const RunControls controls_;
+  bool is_stepping_ = false;  // the user works with the button, which is disabled for a moment
 };
 
 }  // namespace quayline
