@@ -55,7 +55,9 @@ bool MayBeTypedAsPort(const QString& text) {
 }
 
 bool MayBeTypedAsPorts(const QString& text) {
-  return MayBeTypedAsPort(QString(text).remove(QLatin1Char(',')).remove(QLatin1Char(' ')));
+  QString ports = text;
+  ports.replace(QStringLiteral(", "), QStringLiteral(","));
+  return MayBeTypedAsPort(ports.remove(QLatin1Char(',')));
 }
 
 bool IsPortList(const QString& text) {

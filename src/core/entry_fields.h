@@ -29,7 +29,7 @@ bool HasRuleForBoth(const RouterSession& session);
 
 // Digits, "." and "-". Looser than a port number: the checks find what is not one.
 bool MayBeTypedAsPort(const QString& text);
-// The same, with "," and blanks: several ports and ranges in one field.
+// The same, with ", " between several ports and ranges.
 bool MayBeTypedAsPorts(const QString& text);
 // Whether the text is meant as more than one port: "80, 443", "6000-6010".
 bool IsPortList(const QString& text);

@@ -88,7 +88,10 @@ QVariant PortListModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
     return {};
   }
-  return Field(entries_.at(index.row()), index.column());
+  const QString& text = Field(entries_.at(index.row()), index.column());
+  // The address of a computer whose name is not known: "192.168.1.20()".
+  const bool is_nameless = index.column() == kForwardedTo && text.endsWith(QLatin1String("()"));
+  return is_nameless ? text.chopped(2) : text;
 }
 
 QVariant PortListModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -46,9 +46,15 @@ TEST(EntryFields, WhatMayBeTyped) {
   };
   for (const auto& c : cases) {
     EXPECT_EQ(MayBeTypedAsPort(U(c.text)), c.as_port) << c.text;
+    EXPECT_TRUE(MayBeTypedAsPorts(U(c.text)) == c.as_port) << c.text;
     EXPECT_EQ(MayBeTypedAsAddress(U(c.text)), c.as_address) << c.text;
     EXPECT_EQ(IsWholeAddress(U(c.text)), c.is_address) << c.text;
   }
+}
+
+TEST(EntryFields, SeveralPortsAreTypedWithCommas) {
+  EXPECT_TRUE(MayBeTypedAsPorts(U("80, 443,6000-6010")));
+  EXPECT_FALSE(MayBeTypedAsPorts(U("80 81"))) << "it is read as one port";
 }
 
 TEST(EntryFields, APortThatIsLeftLosesItsZerosAndIsMovedIntoTheRoutersLimits) {

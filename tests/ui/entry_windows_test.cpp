@@ -67,6 +67,18 @@ class EntryWindowTest : public WindowTest {
   int stored_ = 0;
 };
 
+TEST_F(EntryWindowTest, EveryWindowKeepsToTheRulesOfAllWindows) {
+  OpenCustom();
+  ExpectWindowRules();
+  Find<QTabWidget>("tabs")->setCurrentIndex(0);
+  ExpectWindowRules();
+  OpenEdit(0);
+  ExpectWindowRules();
+  window_ = rig_.windows.NetworkList(&desk_, [](const QString&) {});
+  window_->show();
+  ExpectWindowRules();
+}
+
 TEST_F(EntryWindowTest, AProgramIsAddedTwiceUnderTheSameNamesAndItsBrokenPortsAreReported) {
   OpenAdd();
   Choose("program_box", 0);
@@ -96,7 +108,7 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
     Click("add_button");
     EXPECT_EQ(TextOf(note), what);
   };
-  says("program_note_label", "Please select a program from the list.");
+  says("program_count_label", "Please select a program from the list.");
   const Named cases[] = {{"game NIGHT", "Entries Required: (3)"},
                          {"game", "Entries Required: (0)"}};
   for (const auto& [typed, entries] : cases) {
@@ -105,13 +117,13 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
     EXPECT_EQ(TextOf("entries_required_label"), entries);
   }
   EXPECT_EQ(TextOf("program_box"), "game");
-  says("program_note_label", "Please select a program from the list.");
+  says("program_count_label", "Please select a program from the list.");
   Choose("program_box", 0);
   for (const char* address : {"", "0.0.0.0", "192.168."}) {
     Type("program_address_box", address);
     says("program_address_note_label", "You must enter an ip address to forward the ports to.");
   }
-  EXPECT_EQ(TextOf("program_note_label"), "");
+  EXPECT_EQ(TextOf("program_count_label"), "Programs Loaded: (2)");
   EXPECT_THAT(prompts_.shown, IsEmpty());
   EXPECT_EQ(stored_, 0);
 }

@@ -5,6 +5,8 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
+#include <QPushButton>
+#include <QTabBar>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -85,6 +87,35 @@ class WindowTest : public ::testing::Test {
   }
   bool ComesToItsEnd() {
     return RunUntil([this] { return window_.isNull(); });
+  }
+
+  // Fits a small screen beside its frame; every button has an access key; no key stands for two
+  // controls; no label has a name that a screen reader would read instead of its text.
+  void ExpectWindowRules() const {
+    constexpr QSize kSmallScreen(1024 - 16, 600 - 48);
+    EXPECT_EQ(window_->minimumSizeHint().boundedTo(kSmallScreen), window_->minimumSizeHint());
+    QStringList captions;
+    for (const auto* button : window_->findChildren<QAbstractButton*>()) {
+      const bool needs_key = qobject_cast<const QPushButton*>(button) && button->isVisible();
+      EXPECT_TRUE(!needs_key || button->text().contains(u'&')) << button->text().toStdString();
+      captions.append(button->isVisible() ? button->text() : QString());
+    }
+    for (const auto* label : window_->findChildren<QLabel*>()) {
+      EXPECT_EQ(label->accessibleName(), QString()) << label->objectName().toStdString();
+      captions.append(label->buddy() && label->isVisible() ? label->text() : QString());
+    }
+    for (const auto* tabs : window_->findChildren<QTabBar*>()) {
+      for (int tab = 0; tab < tabs->count(); ++tab) {
+        captions.append(tabs->tabText(tab));
+      }
+    }
+    QHash<QKeySequence, QString> users;
+    for (const QString& caption : std::as_const(captions)) {
+      if (const QKeySequence key = QKeySequence::mnemonic(caption); !key.isEmpty()) {
+        EXPECT_EQ(users.value(key, caption), caption) << key.toString().toStdString();
+        users.insert(key, caption);
+      }
+    }
   }
 
   // The rows of the list: "name address start-end type description", parted by "; ".

@@ -19,7 +19,7 @@ namespace quayline {
 namespace {
 
 // The pages change their height with the ports of a program: the window does not.
-constexpr QSize kUsualSize(560, 620);
+constexpr QSize kUsualSize(560, 552);
 
 }  // namespace
 

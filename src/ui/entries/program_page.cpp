@@ -54,7 +54,7 @@ ProgramPage::ProgramPage(AppContext& context, Prompts& prompts, ComputerNameSear
       foreign_settings_(foreign_settings),
       ui_(std::make_unique<Ui::ProgramPage>()) {
   ui_->setupUi(this);
-  program_note_ = new FieldNote(ui_->program_note_label, ui_->program_box);
+  program_note_ = new FieldNote(ui_->program_count_label, ui_->program_box);
   address_note_ = new FieldNote(ui_->program_address_note_label, ui_->program_address_box);
   ui_->ports_area->viewport()->setAutoFillBackground(false);  // the card's own shows through
   ui_->ports_content->setAutoFillBackground(false);
@@ -100,9 +100,8 @@ Task<> ProgramPage::LoadPrograms() {
   co_await programs_->Load();
   ui_->loading_area->hide();
   ui_->program_box->setEnabled(true);
-  ui_->program_count_label->setText(
-      Text(message::kProgramsLoaded) +
-      InBrackets(QLocale(QLocale::English).toString(ui_->program_box->count())));
+  program_note_->SetHint(Text(message::kProgramsLoaded) +
+                         InBrackets(QLocale(QLocale::English).toString(ui_->program_box->count())));
   if (isVisible()) {
     ui_->program_box->setFocus();
   }

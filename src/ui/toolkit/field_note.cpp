@@ -13,7 +13,8 @@
 
 namespace quayline {
 
-FieldNote::FieldNote(QLabel* line, QWidget* field) : QObject(line), line_(line), field_(field) {
+FieldNote::FieldNote(QLabel* line, QWidget* field)
+    : QObject(line), line_(line), field_(field), hint_(line->text()) {
   line_->setTextFormat(Qt::PlainText);
   line_->setForegroundRole(QPalette::PlaceholderText);
   line_->setMinimumHeight(line_->fontMetrics().height());

@@ -16,8 +16,8 @@ class FieldNote final : public QObject {
   Q_OBJECT
 
  public:
-  // `line` owns it, and keeps the room of one line while it is empty. `field` is a line edit or a
-  // combo box, and outlives it.
+  // `line` owns it; its text is the first hint. It keeps the room of one line while it is empty.
+  // `field` is a line edit or a combo box, and outlives it.
   FieldNote(QLabel* line, QWidget* field);
 
   void SetHint(const QString& hint);

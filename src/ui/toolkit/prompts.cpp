@@ -19,8 +19,10 @@ constexpr int kIconSize = 40;
 
 QMessageBox* MakeBox(QWidget* window, QMessageBox::Icon icon, const QString& title,
                      const QString& text, QMessageBox::StandardButtons buttons) {
-  auto* box = new QMessageBox(icon, title, text, buttons, window);
-  // Messages quote what the user typed and what pages sent: none of it is markup.
+  // The program's name follows the title.
+  auto* box = new QMessageBox(icon, title.endsWith(QLatin1Char(':')) ? title.chopped(1) : title,
+                              text, buttons, window);
+  // Messages quote what the user typed and what pages sent: none of it may be shown as markup.
   box->setTextFormat(Qt::PlainText);
   box->setTextInteractionFlags(Qt::TextSelectableByMouse);
   box->setIconPixmap(
