@@ -10,6 +10,7 @@
 #include "core/databases.h"
 #include "core/port_list_file.h"
 #include "core/port_totals.h"
+#include "core/rule_match.h"
 #include "core/settings.h"
 #include "core/update_command.h"
 
@@ -173,6 +174,36 @@ void ReadManyRouterNames(benchmark::State& state) {
   }
 }
 BENCHMARK(ReadManyRouterNames)->Unit(benchmark::kMillisecond);
+
+// A list of 20 entries is looked up on a page of many rules, as after a job.
+void FindEntriesOnAPageOfRules(benchmark::State& state) {
+  constexpr int kEntries = 20;
+  constexpr int kFirstPort = 2000;
+  const QStringList headings{QStringLiteral("No."),      QStringLiteral("Name"),
+                             QStringLiteral("Start"),    QStringLiteral("End"),
+                             QStringLiteral("Protocol"), QStringLiteral("IP address")};
+  PageRows page{.rows = {}, .headings = {headings}};
+  QList<PortEntry> entries;
+  for (int i = 0; i < state.range(0); ++i) {
+    const QString port = QString::number(kFirstPort + i);
+    const QStringList texts{QString::number(i + 1), QStringLiteral("Rule%1").arg(i), port, port,
+                            QStringLiteral("TCP"),  QStringLiteral("192.168.1.5")};
+    PageRow row;
+    for (qsizetype cell = 0; cell < texts.size(); ++cell) {
+      row.cells.append({.heading = headings[cell], .text = texts[cell]});
+    }
+    page.rows.append(row);
+    if (i < kEntries) {
+      entries.append({texts[1], texts[5], port, port, texts[4], {}});
+    }
+  }
+  for (auto _ : state) {
+    if (MatchRules(entries, page).last().state != RuleState::kOnRouter) {
+      state.SkipWithError("An entry was not found.");
+    }
+  }
+}
+BENCHMARK(FindEntriesOnAPageOfRules)->Arg(10)->Arg(500)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace quayline::bench

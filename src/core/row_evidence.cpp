@@ -28,11 +28,11 @@ bool Has(const QString& text, const QRegularExpression& pattern) {
 void ReadProtocol(const QString& text, bool has_role, RowEvidence& evidence) {
   static const QRegularExpression tcp = Words("(?<![a-z])tcp(?![a-z])");
   static const QRegularExpression udp = Words("(?<![a-z])(?:tcp)?udp(?![a-z])");
+  static const QRegularExpression joined = Words("(?<![a-z])tcpudp(?![a-z])");
   static const QRegularExpression both = Words("^\\W*(?:both|all|any|tcpudp)\\W*$");
   const bool is_both = has_role && Has(text, both);
   const QString number = text.trimmed();
-  evidence.tcp = evidence.tcp || is_both || Has(text, tcp) ||
-                 Has(text, Words("(?<![a-z])tcpudp(?![a-z])")) ||
+  evidence.tcp = evidence.tcp || is_both || Has(text, tcp) || Has(text, joined) ||
                  (has_role && number == QLatin1String("6"));
   evidence.udp =
       evidence.udp || is_both || Has(text, udp) || (has_role && number == QLatin1String("17"));
@@ -144,9 +144,9 @@ void AddPossibleNames(const QString& text, RowEvidence& evidence) {
   }
 }
 
-void ReadBox(const PageCell& cell, RowEvidence& evidence) {
-  const ColumnRole role = RoleOf(cell.heading);
-  if (role == ColumnRole::kProtocol || Has(cell.heading, Words("(?<![a-z])(?:tcp|udp|both)"))) {
+void ReadBox(const PageCell& cell, ColumnRole role, RowEvidence& evidence) {
+  static const QRegularExpression protocols = Words("(?<![a-z])(?:tcp|udp|both)");
+  if (role == ColumnRole::kProtocol || Has(cell.heading, protocols)) {
     if (*cell.checked) {
       ReadProtocol(cell.heading, true, evidence);
     }
@@ -222,17 +222,22 @@ QString FoldName(const QString& text) {
   return folded;
 }
 
-RowEvidence ReadRow(const PageRow& row) {
+ColumnRole RowReader::KnownRoleOf(const QString& heading) {
+  const auto known = roles_.constFind(heading);
+  return known != roles_.constEnd() ? *known : *roles_.insert(heading, RoleOf(heading));
+}
+
+RowEvidence RowReader::Read(const PageRow& row) {
   RowEvidence evidence;
   RowEvidence inner;
   SplitRange split;
   for (const PageCell& cell : row.cells) {
+    const ColumnRole role = KnownRoleOf(cell.heading);
     if (cell.checked) {
-      ReadBox(cell, evidence);
+      ReadBox(cell, role, evidence);
       continue;
     }
     QString text = cell.text.left(kMaxCell);
-    const ColumnRole role = RoleOf(cell.heading);
     if (role == ColumnRole::kIgnored || text.trimmed().isEmpty()) {
       continue;
     }

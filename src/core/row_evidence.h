@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -56,7 +57,16 @@ struct RowEvidence {
   bool IsRule() const;
 };
 
-RowEvidence ReadRow(const PageRow& row);
+// Reads the rows of one page. The headings of a table are looked at once, not for each row.
+class RowReader final {
+ public:
+  RowEvidence Read(const PageRow& row);
+
+ private:
+  ColumnRole KnownRoleOf(const QString& heading);
+
+  QHash<QString, ColumnRole> roles_;
+};
 
 // Letters and digits alone, in small letters.
 QString FoldName(const QString& text);

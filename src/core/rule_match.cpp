@@ -114,8 +114,9 @@ bool HasOtherProtocol(const Rule& rule, bool tcp, bool udp) {
 class Matcher final {
  public:
   explicit Matcher(const PageRows& page) : page_(page) {
+    RowReader reader;
     for (const PageRow& row : page.rows) {
-      rows_.append(ReadRow(row));
+      rows_.append(reader.Read(row));
     }
     shows_rules_ = std::ranges::any_of(rows_, &RowEvidence::IsRule) ||
                    std::ranges::any_of(page.headings, AreHeadingsOfRules);

@@ -194,7 +194,10 @@ function tablesOf(document_) {
   for (const row of all(document_, 'tr,[role=row]')) {
     if (queryElement(row, 'tr,[role=row]').length === 0) {
       const table = closestOf(row, 'table,[role=table],[role=grid]') || parentOf(row);
-      tables.set(table, [...(tables.get(table) || []), row]);
+      if (!tables.has(table)) {
+        tables.set(table, []);
+      }
+      tables.get(table).push(row);
     }
   }
   return tables.values();
