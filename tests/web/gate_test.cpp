@@ -101,6 +101,15 @@ TEST_F(GateTest, NobodyIsAdmittedAfterTheOwnersEnd) {
   EXPECT_FALSE(gate.IsAdmitted(SiteOrigin::Of(QUrl(u"http://brief/"_s))));
 }
 
+// What the gate reports is compared with the addresses of the engine's requests.
+TEST(SiteOrigin, AnAddressIsWrittenAsTheEngineWritesIt) {
+  for (const char* address : {"http://192.168.1.1", "https://box.lan", "http://box.lan:8080",
+                              "https://[fe80::1]:80", "http://[::1]"}) {
+    EXPECT_EQ(SiteOrigin::Of(QUrl(QLatin1String(address))).Address(),
+              QUrl(QLatin1String(address)));
+  }
+}
+
 // A server that keeps its connections gets one request on each.
 TEST_F(GateTest, ASecondRequestIsNotPassedOn) {
   const struct {

@@ -99,6 +99,14 @@ TEST_F(LoginTest, AnAcceptedLoginIsGivenAsOftenAsTheRouterAsks) {
 TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
   QByteArray images;
   QByteArray frames;
+  const QByteArray begin = "<script>let missing = 20; const ask = (i) => fetch('/image' + i + ";
+  const QByteArray scripts =
+      begin +
+      "'').then((answer) => { missing -= answer.ok; }); for (let i = 0; i < 20; ++i) ask(i)";
+  const QByteArray poll =
+      begin +
+      "'?' + Math.random()).then((answer) => { missing = answer.status == 401 ? 1 : 0; });"
+      "setInterval(() => { ask(1); ask(2); }, 20)";
   for (int i = 0; i < 20; ++i) {
     images += "<img src=/image" + QByteArray::number(i) + ">";
     frames += i < 4 ? "<iframe src=/frame" + QByteArray::number(i) + "></iframe>" : QByteArray();
@@ -107,22 +115,30 @@ TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
                "Content-Type: image/svg+xml\r\n");
     server.replies["/frame" + QByteArray::number(i)] = Html("<p>frame");
   }
+  server.replies["/free"] = Html("free");
   server.replies["/free/images"] = Html(images);
   server.replies["/free/frames"] = Html(frames);
-  for (const char* path : {"/free/images", "/free/frames"}) {
+  server.replies["/free/scripts"] = Html(scripts + "</script>");
+  server.replies["/free/poll"] = Html(poll + "</script>");
+  for (const char* path : {"/free/images", "/free/frames", "/free/scripts", "/free/poll"}) {
     SCOPED_TRACE(path);
     NextBrowser();
     GiveLogin(u"admin"_s, u"wrong"_s);
     tries.clear();
     Open(path);
     Open(path);
+    RunUntil([this] { return tries.size() > 2; }, 500ms);
     EXPECT_LE(tries.size(), 2) << "a router locks its login";
+    Open("/free");
     GiveLogin(u"admin"_s, right);
     Open(path);
     EXPECT_EQ(Read("[...document.images].filter(i => !i.naturalWidth).length + '/' + "
                    "[...document.querySelectorAll('iframe')]"
                    ".filter(f => !f.contentDocument.querySelector('p')).length"),
               u"0/0"_s);
+    EXPECT_TRUE(RunUntil(
+        [this] { return Read("typeof missing == 'undefined' || missing <= 0") == u"true"_s; },
+        10s));
   }
 }
 

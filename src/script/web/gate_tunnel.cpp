@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace quayline {
 
@@ -24,6 +25,9 @@ constexpr milliseconds kLongestDiscard(30000);
 // A request that is longer is not sent again on another connection.
 constexpr qsizetype kMaxKept = qsizetype{1} << 20;
 constexpr qsizetype kMaxUnsent = qsizetype{1} << 20;
+
+// Between two questions whether the login that another request tries is right.
+constexpr milliseconds kLoginPause(20);
 
 // The engine's numbers for a connection that could not be made.
 int NetErrorOf(int error) {
@@ -54,6 +58,8 @@ GateTunnel::GateTunnel(int client, RouterGate& gate) : QObject(&gate), gate_(gat
   connect(&router_, &TcpStream::received, this, &GateTunnel::OnRouterBytes);
   connect(&router_, &TcpStream::ended, this, &GateTunnel::OnRouterEnded);
   connect(&router_, &TcpStream::allSent, this, [this] { client_.SetReading(true); });
+  login_pause_.setSingleShot(true);
+  connect(&login_pause_, &QTimer::timeout, this, &GateTunnel::TakePlace);
   pause_.setSingleShot(true);
   connect(&pause_, &QTimer::timeout, this, &GateTunnel::Connect);
   silence_.setSingleShot(true);
@@ -135,9 +141,7 @@ void GateTunnel::BeginExchange() {
   } else {
     watch_ = std::make_unique<HttpExchangeWatch>();
   }
-  url_.setScheme(origin_.scheme);
-  url_.setHost(origin_.host);
-  url_.setPort(origin_.port);
+  url_ = origin_.Address();
   watch_->TakeRequest(buffer_);
   if (gate_.IsRepetition(origin_, watch_->RequestHead())) {
     client_.ResetWhenSent();
@@ -145,6 +149,19 @@ void GateTunnel::BeginExchange() {
     return;
   }
   state_ = State::kWaiting;
+  TakePlace();
+}
+
+// A request that waits for another one's login has no place: the other one may need it.
+void GateTunnel::TakePlace() {
+  if (state_ != State::kWaiting) {
+    return;
+  }
+  const LoginWatch::Pass pass = JudgeLogin();
+  if (pass == LoginWatch::Pass::kWait) {
+    login_pause_.start(kLoginPause);
+    return;
+  }
   place_ = gate_.Limit().Take(origin_, [this] {
     state_ = State::kConnecting;
     NoteTraffic();
@@ -198,6 +215,28 @@ void GateTunnel::OnConnected() {
   state_ = State::kPassing;
   router_.Write(buffer_);
   NoteRequest();
+}
+
+LoginWatch::Pass GateTunnel::JudgeLogin() {
+  const qsizetype head = std::min(watch_->RequestHead().size(), buffer_.size());
+  const QByteArray lines = buffer_.first(head).toLower();
+  const qsizetype basic = lines.indexOf("\nauthorization: basic ");
+  const qsizetype login = basic >= 0 ? basic : lines.indexOf("\nauthorization: digest ");
+  if (login < 0) {
+    return LoginWatch::Pass::kSend;
+  }
+  const LoginWatch::Pass pass = gate_.JudgeLogin(AddressOf(watch_->Target()));
+  has_login_ = pass == LoginWatch::Pass::kSend;
+  if (pass == LoginWatch::Pass::kWithoutLogin) {
+    buffer_.remove(login, lines.indexOf('\n', login + 1) - login);
+  }
+  return pass;
+}
+
+void GateTunnel::NoteLoginAnswer(int status) {
+  if (std::exchange(has_login_, false)) {
+    gate_.NoteLoginAnswer(AddressOf(watch_->Target()), status);
+  }
 }
 
 bool GateTunnel::ConnectAgain(int error) {
@@ -313,7 +352,7 @@ void GateTunnel::NoteRequest() {
   answer_bytes_ = 0;
   noted_requests_ = watch_->Requests();
   is_change_ = IsChange();
-  url_ = QUrl::fromEncoded(url_.toEncoded() + watch_->Target());
+  url_ = AddressOf(watch_->Target());
   id_ = gate_.Start(watch_->Method(), url_);
 }
 
@@ -330,6 +369,7 @@ void GateTunnel::NoteAnswer() {
   const bool is_plain = origin_.scheme == QLatin1String("http");
   if (!is_told_ && is_plain) {
     is_told_ = true;
+    NoteLoginAnswer(watch_->Status());
     Q_EMIT gate_.answered(id_, watch_->Method(), url_, watch_->Status());
   }
   if (watch_->IsOpenEnded()) {
@@ -352,6 +392,7 @@ void GateTunnel::OnSilence() {
 
 void GateTunnel::Finish() {
   state_ = State::kOver;
+  NoteLoginAnswer(0);
   NoteOver();
   pause_.stop();
   client_.CloseWhenSent();

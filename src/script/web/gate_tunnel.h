@@ -20,7 +20,9 @@ namespace quayline {
 //      admitted one is accepted at once, before there is a connection to it.
 //   2. The first bytes of the request are awaited. They tell TLS from plain HTTP, which has to fit
 //      the origin.
-//   3. A place among the connections to the router is awaited (ConnectionLimit).
+//   3. A request with a login that is not accepted yet may wait for another one that tries it, and
+//      may lose it (LoginWatch). Then a place among the connections to the router is awaited
+//      (ConnectionLimit).
 //   4. The name is looked up and the router is connected. As long as the router has received
 //      nothing, a connection that fails is made again a few times, if the router was there lately.
 //   5. Bytes are passed on in both directions. An end or a reset of the router's is passed on as
@@ -45,6 +47,13 @@ class GateTunnel final : public QObject {
   void LookUp();
   void Connect();
   void OnConnected();
+  void TakePlace();
+  // Takes a login out of the request that may not have it.
+  LoginWatch::Pass JudgeLogin();
+  void NoteLoginAnswer(int status);
+  QUrl AddressOf(const QByteArray& target) const {
+    return QUrl::fromEncoded(origin_.Address().toEncoded() + target);
+  }
   void OnRouterEnded(int error);
   void OnRouterBytes(const QByteArray& bytes);
   void OnClientEnded();
@@ -78,6 +87,7 @@ class GateTunnel final : public QObject {
   QElapsedTimer since_ready_;   // the browser could send
   bool was_idle_ = false;       // before its first request, so that the engine may repeat that
   bool is_told_ = false;        // answered() was emitted
+  bool has_login_ = false;      // and its answer is not known
   bool is_change_ = false;      // the request may change something
   bool is_discarding_ = false;  // the browser has gone, the answer is read all the same
   std::unique_ptr<ExchangeWatch> watch_;
@@ -86,7 +96,8 @@ class GateTunnel final : public QObject {
   int rounds_ = 0;
   qint64 answer_bytes_ = 0;  // to the last request
   QTimer traffic_;           // ends when nothing was sent or received for a time
-  QTimer pause_;             // before another round of connecting
+  QTimer login_pause_;
+  QTimer pause_;    // before another round of connecting
   QTimer silence_;  // of the router: over TLS the end of an answer; of a browser that has gone
   quint64 id_ = 0;
   QUrl url_;

@@ -3,15 +3,23 @@
 
 #include "script/web/login_tries.h"
 
+#include <algorithm>
+#include <chrono>
+
 namespace quayline {
 
 namespace {
 
 constexpr int kMaxTries = 2;
+// The engine sends a request with the login that it was given within this time.
+constexpr std::chrono::seconds kSoon(1);
+
+QUrl Key(const QUrl& url) { return url.adjusted(QUrl::RemoveFragment | QUrl::RemoveUserInfo); }
 
 }  // namespace
 
-LoginTries::Verdict LoginTries::Ask(const QString& name, const QUrl& url, bool is_alone) {
+LoginTries::Verdict LoginTries::Ask(const QString& name, const QUrl& full_url, bool is_alone) {
+  const QUrl url = Key(full_url);
   Realm& realm = realms_[name];
   realm_of_.insert(url, name);
   const int before = realm.pending.value(url);
@@ -23,23 +31,80 @@ LoginTries::Verdict LoginTries::Ask(const QString& name, const QUrl& url, bool i
     realm.is_accepted = false;  // the same request asked three times: the password was changed
     realm.tries = kMaxTries;
   }
+  if (realm.is_unsent && !realm.IsOnTrial()) {
+    // The page was left before the engine sent the login.
+    realm.is_unsent = false;
+    --realm.tries;
+    --untried_;
+  }
   const bool has_tries = realm.tries < kMaxTries && (any_accepted_ || untried_ < kMaxTries);
   if (!has_tries) {
     return Refuse(realm, url);
   }
-  const bool is_other_pending = !realm.pending.isEmpty() && before == 0;
-  if (!is_alone || is_other_pending) {
+  if (is_alone && before == 0 && realm.IsOnTrial() && url.scheme() == QLatin1String("http")) {
+    return realm.tries == 1 ? Verdict::kFirst : Verdict::kSecond;  // waits in the gate
+  }
+  if (!is_alone || (before == 0 && realm.IsOnTrial())) {
     return Verdict::kLater;
   }
   ++realm.pending[url];
   ++realm.tries;
   ++untried_;
+  realm.on_its_way.setRemainingTime(kSoon);
+  realm.is_unsent = url.scheme() == QLatin1String("http");  // over TLS it is not seen
   return realm.tries == 1 ? Verdict::kFirst : Verdict::kSecond;
+}
+
+bool LoginTries::IsAcceptedFor(const QUrl& url) const {
+  return IsAccepted(realm_of_.value(Key(url)));
 }
 
 LoginTries::Verdict LoginTries::Refuse(Realm& realm, const QUrl& url) {
   realm.pending.remove(url);
+  realm.sent.remove(url);
   return Verdict::kRefused;
+}
+
+std::optional<LoginWatch::Pass> LoginTries::Judge(const QUrl& full_url) {
+  using Pass = LoginWatch::Pass;
+  const QUrl url = Key(full_url);
+  if (!realm_of_.contains(url)) {
+    if (any_accepted_) {
+      return Pass::kSend;
+    }
+    if (untried_ == 0) {
+      return std::nullopt;
+    }
+    return std::ranges::any_of(realms_, &Realm::IsOnTrial) ? Pass::kWait : Pass::kWithoutLogin;
+  }
+  Realm& realm = realms_[realm_of_.value(url)];
+  if (realm.is_accepted) {
+    return Pass::kSend;
+  }
+  if (realm.sent.value(url) >= realm.pending.value(url)) {
+    return realm.IsOnTrial() ? Pass::kWait : Pass::kWithoutLogin;
+  }
+  ++realm.sent[url];
+  realm.is_unsent = false;
+  ++realm.in_flight;
+  realm.on_its_way.setRemainingTime(0);
+  return Pass::kSend;
+}
+
+void LoginTries::NoteAnswer(const QUrl& full_url, int status) {
+  constexpr int kLoginWanted = 401;
+  constexpr int kForbidden = 403;
+  const QUrl url = Key(full_url);
+  const auto realm = realms_.find(realm_of_.value(url));
+  if (realm == realms_.end() || realm->sent.value(url) == 0) {
+    return;
+  }
+  realm->in_flight = std::max(realm->in_flight - 1, 0);
+  if (status == 0) {
+    --realm->sent[url];
+  } else if (status != kLoginWanted && status != kForbidden) {
+    NoteArrival(url);
+  }
 }
 
 void LoginTries::Accept(Realm& realm) {
@@ -49,19 +114,28 @@ void LoginTries::Accept(Realm& realm) {
   realm.is_accepted = true;
   realm.tries = 0;
   realm.pending.clear();
+  realm.sent.clear();
+  realm.in_flight = 0;
+  realm.on_its_way.setRemainingTime(0);
+  realm.is_unsent = false;
   any_accepted_ = true;
 }
 
-void LoginTries::NoteArrival(const QUrl& url) {
+void LoginTries::NoteArrival(const QUrl& full_url) {
+  const QUrl url = Key(full_url);
   if (const auto realm = realms_.find(realm_of_.value(url));
       realm != realms_.end() && realm->pending.contains(url)) {
     Accept(*realm);
   }
 }
 
-void LoginTries::NoteAllArrived() {
+void LoginTries::NoteArrivals(const std::function<bool(const QUrl&)>& has_arrived) {
   for (Realm& realm : realms_) {
-    if (!realm.pending.isEmpty()) {
+    // Over TLS nothing reports the answer to a script's request.
+    const auto is_right = [&](const QUrl& url) {
+      return has_arrived(url) || (url.scheme() == QLatin1String("https") && !realm.IsOnTrial());
+    };
+    if (std::ranges::any_of(realm.pending.keys(), is_right)) {
       Accept(realm);
     }
   }

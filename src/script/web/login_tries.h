@@ -2,9 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QString>
 #include <QUrl>
+
+#include <functional>
+#include <optional>
+
+#include "script/web/login_watch.h"
 
 namespace quayline {
 
@@ -17,7 +23,8 @@ namespace quayline {
 //
 // An untried login goes out with one request at a time. The engine attaches a login that it was
 // given to every request that is queued, before the first one is answered; where many are queued
-// (the images of a page), the login has to be tried with a single one first.
+// (the images of a page), the login has to be tried with a single one first. Over plain HTTP the
+// gate makes other requests that carry the login wait for the answer (Judge).
 class LoginTries final {
  public:
   enum class Verdict {
@@ -29,13 +36,18 @@ class LoginTries final {
 
   // A question for `url`. `is_alone`: no other requests are queued beside it.
   Verdict Ask(const QString& realm, const QUrl& url, bool is_alone);
+  // As LoginWatch has them. Until a login is accepted, it is sent as often as it was given for
+  // `url`. Nothing: no login was given at all, so it is one of the page's own.
+  std::optional<LoginWatch::Pass> Judge(const QUrl& url);
+  void NoteAnswer(const QUrl& url, int status);
   // What was asked for at `url` arrived, so a login that was given for it is right.
   void NoteArrival(const QUrl& url);
-  // Everything that the login was given for has arrived, except what was refused since.
-  void NoteAllArrived();
+  // Of what the login was given for, everything that `has_arrived` is true for has arrived, except
+  // what was refused since.
+  void NoteArrivals(const std::function<bool(const QUrl&)>& has_arrived);
   bool IsAccepted(const QString& realm) const { return realms_.value(realm).is_accepted; }
   // The same for whatever realm the question for `url` was of.
-  bool IsAcceptedFor(const QUrl& url) const { return IsAccepted(realm_of_.value(url)); }
+  bool IsAcceptedFor(const QUrl& url) const;
   // Another login.
   void Reset() { *this = LoginTries(); }
 
@@ -43,8 +55,14 @@ class LoginTries final {
   struct Realm {
     bool is_accepted = false;
     bool second_is_right = false;
-    int tries = 0;             // since it was accepted last
-    QHash<QUrl, int> pending;  // questions that were answered, and how often
+    int tries = 0;                 // since it was accepted last
+    QHash<QUrl, int> pending;      // questions that were answered, and how often
+    QHash<QUrl, int> sent;         // of these, requests with the login that were passed on
+    int in_flight = 0;             // of these, requests that are not answered yet
+    QDeadlineTimer on_its_way{0};  // from the engine, after the login was given
+    bool is_unsent = false;        // the login given last has not come by
+
+    bool IsOnTrial() const { return in_flight > 0 || !on_its_way.hasExpired(); }
   };
 
   Verdict Refuse(Realm& realm, const QUrl& url);

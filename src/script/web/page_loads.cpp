@@ -180,7 +180,7 @@ void PageLoads::OnArrived() {
     Fail(load_.url, load_.is_invalid ? page_status::kInvalidUrl : page_status::kTooLarge);
     return;
   }
-  profile_.Logins().NoteAllArrived();
+  NoteLoginsArrived();
   const QUrl url = page_->url();
   if (load_.is_repeated || url.hasQuery() || profile_.Guard().Requests().TopMethod(url) != "GET") {
     Finish();
@@ -194,6 +194,13 @@ void PageLoads::OnArrived() {
     load_.is_repeated = true;
     watch_.LoadPostponed();
     Request(url);
+  });
+}
+
+// The page has loaded, but what its scripts requested may still be on its way.
+void PageLoads::NoteLoginsArrived() {
+  profile_.Logins().NoteArrivals([this](const QUrl& url) {
+    return profile_.Guard().Requests().KindOf(url) != QWebEngineUrlRequestInfo::ResourceTypeXhr;
   });
 }
 
@@ -248,7 +255,7 @@ void PageLoads::OnFailed(const QWebEngineLoadingInfo& info) {
     return;
   }
   if (status != kLoginWanted && status != kForbidden) {
-    profile_.Logins().NoteAllArrived();
+    NoteLoginsArrived();
   }
   if (status == kForbidden || (status == kLoginWanted && !load_.is_login_asked)) {
     FailUnlessLoginPage(info.url(), status);

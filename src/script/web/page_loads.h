@@ -107,6 +107,7 @@ class PageLoads final : public QObject {
   bool AskForLogin(const QUrl& url);
   // A page was blocked because it is not of the router. False when that stands.
   bool AskForAddress(const QUrl& url, int status);
+  void NoteLoginsArrived();
   void Finish();
   void Fail(const QUrl& url, int status);
   // Another load begins: what is known is known of this one.

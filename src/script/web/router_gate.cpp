@@ -99,6 +99,28 @@ void RouterGate::AdmitAll(QObject* owner) {
   unlimited_.insert(owner);
 }
 
+void RouterGate::WatchLogins(QObject* owner, LoginWatch* watch) {
+  connect(owner, &QObject::destroyed, this,
+          [this](QObject* ended) { login_watches_.remove(ended); });
+  login_watches_.insert(owner, watch);
+}
+
+LoginWatch::Pass RouterGate::JudgeLogin(const QUrl& url) const {
+  std::optional<LoginWatch::Pass> best;
+  for (LoginWatch* const watch : login_watches_) {
+    if (const auto pass = watch->JudgeLogin(url); pass && (!best || *pass < *best)) {
+      best = pass;
+    }
+  }
+  return best.value_or(LoginWatch::Pass::kSend);
+}
+
+void RouterGate::NoteLoginAnswer(const QUrl& url, int status) const {
+  for (LoginWatch* const watch : login_watches_) {
+    watch->NoteLoginAnswer(url, status);
+  }
+}
+
 bool RouterGate::IsAdmitted(const SiteOrigin& origin) const {
   return !unlimited_.isEmpty() ||
          std::ranges::any_of(admitted_, [&](const auto& set) { return set.contains(origin); });

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "script/web/connection_limit.h"
+#include "script/web/login_watch.h"
 #include "script/web/site_origin.h"
 
 namespace quayline {
@@ -68,6 +69,10 @@ class RouterGate final : public QObject {
   void AdmitAll(QObject* owner);
   bool IsAdmitted(const SiteOrigin& origin) const;
 
+  // `watch` decides about requests with a login, until `owner` ends. If one says yes, that counts;
+  // a request that nobody is concerned with is passed on.
+  void WatchLogins(QObject* owner, LoginWatch* watch);
+
   // A page is about to open a web socket over TLS. Connections to `origin` that are opened within
   // the next second may be its own, and are not closed at a second request.
   void ExpectWebSocket(const SiteOrigin& origin);
@@ -106,6 +111,8 @@ class RouterGate final : public QObject {
 
   // For the tunnels.
   ConnectionLimit& Limit() { return limit_; }
+  LoginWatch::Pass JudgeLogin(const QUrl& url) const;
+  void NoteLoginAnswer(const QUrl& url, int status) const;
   bool HasHost(const QString& host, quint16 port) const;
   int LastFailure(const QUrl& url, int engine_error) const;
   bool IsWebSocketExpected(const SiteOrigin& origin) const;
@@ -138,6 +145,7 @@ class RouterGate final : public QObject {
   std::unique_ptr<QSocketNotifier> waiting_;
   QHash<QObject*, QSet<SiteOrigin>> admitted_;
   QSet<QObject*> unlimited_;
+  QHash<QObject*, LoginWatch*> login_watches_;
   QHash<SiteOrigin, Seen> seen_;
   QSet<quint64> under_way_;
   quint64 last_id_ = 0;

@@ -7,9 +7,14 @@
 
 namespace quayline {
 
+namespace {
+
+constexpr quint16 kHttpPort = 80;
+constexpr quint16 kHttpsPort = 443;
+
+}  // namespace
+
 SiteOrigin SiteOrigin::Of(const QUrl& url) {
-  constexpr quint16 kHttpPort = 80;
-  constexpr quint16 kHttpsPort = 443;
   const QString scheme = url.scheme();
   const bool is_plain = scheme == QLatin1String("http") || scheme == QLatin1String("ws");
   const bool is_secure = scheme == QLatin1String("https") || scheme == QLatin1String("wss");
@@ -19,6 +24,15 @@ SiteOrigin SiteOrigin::Of(const QUrl& url) {
   return {.scheme = is_plain ? QStringLiteral("http") : QStringLiteral("https"),
           .host = url.host(QUrl::FullyEncoded).toLower(),
           .port = static_cast<quint16>(url.port(is_plain ? kHttpPort : kHttpsPort))};
+}
+
+QUrl SiteOrigin::Address() const {
+  QUrl url;
+  url.setScheme(scheme);
+  url.setHost(host);
+  const bool is_default = port == (scheme == QLatin1String("https") ? kHttpsPort : kHttpPort);
+  url.setPort(is_default ? -1 : port);
+  return url;
 }
 
 size_t qHash(const SiteOrigin& origin, size_t seed) {

@@ -18,6 +18,8 @@ struct SiteOrigin {
   // The origin of an http, https, ws or wss address; a web socket belongs to the origin of the page
   // that may open it. For other addresses an origin whose port is 0.
   static SiteOrigin Of(const QUrl& url);
+  // As an address, written as the engine writes it: without the port that the scheme has anyway.
+  QUrl Address() const;
 };
 
 size_t qHash(const SiteOrigin& origin, size_t seed = 0);

@@ -64,7 +64,9 @@ WebProfile::WebProfile(const JobOptions& options, const Translator& translator,
       translator_(translator),
       certificates_(certificates),
       beacon_(Secret() + QLatin1Char(' ')) {
-  RouterGate::Instance().AdmitAll(this);
+  RouterGate* const gate = &RouterGate::Instance();
+  gate->AdmitAll(this);
+  gate->WatchLogins(this, this);
   engine_.setUrlRequestInterceptor(&guard_);
   engine_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
   engine_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
@@ -78,6 +80,12 @@ WebProfile::WebProfile(const JobOptions& options, const Translator& translator,
   LinkScripts();
   InstallScripts();
 }
+
+std::optional<LoginWatch::Pass> WebProfile::JudgeLogin(const QUrl& url) {
+  return IsRouter(url) ? tries_.Judge(url) : std::nullopt;
+}
+
+void WebProfile::NoteLoginAnswer(const QUrl& url, int status) { tries_.NoteAnswer(url, status); }
 
 void WebProfile::InstallScripts() {
   const QString ask = Secret();

@@ -16,6 +16,7 @@
 #include "i18n/translator.h"
 #include "script/page_host.h"
 #include "script/web/login_tries.h"
+#include "script/web/login_watch.h"
 #include "script/web/request_guard.h"
 
 namespace quayline {
@@ -29,7 +30,7 @@ struct LoginAnswer {
 // What the browsers of one job share: cookies and logins, which end with the job, the scripts that
 // run in every page, and the router's login with the tries that are left. Owned by the factory and
 // by each host.
-class WebProfile final : public QObject {
+class WebProfile final : public QObject, private LoginWatch {
   Q_OBJECT
 
  public:
@@ -91,6 +92,8 @@ class WebProfile final : public QObject {
   void downloadRefused(const QString& file_name);
 
  private:
+  std::optional<Pass> JudgeLogin(const QUrl& url) override;
+  void NoteLoginAnswer(const QUrl& url, int status) override;
   SiteOrigin Router() const;
   void InstallScripts();
   void Install(const QString& name, QWebEngineScript::ScriptWorldId world, const QString& source);

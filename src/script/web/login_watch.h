@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QUrl>
+
+#include <optional>
+
+namespace quayline {
+
+// Decides about requests over plain HTTP that carry a login (Basic or Digest). The engine attaches
+// a login that it was given for one request to others as well, before the first one is answered.
+class LoginWatch {
+ public:
+  enum class Pass {
+    kSend,
+    kWait,          // ask again soon: the login is being tried with another request
+    kWithoutLogin,  // the router answers 401, and the engine asks for a login
+  };
+
+  LoginWatch() = default;
+  LoginWatch(const LoginWatch&) = delete;
+  LoginWatch& operator=(const LoginWatch&) = delete;
+  virtual ~LoginWatch() = default;
+
+  // Nothing: the login is of no concern to this one.
+  virtual std::optional<Pass> JudgeLogin(const QUrl& url) = 0;
+  // A request that carried a login was answered. `status` is 0 when no answer came.
+  virtual void NoteLoginAnswer(const QUrl& url, int status) = 0;
+};
+
+}  // namespace quayline
