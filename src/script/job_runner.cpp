@@ -32,19 +32,31 @@ void JobRunner::Open() {
 }
 
 void JobRunner::Run() {
-  rows_ = context_.port_list.Entries();
-  outcome_ = {};
-  before_.clear();
-  doubts_ = QList<QStringList>(rows_.size());
+  TakeRows(context_.port_list.Entries());
+  StartRun(RunRows());
+}
+
+void JobRunner::RunAgain() {
+  QList<PortEntry> rows;
+  for (const EntryResult& result : outcome_.results) {
+    if (result.state != EntryState::kOnRouter) {
+      rows.append(result.entry);
+    }
+  }
+  TakeRows(std::move(rows));
   StartRun(RunRows());
 }
 
 void JobRunner::Check() {
-  rows_ = context_.port_list.Entries();
+  TakeRows(context_.port_list.Entries());
+  StartRun(CheckRows());
+}
+
+void JobRunner::TakeRows(QList<PortEntry> rows) {
+  rows_ = std::move(rows);
   outcome_ = {};
   before_.clear();
   doubts_ = QList<QStringList>(rows_.size());
-  StartRun(CheckRows());
 }
 
 Task<> JobRunner::CheckRows() {

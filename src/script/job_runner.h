@@ -32,6 +32,7 @@ struct JobOutcome {
 // Open() makes the browser, writes the head of the log and forgets how the job before it ended: its
 // stop, its errors, its forgiven error. Run() begins the passes; before the first and after the
 // last one the router's rules are read, unless the options say otherwise. Check() only reads them.
+// RunAgain() does the same, after a new Open(), for the entries that were not seen on the router.
 // Stop() ends the job at whatever it waits for. Destroying the runner ends everything at once.
 class JobRunner final : public ScriptRunner {
   Q_OBJECT
@@ -43,7 +44,11 @@ class JobRunner final : public ScriptRunner {
 
   void Open();
   void Run();
+  void RunAgain();
   void Check();
+
+  // The entries of the job, as they were when it began.
+  const QList<PortEntry>& Rows() const { return rows_; }
 
   const JobOutcome& Outcome() const { return outcome_; }
 
@@ -57,6 +62,7 @@ class JobRunner final : public ScriptRunner {
   void CountError() override;
 
  private:
+  void TakeRows(QList<PortEntry> rows);
   Task<> RunRows();
   Task<> CheckRows();
   Task<> RunRow(int row, QString& computer_name);

@@ -135,6 +135,20 @@ TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewAfterTheRun) {
   EXPECT_THAT(TextOf("status_edit"), EndsWith("\nRouter Status: Done"));
 }
 
+TEST_F(RunWindowTest, EntriesThatWereNotSeenAreEnteredAgain) {
+  context_->job_options.verify_after_update = true;
+  OpenJob();
+  EXPECT_FALSE(Find("again_button")->isVisible());
+  for (int time = 1; time <= 3; ++time) {
+    ASSERT_TRUE(RunUntil([this] { return Find("again_button")->isVisible(); }));
+    EXPECT_THAT(TextOf("headline_label"), HasSubstr("does not show whether these are there: A, B"));
+    EXPECT_EQ(Find<QPlainTextEdit>("log_edit")->toPlainText().count(u"Adding B (TCP)"_s), time);
+    Click("again_button");
+    EXPECT_TRUE(Find("stop_button")->isEnabled());
+    EXPECT_FALSE(Find("again_button")->isVisible());
+  }
+}
+
 TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   hangs_ = true;
   Open();

@@ -40,6 +40,7 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
   ConnectEntries();
   connect(runner_.get(), &JobRunner::ended, this, &JobWindow::ShowEnd);
   connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
+  connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
   runner_->Open();
   display_->ShowOpened();
@@ -95,7 +96,21 @@ void JobWindow::ShowEnd() {
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
   display_->DisableStop();
+  ui_->again_button->setVisible(context_.job_options.verify_after_update &&
+                                entry_states_.FirstToLookAt().isValid());
   setWindowTitle(Text(message::kJobTitle));
+}
+
+void JobWindow::TryAgain() {
+  if (context_.job_flags.is_running) {
+    return;
+  }
+  ui_->again_button->hide();
+  ui_->stop_button->setEnabled(true);
+  runner_->Open();
+  display_->ShowOpened();
+  runner_->RunAgain();
+  entry_states_.Begin(runner_->Rows());
 }
 
 QString JobWindow::OutcomeText() const {

@@ -40,6 +40,8 @@ class JobWindow final : public QWidget {
   void ConnectEntries();
   void ShowEntry(int row, int rows, const QString& app_name);
   void ShowEnd();
+  // Enters those entries again that were not seen on the router.
+  void TryAgain();
   void Stop();
   bool IsWorking() const { return start_timer_.isActive() || runner_->IsRunning(); }
   // Closes the window, after asking where that ends the job.
