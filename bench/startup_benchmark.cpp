@@ -67,6 +67,18 @@ void Tell(const char* what, double value) {
   std::fflush(stdout);
 }
 
+// The main window opens no other one in this benchmark.
+class NoWindows final : public WindowFactory {
+ public:
+  QWidget* Job() override { return nullptr; }
+  QDialog* AddEntry(QWidget*, std::function<void()>) override { return nullptr; }
+  QDialog* EditEntry(QWidget*, int, std::function<void()>) override { return nullptr; }
+  QDialog* Adapters(QWidget*, std::function<void(const QString&)>) override { return nullptr; }
+  QDialog* PageView(QWidget*) override { return nullptr; }
+  QDialog* RouterList(QWidget*, std::function<void(int)>) override { return nullptr; }
+  QDialog* Scripts(QWidget*, std::function<void()>) override { return nullptr; }
+};
+
 // Opens the windows as the desktop program does; `begun` is the time of the process's start.
 int RunWindows(QApplication& application, const QString& folder, double begun) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -75,7 +87,8 @@ int RunWindows(QApplication& application, const QString& folder, double begun) {
   LinuxDesktop desktop;
   AppContext context(folder, adapters, desktop);
   WindowPrompts prompts(context.translator);
-  MainFrame main_window(context, prompts, {.job_status = [] { return nullptr; }});
+  NoWindows windows;
+  MainFrame main_window(context, prompts, windows);
   SplashScreen splash;
   Heartbeat heartbeat;
   const auto Since = [begun] { return Milliseconds(CLOCK_MONOTONIC) - begun; };

@@ -8,8 +8,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <optional>
+#include <unistd.h>
 
+#include "app/program_windows.h"
 #include "app/single_instance.h"
 #include "core/app_context.h"
 #include "core/program_folder.h"
@@ -21,14 +24,10 @@
 #include "platform/linux/wine_settings.h"
 #include "script/web/web_engine.h"
 #include "ui/entries/entry_windows.h"
-#include "ui/job/job_window.h"
-#include "ui/job/page_view_window.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
 #include "ui/main/version.h"
 #include "ui/toolkit/theme.h"
-#include "ui/tools/router_list_dialog.h"
-#include "ui/tools/script_dialog.h"
 
 namespace quayline {
 namespace {
@@ -111,37 +110,14 @@ int ShowFailure(const QString& text) {
   return 2;
 }
 
-WindowFactory Windows(AppContext& context, Prompts& prompts, const EntryWindows& entries) {
-  const auto hosts = [&context] {
-    return WebPageHosts(context.job_options, context.translator, &context.certificates);
-  };
-  return {.job_status = [&context, &prompts,
-                         hosts] { return new JobWindow(context, prompts, hosts()); },
-          .add_new = std::bind_front(&EntryWindows::AddNew, &entries),
-          .edit = std::bind_front(&EntryWindows::Edit, &entries),
-          .network_list = std::bind_front(&EntryWindows::NetworkList, &entries),
-          .view_page =
-              [&context, &prompts, hosts](QWidget* parent) {
-                return new PageViewWindow(context, prompts, hosts(), parent);
-              },
-          .router_list =
-              [&context, &prompts](QWidget* parent, auto chosen) {
-                return new RouterListDialog(context, prompts, parent, std::move(chosen));
-              },
-          .view_scripts =
-              [&context, &prompts](QWidget* parent, auto written) {
-                return new ScriptDialog(context, prompts, parent, std::move(written));
-              }};
-}
-
 // What the command line asks for, once the main window is filled.
 void BeginWith(MainWindow& main, const Options& options) {
-  if (!options.run_update) {
-    if (!options.list_file.isEmpty()) {
-      main.OfferList(options.list_file);
-    }
-  } else if (options.list_file.isEmpty() || main.OpenList(options.list_file)) {
+  if (options.run_update && !options.list_file.isEmpty()) {
+    main.List().OpenFile(options.list_file, [&main] { main.UpdateRouter(); });
+  } else if (options.run_update) {
     main.UpdateRouter();
+  } else if (!options.list_file.isEmpty()) {
+    main.List().OfferFile(options.list_file);
   }
 }
 
@@ -152,7 +128,7 @@ void ComeForward(QWidget& window, MainWindow& main, const QString& list_file) {
   window.raise();
   window.activateWindow();
   if (!list_file.isEmpty()) {
-    main.OfferList(list_file);
+    main.List().OfferFile(list_file);
   }
 }
 
@@ -175,6 +151,22 @@ void EndOnSignals(StopSignals& signals, MainFrame& main_window, JobFlags& flags)
                    "more ends the program at once.\n");
     }
   });
+}
+
+// The browser's sandbox cannot be used by root. Without a desktop nobody would close the box.
+void WarnOfRoot(Prompts& prompts, MainWindow& main, const std::function<void()>& go_on) {
+  const QString platform = QGuiApplication::platformName();
+  const bool is_desktop =
+      platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland"));
+  if (geteuid() != 0 || !is_desktop) {
+    go_on();
+    return;
+  }
+  prompts.Tell(&main,
+               QStringLiteral("You have started Quayline as the administrator (root), which it "
+                              "does not need: the pages of your router then run without the "
+                              "browser's sandbox, so please start it as an ordinary user."),
+               go_on);
 }
 
 int Run(QApplication& application, const Options& options, StopSignals& signals) {
@@ -208,7 +200,8 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   SystemHostNames host_names;
   const WineSettings foreign_settings;
   const EntryWindows entries{context, prompts, host_names, foreign_settings};
-  MainFrame main_window(context, prompts, Windows(context, prompts, entries));
+  ProgramWindows windows(context, prompts, entries);
+  MainFrame main_window(context, prompts, windows);
   QObject::connect(&main_window, &MainFrame::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
   EndOnSignals(signals, main_window, context.job_flags);
@@ -225,7 +218,7 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
       prompts.Notify(&main, BesideAnother());
     }
     instance.Listen();
-    BeginWith(main, options);
+    WarnOfRoot(prompts, main, [&main, &options] { BeginWith(main, options); });
   });
   if (options.run_update) {
     main_window.show();

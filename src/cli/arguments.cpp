@@ -97,7 +97,9 @@ constexpr Option kOptions[] = {
      "let the router's pages lead to this address too; may be given more\n"
      "than once. Every other address is blocked, and reported.",
      AddAllowedHost},
-    {"throttle", nullptr, "wait half a second after each command of the script",
+    {"throttle", nullptr,
+     "wait half a second after each command of the script; the throttle in\n"
+     "the menu of the main window is only for that window's jobs",
      [](Update& u, const QString&) { return Store(u.throttle, true); }},
     {"timeout", "SECONDS", "stop the job, as Ctrl-C does, when it has taken so long in all",
      SetTimeout},

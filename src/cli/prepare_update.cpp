@@ -10,6 +10,7 @@
 
 #include "cli/terminal.h"
 #include "core/port_list_file.h"
+#include "core/router_address.h"
 #include "core/save_file.h"
 #include "core/update_command.h"
 
@@ -132,12 +133,17 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments,
   Choose(session.http_type, arguments.type, settings.Value(setting::kHttpType));
   Choose(session.username, arguments.user, settings.Value(setting::kRouterUsername));
   Choose(session.password, password, settings.Value(setting::kRouterPassword));
-  session.router_ip = WithoutScheme(session.router_ip);
+  const RouterAddress address = ParseRouterAddress(session.router_ip);
+  session.router_ip = address.host;
+  if (!address.http_port.isEmpty() && !arguments.port) {
+    session.http_port = address.http_port;
+  } else if (!address.http_port.isEmpty()) {  // two ports: neither is guessed to be right
+    session.router_ip += QLatin1Char(':') + address.http_port;
+  }
   context.job_options.silent_mode = true;
-  context.job_options.throttle =
-      arguments.throttle || settings.Boolean(setting::kScriptThrottle, false);
+  context.job_options.throttle = arguments.throttle;
   context.job_options.verify_after_update =
-      !arguments.no_verify && settings.Value(setting::kVerifyAfterUpdate) != QLatin1String("0");
+      !arguments.no_verify && settings.Boolean(setting::kVerifyAfterUpdate);
 
   QList<PortEntry> entries = *list;
   ClampPorts(entries, session);

@@ -7,6 +7,7 @@
 #include "core/maker_site.h"
 #include "core/port_list_model.h"
 #include "core/router_session.h"
+#include "core/session_store.h"
 #include "core/settings.h"
 #include "core/trusted_certificates.h"
 #include "i18n/translator.h"
@@ -37,6 +38,7 @@ struct AppContext {
   Translator translator;
   Databases databases;
   RouterSession session;
+  SessionStore session_store{settings};
   int router_search_position = 0;  // where the search in the list of routers continues
   JobOptions job_options;
   JobFlags job_flags;

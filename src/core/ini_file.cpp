@@ -52,6 +52,10 @@ QString ReadIniValue(const QString& section, const QString& key, const QString& 
 
 bool WriteIniValue(const QString& section, const QString& key, const QString& value,
                    const QString& file_name) {
+  return WriteIniValues({{.section = section, .key = key, .value = value}}, file_name);
+}
+
+bool WriteIniValues(const QList<IniValue>& values, const QString& file_name) {
   const FileLock lock(QFileInfo(file_name).absolutePath(), kLockWait);
   if (!lock.IsLocked()) {
     return false;
@@ -65,7 +69,9 @@ bool WriteIniValue(const QString& section, const QString& key, const QString& va
     former = *bytes;
   }
   IniText text(former);
-  text.SetValue(section, key, value);
+  for (const IniValue& each : values) {
+    text.SetValue(each.section, each.key, each.value);
+  }
   const QByteArray bytes = text.Bytes();
   return bytes == former || SaveFile(file_name, bytes, kPrivateFile);
 }

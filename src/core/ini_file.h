@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QString>
 
 namespace quayline {
@@ -16,10 +17,18 @@ namespace quayline {
 // treated as missing.
 QString ReadIniValue(const QString& section, const QString& key, const QString& file_name);
 
+struct IniValue {
+  QString section;
+  QString key;
+  QString value;
+};
+
 // Writes one key and keeps every other line of the file as it is; creates the file (mode 0600), the
 // section and the key where they are missing. Line breaks in the value become blanks. False when
 // the file could not be written: the old file then stays.
 bool WriteIniValue(const QString& section, const QString& key, const QString& value,
                    const QString& file_name);
+// As WriteIniValue(), for several keys in one write: the file changes as a whole or not at all.
+bool WriteIniValues(const QList<IniValue>& values, const QString& file_name);
 
 }  // namespace quayline

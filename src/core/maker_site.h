@@ -11,6 +11,11 @@ namespace quayline {
 struct MakerSite {
   QString base = QStringLiteral("https://quayline.example");
 
+  // The default address is a reserved one: there is no site yet, and links to it lead nowhere.
+  bool Exists() const {
+    return !QUrl(base).host().endsWith(QLatin1String(".example"), Qt::CaseInsensitive);
+  }
+
   QUrl Page(const char* path) const { return QUrl(base + QString::fromLatin1(path)); }
 
   QUrl Website() const { return Page("/"); }

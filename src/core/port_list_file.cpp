@@ -51,23 +51,42 @@ PortEntry ParseRow(const QString& line) {
   return entry;
 }
 
-// Stops after `max_rows` rows.
-QList<PortEntry> ParseRows(const QByteArray& file_bytes, qsizetype max_rows) {
+// Calls `take` with each line that is not empty, and its number, until it answers false.
+void ForEachLine(const QByteArray& file_bytes, auto take) {
   QByteArray bytes = WithoutUtf16(file_bytes);
   bytes.removeIf([](char c) { return c == '\0'; });
-  QList<PortEntry> entries;
   qsizetype from = 0;
-  while (from < bytes.size() && entries.size() < max_rows) {
+  for (qsizetype number = 1; from < bytes.size(); ++number) {
     qsizetype end = from;
     while (end < bytes.size() && bytes[end] != '\r' && bytes[end] != '\n') {
       ++end;
     }
-    if (end > from) {
-      entries.append(ParseRow(Decoded(QByteArrayView(bytes).sliced(from, end - from))));
+    if (end > from && !take(Decoded(QByteArrayView(bytes).sliced(from, end - from)), number)) {
+      return;
     }
-    from = end + 1;
+    const bool is_pair = end + 1 < bytes.size() && bytes[end] == '\r' && bytes[end + 1] == '\n';
+    from = end + (is_pair ? 2 : 1);
   }
+}
+
+// Stops after `max_rows` rows.
+QList<PortEntry> ParseRows(const QByteArray& bytes, qsizetype max_rows) {
+  QList<PortEntry> entries;
+  ForEachLine(bytes, [&](const QString& line, qsizetype) {
+    entries.append(ParseRow(line));
+    return entries.size() < max_rows;
+  });
   return entries;
+}
+
+bool IsSound(const PortEntry& entry) {
+  constexpr int kMaxPort = 65535;
+  const int start = PortNumber(entry.start_port).value_or(0);
+  const int end = PortNumber(entry.end_port).value_or(0);
+  static const QStringList protocols = {QStringLiteral("TCP"), QStringLiteral("UDP"),
+                                        QStringLiteral("TCP/UDP")};
+  return start >= 1 && start <= end && end <= kMaxPort &&
+         protocols.contains(entry.protocol, Qt::CaseInsensitive);
 }
 
 // The lines of an image, a program or another text would become names of entries. A list can also
@@ -87,6 +106,19 @@ bool IsOtherFile(const QByteArray& bytes, const QList<PortEntry>& entries) {
 }  // namespace
 
 QList<PortEntry> ParsePortList(const QByteArray& bytes) { return ParseRows(bytes, kNoLimit); }
+
+QList<ListFault> FindListFaults(const QByteArray& bytes) {
+  QList<ListFault> faults;
+  qsizetype row = 0;
+  ForEachLine(bytes, [&](const QString& line, qsizetype number) {
+    if (!IsSound(ParseRow(line))) {
+      faults.append({.row = row, .line = number, .text = line});
+    }
+    ++row;
+    return true;
+  });
+  return faults;
+}
 
 QByteArray FormatPortList(const QList<PortEntry>& entries) {
   QString text;

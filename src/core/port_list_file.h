@@ -24,6 +24,16 @@ QList<PortEntry> ParsePortList(const QByteArray& bytes);
 // A line break inside a field would split the row when it is read again: it is written as a blank.
 QByteArray FormatPortList(const QList<PortEntry>& entries);
 
+// A line that is no entry as it stands: its ports are missing, not from 1 to 65535, or end before
+// they start, or its protocol is none.
+struct ListFault {
+  qsizetype row = 0;   // among the entries of the file
+  qsizetype line = 0;  // from 1
+  QString text;
+};
+
+QList<ListFault> FindListFaults(const QByteArray& bytes);
+
 enum class ListFileError {
   kCannotOpen,       // missing, a folder, no right to read
   kTooLarge,         // more than kMaxListFileBytes or kMaxListRows

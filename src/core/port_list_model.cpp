@@ -66,9 +66,42 @@ void PortListModel::Remove(QList<int> rows) {
 }
 
 void PortListModel::SetEntries(QList<PortEntry> entries) {
-  beginResetModel();
+  const int shorter = static_cast<int>(std::min(entries_.size(), entries.size()));
+  const int first =
+      static_cast<int>(std::ranges::mismatch(entries_, entries).in1 - entries_.begin());
+  int same_at_end = 0;
+  while (same_at_end < shorter - first && entries_.at(entries_.size() - 1 - same_at_end) ==
+                                              entries.at(entries.size() - 1 - same_at_end)) {
+    ++same_at_end;
+  }
+  const int old_end = rowCount() - same_at_end;
+  const int new_end = static_cast<int>(entries.size()) - same_at_end;
+  if (new_end > old_end) {
+    beginInsertRows({}, old_end, new_end - 1);
+    entries_ =
+        entries_.first(old_end) + entries.mid(old_end, new_end - old_end) + entries_.mid(old_end);
+    endInsertRows();
+  } else if (new_end < old_end) {
+    beginRemoveRows({}, new_end, old_end - 1);
+    entries_.remove(new_end, old_end - new_end);
+    endRemoveRows();
+  }
   entries_ = std::move(entries);
-  endResetModel();
+  if (const int changed_end = std::min(old_end, new_end); first < changed_end) {
+    Q_EMIT dataChanged(index(first, 0), index(changed_end - 1, kColumns - 1));
+  }
+}
+
+// A screen reader reads the cell that has the focus, which is the first one of its row.
+QString PortListModel::Spoken(int row) const {
+  QStringList fields;
+  for (int column = 0; column < kColumns; ++column) {
+    const QString& field = Field(entries_.at(row), column);
+    if (!field.isEmpty()) {
+      fields.append(headers_.value(column) + QLatin1Char(' ') + field);
+    }
+  }
+  return fields.join(QStringLiteral(", "));
 }
 
 void PortListModel::SetHeaders(const QStringList& headers) {
@@ -85,7 +118,13 @@ int PortListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant PortListModel::data(const QModelIndex& index, int role) const {
-  if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    return {};
+  }
+  if (role == Qt::AccessibleTextRole && index.column() == kAppName) {
+    return Spoken(index.row());
+  }
+  if (role != Qt::DisplayRole) {
     return {};
   }
   const QString& text = Field(entries_.at(index.row()), index.column());

@@ -24,7 +24,8 @@ class PortListModel final : public QAbstractTableModel {
   void Replace(int row, const PortEntry& entry);
   // Rows that do not exist are ignored.
   void Remove(QList<int> rows);
-  // Replaces the whole list in one step.
+  // Replaces the whole list. Rows at its beginning and its end that stay the same are not touched,
+  // so that a view keeps its place and its selection.
   void SetEntries(QList<PortEntry> entries);
   // Six texts in column order. Changes what headerData() answers.
   void SetHeaders(const QStringList& headers);
@@ -35,6 +36,8 @@ class PortListModel final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  QString Spoken(int row) const;
+
   QList<PortEntry> entries_;
   QStringList headers_;
 };

@@ -9,10 +9,12 @@
 namespace quayline {
 
 void SelectRouter(RouterSession& session, const RouterRecord& record) {
-  session.router_name = record.routername;
+  session.router_name = session.chosen_router = record.routername;
+  session.is_name_unknown = false;
   session.router_id = record.id;
   session.username = record.routerusername;
   session.password = record.routerpassword;
+  session.factory_login = session.CurrentLogin();
   session.supports_both = record.routersupportsboth;
   session.needs_computer_name = record.routerneedscomputername;
   session.max_entries = record.routermaxentries;
@@ -25,18 +27,8 @@ void SelectRouter(RouterSession& session, const RouterRecord& record) {
   session.view_script = ScriptLines(record.routerportpage);
 }
 
-QString WithoutScheme(const QString& typed) {
-  QString rest = typed;
-  for (const auto scheme : {QLatin1String("http://"), QLatin1String("https://")}) {
-    if (rest.startsWith(scheme, Qt::CaseInsensitive)) {
-      rest.remove(0, scheme.size());
-    }
-  }
-  return rest;
-}
-
 QString RouterHost(const RouterSession& session) {
-  if (session.http_port == QLatin1String("80")) {
+  if (session.http_port == setting::kHttpPort.Standard()) {
     return session.router_ip;
   }
   return session.router_ip + QLatin1Char(':') + session.http_port;

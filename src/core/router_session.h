@@ -6,20 +6,31 @@
 #include <QStringList>
 
 #include "core/records.h"
+#include "core/settings.h"
 
 namespace quayline {
 
-// What the user chose and typed on the main window, and what the selected router's row says: the
-// values that jobs and dialogs read. The main window or the command line writes it, and the
-// router's address also the adapter dialog.
-struct RouterSession {
-  QString router_name;
-  int router_id = 0;  // 0: no router is selected
-  QString router_ip = QStringLiteral("0.0.0.0");
-  QString http_port = QStringLiteral("80");
-  QString http_type = QStringLiteral("http://");  // "http://" or "https://"
+struct Login {
   QString username;
   QString password;
+
+  bool operator==(const Login&) const = default;
+  bool IsEmpty() const { return username.isEmpty() && password.isEmpty(); }
+};
+
+// What the user chose and typed on the main window, and what the selected router's row says: the
+// values that jobs and dialogs read. The main window or the command line writes it.
+struct RouterSession {
+  QString router_name;           // as the router box shows it
+  QString chosen_router;         // the selected router, or one of the last run that is gone since
+  int router_id = 0;             // 0: no router is selected
+  bool is_name_unknown = false;  // router_name was typed, and is no router's
+  QString router_ip = QStringLiteral("0.0.0.0");
+  QString http_port = setting::kHttpPort.Standard();
+  QString http_type = setting::kHttpType.Standard();  // "http://" or "https://"
+  QString username;
+  QString password;
+  Login factory_login;  // of the selected router
   bool show_password = false;
   QString supports_both;        // routersupportsboth
   QString needs_computer_name;  // routerneedscomputername
@@ -30,13 +41,15 @@ struct RouterSession {
   QString picture_path;         // routerpic with "/" for every "\"
   QStringList update_script;
   QStringList view_script;
+
+  Login CurrentLogin() const { return {username, password}; }
 };
 
 // The checks of the menu Advanced. A job looks at them at every line, so a change takes effect
 // while it runs.
 struct JobOptions {
-  bool silent_mode = true;
-  bool throttle = true;
+  bool silent_mode = setting::kSilentMode.IsOn();
+  bool throttle = setting::kScriptThrottle.IsOn();
   // The router's rules are read before and after a job.
   bool verify_after_update = false;
   bool debug_mode = false;  // not stored
@@ -45,9 +58,6 @@ struct JobOptions {
 // Fills the session from a router's row: login, limits, both scripts, picture path. The fields of
 // the address stay.
 void SelectRouter(RouterSession& session, const RouterRecord& record);
-
-// `typed` without a leading "http://" or "https://" in any case, each cut once in this order.
-QString WithoutScheme(const QString& typed);
 
 // The router's address as URLs and logs show it: the host, followed by ":" and the port unless the
 // port field contains exactly "80".

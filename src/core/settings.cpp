@@ -3,27 +3,21 @@
 
 #include "core/settings.h"
 
+#include <chrono>
 #include <cmath>
+#include <optional>
 
 namespace quayline {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+const QString kSection = QStringLiteral("main");
 constexpr QLatin1String kTrue("True");
 constexpr QLatin1String kFalse("False");
 
-}  // namespace
-
-Settings::Settings(QString file_name) : section_(QStringLiteral("main"), std::move(file_name)) {}
-
-QString Settings::Value(const char* key) const { return section_.Value(QString::fromLatin1(key)); }
-
-bool Settings::SetValue(const char* key, const QString& value) {
-  return section_.SetValue(QString::fromLatin1(key), value);
-}
-
-bool Settings::Boolean(const char* key, bool otherwise) const {
-  const QString value = Value(key);
+std::optional<bool> BooleanOf(const QString& value) {
   if (value.compare(kTrue, Qt::CaseInsensitive) == 0) {
     return true;
   }
@@ -32,11 +26,64 @@ bool Settings::Boolean(const char* key, bool otherwise) const {
   }
   bool is_number = false;
   const double number = value.toDouble(&is_number);
-  return is_number && std::isfinite(number) ? number != 0 : otherwise;
+  return is_number && std::isfinite(number) ? std::optional(number != 0) : std::nullopt;
 }
 
-bool Settings::SetBoolean(const char* key, bool value) {
-  return SetValue(key, value ? kTrue : kFalse);
+}  // namespace
+
+IniValue ValueOf(const Setting& setting, const QString& value) {
+  return {.section = kSection, .key = QString::fromLatin1(setting.key), .value = value};
+}
+
+Settings::Settings(QString file_name) : file_name_(std::move(file_name)) {
+  retry_timer_.setInterval(2s);
+  connect(&retry_timer_, &QTimer::timeout, this, &Settings::StorePending);
+}
+
+QString Settings::Value(const Setting& setting) const {
+  const QString value = Value(kSection, QString::fromLatin1(setting.key));
+  return value.isEmpty() ? setting.Standard() : value;
+}
+
+QString Settings::Value(const QString& section, const QString& key) const {
+  const auto pending = pending_.find({section, key});
+  return pending != pending_.end() ? *pending : ReadIniValue(section, key, file_name_);
+}
+
+bool Settings::SetValue(const Setting& setting, const QString& value) {
+  return SetValues({ValueOf(setting, value)});
+}
+
+bool Settings::SetValues(const QList<IniValue>& values) {
+  for (const IniValue& each : values) {
+    pending_.insert({each.section, each.key}, each.value);
+  }
+  return StorePending();
+}
+
+bool Settings::StorePending() {
+  QList<IniValue> values;
+  for (auto each = pending_.begin(); each != pending_.end(); ++each) {
+    values.append({.section = each.key().first, .key = each.key().second, .value = each.value()});
+  }
+  if (values.isEmpty() || WriteIniValues(values, file_name_)) {
+    pending_.clear();
+    retry_timer_.stop();
+    return true;
+  }
+  if (!retry_timer_.isActive()) {
+    retry_timer_.start();
+    Q_EMIT writeFailed();
+  }
+  return false;
+}
+
+bool Settings::Boolean(const Setting& setting) const {
+  return BooleanOf(Value(setting)).value_or(BooleanOf(setting.Standard()).value_or(false));
+}
+
+bool Settings::SetBoolean(const Setting& setting, bool value) {
+  return SetValue(setting, value ? kTrue : kFalse);
 }
 
 }  // namespace quayline

@@ -2,55 +2,87 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
+#include <QMap>
+#include <QObject>
 #include <QString>
+#include <QTimer>
 
-#include "core/ini_section.h"
+#include <string_view>
+
+#include "core/ini_file.h"
+#include "i18n/translator.h"
 
 namespace quayline {
 
-// The keys of "settings.ini", section "main", in the program's folder.
+// A key of "settings.ini", section "main", in the program's folder, and the value that counts where
+// the file has none.
+struct Setting {
+  const char* key;
+  const char* standard = "";
+
+  constexpr bool IsOn() const { return std::string_view(standard) == "True"; }
+  QString Standard() const { return QString::fromLatin1(standard); }
+};
+
 namespace setting {
-inline constexpr char kRouter[] = "router";
-inline constexpr char kRouterIp[] = "routerip";
-inline constexpr char kHttpPort[] = "httpport";
-inline constexpr char kHttpType[] = "httptype";
-inline constexpr char kRouterUsername[] = "routerusername";
-inline constexpr char kRouterPassword[] = "routerpassword";  // in clear, as typed
-inline constexpr char kShowPassword[] = "showpassword";
-inline constexpr char kLanguage[] = "language";
-inline constexpr char kShowGettingStarted[] = "showgettingstarted";
-inline constexpr char kCheckForUpdates[] = "checkforupdates";
-inline constexpr char kLastCheck[] = "lastcheck";
-inline constexpr char kSilentMode[] = "silentmode";
-inline constexpr char kScriptThrottle[] = "scriptthrottle";
-inline constexpr char kVerifyAfterUpdate[] = "verifyafterupdate";  // "0": off
-inline constexpr char kStaticIp[] = "staticip";
-inline constexpr char kListColumns[] = "listcolumns";  // widths that the user gave: "120,,80"
-inline constexpr char kWindowSize[] = "windowsize";    // of the main window: "960,720"
+inline constexpr Setting kRouter{"router"};
+inline constexpr Setting kRouterIp{"routerip"};
+inline constexpr Setting kHttpPort{"httpport", "80"};
+inline constexpr Setting kHttpType{"httptype", "http://"};
+inline constexpr Setting kRouterUsername{"routerusername"};
+inline constexpr Setting kRouterPassword{"routerpassword"};  // in clear, as typed
+inline constexpr Setting kShowPassword{"showpassword", "0"};
+inline constexpr Setting kLanguage{"language", kEnglish};
+inline constexpr Setting kShowGettingStarted{"showgettingstarted", "0"};
+inline constexpr Setting kCheckForUpdates{"checkforupdates", "0"};
+inline constexpr Setting kLastCheck{"lastcheck"};
+inline constexpr Setting kSilentMode{"silentmode", "True"};
+inline constexpr Setting kScriptThrottle{"scriptthrottle", "True"};  // of the windows' jobs
+inline constexpr Setting kVerifyAfterUpdate{"verifyafterupdate", "1"};
+inline constexpr Setting kStaticIp{"staticip"};
+inline constexpr Setting kListColumns{"listcolumns"};  // widths that the user gave: "120,,80"
+inline constexpr Setting kWindowSize{"windowsize"};    // of the main window: "960,720"
 }  // namespace setting
 
 // The user's settings. Each value is written at the moment it changes: there is no save step. Two
 // instances of the program may write at once: each write reads the file again. What could not be
-// written is remembered and written with a later change, or by StorePending().
-class Settings final {
+// written is remembered, and written with a later change or when the disk has room again.
+class Settings final : public QObject {
+  Q_OBJECT
+
  public:
   explicit Settings(QString file_name);
 
-  QString Value(const char* key) const;
+  // The setting's standard value where the file has none.
+  QString Value(const Setting& setting) const;
+  // A value of another section, or an empty text.
+  QString Value(const QString& section, const QString& key) const;
   // False when the file could not be written; Value() is the new one even then.
-  bool SetValue(const char* key, const QString& value);
-  // Writes what could not be written before. False when something is still not written.
-  bool StorePending() { return section_.StorePending(); }
+  bool SetValue(const Setting& setting, const QString& value);
+  // Changes all of them in one write: the file has either all old values or all new ones.
+  bool SetValues(const QList<IniValue>& values);
+  // Writes what could not be written before. False when it is still not written.
+  bool StorePending();
 
-  // "True" and "False" in any case, and numbers, of which 0 is false. Any other text gives
-  // `otherwise`.
-  bool Boolean(const char* key, bool otherwise) const;
-  bool SetBoolean(const char* key, bool value);
+  // "True" and "False" in any case, and numbers, of which 0 is false. Any other text gives the
+  // setting's standard value.
+  bool Boolean(const Setting& setting) const;
+  bool SetBoolean(const Setting& setting, bool value);
 
-  const QString& FileName() const { return section_.FileName(); }
+  const QString& FileName() const { return file_name_; }
+
+ Q_SIGNALS:
+  // A value cannot be written, and is tried again every few seconds. Not repeated meanwhile.
+  void writeFailed();
 
  private:
-  IniSection section_;
+  QString file_name_;
+  QMap<std::pair<QString, QString>, QString> pending_;  // by section and key
+  QTimer retry_timer_;
 };
+
+// The place of a setting in the file, with a new value.
+IniValue ValueOf(const Setting& setting, const QString& value);
 
 }  // namespace quayline

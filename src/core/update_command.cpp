@@ -55,6 +55,9 @@ std::optional<UpdateVerdict> CheckSession(qsizetype rows, const RouterSession& s
   if (session.router_name.isEmpty()) {
     return Refusal(text(kChooseRouter), UpdateFocus::kRouter);
   }
+  if (session.is_name_unknown) {
+    return Refusal(text(kNoSuchRouter).arg(session.router_name), UpdateFocus::kRouter);
+  }
   if (session.router_ip.startsWith(QLatin1Char('0'))) {
     return Refusal(text(kSetRouterIp), UpdateFocus::kRouterIp);
   }
@@ -88,6 +91,9 @@ QString ConflictMessage(const PortConflict& conflict, const QList<PortEntry>& en
 }  // namespace
 
 QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session) {
+  if (session.is_name_unknown) {
+    return {};
+  }
   const PortLimits limits = LimitsOf(session);
   // A router's row may have its limits swapped: the upper one is applied last.
   const auto clamp = [&limits](QString& text, int& port) {

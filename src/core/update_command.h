@@ -11,6 +11,9 @@
 
 namespace quayline {
 
+// For a text that names no router; %1 is the text.
+inline constexpr Message kNoSuchRouter{
+    "There is no router \"%1\" in the list. Please choose your router from the list."};
 // Also shown when the router's ports are viewed without an address.
 inline constexpr Message kSetRouterIp{"Please Set Router IP."};
 
@@ -26,7 +29,8 @@ struct UpdateVerdict {
 };
 
 // Moves each port of `entries` into the router's limits (RouterSession min_port and max_port); a
-// limit that is not a number keeps its former value, 0 at first. Returns the rows that changed.
+// limit that is not a number keeps its former value, 0 at first. Returns the rows that changed:
+// none where no router is known.
 QList<int> ClampPorts(QList<PortEntry>& entries, const RouterSession& session);
 
 // The checks of a list against the selected router, in their fixed order; the first that fails

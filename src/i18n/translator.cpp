@@ -31,7 +31,7 @@ QStringList Translator::AvailableLanguages() const {
       languages = text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
     }
   }
-  languages.append(QStringLiteral("English | English"));
+  languages.append(QString::fromLatin1(kEnglish));
   return languages;
 }
 

@@ -9,6 +9,9 @@
 
 namespace quayline {
 
+// The language of the texts in the code, as the language list would name it.
+inline constexpr char kEnglish[] = "English | English";
+
 // Gives every message in the language that the user chose. The languages are listed in
 // "Languages/_Current_Languages.txt" of the program's folder; English needs no file.
 class Translator final {

@@ -74,6 +74,19 @@ TEST(PortListFile, ReadsEveryLineThatIsThere) {
   }
 }
 
+TEST(PortListFile, LinesThatAreNoEntriesAreNamed) {
+  const QByteArray bytes =
+      "A|1.1.1.1()|1|65535|tcp|x\r\n\r\nonly text\rB|x|70000|70000|TCP|\nC||9|8|UDP\nD||1|2|SCTP\n"
+      "E||x|2|TCP\nF||0|2|TCP\nG||007|7|TCP/UDP|";
+  QStringList lines;
+  for (const ListFault& fault : FindListFaults(bytes)) {
+    lines += U("%1:%2:%3").arg(fault.row).arg(fault.line).arg(fault.text);
+  }
+  EXPECT_EQ(lines.join(u'\n'),
+            U("1:3:only text\n2:4:B|x|70000|70000|TCP|\n3:5:C||9|8|UDP\n4:6:D||1|2|SCTP\n"
+              "5:7:E||x|2|TCP\n6:8:F||0|2|TCP"));
+}
+
 TEST(PortListFile, WritesTheBytesThatAreExchanged) {
   EXPECT_EQ(FormatPortList(PortRows("Ftp 21..21; Web 80..90 TCP/UDP")),
             "Ftp|10.0.0.9()|21|21|TCP|note\r\nWeb|10.0.0.9()|80|90|TCP/UDP|note\r\n");
@@ -210,6 +223,29 @@ TEST(PortListModel, AViewHearsOfEveryChangeAndWrongRowsChangeNothing) {
   EXPECT_EQ(model.Entries(), PortRows("b 1..1; d 3..3"));
   model.SetEntries({});
   EXPECT_EQ(model.rowCount(), 0);
+}
+
+// A view's selection is held by such indexes.
+TEST(PortListModel, AnotherListKeepsThePlacesOfTheRowsThatStay) {
+  const struct {
+    const char *before, *after;
+    int row, place;  // -1: the row is gone
+  } rows[] = {{"a 1..1; b 2..2; c 3..3", "a 1..1; c 3..3", 2, 1},
+              {"a 1..1; c 3..3", "a 1..1; b 2..2; c 3..3", 1, 2},
+              {"a 1..1; c 3..3", "a 1..1; b 2..2; c 3..3", 0, 0},
+              {"a 1..1; b 2..2", "a 1..1; x 2..2", 1, 1},
+              {"a 1..1; a 1..1", "a 1..1", 0, 0},
+              {"a 1..1", "", 0, -1}};
+  for (const auto& row : rows) {
+    PortListModel model;
+    const QAbstractItemModelTester tester(&model,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    model.SetEntries(PortRows(row.before));
+    const QPersistentModelIndex index = model.index(row.row, 0);
+    model.SetEntries(PortRows(row.after));
+    EXPECT_EQ(model.Entries(), PortRows(row.after));
+    EXPECT_EQ(index.row(), row.place) << row.before << " to " << row.after;
+  }
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/files.h"
-#include "core/router_session.h"
+#include "core/router_address.h"
 #include "core/settings.h"
 #include "core/trusted_certificates.h"
 #include "test_main.h"
@@ -17,8 +17,10 @@ QString U(const char* text) { return QString::fromUtf8(text); }
 TEST(Settings, BooleansOfEditedFiles) {
   const QTemporaryDir folder;
   Settings settings(folder.filePath(U("settings.ini")));
-  EXPECT_TRUE(settings.Boolean(setting::kSilentMode, true));
-  EXPECT_FALSE(settings.Boolean(setting::kSilentMode, false));
+  constexpr Setting kOn{"flag", "True"};
+  constexpr Setting kOff{"flag", "0"};
+  EXPECT_TRUE(settings.Boolean(kOn));
+  EXPECT_FALSE(settings.Boolean(kOff));
   const struct {
     const char* text;
     std::optional<bool> value = {};
@@ -26,12 +28,11 @@ TEST(Settings, BooleansOfEditedFiles) {
               {"0.5", true},  {"yes"},          {""},        {"nan"},      {"inf"},
               {"1x"},         {"0,0"},          {"Truely"}};
   for (const auto& row : rows) {
-    EXPECT_TRUE(settings.SetValue(setting::kSilentMode, U(row.text)));
-    for (const bool otherwise : {true, false}) {
-      EXPECT_EQ(settings.Boolean(setting::kSilentMode, otherwise), row.value.value_or(otherwise))
-          << row.text;
-    }
+    EXPECT_TRUE(settings.SetValue(kOn, U(row.text)));
+    EXPECT_EQ(settings.Boolean(kOn), row.value.value_or(true)) << row.text;
+    EXPECT_EQ(settings.Boolean(kOff), row.value.value_or(false)) << row.text;
   }
+  QFile::remove(settings.FileName());
   EXPECT_TRUE(settings.SetBoolean(setting::kSilentMode, false));
   EXPECT_TRUE(settings.SetBoolean(setting::kScriptThrottle, true));
   EXPECT_EQ(testing::ReadBytes(settings.FileName()),
@@ -73,16 +74,67 @@ TEST(RouterSession, ASelectionReplacesAllButTheAddress) {
   EXPECT_EQ(session.view_script, (QStringList{U("nav=a"), U("  click b "), U("c")}));
 }
 
-TEST(RouterSession, AddressesAsTyped) {
+// What a full disk refused is written with the next value, and when there is room again.
+TEST(Settings, WhatCannotBeStoredIsReportedOnceAndStoredLater) {
+  const QTemporaryDir folder;
+  Settings settings(folder.filePath(U("settings.ini")));
+  int failures = 0;
+  QObject::connect(&settings, &Settings::writeFailed, [&failures] { ++failures; });
+  testing::OnFullDisk(0, [&] {
+    EXPECT_FALSE(settings.SetValue(setting::kRouter, U("A")));
+    EXPECT_FALSE(settings.SetValue(setting::kWindowSize, U("1,2")));
+    return true;
+  });
+  EXPECT_EQ(settings.Value(setting::kRouter), U("A"));
+  EXPECT_EQ(failures, 1);
+  EXPECT_TRUE(testing::RunUntil(
+      [&] {
+        return testing::ReadBytes(settings.FileName()).contains("windowsize=\"1,2\"") ||
+               testing::ReadBytes(settings.FileName()).contains("windowsize=1,2");
+      },
+      std::chrono::seconds(30)));
+}
+
+TEST(RouterAddress, AnAddressMayBePastedWhole) {
   const struct {
-    const char *typed, *rest;
-  } schemes[] = {{"http://a", "a"},         {"HTTPS://a", "a"},
-                 {"http://https://a", "a"}, {"https://http://a", "http://a"},
-                 {"http:/a", "http:/a"},    {" http://a", " http://a"},
-                 {"http://", ""},           {"", ""}};
-  for (const auto& row : schemes) {
-    EXPECT_EQ(WithoutScheme(U(row.typed)), U(row.rest)) << row.typed;
+    const char *typed, *host, *type = "", *port = "";
+  } rows[] = {{"192.168.1.1", "192.168.1.1"},
+              {"http://a", "a", "http://"},
+              {" HTTPS://a ", "a", "https://"},
+              {"http://https://a", "a", "https://"},
+              {"http://192.168.1.1:8080/index.html", "192.168.1.1", "http://", "8080"},
+              {"\thttps://me:pw@router.lan:443?x=1#top\n", "router.lan", "https://", "443"},
+              {"a:81", "a", "", "81"},
+              {"a:", "a:"},
+              {"a:70000", "a:70000"},
+              {"fe80::1", "fe80::1"},
+              {"http://[fe80::1]:81/", "[fe80::1]", "http://", "81"},
+              {"http:/a", "http:"},
+              {"http://", "", "http://"},
+              {"", ""}};
+  for (const auto& row : rows) {
+    const RouterAddress address = ParseRouterAddress(U(row.typed));
+    EXPECT_EQ(address.host, U(row.host)) << row.typed;
+    EXPECT_EQ(address.http_type, U(row.type)) << row.typed;
+    EXPECT_EQ(address.http_port, U(row.port)) << row.typed;
   }
+}
+
+TEST(RouterAddress, WhatIsNamedReplacesTheFieldsAndAWholeAddressHasThePortOfItsScheme) {
+  const struct {
+    const char *typed, *type, *port;
+  } rows[] = {{"b", "https://", "8443"},         {"b:1", "https://", "1"},
+              {"http://", "http://", "8443"},    {"http://b/", "http://", "80"},
+              {"https://b/", "https://", "443"}, {"http://b:2/", "http://", "2"}};
+  for (const auto& row : rows) {
+    RouterSession session{.router_ip = U("a"), .http_port = U("8443"), .http_type = U("https://")};
+    SetAddress(session, U(row.typed));
+    EXPECT_EQ(session.http_type, U(row.type)) << row.typed;
+    EXPECT_EQ(session.http_port, U(row.port)) << row.typed;
+  }
+}
+
+TEST(RouterSession, HostsForUrls) {
   const struct {
     const char *port, *host;
   } ports[] = {{"80", "a"}, {"8080", "a:8080"}, {"080", "a:080"}};

@@ -1,8 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QAccessible>
+#include <QCompleter>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "main_fixture.h"
 
@@ -14,28 +20,35 @@ TEST_F(MainWindowTest, AnUpdateWithoutARouterMakesNoZerosOfThePorts) {
   Start("routerip=10.0.0.1\r\n");
   const std::string before = Rows();
   Click("update_button");
-  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("There is no script")));
-  EXPECT_TRUE(jobs_.isEmpty());
+  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("Please Choose A Router.")));
+  EXPECT_TRUE(windows_->jobs.isEmpty());
   EXPECT_EQ(Rows(), before);
 }
 
 TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
   folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|80|TCP|x\r\n");
   Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
+  Activate();
   struct Row {
     const char* typed;
     std::string shown;
-    int router_id;
+    bool is_accepted;
   };
-  const Row rows[] = {
-      {"alp", "Alpha 1", 3}, {"beta 2", "Beta 2", 7}, {"nonsense", "Beta 2", 7}, {"", "", 7}};
+  const Row rows[] = {{"alp", "alp", false},
+                      {"Alpha 1", "Alpha 1", true},
+                      {"beta 2", "Beta 2", true},
+                      {"nonsense", "nonsense", false},
+                      {"", "", false}};
   for (const Row& row : rows) {
-    Find<QComboBox>("router_box")->setEditText(QLatin1String(row.typed));
+    Type("router_box", row.typed);
+    Find("router_box")->setFocus();
     prompts_.shown.clear();
-    Click("update_button");
+    windows_->jobs.clear();
+    Trigger("update_action");
     EXPECT_EQ(TextOf("router_box"), row.shown) << row.typed;
-    EXPECT_EQ(context_->session.router_id, row.router_id) << row.typed;
-    EXPECT_EQ(prompts_.shown.empty(), !row.shown.empty()) << row.typed;
+    EXPECT_EQ(windows_->jobs.size(), row.is_accepted ? 1 : 0) << row.typed;
+    EXPECT_EQ(prompts_.shown.empty(), row.is_accepted) << row.typed;
+    EXPECT_TRUE(!row.is_accepted || context_->session.router_name.toStdString() == row.shown);
   }
 }
 
@@ -45,8 +58,9 @@ TEST_F(MainWindowTest, SettingsThatCannotBeStoredAreReportedOnceAndStoredWhenTha
   Type("username_edit", "me");
   Type("password_edit", "secret");
   EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("cannot be stored")));
+  Choose("router_box", 1);
   Trigger("view_scripts_action");
-  scripts_written_();
+  windows_->scripts_written();
   ExpectTexts({{"username_edit", "me"}, {"password_edit", "secret"}});
   QDir(folder_.dir.path()).rmdir(u"settings.ini"_s);
   main_->Main().Unload();
@@ -70,9 +84,137 @@ TEST_F(MainWindowTest, ASizeThatTheUserGaveIsThereAgainAndNonsenseIsNot) {
 
 TEST_F(MainWindowTest, ItFitsOnASmallScreenWhereItsRestIsScrolledTo) {
   Start();
-  const QSize small(640, 480);
-  window_->resize(small);
-  EXPECT_EQ(window_->size(), small) << "the main button is beyond the screen";
+  for (const QSize small : {QSize(1024, 560), QSize(940, 700), QSize(800, 480)}) {
+    window_->resize(small);
+    EXPECT_EQ(window_->size(), small) << "the main button is beyond the screen";
+    RunUntil([] { return false; }, std::chrono::milliseconds(20));
+    const auto* area = window_->findChild<QScrollArea*>();
+    EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0) << small.width();
+  }
+}
+
+TEST_F(MainWindowTest, AWebAddressMayBePastedAndACommandSettlesTheFieldThatHasTheFocus) {
+  folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|80|TCP|x\r\n");
+  Start("router=Alpha 1\r\nrouterip=1.1.1.1\r\n");
+  Activate();
+  Type("router_ip_edit", " https://192.168.1.1:8443/index.html");
+  ExpectTexts({{"router_ip_edit", "192.168.1.1"},
+               {"http_type_box", "https://"},
+               {"http_port_edit", "8443"}});
+  ExpectStored({{setting::kHttpPort, "8443"}, {setting::kHttpType, "https://"}});
+  const std::function<void()> commands[] = {
+      [this] { Trigger("update_action"); }, [this] { Click("update_button"); },
+      [this] { QTest::keyClick(window_, Qt::Key_U, Qt::AltModifier); },
+      [this] { QTest::keyClick(window_, Qt::Key_Return, Qt::ControlModifier); }};
+  int port = 81;
+  for (const auto& command : commands) {
+    Find("router_ip_edit")->setFocus();
+    Type("router_ip_edit", qPrintable(u"10.0.0.1:%1"_s.arg(++port)));
+    command();
+    EXPECT_TRUE(RunUntil([&] { return windows_->jobs.size() == port - 81; }));
+    EXPECT_EQ(TextOf("router_ip_edit") + ' ' + Stored(setting::kHttpPort),
+              "10.0.0.1 " + std::to_string(port));
+    Activate();
+  }
+}
+
+TEST_F(MainWindowTest, AClickIntoTheRoutersReplacesTheNameAndOneLetterSuggests) {
+  Start("router=Alpha 1\r\n");
+  Activate();
+  Find("username_edit")->setFocus();
+  QTest::mouseClick(FieldOf("router_box"), Qt::LeftButton);
+  QTest::keyClick(Find("router_box"), Qt::Key_2);
+  EXPECT_EQ(TextOf("router_box"), "2");
+  const QCompleter* completer = Find<QComboBox>("router_box")->completer();
+  EXPECT_EQ(completer->completionCount(), 1);
+  EXPECT_EQ(completer->currentCompletion(), u"Beta 2"_s);
+}
+
+TEST_F(MainWindowTest, BoxesOfTheStartWaitForTheWindow) {
+  QDir(folder_.dir.path()).mkdir(u"list.qyl"_s);
+  Make();
+  main_->Load();
+  RunUntil([] { return false; }, std::chrono::milliseconds(500));
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  main_->show();
+  EXPECT_TRUE(RunUntil([&] { return !prompts_.shown.empty(); }));
+}
+
+// The items of the menus that can be seen; "-" is a menu of its own.
+QStringList VisibleItems(const QList<QAction*>& actions) {
+  QStringList items;
+  for (const QAction* action : actions) {
+    if (action->isVisible() && !action->isSeparator()) {
+      items.append(QString(action->text()).remove(u'&'));
+      if (action->menu() != nullptr) {
+        items += VisibleItems(action->menu()->actions());
+      }
+    }
+  }
+  return items;
+}
+
+TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
+  maker_site_ = MakerSite().base;
+  Start();
+  EXPECT_EQ(VisibleItems(Find<QMenuBar>("menu_bar")->actions()).join(u'|').toStdString(),
+            "File|Add Port/s|Remove Selected Port/s|Undo|Redo|Open List|Save List|Exit Program|"
+            "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
+            "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
+            "About Debug Mode|Enable Script Throttle|About Script Throttle|Help|View Help|About");
+  for (const char* control :
+       {"router_request_link", "default_logins_button", "detect_router_button"}) {
+    EXPECT_FALSE(Find(control)->isVisible()) << control;
+  }
+  Trigger("help_action");
+  EXPECT_THAT(Find("help_view")->property("plainText").toString().toStdString(),
+              HasSubstr("Choose your router"));
+  EXPECT_TRUE(folder_.desktop.opened.isEmpty());
+}
+
+TEST_F(MainWindowTest, EveryButtonHasAnAccessKeyOfItsOwn) {
+  for (const QString& site : {maker_site_, MakerSite().base}) {
+    maker_site_ = site;
+    Start();
+    QMap<QString, QString> owners;
+    const auto note = [&owners](const QKeySequence& key, const QString& owner) {
+      EXPECT_FALSE(owners.contains(key.toString()))
+          << key.toString().toStdString() << ": " << qPrintable(owners.value(key.toString()))
+          << ", " << qPrintable(owner);
+      owners.insert(key.toString(), owner);
+    };
+    for (const auto* button : window_->findChildren<QAbstractButton*>()) {
+      if (button->isVisible()) {
+        EXPECT_FALSE(button->shortcut().isEmpty()) << qPrintable(button->objectName());
+        note(button->shortcut(), button->objectName());
+      }
+    }
+    for (const auto* label : window_->findChildren<QLabel*>()) {
+      if (label->isVisible() && label->buddy() != nullptr) {
+        note(QKeySequence::mnemonic(label->text()), label->objectName());
+      }
+    }
+    for (const auto* menu : Find<QMenuBar>("menu_bar")->actions()) {
+      if (menu->isVisible()) {
+        note(QKeySequence::mnemonic(menu->text()), menu->text());
+      }
+    }
+  }
+}
+
+TEST_F(MainWindowTest, AScreenReaderHearsLiveTextsAndWholeRows) {
+  folder_.WriteFile("list.qyl", "Ftp|1.1.1.1()|20|21|TCP|Files\r\n");
+  Start();
+  EXPECT_TRUE(ComesToSay("total_entries_label", "(1)"));
+  for (const char* name : {"router_count_label", "max_entries_label", "total_entries_label",
+                           "total_ports_label", "local_ip_label"}) {
+    EXPECT_EQ(
+        QAccessible::queryAccessibleInterface(Find(name))->text(QAccessible::Name).toStdString(),
+        TextOf(name));
+  }
+  EXPECT_EQ(context_->port_list.index(0, 0).data(Qt::AccessibleTextRole).toString().toStdString(),
+            "App Name Ftp, Forwarded To 1.1.1.1(), Start Port 20, End Port 21, TCP/UDP TCP, "
+            "Description Files");
 }
 
 TEST_F(MainWindowTest, WhatIsPastedAsAPortIsNeverGluedTogether) {

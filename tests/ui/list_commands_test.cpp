@@ -70,7 +70,7 @@ TEST_F(ListCommandsTest, SeveralRowsGoAtOnceAndAreNamedUpToALimit) {
 
 TEST_F(ListCommandsTest, AnOpenedListIsTheWorkingListAtOnceAndOneThatCannotBeOpenedIsNot) {
   Load(kTwoRows);
-  folder_.WriteFile("other.qyl", "C|1.1.1.3()|3|3|TCP|z|extra\r\n\r\nD");
+  folder_.WriteFile("other.qyl", "C|1.1.1.3()|3|3|TCP|z|extra\r\n\r\n");
   prompts_.files = {folder_.Path("missing.qyl"), folder_.dir.path()};
   for (int i = 0; i < 3; ++i) {  // the third is cancelled
     list_.Open();
@@ -80,12 +80,42 @@ TEST_F(ListCommandsTest, AnOpenedListIsTheWorkingListAtOnceAndOneThatCannotBeOpe
   EXPECT_EQ(written_.size(), 1);
   prompts_.files = {folder_.Path("other.qyl")};
   list_.Open();
-  EXPECT_EQ(Rows(), "C 1.1.1.3() 3-3 TCP z; D  -  ");
-  EXPECT_EQ(File(), "C|1.1.1.3()|3|3|TCP|z\r\nD|||||\r\n");
+  EXPECT_EQ(Rows(), "C 1.1.1.3() 3-3 TCP z");
+  EXPECT_EQ(File(), kOneRow);
   EXPECT_EQ(written_.size(), 2);
   const auto asked = StartsWith("Open: ");
   const auto told = StartsWith("Tell: This list cannot be opened");
   EXPECT_THAT(prompts_.shown, ElementsAre(asked, told, asked, told, asked, asked));
+}
+
+TEST_F(ListCommandsTest, LinesThatAreNoEntriesAreShownBeforeAnythingIsReplaced) {
+  const QByteArray broken =
+      "only text\r\n" + QByteArray(kOneRow) + "D|1.1.1.4()|70000|70000|TCP|\r\n";
+  const struct {
+    qsizetype choice;
+    QByteArray list;
+  } rows[] = {{2, kTwoRows},
+              {0, kOneRow},
+              {1, "only text|||||\r\n" + QByteArray(kOneRow) + "D|1.1.1.4()|70000|70000|TCP|\r\n"}};
+  folder_.WriteFile("other.qyl", broken);
+  for (const auto& row : rows) {
+    context_->port_list.SetEntries({});
+    Load(kTwoRows);
+    for (const bool is_offered : {false, true}) {
+      prompts_.shown.clear();
+      prompts_.choices = {row.choice};
+      int opened = 0;
+      is_offered ? list_.OfferFile(folder_.Path("other.qyl"))
+                 : list_.OpenFile(folder_.Path("other.qyl"), [&opened] { ++opened; });
+      EXPECT_EQ(File(), row.list);
+      EXPECT_EQ(opened, !is_offered && row.choice < 2 ? 1 : 0);
+      if (!is_offered || row.choice != 1) {  // otherwise the same rows again
+        EXPECT_THAT(prompts_.shown, ElementsAre(AllOf(HasSubstr("Line 1: only text\nLine 3: D|"),
+                                                      Not(HasSubstr("Line 2")))));
+      }
+    }
+  }
+  EXPECT_EQ(folder_.ReadFile("other.qyl"), broken);
 }
 
 TEST_F(ListCommandsTest, SavingWritesTheCopyAndNotTheWorkingList) {
@@ -257,6 +287,24 @@ TEST_F(ListOnScreenTest, TheDeleteKeyRemovesRowsInTheListAndEditsInAField) {
   Press("port_list_view", Qt::Key_Delete);
   EXPECT_EQ(Rows(), "A 1.1.1.1() 1-1 TCP x");
   EXPECT_EQ(list_->currentIndex().row(), 0);
+}
+
+TEST_F(ListOnScreenTest, UndoWorksInEveryFieldAndKeepsTheSelection) {
+  StartWithRows();
+  prompts_.answers = {true};
+  list_->setCurrentIndex(context_->port_list.index(0, 0));
+  Press("port_list_view", Qt::Key_Delete);
+  list_->setCurrentIndex(context_->port_list.index(2, 0));
+  Press("router_box", Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(context_->port_list.rowCount(), 4);
+  EXPECT_EQ(context_->port_list.Entries().at(list_->currentIndex().row()).app_name, u"D"_s);
+  EXPECT_EQ(list_->selectionModel()->selectedRows().size(), 1);
+  Press("username_edit", Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(context_->port_list.rowCount(), 3);
+  Type("username_edit", "me");
+  Press("username_edit", Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(TextOf("username_edit"), "") << "a field that was edited comes first";
+  EXPECT_EQ(context_->port_list.rowCount(), 3);
 }
 
 TEST_F(ListOnScreenTest, InsertAddsEnterEditsAndEveryChangeIsInTheFile) {

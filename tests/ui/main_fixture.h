@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QLineEdit>
+
 #include "ui/main/main_frame.h"
 #include "window_fixture.h"
 
@@ -18,10 +20,9 @@ class MainWindowTest : public WindowTest {
   void Make() {
     delete window_.data();
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
-    // Router images come from a closed port.
-    context_->maker_site.base = u"http://127.0.0.1:9"_s;
-    entries_ = std::make_unique<EntryRig>(*context_, prompts_);
-    main_ = new MainFrame(*context_, prompts_, Windows());
+    context_->maker_site.base = maker_site_;
+    windows_ = std::make_unique<FakeWindows>(*context_, prompts_);
+    main_ = new MainFrame(*context_, prompts_, *windows_);
     window_ = main_;
     is_ready_ = false;
     QObject::connect(&main_->Main(), &MainWindow::ready, main_, [this] { is_ready_ = true; });
@@ -46,51 +47,25 @@ class MainWindowTest : public WindowTest {
     folder_.WriteFile("settings.ini", "[main]\r\n" + lines);
   }
 
-  void ExpectStored(std::initializer_list<Named> settings) const {
-    for (const Named& setting : settings) {
-      EXPECT_EQ(Stored(setting.name), setting.text) << setting.name;
-    }
+  // As the user does: the window tells his changes apart from its own. The text replaces the one
+  // before, as if it had been pasted.
+  void Type(const char* field, const char* text) {
+    QLineEdit* edit = FieldOf(field);
+    edit->selectAll();
+    *text == '\0' ? edit->del() : edit->insert(QString::fromUtf8(text));
+  }
+  // Ends the editing of a field, as leaving it does.
+  void Leave(const char* field) { Q_EMIT FieldOf(field)->editingFinished(); }
+  QLineEdit* FieldOf(const char* name) const {
+    const auto* box = qobject_cast<QComboBox*>(Find(name));
+    return box != nullptr ? box->lineEdit() : Find<QLineEdit>(name);
   }
 
+  QString maker_site_ = u"http://127.0.0.1:9"_s;  // where nobody listens
+  std::unique_ptr<FakeWindows> windows_;
   MainFrame* main_ = nullptr;
   bool is_ready_ = false;
   int closed_ = 0;
-  QList<QPointer<QWidget>> jobs_;
-  QPointer<QDialog> dialog_;  // the last one that was opened
-  std::function<void(int router_id)> choose_router_;
-  std::function<void()> scripts_written_;
-
- private:
-  WindowFactory Windows() {
-    const EntryWindows* entries = &entries_->windows;
-    return {.job_status =
-                [this] {
-                  jobs_.append(new QWidget);
-                  jobs_.last()->setAttribute(Qt::WA_DeleteOnClose);
-                  return jobs_.last();
-                },
-            .add_new = std::bind_front(&EntryWindows::AddNew, entries),
-            .edit = std::bind_front(&EntryWindows::Edit, entries),
-            .network_list = std::bind_front(&EntryWindows::NetworkList, entries),
-            .view_page = [this](QWidget* parent) { return MakeDialog(parent); },
-            .router_list =
-                [this](QWidget* parent, auto chosen) {
-                  choose_router_ = std::move(chosen);
-                  return MakeDialog(parent);
-                },
-            .view_scripts =
-                [this](QWidget* parent, auto written) {
-                  scripts_written_ = std::move(written);
-                  return MakeDialog(parent);
-                }};
-  }
-  QDialog* MakeDialog(QWidget* parent) {
-    dialog_ = new QDialog(parent);
-    dialog_->setAttribute(Qt::WA_DeleteOnClose);
-    return dialog_;
-  }
-
-  std::unique_ptr<EntryRig> entries_;
 };
 
 }  // namespace quayline::testing

@@ -42,12 +42,12 @@ class RouterSelectionTest : public WindowTest {
   Task<> ReadInto(QImage& picture) {
     picture = co_await ReadStoredPicture(folder_.Path("router.jpg"));
   }
-  void Select(int id, const char* name) { selection_.Select(1, id, QLatin1String(name)); }
-  void SelectPlaceholder() { selection_.Select(0, 0, u"placeholder"_s); }
+  void Select(int id) { selection_.Select(1, id); }
+  void SelectPlaceholder() { selection_.Select(0, 0); }
   void SelectAnother() {
-    Select(3, "Alpha 1");  // its picture is the one on disk
+    Select(3);  // its picture is the one on disk
     order_.clear();
-    Select(7, "Beta 2");
+    Select(7);
   }
   void Serve(const Reply& picture) { server_.replies["/files/a/b.png"] = picture; }
   bool Comes(const char* order) {
@@ -61,7 +61,7 @@ class RouterSelectionTest : public WindowTest {
 
 TEST_F(RouterSelectionTest, TheFirstChoiceShowsThePictureOnDiskAndThePlaceholderIsNoChoice) {
   SelectPlaceholder();
-  Select(3, "Alpha 1");
+  Select(3);
   context_->session.username = u"me"_s;
   EXPECT_TRUE(Comes("L0rW0P11"));
   SelectPlaceholder();
@@ -112,7 +112,7 @@ TEST_F(RouterSelectionTest, OnlyPicturesOfKnownKindsAreShownWhateverTheFileIsCal
   }
   QFile::remove(folder_.Path("router.jpg"));
   ASSERT_EQ(mkfifo(qPrintable(folder_.Path("router.jpg")), 0600), 0);
-  Select(3, "Alpha 1");
+  Select(3);
   EXPECT_TRUE(Comes("rW0P0")) << "a pipe, which has no end";
 }
 
@@ -122,17 +122,17 @@ TEST_F(RouterSelectionTest, AChoiceDuringAFetchEndsItAndNoNameIsLost) {
   ASSERT_TRUE(RunUntil([&] { return !server_.requests.isEmpty(); }));
   SelectPlaceholder();
   EXPECT_EQ(Stored(setting::kRouter), "Beta 2");
-  Select(7, "Beta 2");
+  Select(7);
   Serve(Answer("200 OK", PictureOf(22)));
-  Select(3, "Alpha 1");
+  Select(3);
   EXPECT_EQ(Stored(setting::kRouter), "Beta 2");
   EXPECT_TRUE(Comes("rW0L0rW0rW0P22"));
   EXPECT_EQ(Stored(setting::kRouter), "Alpha 1");
 }
 
 TEST_F(RouterSelectionTest, ARouterThatIsGoneFromTheDatabaseKeepsTheOneBefore) {
-  Select(3, "Alpha 1");
-  Select(99, "Ghost");
+  Select(3);
+  Select(99);
   EXPECT_EQ(context_->session.router_id, 3);
   EXPECT_EQ(context_->session.username, u"admin"_s);
 }

@@ -146,7 +146,8 @@ class Photographer final {
   Task<> TakeMain(QString name) {
     AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
     WindowPrompts prompts(context.translator);
-    MainFrame window(context, prompts, {});
+    FakeWindows windows(context, prompts);
+    MainFrame window(context, prompts, windows);
     window.Load();
     window.resize(980, 720);  // the screen of these pictures is smaller than a user's
     window.show();

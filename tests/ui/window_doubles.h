@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDialog>
 #include <QLabel>
 #include <QPointer>
 
@@ -14,6 +15,7 @@
 #include "platform/linux/wine_settings.h"
 #include "script/page_host.h"
 #include "ui/entries/entry_windows.h"
+#include "ui/main/window_factory.h"
 #include "ui/toolkit/prompts.h"
 
 namespace quayline::testing {
@@ -226,6 +228,50 @@ struct EntryRig {
   FakeHostNames host_names;
   WineSettings programs{home.filePath(u"wine"_s), home.path()};
   EntryWindows windows;
+};
+
+// What the main window opens: the entry windows, and empty ones in place of the others.
+class FakeWindows final : public WindowFactory {
+ public:
+  FakeWindows(AppContext& app, Prompts& boxes) : entries_(app, boxes) {}
+
+  QList<QPointer<QWidget>> jobs;
+  QPointer<QDialog> dialog;  // the last one that was opened
+  std::function<void(int router_id)> choose_router;
+  std::function<void()> scripts_written;
+
+  QWidget* Job() override {
+    jobs.append(new QWidget);
+    jobs.last()->setAttribute(Qt::WA_DeleteOnClose);
+    return jobs.last();
+  }
+  QDialog* AddEntry(QWidget* parent, std::function<void()> changed) override {
+    return entries_.windows.AddNew(parent, changed);
+  }
+  QDialog* EditEntry(QWidget* parent, int row, std::function<void()> changed) override {
+    return entries_.windows.Edit(parent, row, changed);
+  }
+  QDialog* Adapters(QWidget* parent, std::function<void(const QString&)> chosen) override {
+    return entries_.windows.NetworkList(parent, chosen);
+  }
+  QDialog* PageView(QWidget* parent) override { return MakeDialog(parent); }
+  QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) override {
+    choose_router = std::move(chosen);
+    return MakeDialog(parent);
+  }
+  QDialog* Scripts(QWidget* parent, std::function<void()> written) override {
+    scripts_written = std::move(written);
+    return MakeDialog(parent);
+  }
+
+ private:
+  QDialog* MakeDialog(QWidget* parent) {
+    dialog = new QDialog(parent);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog;
+  }
+
+  EntryRig entries_;
 };
 
 }  // namespace quayline::testing

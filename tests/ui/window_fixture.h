@@ -33,7 +33,7 @@ T* Child(const QObject* window, const char* name) {
   return child;
 }
 
-// A control or a setting by its name, and the text in it.
+// A control by its name, and the text in it.
 struct Named {
   const char* name;
   std::string text;
@@ -128,7 +128,14 @@ class WindowTest : public ::testing::Test {
     }
     return rows.join(QStringLiteral("; ")).toStdString();
   }
-  std::string Stored(const char* key) const { return context_->settings.Value(key).toStdString(); }
+  std::string Stored(const Setting& setting) const {
+    return context_->settings.Value(setting).toStdString();
+  }
+  void ExpectStored(std::initializer_list<std::pair<Setting, std::string>> settings) const {
+    for (const auto& [setting, text] : settings) {
+      EXPECT_EQ(Stored(setting), text) << setting.key;
+    }
+  }
 
   ProgramFolder folder_;
   FakePrompts prompts_;

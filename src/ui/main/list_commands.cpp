@@ -136,44 +136,77 @@ void ListCommands::Open() {
                        [this](const QString& file) { OpenFile(file); });
 }
 
-bool ListCommands::OpenFile(const QString& file) {
-  auto entries = ReadFile(file);
-  if (!entries) {
-    return false;
+void ListCommands::OpenFile(const QString& file, const std::function<void()>& opened) {
+  const auto list = ReadFile(file);
+  if (list && list->faults.isEmpty()) {
+    Take(list->entries);
+    opened();
+  } else if (list) {
+    AskAboutFaults(file, *list, opened);
   }
-  Take(std::move(*entries));
-  return true;
 }
 
 void ListCommands::OfferFile(const QString& file) {
-  const auto entries = ReadFile(file);
-  if (!entries || *entries == context_.port_list.Entries()) {
+  const auto list = ReadFile(file);
+  if (!list || list->entries == context_.port_list.Entries()) {
+    return;
+  }
+  if (!list->faults.isEmpty()) {
+    AskAboutFaults(file, *list, [] {});
     return;
   }
   if (context_.port_list.rowCount() == 0) {
-    Take(*entries);
+    Take(list->entries);
     return;
   }
-  prompts_.Ask(window_, Text(message::kReplaceListTitle),
+  prompts_.Ask(window_, Text(message::kOpenListTitle),
                Text(message::kReplaceList)
                    .arg(QString::number(context_.port_list.rowCount()), QFileInfo(file).fileName(),
-                        QString::number(entries->size())),
-               [this, entries](bool yes) {
+                        QString::number(list->entries.size())),
+               [this, entries = list->entries](bool yes) {
                  if (yes) {
-                   Take(*entries);
+                   Take(entries);
                  }
                });
 }
 
+void ListCommands::AskAboutFaults(const QString& file, const OpenedList& list,
+                                  const std::function<void()>& opened) {
+  QList<PortEntry> sound = list.entries;
+  QStringList lines;
+  for (const ListFault& fault : list.faults) {
+    lines.append(Text(message::kLine).arg(fault.line).arg(fault.text));
+    sound[fault.row] = {};
+  }
+  sound.removeAll(PortEntry{});
+  QStringList choices = {Text(message::kOpenSoundLines), Text(message::kOpenAllLines),
+                         Text(message::kOpenNothing)};
+  QList<std::optional<QList<PortEntry>>> outcomes = {sound, list.entries, std::nullopt};
+  if (sound.isEmpty()) {
+    choices.removeFirst();
+    outcomes.removeFirst();
+  }
+  prompts_.AskChoice(window_, Text(message::kOpenListTitle),
+                     Text(message::kFaultyLines)
+                         .arg(QFileInfo(file).fileName(), ShortList(lines, QStringLiteral("\n"))),
+                     choices, [this, outcomes, opened](qsizetype choice) {
+                       if (const auto& entries = outcomes.at(choice)) {
+                         Take(*entries);
+                         opened();
+                       }
+                     });
+}
+
 // Shows the user why a file cannot be read.
-std::optional<QList<PortEntry>> ListCommands::ReadFile(const QString& file) {
-  auto entries = LoadPortList(file);
+std::optional<ListCommands::OpenedList> ListCommands::ReadFile(const QString& file) {
+  const auto bytes = ReadListBytes(file);
+  const auto entries = bytes ? CheckedPortList(*bytes) : std::unexpected(bytes.error());
   if (!entries) {
     prompts_.Tell(window_, Text(WhyNot(entries.error())) + QLatin1Char('\n') +
                                QDir::toNativeSeparators(file));
     return std::nullopt;
   }
-  return std::move(*entries);
+  return OpenedList{.entries = *entries, .faults = FindListFaults(*bytes)};
 }
 
 void ListCommands::Take(QList<PortEntry> entries) {

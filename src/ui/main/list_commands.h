@@ -35,10 +35,10 @@ class ListCommands final : public QObject {
   void RemoveAll();
   void SaveAs();
   // Replaces the list and makes the opened one the working list. A file that cannot be read changes
-  // nothing.
+  // nothing. Where lines of it are no entries, the user is shown them first, and decides.
   void Open();
-  // As Open(), for a file that was chosen otherwise. False when it cannot be read.
-  bool OpenFile(const QString& file);
+  // As Open(), for a file that was chosen otherwise. `opened` is called once the list is there.
+  void OpenFile(const QString& file, const std::function<void()>& opened = [] {});
   // As OpenFile(), for a file that may have been dropped on the window by mistake: asks first if it
   // would replace rows.
   void OfferFile(const QString& file);
@@ -57,11 +57,18 @@ class ListCommands final : public QObject {
   bool CanRedo() const { return history_.CanRedo(); }
 
  Q_SIGNALS:
-  // The rows were read or written: columns and totals have to be updated.
+  // The rows were read or written, or could not be written: columns and totals have to be updated.
   void listWritten();
 
  private:
-  std::optional<QList<PortEntry>> ReadFile(const QString& file);
+  struct OpenedList {
+    QList<PortEntry> entries;
+    QList<ListFault> faults;
+  };
+
+  std::optional<OpenedList> ReadFile(const QString& file);
+  void AskAboutFaults(const QString& file, const OpenedList& list,
+                      const std::function<void()>& opened);
   void Take(QList<PortEntry> entries);
   void SaveFile(const QString& file);
   void ShowState(std::optional<QList<PortEntry>> state);

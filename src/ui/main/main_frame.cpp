@@ -7,27 +7,29 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
-#include <QScrollArea>
+#include <QScrollBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "async/wait.h"
+#include "ui/toolkit/settle_focus.h"
 
 namespace quayline {
 
-MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory windows)
+MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory& windows)
     : context_(context),
       prompts_(prompts),
-      main_(new MainWindow(context, prompts, std::move(windows), this)) {
+      area_(new QScrollArea(this)),
+      main_(new MainWindow(context, prompts, windows, this)) {
   setObjectName(QStringLiteral("MainFrame"));
   setWindowTitle(QStringLiteral("Quayline"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   // On a small screen, or at a large scale, "Update Router" would be beyond the window's edge.
-  auto* area = new QScrollArea;
-  area->setFrameShape(QFrame::NoFrame);
-  area->setWidgetResizable(true);
-  area->setWidget(main_);
-  layout->addWidget(area);
+  area_->setFrameShape(QFrame::NoFrame);
+  area_->setWidgetResizable(true);
+  area_->setWidget(main_);
+  layout->addWidget(area_);
   setMinimumSize(480, 360);
   connect(main_, &MainWindow::exitRequested, this, &QWidget::close);
 }
@@ -52,14 +54,36 @@ std::optional<QSize> MainFrame::StoredSize() const {
   return stored.isEmpty() ? std::nullopt : std::optional(stored);
 }
 
+void MainFrame::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  main_->UseWidth(width() - area_->verticalScrollBar()->sizeHint().width());
+}
+
+void MainFrame::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  QTimer::singleShot(0, this, &MainFrame::FitScreen);
+}
+
+// The system's frame is known when the window is shown: it has to be on the screen as well.
+void MainFrame::FitScreen() {
+  const QRect room = screen()->availableGeometry();
+  const QSize frame = frameGeometry().size() - size();
+  resize(size().boundedTo(room.size() - frame));
+  const QRect place = frameGeometry();
+  const QPoint most(room.right() - place.width() + 1, room.bottom() - place.height() + 1);
+  move(std::max(room.left(), std::min(place.left(), most.x())),
+       std::max(room.top(), std::min(place.top(), most.y())));
+}
+
 void MainFrame::closeEvent(QCloseEvent* event) {
+  SettleFocus(this);
   if (!failed_ && !isMaximized()) {
     context_.settings.SetValue(setting::kWindowSize,
                                QStringLiteral("%1,%2").arg(width()).arg(height()));
   }
   hide();
   Q_EMIT leaving();
-  // Boxes and other windows are closed as well; each ends what it runs.
+  // Boxes and other windows are closed as well, and end what they run.
   const QWidgetList windows = QApplication::topLevelWidgets();
   for (QWidget* window : windows) {
     if (window != this) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QScrollArea>
 #include <QWidget>
 
 #include <optional>
@@ -17,7 +18,8 @@ class MainFrame final : public QWidget {
   Q_OBJECT
 
  public:
-  MainFrame(AppContext& context, Prompts& prompts, WindowFactory windows);
+  // What is referred to outlives it.
+  MainFrame(AppContext& context, Prompts& prompts, WindowFactory& windows);
 
   // Gets everything ready, so that showing it is the last step. If the program cannot start, it
   // shows why, and closes after that.
@@ -29,20 +31,24 @@ class MainFrame final : public QWidget {
 
  Q_SIGNALS:
   void startFailed();
-  // The user has closed the program, which may still have saves to finish.
+  // The user is done with the program, though it may still wait for a save.
   void leaving();
   // Everything is closed, and all saves have arrived: the program can end.
   void closed();
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
   std::optional<QSize> StoredSize() const;
+  void FitScreen();
   Task<> End();
 
   AppContext& context_;
   Prompts& prompts_;
+  QScrollArea* area_;
   MainWindow* main_;
   bool failed_ = false;
   Flow ending_;

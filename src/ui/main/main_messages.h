@@ -6,7 +6,8 @@
 
 namespace quayline::message {
 
-// The texts of the main window. Those of the update checks are in core/update_command.
+// The texts of the main window that code puts together. Those of the update checks are beside the
+// checks.
 inline constexpr Message kHeaderAppName{"App Name"};
 inline constexpr Message kHeaderForwardedTo{"Forwarded To"};
 inline constexpr Message kHeaderStartPort{"Start Port"};
@@ -79,7 +80,15 @@ inline constexpr Message kListChanged{
 inline constexpr Message kKeepMyList{"Keep &Mine"};
 inline constexpr Message kTakeOtherList{"Take the &Other"};
 inline constexpr Message kKeepBothLists{"Keep the Entries of &Both"};
-inline constexpr Message kReplaceListTitle{"Open List"};
+inline constexpr Message kOpenListTitle{"Open List"};
+inline constexpr Message kFaultyLines{
+    "Some lines of \"%1\" are no entries: their ports are missing or not from 1 to 65535, or they "
+    "say neither TCP nor UDP.\n\n%2\n\nYour list has not been changed yet. What do you want to "
+    "open?"};
+inline constexpr Message kLine{"Line %1: %2"};
+inline constexpr Message kOpenSoundLines{"The &Other Lines"};
+inline constexpr Message kOpenAllLines{"&All Lines As They Are"};
+inline constexpr Message kOpenNothing{"&Nothing"};
 inline constexpr Message kReplaceList{
     "Put the ports of \"%2\" in place of those in your list?\n\nEntries now: %1, then: %3."};
 inline constexpr Message kNoBrowser{"Your web browser cannot be started. The page is:"};

@@ -3,13 +3,13 @@
 
 #include "ui/main/main_window.h"
 
-#include <QCompleter>
-#include <QLineEdit>
-#include <QLocale>
-#include <QShortcut>
+#include <QDialog>
+#include <QDragEnterEvent>
 
 #include "ui/main/main_messages.h"
+#include "ui/main/missing_features.h"
 #include "ui/main/version.h"
+#include "ui/toolkit/fields.h"
 #include "ui/toolkit/theme.h"
 #include "ui_main_window.h"
 
@@ -19,29 +19,34 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QString InBrackets(const QString& text) { return QStringLiteral(" (%1)").arg(text); }
+constexpr int kRouterShare = 3;  // of the width, where the login has two
+constexpr int kLoginShare = 2;
 
 }  // namespace
 
-MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory windows,
+MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& windows,
                        QWidget* parent)
     : QMainWindow(parent),
       context_(context),
       prompts_(prompts),
-      windows_(std::move(windows)),
+      windows_(windows),
       ui_(std::make_unique<Ui::MainWindow>()),
       selection_(context),
-      list_(context, prompts, this),
-      start_up_(context, list_, routers_) {
-  setWindowFlags(Qt::Widget);  // it is a child of MainFrame
+      router_panel_(new RouterPanel(context.session, routers_, context.translator, this)),
+      login_panel_(new LoginPanel(context.session, this)),
+      list_panel_(new PortListPanel(context, prompts, windows, this)),
+      start_up_(context, list_panel_->Commands(), routers_, selection_) {
+  setWindowFlags(Qt::Widget);  // the frame is that of the window around it
   ui_->setupUi(this);
-  DressUp();
-  ConnectRouter();
-  ConnectLogin();
-  ConnectList();
-  ConnectAdvancedMenu();
+  AddPanels();
+  SettleFieldsBeforeCommands(this);
+  ShareUndoKeys(this);
+  menus_ = new MainMenus(context, prompts, *ui_, this);
+  HideMissingFeatures(*this, context.maker_site);
+  ConnectPanels();
   ConnectRouterWindows();
-  ConnectWebPages();
+  ConnectList();
+  ConnectListMenu();
   ConnectStartUp();
   SetTimers();
 }
@@ -52,102 +57,131 @@ std::expected<void, QString> MainWindow::Load() {
   if (auto prepared = start_up_.Prepare(); !prepared) {
     return prepared;
   }
-  ui_->silent_mode_action->setChecked(context_.job_options.silent_mode);
-  ui_->throttle_action->setChecked(context_.job_options.throttle);
+  menus_->ShowOptions();
   start_timer_.start(250ms);
   local_ip_timer_.start(500ms);
   return {};
 }
 
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  start_up_.NoteWindowShown();
+}
+
+// Not before the window can be seen: a write of the first half of the start may have failed.
+void MainWindow::ReportFailedWrites() {
+  const auto report = [this] { prompts_.Tell(this, Text(message::kCannotKeepSettings)); };
+  if (!context_.settings.StorePending()) {
+    report();
+  }
+  connect(&context_.settings, &Settings::writeFailed, this, report);
+}
+
 void MainWindow::Unload() {
   start_timer_.stop();
-  totals_timer_.stop();
   local_ip_timer_.stop();
-  retry_timer_.stop();
   start_up_.Cancel();
-  columns_->Flush();
+  list_panel_->Flush();
   context_.settings.StorePending();
   context_.certificates.StorePending();
-  list_.Finish();
+  List().Finish();
   delete job_window_.data();
   context_.databases.Close();
 }
 
-void MainWindow::DressUp() {
+void MainWindow::AddPanels() {
+  ui_->top_layout->addWidget(router_panel_, kRouterShare);
+  ui_->top_layout->addWidget(login_panel_, kLoginShare);
+  ui_->page_layout->insertWidget(1, list_panel_, 1);
   ui_->version_label->setText(QStringLiteral("Quayline v%1").arg(ProgramVersion()));
-  ui_->logo_label->setPixmap(ProgramLogo().pixmap(QSize(96, 96), devicePixelRatioF()));
-  ui_->image_wait_label->setPixmap(ThemeIcon(QStringLiteral("wait"), QPalette::WindowText)
-                                       .pixmap(QSize(32, 32), devicePixelRatioF()));
-  ui_->router_image->SetEmptyText(Text(message::kNoPicture));
-  ShowPicture(RouterPicture::kLogo, {});
-
-  ui_->add_button->setIcon(ThemeIcon(QStringLiteral("add")));
-  ui_->remove_button->setIcon(ThemeIcon(QStringLiteral("remove")));
-  ui_->open_button->setIcon(ThemeIcon(QStringLiteral("open")));
-  ui_->save_button->setIcon(ThemeIcon(QStringLiteral("save")));
   ui_->view_ports_button->setIcon(ThemeIcon(QStringLiteral("ports")));
   ui_->update_button->setIcon(ThemeIcon(QStringLiteral("update"), QPalette::HighlightedText));
-  ui_->login_help_button->setIcon(ThemeIcon(QStringLiteral("help")));
-  ui_->router_list_button->setIcon(ThemeIcon(QStringLiteral("search")));
-  ui_->detect_router_button->setIcon(ThemeIcon(QStringLiteral("detect")));
 }
 
-void MainWindow::ConnectRouter() {
-  routers_.Reset(Text(message::kChooseRouter));
-  ui_->router_box->setModel(&routers_);
-  auto* completer = new QCompleter(&routers_, ui_->router_box);
-  completer->setCaseSensitivity(Qt::CaseInsensitive);
-  completer->setFilterMode(Qt::MatchContains);
-  ui_->router_box->setCompleter(completer);
-  IgnoreWheel(
-      ui_->router_box);  // a turn over it would choose another router and replace the typed login
-  connect(ui_->router_box, &QComboBox::activated, this, &MainWindow::SelectRouterRow);
-  connect(ui_->router_box->lineEdit(), &QLineEdit::editingFinished, this,
-          &MainWindow::SettleRouter);
-  connect(ui_->router_box, &QComboBox::editTextChanged, this,
-          [this](const QString& text) { context_.session.router_name = text; });
-  connect(&selection_, &RouterSelection::routerRead, this, [this] {
-    ui_->username_edit->setText(context_.session.username);
-    ui_->password_edit->setText(context_.session.password);
-    ShowMaxEntries();
-  });
-  connect(&selection_, &RouterSelection::pictureChanged, this, &MainWindow::ShowPicture);
+void MainWindow::UseWidth(int width) {
+  const int margins = ui_->page_layout->contentsMargins().left() * 2;
+  const int both = router_panel_->minimumSizeHint().width() + ui_->top_layout->spacing() +
+                   login_panel_->minimumSizeHint().width();
+  ui_->top_layout->setDirection(width < both + margins ? QBoxLayout::TopToBottom
+                                                       : QBoxLayout::LeftToRight);
+}
 
-  connect(ui_->router_ip_edit, &QLineEdit::textChanged, this, &MainWindow::OnRouterIpChanged);
-  connect(ui_->http_port_edit, &QLineEdit::textChanged, this, [this](const QString& text) {
-    context_.session.http_port = text;
-    Store(setting::kHttpPort, text);
+void MainWindow::ConnectPanels() {
+  connect(router_panel_, &RouterPanel::routerChosen, this,
+          [this](int row) { selection_.Select(row, routers_.RouterId(row)); });
+  connect(router_panel_, &RouterPanel::edited, this, &MainWindow::StoreSession);
+  connect(login_panel_, &LoginPanel::edited, this, &MainWindow::StoreSession);
+  connect(login_panel_, &LoginPanel::helpWanted, this, [this] {
+    menus_->Explain({message::kLoginHelp1, message::kLoginHelp2, message::kLoginHelp3,
+                     message::kLoginHelp4, message::kLoginHelp5});
   });
-  connect(ui_->http_port_edit, &QLineEdit::editingFinished, this, [this] {
-    const QString trimmed = ui_->http_port_edit->text().trimmed();
-    ui_->http_port_edit->setText(trimmed.isEmpty() ? QStringLiteral("80") : trimmed);
-  });
-  connect(ui_->http_type_box, &QComboBox::currentTextChanged, this, [this](const QString& text) {
-    context_.session.http_type = text;
-    Store(setting::kHttpType, text);
+  connect(login_panel_, &LoginPanel::defaultLoginsWanted, this,
+          [this] { menus_->OpenPage(context_.maker_site.DefaultLogins()); });
+  connect(router_panel_, &RouterPanel::routerRequestWanted, this,
+          [this] { menus_->OpenPage(context_.maker_site.RouterRequest()); });
+  connect(&selection_, &RouterSelection::routerRead, this, &MainWindow::ShowSession);
+  connect(&selection_, &RouterSelection::pictureChanged, router_panel_, &RouterPanel::ShowPicture);
+  connect(ui_->language_box, &QComboBox::textActivated, this, [this](const QString& language) {
+    context_.settings.SetValue(setting::kLanguage, language);
   });
 }
 
-void MainWindow::ConnectLogin() {
-  connect(ui_->username_edit, &QLineEdit::textChanged, this, [this](const QString& text) {
-    context_.session.username = text;
-    Store(setting::kRouterUsername, text);
+void MainWindow::ConnectRouterWindows() {
+  connect(router_panel_, &RouterPanel::routerListWanted, this,
+          [this] { windows_.RouterList(this, [this](int id) { ChooseRouter(id); })->open(); });
+  connect(router_panel_, &RouterPanel::adaptersWanted, this, [this] {
+    const auto take = [this](const QString& gateway) {
+      context_.session.router_ip = gateway;
+      ShowSession();
+      StoreSession();
+    };
+    windows_.Adapters(this, take)->open();
   });
-  connect(ui_->password_edit, &QLineEdit::textChanged, this, [this](const QString& text) {
-    context_.session.password = text;
-    Store(setting::kRouterPassword, text);
+  connect(ui_->view_scripts_action, &QAction::triggered, this, [this] {
+    if (IsRouterKnown()) {
+      windows_.Scripts(this, [this] { ChooseRouter(context_.session.router_id); })->open();
+    }
   });
-  connect(ui_->show_password_check, &QCheckBox::toggled, this, [this](bool shown) {
-    context_.session.show_password = shown;
-    ui_->password_edit->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password);
-    Store(setting::kShowPassword, QString::number(shown ? 1 : 0));
+  connect(ui_->view_ports_button, &QPushButton::clicked, this, &MainWindow::ViewPorts);
+  connect(ui_->update_button, &QPushButton::clicked, this, &MainWindow::UpdateRouter);
+  connect(ui_->update_action, &QAction::triggered, this, &MainWindow::UpdateRouter);
+  addAction(ui_->update_action);
+}
+
+void MainWindow::ConnectList() {
+  connect(list_panel_, &PortListPanel::totalsChanged, this, &MainWindow::ShowTotals);
+  connect(list_panel_, &PortListPanel::menuWanted, ui_->list_menu,
+          [this](const QPoint& place) { ui_->list_menu->popup(place); });
+  connect(list_panel_, &PortListPanel::rowsChanged, this, [this] {
+    const bool has_rows = context_.port_list.rowCount() > 0;
+    for (QAction* action : {ui_->edit_entry_action, ui_->remove_entry_action,
+                            ui_->remove_ports_action, ui_->remove_all_action}) {
+      action->setEnabled(has_rows);
+    }
+    ui_->undo_action->setEnabled(List().CanUndo());
+    ui_->redo_action->setEnabled(List().CanRedo());
   });
-  connect(ui_->login_help_button, &QToolButton::clicked, this, [this] {
-    Tell({message::kLoginHelp1, message::kLoginHelp2, message::kLoginHelp3, message::kLoginHelp4,
-          message::kLoginHelp5});
-  });
-  connect(ui_->language_box, &QComboBox::textActivated, this,
-          [this](const QString& language) { Store(setting::kLanguage, language); });
+  setAcceptDrops(true);
+}
+
+void MainWindow::ConnectListMenu() {
+  for (QAction* action : {ui_->add_ports_action, ui_->add_entry_action}) {
+    connect(action, &QAction::triggered, list_panel_, &PortListPanel::AddEntries);
+  }
+  for (QAction* action : {ui_->remove_ports_action, ui_->remove_entry_action}) {
+    connect(action, &QAction::triggered, list_panel_, &PortListPanel::RemoveSelected);
+  }
+  connect(ui_->edit_entry_action, &QAction::triggered, list_panel_, &PortListPanel::EditEntry);
+  connect(ui_->remove_all_action, &QAction::triggered, &List(), &ListCommands::RemoveAll);
+  connect(ui_->undo_action, &QAction::triggered, &List(), &ListCommands::Undo);
+  connect(ui_->redo_action, &QAction::triggered, &List(), &ListCommands::Redo);
+  connect(ui_->open_action, &QAction::triggered, &List(), &ListCommands::Open);
+  connect(ui_->save_action, &QAction::triggered, &List(), &ListCommands::SaveAs);
+  connect(ui_->exit_action, &QAction::triggered, this, &MainWindow::exitRequested);
+  list_panel_->AddListAction(ui_->add_entry_action, {QKeySequence(Qt::Key_Insert)});
+  list_panel_->AddListAction(ui_->edit_entry_action,
+                             {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
+  list_panel_->AddListAction(ui_->remove_entry_action, {QKeySequence(QKeySequence::Delete)});
 }
 
 void MainWindow::ConnectStartUp() {
@@ -158,19 +192,13 @@ void MainWindow::ConnectStartUp() {
             ui_->language_box->addItems(languages);
             ui_->language_box->setCurrentText(current);
           });
-  connect(&start_up_, &StartUp::routersProgress, this, [this](int loaded, int total) {
-    ui_->progress_bar->setMaximum(std::max(1, total));
-    ui_->progress_bar->setValue(loaded);
-  });
-  connect(&start_up_, &StartUp::routersLoaded, this, [this](int count) {
-    ui_->loading_frame->hide();
-    ui_->router_count_label->setText(Text(message::kRoutersLoaded) +
-                                     InBrackets(QLocale(QLocale::English).toString(count)));
-  });
-  connect(&start_up_, &StartUp::fieldsRead, this, &MainWindow::ShowStoredFields);
+  connect(&start_up_, &StartUp::routersProgress, router_panel_, &RouterPanel::ShowProgress);
+  connect(&start_up_, &StartUp::routersLoaded, router_panel_, &RouterPanel::ShowRouterCount);
+  connect(&start_up_, &StartUp::sessionRead, this, &MainWindow::ShowSession);
+  connect(&start_up_, &StartUp::sessionRead, this, &MainWindow::ReportFailedWrites);
   connect(&start_up_, &StartUp::finished, this, [this] {
     SetInputsEnabled(true);
-    ui_->router_box->setFocus();
+    router_panel_->FocusRouter();
     if (const QStringList& notices = context_.databases.Notices(); !notices.isEmpty()) {
       prompts_.Notify(this, notices.join(QStringLiteral("\n\n")));
     }
@@ -181,72 +209,45 @@ void MainWindow::ConnectStartUp() {
 void MainWindow::SetTimers() {
   start_timer_.setSingleShot(true);
   connect(&start_timer_, &QTimer::timeout, &start_up_, &StartUp::Begin);
-  totals_timer_.setSingleShot(true);
-  totals_timer_.setInterval(100ms);
-  connect(&totals_timer_, &QTimer::timeout, this, &MainWindow::ShowTotals);
   connect(&local_ip_timer_, &QTimer::timeout, this, &MainWindow::ShowLocalIp);
-  connect(&retry_timer_, &QTimer::timeout, this,
-          [this] { NoteStored(context_.settings.StorePending()); });
 }
 
-// What is typed before the stored values are loaded would be overwritten by them.
+// The stored values would replace what is typed, and be replaced by rows that are added, before
+// they are read.
 void MainWindow::SetInputsEnabled(bool enabled) {
-  ui_->router_card->setEnabled(enabled);
-  ui_->login_card->setEnabled(enabled);
-  ui_->view_ports_button->setEnabled(enabled);
-  ui_->update_button->setEnabled(enabled);
-  SetListEnabled(enabled);
-}
-
-void MainWindow::SelectRouterRow(int row) {
-  selection_.Select(row, routers_.RouterId(row), ui_->router_box->currentText());
-}
-
-void MainWindow::ShowStoredFields(const StoredFields& fields) {
-  const int row = routers_.Find(fields.router);
-  ui_->router_box->setCurrentIndex(row);
-  if (row < 0) {
-    ui_->router_box->setEditText(fields.router);
+  for (QWidget* control : std::initializer_list<QWidget*>{
+           router_panel_, login_panel_, list_panel_, ui_->view_ports_button, ui_->update_button}) {
+    control->setEnabled(enabled);
   }
-  SelectRouterRow(row);
-  if (ui_->router_box->currentText().isEmpty()) {
-    ui_->router_box->setCurrentIndex(0);
-  }
-  ui_->router_ip_edit->setText(fields.router_ip);
-  ui_->http_port_edit->setText(fields.http_port.isEmpty() ? QStringLiteral("80")
-                                                          : fields.http_port);
-  ui_->http_type_box->setCurrentText(fields.http_type.isEmpty() ? QStringLiteral("http://")
-                                                                : fields.http_type);
-  ui_->username_edit->setText(fields.username);
-  ui_->password_edit->setText(fields.password);
-  ui_->show_password_check->setChecked(context_.settings.Boolean(setting::kShowPassword, false));
-  const QString ip = ui_->router_ip_edit->text();
-  if (ip.isEmpty() || ip == QStringLiteral("0.0.0.0")) {
-    ui_->router_ip_edit->setText(DefaultGateway(context_.adapters.List()));
+  for (QAction* action : {ui_->add_ports_action, ui_->add_entry_action, ui_->open_action,
+                          ui_->save_action, ui_->update_action}) {
+    action->setEnabled(enabled);
   }
 }
 
-void MainWindow::ShowPicture(RouterPicture state, const QImage& picture) {
-  ui_->logo_label->setVisible(state == RouterPicture::kLogo);
-  ui_->image_wait_label->setVisible(state == RouterPicture::kWaiting);
-  ui_->router_image->setVisible(state == RouterPicture::kPicture);
-  ui_->router_image->SetPicture(picture);
+// Also reads the chosen router again.
+void MainWindow::ChooseRouter(int id) {
+  if (const int row = routers_.RowOf(id); row > 0) {
+    selection_.Select(row, id);
+  }
 }
 
-void MainWindow::ShowMaxEntries() {
-  const QString& entries = context_.session.max_entries;
-  ui_->max_entries_label->setText(Text(message::kMaxEntries) +
-                                  InBrackets(entries.isEmpty() ? QStringLiteral("NA") : entries));
+void MainWindow::ShowSession() {
+  router_panel_->Show();
+  login_panel_->Show();
+  list_panel_->ShowMaxEntries();
 }
 
 void MainWindow::ShowTotals() {
-  totals_ = ComputeTotals(context_.port_list.Entries());
-  ui_->total_entries_label->setText(Text(message::kTotalEntries) +
-                                    InBrackets(QString::number(totals_.rows)));
-  ui_->total_ports_label->setText(
-      Text(message::kPortsToBeOpened) + InBrackets(QString::number(totals_.total)) +
-      QLatin1Char('\n') + Text(message::kPortType) +
-      QStringLiteral(" (TCP: %1) (UDP: %2)").arg(totals_.tcp).arg(totals_.udp));
+  const PortTotals& totals = Totals();
+  ui_->total_entries_label->setText(
+      QStringLiteral("%1 (%2)").arg(Text(message::kTotalEntries)).arg(totals.rows));
+  ui_->total_ports_label->setText(QStringLiteral("%1 (%2)\n%3 (TCP: %4) (UDP: %5)")
+                                      .arg(Text(message::kPortsToBeOpened))
+                                      .arg(totals.total)
+                                      .arg(Text(message::kPortType))
+                                      .arg(totals.tcp)
+                                      .arg(totals.udp));
 }
 
 void MainWindow::ShowLocalIp() {
@@ -261,14 +262,32 @@ void MainWindow::ShowLocalIp() {
   ui_->local_ip_label->setText(Text(message::kLocalIp) + QLatin1Char(' ') + address);
 }
 
-void MainWindow::OnRouterIpChanged(const QString& typed) {
-  const QString address = WithoutScheme(typed);
-  if (address != typed) {
-    ui_->router_ip_edit->setText(address);
+// What is done with a router is done with the chosen one, whatever is typed in its place.
+bool MainWindow::IsRouterKnown() {
+  if (context_.session.is_name_unknown) {
+    prompts_.Tell(this, Text(kNoSuchRouter).arg(context_.session.router_name));
+    router_panel_->FocusRouter();
+  }
+  return !context_.session.is_name_unknown;
+}
+
+void MainWindow::ViewPorts() {
+  if (!IsRouterKnown()) {
     return;
   }
-  context_.session.router_ip = address;
-  Store(setting::kRouterIp, address);
+  if (context_.session.router_ip.startsWith(QLatin1Char('0'))) {
+    prompts_.Tell(this, Text(kSetRouterIp));
+    router_panel_->FocusAddress();
+    return;
+  }
+  if (context_.job_flags.is_running) {
+    prompts_.Tell(this, Text(message::kJobRuns));
+    return;
+  }
+  context_.job_flags.SetJobStopRequested(false);
+  context_.job_flags.SetJobDebugMode(false);
+  context_.job_flags.view_error_grace = 1;
+  windows_.PageView(this)->open();
 }
 
 void MainWindow::UpdateRouter() {
@@ -289,7 +308,6 @@ void MainWindow::UpdateRouter() {
 }
 
 void MainWindow::StartUpdate() {
-  SettleRouter();
   if (job_window_ != nullptr && job_window_->isVisible()) {
     job_window_->close();
   }
@@ -308,17 +326,17 @@ void MainWindow::StartUpdate() {
 void MainWindow::ShowRefusal(const UpdateVerdict& verdict) {
   prompts_.Tell(this, verdict.message);
   if (verdict.row >= 0) {
-    ui_->port_list_view->setCurrentIndex(context_.port_list.index(verdict.row, 0));
+    list_panel_->SelectRow(verdict.row);
   }
   switch (verdict.focus) {
     case UpdateFocus::kRouter:
-      ui_->router_box->setFocus();
+      router_panel_->FocusRouter();
       break;
     case UpdateFocus::kRouterIp:
-      ui_->router_ip_edit->setFocus();
+      router_panel_->FocusAddress();
       break;
     case UpdateFocus::kPortList:
-      ui_->port_list_view->setFocus();
+      list_panel_->FocusList();
       break;
     case UpdateFocus::kNone:
       break;
@@ -329,29 +347,21 @@ void MainWindow::ShowJob() {
   context_.job_flags.SetJobStopRequested(false);
   context_.job_flags.SetJobDebugMode(false);
   context_.job_flags.job_error_grace = 1;
-  job_window_ = windows_.job_status();
+  job_window_ = windows_.Job();
   job_window_->show();
   job_window_->raise();
   job_window_->activateWindow();
 }
 
-// Every key stroke is stored: the first failure is shown, further ones are not until a retry has
-// succeeded.
-void MainWindow::NoteStored(bool is_stored) {
-  if (is_stored) {
-    retry_timer_.stop();
-  } else if (!retry_timer_.isActive()) {
-    retry_timer_.start(5s);
-    prompts_.Tell(this, Text(message::kCannotKeepSettings));
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (list_panel_->CanTakeDrop(*event->mimeData())) {
+    event->acceptProposedAction();
   }
 }
 
-// A value that is in the file already is not written again: showing the stored values at the start
-// writes nothing.
-void MainWindow::Store(const char* key, const QString& value) {
-  if (context_.settings.Value(key) != value) {
-    NoteStored(context_.settings.SetValue(key, value));
-  }
+void MainWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  list_panel_->TakeDrop(*event->mimeData());
 }
 
 }  // namespace quayline

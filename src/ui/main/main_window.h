@@ -2,22 +2,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QDialog>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
 
-#include <functional>
+#include <expected>
 #include <memory>
 
 #include "core/app_context.h"
-#include "core/port_totals.h"
 #include "core/update_command.h"
-#include "ui/main/list_columns.h"
-#include "ui/main/list_commands.h"
+#include "ui/main/login_panel.h"
+#include "ui/main/main_menus.h"
+#include "ui/main/port_list_panel.h"
 #include "ui/main/router_list_model.h"
+#include "ui/main/router_panel.h"
 #include "ui/main/router_selection.h"
 #include "ui/main/start_up.h"
+#include "ui/main/window_factory.h"
 #include "ui/toolkit/prompts.h"
 
 namespace Ui {
@@ -26,48 +27,29 @@ class MainWindow;
 
 namespace quayline {
 
-// Makes the windows that the main window opens.
-struct WindowFactory {
-  // A job window on the current list and router, which starts by itself when it is shown.
-  std::function<QWidget*()> job_status;
-  // Adds rows to the port list; `changed` is called after each addition.
-  std::function<QDialog*(QWidget* parent, std::function<void()> changed)> add_new;
-  // Edits a row of the port list; `changed` is called after it has changed.
-  std::function<QDialog*(QWidget* parent, int row, std::function<void()> changed)> edit;
-  // The network adapters; `chosen` gets the gateway of the one that the user chooses.
-  std::function<QDialog*(QWidget* parent, std::function<void(const QString&)> chosen)> network_list;
-  // The router's page of ports, reached by the router's view script.
-  std::function<QDialog*(QWidget* parent)> view_page;
-  // The list of routers; `chosen` gets the key of the one that the user chooses.
-  std::function<QDialog*(QWidget* parent, std::function<void(int router_id)> chosen)> router_list;
-  // The selected router's scripts; `written` is called when they may have changed.
-  std::function<QDialog*(QWidget* parent, std::function<void()> written)> view_scripts;
-};
-
-// The main window's content, held by MainFrame: router, login, port list and the one button. It
-// shows the session and the list, stores each change of a field, and leaves everything else to its
-// logic classes.
+// The main window's content, held by MainFrame: the panels of router, login and port list, the
+// menus, and the one button. It connects them to the logic classes and stores each change of the
+// session.
 class MainWindow final : public QMainWindow {
   Q_OBJECT
 
  public:
-  MainWindow(AppContext& context, Prompts& prompts, WindowFactory windows, QWidget* parent);
+  // What is referred to outlives it.
+  MainWindow(AppContext& context, Prompts& prompts, WindowFactory& windows, QWidget* parent);
   ~MainWindow() override;
 
-  // Does the first half of the start and arms the timers. The error has to be shown by the caller,
-  // who ends the program.
+  // Does the first half of the start and begins the second one. Boxes of the start wait for the
+  // window, so that they are above it. The error has to be shown by the caller, who ends the program.
   std::expected<void, QString> Load();
   // Ends what the window runs, its timers, and the job window. Called once, at the end.
   void Unload();
 
   // As pressing "Update Router". While a job runs, the user is asked first.
   void UpdateRouter();
-  // Replaces the list by that of a file, as if it had been chosen in the dialog. False when it
-  // cannot be read, which is shown to the user.
-  bool OpenList(const QString& file) { return list_.OpenFile(file); }
-  // As OpenList(), but asks first where the user has a list that it would replace.
-  void OfferList(const QString& file) { list_.OfferFile(file); }
-  const PortTotals& Totals() const { return totals_; }
+  ListCommands& List() { return list_panel_->Commands(); }
+  const PortTotals& Totals() const { return list_panel_->Totals(); }
+  // Puts router and login below each other where `width` is too small for both.
+  void UseWidth(int width);
 
  Q_SIGNALS:
   // The slow half of the start has ended: everything is filled in.
@@ -75,65 +57,47 @@ class MainWindow final : public QMainWindow {
   void exitRequested();
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void DressUp();
-  void ConnectRouter();
-  void ConnectLogin();
-  void ConnectList();
-  void ConnectRemoval();
-  void ConnectEntryWindows();
-  void SetListKeys();
-  void SetListEnabled(bool enabled);
-  void ConnectAdvancedMenu();
+  void AddPanels();
+  void ConnectPanels();
   void ConnectRouterWindows();
-  void ConnectWebPages();
+  void ConnectList();
+  void ConnectListMenu();
   void ConnectStartUp();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
+  void ReportFailedWrites();
 
-  void SelectRouterRow(int row);
   void ChooseRouter(int id);
-  void SettleRouter();
-  void ReloadRouter();
-  void ViewPorts();
-  void ShowStoredFields(const StoredFields& fields);
-  void ShowPicture(RouterPicture state, const QImage& picture);
-  void ShowMaxEntries();
+  void ShowSession();
+  void StoreSession() { context_.session_store.Write(context_.session); }
   void ShowTotals();
   void ShowLocalIp();
-  void ShowListMenu(const QPoint& position);
-  void OnRouterIpChanged(const QString& typed);
-  void OpenPage(const QUrl& page);
-  void KeepRowSelected();
-  QList<int> SelectedRows() const;
-  void AddEntries();
-  void EditEntry();
+  void ViewPorts();
+  bool IsRouterKnown();
   void ShowRefusal(const UpdateVerdict& verdict);
-  // Checks the list and opens the job window. A former one is closed first.
+  // Checks the list and opens the job window. The one before is closed as by its Close button.
   void StartUpdate();
   void ShowJob();
-  void Tell(std::initializer_list<Message> texts);
-  void Store(const char* key, const QString& value);
-  void NoteStored(bool is_stored);
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
   Prompts& prompts_;
-  WindowFactory windows_;
+  WindowFactory& windows_;
   std::unique_ptr<Ui::MainWindow> ui_;
   RouterListModel routers_;
   RouterSelection selection_;
-  ListCommands list_;
-  std::unique_ptr<ListColumns> columns_;
+  RouterPanel* router_panel_;
+  LoginPanel* login_panel_;
+  PortListPanel* list_panel_;
+  MainMenus* menus_ = nullptr;
   StartUp start_up_;
-  PortTotals totals_;
   QTimer start_timer_;  // the slow half of the start
-  QTimer totals_timer_;
   QTimer local_ip_timer_;
-  QTimer retry_timer_;  // settings that could not be stored
   QPointer<QWidget> job_window_;
 };
 

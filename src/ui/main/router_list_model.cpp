@@ -11,13 +11,6 @@ void RouterListModel::Reset(const QString& placeholder) {
   endResetModel();
 }
 
-void RouterListModel::SetPlaceholder(const QString& placeholder) {
-  if (!rows_.isEmpty()) {
-    rows_.first().name = placeholder;
-    Q_EMIT dataChanged(index(0), index(0));
-  }
-}
-
 void RouterListModel::Append(const QList<RouterName>& routers) {
   if (routers.isEmpty()) {
     return;
@@ -39,15 +32,17 @@ int RouterListModel::RowOf(int id) const {
 }
 
 int RouterListModel::Find(const QString& name) const {
-  if (name.isEmpty()) {
-    return -1;
-  }
-  for (int row = 0; row < rows_.size(); ++row) {
-    if (rows_.at(row).name.compare(name, Qt::CaseInsensitive) == 0) {
+  int other_case = -1;
+  for (int row = 1; row < rows_.size() && !name.isEmpty(); ++row) {
+    const QString& each = rows_.at(row).name;
+    if (each == name) {
       return row;
     }
+    if (other_case < 0 && each.compare(name, Qt::CaseInsensitive) == 0) {
+      other_case = row;
+    }
   }
-  return -1;
+  return other_case;
 }
 
 int RouterListModel::rowCount(const QModelIndex& parent) const {
@@ -57,6 +52,9 @@ int RouterListModel::rowCount(const QModelIndex& parent) const {
 QVariant RouterListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rows_.size()) {
     return {};
+  }
+  if (role == Qt::EditRole && index.row() == 0) {
+    return QString();
   }
   if (role == Qt::DisplayRole || role == Qt::EditRole) {
     return rows_.at(index.row()).name;

@@ -9,17 +9,16 @@
 
 namespace quayline {
 
-// The routers to choose from. Row 0 is a placeholder without a router (id 0); the others follow in
-// the order in which they are appended.
+// The routers to choose from. Row 0 is a placeholder without a router (id 0), which has a text in a
+// list, and none in a field; the others follow in the order in which they are appended.
 class RouterListModel final : public QAbstractListModel {
   Q_OBJECT
 
  public:
   explicit RouterListModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
 
-  // Removes all rows but the placeholder.
+  // Starts again with nothing but the placeholder.
   void Reset(const QString& placeholder);
-  void SetPlaceholder(const QString& placeholder);
   void Append(const QList<RouterName>& routers);
 
   int RouterCount() const { return std::max<int>(0, static_cast<int>(rows_.size()) - 1); }
@@ -28,7 +27,8 @@ class RouterListModel final : public QAbstractListModel {
   int RouterId(int row) const;
   // The row of a router, or -1.
   int RowOf(int id) const;
-  // The first row of exactly this name in any case, or -1. An empty name is never found.
+  // The first row of exactly this name, else the first one in another case, else -1. An empty name
+  // is never found, nor is the placeholder.
   int Find(const QString& name) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -26,25 +26,48 @@ RouterSelection::RouterSelection(AppContext& context, QObject* parent)
 
 RouterSelection::~RouterSelection() = default;
 
-void RouterSelection::Select(int index, int id, const QString& name) {
+void RouterSelection::Select(int index, int id) {
   flow_.Cancel();
   if (index <= 0) {
     Q_EMIT pictureChanged(RouterPicture::kLogo, {});
     return;
   }
-  if (const auto record = context_.databases.FindRouter(id)) {
-    SelectRouter(context_.session, *record);
-  } else {
+  context_.session_store.Write(context_.session);  // the login of the router that is left
+  const auto record = context_.databases.FindRouter(id);
+  if (!record) {
     qCWarning(log_router) << "router" << id << "is no longer in the database";
+    context_.session.router_name = context_.session.chosen_router;
+    Q_EMIT routerRead();
+    return;
   }
-  context_.session.router_name = name;
-  Q_EMIT routerRead();
-  flow_.Start(ShowRouter(name));
+  Take(*record, context_.session_store.LoginFor(context_.session, *record));
+  flow_.Start(ShowRouter(Storing::kChoice));
 }
 
-Task<> RouterSelection::ShowRouter(QString name) {
-  // The name is stored after the picture, also when the wait for the picture is cancelled.
-  const auto store = qScopeGuard([&] { context_.settings.SetValue(setting::kRouter, name); });
+void RouterSelection::Restore(int index, int id) {
+  const auto record = index > 0 ? context_.databases.FindRouter(id) : std::nullopt;
+  if (!record) {
+    Q_EMIT pictureChanged(RouterPicture::kLogo, {});
+    return;
+  }
+  Take(*record, context_.session.CurrentLogin());
+  flow_.Start(ShowRouter(Storing::kNothing));
+}
+
+void RouterSelection::Take(const RouterRecord& record, const Login& login) {
+  SelectRouter(context_.session, record);
+  context_.session.username = login.username;
+  context_.session.password = login.password;
+  Q_EMIT routerRead();
+}
+
+Task<> RouterSelection::ShowRouter(Storing storing) {
+  // The choice is stored after the picture, also when the wait for the picture is cancelled.
+  const auto store = qScopeGuard([this, storing] {
+    if (storing == Storing::kChoice) {
+      context_.session_store.Write(context_.session);
+    }
+  });
   Q_EMIT pictureChanged(RouterPicture::kWaiting, {});
   if (first_picture_pending_) {
     first_picture_pending_ = false;

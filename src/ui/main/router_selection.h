@@ -16,9 +16,9 @@ enum class RouterPicture {
   kPicture   // the router's picture, which may be missing
 };
 
-// What choosing a router does: its row fills the session, its picture is shown, its name is stored.
-// The picture is fetched and decoded in the background; another choice, or the end of the owner,
-// cancels that.
+// What choosing a router does: its row fills the session, with the user's own login where he has
+// one for it; its picture is shown, and the choice is stored. The picture is fetched and decoded in
+// the background; another choice, or the end of the owner, cancels that.
 class RouterSelection final : public QObject {
   Q_OBJECT
 
@@ -26,10 +26,12 @@ class RouterSelection final : public QObject {
   explicit RouterSelection(AppContext& context, QObject* parent = nullptr);
   ~RouterSelection() override;
 
-  // The row `index` of the list was chosen, a router with the key `id`. The placeholder (index 0)
-  // and a name that is not in the list (below 0) only show the logo again: login, limits and
-  // scripts of the router before them stay.
-  void Select(int index, int id, const QString& name);
+  // The user chose the row `index` of the list, a router with the key `id`. The placeholder
+  // (index 0) and a name that is not in the list (below 0) only bring the logo back: login, limits
+  // and scripts of the router before them stay.
+  void Select(int index, int id);
+  // As Select() for the router of the last run: its login is in the session, and nothing is stored.
+  void Restore(int index, int id);
 
  Q_SIGNALS:
   // The session holds another router's login, limits and scripts.
@@ -37,7 +39,10 @@ class RouterSelection final : public QObject {
   void pictureChanged(quayline::RouterPicture state, const QImage& picture);
 
  private:
-  Task<> ShowRouter(QString name);
+  enum class Storing { kNothing, kChoice };
+
+  void Take(const RouterRecord& record, const Login& login);
+  Task<> ShowRouter(Storing storing);
   Task<> FetchPicture();
   QString PictureFile() const { return context_.FileInFolder("router.jpg"); }
 

@@ -19,23 +19,24 @@ using namespace std::chrono_literals;
 
 constexpr int kRoutersAStep = 500;  // a step takes much less than an animation frame
 
-// "English | English" where nothing, or a language that is not installed, is stored.
+// A language that is not installed any more counts as none.
 QString CurrentLanguage(const QStringList& languages, const QString& stored) {
-  return languages.contains(stored) ? stored : QStringLiteral("English | English");
+  return languages.contains(stored) ? stored : setting::kLanguage.Standard();
 }
 
 }  // namespace
 
-StartUp::StartUp(AppContext& context, ListCommands& list, RouterListModel& routers, QObject* parent)
-    : QObject(parent), context_(context), list_(list), routers_(routers) {}
+StartUp::StartUp(AppContext& context, ListCommands& list, RouterListModel& routers,
+                 RouterSelection& selection)
+    : context_(context), list_(list), routers_(routers), selection_(selection) {}
 
 std::expected<void, QString> StartUp::Prepare() {
   RemoveUnfinishedWrites(context_.program_folder);
   NoteDailyCheck();
-  context_.job_options.silent_mode = context_.settings.Boolean(setting::kSilentMode, true);
+  context_.job_options.silent_mode = context_.settings.Boolean(setting::kSilentMode);
   context_.job_options.verify_after_update =
-      context_.settings.Boolean(setting::kVerifyAfterUpdate, true);
-  context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle, true);
+      context_.settings.Boolean(setting::kVerifyAfterUpdate);
+  context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle);
   if (const auto opened = context_.databases.Open(context_.program_folder, context_.shipped_folder);
       !opened) {
     return std::unexpected(
@@ -49,7 +50,7 @@ std::expected<void, QString> StartUp::Prepare() {
 }
 
 void StartUp::NoteDailyCheck() {
-  if (!context_.settings.Boolean(setting::kCheckForUpdates, false)) {
+  if (!context_.settings.Boolean(setting::kCheckForUpdates)) {
     return;
   }
   const QString today = QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy"));
@@ -63,16 +64,19 @@ void StartUp::Begin() { flow_.Start(Load()); }
 Task<> StartUp::Load() {
   ReadLanguages();
   co_await Sleep(0ms);
-  list_.LoadAtStart();
-  co_await Sleep(0ms);
-  // Read before the routers are loaded: choosing one replaces the stored login by its factory
-  // login.
-  const StoredFields fields = ReadFields();
   co_await LoadRouters();
-  Q_EMIT fieldsRead(fields);
+  co_await Until([this] { return is_window_shown_; }).WokenBy(this, &StartUp::windowShown);
+  co_await Sleep(100ms);  // until the window is on the screen
+  list_.LoadAtStart();
+  RestoreSession();
   Q_EMIT finished();
   co_await Sleep(0ms);
   context_.databases.KeepGoodCopies();
+}
+
+void StartUp::NoteWindowShown() {
+  is_window_shown_ = true;
+  Q_EMIT windowShown();
 }
 
 void StartUp::ReadLanguages() {
@@ -98,14 +102,19 @@ Task<> StartUp::LoadRouters() {
   Q_EMIT routersLoaded(routers_.RouterCount());
 }
 
-StoredFields StartUp::ReadFields() const {
-  const Settings& settings = context_.settings;
-  return {.router = settings.Value(setting::kRouter),
-          .router_ip = settings.Value(setting::kRouterIp),
-          .http_port = settings.Value(setting::kHttpPort),
-          .http_type = settings.Value(setting::kHttpType),
-          .username = settings.Value(setting::kRouterUsername),
-          .password = settings.Value(setting::kRouterPassword)};
+// The stored login is the user's own one: it wins over that of the router's row. Only an address
+// that was looked up is stored.
+void StartUp::RestoreSession() {
+  RouterSession& session = context_.session;
+  context_.session_store.Read(session);
+  const int row = routers_.Find(session.router_name);
+  session.is_name_unknown = row < 0 && !session.router_name.isEmpty();
+  selection_.Restore(row, routers_.RouterId(row));
+  if (session.router_ip.isEmpty() || session.router_ip == QLatin1String("0.0.0.0")) {
+    session.router_ip = DefaultGateway(context_.adapters.List());
+    context_.session_store.Write(session);
+  }
+  Q_EMIT sessionRead();
 }
 
 }  // namespace quayline

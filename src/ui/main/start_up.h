@@ -10,56 +10,53 @@
 #include "core/app_context.h"
 #include "ui/main/list_commands.h"
 #include "ui/main/router_list_model.h"
+#include "ui/main/router_selection.h"
 
 namespace quayline {
 
-// The values of the last run, which the window shows after the routers are loaded.
-struct StoredFields {
-  QString router;
-  QString router_ip;
-  QString http_port;
-  QString http_type;
-  QString username;
-  QString password;
-};
-
-// The steps from the start of the program to the filled main window. The first half is done before
-// the window is shown, the slow half after it in steps, between which the window stays responsive.
-// Belongs to the main window, which shows what the signals carry.
+// What happens between the first window and the filled main window, in its order. The first half is
+// done before the window is on screen, the slow half after it in steps, between which the window
+// answers. Belongs to the main window, which shows what the signals report.
 class StartUp final : public QObject {
   Q_OBJECT
 
  public:
   StartUp(AppContext& context, ListCommands& list, RouterListModel& routers,
-          QObject* parent = nullptr);
+          RouterSelection& selection);
 
-  // Before the window: the daily check's date, the checks of the menu Advanced, the databases.
-  // Without them the program cannot start: the error is the message for the user.
+  // Before the window is shown: the date of the daily check, the options of the menu Advanced, the
+  // databases.
+  // The program cannot go on without them: the error is the message for the user.
   std::expected<void, QString> Prepare();
 
   // The slow half. `finished()` is emitted when everything is filled.
   void Begin();
-  // Cancels the slow half.
+  // The main window can be seen: what may open a box has waited for this.
+  void NoteWindowShown();
+  // Ends the slow half.
   void Cancel() { flow_.Cancel(); }
 
  Q_SIGNALS:
   void languagesRead(const QStringList& languages, const QString& current);
   void routersProgress(int loaded, int total);
   void routersLoaded(int count);
-  // The login is the stored one, which replaces the default login of the selected router.
-  void fieldsRead(const quayline::StoredFields& fields);
+  // The session is that of the last run.
+  void sessionRead();
   void finished();
+  void windowShown();
 
  private:
   Task<> Load();
   void ReadLanguages();
   Task<> LoadRouters();
-  StoredFields ReadFields() const;
+  void RestoreSession();
   void NoteDailyCheck();
 
   AppContext& context_;
   ListCommands& list_;
   RouterListModel& routers_;
+  RouterSelection& selection_;
+  bool is_window_shown_ = false;
   Flow flow_;
 };
 

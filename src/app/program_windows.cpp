@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "app/program_windows.h"
+
+#include "script/web/web_engine.h"
+#include "ui/job/job_window.h"
+#include "ui/job/page_view_window.h"
+#include "ui/tools/router_list_dialog.h"
+#include "ui/tools/script_dialog.h"
+
+namespace quayline {
+
+PageHostFactory ProgramWindows::Hosts() const {
+  return WebPageHosts(context_.job_options, context_.translator, &context_.certificates);
+}
+
+QWidget* ProgramWindows::Job() { return new JobWindow(context_, prompts_, Hosts()); }
+
+QDialog* ProgramWindows::AddEntry(QWidget* parent, std::function<void()> changed) {
+  return entries_.AddNew(parent, changed);
+}
+
+QDialog* ProgramWindows::EditEntry(QWidget* parent, int row, std::function<void()> changed) {
+  return entries_.Edit(parent, row, changed);
+}
+
+QDialog* ProgramWindows::Adapters(QWidget* parent, std::function<void(const QString&)> chosen) {
+  return entries_.NetworkList(parent, chosen);
+}
+
+QDialog* ProgramWindows::PageView(QWidget* parent) {
+  return new PageViewWindow(context_, prompts_, Hosts(), parent);
+}
+
+QDialog* ProgramWindows::RouterList(QWidget* parent, std::function<void(int router_id)> chosen) {
+  return new RouterListDialog(context_, prompts_, parent, std::move(chosen));
+}
+
+QDialog* ProgramWindows::Scripts(QWidget* parent, std::function<void()> written) {
+  return new ScriptDialog(context_, prompts_, parent, std::move(written));
+}
+
+}  // namespace quayline

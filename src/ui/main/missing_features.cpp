@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/main/missing_features.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QWidget>
+
+namespace quayline {
+
+namespace {
+
+enum class Needs { kMakerSite, kLaterVersion, kOtherSystem };
+
+struct Feature {
+  const char* control;
+  Needs needs;
+};
+
+// A feature that works now is not in this table.
+constexpr Feature kMissing[] = {
+    {"router_request_link", Needs::kMakerSite},
+    {"default_logins_button", Needs::kMakerSite},
+    {"forwarding_fails_action", Needs::kMakerSite},
+    {"request_router_action", Needs::kMakerSite},
+    {"wrong_image_action", Needs::kMakerSite},
+    {"website_action", Needs::kMakerSite},
+    {"forums_action", Needs::kMakerSite},
+    {"screenshots_action", Needs::kMakerSite},
+    {"forwarding_guides_action", Needs::kMakerSite},
+    {"triggering_guides_action", Needs::kMakerSite},
+    {"wireless_guides_action", Needs::kMakerSite},
+    {"address_tool_action", Needs::kMakerSite},
+    {"speed_tool_action", Needs::kMakerSite},
+    {"name_lookup_tool_action", Needs::kMakerSite},
+    {"ping_tool_action", Needs::kMakerSite},
+    {"trace_tool_action", Needs::kMakerSite},
+    {"subnet_tool_action", Needs::kMakerSite},
+    {"common_ports_tool_action", Needs::kMakerSite},
+    {"detect_router_button", Needs::kLaterVersion},
+    {"getting_started_action", Needs::kLaterVersion},
+    {"detect_routers_action", Needs::kLaterVersion},
+    {"static_ip_action", Needs::kLaterVersion},
+    {"test_ports_action", Needs::kLaterVersion},
+    {"add_exceptions_action", Needs::kLaterVersion},
+    {"remove_exceptions_action", Needs::kLaterVersion},
+    {"show_exceptions_action", Needs::kLaterVersion},
+    {"update_databases_action", Needs::kLaterVersion},
+    {"check_updates_action", Needs::kLaterVersion},
+    {"clear_cache_action", Needs::kLaterVersion},
+    {"open_network_action", Needs::kLaterVersion},
+    {"open_firewall_action", Needs::kOtherSystem},
+    {"repair_browser_action", Needs::kOtherSystem},
+    {"repair_databases_action", Needs::kOtherSystem},
+};
+
+// Hides the menus below `menu` that have no visible item; whether `menu` has one.
+bool HideEmptyMenus(const QMenu& menu) {
+  bool has_items = false;
+  for (const QAction* action : menu.actions()) {
+    if (QMenu* inner = action->menu()) {
+      inner->menuAction()->setVisible(HideEmptyMenus(*inner));
+    }
+    has_items = has_items || (action->isVisible() && !action->isSeparator());
+  }
+  return has_items;
+}
+
+}  // namespace
+
+void HideMissingFeatures(QWidget& window, const MakerSite& site) {
+  for (const Feature& feature : kMissing) {
+    if (feature.needs == Needs::kMakerSite && site.Exists()) {
+      continue;
+    }
+    auto* control = window.findChild<QObject*>(QLatin1String(feature.control));
+    Q_ASSERT_X(control, "HideMissingFeatures", feature.control);
+    control->setProperty("visible", false);
+  }
+  for (const QMenu* menu : window.findChildren<QMenu*>()) {
+    menu->menuAction()->setVisible(HideEmptyMenus(*menu));
+  }
+}
+
+}  // namespace quayline

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+
+class QDialog;
+class QString;
+class QWidget;
+
+namespace quayline {
+
+// Makes the windows that the main window opens: they are of folders that it does not know. Each
+// dialog is owned by `parent`, and deletes itself when it is closed.
+class WindowFactory {
+ public:
+  virtual ~WindowFactory() = default;
+
+  // A job window on the current list and router, which starts by itself when it is shown.
+  virtual QWidget* Job() = 0;
+  // Adds rows to the port list; `changed` is called after each addition.
+  virtual QDialog* AddEntry(QWidget* parent, std::function<void()> changed) = 0;
+  // Edits a row of the port list; `changed` is called after its content has changed.
+  virtual QDialog* EditEntry(QWidget* parent, int row, std::function<void()> changed) = 0;
+  // The network adapters; `chosen` gets the gateway of the one that the user takes.
+  virtual QDialog* Adapters(QWidget* parent, std::function<void(const QString&)> chosen) = 0;
+  // The router's page of ports, reached by the router's view script.
+  virtual QDialog* PageView(QWidget* parent) = 0;
+  // The list of routers; `chosen` gets the key of the one that the user takes.
+  virtual QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) = 0;
+  // The selected router's scripts; `written` is called when they may have changed.
+  virtual QDialog* Scripts(QWidget* parent, std::function<void()> written) = 0;
+};
+
+}  // namespace quayline
