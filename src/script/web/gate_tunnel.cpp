@@ -233,7 +233,7 @@ LoginWatch::Pass GateTunnel::JudgeLogin() {
   return pass;
 }
 
-void GateTunnel::NoteLoginAnswer(int status) {
+void GateTunnel::NoteLoginAnswer(std::optional<int> status) {
   if (std::exchange(has_login_, false)) {
     gate_.NoteLoginAnswer(AddressOf(watch_->Target()), status);
   }
@@ -257,6 +257,7 @@ bool GateTunnel::ConnectAgain(int error) {
 }
 
 void GateTunnel::Fail(int net_error) {
+  NoteLoginAnswer(0);
   gate_.NoteFailure(origin_, net_error);
   client_.ResetWhenSent();
   Finish();
@@ -276,6 +277,7 @@ void GateTunnel::OnRouterEnded(int error) {
     constexpr int kEmptyAnswer = -324;
     gate_.NoteLost(origin_, watch_->RequestHead(), error == 0 ? kEmptyAnswer : NetErrorOf(error));
   }
+  NoteLoginAnswer(0);
   if (error == 0) {
     client_.CloseWhenSent();
   } else {
@@ -392,7 +394,7 @@ void GateTunnel::OnSilence() {
 
 void GateTunnel::Finish() {
   state_ = State::kOver;
-  NoteLoginAnswer(0);
+  NoteLoginAnswer(std::nullopt);
   NoteOver();
   pause_.stop();
   client_.CloseWhenSent();

@@ -50,7 +50,7 @@ class GateTunnel final : public QObject {
   void TakePlace();
   // Takes a login out of the request that may not have it.
   LoginWatch::Pass JudgeLogin();
-  void NoteLoginAnswer(int status);
+  void NoteLoginAnswer(std::optional<int> status);
   QUrl AddressOf(const QByteArray& target) const {
     return QUrl::fromEncoded(origin_.Address().toEncoded() + target);
   }

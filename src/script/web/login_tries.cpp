@@ -91,7 +91,7 @@ std::optional<LoginWatch::Pass> LoginTries::Judge(const QUrl& full_url) {
   return Pass::kSend;
 }
 
-void LoginTries::NoteAnswer(const QUrl& full_url, int status) {
+void LoginTries::NoteAnswer(const QUrl& full_url, std::optional<int> status) {
   constexpr int kLoginWanted = 401;
   constexpr int kForbidden = 403;
   const QUrl url = Key(full_url);
@@ -100,7 +100,10 @@ void LoginTries::NoteAnswer(const QUrl& full_url, int status) {
     return;
   }
   realm->in_flight = std::max(realm->in_flight - 1, 0);
-  if (status == 0) {
+  if (!status) {
+    return;
+  }
+  if (*status == 0) {
     --realm->sent[url];
   } else if (status != kLoginWanted && status != kForbidden) {
     NoteArrival(url);

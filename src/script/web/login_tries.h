@@ -39,7 +39,7 @@ class LoginTries final {
   // As LoginWatch has them. Until a login is accepted, it is sent as often as it was given for
   // `url`. Nothing: no login was given at all, so it is one of the page's own.
   std::optional<LoginWatch::Pass> Judge(const QUrl& url);
-  void NoteAnswer(const QUrl& url, int status);
+  void NoteAnswer(const QUrl& url, std::optional<int> status);
   // What was asked for at `url` arrived, so a login that was given for it is right.
   void NoteArrival(const QUrl& url);
   // Of what the login was given for, everything that `has_arrived` is true for has arrived, except

@@ -25,8 +25,9 @@ class LoginWatch {
 
   // Nothing: the login is of no concern to this one.
   virtual std::optional<Pass> JudgeLogin(const QUrl& url) = 0;
-  // A request that carried a login was answered. `status` is 0 when no answer came.
-  virtual void NoteLoginAnswer(const QUrl& url, int status) = 0;
+  // A request that carried a login was answered. `status` is 0 when the router ended the connection
+  // without an answer; nothing: the browser did not wait for it.
+  virtual void NoteLoginAnswer(const QUrl& url, std::optional<int> status) = 0;
 };
 
 }  // namespace quayline

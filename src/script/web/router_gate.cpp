@@ -115,7 +115,7 @@ LoginWatch::Pass RouterGate::JudgeLogin(const QUrl& url) const {
   return best.value_or(LoginWatch::Pass::kSend);
 }
 
-void RouterGate::NoteLoginAnswer(const QUrl& url, int status) const {
+void RouterGate::NoteLoginAnswer(const QUrl& url, std::optional<int> status) const {
   for (LoginWatch* const watch : login_watches_) {
     watch->NoteLoginAnswer(url, status);
   }

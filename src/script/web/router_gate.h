@@ -112,7 +112,7 @@ class RouterGate final : public QObject {
   // For the tunnels.
   ConnectionLimit& Limit() { return limit_; }
   LoginWatch::Pass JudgeLogin(const QUrl& url) const;
-  void NoteLoginAnswer(const QUrl& url, int status) const;
+  void NoteLoginAnswer(const QUrl& url, std::optional<int> status) const;
   bool HasHost(const QString& host, quint16 port) const;
   int LastFailure(const QUrl& url, int engine_error) const;
   bool IsWebSocketExpected(const SiteOrigin& origin) const;

@@ -85,7 +85,9 @@ std::optional<LoginWatch::Pass> WebProfile::JudgeLogin(const QUrl& url) {
   return IsRouter(url) ? tries_.Judge(url) : std::nullopt;
 }
 
-void WebProfile::NoteLoginAnswer(const QUrl& url, int status) { tries_.NoteAnswer(url, status); }
+void WebProfile::NoteLoginAnswer(const QUrl& url, std::optional<int> status) {
+  tries_.NoteAnswer(url, status);
+}
 
 void WebProfile::InstallScripts() {
   const QString ask = Secret();

@@ -93,7 +93,7 @@ class WebProfile final : public QObject, private LoginWatch {
 
  private:
   std::optional<Pass> JudgeLogin(const QUrl& url) override;
-  void NoteLoginAnswer(const QUrl& url, int status) override;
+  void NoteLoginAnswer(const QUrl& url, std::optional<int> status) override;
   SiteOrigin Router() const;
   void InstallScripts();
   void Install(const QString& name, QWebEngineScript::ScriptWorldId world, const QString& source);
