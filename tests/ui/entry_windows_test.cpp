@@ -216,6 +216,23 @@ TEST_F(EntryWindowTest, ACommandTakesWhatWasTypedLastAndAMovedPortIsSeenFirst) {
   EXPECT_THAT(Rows(), EndsWith("; Zeros 192.168.1.20() 80-80 TCP/UDP Zeros"));
 }
 
+TEST_F(EntryWindowTest, TabGoesThroughTheFieldsInTheirOrder) {
+  const auto expect_order = [this](const char* first) {
+    Activate();
+    Find(first)->setFocus();
+    for (const char* next : {"protocol_box", "start_port_edit", "end_port_edit", "address_box"}) {
+      QTest::keyClick(window_->focusWidget(), Qt::Key_Tab);
+      EXPECT_EQ(window_->focusWidget()->objectName(), QLatin1String(next)) << next;
+    }
+  };
+  OpenCustom();
+  expect_order("name_box");
+  delete window_.data();
+  OpenEdit(0);
+  EXPECT_EQ(window_->focusWidget(), Find("name_edit"));
+  expect_order("name_edit");
+}
+
 TEST_F(EntryWindowTest, ASinglePortIsTypedOnceAndSeveralMakeRows) {
   OpenCustom();
   TypeKeys("start_port_edit", "81");

@@ -41,6 +41,7 @@ AddEntryDialog::AddEntryDialog(AppContext& context, Prompts& prompts, HostNames&
   connect(names_, &ComputerNameSearch::started, this, &AddEntryDialog::SetBusy);
   connect(names_, &ComputerNameSearch::ended, this, &AddEntryDialog::SetIdle);
   connect(program_page_, &ProgramPage::entriesAdded, this, &AddEntryDialog::ShowAdded);
+  connect(program_page_, &ProgramPage::programChanged, ui_->status_label, &QLabel::clear);
   connect(custom_page_, &CustomPage::entriesAdded, this, &AddEntryDialog::ShowAdded);
   connect(ui_->tabs, &QTabWidget::currentChanged, this, &AddEntryDialog::FocusPage);
   ConnectCommand(ui_->add_button, this, [this] {

@@ -29,7 +29,8 @@ EditEntryDialog::EditEntryDialog(AppContext& context, Prompts& prompts, HostName
       names_(new ComputerNameSearch(context, prompts, host_names, this)) {
   ui_->setupUi(this);
   ui_->page_layout->insertWidget(0, form_);
-  setTabOrder(form_, ui_->update_button);
+  form_->OrderTabs(name_edit_, ui_->update_button);
+  setTabOrder(ui_->update_button, ui_->cancel_button);
   setAttribute(Qt::WA_DeleteOnClose);
   KeepStatusPlace(*ui_->status_label, *ui_->busy_bar);
   SetIdle();

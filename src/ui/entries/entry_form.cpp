@@ -20,7 +20,7 @@ EntryForm::EntryForm(const AppContext& context, Purpose purpose, QWidget* name_f
   ui_->setupUi(this);
   ui_->entry_grid->addWidget(name_field, 0, 1);
   ui_->name_label->setBuddy(name_field);
-  setTabOrder(name_field, ui_->protocol_box);
+  OrderTabs(name_field);
   AddNote(EntryField::kName, ui_->name_note_label, name_field);
   AddNote(EntryField::kProtocol, ui_->protocol_note_label, ui_->protocol_box);
   AddNote(EntryField::kStartPort, ui_->start_port_note_label, ui_->start_port_edit);
@@ -32,6 +32,19 @@ EntryForm::EntryForm(const AppContext& context, Purpose purpose, QWidget* name_f
 }
 
 EntryForm::~EntryForm() = default;
+
+void EntryForm::OrderTabs(QWidget* name_field, QWidget* next) {
+  QWidget* before = name_field;
+  for (QWidget* field :
+       std::initializer_list<QWidget*>{ui_->protocol_box, ui_->start_port_edit, ui_->end_port_edit,
+                                       ui_->address_box, ui_->detect_address_button}) {
+    setTabOrder(before, field);
+    before = field;
+  }
+  if (next != nullptr) {
+    setTabOrder(before, next);
+  }
+}
 
 void EntryForm::AddNote(EntryField field, QLabel* line, QWidget* control) {
   notes_.insert(field, new FieldNote(line, control));

@@ -35,6 +35,10 @@ class EntryForm final : public QWidget {
   EntryForm(const AppContext& context, Purpose purpose, QWidget* name_field, QWidget* parent);
   ~EntryForm() override;
 
+  // The Tab key goes from the name through the fields to `next`. To be called when all of them are
+  // in their window.
+  void OrderTabs(QWidget* name_field, QWidget* next = nullptr);
+
   // What the fields contain. The name is the dialog's.
   TypedEntry Typed(const QString& name) const;
   void ShowPorts(const QString& start, const QString& end);

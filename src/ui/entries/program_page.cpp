@@ -126,6 +126,7 @@ void ProgramPage::ForgetProgram() {
 void ProgramPage::ShowEntriesRequired(int entries) {
   ui_->entries_required_label->setText(Text(message::kEntriesRequired) +
                                        InBrackets(QString::number(entries)));
+  Q_EMIT programChanged();
 }
 
 void ProgramPage::Discover(const QString& program) {

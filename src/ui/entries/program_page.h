@@ -42,6 +42,8 @@ class ProgramPage final : public QWidget {
  Q_SIGNALS:
   // The list has `count` new rows.
   void entriesAdded(qsizetype count);
+  // Another program is shown, or none.
+  void programChanged();
 
  private:
   void ConnectPrograms();
