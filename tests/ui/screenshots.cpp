@@ -267,6 +267,9 @@ class Photographer final {
     add->findChild<QTabWidget*>()->setCurrentIndex(1);
     co_await Sleep(50ms);
     Save(*add, QStringLiteral("add_entry_custom"));
+    Click(add, "add_button");
+    co_await Sleep(50ms);
+    Save(*add, QStringLiteral("add_entry_problem"));
     add->resize(add->minimumSizeHint());
     add->findChild<QTabWidget*>()->setCurrentIndex(0);
     co_await Sleep(50ms);
