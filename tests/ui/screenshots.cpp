@@ -149,7 +149,7 @@ class Photographer final {
     FakeWindows windows(context, prompts);
     MainFrame window(context, prompts, windows);
     window.Load();
-    window.resize(980, 720);  // the screen of these pictures is smaller than a user's
+    window.setMinimumSize(980, 720);  // the screen of these pictures is smaller than a user's
     window.show();
     bool is_ready = false;
     QObject::connect(&window.Main(), &MainWindow::ready, &window, [&] { is_ready = true; });
@@ -180,6 +180,7 @@ class Photographer final {
         box->close();
       }
     }
+    window.setMinimumSize(480, 360);
     window.resize(800, 600);
     co_await Sleep(50ms);
     Save(window, QStringLiteral("main_small"));

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <chrono>
+
 #include "async/wait.h"
 #include "ui/toolkit/settle_focus.h"
 
@@ -61,10 +63,12 @@ void MainFrame::resizeEvent(QResizeEvent* event) {
 
 void MainFrame::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  QTimer::singleShot(0, this, &MainFrame::FitScreen);
+  constexpr auto kFrameWait = std::chrono::milliseconds(200);
+  QTimer::singleShot(kFrameWait, this, &MainFrame::FitScreen);
 }
 
-// The system's frame is known when the window is shown: it has to be on the screen as well.
+// The system's frame, which has to be on the screen as well, is known some time after the window is
+// shown.
 void MainFrame::FitScreen() {
   const QRect room = screen()->availableGeometry();
   const QSize frame = frameGeometry().size() - size();
