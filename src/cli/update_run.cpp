@@ -81,16 +81,17 @@ CliExit UpdateRun::WriteResults() {
   } else if (outcome.HasWrong()) {
     exit = CliExit::kNotAsWanted;
   }
+  const bool has_looked = context_.job_options.verify_after_update || only_looks_;
   if (as_json_) {
     WriteLines(ResultObjects(outcome, static_cast<int>(exit)));
-  } else if (context_.job_options.verify_after_update || only_looks_) {
+  } else if (has_looked) {
     WriteLines(ResultTable(outcome));
   }
   if (const QStringList names = outcome.ToCheck(); !names.isEmpty()) {
     Report(OnOneLine(
         QStringLiteral("Please check on the router, since something went wrong meanwhile: %1.")
             .arg(names.join(QStringLiteral(", ")))));
-  } else if (outcome.HasDoubts()) {
+  } else if (has_looked && outcome.HasDoubts()) {
     Report(QStringLiteral("The router's page does not show whether every entry is there."));
   }
   return exit;

@@ -15,7 +15,7 @@ namespace quayline {
 enum class EntryState {
   kOnRouter,   // seen there, as it is wanted
   kDifferent,  // seen there with other values
-  kMissing,    // the router shows its rules, and this is none of them
+  kMissing,    // the router shows its rules, and this is not one of them
   kUnknown,    // the router's page does not say
   kToCheck,    // the page does not say, and something went wrong while the entry was entered
 };
@@ -28,6 +28,7 @@ struct EntryResult {
   bool existed = false;      // the rule was on the router before the job, as it is wanted
   QStringList doubts;        // what went wrong meanwhile, in sentences
 
+  bool IsUnclear() const { return state == EntryState::kUnknown || state == EntryState::kToCheck; }
   bool IsWrong() const { return state == EntryState::kDifferent || state == EntryState::kMissing; }
 };
 

@@ -25,7 +25,7 @@ QList<PortEntry> ParsePortList(const QByteArray& bytes);
 QByteArray FormatPortList(const QList<PortEntry>& entries);
 
 // A line that is no entry as it stands: its ports are missing, not from 1 to 65535, or end before
-// they start, or its protocol is none.
+// they start, or its protocol is unknown.
 struct ListFault {
   qsizetype row = 0;   // among the entries of the file
   qsizetype line = 0;  // from 1

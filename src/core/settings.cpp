@@ -35,7 +35,7 @@ IniValue ValueOf(const Setting& setting, const QString& value) {
   return {.section = kSection, .key = QString::fromLatin1(setting.key), .value = value};
 }
 
-Settings::Settings(QString file_name) : file_name_(std::move(file_name)) {
+Settings::Settings(QString file_name) : store_(std::move(file_name)) {
   retry_timer_.setInterval(2s);
   connect(&retry_timer_, &QTimer::timeout, this, &Settings::StorePending);
 }
@@ -46,8 +46,7 @@ QString Settings::Value(const Setting& setting) const {
 }
 
 QString Settings::Value(const QString& section, const QString& key) const {
-  const auto pending = pending_.find({section, key});
-  return pending != pending_.end() ? *pending : ReadIniValue(section, key, file_name_);
+  return store_.Value(section, key);
 }
 
 bool Settings::SetValue(const Setting& setting, const QString& value) {
@@ -55,27 +54,19 @@ bool Settings::SetValue(const Setting& setting, const QString& value) {
 }
 
 bool Settings::SetValues(const QList<IniValue>& values) {
-  for (const IniValue& each : values) {
-    pending_.insert({each.section, each.key}, each.value);
-  }
-  return StorePending();
+  return NoteStored(store_.SetValues(values));
 }
 
-bool Settings::StorePending() {
-  QList<IniValue> values;
-  for (auto each = pending_.begin(); each != pending_.end(); ++each) {
-    values.append({.section = each.key().first, .key = each.key().second, .value = each.value()});
-  }
-  if (values.isEmpty() || WriteIniValues(values, file_name_)) {
-    pending_.clear();
+bool Settings::StorePending() { return NoteStored(store_.StorePending()); }
+
+bool Settings::NoteStored(bool is_stored) {
+  if (is_stored) {
     retry_timer_.stop();
-    return true;
-  }
-  if (!retry_timer_.isActive()) {
+  } else if (!retry_timer_.isActive()) {
     retry_timer_.start();
     Q_EMIT writeFailed();
   }
-  return false;
+  return is_stored;
 }
 
 bool Settings::Boolean(const Setting& setting) const {

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <QList>
-#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
 #include <string_view>
 
-#include "core/ini_file.h"
+#include "core/ini_store.h"
 #include "i18n/translator.h"
 
 namespace quayline {
@@ -70,15 +69,16 @@ class Settings final : public QObject {
   bool Boolean(const Setting& setting) const;
   bool SetBoolean(const Setting& setting, bool value);
 
-  const QString& FileName() const { return file_name_; }
+  const QString& FileName() const { return store_.FileName(); }
 
  Q_SIGNALS:
   // A value cannot be written, and is tried again every few seconds. Not repeated meanwhile.
   void writeFailed();
 
  private:
-  QString file_name_;
-  QMap<std::pair<QString, QString>, QString> pending_;  // by section and key
+  bool NoteStored(bool is_stored);
+
+  IniStore store_;
   QTimer retry_timer_;
 };
 

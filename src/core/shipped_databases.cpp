@@ -4,9 +4,7 @@
 #include "core/shipped_databases.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
@@ -18,8 +16,6 @@
 namespace quayline {
 
 namespace {
-
-constexpr qint64 kBlockBytes = 1 << 20;
 
 struct Shipped {
   TableShape shape;
@@ -35,35 +31,6 @@ const std::array kShipped = {
 
 // As shipped when the user's file was last merged: what differs from it is the user's.
 QString BaseOf(const QString& users_file) { return users_file + QStringLiteral(".shipped"); }
-
-bool CopyContent(QFile& from, QFile& to) {
-  while (!from.atEnd()) {
-    const QByteArray block = from.read(kBlockBytes);
-    if (block.isEmpty() || to.write(block) != block.size()) {
-      return false;
-    }
-  }
-  return from.error() == QFileDevice::NoError && to.flush();
-}
-
-// The new file has the whole content or does not exist. A file that another instance has created in
-// the meantime stays, so this is not SaveFile(), which would replace it.
-bool CopyIfMissing(const QString& from, const QString& to) {
-  QFile source(from);
-  QTemporaryFile copy(to + QStringLiteral(".XXXXXX"));
-  if (!source.open(QIODevice::ReadOnly) || !copy.open() || !CopyContent(source, copy)) {
-    return false;
-  }
-  // The installed file may be read-only; the user's own is not.
-  copy.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup |
-                      QFileDevice::ReadOther);
-  copy.close();
-  if (!QFile::rename(copy.fileName(), to)) {
-    return QFileInfo(to).isFile();
-  }
-  copy.setAutoRemove(false);
-  return true;
-}
 
 TableData ReadTable(const QString& path, const TableShape& shape) {
   if (!QFileInfo(path).isFile()) {

@@ -4,7 +4,6 @@
 #include "core/table_stand_in.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -12,6 +11,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "core/copied_file.h"
 #include "core/file_lock.h"
 #include "core/table_data.h"
 
@@ -42,10 +42,7 @@ bool MakeFile(const QString& path, const QString& shipped, const UnopenedTable& 
                              .rows = {}};
     return WriteTables({empty}, path).has_value();
   }
-  // The installed file may be read-only; the user's own is not.
-  return QFile::copy(shipped, path) &&
-         QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                         QFileDevice::ReadGroup | QFileDevice::ReadOther);
+  return CopyIfMissing(shipped, path);
 }
 
 bool Move(const QString& from, const QString& to) {

@@ -7,6 +7,8 @@ namespace quayline {
 
 namespace {
 
+const QString kSection = QStringLiteral("trusted");
+
 // A key ends at the first "=", and a section begins with "[". An address has neither, except for
 // the brackets of IPv6.
 QString KeyOf(QString address) {
@@ -16,12 +18,11 @@ QString KeyOf(QString address) {
 
 }  // namespace
 
-TrustedCertificates::TrustedCertificates(QString file_name)
-    : section_(QStringLiteral("trusted"), std::move(file_name)) {}
+TrustedCertificates::TrustedCertificates(QString file_name) : store_(std::move(file_name)) {}
 
 TrustedCertificates::Verdict TrustedCertificates::Look(const QString& address,
                                                        const QByteArray& sha256) const {
-  const QString known = section_.Value(KeyOf(address));
+  const QString known = store_.Value(kSection, KeyOf(address));
   if (known.isEmpty()) {
     return Verdict::kUnknown;
   }
@@ -30,7 +31,8 @@ TrustedCertificates::Verdict TrustedCertificates::Look(const QString& address,
 }
 
 bool TrustedCertificates::Trust(const QString& address, const QByteArray& sha256) {
-  return section_.SetValue(KeyOf(address), Fingerprint(sha256));
+  return store_.SetValues(
+      {{.section = kSection, .key = KeyOf(address), .value = Fingerprint(sha256)}});
 }
 
 QString TrustedCertificates::Fingerprint(const QByteArray& sha256) {

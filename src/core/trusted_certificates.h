@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "core/ini_section.h"
+#include "core/ini_store.h"
 
 namespace quayline {
 
@@ -29,13 +29,13 @@ class TrustedCertificates final {
   // StorePending().
   bool Trust(const QString& address, const QByteArray& sha256);
   // Writes what could not be written before. False when something is still not written.
-  bool StorePending() { return section_.StorePending(); }
+  bool StorePending() { return store_.StorePending(); }
 
   // As people compare it: pairs of capital hex digits joined by ":".
   static QString Fingerprint(const QByteArray& sha256);
 
  private:
-  IniSection section_;
+  IniStore store_;
 };
 
 }  // namespace quayline

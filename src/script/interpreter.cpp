@@ -123,7 +123,7 @@ Task<bool> Interpreter::Settle() {
 // Setting a box may start something on the page: a choice loads another form, and a button is
 // enabled when the page has checked what was typed. The next line is for the page that this leads
 // to. An error of that page is reported with the line that set the box. `needs_idle`: the next line
-// is a user action, or there is none.
+// is a user action, or the script ends.
 Task<std::optional<RunEnd>> Interpreter::FollowPage(bool needs_idle) {
   const bool has_failed = box_ && env_.flags.PageErrorPending();
   const SetBox box = std::exchange(box_, std::nullopt)

@@ -3,6 +3,8 @@
 
 #include "script/job_runner.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 #include "core/text_bytes.h"
@@ -37,13 +39,7 @@ void JobRunner::Run() {
 }
 
 void JobRunner::RunAgain() {
-  QList<PortEntry> rows;
-  for (const EntryResult& result : outcome_.results) {
-    if (result.state != EntryState::kOnRouter) {
-      rows.append(result.entry);
-    }
-  }
-  TakeRows(std::move(rows));
+  TakeRows(outcome_.ToTryAgain());
   StartRun(RunRows());
 }
 
@@ -139,9 +135,9 @@ Task<QList<RuleVerdict>> JobRunner::Look() {
   arguments.commands = LinesToRules(context_.session);
   GiveLogin();
   is_looking_ = true;
+  const auto done = qScopeGuard([this] { is_looking_ = false; });
   Q_EMIT lookStarted();
   const std::optional<PageRows> page = co_await ReadRules(Environment(), std::move(arguments));
-  is_looking_ = false;
   co_return page ? MatchRules(rows_, *page) : QList<RuleVerdict>();
 }
 
@@ -152,10 +148,17 @@ void JobRunner::NoteResults(const QList<RuleVerdict>& verdicts) {
   }
 }
 
-bool JobOutcome::HasDoubts() const {
-  return std::ranges::any_of(results, [](const EntryResult& result) {
-    return result.state == EntryState::kUnknown || result.state == EntryState::kToCheck;
-  });
+bool JobOutcome::HasDoubts() const { return std::ranges::any_of(results, &EntryResult::IsUnclear); }
+
+// Others may be on the router, and would be there twice.
+QList<PortEntry> JobOutcome::ToTryAgain() const {
+  QList<PortEntry> rows;
+  for (qsizetype row = 0; row < results.size(); ++row) {
+    if (results[row].state == EntryState::kMissing || row >= entries) {
+      rows.append(results[row].entry);
+    }
+  }
+  return rows;
 }
 
 QStringList JobOutcome::ToCheck() const {

@@ -19,6 +19,8 @@ struct JobOutcome {
 
   bool HasDoubts() const;  // an entry could not be seen on the router
   bool HasWrong() const;   // an entry is not on the router as it is wanted
+  // Entries that are surely not on the router: it does not show them, or they were never begun.
+  QList<PortEntry> ToTryAgain() const;
   // Names of the entries that are to be checked on the router.
   QStringList ToCheck() const;
 };
@@ -32,7 +34,7 @@ struct JobOutcome {
 // Open() makes the browser, writes the head of the log and forgets how the job before it ended: its
 // stop, its errors, its forgiven error. Run() begins the passes; before the first and after the
 // last one the router's rules are read, unless the options say otherwise. Check() only reads them.
-// RunAgain() does the same, after a new Open(), for the entries that were not seen on the router.
+// RunAgain() does the same, after a new Open(), for the entries of ToTryAgain().
 // Stop() ends the job at whatever it waits for. Destroying the runner ends everything at once.
 class JobRunner final : public ScriptRunner {
   Q_OBJECT
@@ -60,6 +62,7 @@ class JobRunner final : public ScriptRunner {
 
  protected:
   void CountError() override;
+  bool LogsPages() const override { return ScriptRunner::LogsPages() && !is_looking_; }
 
  private:
   void TakeRows(QList<PortEntry> rows);

@@ -158,8 +158,8 @@ void ScriptRunner::Leave() {
 }
 
 // A page that was only opened is left at once. One that was acted on may have a save under way, and
-// is left when it is idle, and soon where no request that may be a save is under way; one that gives
-// no answer, when its navigation has ended.
+// is left when it is idle, and soon where no request that may be a save is under way; one that
+// gives no answer, when its navigation has ended.
 Task<> ScriptRunner::FinishSaves() {
   JobFlags& flags = context_.job_flags;
   flags.AddLeavingRuns(1);
@@ -226,14 +226,13 @@ void ScriptRunner::ConnectHost(PageHost* host) {
             }
           });
   connect(host, &PageHost::noted, this, [this](const QString& text) {
-    if (running_) {
+    if (LogsPages()) {
       log_.Append(LineBreak() + OnOneLine(text));
     }
   });
   connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
-  connect(host, &PageHost::resourceFailed, this, [this](const QString& url) {
-    NotePageFault(script_text::kResourceFailed, url);
-  });
+  connect(host, &PageHost::resourceFailed, this,
+          [this](const QString& url) { NotePageFault(script_text::kResourceFailed, url); });
   connect(host, &PageHost::scriptError, this,
           [this](const QString& description, const QString&, int, bool is_answered) {
             if (is_answered) {
@@ -284,7 +283,7 @@ std::optional<PageDialogAnswer> ScriptRunner::AnswerDialog(const PageDialog& dia
 // is noted a few times.
 void ScriptRunner::NotePageFault(const Message& fault, const QString& detail) {
   constexpr int kMaxNoted = 20;
-  if (running_ && ++page_faults_ <= kMaxNoted) {
+  if (LogsPages() && ++page_faults_ <= kMaxNoted) {
     log_.Append(LineBreak() + Text(fault).arg(OnOneLine(detail)));
   }
 }

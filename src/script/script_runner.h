@@ -36,8 +36,8 @@ class ScriptRunner : public QObject, public PageQuestions {
 
   void Stop();
   // Ends the run at once, without ended(), and waits for saves that are on their way to the router.
-  // left() follows at once where there can be no save, within WaitLimits::work_after_stop where none
-  // is under way, and else within WaitLimits::after_stop.
+  // left() follows at once where there can be no save, within WaitLimits::work_after_stop where
+  // none is under way, and else within WaitLimits::after_stop.
   void Leave();
   // The debug button: lets the run go on behind the line at which it holds, and frees it from a
   // page load that never ends.
@@ -94,6 +94,9 @@ class ScriptRunner : public QObject, public PageQuestions {
 
   // A navigation failed during the run: decides what that costs beside the page's error.
   virtual void CountError() = 0;
+
+  // Whether what pages report belongs in the log.
+  virtual bool LogsPages() const { return running_; }
 
   // How many scripts and other parts of pages have failed during the run.
   int PageFaults() const { return page_faults_; }

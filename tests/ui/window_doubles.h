@@ -124,6 +124,7 @@ class FakePage final : public PageHost {
 
   PageQuestions& questions;
   bool hangs = false;
+  QJsonObject rows;  // what the page shows
 
   void Navigate2(const QString&, const QString&) override {
     ++navigation_.starts;
@@ -145,8 +146,9 @@ class FakePage final : public PageHost {
   void Refresh2() override { Navigate2({}, {}); }
   void StopNavigation() override {}
   void SetLogin(const PageLogin&) override {}
-  void Call(const PageCall&, std::function<void(PageAnswer)> answer) override {
-    answer({.answered = true, .value = u"page"_s});
+  void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override {
+    answer({.answered = true,
+            .value = call.operation == u"ReadRows"_s ? rows : QJsonValue(u"page"_s)});
   }
   void RunInPage(const PageScript&, std::function<void(const QString&)> done) override { done({}); }
   void SendKeys(const QString&) override {}

@@ -93,6 +93,12 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        ".then(t => { a.innerHTML = t }), 400)</script>",
        "on-router"},
       {"a page that follows", Table(others) + "<a href=/second>Next</a>", "on-router"},
+      {"a next page that only a script opens",
+       Table(others) + "<a href='javascript:more()'>Next</a>", "unknown"},
+      {"a next page that a handler may do more for",
+       Table(others) + "<a href=/second onclick='clear_all()'>&gt;</a>", "unknown"},
+      {"a button that leads on", Table(others) + "<button>Next page</button>", "unknown"},
+      {"the last page", Table(others) + "<a href=/second class=disabled>Next</a>", "missing"},
       {"a next page that is the same one", Table(others) + "<a href=/rules>Next</a>", "missing"},
       {"a next page that cannot be read", Table(others) + "<a href=/gone>Next</a>", "unknown"},
   };
@@ -150,7 +156,8 @@ TEST_F(RuleReading, FindsOutWhatARouterMadeOfASave) {
 TEST_F(RuleReading, AReadingThatFailsCostsTheJobNothing) {
   context_.job_options.verify_after_update = true;
   context_.session.view_script = {u"nav(\"gone\")"_s};
-  server_.replies["/form"] = Html("<form method=post action=/save><input type=submit name=go></form>");
+  server_.replies["/form"] =
+      Html("<form method=post action=/save><input type=submit name=go></form>");
   server_.replies["/save"] = Html("Saved");
   Start({u"nav(\"form\")"_s, u"click_button(\"go\")"_s});
   ASSERT_TRUE(Ends(30s));

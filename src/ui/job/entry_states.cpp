@@ -26,18 +26,15 @@ const Message& FieldText(RuleField field) {
   return message::kIsDisabled;
 }
 
-QString Names(const QList<EntryResult>& results, bool (*fits)(const EntryResult&)) {
+template <typename Fits>
+QString Names(const QList<EntryResult>& results, Fits fits) {
   QStringList names;
   for (const EntryResult& result : results) {
-    if (fits(result)) {
+    if (std::invoke(fits, result)) {
       names.append(result.entry.app_name);
     }
   }
   return names.join(QStringLiteral(", "));
-}
-
-bool IsUnclear(const EntryResult& result) {
-  return result.state == EntryState::kUnknown || result.state == EntryState::kToCheck;
 }
 
 bool IsNotSeen(const EntryResult& result) { return result.state != EntryState::kOnRouter; }
@@ -91,7 +88,7 @@ QString EntryStates::Summary() const {
     return Text(message::kSomeWrong)
         .arg(QString::number(seen), QString::number(results_.size()), Names(results_, IsNotSeen));
   }
-  return Text(message::kSomeUnknown).arg(Names(results_, IsUnclear));
+  return Text(message::kSomeUnknown).arg(Names(results_, &EntryResult::IsUnclear));
 }
 
 int EntryStates::rowCount(const QModelIndex& parent) const {

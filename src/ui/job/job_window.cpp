@@ -97,7 +97,7 @@ void JobWindow::ShowEnd() {
   ui_->busy_bar->SetMoving(false);
   display_->DisableStop();
   ui_->again_button->setVisible(context_.job_options.verify_after_update &&
-                                entry_states_.FirstToLookAt().isValid());
+                                !runner_->Outcome().ToTryAgain().isEmpty());
   setWindowTitle(Text(message::kJobTitle));
 }
 

@@ -20,10 +20,10 @@ namespace quayline {
 
 class RunDisplay;
 
-// The window of a job: what becomes of each entry, the router's pages as the job works through them,
-// its log, what the browser reports. The job begins half a second after the window opened, and ends with it at the latest. A
-// user who closes it during the job is asked; close() does not ask. The window deletes itself when
-// it is closed and a save under way has arrived.
+// The window of a job: what becomes of each entry, the router's pages as the job works through
+// them, its log, what the browser reports. The job begins half a second after the window opened,
+// and ends with it at the latest. A user who closes it during the job is asked; close() does not
+// ask. The window deletes itself when it is closed and a save under way has arrived.
 class JobWindow final : public QWidget {
   Q_OBJECT
 
@@ -40,7 +40,7 @@ class JobWindow final : public QWidget {
   void ConnectEntries();
   void ShowEntry(int row, int rows, const QString& app_name);
   void ShowEnd();
-  // Enters those entries again that were not seen on the router.
+  // Enters those entries again that are surely not on the router.
   void TryAgain();
   void Stop();
   bool IsWorking() const { return start_timer_.isActive() || runner_->IsRunning(); }

@@ -31,7 +31,7 @@ inline constexpr Message kRuleOfOther{"Another rule has these ports: %1"};
 inline constexpr Message kTryMissing{
     "Your router's page does not show it. Please look there for a message, and try again."};
 inline constexpr Message kTryUnknown{
-    "Your router's page of rules could not be read. Please look there whether it is listed."};
+    "Your router's page does not tell. Please look there whether it is listed."};
 
 inline constexpr Message kLooking{"Looking at the router's rules..."};
 inline constexpr Message kAllOnRouter{"Finished: all entries are on your router (%1 of %1)."};

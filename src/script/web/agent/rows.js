@@ -239,13 +239,23 @@ function readBlocks(document_, found) {
   }
 }
 
-// A link or button to the following page of a table.
-const NEXT_PAGE = /^(?:next(?: page)?|>|>>|\u203a|\u00bb)$/i;
+// What leads to the following page of a table.
+const NEXT_PAGE = /^(?:next(?: page)?|>|\u203a|\u00bb)$/i;
 
-function nextPageLink(document_) {
-  return all(document_, 'a[href]').find((link) => isShown(link) &&
-    NEXT_PAGE.test(collapse(textContentOf(link))) &&
-    attributeOf(link, 'aria-disabled') !== 'true') || null;
+function nextPageControl(document_) {
+  const isDisabled = (control) => control.disabled === true ||
+    [control, parentOf(control)].some((element) => element !== null &&
+      (attributeOf(element, 'aria-disabled') === 'true' ||
+        /\bdisabled\b/i.test(attributeOf(element, 'class') || '')));
+  return all(document_, 'a[href],button,input[type=button i],[role=button]').find((control) =>
+    isShown(control) && !isDisabled(control) &&
+    NEXT_PAGE.test(collapse(textContentOf(control) || textOf(control, 'value')))) || null;
+}
+
+// Only a link that fetches a page is followed: whatever else a control does may change the router.
+function isPlainLink(control) {
+  return fits(control, 'a[href]:not([onclick]):not([target])') &&
+    /^https?:$/.test(control.protocol) && !/^#/.test(attributeOf(control, 'href'));
 }
 
 Object.assign(operations, {
@@ -258,7 +268,9 @@ Object.assign(operations, {
       }
       readLists(each, found);
       readBlocks(each, found);
-      found.hasNext = found.hasNext || nextPageLink(each) !== null;
+      const next = nextPageControl(each);
+      found.hasNext = found.hasNext || (next !== null && isPlainLink(next));
+      found.isPartial = found.isPartial || (next !== null && !isPlainLink(next));
     }
     return found;
   },
@@ -266,9 +278,9 @@ Object.assign(operations, {
   // Goes to the next page of a table.
   OpenNextPage(document_) {
     for (const each of documentsBelow(document_)) {
-      const link = nextPageLink(each);
-      if (link) {
-        clickOn(link);
+      const next = nextPageControl(each);
+      if (next !== null && isPlainLink(next)) {
+        clickOn(next);
         return SUCCESSFUL;
       }
     }
