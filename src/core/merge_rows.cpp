@@ -45,6 +45,7 @@ class Merge final {
       : columns_(versions.users.columns) {
     for (const QString& column : versions.shipped.columns) {
       if (IndexOf(columns_, column) < 0) {
+        new_columns_.append(columns_.size());
         columns_.append(column);
       }
     }
@@ -72,7 +73,7 @@ class Merge final {
       shipped_names.insert(name);
       const auto users_row = users.find(name);
       if (users_row != users.end()) {
-        Take(WithId(IsUnchanged(*users_row) ? row : *users_row, row.at(id_)));
+        Take(WithId(IsUnchanged(*users_row) ? row : WithNewColumns(*users_row, row), row.at(id_)));
       } else if (!base_.contains(name)) {
         Take(row);
       }
@@ -95,6 +96,14 @@ class Merge final {
   QStringList WithId(QStringList row, const QString& id) const {
     row[id_] = id;
     return row;
+  }
+
+  // The user cannot have changed what his file did not have.
+  QStringList WithNewColumns(QStringList users_row, const QStringList& shipped_row) const {
+    for (const qsizetype column : new_columns_) {
+      users_row[column] = shipped_row.at(column);
+    }
+    return users_row;
   }
 
   bool IsUnchanged(const QStringList& users_row) const {
@@ -126,6 +135,7 @@ class Merge final {
   }
 
   QStringList columns_;
+  QList<qsizetype> new_columns_;  // that the user's file lacks
   qsizetype id_ = 0;
   qsizetype name_ = 0;
   QHash<QString, QStringList> base_;

@@ -22,7 +22,7 @@ struct TableVersions {
 // Rows are the same when their texts in the column `name_column` are; the first of several counts.
 // The IDs do not matter: rows that are shipped get the IDs that they are shipped with, and others
 // keep theirs, or get new ones where these are taken. The result has the columns of the user's
-// table, followed by those that only the shipped one has.
+// table, followed by those that only the shipped one has; the user's rows get its texts there.
 TableData MergeRows(const TableVersions& versions, const QString& name_column);
 
 }  // namespace quayline

@@ -15,9 +15,11 @@ enum class ColumnKind { kText, kScript, kPortList };
 template <typename Record>
 struct Column {
   const char* name;
-  QString Record::* member;
+  QString Record::*member;
   const char* heading = nullptr;  // of the column where the table is written as text
   ColumnKind kind = ColumnKind::kText;
+  // Files made before the column existed lack it, and the text of a record may omit it.
+  bool is_optional = false;
 };
 
 // How a kind of record is stored: one file with one table, whose key is the whole number "ID".
@@ -49,9 +51,15 @@ struct RouterRecord {
   QString routerpic;       // path under the maker's "/files" folder; backslashes are allowed
   QString routercommands;  // update script, lines separated by CR LF
   QString routerportpage;  // list/remove script, likewise
+  QString routerremove;    // script that removes one rule, likewise; empty: there is none
+  QString routertested;    // how the scripts were tried: one of kWaysOfTesting, or empty
+  QString routerversions;  // the firmware versions that the scripts were written for
 
   bool operator==(const RouterRecord&) const = default;
 };
+
+// Tried on a real router, on a rebuild of its pages, or only written by its documentation.
+inline constexpr const char* kWaysOfTesting[] = {"real", "rebuild", "documentation"};
 
 inline constexpr Column<RouterRecord> kRouterColumns[] = {
     {"routername", &RouterRecord::routername},
@@ -70,6 +78,12 @@ inline constexpr Column<RouterRecord> kRouterColumns[] = {
     {.name = "routerportpage",
      .member = &RouterRecord::routerportpage,
      .kind = ColumnKind::kScript},
+    {.name = "routerremove",
+     .member = &RouterRecord::routerremove,
+     .kind = ColumnKind::kScript,
+     .is_optional = true},
+    {.name = "routertested", .member = &RouterRecord::routertested, .is_optional = true},
+    {.name = "routerversions", .member = &RouterRecord::routerversions, .is_optional = true},
 };
 template <>
 inline constexpr RecordTable<RouterRecord> kTableOf<RouterRecord> = {"routers.mdb", "routers",

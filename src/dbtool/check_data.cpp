@@ -71,8 +71,13 @@ class RouterCheck final {
 
   void Run() {
     CheckPresence();
+    // The rest of another model is that of its router.
+    if (source_.is_other_model) {
+      return;
+    }
     CheckAnswer("routersupportsboth", source_.record.routersupportsboth);
     CheckAnswer("routerneedscomputername", source_.record.routerneedscomputername);
+    CheckWayOfTesting();
     CheckLimits();
     CheckPicture();
     CheckScripts();
@@ -87,11 +92,12 @@ class RouterCheck final {
   bool Has(const char* name) const { return source_.lines.contains(QLatin1String(name)); }
 
   void CheckPresence() {
-    if (!Has("id")) {
+    if (!Has("id") && !source_.is_other_model) {
       Report("id", QStringLiteral("The router has no field id."));
     }
     for (const Column<RouterRecord>& field : kRouterColumns) {
-      if (field.kind == ColumnKind::kText && !Has(field.name)) {
+      if (field.kind == ColumnKind::kText && !field.is_optional && !Has(field.name) &&
+          !source_.is_other_model) {
         Report(field.name,
                QStringLiteral("The router has no field %1.").arg(QLatin1String(field.name)));
       }
@@ -107,6 +113,17 @@ class RouterCheck final {
       Report(
           field,
           QStringLiteral("%1 is \"%2\" and should be yes or no.").arg(QLatin1String(field), value));
+    }
+  }
+
+  void CheckWayOfTesting() {
+    const QString& value = source_.record.routertested;
+    const bool is_known = std::ranges::any_of(
+        kWaysOfTesting, [&](const char* way) { return value == QLatin1String(way); });
+    if (!value.isEmpty() && !is_known) {
+      Report("routertested", QStringLiteral("routertested is \"%1\" and should be real, rebuild or "
+                                            "documentation.")
+                                 .arg(value));
     }
   }
 
@@ -151,6 +168,9 @@ class RouterCheck final {
         continue;
       }
       const QString name = QLatin1String(script.name);
+      if (!Has(script.name) && script.is_optional) {
+        continue;
+      }
       if (!Has(script.name)) {
         Report(script.name, QStringLiteral("The router has no script [%1].").arg(name));
       } else if ((source_.record.*(script.member)).trimmed().isEmpty()) {

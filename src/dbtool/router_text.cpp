@@ -3,6 +3,7 @@
 #include "dbtool/router_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quayline::dbtool {
 
@@ -21,6 +22,8 @@ const RouterColumn* FindColumn(const QString& name, bool is_script) {
 
 constexpr QLatin1String kLineEnd("\r\n");
 constexpr QLatin1String kFileHeading("[file ");
+constexpr QLatin1String kModels("models");
+constexpr QLatin1Char kCellEnd(';');
 
 QString WrittenScriptLine(const QString& line) {
   const bool is_plain = !line.trimmed().isEmpty() && !HasControlCharacter(line) &&
@@ -44,13 +47,15 @@ class Reader final {
       if (!is_blank) {
         TakeScriptLine(line);
       }
+    } else if (in_models_ && !is_blank && !line.text.startsWith(QLatin1Char('#'))) {
+      TakeModel(line);
     } else if (!is_blank && !line.text.startsWith(QLatin1Char('#'))) {
       TakeField(line);
     }
   }
 
   QList<RouterSource> Finish() {
-    EndScript();
+    EndRouter();
     return std::move(routers_);
   }
 
@@ -67,17 +72,36 @@ class Reader final {
   }
 
   void Begin(const TextLine& line) {
-    EndScript();
+    EndRouter();
     routers_.append({.record = {}, .file = file_, .line = line.number, .lines = {}});
   }
 
-  void EndScript() {
+  void EndRouter() {
+    EndPart();
+    if (models_.isEmpty()) {
+      return;
+    }
+    const RouterSource router = routers_.last();
+    for (const Model& model : std::exchange(models_, {})) {
+      RouterSource other = router;
+      other.record.id = model.id;
+      other.record.routername = model.name;
+      other.line = model.line;
+      other.lines[QStringLiteral("id")] = model.line;
+      other.lines[QStringLiteral("routername")] = model.line;
+      other.is_other_model = true;
+      routers_.append(other);
+    }
+  }
+
+  void EndPart() {
     if (script_) {
       routers_.last().record.*(script_->member) = script_lines_.join(kLineEnd);
     }
     script_ = nullptr;
     script_lines_.clear();
     in_unknown_part_ = false;
+    in_models_ = false;
   }
 
   void TakeHeading(const TextLine& line) {
@@ -87,25 +111,41 @@ class Reader final {
       return;
     }
     RouterSource& router = Current(line);
-    EndScript();
+    EndPart();
     const bool is_closed = heading.endsWith(QLatin1Char(']'));
-    const RouterColumn* script =
-        is_closed ? FindColumn(heading.sliced(1).chopped(1), true) : nullptr;
-    if (script == nullptr) {
+    const QString name = is_closed ? heading.sliced(1).chopped(1) : QString();
+    const RouterColumn* script = FindColumn(name, true);
+    if (script == nullptr && name != kModels) {
       Report(line, QStringLiteral("The heading %1 is not known. A script line that begins with "
                                   "\"[\" has a \"\\\" in front.")
                        .arg(heading));
       in_unknown_part_ = true;
       return;
     }
-    const QString name = QLatin1String(script->name);
     if (router.lines.contains(name)) {
-      Report(line, QStringLiteral("The script %1 stands here for the second time.").arg(name));
+      Report(line, QStringLiteral("The heading [%1] is here for the second time.").arg(name));
       in_unknown_part_ = true;
       return;
     }
     router.lines.insert(name, line.number);
     script_ = script;
+    in_models_ = script == nullptr;
+  }
+
+  void TakeModel(const TextLine& line) {
+    const qsizetype end = line.text.indexOf(kCellEnd);
+    const QString id_text = line.text.left(std::max<qsizetype>(end, 0)).trimmed();
+    const auto id = ReadId(id_text);
+    const auto name = ReadValue(line.text.mid(end + 1).trimmed());
+    if (end < 0) {
+      Report(line, QStringLiteral("A model is \"ID; name\"."));
+    } else if (!id) {
+      Report(line, IdSentence(id_text));
+    } else if (!name) {
+      Report(line, QLatin1String(kEscapeSentence));
+    } else {
+      models_.append({.id = *id, .name = *name, .line = line.number});
+    }
   }
 
   void TakeScriptLine(const TextLine& line) {
@@ -157,6 +197,12 @@ class Reader final {
     return true;
   }
 
+  struct Model {
+    int id = 0;
+    QString name;
+    int line = 1;
+  };
+
   const QString& file_;
   const ScriptLint& lint_;
   Problems& problems_;
@@ -164,6 +210,8 @@ class Reader final {
   const RouterColumn* script_ = nullptr;
   QStringList script_lines_;
   bool in_unknown_part_ = false;
+  bool in_models_ = false;
+  QList<Model> models_;
 };
 
 QString ScriptText(const QString& script) {
@@ -201,17 +249,21 @@ QList<RouterSource> ReadRouters(const QList<TextLine>& lines, const QString& fil
 
 QString FormatRouter(const RouterRecord& record) {
   QString text = QStringLiteral("id: %1\n").arg(record.id);
+  QString scripts;
   for (const RouterColumn& column : kRouterColumns) {
     const QString& stored = record.*(column.member);
+    if (column.is_optional && stored.isEmpty()) {
+      continue;
+    }
     if (column.kind == ColumnKind::kScript) {
-      text += QStringLiteral("\n[%1]\n").arg(QLatin1String(column.name)) + ScriptText(stored);
+      scripts += QStringLiteral("\n[%1]\n").arg(QLatin1String(column.name)) + ScriptText(stored);
       continue;
     }
     const QString value = WrittenValue(stored);
     text += QLatin1String(column.name) + QLatin1Char(':') +
             (value.isEmpty() ? value : QLatin1Char(' ') + value) + QLatin1Char('\n');
   }
-  return text;
+  return text + scripts;
 }
 
 QString FormatRouters(const QList<RouterRecord>& records) {

@@ -28,9 +28,12 @@ struct RouterSource {
   QString file;
   int line = 1;               // where it begins
   QHash<QString, int> lines;  // of "id", of each field and of each script's heading that is there
+  // One of the other models of the router before it, from which it differs in ID and name only.
+  bool is_other_model = false;
 };
 
-// The routers of one file. Lines that cannot be read are problems; `lint` sees every script line.
+// The routers of one file; each is followed by the models that its block "[models]" names. Lines
+// that cannot be read are problems; `lint` sees every script line.
 QList<RouterSource> ReadRouters(const QList<TextLine>& lines, const QString& file,
                                 const ScriptLint& lint, Problems& problems);
 

@@ -157,7 +157,8 @@ TEST_F(ShippedDatabases, FieldsThatOnlyOneFileHasAreKept) {
   write(home_ + u"/routers.mdb"_s, "note", "mine");
   write(shipped_ + u"/routers.mdb"_s, "routercommands", "script");
   Start();
-  EXPECT_EQ(Routers(), QStringList(u"1 One "_s)) << "a row with a note of the user is his own";
+  EXPECT_EQ(Routers(), QStringList(u"1 One script"_s))
+      << "a row with a note of the user is his own; he cannot have changed what his file lacked";
   const auto file = TableFile::Open(home_, ShapeOf<RouterRecord>());
   ASSERT_TRUE(file);
   EXPECT_EQ((*file)->ReadAll().columns,

@@ -102,7 +102,21 @@ TEST_F(CheckTest, EachFaultOfARouterIsReportedWithItsLine) {
       {"nav(\"a\")", "nav\x01", "a.txt:13: This line holds a control character"},
       {"nav(\"a\")", "nav\r(\"a\")", "a.txt:13: This line holds a control character"},
       {"nav(\"a\")", "nav(\"\xE4\")", "a.txt:13: This line is not UTF-8."},
-      {"[routerportpage]", "[routercommands]", "a.txt:14: The script routercommands stands here"},
+      {"[routerportpage]", "[routercommands]",
+       "a.txt:14: The heading [routercommands] is here for"},
+      {"[routercommands]", "routertested: Real\n[routercommands]",
+       "a.txt:12: routertested is \"Real\""},
+      {"[routercommands]", "[routerremove]\n[routercommands]",
+       "a.txt:12: The script [routerremove] has no line."},
+      {"[routercommands]", "[models]\n2; B\n[models]\n[routercommands]",
+       "a.txt:14: The heading [models] is here for"},
+      {"[routercommands]", "[models]\n2\n[routercommands]", "a.txt:13: A model is"},
+      {"[routercommands]", "[models]\n; B\n[routercommands]", "a.txt:13: \"\" is no ID"},
+      {"[routercommands]", "[models]\n2;\n[routercommands]", "a.txt:13: The router has no name."},
+      {"[routercommands]", "[models]\n# x\n1; B\n[routercommands]",
+       "a.txt:14: The ID \"1\" stands in "},
+      {"[routercommands]", "[models]\n2; EXAMPLE 100\n[routercommands]",
+       "a.txt:13: The router name \"EXAMPLE 100\" stands in "},
       {"[routerportpage]\n", "", "a.txt:1: The router has no script [routerportpage]."},
   };
   ASSERT_EQ(CheckRouter(kRouter).left(16), "Nothing is wrong");
@@ -137,16 +151,25 @@ TEST_F(CheckTest, TwoRoutersOfOneIdOrNameAreReportedWithBothPlaces) {
   EXPECT_TRUE(CheckRouter(kRouter).contains("routers/b.txt:17: The router has no field id."));
 }
 
-TEST_F(CheckTest, TheLintSeesEveryLineOfBothScriptsAsItIsStored) {
+TEST_F(CheckTest, AFaultOfTheRouterIsReportedOnceForAllItsModels) {
+  const QByteArray router =
+      QByteArray(kRouter).replace("[routercommands]", "[models]\n2; B\n3; C\n\n[routercommands]");
+  EXPECT_TRUE(CheckRouter(router).startsWith("Nothing is wrong: routers 3"));
+  const QByteArray problems = CheckRouter(QByteArray(router).replace("65535", "x"));
+  EXPECT_EQ(problems.count('\n'), 1) << problems.constData();
+}
+
+TEST_F(CheckTest, TheLintSeesEveryLineOfTheScriptsAsItIsStored) {
   QStringList seen;
   const ScriptLint lint = [&](const QString& line) {
     seen.append(line);
     return line.startsWith(u'[') ? QList<ScriptRemark>{{u"No command."_s}} : QList<ScriptRemark>();
   };
   const QByteArray router =
-      QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y");
+      QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y") +
+      "[routerremove]\nnav(\"c\")\n";
   EXPECT_EQ(CheckRouter(router, lint), "routers/a.txt:16: No command.\n");
-  EXPECT_EQ(seen.join(u'|'), u"  nav(\"a\") |[x\\y|nav(\"b\")"_s);
+  EXPECT_EQ(seen.join(u'|'), u"  nav(\"a\") |[x\\y|nav(\"b\")|nav(\"c\")"_s);
 }
 
 TEST_F(CheckTest, AWarningIsReportedAndRefusesNothing) {

@@ -79,12 +79,14 @@ TEST_F(RoundTripTest, OddTextsComeBackAsTheyWere) {
        }) {
     data.routers.append(Router(++id, QString::fromUtf8(script)));
     data.routers.append(Router(++id, u"x"_s, QString::fromUtf8(script)));
+    data.routers.last().record.routerremove = QString::fromUtf8(script);
   }
   for (const char* value :
        {"\\", "\\u0041", " x ", "a: b", "#x", "[x]", "x;y", "\n", "\t\xC2\xA0"}) {
     RouterSource router = Router(++id);
     router.record.routername += QString::fromUtf8(value);
     router.record.routerusername = QString::fromUtf8(value);
+    router.record.routerversions = QString::fromUtf8(value);
     data.routers.append(router);
   }
   data.routers.last().record.id = 2147483647;
@@ -103,6 +105,34 @@ TEST_F(RoundTripTest, ASingleRouterNeedsNoSeparatorAndEmptyTablesStay) {
   data.routers.append(Router(4));
   ExpectRoundTrip(data);
   EXPECT_TRUE(ReadBytes(Path(u"data/routers/all.txt"_s)).startsWith("[file 3-router-3.txt]\n"));
+}
+
+TEST_F(RoundTripTest, EachModelIsARouterWithTheScriptsAndValuesOfItsFile) {
+  ASSERT_TRUE(QDir().mkpath(Path(u"data/routers"_s)));
+  WriteBytes(Path(u"data/ports.txt"_s), "");
+  ProgramData data;
+  data.routers = {Router(3), Router(4)};
+  data.routers.first().record.routerremove = u"y"_s;
+  data.routers.first().record.routertested = u"real"_s;
+  ASSERT_TRUE(WriteDatabases(data, Path(u"first"_s)));
+  QString text = *DumpDatabase(Path(u"first/routers.mdb"_s));
+  text.replace(u"\n[routercommands]"_s, u"\n[models]\n30; A; b\n\n[routercommands]"_s);
+  const qsizetype second = text.lastIndexOf(u"30; A"_s);
+  text.replace(second, 2, u"40"_s).replace(text.lastIndexOf(u"A; b"_s), 4, u"\\\\u0020B"_s);
+  WriteBytes(Path(u"data/routers/all.txt"_s), text.toUtf8());
+  const Result built = RunCommand({u"build"_s, Path(u"data"_s), Path(u"out"_s)});
+  ASSERT_EQ(built.exit_code, kExitFine) << qPrintable(built.error);
+
+  RouterSource other = data.routers.first();
+  other.record.id = 30;
+  other.record.routername = u"A; b"_s;
+  data.routers.append(other);
+  other = Router(40);
+  other.record.routername = u" B"_s;
+  data.routers.append(other);
+  ASSERT_TRUE(WriteDatabases(data, Path(u"second"_s)));
+  EXPECT_EQ(*DumpDatabase(Path(u"out/routers.mdb"_s)),
+            *DumpDatabase(Path(u"second/routers.mdb"_s)));
 }
 
 TEST_F(RoundTripTest, TheDataOfThisProgramIsSoundAndComesBack) {
