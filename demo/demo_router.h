@@ -8,7 +8,7 @@
 #include <expected>
 #include <memory>
 
-#include "demo/http_server.h"
+#include "transport/http_server.h"
 #include "demo/router_model.h"
 #include "demo/rule_table.h"
 

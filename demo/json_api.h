@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "demo/http_message.h"
+#include "transport/http_message.h"
 #include "demo/rule_table.h"
 
 namespace quayline::demo {

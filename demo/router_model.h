@@ -7,7 +7,7 @@
 #include <memory>
 #include <span>
 
-#include "demo/http_message.h"
+#include "transport/http_message.h"
 #include "demo/rule_table.h"
 
 namespace quayline::demo {

@@ -4,7 +4,7 @@
 
 #include <QString>
 
-#include "demo/http_message.h"
+#include "transport/http_message.h"
 #include "demo/rule_table.h"
 
 namespace quayline::demo {

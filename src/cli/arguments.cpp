@@ -197,6 +197,40 @@ std::expected<CliArguments, QString> ParseCommands(const QStringList& words) {
       .commands = {.name = as_markdown ? QString() : name, .as_markdown = as_markdown}};
 }
 
+std::expected<CliArguments, QString> ParseTry(const QStringList& words) {
+  QCommandLineParser parser;
+  for (const char* name : {"pages", "answers", "list", "timeout"}) {
+    parser.addOption({QLatin1String(name), QString(), QStringLiteral("value")});
+  }
+  if (!parser.parse(words)) {
+    return std::unexpected(parser.unknownOptionNames().isEmpty()
+                               ? parser.errorText()
+                               : QStringLiteral("\"%1\" is not an option of try.")
+                                     .arg(parser.unknownOptionNames().first()));
+  }
+  TryArguments trial{.router_file = {},
+                     .pages = parser.value(QStringLiteral("pages")),
+                     .answers = parser.value(QStringLiteral("answers")),
+                     .list = parser.value(QStringLiteral("list")),
+                     .timeout_seconds = {}};
+  if (parser.positionalArguments().size() != 1) {
+    return std::unexpected(QStringLiteral("Please name one file: try ROUTERFILE --pages DIR."));
+  }
+  trial.router_file = parser.positionalArguments().first();
+  if (trial.pages.isEmpty()) {
+    return std::unexpected(
+        QStringLiteral("Please say where the router's pages are: --pages DIR."));
+  }
+  if (parser.isSet(QStringLiteral("timeout"))) {
+    Update update;
+    if (const Fault fault = SetTimeout(update, parser.value(QStringLiteral("timeout")))) {
+      return std::unexpected(*fault);
+    }
+    trial.timeout_seconds = update.timeout_seconds;
+  }
+  return CliArguments{.command = CliCommand::kTry, .trial = trial};
+}
+
 // The help of the options in two columns.
 QString OptionsHelp() {
   constexpr qsizetype kColumn = 23;
@@ -228,13 +262,16 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
   }
   if (words.isEmpty()) {
     return std::unexpected(
-        QStringLiteral("Please say what to do: update, check, lint, commands, or --help."));
+        QStringLiteral("Please say what to do: update, check, lint, try, commands, or --help."));
   }
   if (words.first() == QLatin1String("lint")) {
     if (words.size() != 2) {
       return std::unexpected(QStringLiteral("Please name one file: lint FILE."));
     }
     return CliArguments{.command = CliCommand::kLint, .lint_file = words[1]};
+  }
+  if (words.first() == QLatin1String("try")) {
+    return ParseTry(words);
   }
   if (words.first() == QLatin1String("commands")) {
     return ParseCommands(words.mid(1));
@@ -257,6 +294,7 @@ Usage:
   quayline-cli update --data DIR --list FILE [options]
   quayline-cli check --data DIR --list FILE [options]
   quayline-cli lint FILE
+  quayline-cli try ROUTERFILE --pages DIR [--answers FILE] [--list FILE] [--timeout SECONDS]
   quayline-cli commands [NAME | --markdown]
   quayline-cli --help | --version
 
@@ -298,6 +336,14 @@ Exit status of lint:
   0  nothing, or warnings only
   1  a line cannot do what it says
   2  wrong usage, or a file that cannot be read
+
+try runs the scripts of a router's file without the router: DIR has its pages, and FILE (answers.json
+in DIR) says what the router does with what they send. Each line is reported with what it found and
+what was sent; passwords are not shown. Without --list two sample entries are entered.
+
+Exit status of try:
+  0  the router has the rules of the entries as they are wanted, and its page shows them
+  others as for update
 
 commands writes how the commands of router scripts are written, one command with its fields, or the
 whole reference as a page.

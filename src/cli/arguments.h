@@ -41,13 +41,23 @@ struct CommandsArguments {
   bool as_markdown = false;
 };
 
-enum class CliCommand { kHelp, kVersion, kUpdate, kLint, kCommands };
+// The options of `quayline-cli try`.
+struct TryArguments {
+  QString router_file;
+  QString pages;    // the folder of pages
+  QString answers;  // empty: "answers.json" in it
+  QString list;     // empty: two sample entries
+  std::optional<int> timeout_seconds;
+};
+
+enum class CliCommand { kHelp, kVersion, kUpdate, kLint, kCommands, kTry };
 
 struct CliArguments {
   CliCommand command = CliCommand::kHelp;
   UpdateArguments update;
   QString lint_file;
   CommandsArguments commands;
+  TryArguments trial;
 };
 
 // Reads the words after the program's name. An error is a sentence for the user.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <QApplication>
+#include <QTemporaryDir>
 
 #include <csignal>
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include "cli/lint_command.h"
 #include "cli/prepare_update.h"
 #include "cli/terminal.h"
+#include "cli/try_run.h"
 #include "cli/update_run.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
@@ -74,6 +76,32 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
   return QApplication::exec();
 }
 
+int RunTry(const quayline::TryArguments& arguments, int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);
+  quayline::StopSignals::HoldBack();
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
+  qInstallMessageHandler(DropMessage);
+  QApplication application(argc, argv);
+  const quayline::StopSignals signals;
+  const QTemporaryDir folder;
+  quayline::LinuxAdapters adapters;
+  quayline::LinuxDesktop desktop;
+  quayline::AppContext context(folder.path(), adapters, desktop);
+  auto run = quayline::TryRun::Prepare(
+      arguments, context,
+      quayline::WebPageHosts(context.job_options, context.translator, &context.certificates));
+  if (!run) {
+    return Fail(run.error().exit, run.error().message);
+  }
+  quayline::TryRun* const trial = run->get();
+  QObject::connect(trial, &quayline::TryRun::finished, &application, &QCoreApplication::exit);
+  QObject::connect(&signals, &quayline::StopSignals::first, trial, &quayline::TryRun::Stop);
+  QObject::connect(&signals, &quayline::StopSignals::second, trial, &EndAtOnce);
+  trial->Start();
+  return QApplication::exec();
+}
+
 int Print(const QString& output, int exit_status) {
   const bool written =
       std::fputs(output.toUtf8().constData(), stdout) >= 0 && std::fflush(stdout) == 0;
@@ -110,6 +138,8 @@ int main(int argc, char** argv) {
       return 0;
     case CliCommand::kUpdate:
       return RunUpdate(arguments->update, argc, argv);
+    case CliCommand::kTry:
+      return RunTry(arguments->trial, argc, argv);
     case CliCommand::kLint:
       return RunLint(arguments->lint_file);
     case CliCommand::kCommands: {

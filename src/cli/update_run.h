@@ -26,6 +26,7 @@ class UpdateRun final : public QObject {
             QObject* parent = nullptr);
 
   void Start();
+  const JobOutcome& Outcome() const { return runner_.Outcome(); }
   // For a signal: ends the job where it is. A save that is on its way to the router is waited for,
   // as long as it takes.
   void Stop();

@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-#include "dbtool/router_text.h"
+#include "core/router_text.h"
 
 namespace quayline::dbtool {
 

@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-#include "dbtool/router_text.h"
+#include "core/router_text.h"
 #include "dbtool/table_text.h"
 
 namespace quayline::dbtool {

@@ -6,7 +6,7 @@
 #include <QString>
 
 #include "core/records.h"
-#include "dbtool/text_form.h"
+#include "core/text_form.h"
 
 namespace quayline::dbtool {
 

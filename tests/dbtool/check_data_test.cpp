@@ -6,7 +6,7 @@
 
 #include "core/files.h"
 #include "dbtool/commands.h"
-#include "dbtool/text_form.h"
+#include "core/text_form.h"
 #include "test_main.h"
 
 namespace quayline::dbtool {

@@ -11,8 +11,6 @@ namespace quayline::stress {
 
 namespace {
 
-using demo::HttpRequest;
-using demo::HttpResponse;
 
 // What a web socket's key is completed with.
 constexpr char kSocketId[] = "258EAFA5-E914-47DA-95CA-C5AB0DC85B11";
@@ -125,7 +123,7 @@ const std::vector<WayOut>& AllWays() {
   return ways;
 }
 
-LeavingSite::LeavingSite(demo::AnswerDelay delay)
+LeavingSite::LeavingSite(AnswerDelay delay)
     : server_([this](const HttpRequest& request) { return Answer(request); }, delay),
       port_(server_.Listen(0).value_or(0)) {}
 
@@ -146,7 +144,7 @@ HttpResponse LeavingSite::Answer(const HttpRequest& request) {
   const std::chrono::milliseconds hold(query.queryItemValue(QStringLiteral("hold")).toInt());
   if (request.path == QLatin1String("/save")) {
     const bool needs_text = query.hasQueryItem(QStringLiteral("needs"));
-    const QString text = demo::FormFields(request.body).Value(QStringLiteral("text"));
+    const QString text = FormFields(request.body).Value(QStringLiteral("text"));
     if (!needs_text || text == TypedText(number - 1)) {
       saved_.insert({way, number});
     }
@@ -177,7 +175,7 @@ HttpResponse LeavingSite::AnswerToSave(const QString& answer, int way, int numbe
     return {.status = 204};
   }
   if (answer == QLatin1String("redirect")) {
-    return demo::RedirectTo(next);
+    return RedirectTo(next);
   }
   if (answer == QLatin1String("file")) {
     return {.content_type = "application/octet-stream",

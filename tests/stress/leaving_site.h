@@ -7,7 +7,7 @@
 
 #include <vector>
 
-#include "demo/http_server.h"
+#include "transport/http_server.h"
 
 namespace quayline::stress {
 
@@ -32,7 +32,7 @@ struct WayOut {
   bool asks = false;   // in place of the click, the list "rules" is asked for its option "row"
   int scripts = 0;     // that the page loads; the array "parts" holds one number for each
   // How many connections the router serves at a time: small ones close those that are too many.
-  int connections = demo::HttpServer::kMaxConnections;
+  int connections = HttpServer::kMaxConnections;
   bool late = false;   // the save comes later than a page is waited for; the log may say so
   bool works = false;  // for ever, by itself: a step may cost a second more than a plain one
 };
@@ -49,7 +49,7 @@ const std::vector<WayOut>& AllWays();
 // is remembered by its number.
 class LeavingSite final {
  public:
-  explicit LeavingSite(demo::AnswerDelay delay);
+  explicit LeavingSite(AnswerDelay delay);
 
   // Serves as the router of that way.
   void Begin(int way);
@@ -62,11 +62,11 @@ class LeavingSite final {
   bool WasSaved(int way, int number) const { return saved_.contains({way, number}); }
 
  private:
-  demo::HttpResponse Answer(const demo::HttpRequest& request);
-  demo::HttpResponse AnswerToSave(const QString& answer, int way, int number) const;
-  demo::HttpResponse Page(int way, int number, bool is_popup) const;
+  HttpResponse Answer(const HttpRequest& request);
+  HttpResponse AnswerToSave(const QString& answer, int way, int number) const;
+  HttpResponse Page(int way, int number, bool is_popup) const;
 
-  demo::HttpServer server_;
+  HttpServer server_;
   quint16 port_ = 0;
   QSet<std::pair<int, int>> saved_;
 };

@@ -26,7 +26,7 @@ double Median(QList<double> values) {
 
 class Walker final {
  public:
-  Walker(const PageHostFactory& make_host, demo::AnswerDelay delay)
+  Walker(const PageHostFactory& make_host, AnswerDelay delay)
       : site_(delay), parts_(make_host) {
     if (QWidget* view = parts_.browsers.Active()->Widget()) {
       view->resize(800, 600);

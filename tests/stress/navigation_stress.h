@@ -13,7 +13,7 @@ namespace quayline::stress {
 struct StressOptions {
   int steps_per_way = 3;
   std::vector<size_t> ways;  // numbers of AllWays(); empty: all
-  demo::AnswerDelay delay{std::chrono::milliseconds(0), std::chrono::milliseconds(50)};
+  AnswerDelay delay{std::chrono::milliseconds(0), std::chrono::milliseconds(50)};
 };
 
 // What many steps along one way came to. A step loads a page, clicks its button, waits as a script

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
-#include "demo/http_server.h"
+#include "transport/http_server.h"
 
 #include <QRandomGenerator>
 #include <QTcpSocket>
 #include <QTimer>
 
-namespace quayline::demo {
+namespace quayline {
 
 namespace {
 
@@ -151,4 +151,4 @@ void HttpServer::TakeConnections() {
   }
 }
 
-}  // namespace quayline::demo
+}  // namespace quayline

@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-namespace quayline::dbtool {
+namespace quayline {
 
 // Something that is wrong in the text files, and where.
 struct DataProblem {
@@ -25,4 +25,4 @@ bool HoldErrors(const Problems& problems);
 // with "warning: ".
 QString FormatProblems(Problems problems);
 
-}  // namespace quayline::dbtool
+}  // namespace quayline

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
-#include "dbtool/router_text.h"
+#include "core/router_text.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace quayline::dbtool {
+namespace quayline {
 
 namespace {
 
@@ -278,4 +278,4 @@ QString FormatRouters(const QList<RouterRecord>& records) {
   return text;
 }
 
-}  // namespace quayline::dbtool
+}  // namespace quayline

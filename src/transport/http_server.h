@@ -9,9 +9,9 @@
 #include <functional>
 #include <memory>
 
-#include "demo/http_message.h"
+#include "transport/http_message.h"
 
-namespace quayline::demo {
+namespace quayline {
 
 // How long an answer takes: a random time between both, ends included.
 struct AnswerDelay {
@@ -47,4 +47,4 @@ class HttpServer final : public QObject {
   std::unique_ptr<QTcpServer> listener_;
 };
 
-}  // namespace quayline::demo
+}  // namespace quayline

@@ -8,9 +8,9 @@
 
 #include <optional>
 
-#include "dbtool/data_problem.h"
+#include "core/data_problem.h"
 
-namespace quayline::dbtool {
+namespace quayline {
 
 // The text files under the records: lines of UTF-8, and texts that may hold anything at all. A text
 // is written as it is if it can be read back that way. Otherwise it begins with a backslash, and
@@ -60,4 +60,4 @@ QString IdSentence(const QString& text);
 // Digits only, up to `most`.
 std::optional<int> ReadNumber(const QString& text, int most);
 
-}  // namespace quayline::dbtool
+}  // namespace quayline

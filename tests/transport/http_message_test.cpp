@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
-#include "demo/http_message.h"
+#include "transport/http_message.h"
 
 #include <gtest/gtest.h>
 
 #include "test_main.h"
 
-namespace quayline::demo {
+namespace quayline {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -133,4 +133,4 @@ TEST(FormatResponse, ABodilessAnswerSendsNoBodyThatTheNextAnswerWouldFollow) {
 }
 
 }  // namespace
-}  // namespace quayline::demo
+}  // namespace quayline

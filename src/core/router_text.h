@@ -10,9 +10,9 @@
 #include <optional>
 
 #include "core/records.h"
-#include "dbtool/text_form.h"
+#include "core/text_form.h"
 
-namespace quayline::dbtool {
+namespace quayline {
 
 // The finding about one line of a script.
 struct ScriptRemark {
@@ -44,4 +44,4 @@ QString FormatRouter(const RouterRecord& record);
 // ReadRouters() divides a file at.
 QString FormatRouters(const QList<RouterRecord>& records);
 
-}  // namespace quayline::dbtool
+}  // namespace quayline

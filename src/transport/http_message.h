@@ -10,7 +10,7 @@
 #include <chrono>
 #include <utility>
 
-namespace quayline::demo {
+namespace quayline {
 
 // What one client may send. Everything beyond is refused, never stored.
 inline constexpr qsizetype kMaxHeadBytes = qsizetype{32} << 10;
@@ -67,6 +67,8 @@ class FormFields final {
   bool Has(const QString& name) const;
   // The first field of that name; empty if it is missing.
   QString Value(const QString& name) const;
+  // Names and values, in their order.
+  const QList<std::pair<QString, QString>>& All() const { return fields_; }
 
  private:
   QList<std::pair<QString, QString>> fields_;
@@ -74,4 +76,4 @@ class FormFields final {
 
 QByteArray PercentDecoded(QByteArrayView text);
 
-}  // namespace quayline::demo
+}  // namespace quayline

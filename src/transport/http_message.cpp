@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
-#include "demo/http_message.h"
+#include "transport/http_message.h"
 
 #include <algorithm>
 #include <expected>
 #include <optional>
 
-namespace quayline::demo {
+namespace quayline {
 
 namespace {
 
@@ -300,4 +300,4 @@ QByteArray PercentDecoded(QByteArrayView text) {
   return bytes;
 }
 
-}  // namespace quayline::demo
+}  // namespace quayline

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
-#include "dbtool/text_form.h"
+#include "core/text_form.h"
 
 #include <QFile>
 #include <QStringDecoder>
@@ -9,7 +9,7 @@
 #include <limits>
 #include <tuple>
 
-namespace quayline::dbtool {
+namespace quayline {
 
 namespace {
 
@@ -164,4 +164,4 @@ QString IdSentence(const QString& text) {
   return QStringLiteral("\"%1\" is no ID: give a number from 1 on.").arg(text);
 }
 
-}  // namespace quayline::dbtool
+}  // namespace quayline

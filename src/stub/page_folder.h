@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <expected>
+#include <optional>
+
+namespace quayline {
+
+// The files of a folder by the paths of a router's pages. Never gives a file that is not in the
+// folder, whatever the path or a symbolic link says, nor a hidden one, nor "answers.json".
+class PageFolder final {
+ public:
+  struct File {
+    QString name;  // below the folder
+    QByteArray bytes;
+    QByteArray type;       // as Content-Type has it
+    bool is_text = false;  // a page, script, style or data file: may be a template
+  };
+
+  static constexpr qint64 kMaxFileBytes = qint64{16} << 20;
+
+  // An error is a sentence.
+  static std::expected<PageFolder, QString> Open(const QString& folder);
+
+  // The file for a path that begins with "/"; "/" at its end stands for "index.html", and ".html"
+  // may be left out.
+  std::optional<File> Find(const QString& path) const;
+
+ private:
+  explicit PageFolder(QString root) : root_(std::move(root)) {}
+  std::optional<File> Read(const QString& name) const;
+
+  QString root_;  // canonical
+};
+
+}  // namespace quayline
