@@ -1,0 +1,190 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+// Runs the scripts of each router file that names its pages ("# pages: NAME", a folder beside this
+// file) on those pages, and compares what the stub router has kept then.
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include "core/router_text.h"
+#include "script/bare_context.h"
+#include "script/fake_questions.h"
+#include "script/job_runner.h"
+#include "stub/stub_router.h"
+#include "test_main.h"
+#include "web/shown_job.h"
+
+extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
+
+namespace quayline::testing {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+// A router file and the folder of its pages.
+struct Family {
+  QString name;  // of the file, as a test's name
+  QString file;
+  QString pages;
+};
+
+void PrintTo(const Family& family, std::ostream* out) { *out << qPrintable(family.file); }
+
+namespace {
+
+const QString kSource = QStringLiteral(QUAYLINE_SOURCE_DIR);
+
+// The families of the shipped routers, and the example.
+std::vector<Family> Families() {
+  static const QRegularExpression kPages(u"^# pages: (\\S+)$"_s,
+                                         QRegularExpression::MultilineOption);
+  static const QRegularExpression kNoWord(u"\\W"_s);
+  QStringList files{kSource + u"/tests/families/example/router.txt"_s};
+  const QDir routers(kSource + u"/data/routers"_s);
+  for (const QString& name : routers.entryList({u"*.txt"_s})) {
+    files.append(routers.filePath(name));
+  }
+  std::vector<Family> families;
+  for (const QString& name : files) {
+    QFile file(name);
+    const bool is_open = file.open(QIODevice::ReadOnly);
+    const QRegularExpressionMatch pages =
+        kPages.match(is_open ? QString::fromUtf8(file.readAll()) : QString());
+    if (pages.hasMatch()) {
+      families.push_back(
+          {.name = QFileInfo(name).completeBaseName().replace(kNoWord, u"_"_s),
+           .file = name,
+           .pages = kSource + u"/tests/families/"_s + pages.captured(1)});
+    }
+  }
+  return families;
+}
+
+PortEntry Entry(const char* name, const char* computer, int first, int last,
+                const char* protocol) {
+  return {.app_name = QLatin1String(name),
+          .forwarded_to = QLatin1String(computer),
+          .start_port = QString::number(first),
+          .end_port = QString::number(last),
+          .protocol = QLatin1String(protocol),
+          .description = {}};
+}
+
+class RouterFamilies : public ::testing::TestWithParam<Family> {
+ protected:
+  RouterFamilies() {
+    questions_.trusts = [](const ShownCertificate&) { return false; };
+    context_.app.job_options.throttle = false;
+    context_.app.job_options.verify_after_update = true;
+  }
+
+  void Open() {
+    Problems problems;
+    const QList<RouterSource> routers =
+        ReadRouters(ReadTextFile(GetParam().file, problems), GetParam().file, {}, problems);
+    ASSERT_EQ(FormatProblems(problems), QString());
+    record_ = routers.first().record;
+    auto router = StubRouter::Open(GetParam().pages);
+    ASSERT_TRUE(router.has_value()) << qPrintable(router.error());
+    router_ = *std::move(router);
+    QObject::connect(router_.get(), &StubRouter::exchanged, router_.get(),
+                     [this](const StubExchange& exchange) { Note(exchange); });
+    const auto port = router_->Start();
+    ASSERT_TRUE(port.has_value()) << qPrintable(port.error());
+    RouterSession& session = context_.app.session;
+    SelectRouter(session, record_);
+    session.username = record_.routerusername;
+    session.password = record_.routerpassword;
+    session.router_ip = u"127.0.0.1"_s;
+    session.http_port = QString::number(*port);
+  }
+
+  void Note(const StubExchange& exchange) {
+    if (!exchange.IsPlain()) {
+      exchanges_ += u"\n%1 %2 -> %3 %4; %5"_s.arg(exchange.method, exchange.path, exchange.answer,
+                                                  exchange.done.join(u"; "_s),
+                                                  exchange.problems.join(u"; "_s));
+    }
+    problems_ += exchange.problems;
+  }
+
+  // Those that the router can take.
+  QList<PortEntry> Entries() const {
+    QList<PortEntry> entries{Entry("Web", "192.168.1.110(FrontDesk)", 8080, 8080, "TCP"),
+                             Entry("Voice", "192.168.1.123(Attic)", 16384, 16403, "UDP")};
+    if (record_.routermaxrange == "0"_L1) {
+      entries[1].end_port = entries[1].start_port;
+    }
+    if (record_.routersupportsboth.compare("no"_L1, Qt::CaseInsensitive) != 0) {
+      entries.append(Entry("Game", "192.168.1.110(FrontDesk)", 27015, 27015, "TCP/UDP"));
+    }
+    return entries;
+  }
+
+  enum class Job { kUpdate, kCheck };
+
+  // Runs a job to its end. What it should leave on the router are the rules of `wanted`.
+  void Run(Job job, const QList<PortEntry>& wanted) {
+    exchanges_.clear();
+    runner_.reset();
+    runner_ = OpenShownJob(context_.app, questions_);
+    job == Job::kCheck ? runner_->Check() : runner_->Run();
+    const bool ends = RunUntil([this] { return !runner_->IsRunning(); }, 120s);
+    const QString log = runner_->Log().Text() + exchanges_;
+    ASSERT_TRUE(ends) << qPrintable(log);
+    EXPECT_EQ(runner_->Outcome().entries_failed, 0);
+    EXPECT_FALSE(runner_->Outcome().stopped);
+    EXPECT_EQ(DifferencesFrom(wanted, router_->FirstRules(), router_->KeptRules()), QStringList());
+    EXPECT_FALSE(router_->HasPendingChanges());
+    EXPECT_EQ(problems_, QStringList());
+    ASSERT_FALSE(HasFailure()) << qPrintable(log);
+  }
+
+  void ExpectStates(EntryState state, bool existed) {
+    for (const EntryResult& result : runner_->Outcome().results) {
+      EXPECT_EQ(result.state, state) << qPrintable(result.entry.app_name + u": "_s + result.seen);
+      EXPECT_EQ(result.existed, existed) << qPrintable(result.seen);
+    }
+    ASSERT_FALSE(HasFailure()) << qPrintable(runner_->Log().Text() + exchanges_);
+  }
+
+  BareContext context_;
+  FakeQuestions questions_;
+  RouterRecord record_;
+  std::unique_ptr<StubRouter> router_;
+  std::unique_ptr<JobRunner> runner_;
+  QString exchanges_;
+  QStringList problems_;
+};
+
+TEST_P(RouterFamilies, TheRulesAreEnteredOnceSeenAndRemoved) {
+  ASSERT_NO_FATAL_FAILURE(Open());
+  const QList<PortEntry> entries = Entries();
+  context_.app.port_list.SetEntries(entries);
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries));
+  ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, false));
+
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kCheck, entries));
+  ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, false));
+
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries));
+  ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, true));
+
+  if (record_.routerremove.isEmpty()) {
+    return;
+  }
+  context_.app.session.update_script = ScriptLines(record_.routerremove);
+  context_.app.job_options.verify_after_update = false;
+  context_.app.port_list.SetEntries(entries.first(1));
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries.sliced(1)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, RouterFamilies, ::testing::ValuesIn(Families()),
+                         [](const auto& family) { return family.param.name.toStdString(); });
+
+}  // namespace
+}  // namespace quayline::testing
