@@ -87,6 +87,7 @@ Task<QJsonValue> CommandCall::Ask(PageCall call) const {
 
 Task<QJsonValue> CommandCall::AskOnce(PageCall call) const {
   call.frame = run.frame_number;
+  run.inputs += call.kind == PageCallKind::kInput || call.kind == PageCallKind::kChoice ? 1 : 0;
   PageHost* const host = env.browser();
   OneShot<PageAnswer> answer;
   host->Call(call, answer.Callback());

@@ -137,6 +137,10 @@ FlowResult Nav(CommandCall& call) {
     co_return end;
   }
   const quint64 mark = call.MarkPage();
+  // Some routers take a rule as parts of an address.
+  call.run.inputs +=
+      address.contains(QLatin1Char('?')) && address.contains(call.run.given.entry_start_port) ? 1
+                                                                                              : 0;
   call.env.browser()->Navigate2(address, call.run.frame_name);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {
     co_return end;

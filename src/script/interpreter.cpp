@@ -7,6 +7,7 @@
 
 #include "async/wait.h"
 #include "script/command_table.h"
+#include "script/complaint_watch.h"
 #include "script/page_operations.h"
 #include "script/script_line.h"
 #include "script/script_texts.h"
@@ -19,6 +20,8 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kThrottle(500);
 constexpr int kMaxSettleRounds = 5;
+constexpr qsizetype kLongestComplaint = 200;
+constexpr qsizetype kMostComplaints = 5;
 
 // One pass over the lines of a script.
 class Interpreter final {
@@ -29,7 +32,9 @@ class Interpreter final {
   Task<RunEnd> Run();
 
  private:
+  Task<std::optional<RunEnd>> RunLines();
   Task<std::optional<RunEnd>> RunLine(int index);
+  Task<> ReadComplaints();
   Task<bool> Settle();
   Task<std::optional<RunEnd>> FollowPage(bool needs_idle);
   Task<std::optional<RunEnd>> RunCommand(const CommandRow& row);
@@ -48,6 +53,10 @@ class Interpreter final {
   ScriptRun run_;
   CommandCall call_;
   std::optional<SetBox> box_;
+  ComplaintWatch complaints_;
+  // The page as its complaints were read last.
+  std::optional<quint64> read_page_;
+  QString read_state_;
 };
 
 Task<RunEnd> Interpreter::Run() {
@@ -56,17 +65,45 @@ Task<RunEnd> Interpreter::Run() {
   }
   call_.LogLine(call_.Text(script_text::kRunning));
   call_.LogLine(LogSeparator());
-  for (int index = 0; index < run_.given.commands.size(); ++index) {
-    if (const std::optional<RunEnd> end = co_await RunLine(index)) {
-      co_return *end;
-    }
+  const std::optional<RunEnd> end = co_await RunLines();
+  if (!Stopped() && end != RunEnd::kPageError) {
+    read_page_.reset();
+    co_await ReadComplaints();
   }
-  if (const std::optional<RunEnd> end = co_await FollowPage(true)) {
+  for (const QString& text : complaints_.Found().mid(0, kMostComplaints)) {
+    env_.complaints.append(OnOneLine(text.left(kLongestComplaint)));
+  }
+  if (end) {
     co_return *end;
   }
   call_.LogLine(LogSeparator());
   env_.log.Append(LineBreak());
   co_return RunEnd::kAllLinesDone;
+}
+
+Task<std::optional<RunEnd>> Interpreter::RunLines() {
+  for (int index = 0; index < run_.given.commands.size(); ++index) {
+    if (const std::optional<RunEnd> end = co_await RunLine(index)) {
+      co_return end;
+    }
+  }
+  co_return co_await FollowPage(true);
+}
+
+// Before each line, where the page may have changed since the line before.
+Task<> Interpreter::ReadComplaints() {
+  const quint64 page = call_.MarkPage();
+  if (page == read_page_ && run_.markup_state == read_state_) {
+    co_return;
+  }
+  const QJsonValue answer = co_await call_.AskOnce(page_operation::ReadComplaints());
+  QStringList shown;
+  for (const QVariant& text : answer.toArray().toVariantList()) {
+    shown.append(text.toString());
+  }
+  complaints_.Take(shown, page, run_.inputs);
+  read_page_ = page;
+  read_state_ = run_.markup_state;
 }
 
 Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
@@ -77,6 +114,7 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
   if (!settled) {
     co_return RunEnd::kStopped;
   }
+  co_await ReadComplaints();
   const CommandRow* row = FindCommand(line.name);
   if (const std::optional<RunEnd> end = co_await FollowPage(row != nullptr && row->awaits_page)) {
     co_return end;

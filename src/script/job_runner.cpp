@@ -99,6 +99,7 @@ Task<> JobRunner::RunRow(int row, QString& computer_name) {
   ++outcome_.entries;
   const int faults = PageFaults();
   Environment().steps_not_found = 0;
+  Environment().complaints.clear();
   ForgetPageWords();
   const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
   outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
@@ -118,6 +119,9 @@ QStringList JobRunner::DoubtsSince(int faults) {
   }
   for (const QString& words : PageWords()) {
     doubts.append(Text(job_text::kPageSaid).arg(words));
+  }
+  for (const QString& words : std::as_const(Environment().complaints)) {
+    doubts.append(Text(job_text::kPageShowed).arg(words));
   }
   return doubts;
 }

@@ -18,10 +18,10 @@ inline constexpr Message kTo{"To", "between a start port and an end port"};
 inline constexpr Message kFinishedAdding{"Finished Adding"};
 inline constexpr Message kDone{"DONE! (All Commands Finished)"};
 
-
 // What makes an entry doubtful, in sentences.
 inline constexpr Message kPageFailed{"A script or another part of the page failed."};
 inline constexpr Message kStepsNotFound{"Steps that did not find what they were for: %1."};
 inline constexpr Message kPageSaid{"The page said: \"%1\""};
+inline constexpr Message kPageShowed{"The page showed: \"%1\""};
 
 }  // namespace quayline::job_text

@@ -50,6 +50,7 @@ constexpr Operation kNamePasswordBoxes{"NamePasswordBoxes", kQuestion, IfGone::k
 constexpr Operation kPageShowsText{"PageShowsText", kQuestion, IfGone::kFalse};
 constexpr Operation kReadRows{"ReadRows", kQuestion, IfGone::kEmptyText};
 constexpr Operation kOpenNextPage{"OpenNextPage", kClick, IfGone::kFailed};
+constexpr Operation kReadComplaints{"ReadComplaints", kQuestion, IfGone::kEmptyList};
 constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
 
 QJsonValue ResultIfGone(IfGone if_gone) {
@@ -163,6 +164,8 @@ PageCall PageShowsText(const QString& text) { return Call(kPageShowsText, {text}
 PageCall ReadRows() { return Call(kReadRows, {}); }
 
 PageCall OpenNextPage() { return Call(kOpenNextPage, {}); }
+
+PageCall ReadComplaints() { return Call(kReadComplaints, {}); }
 
 PageCall ReadMarkupState() { return Call(kReadMarkupState, {}); }
 

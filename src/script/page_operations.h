@@ -83,6 +83,9 @@ PageCall ReadRows();
 // Clicks the link to the next page of a table.
 PageCall OpenNextPage();
 
+// Answers an array of the error texts that a person sees on the page, in all its frames.
+PageCall ReadComplaints();
+
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.
 PageCall ReadMarkupState();

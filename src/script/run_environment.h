@@ -31,6 +31,8 @@ struct RunEnvironment {
   std::function<void(const QString&)> show_status;
   // How many steps have not found what they were for. Counted up by the run.
   int steps_not_found = 0;
+  // Error texts that pages showed in reply to the run, in the words of the page. Added by the run.
+  QStringList complaints;
   // The run is in a debug pause between two lines: no command works on the pages.
   bool is_paused = false;
 };

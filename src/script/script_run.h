@@ -78,6 +78,9 @@ struct ScriptRun {
   // The mark of the page on which something stayed missing until its pending work was done.
   std::optional<quint64> missed_at;
 
+  // How many times something of the entry was put into a page.
+  int inputs = 0;
+
   bool was_found = true;  // by the operation that was logged last on the current line
 
   int frame_number = 0;  // 0: the top document

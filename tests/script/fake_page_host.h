@@ -24,7 +24,7 @@ class FakePageHost;
 //   refresh     run save()     keys {RIGHT}     clear cache     stop
 //
 // A call of a popup has "popup 1: " in front: the number is that of the browser among the living.
-// The settle check's calls are counted, not recorded.
+// The settle check's calls are counted, not recorded; the search for error texts is not recorded.
 class FakePages final {
  public:
   using Reaction = std::function<void(FakePageHost&)>;
