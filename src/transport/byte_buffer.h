@@ -40,6 +40,19 @@ class ByteBuffer final {
     Commit(added.size());
   }
 
+  // Takes the first `size` bytes. All of them, where they fill their memory well, are not copied.
+  QByteArray Take(qsizetype size) {
+    if (begin_ == 0 && size == end_ && size >= bytes_.size() / 2) {
+      bytes_.truncate(size);
+      QByteArray all = std::move(bytes_);
+      Clear();
+      return all;
+    }
+    QByteArray first = View().first(size).toByteArray();
+    Drop(size);
+    return first;
+  }
+
   void Drop(qsizetype size) {
     begin_ += size;
     if (begin_ == end_) {

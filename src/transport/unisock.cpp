@@ -385,7 +385,7 @@ void UniSock::FinishConnecting() {
   }
   remote_ip_ = peer->sin_addr;
   remote_port_ = ntohs(peer->sin_port);
-  ReadBufferSizes();  // the system has made them larger for the connection
+  send_size_ = socket_.BufferSize(SO_SNDBUF);  // the system has made it larger
   readiness_->SetReading(true);
   if (Enter(SockState::kConnected)) {
     Q_EMIT Connect();

@@ -92,8 +92,8 @@ UniSock::Result UniSock::Fetch(SockValue& value, int type, qsizetype length, boo
   const qsizetype available = length < 1 ? received_.Size() : std::min(length, received_.Size());
   const qsizetype count = *BytesOfType(wanted, available);
   if (count > 0) {
-    value = FromBytes(received_.View().first(count).toByteArray(), wanted);
-    received_.Drop(peek ? 0 : count);
+    value = FromBytes(peek ? received_.View().first(count).toByteArray() : received_.Take(count),
+                      wanted);
   }
   return {};
 }
