@@ -4,6 +4,7 @@
 #include "test_main.h"
 
 #include <QApplication>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -36,6 +37,9 @@ extern "C" [[gnu::weak]] void QuaylinePrepareTestBinary() {}
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  // Journals of jobs, also of programs that the tests start, are none of the user's.
+  const QTemporaryDir state;
+  qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
   QuaylinePrepareTestBinary();
   testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);

@@ -19,6 +19,7 @@
 #include "core/shipped_databases.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
+#include "platform/linux/linux_listeners.h"
 #include "platform/linux/private_memory.h"
 #include "platform/linux/stop_signals.h"
 #include "platform/linux/wine_settings.h"
@@ -138,6 +139,15 @@ QString BesideAnother() {
       "change your list of ports, you will be asked which one to keep.");
 }
 
+QStringList CutOffNotices(const JobJournals& journals) {
+  QStringList notices;
+  for (const CutOffJob& job : journals.TakeCutOff()) {
+    notices.append(CutOffNotice(job, QStringLiteral("To see what the router has now, press "
+                                                    "\"Check Router\".")));
+  }
+  return notices;
+}
+
 // A signal closes the main window, which goes at once; the program ends when the pages of its job
 // have become idle.
 void EndOnSignals(StopSignals& signals, MainFrame& main_window, JobFlags& flags) {
@@ -196,6 +206,9 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
     context.shipped_folder = ShippedFolder(QCoreApplication::applicationDirPath());
   }
   context.router_locks = RouterLocks(RouterLocks::SystemFolders());
+  context.journals = JobJournals(JobJournals::SystemFolder());
+  const LinuxListeners listeners;
+  context.listeners = &listeners;
   WindowPrompts prompts(context.translator);
   SystemHostNames host_names;
   const WineSettings foreign_settings;
@@ -214,8 +227,13 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
                    });
   QObject::connect(&main_window, &MainFrame::leaving, &instance, &SingleInstance::Release);
   QObject::connect(&main, &MainWindow::ready, &main, [&, state] {
+    QStringList notices;
     if (state != InstanceState::kAcquired) {
-      prompts.Notify(&main, BesideAnother());
+      notices.append(BesideAnother());
+    }
+    notices += CutOffNotices(context.journals);
+    if (!notices.isEmpty()) {
+      prompts.Notify(&main, notices.join(QStringLiteral("\n\n")));
     }
     instance.Listen();
     WarnOfRoot(prompts, main, [&main, &options] { BeginWith(main, options); });

@@ -117,7 +117,9 @@ constexpr Option kOptions[] = {
      "\"seen\": \"the row on the router's page\", \"existed\": false} for each\n"
      "entry, then {\"job\": \"done\", \"exit\": 4}. A state is on-router,\n"
      "different, missing, unknown or to-check; a job is done, stopped or\n"
-     "error; what differs is port, address, protocol or disabled.",
+     "error; what differs is port, address, protocol or disabled. Entries\n"
+     "that lead to this computer have \"listens\": \"sshd listens\", or\n"
+     "\"nothing listens on 80\", and so on.",
      [](Update& u, const QString&) { return Store(u.as_json, true); }},
 };
 
@@ -218,8 +220,7 @@ std::expected<CliArguments, QString> ParseTry(const QStringList& words) {
   }
   trial.router_file = parser.positionalArguments().first();
   if (trial.pages.isEmpty()) {
-    return std::unexpected(
-        QStringLiteral("Please say where the router's pages are: --pages DIR."));
+    return std::unexpected(QStringLiteral("Please say where the router's pages are: --pages DIR."));
   }
   if (parser.isSet(QStringLiteral("timeout"))) {
     Update update;

@@ -17,6 +17,7 @@
 #include "cli/update_run.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
+#include "platform/linux/linux_listeners.h"
 #include "platform/linux/private_memory.h"
 #include "platform/linux/stop_signals.h"
 #include "script/web/web_engine.h"
@@ -59,6 +60,14 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
     return Fail(prepared.error().exit, prepared.error().message);
   }
   context.router_locks = quayline::RouterLocks(quayline::RouterLocks::SystemFolders());
+  context.journals = quayline::JobJournals(quayline::JobJournals::SystemFolder());
+  const quayline::LinuxListeners listeners;
+  context.listeners = &listeners;
+  for (const quayline::CutOffJob& job : context.journals.TakeCutOff()) {
+    quayline::ReportLines(QStringLiteral("quayline-cli: ") +
+                          CutOffNotice(job, QStringLiteral("To see what the router has now, run "
+                                                           "\"quayline-cli check\".")));
+  }
   const auto lock = context.router_locks.TryTake(quayline::RouterKey(context.session));
   if (lock == nullptr && arguments.no_wait) {
     return Fail(CliExit::kFailed,

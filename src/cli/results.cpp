@@ -38,11 +38,9 @@ QString StateText(const EntryResult& result) {
   return {};
 }
 
-QString JobName(const JobOutcome& outcome) {
-  if (outcome.stopped) {
-    return QStringLiteral("stopped");
-  }
-  return outcome.entries_failed > 0 ? QStringLiteral("error") : QStringLiteral("done");
+// Empty for an entry that leads to another computer.
+QString ListenText(const EntryResult& result) {
+  return result.listening ? OnOneLine(ListeningText(*result.listening)) : QString();
 }
 
 QString Line(const QJsonObject& object) {
@@ -55,16 +53,22 @@ QString Line(const QJsonObject& object) {
 QString ResultTable(const JobOutcome& outcome) {
   qsizetype widest_name = 0;
   qsizetype widest_state = 0;
+  qsizetype widest_listening = 0;
   for (const EntryResult& result : outcome.results) {
     widest_name = std::max(widest_name, result.entry.app_name.size());
     widest_state = std::max(widest_state, StateText(result).size());
+    widest_listening = std::max(widest_listening, ListenText(result).size());
   }
   QString table;
   for (const EntryResult& result : outcome.results) {
     const QString why = result.seen.isEmpty() ? result.doubts.join(QLatin1Char(' ')) : result.seen;
     QString line = OnOneLine(result.entry.app_name).leftJustified(widest_name) +
                    QStringLiteral("  ") + StateText(result).leftJustified(widest_state) +
-                   QStringLiteral("  ") + OnOneLine(why);
+                   QStringLiteral("  ");
+    if (widest_listening > 0) {
+      line += ListenText(result).leftJustified(widest_listening) + QStringLiteral("  ");
+    }
+    line += OnOneLine(why);
     table += line.trimmed() + QLatin1Char('\n');
   }
   return table;
@@ -77,14 +81,18 @@ QString ResultObjects(const JobOutcome& outcome, int exit_status) {
     for (const RuleField field : result.differs) {
       differs.append(FieldName(field));
     }
-    lines += Line({{QStringLiteral("entry"), result.entry.app_name},
-                   {QStringLiteral("state"), StateName(result.state)},
-                   {QStringLiteral("differs"), differs},
-                   {QStringLiteral("seen"), result.seen},
-                   {QStringLiteral("existed"), result.existed}});
+    QJsonObject object{{QStringLiteral("entry"), result.entry.app_name},
+                       {QStringLiteral("state"), StateName(result.state)},
+                       {QStringLiteral("differs"), differs},
+                       {QStringLiteral("seen"), result.seen},
+                       {QStringLiteral("existed"), result.existed}};
+    if (result.listening) {
+      object.insert(QStringLiteral("listens"), ListenText(result));
+    }
+    lines += Line(object);
   }
   return lines +
-         Line({{QStringLiteral("job"), JobName(outcome)}, {QStringLiteral("exit"), exit_status}});
+         Line({{QStringLiteral("job"), outcome.EndName()}, {QStringLiteral("exit"), exit_status}});
 }
 
 }  // namespace quayline

@@ -13,7 +13,8 @@ QString ResultTable(const JobOutcome& outcome);
 
 // The same for programs: one object a line for each entry,
 //   {"entry": "Web", "state": "different", "differs": ["port"], "seen": "the row's text",
-//    "existed": false}
+//    "existed": false, "listens": "nothing listens on 80"}
+// where "listens" is only of entries that lead to this computer,
 // and one for the job: {"job": "done" | "stopped" | "error", "exit": 4}.
 QString ResultObjects(const JobOutcome& outcome, int exit_status);
 

@@ -4,6 +4,7 @@
 
 #include "core/databases.h"
 #include "core/job_flags.h"
+#include "core/job_journal.h"
 #include "core/maker_site.h"
 #include "core/port_list_model.h"
 #include "core/router_session.h"
@@ -13,6 +14,7 @@
 #include "i18n/translator.h"
 #include "platform/adapters.h"
 #include "platform/desktop.h"
+#include "platform/listeners.h"
 #include "platform/router_lock.h"
 #include "transport/http_fetch.h"
 
@@ -46,7 +48,9 @@ struct AppContext {
   MakerSite maker_site;
   TrustedCertificates certificates;
   HttpFetch http_fetch;
-  RouterLocks router_locks;  // locks nothing until the program says where
+  RouterLocks router_locks;              // locks nothing until the program says where
+  JobJournals journals;                  // keeps none until the program says where
+  const Listeners* listeners = nullptr;  // null: it is not known who listens on this computer
   Adapters& adapters;
   Desktop& desktop;
 };

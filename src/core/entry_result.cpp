@@ -12,7 +12,8 @@ EntryResult ResultOf(const PortEntry& entry, const RuleVerdict& verdict, bool ex
                      .differs = verdict.differs,
                      .seen = verdict.seen,
                      .existed = existed,
-                     .doubts = doubts};
+                     .doubts = doubts,
+                     .listening = {}};
   switch (verdict.state) {
     case RuleState::kOnRouter:
       result.state = EntryState::kOnRouter;

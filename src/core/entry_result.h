@@ -6,6 +6,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
+#include "core/listening.h"
 #include "core/port_entry.h"
 #include "core/rule_match.h"
 
@@ -27,6 +30,9 @@ struct EntryResult {
   QString seen;              // the row of the router's page on which this rests
   bool existed = false;      // the rule was on the router before the job, as it is wanted
   QStringList doubts;        // what went wrong meanwhile, in sentences
+  // Whether a program waits for what the router forwards; nothing where it leads to another
+  // computer, or nobody has looked.
+  std::optional<Listening> listening;
 
   bool IsUnclear() const { return state == EntryState::kUnknown || state == EntryState::kToCheck; }
   bool IsWrong() const { return state == EntryState::kDifferent || state == EntryState::kMissing; }

@@ -15,10 +15,34 @@
 
 namespace quayline {
 
+namespace {
+
+PassEnd PassEndOf(RunEnd end) {
+  switch (end) {
+    case RunEnd::kAllLinesDone:
+      return PassEnd::kDone;
+    case RunEnd::kEntryExists:
+      return PassEnd::kExisted;
+    case RunEnd::kPageError:
+      return PassEnd::kFailed;
+    case RunEnd::kStopped:
+      return PassEnd::kStopped;
+  }
+  return PassEnd::kStopped;
+}
+
+}  // namespace
+
 JobRunner::JobRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                      QObject* parent)
     : ScriptRunner(context, std::move(make_host), questions, kRunnerTexts,
-                   context.job_flags.active_browser_index, parent) {}
+                   context.job_flags.active_browser_index, parent) {
+  connect(&log_, &JobLog::appended, this, [this](const QString& text) {
+    if (journal_) {
+      journal_->NoteLog(text);
+    }
+  });
+}
 
 JobRunner::~JobRunner() { CancelRun(); }
 
@@ -63,12 +87,27 @@ Task<> JobRunner::CheckRows() {
 }
 
 Task<> JobRunner::RunRows() {
+  journal_ = context_.journals.Begin({.router = context_.session.router_name,
+                                      .address = RouterHost(context_.session),
+                                      .entries = rows_,
+                                      .password = context_.session.password});
+  co_await EnterRows();
+  if (journal_) {
+    journal_->NoteEnd(outcome_.EndName());
+    journal_.reset();
+  }
+}
+
+Task<> JobRunner::EnterRows() {
   const auto rows = static_cast<int>(rows_.size());
   Q_EMIT errorsCleared();
   log_.Append(LineBreak() + Text(job_text::kNumberOfForwards) + QStringLiteral(" (%1)").arg(rows));
   log_.Append(LineBreak() + Text(job_text::kRunningCommands) + LineBreak());
   if (context_.job_options.verify_after_update) {
     before_ = co_await Look();
+    if (journal_) {
+      journal_->NoteBefore(ResultsOf(before_), page_);
+    }
   }
   QString computer_name;
   for (int row = 1; row <= rows; ++row) {
@@ -92,6 +131,9 @@ Task<> JobRunner::RunRows() {
 }
 
 Task<> JobRunner::RunRow(int row, QString& computer_name) {
+  if (journal_) {
+    journal_->NotePass(row, rows_[row - 1].app_name);
+  }
   LogRowHead(row);
   GiveLogin();
   RunArguments arguments = ArgumentsOf(row, computer_name);
@@ -107,6 +149,9 @@ Task<> JobRunner::RunRow(int row, QString& computer_name) {
   doubts_[row - 1] = DoubtsSince(faults);
   log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
               OnOneLine(rows_[row - 1].app_name) + LineBreak());
+  if (journal_) {
+    journal_->NotePassEnd(row, PassEndOf(end), doubts_[row - 1]);
+  }
 }
 
 QStringList JobRunner::DoubtsSince(int faults) {
@@ -132,6 +177,9 @@ Task<> JobRunner::ReadBack() {
     verdicts = co_await Look();
   }
   NoteResults(verdicts);
+  if (journal_) {
+    journal_->NoteAfter(outcome_.results, page_);
+  }
 }
 
 Task<QList<RuleVerdict>> JobRunner::Look() {
@@ -141,15 +189,41 @@ Task<QList<RuleVerdict>> JobRunner::Look() {
   is_looking_ = true;
   const auto done = qScopeGuard([this] { is_looking_ = false; });
   Q_EMIT lookStarted();
+  page_ = {};
   const std::optional<PageRows> page = co_await ReadRules(Environment(), std::move(arguments));
-  co_return page ? MatchRules(rows_, *page) : QList<RuleVerdict>();
+  if (!page) {
+    co_return QList<RuleVerdict>();
+  }
+  page_ = *page;
+  co_return MatchRules(rows_, page_);
+}
+
+QList<EntryResult> JobRunner::ResultsOf(const QList<RuleVerdict>& verdicts) const {
+  QList<EntryResult> results;
+  for (qsizetype row = 0; row < rows_.size(); ++row) {
+    const bool existed = before_.value(row).state == RuleState::kOnRouter;
+    results.append(ResultOf(rows_[row], verdicts.value(row), existed, doubts_[row]));
+  }
+  return results;
 }
 
 void JobRunner::NoteResults(const QList<RuleVerdict>& verdicts) {
-  for (qsizetype row = 0; row < rows_.size(); ++row) {
-    const bool existed = before_.value(row).state == RuleState::kOnRouter;
-    outcome_.results.append(ResultOf(rows_[row], verdicts.value(row), existed, doubts_[row]));
+  outcome_.results = ResultsOf(verdicts);
+  if (context_.listeners == nullptr) {
+    return;
   }
+  const auto listeners = context_.listeners->List();
+  const QStringList own_addresses = ForwardableAddresses(context_.adapters.AddressTable());
+  for (EntryResult& result : outcome_.results) {
+    result.listening = ListeningOf(result.entry, own_addresses, listeners);
+  }
+}
+
+QString JobOutcome::EndName() const {
+  if (stopped) {
+    return QStringLiteral("stopped");
+  }
+  return entries_failed > 0 ? QStringLiteral("error") : QStringLiteral("done");
 }
 
 bool JobOutcome::HasDoubts() const { return std::ranges::any_of(results, &EntryResult::IsUnclear); }

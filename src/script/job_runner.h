@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "core/entry_result.h"
+#include "core/job_journal.h"
 #include "core/page_rows.h"
 #include "script/script_runner.h"
 
@@ -19,6 +21,8 @@ struct JobOutcome {
 
   bool HasDoubts() const;  // an entry could not be seen on the router
   bool HasWrong() const;   // an entry is not on the router as it is wanted
+  // How other programs know the end: "done", "stopped" or "error".
+  QString EndName() const;
   // Entries that are surely not on the router: it does not show them, or they were never begun.
   QList<PortEntry> ToTryAgain() const;
   // Names of the entries that are to be checked on the router.
@@ -67,11 +71,13 @@ class JobRunner final : public ScriptRunner {
  private:
   void TakeRows(QList<PortEntry> rows);
   Task<> RunRows();
+  Task<> EnterRows();
   Task<> CheckRows();
   Task<> RunRow(int row, QString& computer_name);
   Task<> ReadBack();
   // What the router shows of each row. Nothing where its rules were not read.
   Task<QList<RuleVerdict>> Look();
+  QList<EntryResult> ResultsOf(const QList<RuleVerdict>& verdicts) const;
   void NoteResults(const QList<RuleVerdict>& verdicts);
   QStringList DoubtsSince(int faults);
   RunArguments ArgumentsOf(int row, const QString& former_computer_name) const;
@@ -79,9 +85,11 @@ class JobRunner final : public ScriptRunner {
 
   QList<PortEntry> rows_;
   JobOutcome outcome_;
-  QList<RuleVerdict> before_;  // of each row, or empty
-  QList<QStringList> doubts_;  // of each row
-  bool is_looking_ = false;    // what fails now costs the job nothing
+  QList<RuleVerdict> before_;            // of each row, or empty
+  QList<QStringList> doubts_;            // of each row
+  PageRows page_;                        // as it was read last
+  bool is_looking_ = false;              // what fails now costs the job nothing
+  std::unique_ptr<JobJournal> journal_;  // of the job that runs; null if none can be written
 };
 
 }  // namespace quayline

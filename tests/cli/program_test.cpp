@@ -280,6 +280,23 @@ TEST_F(CliProgram, AStopSignalToTheWholeProgramEndsTheJobAndCutsNoSaveOff) {
   }
 }
 
+TEST_F(CliProgram, AKilledJobIsReportedOnceAtTheNextStart) {
+  const quint16 router_port = port_;
+  ScriptedServer server;
+  UsePage(server);
+  server.replies["/save"] = {.bytes = {}, .then = Reply::Then::kSilence};
+  QProcess program;
+  Begin(program, Words());
+  ASSERT_TRUE(RunUntil([&] { return server.requests.join().contains("POST /save"); }, 60s));
+  kill(-static_cast<pid_t>(program.processId()), SIGKILL);
+  End(program);
+  port_ = router_port;
+  const QString errors = Run(Words()).errors;
+  EXPECT_TRUE(errors.contains(u"The update of \"Form\""_s)) << qPrintable(errors);
+  EXPECT_TRUE(errors.contains(u"\nNot certain: Web.\n"_s)) << qPrintable(errors);
+  EXPECT_EQ(Run(Words()).errors, QString());
+}
+
 TEST_F(CliProgram, ASecondSignalEndsTheProgramWhateverIsUnderWay) {
   ScriptedServer server;
   UsePage(server);

@@ -13,7 +13,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "platform/linux/route_dump.h"
+#include "platform/linux/netlink_dump.h"
 
 namespace quayline {
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/route_dump.h"
+#include "platform/linux/netlink_dump.h"
 
 #include <cerrno>
 #include <sys/socket.h>
@@ -34,26 +34,24 @@ Reading TakeMessages(const char* data, ssize_t size, QList<QByteArray>* rows) {
   return changed ? Reading::kChanged : Reading::kMore;
 }
 
-bool SendRequest(int socket, quint16 type, quint8 family) {
-  struct {
-    nlmsghdr header;
-    rtgenmsg body;
-  } request = {};
-  request.header.nlmsg_len = NLMSG_LENGTH(sizeof(request.body));
-  request.header.nlmsg_type = type;
-  request.header.nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
-  request.body.rtgen_family = family;
-  return send(socket, &request, request.header.nlmsg_len, 0) ==
-         static_cast<ssize_t>(request.header.nlmsg_len);
+bool SendRequest(int socket, quint16 type, const QByteArray& request) {
+  nlmsghdr header = {};
+  header.nlmsg_len = static_cast<quint32>(NLMSG_LENGTH(request.size()));
+  header.nlmsg_type = type;
+  header.nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
+  const QByteArray message =
+      QByteArray(reinterpret_cast<const char*>(&header), sizeof(header)) + request;
+  return send(socket, message.constData(), static_cast<size_t>(message.size()), 0) ==
+         message.size();
 }
 
-Reading ReadOnce(quint16 type, quint8 family, QList<QByteArray>* rows) {
+Reading ReadOnce(int protocol, quint16 type, const QByteArray& request, QList<QByteArray>* rows) {
   // A socket for each reading: the rest of an answer that was given up cannot reach the next one.
-  const int socket = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE);
+  const int socket = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, protocol);
   if (socket < 0) {
     return Reading::kFailed;
   }
-  Reading state = SendRequest(socket, type, family) ? Reading::kMore : Reading::kFailed;
+  Reading state = SendRequest(socket, type, request) ? Reading::kMore : Reading::kFailed;
   QByteArray buffer(kBufferSize, Qt::Uninitialized);
   while (state == Reading::kMore) {
     const ssize_t size = recv(socket, buffer.data(), kBufferSize, MSG_TRUNC);
@@ -80,9 +78,18 @@ const rtattr* RouteAttributes::Find(int type) const {
 }
 
 std::optional<QList<QByteArray>> DumpRouteTable(quint16 request, quint8 family) {
+  rtgenmsg body = {};
+  body.rtgen_family = family;
+  QByteArray bytes(reinterpret_cast<const char*>(&body), sizeof(body));
+  bytes.resize(NLMSG_ALIGN(sizeof(body)), '\0');
+  return DumpNetlinkTable(NETLINK_ROUTE, request, bytes);
+}
+
+std::optional<QList<QByteArray>> DumpNetlinkTable(int protocol, quint16 type,
+                                                  const QByteArray& request) {
   for (int i = 0; i < kMostReadings; ++i) {
     QList<QByteArray> rows;
-    switch (ReadOnce(request, family, &rows)) {
+    switch (ReadOnce(protocol, type, request, &rows)) {
       case Reading::kWhole:
         return rows;
       case Reading::kChanged:

@@ -19,6 +19,11 @@ namespace quayline {
 // it is read is read again. Nothing when the kernel gives no whole answer.
 std::optional<QList<QByteArray>> DumpRouteTable(quint16 request, quint8 family);
 
+// The same for a table of another of the kernel's netlink protocols: `request` is the fixed part
+// that follows the header of the message.
+std::optional<QList<QByteArray>> DumpNetlinkTable(int protocol, quint16 type,
+                                                  const QByteArray& request);
+
 // A view of the attributes in the `length` bytes from `first`, one after the other.
 class RouteAttributes final {
  public:
