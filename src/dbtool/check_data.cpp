@@ -16,9 +16,14 @@ constexpr int kMaxCustomName = 10;
 // name has at most ten characters.
 constexpr int kMaxShortName = 8;
 
+// More than the dynamic ports. A program that seems to need more is likely a typing error.
+constexpr int kManyPorts = 20000;
+
 struct PortRange {
   int first = 0;
   int last = 0;
+
+  bool operator==(const PortRange&) const = default;
 };
 
 // Finds values that occur twice in one table, ignoring case.
@@ -211,10 +216,31 @@ class ProgramCheck final {
     }
     CheckOverlap(tcp + both, "TCP");
     CheckOverlap(udp + both, "UDP");
+    for (const PortRange& range : tcp + udp + both) {
+      if (range.last - range.first >= kManyPorts) {
+        Warn(QStringLiteral("%1 is more than %2 ports.").arg(Text(range)).arg(kManyPorts));
+      }
+    }
+    for (const PortRange& range : tcp) {
+      if (udp.contains(range)) {
+        Warn(QStringLiteral("%1 is listed for TCP and for UDP, and should be listed for both.")
+                 .arg(Text(range)));
+      }
+    }
+    if (source_.origin.isEmpty()) {
+      Warn(QStringLiteral("There is no source for these ports."));
+    }
   }
 
  private:
   void Report(const QString& sentence) { problems_.append({source_.file, source_.line, sentence}); }
+  void Warn(const QString& sentence) {
+    problems_.append({source_.file, source_.line, sentence, true});
+  }
+
+  static QString Text(const PortRange& range) {
+    return QStringLiteral("%1-%2").arg(range.first).arg(range.last);
+  }
 
   QList<PortRange> Ports(const QString& list) {
     QList<PortRange> ranges;
@@ -284,10 +310,13 @@ void CheckData(const ProgramData& data, Problems& problems) {
   }
   Uniqueness program_ids("ID", problems);
   Uniqueness program_names("program name", problems);
+  Uniqueness short_names("short name", problems);
   for (const PortsSource& source : data.ports) {
     ProgramCheck(source, problems).Run();
     program_ids.Take(QString::number(source.record.id), source.file, source.line);
     program_names.Take(source.record.appname.trimmed(), source.file, source.line);
+    short_names.Take(QString(source.record.nameforrouter).remove(QLatin1Char(' ')), source.file,
+                     source.line);
   }
   Uniqueness custom_ids("ID", problems);
   Uniqueness custom_names("name", problems);

@@ -17,7 +17,7 @@ struct ProgramData {
   QList<CustomSource> custom;
 };
 
-// Reads routers/*.txt, ports.txt and, where it is there, custom.txt of `folder`. What cannot be
+// Reads routers/*.txt, ports/*.txt and, where it is there, custom.txt of `folder`. What cannot be
 // read is a problem.
 ProgramData ReadDataFolder(const QString& folder, const ScriptLint& lint, Problems& problems);
 

@@ -7,13 +7,24 @@
 
 namespace quayline::dbtool {
 
+namespace {
+
+// The paths of the text files of a folder, by name.
+QStringList TextFiles(const QDir& folder) {
+  QStringList paths = folder.entryList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name);
+  for (QString& path : paths) {
+    path = folder.filePath(path);
+  }
+  return paths;
+}
+
+}  // namespace
+
 ProgramData ReadDataFolder(const QString& folder, const ScriptLint& lint, Problems& problems) {
   ProgramData data;
   const QDir root(folder);
   const QDir routers(root.filePath(QStringLiteral("routers")));
-  for (const QString& name :
-       routers.entryList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
-    const QString file = routers.filePath(name);
+  for (const QString& file : TextFiles(routers)) {
     const qsizetype known_problems = problems.size();
     const QList<RouterSource> read =
         ReadRouters(ReadTextFile(file, problems), file, lint, problems);
@@ -25,8 +36,14 @@ ProgramData ReadDataFolder(const QString& folder, const ScriptLint& lint, Proble
   if (data.routers.isEmpty() && problems.isEmpty()) {
     problems.append({routers.path(), 1, QStringLiteral("There is no router file here.")});
   }
-  const QString ports = root.filePath(QStringLiteral("ports.txt"));
-  data.ports = ReadPorts(ReadTextFile(ports, problems), ports, problems);
+  const QDir ports(root.filePath(QStringLiteral("ports")));
+  const QStringList port_files = TextFiles(ports);
+  if (port_files.isEmpty()) {
+    problems.append({ports.path(), 1, QStringLiteral("There is no file of programs here.")});
+  }
+  for (const QString& file : port_files) {
+    data.ports += ReadPorts(ReadTextFile(file, problems), file, problems);
+  }
   const QString custom = root.filePath(QStringLiteral("custom.txt"));
   if (QFileInfo::exists(custom)) {
     data.custom = ReadCustom(ReadTextFile(custom, problems), custom, problems);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <expected>
+#include <type_traits>
 
 namespace quayline::dbtool {
 
@@ -51,17 +52,22 @@ QString WriteCell(const Column<Record>& column, const QString& stored) {
                                               : WrittenValue(stored, kSeparator);
 }
 
-// The record of a line, or what is wrong with the line.
+// Ports are written with a last cell that the record does not have: the document that names them.
 template <typename Record>
-std::expected<Record, QString> ReadRecord(const QString& line) {
+inline constexpr bool kHasOrigin = std::is_same_v<Record, AppPortRecord>;
+
+// The record of a line, or what is wrong with the line. Its place is not set.
+template <typename Record>
+std::expected<Sourced<Record>, QString> ReadRecord(const QString& line) {
   const auto columns = kTableOf<Record>.columns;
-  const auto wanted = static_cast<qsizetype>(columns.size()) + 1;
+  const auto wanted = static_cast<qsizetype>(columns.size()) + (kHasOrigin<Record> ? 2 : 1);
   const QStringList cells = line.split(kSeparator);
   if (cells.size() != wanted) {
     return std::unexpected(QStringLiteral("The line has %1 cells and should have %2.")
                                .arg(QString::number(cells.size()), QString::number(wanted)));
   }
-  Record record;
+  Sourced<Record> source;
+  Record& record = source.record;
   record.id = ReadId(cells.first().trimmed()).value_or(0);
   if (record.id == 0) {
     return std::unexpected(IdSentence(cells.first().trimmed()));
@@ -74,7 +80,10 @@ std::expected<Record, QString> ReadRecord(const QString& line) {
     }
     record.*(column.member) = *text;
   }
-  return record;
+  if constexpr (kHasOrigin<Record>) {
+    source.origin = cells.last().trimmed();
+  }
+  return source;
 }
 
 template <typename Record>
@@ -85,11 +94,13 @@ QList<Sourced<Record>> ReadTable(const QList<TextLine>& lines, const QString& fi
     if (line.text.trimmed().isEmpty() || line.text.startsWith(QLatin1Char('#'))) {
       continue;
     }
-    const auto record = ReadRecord<Record>(line.text);
-    if (record) {
-      sources.append({*record, file, line.number});
+    auto source = ReadRecord<Record>(line.text);
+    if (source) {
+      source->file = file;
+      source->line = line.number;
+      sources.append(*source);
     } else {
-      problems.append({file, line.number, record.error()});
+      problems.append({file, line.number, source.error()});
     }
   }
   return sources;
@@ -123,11 +134,17 @@ QString FormatTable(const QList<Record>& records) {
   for (const Column<Record>& column : columns) {
     headings.append(QLatin1String(column.heading));
   }
+  if constexpr (kHasOrigin<Record>) {
+    headings.append(QStringLiteral("source"));
+  }
   QList<QStringList> table{headings};
   for (const Record& record : records) {
     QStringList cells{QString::number(record.id)};
     for (const Column<Record>& column : columns) {
       cells.append(WriteCell(column, record.*(column.member)));
+    }
+    if constexpr (kHasOrigin<Record>) {
+      cells.append(QString());
     }
     table.append(cells);
   }

@@ -34,7 +34,10 @@ nav("b")
 
 class CheckTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(QDir(folder_.path()).mkdir(u"routers"_s)); }
+  void SetUp() override {
+    ASSERT_TRUE(QDir(folder_.path()).mkdir(u"routers"_s));
+    ASSERT_TRUE(QDir(folder_.path()).mkdir(u"ports"_s));
+  }
 
   QString Path(const char* name) const { return folder_.filePath(QLatin1String(name)); }
   void Write(const char* name, const QByteArray& bytes) {
@@ -52,7 +55,7 @@ class CheckTest : public ::testing::Test {
 
   QByteArray CheckRouter(const QByteArray& router, const ScriptLint& lint = {}) {
     Write("routers/a.txt", router);
-    Write("ports.txt", "");
+    Write("ports/a.txt", "");
     return Check(lint);
   }
 
@@ -189,30 +192,34 @@ TEST_F(CheckTest, EachFaultOfAProgramIsReportedWithItsLine) {
   const struct {
     const char* line;
     const char* problem = nullptr;  // nothing: the line is fine
-    const char* file = "ports.txt";
+    const char* file = "ports/a.txt";
   } kRows[] = {
-      {"1 ; A ; Abcdefgh ; 1, 65535 ; 5-9 ; 2-4"},
-      {"1 ; A ; Short Nam ; 80 ; 80 ;"},
-      {"1 ; A ; B ; \\21-21||22-22 ; ;"},
-      {"1 ; A ; B ; 80 ;", "The line has 5 cells"},
-      {"1 ; A ; B ; 80 ; ; ;", "The line has 7 cells"},
-      {"x ; A ; B ; 80 ; ;", "\"x\" is no ID"},
-      {"0 ; A ; B ; 80 ; ;", "\"0\" is no ID"},
-      {"1 ; \\q ; B ; 80 ; ;", "Behind a leading"},
-      {"1 ;  ; B ; 80 ; ;", "The program has no name."},
-      {"1 ; A ;  ; 80 ; ;", "The short name \"\" should"},
-      {"1 ; A ; Abcdefghi ; 80 ; ;", "The short name \"Abcdefghi\" should"},
-      {"1 ; A|B ; B ; 80 ; ;", "A name with \"|\""},
-      {"1 ; A ; B ; ; ;", "The program has no ports."},
-      {"1 ; A ; B ; 0 ; ;", "\"0-0\" is not made of ports"},
-      {"1 ; A ; B ; ; 65536 ;", "\"65536-65536\" is not made of ports"},
-      {"1 ; A ; B ; ; ; 1-2-3", "\"1-2-3\" is not made of ports"},
-      {"1 ; A ; B ; 80,,81 ; ;", "\"-\" is not made of ports"},
-      {"1 ; A ; B ; -5 ; ;", "\"-5\" is not made of ports"},
-      {"1 ; A ; B ; 9-8 ; ;", "\"9-8\" ends before it starts."},
-      {"1 ; A ; B ; \\21 ; ;", "\"21\" has no end port."},
-      {"1 ; A ; B ; 5-9, 7 ; ;", "TCP port 7 stands twice."},
-      {"1 ; A ; B ; ; 80 ; 80-81", "UDP port 80 stands twice."},
+      {"1 ; A ; Abcdefgh ; 1, 65535 ; 5-9 ; 2-4 ; example.org/manual"},
+      {"1 ; A ; Short Nam ; 80 ; 81 ; ; IANA"},
+      {"1 ; A ; B ; \\21-21||22-22 ; ; ; IANA"},
+      {"1 ; A ; B ; ; 1-20000 ; ; IANA"},
+      {"1 ; A ; B ; 80 ; ;", "The line has 6 cells"},
+      {"1 ; A ; B ; 80 ; ; ; IANA ;", "The line has 8 cells"},
+      {"x ; A ; B ; 80 ; ; ; x", "\"x\" is no ID"},
+      {"0 ; A ; B ; 80 ; ; ; x", "\"0\" is no ID"},
+      {"1 ; \\q ; B ; 80 ; ; ; x", "Behind a leading"},
+      {"1 ;  ; B ; 80 ; ; ; x", "The program has no name."},
+      {"1 ; A ;  ; 80 ; ; ; x", "The short name \"\" should"},
+      {"1 ; A ; Abcdefghi ; 80 ; ; ; x", "The short name \"Abcdefghi\" should"},
+      {"1 ; A|B ; B ; 80 ; ; ; x", "A name with \"|\""},
+      {"1 ; A ; B ; ; ; ; x", "The program has no ports."},
+      {"1 ; A ; B ; 0 ; ; ; x", "\"0-0\" is not made of ports"},
+      {"1 ; A ; B ; ; 65536 ; ; x", "\"65536-65536\" is not made of ports"},
+      {"1 ; A ; B ; ; ; 1-2-3 ; x", "\"1-2-3\" is not made of ports"},
+      {"1 ; A ; B ; 80,,81 ; ; ; x", "\"-\" is not made of ports"},
+      {"1 ; A ; B ; -5 ; ; ; x", "\"-5\" is not made of ports"},
+      {"1 ; A ; B ; 9-8 ; ; ; x", "\"9-8\" ends before it starts."},
+      {"1 ; A ; B ; \\21 ; ; ; x", "\"21\" has no end port."},
+      {"1 ; A ; B ; 5-9, 7 ; ; ; x", "TCP port 7 stands twice."},
+      {"1 ; A ; B ; ; 80 ; 80-81 ; x", "UDP port 80 stands twice."},
+      {"1 ; A ; B ; 80 ; ; ;", "warning: There is no source"},
+      {"1 ; A ; B ; 1-20001 ; ; ; x", "warning: 1-20001 is more than 20000 ports."},
+      {"1 ; A ; B ; 1, 5 ; 5 ; ; x", "warning: 5-5 is listed for TCP and for UDP"},
       {"1 ; Tencharact ; TCP/UDP ; 1 ; 65535", nullptr, "custom.txt"},
       {"1 ; Elevenchars ; TCP ; 1 ; 1", "The name \"Elevenchars\"", "custom.txt"},
       {"1 ; A ; tcp ; 1 ; 1", "The protocol is \"tcp\"", "custom.txt"},
@@ -221,7 +228,7 @@ TEST_F(CheckTest, EachFaultOfAProgramIsReportedWithItsLine) {
   };
   Write("routers/a.txt", kRouter);
   for (const auto& row : kRows) {
-    Write("ports.txt", "");
+    Write("ports/a.txt", "");
     Write(row.file, QByteArray("# head\n\n") + row.line + "\n");
     const QByteArray problems = Check();
     EXPECT_TRUE(problems.startsWith(row.problem ? row.file + QByteArray(":3: ") + row.problem
@@ -229,12 +236,16 @@ TEST_F(CheckTest, EachFaultOfAProgramIsReportedWithItsLine) {
         << row.line << ": " << problems.constData();
   }
   QFile::remove(Path("custom.txt"));
-  Write("ports.txt", "1;A;B;1;;\n1;a;C;2;;\n");
-  EXPECT_TRUE(Check().startsWith("ports.txt:2: The ID \"1\" stands"));
+  Write("ports/a.txt", "1;A;B c;1;;;x\n");
+  Write("ports/b.txt", "1;a;bC;2;;;x\n");
+  const QByteArray problems = Check();
+  for (const char* what : {"ID \"1\"", "program name \"a\"", "short name \"bC\""}) {
+    EXPECT_TRUE(problems.contains(QByteArray("ports/b.txt:1: The ") + what + " stands in ports/a"));
+  }
 }
 
 TEST_F(CheckTest, FilesThatAreNoDataAreReportedAndNeverTakenForEmptyOnes) {
-  Write("ports.txt", "");
+  Write("ports/a.txt", "");
   EXPECT_TRUE(Check().startsWith("routers:1: There is no router file here."));
   EXPECT_TRUE(CheckRouter("").startsWith("routers/a.txt:1: There is no router in this file."));
   EXPECT_TRUE(CheckRouter("# nothing\n").contains("There is no router in this file."));
@@ -242,15 +253,15 @@ TEST_F(CheckTest, FilesThatAreNoDataAreReportedAndNeverTakenForEmptyOnes) {
   EXPECT_TRUE(CheckRouter(QByteArray(3000, '\0')).contains("a.txt:1: This line holds a control"));
   EXPECT_TRUE(CheckRouter("\xEF\xBB\xBF" + QByteArray(kRouter).replace("\n", "\r\n"))
                   .startsWith("Nothing"));
-  QFile::remove(Path("ports.txt"));
-  EXPECT_TRUE(Check().startsWith("ports.txt:1: The file cannot be read"));
-  ASSERT_TRUE(QDir().mkdir(Path("ports.txt")));
-  EXPECT_TRUE(Check().startsWith("ports.txt:1: The file cannot be read"));
+  QFile::remove(Path("ports/a.txt"));
+  EXPECT_TRUE(Check().startsWith("ports:1: There is no file of programs here."));
+  QFile::link(Path("missing"), Path("ports/a.txt"));
+  EXPECT_TRUE(Check().startsWith("ports:1: There is no file of programs here."));
 }
 
 TEST_F(CheckTest, BuildRefusesWhatCheckRefusesAndTouchesNothing) {
   Write("routers/a.txt", QByteArray(kRouter).replace("65535", "x"));
-  Write("ports.txt", "");
+  Write("ports/a.txt", "");
   Write("routers.mdb", "old");
   const Result result = Build();
   EXPECT_EQ(result.exit_code, kExitFailed);
