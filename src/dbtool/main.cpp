@@ -16,8 +16,8 @@ bool Print(const QString& text, std::FILE* stream) {
   return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
 }
 
-QList<quayline::dbtool::ScriptRemark> Lint(const QString& line) {
-  QList<quayline::dbtool::ScriptRemark> remarks;
+QList<quayline::ScriptRemark> Lint(const QString& line) {
+  QList<quayline::ScriptRemark> remarks;
   for (const quayline::LintFinding& finding : quayline::LintScriptLine(line)) {
     remarks.append({.sentence = quayline::LintSentence(finding),
                     .is_warning = finding.severity == quayline::LintSeverity::kWarning});

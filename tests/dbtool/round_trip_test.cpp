@@ -110,7 +110,8 @@ TEST_F(RoundTripTest, ASingleRouterNeedsNoSeparatorAndEmptyTablesStay) {
 
 TEST_F(RoundTripTest, EachModelIsARouterWithTheScriptsAndValuesOfItsFile) {
   ASSERT_TRUE(QDir().mkpath(Path(u"data/routers"_s)));
-  WriteBytes(Path(u"data/ports.txt"_s), "");
+  ASSERT_TRUE(QDir().mkpath(Path(u"data/ports"_s)));
+  WriteBytes(Path(u"data/ports/a.txt"_s), "");
   ProgramData data;
   data.routers = {Router(3), Router(4)};
   data.routers.first().record.routerremove = u"y"_s;
