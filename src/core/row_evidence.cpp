@@ -38,6 +38,16 @@ void ReadProtocol(const QString& text, bool has_role, RowEvidence& evidence) {
       evidence.udp || is_both || Has(text, udp) || (has_role && number == QLatin1String("17"));
 }
 
+// Some tables have a column of ports for each protocol.
+void ReadProtocolOfColumn(const QString& heading, RowEvidence& evidence) {
+  RowEvidence column;
+  ReadProtocol(heading, false, column);
+  if (column.tcp != column.udp) {
+    evidence.tcp = evidence.tcp || column.tcp;
+    evidence.udp = evidence.udp || column.udp;
+  }
+}
+
 // Takes the addresses out of `text`, also one whose last part is in a box of its own.
 void TakeAddresses(QString& text, RowEvidence& evidence) {
   static const QRegularExpression address(QStringLiteral(
@@ -58,6 +68,16 @@ std::optional<int> WholeNumber(const QString& text) {
   bool is_number = false;
   const int number = text.trimmed().toInt(&is_number);
   return is_number ? std::optional(number) : std::nullopt;
+}
+
+// The number of one half of a range: "80", or "80 to" where the word between the boxes is in the
+// cell of the first one.
+std::optional<int> HalfOfRange(const QString& text) {
+  static const QRegularExpression half(
+      QStringLiteral("^\\W*(?:\\p{L}+\\W+)?(\\d{1,5})(?:\\W+\\p{L}+)?\\W*$"),
+      QRegularExpression::UseUnicodePropertiesOption);
+  const QRegularExpressionMatch match = half.match(text);
+  return match.hasMatch() ? WholeNumber(match.captured(1)) : std::nullopt;
 }
 
 void TakePorts(const QString& text, bool is_port_column, RowEvidence& evidence) {
@@ -89,7 +109,7 @@ void TakePorts(const QString& text, bool is_port_column, RowEvidence& evidence) 
 class SplitRange final {
  public:
   void Take(ColumnRole role, const QString& text) {
-    const std::optional<int> port = WholeNumber(text);
+    const std::optional<int> port = HalfOfRange(text);
     if (!port || *port < 0 || *port > kMaxPort) {
       return;
     }
@@ -252,14 +272,19 @@ RowEvidence RowReader::Read(const PageRow& row) {
     switch (role) {
       case ColumnRole::kStartPort:
       case ColumnRole::kEndPort:
-        if (WholeNumber(text)) {
+        if (HalfOfRange(text)) {
           split.Take(role, text);
           break;
         }
         [[fallthrough]];
-      case ColumnRole::kPort:
+      case ColumnRole::kPort: {
+        const qsizetype before = evidence.ports.size();
         TakePorts(text, true, evidence);
+        if (evidence.ports.size() > before) {
+          ReadProtocolOfColumn(cell.heading, evidence);
+        }
         break;
+      }
       case ColumnRole::kInnerPort:
         TakePorts(text, true, inner);
         break;
