@@ -22,9 +22,9 @@ namespace quayline {
 
 // How a value is made from a request.
 struct ValueSource {
-  QString text;                    // with paths; see RequestValues::Filled()
-  QString split;                   // empty: the value is not divided
-  int part = 0;                    // of the divided value
+  QString text;   // with paths; see RequestValues::Filled()
+  QString split;  // empty: the value is not divided
+  int part = 0;   // of the divided value
   std::optional<QMap<QString, QString>> map;
   std::optional<QString> otherwise;  // where the request does not have it
 };
@@ -66,8 +66,8 @@ struct ListSource {
 };
 
 struct Refusal {
-  QStringList same;    // a rule with the same values of these members exists
-  int more_than = 0;   // rules; 0: no limit
+  QStringList same;   // a rule with the same values of these members exists
+  int more_than = 0;  // rules; 0: no limit
   StubAnswer answer;
 };
 
@@ -95,7 +95,9 @@ struct LoginSession {
   QString page;
   RequestTest on;
   QString cookie;
-  QString via;  // the path of the value that names the session; empty: the cookie
+  // The path of the value that names the session; "path": a part of each address does; empty: the
+  // cookie.
+  QString via;
   QStringList open;
   StubAnswer answer;
   std::optional<StubAnswer> denied;  // else a redirect to the page

@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QXmlStreamReader>
 
 namespace quayline {
 
@@ -14,7 +15,40 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// An element as JSON: a text, or where it has elements, an object with a list for each of their
+// names.
+QJsonValue ReadElement(QXmlStreamReader& xml, int depth) {
+  constexpr int kMaxDepth = 50;
+  QJsonObject children;
+  QString text;
+  while (!xml.atEnd() && xml.readNext() != QXmlStreamReader::EndElement) {
+    if (xml.isCharacters()) {
+      text += xml.text();
+    } else if (xml.isStartElement() && depth == kMaxDepth) {
+      xml.skipCurrentElement();
+    } else if (xml.isStartElement()) {
+      const QString name = xml.name().toString();
+      QJsonArray list = children.value(name).toArray();
+      list.append(ReadElement(xml, depth + 1));
+      children.insert(name, list);
+    }
+  }
+  return children.isEmpty() ? QJsonValue(text) : QJsonValue(children);
+}
+
+QJsonValue ParseXml(const QByteArray& body) {
+  QXmlStreamReader xml(body);
+  if (!xml.readNextStartElement()) {
+    return QJsonValue::Undefined;
+  }
+  const QJsonValue root = ReadElement(xml, 0);
+  return xml.hasError() ? QJsonValue(QJsonValue::Undefined) : root;
+}
+
 QJsonValue ParseBody(const QByteArray& body) {
+  if (body.trimmed().startsWith('<')) {
+    return ParseXml(body);
+  }
   const QJsonDocument document = QJsonDocument::fromJson(body);
   if (document.isArray()) {
     return document.array();

@@ -14,8 +14,9 @@
 namespace quayline {
 
 // The values that a request carries, each found by a path: the fields of its form and of its query
-// by their names, the values of a JSON body by paths such as "params[3].values.name", a header by
-// "header:x-token", a cookie by "cookie:sid".
+// by their names, the values of a JSON body by paths such as "params[3].values.name", of an XML
+// body by paths such as "Body[0].SetRule[0].Port[0]", a header by "header:x-token", a cookie by
+// "cookie:sid".
 class RequestValues final {
  public:
   explicit RequestValues(const HttpRequest& request);

@@ -19,6 +19,23 @@ bool MayBeEmpty(const QString& member) {
   return member == "end"_L1 || StoredMember(member, u"x"_s) == "x"_L1;
 }
 
+// Ports and protocol of a rule whose page has a box of ports for each protocol: "tcp" and "udp",
+// which may be empty or 0.
+StubRule WithPortsOfProtocols(StubRule rule) {
+  QStringList protocols;
+  for (const QString& protocol : {u"tcp"_s, u"udp"_s}) {
+    const QStringList ends = rule.value(protocol).split(u'-');
+    const QString start = StoredMember(u"start"_s, ends.first());
+    if (!start.isEmpty()) {
+      protocols.append(protocol.toUpper());
+      rule.insert(u"start"_s, start);
+      rule.insert(u"end"_s, StoredMember(u"end"_s, ends.last()));
+      rule.insert(u"protocol"_s, protocols.join(u'/'));
+    }
+  }
+  return rule;
+}
+
 // Carries out one request.
 class Changer final {
  public:
@@ -91,7 +108,7 @@ class Changer final {
       }
       rule.insert(member, StoredMember(member, *value));
     }
-    return rule;
+    return WithPortsOfProtocols(rule);
   }
 
   // What a router would refuse; an unused row of a table has no ports.

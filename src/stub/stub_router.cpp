@@ -19,6 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Of LoginSession::via.
+const QString kPath = u"path"_s;
 constexpr qint64 kMaxAnswerBytes = qint64{4} << 20;
 constexpr int kUnauthorized = 401;
 constexpr int kForbidden = 403;
@@ -54,8 +56,8 @@ bool HasBasicLogin(const HttpRequest& request, const BasicLogin& login) {
 HttpResponse ErrorPage(int status, const QByteArray& text) {
   HttpResponse response;
   response.status = status;
-  response.body = "<html><body><h1>" + QByteArray::number(status) + "</h1><p>" + text +
-                  "</p></body></html>";
+  response.body =
+      "<html><body><h1>" + QByteArray::number(status) + "</h1><p>" + text + "</p></body></html>";
   return response;
 }
 
@@ -139,8 +141,12 @@ std::expected<quint16, QString> StubRouter::Start() { return server_.Listen(0); 
 
 void StubRouter::RenewToken() { token_ = RandomText(); }
 
-HttpResponse StubRouter::Answer(const HttpRequest& request) {
-  const RequestValues values(request);
+HttpResponse StubRouter::Answer(const HttpRequest& received) {
+  HttpRequest request = received;
+  RequestValues values(request);
+  if (answers_.session && answers_.session->via == kPath && TakeSession(request.path)) {
+    values = values.With({{kPath, session_}});
+  }
   StubExchange exchange{.method = QString::fromLatin1(request.method),
                         .path = request.path,
                         .fields = values.Fields(),
@@ -153,12 +159,23 @@ HttpResponse StubRouter::Answer(const HttpRequest& request) {
   std::optional<HttpResponse> response = AnswerBeforeLogin(request, values, exchange);
   if (!response) {
     const bool is_batch = answers_.batches.contains(request.path) && values.Json().isArray();
-    response = is_batch ? AnswerBatch(request, values, exchange)
-                        : AnswerCall(request, values, exchange);
+    response =
+        is_batch ? AnswerBatch(request, values, exchange) : AnswerCall(request, values, exchange);
   }
   exchange.status = response->status;
   Q_EMIT exchanged(exchange);
   return *response;
+}
+
+// Takes the part of the path that names the session, as in "/5F3A/index.htm" and
+// "/;stok=5F3A/index.htm".
+bool StubRouter::TakeSession(QString& path) const {
+  QStringList parts = path.split(u'/');
+  const auto removed = session_.isEmpty() ? 0 : parts.removeIf([this](const QString& part) {
+    return part.contains(session_);
+  });
+  path = parts.join(u'/');
+  return removed > 0;
 }
 
 bool StubRouter::IsOpen(const HttpRequest& request, const RequestValues& values) const {
@@ -167,7 +184,8 @@ bool StubRouter::IsOpen(const HttpRequest& request, const RequestValues& values)
   const AnswerRow* row = FindRow(request, values);
   // Where a value of each call names the session, files have none.
   return (!session_.isEmpty() && values.FindText(shown) == session_) || (row && row->is_open) ||
-         (!session.via.isEmpty() && row == nullptr) || request.path == session.page ||
+         (!session.via.isEmpty() && session.via != kPath && row == nullptr) ||
+         request.path == session.page ||
          std::ranges::any_of(session.open,
                              [&](const QString& path) { return IsPath(path, request.path); });
 }
@@ -313,15 +331,16 @@ HttpResponse StubRouter::Reply(const StubAnswer& answer, const RequestValues& va
   } else if (!answer.file.isEmpty()) {
     response = ServeFile(u'/' + answer.file, values, exchange);
   } else if (!answer.json.isUndefined()) {
-    const QMap<QString, QString> names{{u"session"_s, session_},
-                                       {u"token"_s, token_},
-                                       {u"rule.id"_s, shown_.isEmpty() ? QString() : shown_.last().value(u"id"_s)}};
+    const QMap<QString, QString> names{
+        {u"session"_s, session_},
+        {u"token"_s, token_},
+        {u"rule.id"_s, shown_.isEmpty() ? QString() : shown_.last().value(u"id"_s)}};
     response.content_type = "application/json";
     response.body = JsonBytes(FilledJson(answer.json, values.With(names)));
     exchange.answer = u"JSON"_s;
   } else {
-    response.body = Filled(answer.text.value_or(QString()), EscapeOfType(answer.type), values,
-                           exchange);
+    response.body =
+        Filled(answer.text.value_or(QString()), EscapeOfType(answer.type), values, exchange);
     exchange.answer = u"a text"_s;
   }
   if (answer.status != 200 && response.status == 200) {
@@ -362,12 +381,9 @@ HttpResponse StubRouter::ServeFile(const QString& path, const RequestValues& val
 
 QByteArray StubRouter::Filled(const QString& text, Escape escape, const RequestValues& values,
                               StubExchange& exchange) {
-  const auto filled = FillPage(text, escape,
-                               {.rules = shown_,
-                                .kept = kept_,
-                                .token = token_,
-                                .session = session_,
-                                .request = values});
+  const auto filled = FillPage(
+      text, escape,
+      {.rules = shown_, .kept = kept_, .token = token_, .session = session_, .request = values});
   if (!filled) {
     exchange.problems.append(filled.error());
     return {};

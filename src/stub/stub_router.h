@@ -60,7 +60,7 @@ class StubRouter final : public QObject {
  private:
   StubRouter(PageFolder folder, AnswerFile answers);
 
-  HttpResponse Answer(const HttpRequest& request);
+  HttpResponse Answer(const HttpRequest& received);
   std::optional<HttpResponse> AnswerBeforeLogin(const HttpRequest& request,
                                                 const RequestValues& values,
                                                 StubExchange& exchange);
@@ -70,13 +70,12 @@ class StubRouter final : public QObject {
   HttpResponse AnswerCall(const HttpRequest& request, const RequestValues& values,
                           StubExchange& exchange);
   const AnswerRow* FindRow(const HttpRequest& request, const RequestValues& values) const;
+  bool TakeSession(QString& path) const;
   bool IsOpen(const HttpRequest& request, const RequestValues& values) const;
   bool HasToken(const RequestValues& values) const;
   bool CarryOut(const AnswerRow& row, const RequestValues& values, StubExchange& exchange);
-  HttpResponse Reply(const StubAnswer& answer, const RequestValues& values,
-                     StubExchange& exchange);
-  HttpResponse ServeFile(const QString& path, const RequestValues& values,
-                         StubExchange& exchange);
+  HttpResponse Reply(const StubAnswer& answer, const RequestValues& values, StubExchange& exchange);
+  HttpResponse ServeFile(const QString& path, const RequestValues& values, StubExchange& exchange);
   QByteArray Filled(const QString& text, Escape escape, const RequestValues& values,
                     StubExchange& exchange);
   void RenewToken();
