@@ -38,6 +38,14 @@ bool IsNegative(const QJsonValue& result) {
 
 }  // namespace
 
+void CommandCall::LogEntryExists() const {
+  env.log.Append(LineBreak());
+  LogLine(Text(script_text::kThisEntry) + QStringLiteral(" (") + run.given.entry_name +
+          QStringLiteral(") ") + Text(script_text::kAlreadyExists));
+  LogLine(LogSeparator());
+  env.log.Append(LineBreak());
+}
+
 void CommandCall::LogResult(const QJsonValue& result) const {
   const QString text = result.toString();
   run.was_found = result != QLatin1String(page_result::kFailed);

@@ -37,6 +37,9 @@ class CommandCall final {
   // Logs "(Successful) (" and `value` and ")".
   void LogSuccessWith(const QString& value) const;
 
+  // Logs that the entry is on the router, and is left out.
+  void LogEntryExists() const;
+
   // Asks the page agent about the run's frame. If the page is gone or gives no answer, the call's
   // default answer is returned; a stop ends the wait. Check Stopped() before the answer is used. If
   // the target is missing, or a question is answered with no, the page is asked again after its

@@ -3,10 +3,12 @@
 
 #include <QElapsedTimer>
 
+#include "core/rule_match.h"
 #include "script/command_fields.h"
 #include "script/command_table.h"
 #include "script/key_sequence.h"
 #include "script/page_operations.h"
+#include "script/rule_reader.h"
 #include "script/script_texts.h"
 
 // Commands for pages that scripts build: drop-downs made of plain elements, fields that a key
@@ -144,6 +146,29 @@ FlowResult ExpectPageText(CommandCall& call) {
   co_return std::nullopt;
 }
 
+// Unlike the name of an entry, its rule cannot stand on the page for another reason; and some
+// routers keep no names.
+FlowResult CheckIfRuleExists(CommandCall& call) {
+  const RunArguments& entry = call.run.given;
+  const QJsonObject answer = co_await AskForRows(call);
+  if (call.Stopped()) {
+    co_return RunEnd::kStopped;
+  }
+  PageRows page;
+  AddRows(answer, page);
+  const PortEntry wanted{.app_name = entry.entry_name,
+                         .forwarded_to = entry.entry_ip,
+                         .start_port = entry.entry_start_port,
+                         .end_port = entry.entry_end_port,
+                         .protocol = entry.entry_protocol,
+                         .description = {}};
+  if (MatchRules({wanted}, page).first().state != RuleState::kOnRouter) {
+    co_return std::nullopt;
+  }
+  call.LogEntryExists();
+  co_return RunEnd::kEntryExists;
+}
+
 std::optional<PageCall> NamePasswordBoxes(CommandCall&) {
   return page_operation::NamePasswordBoxes();
 }
@@ -202,6 +227,13 @@ constexpr CommandRow kExtensions[] = {
         .flow = ExpectPageText,
         .help = "Ends the entry as failed where a person cannot read the text on the page, after "
                 "waiting a few seconds for it.",
+    },
+    {
+        .name = "check_if_rule_exists",
+        .flow = CheckIfRuleExists,
+        .help =
+            "Ends the entry if a row of the page that is shown is its rule, as it is wanted. To "
+            "be used before a rule is added: many routers take the same one twice.",
     },
     {
         .name = "give_names_to_password_boxes",

@@ -46,11 +46,7 @@ FlowResult CheckIfNameExists(CommandCall& call) {
   if (!exists.toBool()) {
     co_return std::nullopt;
   }
-  call.env.log.Append(LineBreak());
-  call.LogLine(call.Text(script_text::kThisEntry) + QStringLiteral(" (") + name +
-               QStringLiteral(") ") + call.Text(script_text::kAlreadyExists));
-  call.LogLine(LogSeparator());
-  call.env.log.Append(LineBreak());
+  call.LogEntryExists();
   co_return RunEnd::kEntryExists;
 }
 

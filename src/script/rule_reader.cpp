@@ -56,24 +56,6 @@ PageCell CellOf(const QJsonObject& cell) {
           .checked = checked.isBool() ? std::optional(checked.toBool()) : std::nullopt};
 }
 
-void AddRows(const QJsonObject& answer, PageRows& page) {
-  for (const QJsonValue& row : answer[QLatin1String("rows")].toArray()) {
-    PageRow read;
-    for (const QJsonValue& cell : row.toArray()) {
-      read.cells.append(CellOf(cell.toObject()));
-    }
-    page.rows.append(read);
-  }
-  for (const QJsonValue& headings : answer[QLatin1String("headings")].toArray()) {
-    QStringList texts;
-    for (const QJsonValue& heading : headings.toArray()) {
-      texts.append(heading.toString());
-    }
-    page.headings.append(texts);
-  }
-  page.is_partial = page.is_partial || answer[QLatin1String("isPartial")].toBool();
-}
-
 bool IsOver(WaitEnd end) { return end == WaitEnd::kStopped || end == WaitEnd::kFailed; }
 
 // Reads the pages of the table, from the one that is there.
@@ -86,7 +68,7 @@ class TableReader final {
     PageRows page;
     QJsonArray last_rows;
     for (int number = 0; number < kMostPages; ++number) {
-      const QJsonObject answer = co_await ReadPage();
+      const QJsonObject answer = co_await AskForRows(call_);
       const QJsonArray rows = answer[QLatin1String("rows")].toArray();
       if (call_.Stopped()) {
         co_return std::nullopt;
@@ -110,16 +92,6 @@ class TableReader final {
   }
 
  private:
-  // Once more when what the page still does is done: rows come late.
-  Task<QJsonObject> ReadPage() {
-    QJsonValue answer = co_await call_.AskOnce(page_operation::ReadRows());
-    if (run_.page_has_pending_work) {
-      co_await env_.pages.UntilIdle({.limit = env_.pages.Limits().missing});
-      answer = co_await call_.AskOnce(page_operation::ReadRows());
-    }
-    co_return answer.toObject();
-  }
-
   Task<bool> OpenNextPage() {
     const quint64 mark = env_.pages.Mark();
     const QJsonValue opened = co_await call_.AskOnce(page_operation::OpenNextPage());
@@ -137,6 +109,33 @@ class TableReader final {
 };
 
 }  // namespace
+
+Task<QJsonObject> AskForRows(CommandCall& call) {
+  QJsonValue answer = co_await call.AskOnce(page_operation::ReadRows());
+  if (call.run.page_has_pending_work) {
+    co_await call.env.pages.UntilIdle({.limit = call.env.pages.Limits().missing});
+    answer = co_await call.AskOnce(page_operation::ReadRows());
+  }
+  co_return answer.toObject();
+}
+
+void AddRows(const QJsonObject& answer, PageRows& page) {
+  for (const QJsonValue& row : answer[QLatin1String("rows")].toArray()) {
+    PageRow read;
+    for (const QJsonValue& cell : row.toArray()) {
+      read.cells.append(CellOf(cell.toObject()));
+    }
+    page.rows.append(read);
+  }
+  for (const QJsonValue& headings : answer[QLatin1String("headings")].toArray()) {
+    QStringList texts;
+    for (const QJsonValue& heading : headings.toArray()) {
+      texts.append(heading.toString());
+    }
+    page.headings.append(texts);
+  }
+  page.is_partial = page.is_partial || answer[QLatin1String("isPartial")].toBool();
+}
 
 QStringList LinesToRules(const RouterSession& session) {
   if (!session.view_script.isEmpty()) {

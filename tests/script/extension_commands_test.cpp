@@ -41,11 +41,15 @@ TEST(ExtensionCommands, DoWhatTheySay) {
       {"commas in code", R"x(run_javascript("f(1, '2,3')")  > run f(1, '2,3'))x"},
       {"an element that comes late",
        R"x(wait_until_element("rule, 1")  > ElementIsThere(rule, 1)  > ElementIsThere(rule, 1))x",
-       [](ScriptRig& rig) { rig.pages.Answer("ElementIsThere", {false, true}); }},
+       [](ScriptRig& rig) {
+         rig.pages.Answer("ElementIsThere", {false, true});
+       }},
       {"a text that comes late",
        R"x(expect_page_text("Saved, at last")  > PageShowsText(Saved, at last)
           > PageShowsText(Saved, at last))x",
-       [](ScriptRig& rig) { rig.pages.Answer("PageShowsText", {false, true}); }},
+       [](ScriptRig& rig) {
+         rig.pages.Answer("PageShowsText", {false, true});
+       }},
       {"no text: the entry's name", R"x(expect_page_text("")  > PageShowsText(Web))x",
        [](ScriptRig& rig) { rig.pages.Answer("PageShowsText", {true}); }},
       {"password boxes", R"x(give_names_to_password_boxes("")  > NamePasswordBoxes())x"},
@@ -70,6 +74,30 @@ TEST(ExtensionCommands, ATextThatDoesNotAppearCostsTheEntry) {
   EXPECT_EQ(rig.Results(),
             Lines({"!ERROR! (The Page Does Not Show \"Saved\")", "This Entry Will be Skipped."}));
   EXPECT_TRUE(rig.pages.calls.filter(u"never"_s).isEmpty());
+}
+
+TEST(ExtensionCommands, ARuleThatThePageShowsEndsTheEntry) {
+  const struct {
+    const char* what;
+    const char* address;
+    RunEnd end;
+  } cases[] = {
+      {"the rule", "192.168.1.100", RunEnd::kEntryExists},
+      {"its ports for another computer", "192.168.1.101", RunEnd::kAllLinesDone},
+  };
+  for (const auto& example : cases) {
+    SCOPED_TRACE(example.what);
+    QJsonArray cells;
+    for (const char* text : {"Kitchen", "80-90", "TCP", example.address}) {
+      cells.append(QJsonObject{{u"text"_s, QLatin1String(text)}});
+    }
+    QJsonArray rows;
+    rows.append(cells);
+    ScriptRig rig;
+    rig.pages.Answer("ReadRows", {QJsonObject{{u"rows"_s, rows}}});
+    EXPECT_EQ(rig.Run({"check_if_rule_exists(\"\")", "set_ip(\"next,\")"}), example.end);
+    EXPECT_EQ(rig.pages.calls.filter(u"next"_s).isEmpty(), example.end == RunEnd::kEntryExists);
+  }
 }
 
 TEST(ExtensionCommands, AnItemThatDoesNotAppearIsLogged) {

@@ -50,6 +50,7 @@ TEST(Stop, EndsASilentPageAtOnceAndLogsNothingMore) {
       {"the cache logged as failed", "clear_cache(\"\")", "clear"},
       {"an item taken for missing", "choose_item(\"l,x\")", "ChooseItem"},
       {"a key pressed after the stop", "press_key(\"f,Enter\")", "FocusField"},
+      {"the rule on the page", "check_if_rule_exists(\"\")", "ReadRows"},
       {"a text taken for missing", "expect_page_text(\"x\")", "PageShowsText"},
   };
   for (const auto& c : cases) {
