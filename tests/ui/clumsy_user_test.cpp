@@ -162,8 +162,7 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
             "About Debug Mode|Enable Script Throttle|About Script Throttle|Help|View Help|About");
-  for (const char* control :
-       {"router_request_link", "default_logins_button", "detect_router_button"}) {
+  for (const char* control : {"router_request_link", "default_logins_button"}) {
     EXPECT_FALSE(Find(control)->isVisible()) << control;
   }
   Trigger("help_action");

@@ -4,6 +4,8 @@
 #include <QDate>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTimer>
 #include <QWheelEvent>
 
@@ -189,6 +191,53 @@ TEST_F(MainWindowTest, AWindowClosedDuringItsStartDoesNotGoOnWithIt) {
   ASSERT_TRUE(RunUntil([&] { return !window_->isVisible(); }));
   EXPECT_FALSE(RunUntil([&] { return is_ready_; }, std::chrono::milliseconds(100)));
   EXPECT_TRUE(context_->session.update_script.isEmpty());
+}
+
+TEST_F(MainWindowTest, ARouterThatNamesItselfIsChosenAndOfOthersTheNearestAreOffered) {
+  QTcpServer router;
+  ASSERT_TRUE(router.listen(QHostAddress::LocalHost));
+  QByteArray reply;
+  QObject::connect(&router, &QTcpServer::newConnection, &router, [&] {
+    QTcpSocket* client = router.nextPendingConnection();
+    QObject::connect(client, &QTcpSocket::readyRead, client, [client, &reply] {
+      client->write(reply);
+      client->disconnectFromHost();
+    });
+  });
+  const QByteArray settings =
+      "routerip=127.0.0.1\r\nhttpport=" + QByteArray::number(router.serverPort()) + "\r\n";
+  reply = "HTTP/1.0 401 X\r\nWWW-Authenticate: Basic realm=\"Beta\"\r\n\r\n";
+  Start(settings);
+  EXPECT_TRUE(ComesToSay("router_box", "Beta 2")) << "the start looks for the router";
+  EXPECT_TRUE(
+      RunUntil([&] { return Stored(setting::kRouter) == "Beta 2"; }, std::chrono::seconds(5)));
+  EXPECT_EQ(TextOf("username_edit"), "root");
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+
+  const struct {
+    QByteArray reply;
+    QList<qsizetype> choices;
+    std::string box;
+    std::string router;
+  } cases[] = {
+      {reply, {}, "Tell: I may have found your router.\nBeta 2\nI have selected it", "Beta 2"},
+      {"HTTP/1.0 401 X\r\nA: \"zz\"\r\n\r\n", {}, "Tell: Sorry I was unable to", "Alpha 1"},
+      {"HTTP/1.0 200 OK\r\n\r\n<title>Beta</title>", {0}, "Choose: Quayline: Your", "Beta 2"},
+      {"HTTP/1.0 200 OK\r\n\r\n<title>Beta</title>", {}, "Choose: Quayline: Your", "Alpha 1"},
+      {"HTTP/1.0 200 OK\r\n\r\n", {}, "Tell: I may have found your router.\n(((Please", ""},
+  };
+  for (const auto& c : cases) {
+    Choose("router_box", 1);
+    reply = c.reply;
+    prompts_.shown.clear();
+    prompts_.choices = c.choices;
+    Click("detect_router_button");
+    ASSERT_TRUE(RunUntil([&] { return !prompts_.shown.empty(); }, std::chrono::seconds(10)))
+        << c.box;
+    EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith(c.box)));
+    EXPECT_EQ(TextOf("router_box"), c.router) << c.box;
+    EXPECT_TRUE(Find("router_box")->hasFocus());
+  }
 }
 
 TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {

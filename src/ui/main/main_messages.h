@@ -93,6 +93,18 @@ inline constexpr Message kReplaceList{
     "Put the ports of \"%2\" in place of those in your list?\n\nEntries now: %1, then: %3."};
 inline constexpr Message kNoBrowser{"Your web browser cannot be started. The page is:"};
 
+inline constexpr Message kRouterNotFound{"Sorry I was unable to auto detect your router."};
+inline constexpr Message kRouterNotFoundHint{
+    "Please make sure you have updated the database under the tools menu and then choose your "
+    "router from the list."};
+inline constexpr Message kRouterFound{"I may have found your router."};
+inline constexpr Message kRouterFoundHint{
+    "I have selected it already for you in the list. Please confirm it is the correct one."};
+inline constexpr Message kWhichRouter{
+    "Your router does not say which model it is. From the texts of its first page, it may be one "
+    "of these. You find the model on a label under the router. Which one is it?"};
+inline constexpr Message kNoneOfTheseRouters{"&None of These"};
+
 inline constexpr Message kJobRuns{
     "An update is running, and the router talks to one of you only. Please wait for its end, or "
     "stop it in its window, then look at the ports."};

@@ -35,6 +35,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
       router_panel_(new RouterPanel(context.session, routers_, context.translator, this)),
       login_panel_(new LoginPanel(context.session, this)),
       list_panel_(new PortListPanel(context, prompts, windows, this)),
+      detector_(new RouterDetector(context, routers_, prompts, this)),
       start_up_(context, list_panel_->Commands(), routers_, selection_) {
   setWindowFlags(Qt::Widget);  // the frame is that of the window around it
   ui_->setupUi(this);
@@ -45,6 +46,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
   HideMissingFeatures(*this, context.maker_site);
   ConnectPanels();
   ConnectRouterWindows();
+  ConnectDetection();
   ConnectList();
   ConnectListMenu();
   ConnectStartUp();
@@ -81,6 +83,7 @@ void MainWindow::Unload() {
   start_timer_.stop();
   local_ip_timer_.stop();
   start_up_.Cancel();
+  detector_->Cancel();
   list_panel_->Flush();
   context_.settings.StorePending();
   context_.certificates.StorePending();
@@ -148,6 +151,12 @@ void MainWindow::ConnectRouterWindows() {
   addAction(ui_->update_action);
 }
 
+void MainWindow::ConnectDetection() {
+  connect(router_panel_, &RouterPanel::detectionWanted, detector_, &RouterDetector::DetectForUser);
+  connect(detector_, &RouterDetector::found, this, [this](int row) { router_panel_->Choose(row); });
+  connect(detector_, &RouterDetector::shown, router_panel_, &RouterPanel::FocusRouter);
+}
+
 void MainWindow::ConnectList() {
   connect(list_panel_, &PortListPanel::totalsChanged, this, &MainWindow::ShowTotals);
   connect(list_panel_, &PortListPanel::menuWanted, ui_->list_menu,
@@ -201,6 +210,9 @@ void MainWindow::ConnectStartUp() {
     router_panel_->FocusRouter();
     if (const QStringList& notices = context_.databases.Notices(); !notices.isEmpty()) {
       prompts_.Notify(this, notices.join(QStringLiteral("\n\n")));
+    }
+    if (router_panel_->IsAtPlaceholder()) {
+      detector_->DetectSilently();
     }
     Q_EMIT ready();
   });

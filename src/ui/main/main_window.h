@@ -14,6 +14,7 @@
 #include "ui/main/login_panel.h"
 #include "ui/main/main_menus.h"
 #include "ui/main/port_list_panel.h"
+#include "ui/main/router_detector.h"
 #include "ui/main/router_list_model.h"
 #include "ui/main/router_panel.h"
 #include "ui/main/router_selection.h"
@@ -65,6 +66,7 @@ class MainWindow final : public QMainWindow {
   void AddPanels();
   void ConnectPanels();
   void ConnectRouterWindows();
+  void ConnectDetection();
   void ConnectList();
   void ConnectListMenu();
   void ConnectStartUp();
@@ -95,6 +97,7 @@ class MainWindow final : public QMainWindow {
   LoginPanel* login_panel_;
   PortListPanel* list_panel_;
   MainMenus* menus_ = nullptr;
+  RouterDetector* detector_;
   StartUp start_up_;
   QTimer start_timer_;  // the slow half of the start
   QTimer local_ip_timer_;

@@ -38,7 +38,6 @@ constexpr Feature kMissing[] = {
     {"trace_tool_action", Needs::kMakerSite},
     {"subnet_tool_action", Needs::kMakerSite},
     {"common_ports_tool_action", Needs::kMakerSite},
-    {"detect_router_button", Needs::kLaterVersion},
     {"getting_started_action", Needs::kLaterVersion},
     {"detect_routers_action", Needs::kLaterVersion},
     {"static_ip_action", Needs::kLaterVersion},

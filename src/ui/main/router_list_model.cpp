@@ -21,6 +21,15 @@ void RouterListModel::Append(const QList<RouterName>& routers) {
   endInsertRows();
 }
 
+QStringList RouterListModel::Names() const {
+  QStringList names;
+  names.reserve(rows_.size());
+  for (const RouterName& row : rows_) {
+    names.append(row.name);
+  }
+  return names;
+}
+
 int RouterListModel::RouterId(int row) const {
   return row >= 0 && row < rows_.size() ? rows_.at(row).id : 0;
 }

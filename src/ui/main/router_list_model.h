@@ -4,6 +4,7 @@
 
 #include <QAbstractListModel>
 #include <QList>
+#include <QStringList>
 
 #include "core/databases.h"
 
@@ -22,6 +23,9 @@ class RouterListModel final : public QAbstractListModel {
   void Append(const QList<RouterName>& routers);
 
   int RouterCount() const { return std::max<int>(0, static_cast<int>(rows_.size()) - 1); }
+  // All rows, the placeholder among them.
+  QStringList Names() const;
+  QString Name(int row) const { return rows_.at(row).name; }
   QString Placeholder() const { return rows_.isEmpty() ? QString() : rows_.first().name; }
   // 0 for the placeholder and for rows that do not exist.
   int RouterId(int row) const;

@@ -28,6 +28,7 @@ RouterPanel::RouterPanel(RouterSession& session, RouterListModel& routers,
   ConnectRouterBox();
   ConnectAddress();
   connect(ui_->router_list_button, &QToolButton::clicked, this, &RouterPanel::routerListWanted);
+  connect(ui_->detect_router_button, &QToolButton::clicked, this, &RouterPanel::detectionWanted);
   connect(ui_->detect_ip_button, &QPushButton::clicked, this, &RouterPanel::adaptersWanted);
   connect(ui_->router_request_link, &LinkLabel::clicked, this, &RouterPanel::routerRequestWanted);
 }
@@ -101,9 +102,8 @@ void RouterPanel::ConnectAddress() {
 
 void RouterPanel::Show() {
   const QString name = session_.router_name;
-  const bool is_placeholder = name.isEmpty() || name == routers_.Placeholder();
   const int chosen = name == session_.chosen_router ? ChosenRow() : routers_.Find(name);
-  const int row = is_placeholder ? 0 : chosen;
+  const int row = IsAtPlaceholder() ? 0 : chosen;
   ui_->router_box->setCurrentIndex(row);
   if (row < 0) {
     ui_->router_box->setEditText(name);
@@ -135,6 +135,15 @@ void RouterPanel::ShowPicture(RouterPicture state, const QImage& picture) {
   ui_->router_image->SetPicture(picture);
 }
 
+void RouterPanel::Choose(int row) {
+  ui_->router_box->setCurrentIndex(row);
+  OnRowChosen(row);
+}
+
+bool RouterPanel::IsAtPlaceholder() const {
+  return session_.router_name.isEmpty() || session_.router_name == routers_.Placeholder();
+}
+
 void RouterPanel::FocusRouter() {
   ui_->router_box->setFocus();
   ui_->router_box->lineEdit()->selectAll();
@@ -164,8 +173,7 @@ void RouterPanel::OnRowChosen(int row) {
 void RouterPanel::OnNameLeft() {
   const int row = routers_.Find(session_.router_name);
   if (session_.is_name_unknown && row > 0) {
-    ui_->router_box->setCurrentIndex(row);
-    OnRowChosen(row);
+    Choose(row);
   }
 }
 

@@ -33,6 +33,10 @@ class RouterPanel final : public QWidget {
   void ShowProgress(int loaded, int total);
   void ShowRouterCount(int count);
   void ShowPicture(RouterPicture state, const QImage& picture);
+  // As the user choosing this row.
+  void Choose(int row);
+  // No router is chosen or named.
+  bool IsAtPlaceholder() const;
   void FocusRouter();
   void FocusAddress();
 
@@ -42,6 +46,7 @@ class RouterPanel final : public QWidget {
   // The user changed a field of the session other than the router.
   void edited();
   void routerListWanted();
+  void detectionWanted();
   void adaptersWanted();
   void routerRequestWanted();
 
