@@ -173,6 +173,19 @@ std::optional<PageCall> NamePasswordBoxes(CommandCall&) {
   return page_operation::NamePasswordBoxes();
 }
 
+// Some pages take "80-80" for a mistake.
+std::optional<PageCall> SetPorts(CommandCall& call) {
+  const RunArguments& entry = call.run.given;
+  const QString separator =
+      call.run.fields.value(2, QLatin1String(command_field::kSeparator.default_value));
+  const bool is_range = entry.entry_start_port != entry.entry_end_port;
+  return page_operation::SetElementValue(
+      call.run.argument,
+      is_range ? entry.entry_start_port + separator + entry.entry_end_port : entry.entry_start_port);
+}
+
+constexpr FieldSpec kPorts[] = {command_field::kBox, command_field::kPosition,
+                                command_field::kSeparator};
 constexpr FieldSpec kListAndText[] = {
     {.name = "list",
      .kind = FieldKind::kElementName,
@@ -199,6 +212,13 @@ constexpr FieldSpec kExpectedText[] = {
     {.name = "text", .help = "The text, in any case of letters; empty for the entry's name."}};
 
 constexpr CommandRow kExtensions[] = {
+    {
+        .name = "set_ports",
+        .fields = kPorts,
+        .ask = SetPorts,
+        .help = "Writes the entry's port into a text box; for an entry of several ports the start "
+                "port, the separator and the end port.",
+    },
     {
         .name = "choose_item",
         .awaits_page = true,

@@ -18,6 +18,10 @@ const QJsonValue kDone{QLatin1String(page_result::kSuccessful)};
 
 TEST(ExtensionCommands, DoWhatTheySay) {
   CheckScripts({
+      {"several ports", R"x(set_ports("ports,,:")  > SetElementValue(ports, 80:90, false)
+          set_ports("ports,")  > SetElementValue(ports, 80-90, false))x"},
+      {"one port", R"x(set_ports("ports,,:")  > SetElementValue(ports, 80, false))x",
+       [](ScriptRig& rig) { rig.entry.entry_end_port = rig.entry.entry_start_port; }},
       {"a list of the page's own kind", R"x(choose_item("list,UDP")  > ChooseItem(list, UDP))x"},
       {"a comma in the item", R"x(choose_item("list,TCP, UDP")  > ChooseItem(list, TCP, UDP))x"},
       {"no item: the page's word for the protocol",

@@ -211,10 +211,18 @@ function setValue(document_, name, value, onlyIfEmpty, number) {
     return fill(direct, value, before);
   }
   const inner = find(inShadow(document_), ['name', 'id'], name, test, number);
-  return inner ? type(inner) : FAILED;
+  if (inner) {
+    return type(inner);
+  }
+  // Some pages give their fields other names each time: then the label says which one it is.
+  const isBox = (element) => fits(fieldOf(element), TYPED_INTO) && (!test || test(element));
+  const labelled = number === 0 ? findByLabel(document_, name, isBox) : null;
+  return labelled ? type(labelled) : FAILED;
 }
 
 // ---- Boxes that are checked ----
+
+const TICK = 'input[type=checkbox i],input[type=radio i]';
 
 // A box that is not as wanted after a click is clicked again: so the page's handler has run and has
 // seen the state that stays. Only a page that takes its clicks back has the state set for it.
@@ -222,7 +230,7 @@ function check(place, wanted) {
   const CLICKS = 2;
   const box = () => fieldOf(current(place));
   const first = box();
-  if (!fits(first, 'input[type=checkbox i],input[type=radio i]')) {
+  if (!fits(first, TICK)) {
     // Components may redraw themselves only after the call, so that a second click would come too
     // early.
     if (attributeOf(first, 'aria-checked') !== String(wanted)) {
@@ -266,7 +274,8 @@ function checkNamed(document_, properties, name, test, wanted) {
   if (direct) {
     return checkDirectly(direct);
   }
-  const inner = find(inShadow(document_), properties, name, test);
+  const inner = find(inShadow(document_), properties, name, test) ||
+    findByLabel(document_, name, (element) => fits(fieldOf(element), TICK) && (!test || test(element)));
   return inner ? check(inner, wanted) : FAILED;
 }
 

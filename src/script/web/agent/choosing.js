@@ -73,8 +73,18 @@ const OPENER = '[role=combobox],[aria-haspopup],button,[tabindex]';
 const ITEM = '[role=option],[role=menuitem],[role=menuitemradio],[role=menuitemcheckbox],' +
   '[role=treeitem],li';
 
-// Items that were visible before their list was opened, such as the text of the present choice.
-let seenBefore = new WeakSet();
+// Items that were visible before their list was opened, such as the text of the present choice, and
+// how many of their list were visible with them.
+let seenBefore = new WeakMap();
+
+function visibleAround(item) {
+  return Array.from(childrenOf(parentOf(item) || item)).filter(isVisible).length;
+}
+
+// Some lists show the present choice in the closed state, and all of their items in the open one.
+function isFresh(item) {
+  return !seenBefore.has(item) || visibleAround(item) > seenBefore.get(item);
+}
 
 // The visible elements that may be items of a list with this text, and the kind of each: made for
 // it, or merely showing it.
@@ -110,7 +120,7 @@ function openerOf(element) {
 
 // The element that scrolls the items of the topmost open list.
 function openListOf(document_) {
-  const items = all(document_, ITEM).filter((item) => !seenBefore.has(item) && isVisible(item));
+  const items = all(document_, ITEM).filter((item) => isFresh(item) && isVisible(item));
   const scrollers = new Set();
   for (const start of items.concat(all(document_, '[role=listbox],[role=menu]'))) {
     for (let around = start; around; around = parentOf(around)) {
@@ -210,7 +220,8 @@ Object.assign(operations, {
     const opener = placeOf(() => place.element && openerOf(current(place)));
     rewound = new WeakSet();
     scrolls = 0;
-    seenBefore = new WeakSet(itemsNamed(document_, text).keys());
+    seenBefore = new WeakMap(Array.from(itemsNamed(document_, text).keys(),
+      (item) => [item, visibleAround(item)]));
     if (attributeOf(opener.element, 'aria-expanded') !== 'true') {
       press(opener);
     }
@@ -222,7 +233,7 @@ Object.assign(operations, {
   ChooseOpenItem(document_, text) {
     const named = itemsNamed(document_, text);
     const shown = Array.from(named.keys());
-    const fresh = shown.filter((element) => !seenBefore.has(element));
+    const fresh = shown.filter(isFresh);
     const candidates = fresh.length > 0 ? fresh
       : shown.filter((element) => named.get(element).kind === 0);
     const item = bestOf(candidates, (element) => named.get(element));

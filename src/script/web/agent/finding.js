@@ -180,15 +180,27 @@ function labelText(label) {
   return collapse(text).replace(/[\s:*]+$/, '');
 }
 
-// The field that follows a label, where the markup does not connect the two.
-function fieldAfter(label) {
+// The field that follows a label, where the markup does not connect the two: the first one, or
+// one inside it, as in a drop-down into which a text of one's own can be typed.
+function fieldAfter(label, test) {
   const LEVELS = 3;
   let around = parentNodeOf(label);
   for (let i = 0; i < LEVELS && isElement(around); i += 1) {
+    let first = null;
     for (const field of queryElement(around, FIELD + ',[tabindex],button')) {
-      if (comparePosition(label, field) & Node.DOCUMENT_POSITION_FOLLOWING) {
+      if (!(comparePosition(label, field) & Node.DOCUMENT_POSITION_FOLLOWING)) {
+        continue;
+      }
+      first = first || field;
+      if (!test || (test(field) && holdsNode(first, field))) {
         return field;
       }
+      if (!holdsNode(first, field)) {
+        break;
+      }
+    }
+    if (first) {
+      return first;
     }
     around = parentNodeOf(around);
   }
@@ -214,7 +226,7 @@ function findByLabel(document_, wanted, test) {
         (name) => collapse(attributeOf(field, name) || '')));
     }
     for (const label of scope('label')) {
-      take(label.control || fieldAfter(label), [labelText(label)]);
+      take(label.control || fieldAfter(label, test), [labelText(label)]);
     }
     for (const field of scope('[aria-labelledby]')) {
       const ids = collapse(attributeOf(field, 'aria-labelledby')).split(' ');
