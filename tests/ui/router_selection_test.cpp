@@ -27,7 +27,8 @@ class RouterSelectionTest : public WindowTest {
  protected:
   RouterSelectionTest() {
     folder_.WriteDatabases(
-        {RouterRow(3, u"Alpha 1"_s, u"admin"_s), RouterRow(7, u"Beta 2"_s, u"root"_s)});
+        {RouterRow(3, u"Alpha 1"_s, u"admin"_s), RouterRow(7, u"Beta 2"_s, u"root"_s),
+         DrawnRouter()});
     EXPECT_TRUE(context_->databases.Open(folder_.dir.path()));
     context_->maker_site.base = server_.Address({}).toString();
     folder_.WriteFile("router.jpg", PictureOf(11));
@@ -38,6 +39,11 @@ class RouterSelectionTest : public WindowTest {
                        order_ += u"LWP"_s.at(static_cast<int>(state));
                        order_ += QString::number(picture.width());
                      });
+  }
+  static RouterRecord DrawnRouter() {
+    RouterRecord row = RouterRow(9, u"Gamma 3"_s, u"root"_s);
+    row.routerpic = u"pictures/demo.svg"_s;
+    return row;
   }
   Task<> ReadInto(QImage& picture) {
     picture = co_await ReadStoredPicture(folder_.Path("router.jpg"));
@@ -85,6 +91,16 @@ TEST_F(RouterSelectionTest, TheNextChoiceFetchesItsPictureAndShowsNoneOfAnotherK
   Serve(Answer("200 OK", "<html>sorry</html>"));
   SelectAnother();
   EXPECT_TRUE(Comes("rW0P0"));
+}
+
+TEST_F(RouterSelectionTest, TheProgramsOwnDrawingIsShownAtOnceAndNothingIsFetched) {
+  Select(9);
+  EXPECT_EQ(order_, u"rP800"_s);
+  EXPECT_TRUE(server_.requests.isEmpty());
+  Serve(Answer("200 OK", PictureOf(22)));
+  order_.clear();
+  Select(7);
+  EXPECT_TRUE(Comes("rW0P22")) << "the picture of the last run is not this router's";
 }
 
 TEST_F(RouterSelectionTest, OnlyPicturesOfKnownKindsAreShownWhateverTheFileIsCalled) {

@@ -8,6 +8,7 @@
 #include <QScopeGuard>
 
 #include "core/save_file.h"
+#include "ui/main/drawn_picture.h"
 #include "ui/main/stored_picture.h"
 
 namespace quayline {
@@ -68,6 +69,11 @@ Task<> RouterSelection::ShowRouter(Storing storing) {
       context_.session_store.Write(context_.session);
     }
   });
+  if (const QImage drawn = DrawnPicture(context_.session.picture_path); !drawn.isNull()) {
+    first_picture_pending_ = false;
+    Q_EMIT pictureChanged(RouterPicture::kPicture, drawn);
+    co_return;
+  }
   Q_EMIT pictureChanged(RouterPicture::kWaiting, {});
   if (first_picture_pending_) {
     first_picture_pending_ = false;
