@@ -44,6 +44,9 @@ TEST_F(WebTest, ButtonsAreFoundByTheirCaptionAfterAllElse) {
         "<div role=switch aria-label=Save id=x></div><script>x.addEventListener('click',"
         "()=>note('hit'))</script>",
         click, "hit"},
+       {"a title that a library keeps elsewhere",
+        "<button title='' data-original-title=Save id=x onclick=\"note('hit')\"></button>", click,
+        "hit"},
        {"a handler that script assigned is not seen",
         "<div id=x>Save</div><script>x.onclick=()=>note('hit')</script>", click, "hit"},
        {"a hand over the text counts for nothing",

@@ -79,10 +79,14 @@ const ROLES = ['button', 'switch', 'option', 'menuitem', 'menuitemradio', 'menui
 const CLICKABLE = 'button,a,summary,input[type=button i],input[type=submit i],' +
   'input[type=reset i],input[type=image i],' + ROLES.map((role) => `[role=${role}]`).join();
 
+// Where libraries keep the title of an element for which they show a hint of their own.
+const MOVED_TITLES = ['data-original-title', 'data-bs-original-title'];
+
 // The texts by which a person would call a button or link.
 function captionsOf(element) {
   return [textContentOf(element), fits(element, 'input') ? textOf(element, 'value') : '',
-          ...['aria-label', 'title', 'alt'].map((name) => attributeOf(element, name) || '')]
+          ...['aria-label', 'title', 'alt', ...MOVED_TITLES].map(
+            (name) => attributeOf(element, name) || '')]
     .map(collapse);
 }
 
