@@ -105,6 +105,16 @@ void TakePorts(const QString& text, bool is_port_column, RowEvidence& evidence) 
   }
 }
 
+// The ports after an address, as in "192.168.1.5: 80"; the address has been taken out of `text`.
+void TakePortsOfAddress(const QString& text, RowEvidence& evidence) {
+  static const QRegularExpression ports(
+      QStringLiteral("(?:^|[\\s>]):\\s*(\\d{1,5}(?:[-:]\\d{1,5})?)(?![\\w.:-])"));
+  const QRegularExpressionMatch match = ports.match(text);
+  if (match.hasMatch()) {
+    TakePorts(match.captured(1), true, evidence);
+  }
+}
+
 // Two cells that hold the start and the end.
 class SplitRange final {
  public:
@@ -268,6 +278,7 @@ RowEvidence RowReader::Read(const PageRow& row) {
     } else if (role == ColumnRole::kNone) {
       AddPossibleNames(text, evidence);
     }
+    const qsizetype addresses = evidence.addresses.size();
     TakeAddresses(text, evidence);
     switch (role) {
       case ColumnRole::kStartPort:
@@ -291,6 +302,9 @@ RowEvidence RowReader::Read(const PageRow& row) {
       case ColumnRole::kAddress:
         if (const auto part = WholeNumber(text); part && *part > 0 && *part <= kMaxAddressPart) {
           evidence.last_parts.append(*part);
+        }
+        if (evidence.addresses.size() > addresses) {
+          TakePortsOfAddress(text, inner);
         }
         break;
       case ColumnRole::kNone:

@@ -132,6 +132,9 @@ TEST(RuleMatch, TakesNothingElseForTheRule) {
     const char* page;
     const char* verdict;
   } rows[] = {
+      {"Protocol | Destination\nTCP | Firewall ->192.168.1.5: 80", "on"},
+      {"Protocol | Destination\nTCP | Firewall ->192.168.1.5: 81", "missing"},
+      {"Protocol | Destination\nTCP | 192.168.1.5 (80 MB)", "unknown"},
       {"Name | Port | IP | Protocol\nFTP | 21 | 192.168.1.5 | TCP", "missing"},
       {"Name | Port | IP | Protocol\nOther | 80 | 192.168.1.9 | TCP", "missing"},
       {"Name | Port | IP | Protocol\nOther | 80 | 192.168.1.5 | UDP", "missing"},

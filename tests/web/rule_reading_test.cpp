@@ -80,6 +80,11 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        "<div class=rule><b>Mail</b><i>25</i><i>10.0.0.5</i><i>TCP</i></div>"
        "<div class=rule><b>Web</b><i>80 - 90</i><i>10.0.0.5</i><i>TCP</i></div>",
        "on-router"},
+      {"a table that the style makes",
+       "<style>.row { display: table-row } .row > * { display: table-cell }</style>"
+       "<div><div class=row><b>Name</b><b>Ports</b><b>Host</b></div>"
+       "<div class='row odd'><i>Web</i><i>80-90</i><i>10.0.0.5</i></div></div>",
+       "on-router"},
       {"a template that is not shown", Table(others + "<tr style='display:none'>" + web.mid(4)),
        "missing"},
       {"a frame", "<iframe src=/inner></iframe>", "on-router"},

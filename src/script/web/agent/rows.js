@@ -7,6 +7,7 @@
 const MOST_ROWS = 5000;
 const MOST_CELLS = 40;
 const LONGEST_CELL = 300;
+const MOST_STYLED = 20000;
 
 // The documents of this window and of all frames inside that scripts of this host can reach.
 function documentsBelow(document_) {
@@ -188,12 +189,20 @@ function addRow(found, cells) {
   found.rows.push(cells.slice(0, MOST_CELLS));
 }
 
+// Rows of tables that are made of other elements by their style.
+function styledRows(document_) {
+  const isRow = (element) => attempt(() => getComputedStyle(element).display) === 'table-row' &&
+    queryElement(element, 'table,tr,li,fieldset').length === 0;
+  return all(document_, 'div,li').slice(0, MOST_STYLED).filter(isRow);
+}
+
 // The rows of each table that hold no table themselves: many pages are laid out by tables.
-function tablesOf(document_) {
+function tablesOf(document_, styled) {
   const tables = new Map();
-  for (const row of all(document_, 'tr,[role=row]')) {
+  for (const row of [...all(document_, 'tr,[role=row]'), ...styled]) {
     if (queryElement(row, 'tr,[role=row]').length === 0) {
-      const table = closestOf(row, 'table,[role=table],[role=grid]') || parentOf(row);
+      const table = (styled.has(row) ? null : closestOf(row, 'table,[role=table],[role=grid]')) ||
+        parentOf(row);
       if (!tables.has(table)) {
         tables.set(table, []);
       }
@@ -206,9 +215,9 @@ function tablesOf(document_) {
 // ---- Lists and blocks ----
 
 // Items of lists, and options of a list box: the whole rule in one text.
-function readLists(document_, found) {
+function readLists(document_, found, styled) {
   for (const item of all(document_, 'li,[role=listitem],[role=option]')) {
-    if (isShown(item) && queryElement(item, 'li,tr').length === 0) {
+    if (!styled.has(item) && isShown(item) && queryElement(item, 'li,tr').length === 0) {
       addRow(found, Array.from(childrenOf(item)).length > 1
         ? Array.from(childrenOf(item)).flatMap((child) => cellsOf(child, ''))
         : cellsOf(item, ''));
@@ -224,13 +233,14 @@ function readLists(document_, found) {
 }
 
 // Blocks of one kind side by side are the rows of pages that are made without tables.
-function readBlocks(document_, found) {
+function readBlocks(document_, found, styled) {
   const isLike = (block, other) => other.tagName === block.tagName &&
     attributeOf(other, 'class') === attributeOf(block, 'class');
   for (const block of all(document_, 'div[class],section,article,fieldset')) {
     const parts = Array.from(childrenOf(block));
     const parent = parentOf(block);
     const isRow = parts.length > 1 && closestOf(block, 'tr,li') === null && parent !== null &&
+      !styled.has(block) &&
       Array.from(childrenOf(parent)).some((other) => other !== block && isLike(block, other));
     if (isRow && isShown(block) && queryElement(block, 'tr,li,fieldset').length === 0) {
       addRow(found, parts.flatMap((part) => cellsOf(part, attributeOf(part, 'data-title') ||
@@ -263,11 +273,12 @@ Object.assign(operations, {
   ReadRows(document_) {
     const found = {rows: [], headings: [], isPartial: false, hasNext: false};
     for (const each of documentsBelow(document_)) {
-      for (const rows of tablesOf(each)) {
+      const styled = new Set(styledRows(each));
+      for (const rows of tablesOf(each, styled)) {
         readTable(rows, found);
       }
-      readLists(each, found);
-      readBlocks(each, found);
+      readLists(each, found, styled);
+      readBlocks(each, found, styled);
       const next = nextPageControl(each);
       found.hasNext = found.hasNext || (next !== null && isPlainLink(next));
       found.isPartial = found.isPartial || (next !== null && !isPlainLink(next));
