@@ -19,20 +19,24 @@ bool MayBeEmpty(const QString& member) {
   return member == "end"_L1 || StoredMember(member, u"x"_s) == "x"_L1;
 }
 
-// Ports and protocol of a rule whose page has a box of ports for each protocol: "tcp" and "udp",
-// which may be empty or 0.
-StubRule WithPortsOfProtocols(StubRule rule) {
+// Takes ports that are one text apart: "ports", and "tcp" and "udp" of pages that have a box of ports
+// for each protocol, which may be empty or 0.
+StubRule WithPortsApart(StubRule rule) {
   QStringList protocols;
-  for (const QString& protocol : {u"tcp"_s, u"udp"_s}) {
-    const QStringList ends = rule.value(protocol).split(u'-');
+  for (const QString& member : {u"ports"_s, u"tcp"_s, u"udp"_s}) {
+    const QStringList ends = rule.value(member).split(u'-');
     const QString start = StoredMember(u"start"_s, ends.first());
-    if (!start.isEmpty()) {
-      protocols.append(protocol.toUpper());
-      rule.insert(u"start"_s, start);
-      rule.insert(u"end"_s, StoredMember(u"end"_s, ends.last()));
+    if (start.isEmpty()) {
+      continue;
+    }
+    rule.insert(u"start"_s, start);
+    rule.insert(u"end"_s, StoredMember(u"end"_s, ends.last()));
+    if (member != "ports"_L1) {
+      protocols.append(member.toUpper());
       rule.insert(u"protocol"_s, protocols.join(u'/'));
     }
   }
+  rule.remove(u"ports"_s);
   return rule;
 }
 
@@ -108,7 +112,7 @@ class Changer final {
       }
       rule.insert(member, StoredMember(member, *value));
     }
-    return WithPortsOfProtocols(rule);
+    return WithPortsApart(rule);
   }
 
   // What a router would refuse; an unused row of a table has no ports.
