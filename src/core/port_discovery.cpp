@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "core/ini_text.h"
+#include "core/native_discovery.h"
 #include "core/program_sources.h"
 
 namespace quayline {
@@ -191,6 +192,9 @@ QStringList DiscoverablePrograms() {
   for (const ProgramSource& source : ProgramSources()) {
     names += Latin1(source.program);
   }
+  for (const NativeProgram& program : NativePrograms()) {
+    names += Latin1(program.program);
+  }
   return names;
 }
 
@@ -200,13 +204,18 @@ DiscoveredPorts DiscoverPorts(const QString& program, const ForeignSettings& set
       return Discovery(source, settings).Run();
     }
   }
+  for (const NativeProgram& native : NativePrograms()) {
+    if (program.compare(QLatin1String(native.program), Qt::CaseInsensitive) == 0) {
+      return DiscoverNativePorts(native, settings);
+    }
+  }
   return {};
 }
 
 QList<DiscoveredPorts> DiscoverAllPorts(const ForeignSettings& settings) {
   QList<DiscoveredPorts> all;
-  for (const ProgramSource& source : ProgramSources()) {
-    if (DiscoveredPorts found = Discovery(source, settings).Run(); found.IsComplete()) {
+  for (const QString& program : DiscoverablePrograms()) {
+    if (DiscoveredPorts found = DiscoverPorts(program, settings); found.IsComplete()) {
       all += found;
     }
   }

@@ -11,8 +11,9 @@
 
 namespace quayline {
 
-// Some programs choose random ports when they are installed. They are read from the settings of
-// these programs on this computer.
+// Some programs choose random ports when they are installed, and others let the user choose them.
+// They are read from the settings of these programs on this computer. The programs are the rows of
+// program_sources.cpp (Windows programs) and native_programs.cpp (programs of this system).
 
 enum class DiscoveryOutcome {
   kRead,             // the settings were read, but may contain no usable port

@@ -9,7 +9,7 @@
 namespace quayline {
 
 // What other programs of this user have set on this computer: a registry of the Windows kind and
-// the folders that their files lie in. Foreign paths are written as those programs write them:
+// the folders that the files of Windows programs and of this system's own programs are in. Foreign paths are written as those programs write them:
 // "C:\Program Files\x". Every call reads the files again; nothing is ever written.
 class ForeignSettings {
  public:
@@ -32,8 +32,11 @@ class ForeignSettings {
   // empty when there is none.
   virtual QString HostPath(const QString& foreign_path) const = 0;
 
-  // The user's home folder, a path of this computer.
+  // Paths of this computer: the user's home folder, the folder of the user's settings, and the
+  // folder that stands for "/" (empty for "/" itself).
   virtual QString HomeFolder() const = 0;
+  virtual QString ConfigFolder() const = 0;
+  virtual QString SystemFolder() const = 0;
 };
 
 }  // namespace quayline

@@ -89,7 +89,7 @@ class WinePrefix : public ::testing::Test {
   }
 
   QTemporaryDir folder_;
-  WineSettings settings_{folder_.path(), u"/home/anna"_s};
+  WineSettings settings_{folder_.path(), u"/home/anna"_s, {}, {}};
 };
 
 TEST_F(WinePrefix, EachHiveHasItsFileAndOldProgramsTheirPartOfIt) {

@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>
 #include <QTabWidget>
 
+#include "core/port_discovery.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
@@ -128,6 +131,29 @@ TEST_F(EntryWindowTest, OnlyAProgramThatThereIsAndAWholeAddressAreTaken) {
   EXPECT_EQ(stored_, 0);
 }
 
+TEST_F(EntryWindowTest, WordsInAnyOrderFindAProgram) {
+  OpenAdd();
+  const QCompleter* completer = Find<QComboBox>("program_box")->completer();
+  const std::pair<const char*, QString> cases[] = {{"IGHT ga", u"Game night"_s},
+                                                   {"a", u"Game night|<b>Mail|x</b>"_s},
+                                                   {" mail  x ", u"<b>Mail|x</b>"_s},
+                                                   {"game mail", u""_s}};
+  for (const auto& [typed, wanted] : cases) {
+    TypeKeys("program_box", typed);
+    QStringList offered;
+    for (int row = 0; row < completer->completionModel()->rowCount(); ++row) {
+      offered += completer->completionModel()->index(row, 0).data().toString();
+    }
+    EXPECT_EQ(offered.join(u'|'), wanted) << typed;
+    EXPECT_EQ(completer->popup()->isVisible(), !wanted.isEmpty()) << typed;
+  }
+  TypeKeys("program_box", "night gam");
+  QTest::keyClick(completer->popup(), Qt::Key_Down);
+  QTest::keyClick(completer->popup(), Qt::Key_Return);
+  EXPECT_EQ(TextOf("program_box"), "Game night");
+  EXPECT_EQ(TextOf("entries_required_label"), "Entries Required: (3)");
+}
+
 TEST_F(EntryWindowTest, AnInstalledProgramTakesTheDatabasesPlace) {
   QDir(rig_.home.path()).mkpath(u".azureus"_s);
   QFile settings(rig_.home.filePath(u".azureus/azureus.config"_s));
@@ -136,14 +162,17 @@ TEST_F(EntryWindowTest, AnInstalledProgramTakesTheDatabasesPlace) {
   settings.close();
   OpenAdd();
   Choose("program_box", 0);
-  Choose("installed_box", 1);
+  const auto* installed = Find<QComboBox>("installed_box");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return installed->itemText(0) == u"Azureus Vuze"_s; }));
+  EXPECT_EQ(installed->count(), DiscoverablePrograms().size() + 1) << "with a separator";
+  Choose("installed_box", 0);
   ExpectTexts({{"program_box", ""},
                {"discovery_label", "Settings - " + settings.fileName().toStdString()}});
   Click("add_button");
   EXPECT_EQ(Rows(),
             "Azureus01 192.168.1.20() 41000-41000 TCP Azureus Vuze; "
             "Azureus02 192.168.1.20() 41001-41001 UDP Azureus Vuze");
-  Choose("installed_box", 0);
+  Choose("installed_box", installed->findText(u"Ares"_s));
   EXPECT_EQ(TextOf("discovery_label"), "Error - Unable to find the settings in the registry.");
   Click("add_button");
   EXPECT_EQ(stored_, 1) << "ports of the program before";

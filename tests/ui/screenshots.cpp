@@ -261,7 +261,7 @@ class Photographer final {
       Save(*add, QStringLiteral("add_entry_program%1").arg(program + 1));
     }
     auto* installed = add->findChild<QComboBox*>(QStringLiteral("installed_box"));
-    installed->setCurrentIndex(1);
+    installed->setCurrentIndex(installed->findText(QStringLiteral("Azureus Vuze")));
     Q_EMIT installed->textActivated(installed->currentText());
     co_await Sleep(50ms);
     Save(*add, QStringLiteral("add_entry_installed"));

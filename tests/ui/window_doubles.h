@@ -228,7 +228,8 @@ struct EntryRig {
 
   QTemporaryDir home;
   FakeHostNames host_names;
-  WineSettings programs{home.filePath(u"wine"_s), home.path()};
+  WineSettings programs{home.filePath(u"wine"_s), home.path(), home.filePath(u".config"_s),
+                        home.filePath(u"root"_s)};
   EntryWindows windows;
 };
 

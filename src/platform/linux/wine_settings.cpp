@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -66,10 +67,15 @@ QStringList UserNames(const QString& users_folder) {
 
 }  // namespace
 
-WineSettings::WineSettings() : WineSettings(PrefixOfEnvironment(), QDir::homePath()) {}
+WineSettings::WineSettings()
+    : WineSettings(PrefixOfEnvironment(), QDir::homePath(),
+                   QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), {}) {}
 
-WineSettings::WineSettings(QString prefix, QString home)
-    : prefix_(std::move(prefix)), home_(std::move(home)) {}
+WineSettings::WineSettings(QString prefix, QString home, QString config, QString system)
+    : prefix_(std::move(prefix)),
+      home_(std::move(home)),
+      config_(std::move(config)),
+      system_(std::move(system)) {}
 
 std::optional<QString> WineSettings::RegistryValue(Hive hive, const QString& key,
                                                    const QString& name) const {

@@ -5,7 +5,9 @@
 
 #include <QCompleter>
 #include <QLineEdit>
+#include <QSortFilterProxyModel>
 
+#include <algorithm>
 #include <limits>
 
 #include "async/wait.h"
@@ -17,14 +19,37 @@ namespace {
 
 constexpr int kProgramsAStep = 500;  // a step takes much less than an animation frame
 
+// The names that contain each word that was typed, in any order.
+class NamesWithWords final : public QSortFilterProxyModel {
+ public:
+  using QSortFilterProxyModel::QSortFilterProxyModel;
+
+  void SetWords(const QString& typed) {
+    words_ = typed.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    invalidateFilter();
+  }
+
+ protected:
+  bool filterAcceptsRow(int row, const QModelIndex& parent) const override {
+    const QString name = sourceModel()->index(row, 0, parent).data().toString();
+    return std::ranges::all_of(
+        words_, [&](const QString& word) { return name.contains(word, Qt::CaseInsensitive); });
+  }
+
+ private:
+  QStringList words_;
+};
+
 }  // namespace
 
 ProgramBox::ProgramBox(QComboBox& box, const Databases& databases)
     : QObject(&box), box_(box), databases_(databases) {
-  auto* completer = new QCompleter(box.model(), &box);
-  completer->setCaseSensitivity(Qt::CaseInsensitive);
-  completer->setFilterMode(Qt::MatchContains);
+  auto* names = new NamesWithWords(&box);
+  names->setSourceModel(box.model());
+  auto* completer = new QCompleter(names, &box);
+  completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);  // `names` is the filter
   box.setCompleter(completer);
+  connect(box.lineEdit(), &QLineEdit::textEdited, names, &NamesWithWords::SetWords);
   IgnoreWheel(&box);
   connect(&box, &QComboBox::activated, this, &ProgramBox::Choose);
   connect(box.lineEdit(), &QLineEdit::editingFinished, this, &ProgramBox::Settle);

@@ -9,8 +9,8 @@
 
 namespace quayline {
 
-// The box in which the user searches for a program of the database, by its list or by typing a part
-// of its name. A text that is no program's name selects none.
+// The box in which the user searches for a program of the database, by its list or by typing parts
+// of its name in any order. A text that is no program's name selects none.
 class ProgramBox final : public QObject {
   Q_OBJECT
 

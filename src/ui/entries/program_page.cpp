@@ -3,9 +3,11 @@
 
 #include "ui/entries/program_page.h"
 
+#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QLocale>
 
+#include "async/wait.h"
 #include "core/entry_checks.h"
 #include "core/port_discovery.h"
 #include "core/program_entries.h"
@@ -105,6 +107,28 @@ Task<> ProgramPage::LoadPrograms() {
   if (isVisible()) {
     ui_->program_box->setFocus();
   }
+  co_await ListInstalled();
+}
+
+// Reading one program takes long where a registry is large, so the window handles input after each.
+Task<> ProgramPage::ListInstalled() {
+  QStringList found;
+  QStringList others;
+  for (const QString& program : DiscoverablePrograms()) {
+    const bool is_found = DiscoverPorts(program, foreign_settings_).IsComplete();
+    (is_found ? found : others) += program;
+    co_await Sleep(0ms);
+  }
+  QComboBox* box = ui_->installed_box;
+  if (found.isEmpty() || box->view()->isVisible()) {
+    co_return;
+  }
+  const QString chosen = box->currentText();
+  box->clear();
+  box->addItems(found);
+  box->insertSeparator(box->count());
+  box->addItems(others);
+  box->setCurrentIndex(chosen.isEmpty() ? -1 : box->findText(chosen));
 }
 
 void ProgramPage::ShowProgram(const AppPortRecord& program) {

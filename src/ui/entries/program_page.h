@@ -48,6 +48,8 @@ class ProgramPage final : public QWidget {
  private:
   void ConnectPrograms();
   Task<> LoadPrograms();
+  // Moves the programs that have settings on this computer to the top of their list.
+  Task<> ListInstalled();
   void ShowProgram(const AppPortRecord& program);
   void ForgetProgram();
   void ShowEntriesRequired(int entries);
