@@ -9,8 +9,9 @@
 namespace quayline {
 
 // What other programs of this user have set on this computer: a registry of the Windows kind and
-// the folders that the files of Windows programs and of this system's own programs are in. Foreign paths are written as those programs write them:
-// "C:\Program Files\x". Every call reads the files again; nothing is ever written.
+// the folders that the files of Windows programs and of this system's own programs are in. Foreign
+// paths are written as those programs write them: "C:\Program Files\x". Every call reads the files
+// again; nothing is ever written.
 class ForeignSettings {
  public:
   enum class Hive { kCurrentUser, kLocalMachine };
