@@ -69,7 +69,9 @@ class PortDiscovery : public ::testing::Test {
     QDir().mkpath(QFileInfo(Path(below)).path());
     ASSERT_TRUE(WriteBytes(Path(below), bytes));
   }
-  WineSettings Settings() const { return {folder_->path(), Path("home"), Path("home/.config"), Path("root")}; }
+  WineSettings Settings() const {
+    return {folder_->path(), Path("home"), Path("home/.config"), Path("root")};
+  }
   DiscoveredPorts Discover(const char* program) const {
     return DiscoverPorts(QString::fromLatin1(program), Settings());
   }
@@ -242,7 +244,8 @@ TEST_F(PortDiscovery, AllProgramsWithPortsAreListedOnceAndAMissingPrefixHasNone)
     found += each.ports.appname + u' ' + each.ports.tcpportsonly;
   }
   EXPECT_EQ(found, u"Ares 48196-48196|Azureus Vuze 49160-49160|Shareaza 7213-7213|"_s);
-  EXPECT_TRUE(DiscoverAllPorts(WineSettings(Path("no"), Path("no"), Path("no"), Path("no"))).isEmpty());
+  EXPECT_TRUE(
+      DiscoverAllPorts(WineSettings(Path("no"), Path("no"), Path("no"), Path("no"))).isEmpty());
 }
 
 }  // namespace
