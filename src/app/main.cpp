@@ -19,6 +19,7 @@
 #include "core/shipped_databases.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
+#include "platform/linux/linux_echoes.h"
 #include "platform/linux/linux_listeners.h"
 #include "platform/linux/private_memory.h"
 #include "platform/linux/stop_signals.h"
@@ -213,7 +214,8 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   SystemHostNames host_names;
   const WineSettings foreign_settings;
   const EntryWindows entries{context, prompts, host_names, foreign_settings};
-  ProgramWindows windows(context, prompts, entries);
+  LinuxEchoes echoes;
+  ProgramWindows windows(context, prompts, entries, echoes);
   MainFrame main_window(context, prompts, windows);
   QObject::connect(&main_window, &MainFrame::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
@@ -236,6 +238,7 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
       prompts.Notify(&main, notices.join(QStringLiteral("\n\n")));
     }
     instance.Listen();
+    windows.SearchSecondRouter();
     WarnOfRoot(prompts, main, [&main, &options] { BeginWith(main, options); });
   });
   if (options.run_update) {

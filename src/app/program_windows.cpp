@@ -6,10 +6,24 @@
 #include "script/web/web_engine.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
+#include "ui/network/second_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
 
 namespace quayline {
+
+ProgramWindows::ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
+                               Echoes& echoes)
+    : context_(context),
+      prompts_(prompts),
+      entries_(entries),
+      echoes_(echoes),
+      quiet_search_(context.adapters, echoes) {
+  QObject::connect(&quiet_search_, &SecondRouterSearch::ended, &quiet_search_,
+                   [this](const RouterTrace& trace) {
+                     has_second_router_ = CountRouters(trace.addresses, {}).HasSecondRouter();
+                   });
+}
 
 PageHostFactory ProgramWindows::Hosts() const {
   return WebPageHosts(context_.job_options, context_.translator, &context_.certificates);
@@ -31,6 +45,10 @@ QDialog* ProgramWindows::Adapters(QWidget* parent, std::function<void(const QStr
 
 QDialog* ProgramWindows::PageView(QWidget* parent) {
   return new PageViewWindow(context_, prompts_, Hosts(), parent);
+}
+
+QDialog* ProgramWindows::SecondRouter(QWidget* parent) {
+  return new SecondRouterDialog(context_.adapters, echoes_, context_.translator, parent);
 }
 
 QDialog* ProgramWindows::RouterList(QWidget* parent, std::function<void(int router_id)> chosen) {

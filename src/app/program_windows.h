@@ -3,6 +3,8 @@
 #pragma once
 
 #include "core/app_context.h"
+#include "net/second_router.h"
+#include "platform/echoes.h"
 #include "script/page_host.h"
 #include "ui/entries/entry_windows.h"
 #include "ui/main/window_factory.h"
@@ -14,14 +16,20 @@ namespace quayline {
 class ProgramWindows final : public WindowFactory {
  public:
   // What is referred to outlives it.
-  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries)
-      : context_(context), prompts_(prompts), entries_(entries) {}
+  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
+                 Echoes& echoes);
+
+  // Looks for a second router in the background, without a window.
+  void SearchSecondRouter() { quiet_search_.Start(); }
+  // Whether that search has found one.
+  bool HasSecondRouter() const { return has_second_router_; }
 
   QWidget* Job() override;
   QDialog* AddEntry(QWidget* parent, std::function<void()> changed) override;
   QDialog* EditEntry(QWidget* parent, int row, std::function<void()> changed) override;
   QDialog* Adapters(QWidget* parent, std::function<void(const QString&)> chosen) override;
   QDialog* PageView(QWidget* parent) override;
+  QDialog* SecondRouter(QWidget* parent) override;
   QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) override;
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override;
 
@@ -31,6 +39,9 @@ class ProgramWindows final : public WindowFactory {
   AppContext& context_;
   Prompts& prompts_;
   const EntryWindows& entries_;
+  Echoes& echoes_;
+  SecondRouterSearch quiet_search_;
+  bool has_second_router_ = false;
 };
 
 }  // namespace quayline

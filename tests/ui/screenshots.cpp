@@ -27,6 +27,7 @@
 #include "ui/main/about_dialog.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
+#include "ui/network/second_router_dialog.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
@@ -87,6 +88,14 @@ QImage MakeRouterPicture() {
   return picture;
 }
 
+class EchoesOfTwoRouters final : public Echoes {
+ public:
+  Task<EchoReply> Send(QString target, int ttl, std::chrono::milliseconds /*limit*/) override {
+    const QStringList hops{QStringLiteral("192.168.1.1"), QStringLiteral("10.0.0.1")};
+    co_return EchoReply{EchoReply::Kind::kHop, hops.value(ttl - 1, target)};
+  }
+};
+
 class Photographer final {
  public:
   Photographer(QString folder, QString palette)
@@ -124,6 +133,7 @@ class Photographer final {
     co_await TakeJob();
     co_await TakeEntries();
     co_await TakeRouterWindows();
+    co_await TakeSecondRouter();
   }
 
  private:
@@ -279,6 +289,19 @@ class Photographer final {
 
   static void Click(QWidget* window, const char* button) {
     window->findChild<QAbstractButton*>(QLatin1String(button))->click();
+  }
+
+  Task<> TakeSecondRouter() {
+    const Translator translator(program_.dir.path());
+    EchoesOfTwoRouters echoes;
+    SecondRouterDialog dialog(program_.adapters, echoes, translator, nullptr);
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    dialog.show();
+    co_await Sleep(50ms);
+    Save(dialog, QStringLiteral("second_router_start"));
+    Click(&dialog, "check_button");
+    co_await Sleep(200ms);
+    Save(dialog, QStringLiteral("second_router"));
   }
 
   // The list of routers, the page of ports, and scripts with a few faults.

@@ -258,6 +258,7 @@ class FakeWindows final : public WindowFactory {
     return entries_.windows.NetworkList(parent, chosen);
   }
   QDialog* PageView(QWidget* parent) override { return MakeDialog(parent); }
+  QDialog* SecondRouter(QWidget* parent) override { return MakeDialog(parent); }
   QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) override {
     choose_router = std::move(chosen);
     return MakeDialog(parent);

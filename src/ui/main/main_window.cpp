@@ -152,6 +152,8 @@ void MainWindow::ConnectRouterWindows() {
 }
 
 void MainWindow::ConnectDetection() {
+  connect(ui_->detect_routers_action, &QAction::triggered, this,
+          [this] { windows_.SecondRouter(this)->open(); });
   connect(router_panel_, &RouterPanel::detectionWanted, detector_, &RouterDetector::DetectForUser);
   connect(detector_, &RouterDetector::found, this, [this](int row) { router_panel_->Choose(row); });
   connect(detector_, &RouterDetector::shown, router_panel_, &RouterPanel::FocusRouter);

@@ -39,7 +39,6 @@ constexpr Feature kMissing[] = {
     {"subnet_tool_action", Needs::kMakerSite},
     {"common_ports_tool_action", Needs::kMakerSite},
     {"getting_started_action", Needs::kLaterVersion},
-    {"detect_routers_action", Needs::kLaterVersion},
     {"static_ip_action", Needs::kLaterVersion},
     {"test_ports_action", Needs::kLaterVersion},
     {"add_exceptions_action", Needs::kLaterVersion},

@@ -26,6 +26,8 @@ class WindowFactory {
   virtual QDialog* Adapters(QWidget* parent, std::function<void(const QString&)> chosen) = 0;
   // The router's page of ports, reached by the router's view script.
   virtual QDialog* PageView(QWidget* parent) = 0;
+  // The search for a second router.
+  virtual QDialog* SecondRouter(QWidget* parent) = 0;
   // The list of routers; `chosen` gets the key of the one that the user takes.
   virtual QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) = 0;
   // The selected router's scripts; `written` is called when they may have changed.
