@@ -53,6 +53,7 @@ TEST_F(SecondRouterDialogTest, TheLogNamesEachRouterAndTheAnswerIsTheirNumber) {
   ExpectWindowRules();
   EXPECT_EQ(Log(), "Status Log:\n");
   EXPECT_EQ(Find<QComboBox>("adapter_box")->count(), 2);
+  EXPECT_EQ(TextOf("adapter_box"), "eth0");
   const EchoReply home{Kind::kHop, u"10.0.0.1"_s};
   const EchoReply outer{Kind::kHop, u"192.168.7.1"_s};
   const EchoReply target{Kind::kReached, u"208.67.222.222"_s};

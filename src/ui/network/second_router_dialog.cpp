@@ -16,9 +16,11 @@ SecondRouterDialog::SecondRouterDialog(const Adapters& adapters, Echoes& echoes,
       ui_(std::make_unique<Ui::SecondRouterDialog>()) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  for (const Adapter& adapter : adapters.List()) {
+  const QList<Adapter> list = adapters.List();
+  for (const Adapter& adapter : list) {
     ui_->adapter_box->addItem(adapter.description, adapter.index);
   }
+  ui_->adapter_box->setCurrentIndex(static_cast<int>(PreselectedAdapter(list)));
   ui_->log_edit->setPlainText(Text(message::kStatusLog) + u'\n');
   ui_->progress_bar->setMaximum(SecondRouterSearch::kSteps);
   connect(ui_->check_button, &QPushButton::clicked, this, &SecondRouterDialog::Check);
