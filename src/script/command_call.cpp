@@ -96,17 +96,25 @@ Task<QJsonValue> CommandCall::Ask(PageCall call) const {
 Task<QJsonValue> CommandCall::AskOnce(PageCall call) const {
   call.frame = run.frame_number;
   run.inputs += call.kind == PageCallKind::kInput || call.kind == PageCallKind::kChoice ? 1 : 0;
+  const bool was_settled = std::exchange(run.is_settled, false);
   PageHost* const host = env.browser();
   OneShot<PageAnswer> answer;
   host->Call(call, answer.Callback());
   GiveUpWithRun(answer, host);
   const std::optional<PageAnswer> got = co_await answer;
-  run.markup_state = got ? got->markup_state : QString();
+  const QString before = std::exchange(run.markup_state, got ? got->markup_state : QString());
+  run.is_settled = was_settled && !call.IsUserAction() && run.markup_state == before;
   run.page_has_pending_work = got ? got->is_working : run.page_has_pending_work;
   co_return got && got->answered ? got->value : call.if_gone;
 }
 
+void CommandCall::SendKeys(const QString& keys) const {
+  run.is_settled = false;
+  env.browser()->SendKeys(keys);
+}
+
 Task<QString> CommandCall::RunInPage(QString code) const {
+  run.is_settled = false;
   PageHost* const host = env.browser();
   OneShot<QString> ran;
   host->RunInPage({.code = code, .entry = EntryOfScript(run.given)}, ran.Callback());
@@ -145,6 +153,11 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
   if (end != WaitEnd::kIdle) {
     run.markup_state.clear();
   }
+  const QString& state = env.pages.SettledState();
+  run.is_settled = run.frame_number == 0 && !state.isEmpty();
+  if (run.is_settled) {
+    run.markup_state = state;
+  }
   co_return EndOf(end, block);
 }
 
@@ -179,6 +192,7 @@ std::optional<RunEnd> CommandCall::TakeInterruption(ErrorBlock block) {
 }
 
 Task<std::optional<RunEnd>> CommandCall::Wait(int time_ms, std::optional<ErrorBlock> block) {
+  run.is_settled = false;
   JobFlags& flags = env.flags;
   const auto interrupted = [&flags, heeds_errors = block.has_value()] {
     return flags.JobStopRequested() || (heeds_errors && flags.PageErrorPending());

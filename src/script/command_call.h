@@ -70,6 +70,8 @@ class CommandCall final {
   // no such number leaves it.
   void SetTimer(const QString& time_ms) const;
 
+  // Types into the control of the page that has the focus.
+  void SendKeys(const QString& keys) const;
   // Runs code as a script of the top page, with the entry in it as `quayline`. Returns what the
   // code failed with; empty where it did not.
   Task<QString> RunInPage(QString code) const;

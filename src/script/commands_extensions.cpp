@@ -107,7 +107,7 @@ FlowResult PressKey(CommandCall& call) {
   call.LogResult(result);
   const std::optional<QString> keys = KeyNotation(call.run.fields.value(1));
   if (keys && result == QLatin1String(page_result::kSuccessful)) {
-    call.env.browser()->SendKeys(*keys);
+    call.SendKeys(*keys);
   }
   co_return co_await call.AwaitPage(mark, ErrorBlock::kAddress);
 }

@@ -23,7 +23,7 @@ FlowResult SetLoginBox(CommandCall& call, QString value) {
     co_return RunEnd::kStopped;
   }
   call.LogResult(result);
-  call.env.browser()->SendKeys(QString::fromLatin1(kRightKey));
+  call.SendKeys(QString::fromLatin1(kRightKey));
   co_return std::nullopt;
 }
 
@@ -54,7 +54,7 @@ FlowResult TypeByPosition(CommandCall& call, QString position, QString keys) {
     co_return RunEnd::kStopped;
   }
   call.LogResult(result);
-  call.env.browser()->SendKeys(keys);
+  call.SendKeys(keys);
   co_return std::nullopt;
 }
 

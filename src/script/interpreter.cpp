@@ -143,8 +143,12 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
 }
 
 // Lets a page that still rewrites itself finish before a command touches it. The answer to the line
-// before is the first look.
+// before is the first look. A wait for the page has looked twice, and so has the line before if it
+// did not use the page.
 Task<bool> Interpreter::Settle() {
+  if (run_.is_settled) {
+    co_return !Stopped();
+  }
   QString before = run_.markup_state;
   for (int round = 0;; ++round) {
     const QJsonValue state = co_await call_.Ask(page_operation::ReadMarkupState());
@@ -152,6 +156,7 @@ Task<bool> Interpreter::Settle() {
       co_return false;
     }
     if (state.toString() == before || round == kMaxSettleRounds) {
+      run_.is_settled = true;
       co_return true;
     }
     before = state.toString();
@@ -224,6 +229,7 @@ Task<bool> Interpreter::DebugPause() {
     return !flags.JobDebugMode() || flags.JobStopRequested();
   }).WokenBy(&flags, &JobFlags::changed);
   env_.is_paused = false;
+  run_.is_settled = false;
   co_return !flags.JobStopRequested();
 }
 

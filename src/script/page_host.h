@@ -54,6 +54,9 @@ struct IdleReport {
   int later_timers = 0;
   // The page is not idle: it had pending work for longer than a page is waited for.
   bool gave_up = false;
+  // The state of the top document's markup; see page_operation::ReadMarkupState(). Empty if two looks
+  // at it were not equal.
+  QString settled_state;
 };
 
 // What a line of the status box is about.

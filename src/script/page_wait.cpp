@@ -77,6 +77,7 @@ std::optional<WaitEnd> PageWait::Interruption(const WaitScope& scope) const {
 Task<WaitEnd> PageWait::UntilIdle(WaitScope scope) {
   const Deadline deadline(scope);
   const LongWait shown(*this, scope);
+  settled_state_.clear();
   quint64 mark = scope.since.value_or(Mark());
   WaitEnd end = WaitEnd::kIdle;
   for (int hop = 0; hop <= limits_.hops;) {
@@ -87,6 +88,7 @@ Task<WaitEnd> PageWait::UntilIdle(WaitScope scope) {
       const std::optional<IdleReport> report = co_await IdleOfPage(mark, scope, deadline);
       if (report && !HasBegun(mark) && !Interruption(scope)) {
         later_timers_ = report->later_timers;
+        settled_state_ = report->settled_state;
         co_return report->gave_up ? WaitEnd::kPending : end;
       }
     }

@@ -86,6 +86,10 @@ class PageWait final {
   // waited for, and will not run when the page is left.
   int LaterTimers() const { return later_timers_; }
 
+  // The state of the markup that two looks at the page found at the end of the last wait; empty if
+  // they were not equal.
+  const QString& SettledState() const { return settled_state_; }
+
   // Whether the page answers at all, within `limit`.
   Task<bool> Answers(WaitLimits::Time limit);
 
@@ -106,6 +110,7 @@ class PageWait final {
   std::function<void(const QString&)> show_wait_;
   WaitLimits limits_;
   int later_timers_ = 0;
+  QString settled_state_;
 };
 
 }  // namespace quayline

@@ -72,6 +72,8 @@ struct ScriptRun {
 
   // What the page's markup was at its last answer; empty if it is not known.
   QString markup_state;
+  // Two looks at the markup were equal, and since then nothing was done on the page or awaited.
+  bool is_settled = false;
 
   // The page has pending work that nothing has waited for yet.
   bool page_has_pending_work = false;

@@ -111,7 +111,9 @@ void FakePageHost::Call(const PageCall& call, std::function<void(PageAnswer)> an
     pages_.Record(*this, line);
   }
   pages_.AnswerLater(*this, line, [this, call, line, answer = std::move(answer)] {
-    answer({.answered = true, .value = pages_.NextAnswer(call, line)});
+    answer({.answered = true,
+            .value = pages_.NextAnswer(call, line),
+            .markup_state = pages_.settled_state});
   });
 }
 
@@ -134,7 +136,9 @@ void FakePageHost::ClearCache(std::function<void(bool)> done) {
 
 void FakePageHost::ReportIdle(PendingWork, std::function<void(IdleReport)> report) {
   // After whatever the call before has started.
-  Later([this, report = std::move(report)] { Later([report] { report({}); }); });
+  Later([this, report = std::move(report)] {
+    Later([this, report] { report({.settled_state = pages_.settled_state}); });
+  });
 }
 
 void FakePageHost::BeginNavigation() {

@@ -47,6 +47,7 @@ class FakePages final {
   QStringList calls;
   QList<PageLogin> logins;
   int settle_reads = 0;
+  QString settled_state;  // of the markup, with every answer
   bool clears_cache = true;
   QString unchanged;         // the address of the page that need not be loaded again
   QString script_error;      // what the next code run in a page fails with

@@ -111,6 +111,29 @@ TEST(SettleCheck, ReadsUntilTwoReadsAreEqualAndSixTimesAtMost) {
   }
 }
 
+TEST(SettleCheck, IsNotRepeatedBeforeAPageIsUsedOrTimePasses) {
+  const struct {
+    const char* fault;
+    Texts script;
+    int reads;
+  } cases[] = {
+      {"a line that uses no page",
+       {"comment", "set_type_choices(\"a|b|c\")", "set_name(\"a,\")"},
+       2},
+      {"a page that was waited for", {"nav(\"a\")", "comment", "set_name(\"a,\")"}, 2},
+      {"a box that was set", {"nav(\"a\")", "set_name(\"a,\")", "comment"}, 3},
+      {"a pause", {"nav(\"a\")", "timeout(\"1\")", "comment"}, 3},
+      {"a frame", {"set_frame_number(\"1\")", "nav(\"a\")", "comment"}, 4},
+  };
+  for (const auto& c : cases) {
+    ScriptRig rig;
+    rig.pages.settled_state = u"a"_s;
+    rig.pages.Answer("ReadMarkupState", {u"a"_s});
+    EXPECT_EQ(rig.Run(c.script), RunEnd::kAllLinesDone) << c.fault;
+    EXPECT_EQ(rig.pages.settle_reads, c.reads) << c.fault;
+  }
+}
+
 TEST(DebugMode, PausesAfterEveryLineAndRequestsTheNextPause) {
   ScriptRig rig;
   rig.options.debug_mode = true;

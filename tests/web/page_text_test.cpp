@@ -88,5 +88,23 @@ TEST_F(WebTest, TheMarkupStateChangesWithTheMarkupAndNotWithoutIt) {
   EXPECT_EQ(Ask(ReadMarkupState()), QJsonValue(u""_s));
 }
 
+// Until then the page is not idle, or a line would use a page that is still written.
+TEST_F(WebTest, AnIdlePageReportsItsMarkupStateAfterTwoEqualLooks) {
+  const auto settled_state = [this] {
+    std::optional<QString> state;
+    host->ReportIdle(PendingWork::kAny,
+                     [&](const IdleReport& report) { state = report.settled_state; });
+    EXPECT_TRUE(RunUntil([&] { return state.has_value(); }));
+    return QJsonValue(state.value_or(QString()));
+  };
+  Show("<input name=a>");
+  EXPECT_EQ(settled_state(), Ask(ReadMarkupState()));
+  // The timer is too long to be waited for.
+  Show("<p id=p></p><script>setTimeout(() => { p.textContent = 'late'; }, 200)</script>");
+  EXPECT_TRUE(RunUntil([this] { return Read("p.textContent") == u"late"_s; }));
+  EXPECT_EQ(settled_state(), QJsonValue(u""_s)) << "the page has changed since it was loaded";
+  EXPECT_EQ(settled_state(), Ask(ReadMarkupState()));
+}
+
 }  // namespace
 }  // namespace quayline::testing

@@ -19,15 +19,16 @@ void IdleReports::Ask(PendingWork work, bool is_led, std::function<void(IdleRepo
   wait_.Start(Wait(work, is_led, std::move(report)));
 }
 
-// "idle", the wait, the number of timers that are left, whether the page gave up; on lines of their
-// own the requests that are periodic.
+// "idle", the wait, the number of timers that are left, whether the page gave up, the state of its
+// markup; on lines of their own the requests that are periodic.
 void IdleReports::Take(const QString& text, bool is_idle) {
   const QStringList lines = text.split(QLatin1Char('\n'));
   const QStringList fields = lines.first().split(QLatin1Char(' '));
   profile_.AddPeriodicRequests(lines.mid(1));
-  Q_EMIT taken(
-      fields.value(1), is_idle,
-      {.later_timers = fields.value(2).toInt(), .gave_up = fields.value(3) == QLatin1String("1")});
+  Q_EMIT taken(fields.value(1), is_idle,
+               {.later_timers = fields.value(2).toInt(),
+                .gave_up = fields.value(3) == QLatin1String("1"),
+                .settled_state = fields.value(4)});
 }
 
 // A document without our scripts has nothing that could start a navigation. A report is lost when
@@ -47,14 +48,19 @@ Task<> IdleReports::Wait(PendingWork work, bool is_led, std::function<void(IdleR
   while (!got) {
     id = QString::number(++waits_);
     is_pending = false;
-    OneShot<bool> asked;
+    OneShot<QVariant> asked;
     calls_.Run(QStringLiteral("window.quaylineReportIdle?.(...%1)")
                    .arg(AsJavaScript(
                        {id, is_led, profile_.PeriodicRequests(), work == PendingWork::kSaves})),
-               QWebEngineScript::ApplicationWorld,
-               [done = asked.Callback()](const QVariant& result) { done(result.toBool()); });
-    const std::optional<bool> has_watch = co_await asked;
-    if (!has_watch.value_or(false)) {
+               QWebEngineScript::ApplicationWorld, asked.Callback());
+    const QVariant answer = (co_await asked).value_or(QVariant());
+    if (answer.typeId() == QMetaType::QString) {
+      // All that the page began was announced before this answer.
+      Take(answer.toString(), true);
+      report(*got);
+      co_return;
+    }
+    if (!answer.toBool()) {
       got = IdleReport{};
       break;
     }
@@ -67,11 +73,13 @@ Task<> IdleReports::Wait(PendingWork work, bool is_led, std::function<void(IdleR
           .AtMost(WaitLimits().save + WaitLimits().report_lost);
     }
   }
-  // Brings in what all this has announced meanwhile.
-  OneShot<bool> flushed;
-  calls_.Run(QStringLiteral("1"), QWebEngineScript::ApplicationWorld,
-             [done = flushed.Callback()](const QVariant&) { done(true); });
-  co_await flushed;
+  // Brings in what all this has announced meanwhile, and is the second look at the markup.
+  OneShot<QString> flushed;
+  calls_.Run(QStringLiteral("window.quaylineMarkupState?.()"), QWebEngineScript::ApplicationWorld,
+             [done = flushed.Callback()](const QVariant& state) { done(state.toString()); });
+  if (const std::optional<QString> state = co_await flushed; state != got->settled_state) {
+    got->settled_state.clear();
+  }
   report(*got);
 }
 

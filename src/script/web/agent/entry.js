@@ -58,6 +58,8 @@ function installPageAgent(secretBeacon, secretAsk, secretReply) {
   addEventListener('keyup', (event) => event.isTrusted && tell('key'), true);
   addEventListener('keydown', (event) => event.isTrusted && forgetKept(), true);
   window.quaylineCall = callOperation;
+  // For page_idle.js, and the host.
+  window.quaylineMarkupState = () => markupState(document);
   // Before a script.
   window.quaylineArm = () => {
     armWatches();

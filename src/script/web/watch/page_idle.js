@@ -77,9 +77,14 @@ function installPageIdle(beacon, ask, reply, limits) {
 
   // ---- What the host and the agent ask ---------------------------------------------------------
 
+  // The state of the markup as the agent numbers it.
+  function markupState() {
+    return window.quaylineMarkupState();
+  }
+
   // A document that has just been loaded runs through its queued tasks by itself, some milliseconds
   // before the engine reports the load: most often it is through when the host asks. An action ends
-  // it.
+  // it. `state` is that of the markup when the tasks were done.
   let tasksOfLoad = null;
 
   function forgetTasksOfLoad() {
@@ -87,10 +92,11 @@ function installPageIdle(beacon, ask, reply, limits) {
   }
 
   addEventListener('load', () => {
-    const tasks = {areDone: false, then: null};
+    const tasks = {areDone: false, then: null, state: ''};
     tasksOfLoad = tasks;
     afterTasks(() => {
       tasks.areDone = true;
+      tasks.state = markupState();
       if (tasks.then !== null) {
         tasks.then();
       }
@@ -192,30 +198,34 @@ function installPageIdle(beacon, ask, reply, limits) {
     });
   }
 
-  // Reports "idle `id` LATER GAVE_UP" and the periodic requests when the page has no pending work:
-  // after the tasks that it has queued, and after whatever these start. Before, "pending `id`" where
-  // there is work to wait for. `isLed`: an action may have led to the page. `periodic`: the requests
-  // that other documents of the job found to be periodic. With `savesOnly` requests that may be a
-  // save are the only work that is waited for. Answers true: the report will come.
+  // Reports "idle `id` LATER GAVE_UP STATE" and the periodic requests when the page has no pending
+  // work: after the tasks that it has queued, and after whatever these start. Before, "pending `id`"
+  // where there is work to wait for. `isLed`: an action may have led to the page. `periodic`: the
+  // requests that other documents of the job found to be periodic. With `savesOnly` requests that may
+  // be a save are the only work that is waited for.
+  //
+  // Answers true where the report will come. A page that was loaded, has run its tasks and is idle
+  // answers with the report itself; its STATE is empty unless the markup is the same as before.
   let latest = '';  // an earlier wait that has no listener any more must not end this one
   window.quaylineReportIdle = function(id, isLed, periodic, savesOnly) {
     latest = id;
     const start = performance.now();
     let isWaiting = false;
-    const end = (gaveUp) => {
+    const reportOf = (gaveUp, state) => {
       const {later, periodic: found} = askWatches(gaveUp ? 'give up' : 'disarm');
-      report(['idle ' + id + ' ' + later + ' ' + Number(gaveUp), ...new Set(found)].join('\n'));
+      return [['idle', id, later, Number(gaveUp), state].join(' '), ...new Set(found)].join('\n');
     };
+    const end = (gaveUp) => report(reportOf(gaveUp, markupState()));
+    const isIdle = (pending) =>
+      savesOnly ? pending.saves === 0 : pending.count === 0 && !refreshIsNear();
     const look = () => {
       if (id !== latest) {
         return;
       }
       const pending = askWatches('count');
-      const isIdle =
-        savesOnly ? pending.saves === 0 : pending.count === 0 && !refreshIsNear();
       const limit = pending.saves > 0 ? limits.save : requestLimit(isLed);
-      const gaveUp = !isIdle && performance.now() - start > limit;
-      if (isIdle || gaveUp) {
+      const gaveUp = !isIdle(pending) && performance.now() - start > limit;
+      if (gaveUp || isIdle(pending)) {
         if (pending.isBlind) {
           afterTime(() => id === latest && end(gaveUp));
         } else {
@@ -253,11 +263,17 @@ function installPageIdle(beacon, ask, reply, limits) {
     forgetTasksOfLoad();
     if (tasks === null) {
       afterTasks(look);
-    } else if (tasks.areDone) {
-      look();
-    } else {
-      tasks.then = look;
+      return true;
     }
+    if (!tasks.areDone) {
+      tasks.then = look;
+      return true;
+    }
+    const pending = askWatches('count');
+    if (isIdle(pending) && !pending.isBlind) {
+      return reportOf(false, tasks.state === markupState() ? tasks.state : '');
+    }
+    look();
     return true;
   };
 }
