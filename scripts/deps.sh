@@ -17,11 +17,17 @@ packages=(
   # what the program links
   qt6-base-dev qt6-webengine-dev 'qt6-svg-dev|libqt6svg6-dev' libqt6sql6-sqlite
   libcurl4-openssl-dev mdbtools-dev libglib2.0-dev libseccomp-dev
+  libminiupnpc-dev libnatpmp-dev
   # what it wants when it runs: certificates, and one font, without which windows show no text
   ca-certificates fontconfig fonts-dejavu-core
-  # the tests; iproute2 builds their networks, openssl their certificates
-  libgtest-dev libgmock-dev libbenchmark-dev iproute2 openssl
+  # the tests; iproute2 and nftables build their networks, openssl their certificates
+  libgtest-dev libgmock-dev libbenchmark-dev iproute2 nftables openssl
 )
+
+# A router of the tests; not for a developer's own computer, where it would run as a service.
+if [[ -n ${CI:-} ]]; then
+  packages+=(miniupnpd)
+fi
 
 check_only=false
 for option in "$@"; do

@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 prefix=$(realpath -m -- "${1:-$HOME/.local}")
 
-scripts/build.sh release quayline quayline-cli quayline-dbtool quayline-reader \
+scripts/build.sh release quayline quayline-cli quayline-dbtool quayline-reader quayline-mapper \
   quayline_databases
 cmake --install build/release --prefix "$prefix"
 

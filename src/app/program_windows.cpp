@@ -7,6 +7,8 @@
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
 #include "ui/network/second_router_dialog.h"
+#include "ui/network/port_checker_window.h"
+#include "ui/network/quick_ports_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
 
@@ -57,6 +59,14 @@ QDialog* ProgramWindows::RouterList(QWidget* parent, std::function<void(int rout
 
 QDialog* ProgramWindows::Scripts(QWidget* parent, std::function<void()> written) {
   return new ScriptDialog(context_, prompts_, parent, std::move(written));
+}
+
+QDialog* ProgramWindows::QuickPorts(QWidget* parent) {
+  return new QuickPortsDialog(context_, parent);
+}
+
+QDialog* ProgramWindows::PortChecker(QWidget* parent) {
+  return new PortCheckerWindow(context_, prompts_, Hosts(), parent, {});
 }
 
 }  // namespace quayline

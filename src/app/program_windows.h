@@ -32,6 +32,8 @@ class ProgramWindows final : public WindowFactory {
   QDialog* SecondRouter(QWidget* parent) override;
   QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) override;
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override;
+  QDialog* PortChecker(QWidget* parent) override;
+  QDialog* QuickPorts(QWidget* parent) override;
 
  private:
   PageHostFactory Hosts() const;

@@ -10,11 +10,23 @@ namespace quayline {
 // The addresses of the maker's web server. One value, replaced as a whole by the demo and tests.
 struct MakerSite {
   QString base = QStringLiteral("https://quayline.example");
+  QString test_site;  // that the user named for testing ports; empty: the maker's
 
   // The default address is a reserved one: there is no site yet, and links to it lead nowhere.
   bool Exists() const {
     return !QUrl(base).host().endsWith(QLatin1String(".example"), Qt::CaseInsensitive);
   }
+
+  // The site that tests ports. Null if there is none.
+  QUrl TestSite() const {
+    return !test_site.isEmpty() ? QUrl(test_site) : Exists() ? QUrl(base) : QUrl();
+  }
+  QUrl PortTest(bool udp) const {
+    QUrl url = TestSite();
+    url.setPath(udp ? QStringLiteral("/port_test_udp.php") : QStringLiteral("/port_test.php"));
+    return url;
+  }
+  QUrl PortTestHelp() const { return Page("/common-problems-fixes-port-forwarding"); }
 
   QUrl Page(const char* path) const { return QUrl(base + QString::fromLatin1(path)); }
 

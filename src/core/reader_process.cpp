@@ -20,20 +20,21 @@ constexpr int kMaxErrorLetters = 200;
 
 // In the build tree beside the program, in an installation among the programs that no user starts
 // by hand.
-QString ReaderPath() {
+QString PathOf(const QString& program) {
   const QString folder = QCoreApplication::applicationDirPath();
-  const QString installed = folder + QStringLiteral("/../libexec/quayline/quayline-reader");
-  return QFileInfo(installed).isExecutable() ? installed
-                                             : folder + QStringLiteral("/quayline-reader");
+  const QString installed = folder + QStringLiteral("/../libexec/quayline/") + program;
+  return QFileInfo(installed).isExecutable() ? installed : folder + QLatin1Char('/') + program;
 }
 
 // One run of the reader. Ends it when it is destroyed.
 class ReaderRun final {
  public:
   explicit ReaderRun(const ReaderRequest& request)
-      : max_output_(request.max_output), deadline_(request.time_limit) {
+      : program_(PathOf(request.program)),
+        max_output_(request.max_output),
+        deadline_(request.time_limit) {
     process_.setStandardErrorFile(QProcess::nullDevice());
-    process_.start(ReaderPath(), request.arguments);
+    process_.start(program_, request.arguments);
     process_.write(request.input);
     process_.closeWriteChannel();
   }
@@ -57,7 +58,7 @@ class ReaderRun final {
   ReaderResult Result() {
     if (process_.error() == QProcess::FailedToStart) {
       return std::unexpected(ReaderError{
-          .text = QStringLiteral("cannot be read: the program \"%1\" is missing").arg(ReaderPath()),
+          .text = QStringLiteral("cannot be read: the program \"%1\" is missing").arg(program_),
           .is_input = false});
     }
     if (output_.size() > max_output_) {
@@ -77,6 +78,7 @@ class ReaderRun final {
   }
 
  private:
+  QString program_;
   qsizetype max_output_;
   QDeadlineTimer deadline_;
   QByteArray output_;

@@ -13,12 +13,14 @@
 
 namespace quayline {
 
-// A request to quayline-reader, the program that parses foreign files in a process of its own.
+// A request to quayline-reader, the program that parses foreign files in a process of its own, or to
+// another program that came with this one.
 struct ReaderRequest {
   QStringList arguments;  // a verb and its arguments
   QByteArray input;       // its standard input
   std::chrono::milliseconds time_limit;
   qsizetype max_output;
+  QString program = QStringLiteral("quayline-reader");
 };
 
 // `text` is a part of a sentence about the file: "is damaged", "takes too long to read".

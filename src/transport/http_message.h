@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QHostAddress>
 #include <QList>
 #include <QString>
 
@@ -26,6 +27,7 @@ struct HttpRequest {
   QList<std::pair<QByteArray, QByteArray>> headers;  // names in lower case
   QByteArray body;
   bool keep_alive = false;
+  QHostAddress peer;  // the client; set by the server
 
   // The first header of that name (given in lower case); empty if it is missing.
   QByteArray Header(QByteArrayView name) const;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "transport/http_server.h"
 
+#include <QPointer>
 #include <QRandomGenerator>
 #include <QTcpSocket>
 #include <QTimer>
@@ -19,7 +20,7 @@ constexpr qint64 kMaxUnsentBytes = qint64{4} << 20;
 // One client. Owned by the server; ends itself when the client goes.
 class Connection final : public QObject {
  public:
-  Connection(QTcpSocket* socket, const HttpServer::Handler& handler, AnswerDelay delay,
+  Connection(QTcpSocket* socket, const HttpServer::LateHandler& handler, AnswerDelay delay,
              QObject* owner)
       : QObject(owner), socket_(socket), handler_(handler), delay_(delay) {
     socket_->setParent(this);
@@ -54,6 +55,7 @@ class Connection final : public QObject {
         return;
       }
       buffer_.remove(0, parsed.consumed);
+      parsed.request.peer = socket_->peerAddress();
       AnswerInTime(parsed.request);
     }
   }
@@ -69,28 +71,39 @@ class Connection final : public QObject {
     }
     idle_.stop();
     QTimer::singleShot(time, Qt::PreciseTimer, this, [this, request] {
-      idle_.start(kIdleTime);
       Answer(request);
       Go();
     });
   }
 
   void Answer(const HttpRequest& request) {
-    const HttpResponse response = handler_(request);
-    if (response.hold == 0ms) {
-      Send(response, request);
+    idle_.stop();
+    is_in_handler_ = true;
+    handler_(request, [connection = QPointer(this), request](const HttpResponse& response) {
+      if (connection) {
+        connection->TakeAnswer(response, request);
+      }
+    });
+    is_in_handler_ = false;
+  }
+
+  void TakeAnswer(const HttpResponse& response, const HttpRequest& request) {
+    if (response.hold > 0ms) {
+      QTimer::singleShot(response.hold, this, [this, response, request] {
+        Send(response, request);
+        Go();
+      });
       return;
     }
-    idle_.stop();
-    QTimer::singleShot(response.hold, this, [this, response, request] {
-      idle_.start(kIdleTime);
-      Send(response, request);
+    Send(response, request);
+    if (!is_in_handler_) {
       Go();
-    });
+    }
   }
 
   void Send(const HttpResponse& response, const HttpRequest& request) {
     constexpr int kSwitchingProtocols = 101;
+    idle_.start(kIdleTime);
     socket_->write(FormatResponse(response, request.keep_alive, request.method == "HEAD"));
     state_ = State::kReading;
     if (response.status == kSwitchingProtocols) {
@@ -116,7 +129,8 @@ class Connection final : public QObject {
   }
 
   QTcpSocket* socket_;
-  const HttpServer::Handler& handler_;
+  const HttpServer::LateHandler& handler_;
+  bool is_in_handler_ = false;
   AnswerDelay delay_;
   QByteArray buffer_;
   QTimer idle_;
@@ -126,14 +140,22 @@ class Connection final : public QObject {
 }  // namespace
 
 HttpServer::HttpServer(Handler handler, AnswerDelay delay, std::unique_ptr<QTcpServer> listener)
+    : HttpServer(LateHandler([handler = std::move(handler)](const HttpRequest& request,
+                                                            const auto& answer) {
+                   answer(handler(request));
+                 }),
+                 delay, std::move(listener)) {}
+
+HttpServer::HttpServer(LateHandler handler, AnswerDelay delay,
+                       std::unique_ptr<QTcpServer> listener)
     : handler_(std::move(handler)), delay_(delay), listener_(std::move(listener)) {
   // Unlike newConnection, this is emitted after the TLS handshake.
   connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this,
           &HttpServer::TakeConnections);
 }
 
-std::expected<quint16, QString> HttpServer::Listen(quint16 port) {
-  if (!listener_->listen(QHostAddress::LocalHost, port)) {
+std::expected<quint16, QString> HttpServer::Listen(quint16 port, const QHostAddress& address) {
+  if (!listener_->listen(address, port)) {
     return std::unexpected(QStringLiteral("Port %1 cannot be used: %2.")
                                .arg(QString::number(port), listener_->errorString()));
   }

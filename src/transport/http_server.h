@@ -19,20 +19,25 @@ struct AnswerDelay {
   std::chrono::milliseconds most{0};
 };
 
-// A small HTTP/1.1 server on loopback, with keep-alive. Requests of one connection are answered in
-// their order. The handler is called when the delay is over, not before: a request whose client has
-// gone by then is dropped without effect, as a slow router drops it.
+// A small HTTP/1.1 server, with keep-alive. Requests of one connection are answered in their order.
+// The handler is called when the delay is over, not before: a request whose client has gone by then
+// is dropped without effect, as a slow router drops it.
 class HttpServer final : public QObject {
  public:
   using Handler = std::function<HttpResponse(const HttpRequest&)>;
+  // Answers once, at any time. After the client has gone, the answer has no effect.
+  using LateHandler = std::function<void(const HttpRequest&, std::function<void(HttpResponse)>)>;
 
   // Takes connections from `listener`: plain ones, or those of a TLS server.
   explicit HttpServer(Handler handler, AnswerDelay delay = {},
                       std::unique_ptr<QTcpServer> listener = std::make_unique<QTcpServer>());
+  explicit HttpServer(LateHandler handler, AnswerDelay delay = {},
+                      std::unique_ptr<QTcpServer> listener = std::make_unique<QTcpServer>());
 
-  // Listens on 127.0.0.1 and nowhere else; port 0 takes any free one. Gives the port, or a sentence
+  // Listens on `address` and nowhere else; port 0 takes any free one. Gives the port, or a sentence
   // about the error.
-  std::expected<quint16, QString> Listen(quint16 port);
+  std::expected<quint16, QString> Listen(
+      quint16 port, const QHostAddress& address = QHostAddress(QHostAddress::LocalHost));
 
   // How many connections are served at a time. One too many is closed at once, without an answer.
   void SetMaxConnections(int count) { max_connections_ = count; }
@@ -41,7 +46,7 @@ class HttpServer final : public QObject {
  private:
   void TakeConnections();
 
-  Handler handler_;
+  LateHandler handler_;
   AnswerDelay delay_;
   int max_connections_ = kMaxConnections;
   std::unique_ptr<QTcpServer> listener_;

@@ -263,6 +263,8 @@ class FakeWindows final : public WindowFactory {
     choose_router = std::move(chosen);
     return MakeDialog(parent);
   }
+  QDialog* PortChecker(QWidget* parent) override { return MakeDialog(parent); }
+  QDialog* QuickPorts(QWidget* parent) override { return MakeDialog(parent); }
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override {
     scripts_written = std::move(written);
     return MakeDialog(parent);

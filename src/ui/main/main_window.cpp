@@ -145,6 +145,10 @@ void MainWindow::ConnectRouterWindows() {
       windows_.Scripts(this, [this] { ChooseRouter(context_.session.router_id); })->open();
     }
   });
+  connect(ui_->test_ports_action, &QAction::triggered, this,
+          [this] { windows_.PortChecker(this)->open(); });
+  connect(ui_->quick_ports_action, &QAction::triggered, this,
+          [this] { windows_.QuickPorts(this)->open(); });
   connect(ui_->view_ports_button, &QPushButton::clicked, this, &MainWindow::ViewPorts);
   connect(ui_->update_button, &QPushButton::clicked, this, &MainWindow::UpdateRouter);
   connect(ui_->update_action, &QAction::triggered, this, &MainWindow::UpdateRouter);

@@ -40,7 +40,6 @@ constexpr Feature kMissing[] = {
     {"common_ports_tool_action", Needs::kMakerSite},
     {"getting_started_action", Needs::kLaterVersion},
     {"static_ip_action", Needs::kLaterVersion},
-    {"test_ports_action", Needs::kLaterVersion},
     {"add_exceptions_action", Needs::kLaterVersion},
     {"remove_exceptions_action", Needs::kLaterVersion},
     {"show_exceptions_action", Needs::kLaterVersion},

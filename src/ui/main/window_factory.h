@@ -32,6 +32,10 @@ class WindowFactory {
   virtual QDialog* RouterList(QWidget* parent, std::function<void(int router_id)> chosen) = 0;
   // The selected router's scripts; `written` is called when they may have changed.
   virtual QDialog* Scripts(QWidget* parent, std::function<void()> written) = 0;
+  // Tests the ports of the list from the outside.
+  virtual QDialog* PortChecker(QWidget* parent) = 0;
+  // Opens the ports of the list by UPnP.
+  virtual QDialog* QuickPorts(QWidget* parent) = 0;
 };
 
 }  // namespace quayline

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDir>
+#include <QHostAddress>
+#include <QObject>
+#include <QString>
+
+#include <expected>
+#include <functional>
+#include <memory>
+
+#include "transport/http_message.h"
+#include "transport/http_server.h"
+#include "demo/probe_limit.h"
+
+namespace quayline::demo {
+
+struct SiteOptions {
+  QHostAddress address = QHostAddress(QHostAddress::LocalHost);
+  quint16 port = 0;  // 0: any free one
+  // A reverse proxy, whose header "X-Forwarded-For" names the client. Nobody else's is believed.
+  QHostAddress proxy;
+  // The folder whose "files" and "updates" are served; empty: none.
+  QString folder;
+  int probes_a_minute = 30;  // for each address
+};
+
+// The web site that the program works with: its port test pages, pictures and updates.
+//
+//   /port_test.php, /port_test_udp.php   a form with the field "port" and the button "Check Port";
+//                                        posted, they probe that port of the client's address
+//   /my-address                          the client's address, as plain text
+//   /files/..., /updates/...             files of the folder
+//
+// A form's field "word" is what the probe carries. A result page is sent when its probe is over.
+class DemoSite final : public QObject {
+ public:
+  // Gives the port, or a sentence about the error. Called once.
+  std::expected<quint16, QString> Start(const SiteOptions& options);
+
+ private:
+  using Answerer = std::function<void(HttpResponse)>;
+
+  void Answer(const HttpRequest& request, const Answerer& answer);
+  void Probe(const HttpRequest& request, bool udp, const Answerer& answer);
+  QHostAddress ClientOf(const HttpRequest& request) const;
+  HttpResponse FileAnswer(const QString& path) const;
+
+  SiteOptions options_;
+  std::unique_ptr<ProbeLimit> limit_;
+  int probes_under_way_ = 0;
+  std::unique_ptr<HttpServer> server_;
+};
+
+}  // namespace quayline::demo

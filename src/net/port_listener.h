@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+#include "transport/unisock.h"
+
+namespace quayline {
+
+// Waits on a port of this computer until the test site's probe arrives there, and then closes the
+// port. What a listener hears goes nowhere: with an empty word the arrival itself is all that
+// counts; else the first bytes are compared with the word, so that a stranger's packet is not taken
+// for the probe, and are thrown away.
+class PortListener final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Listens at once, on this address alone; IsOpen() says whether it could.
+  PortListener(SockProtocol protocol, int port, const QString& address,
+               QObject* parent = nullptr);
+  ~PortListener() override;
+
+  bool IsOpen() const { return socket_.State() != SockState::kClosed; }
+  bool HasArrived() const { return has_arrived_; }
+  // The word of the probe that is coming. Until it is set, whatever arrives is the probe.
+  void SetWord(const QByteArray& word) { word_ = word; }
+
+ Q_SIGNALS:
+  // Something came; a line about it for the user.
+  void heard(const QString& line);
+  // The probe came. The port is closed.
+  void arrived();
+
+ private:
+  void OnCaller(int request_id);
+  void OnDatagram();
+  void OnCallersBytes(UniSock& caller);
+  void LogArrival();
+  void Arrive();
+
+  UniSock socket_;
+  std::vector<std::unique_ptr<UniSock>> callers_;  // who may still say the word
+  QByteArray word_;
+  bool has_arrived_ = false;
+};
+
+}  // namespace quayline

@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+// The port checker with the real browser and a real test site: on this computer, and behind a
+// router that translates addresses.
+
+#include "ui/network/port_checker_window.h"
+
+#include <QLabel>
+#include <QTcpServer>
+
+#include "demo/demo_site.h"
+#include "network/natted_network.h"
+#include "script/web/web_engine.h"
+#include "ui/toolkit/controls.h"
+#include "ui/window_fixture.h"
+
+extern "C" void QuaylinePrepareTestBinary() { quayline::PrepareWebEngine(); }
+
+namespace quayline::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+class PortCheckerTest : public WindowTest {
+ protected:
+  void SetEntries(const QList<std::pair<QString, QString>>& ports_and_protocols) {
+    QList<PortEntry> entries;
+    for (const auto& [port, protocol] : ports_and_protocols) {
+      entries.append({.app_name = u"Rule"_s + port, .start_port = port, .end_port = port,
+                      .protocol = protocol});
+    }
+    context_->port_list.SetEntries(entries);
+  }
+
+  void Open(const QString& site, const QString& listen_on) {
+    context_->maker_site.test_site = site;
+    folder_.adapters.address_table = {listen_on};
+    window_ = new PortCheckerWindow(*context_, prompts_,
+                                    WebPageHosts(context_->job_options, context_->translator),
+                                    nullptr, [this](const PortTest& test) {
+                                      if (test.state > PortTestState::kChecking) {
+                                        results_.append(test.port + u' ' + ResultName(test.state));
+                                      }
+                                    });
+    window_->show();
+  }
+  void CheckAll() {
+    Click("begin_button");
+    EXPECT_TRUE(RunUntil([this] { return Find("begin_button")->isEnabled(); }, 60s));
+  }
+
+  static QString ResultName(PortTestState state) {
+    switch (state) {
+      case PortTestState::kOpen:
+        return u"open"_s;
+      case PortTestState::kClosed:
+        return u"closed"_s;
+      default:
+        return u"not tested"_s;
+    }
+  }
+
+  QStringList results_;
+};
+
+TEST_F(PortCheckerTest, PortsOfThisComputerAreOpenToASiteOnIt) {
+  demo::DemoSite site;
+  const auto port = site.Start({});
+  ASSERT_TRUE(port.has_value());
+  SetEntries({{u"48080"_s, u"TCP/UDP"_s}, {u"48081"_s, u"UDP"_s}});
+  Open(u"http://127.0.0.1:%1"_s.arg(*port), u"127.0.0.2"_s);
+  // The site probes 127.0.0.1, and this window listens on another address.
+  CheckAll();
+  EXPECT_EQ(results_, QStringList({u"48080 closed"_s, u"48081 closed"_s}));
+  EXPECT_EQ(TextOf("working_label"), "Checking Port: DONE!");
+}
+
+TEST_F(PortCheckerTest, ASiteThatCannotBeReachedSaysNothingOfThePort) {
+  QTcpServer nobody;
+  ASSERT_TRUE(nobody.listen(QHostAddress::LocalHost));
+  const quint16 port = nobody.serverPort();
+  nobody.close();
+  SetEntries({{u"48080"_s, u"TCP"_s}});
+  Open(u"http://127.0.0.1:%1"_s.arg(port), u"127.0.0.2"_s);
+  CheckAll();
+  EXPECT_EQ(results_, QStringList(u"48080 not tested"_s));
+  EXPECT_THAT(TextOf("errors_edit"), HasSubstr("127.0.0.1"));
+}
+
+// What natted_network.sh runs at home.
+TEST_F(PortCheckerTest, DISABLED_OnlyForwardedPortsAreOpenBehindARouter) {
+  SetEntries({{u"8080"_s, u"TCP"_s}, {u"8081"_s, u"UDP"_s}, {u"8081"_s, u"TCP"_s},
+              {u"8080"_s, u"UDP"_s}, {u"9000"_s, u"TCP"_s}});
+  QTcpServer other;
+  ASSERT_TRUE(other.listen(QHostAddress(u"192.168.77.2"_s), 9000));
+  Open(qEnvironmentVariable("QUAYLINE_TEST_SITE"), u"192.168.77.2"_s);
+  CheckAll();
+  EXPECT_EQ(results_, QStringList({u"8080 open"_s, u"8081 open"_s, u"8081 closed"_s,
+                                   u"8080 closed"_s}));
+  const auto* rows = Find<HintedList>("ports_view")->model();
+  EXPECT_EQ(rows->index(4, 2).data().toString(), u"Port in use."_s);
+}
+
+TEST(PortCheckerBehindARouter, OnlyForwardedPortsAreOpen) {
+  RunAtHome(u"PortCheckerTest.DISABLED_*"_s);
+}
+
+}  // namespace
+}  // namespace quayline::testing
