@@ -3,14 +3,18 @@
 
 #include "transport/socket_readiness.h"
 
-#include <QTimer>
-
 #include <utility>
 
 namespace quayline {
 
+SocketReadiness::SocketReadiness(QObject* parent) : QObject(parent) {
+  pause_.setSingleShot(true);
+  connect(&pause_, &QTimer::timeout, this, [this] { SetReading(true); });
+}
+
 void SocketReadiness::Use(int socket) {
   socket_ = socket;
+  pause_.stop();
   for (QSocketNotifier** each : {&read_, &write_}) {
     if (QSocketNotifier* old = std::exchange(*each, nullptr)) {
       old->setEnabled(false);
@@ -21,7 +25,7 @@ void SocketReadiness::Use(int socket) {
 
 void SocketReadiness::PauseReading(std::chrono::milliseconds time) {
   SetReading(false);
-  QTimer::singleShot(time, read_, [notifier = read_] { notifier->setEnabled(true); });
+  pause_.start(time);
 }
 
 void SocketReadiness::Set(QSocketNotifier*& notifier, QSocketNotifier::Type type, bool enabled) {

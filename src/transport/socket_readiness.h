@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <chrono>
 
@@ -14,7 +15,7 @@ class SocketReadiness final : public QObject {
   Q_OBJECT
 
  public:
-  explicit SocketReadiness(QObject* parent) : QObject(parent) {}
+  explicit SocketReadiness(QObject* parent);
 
   // Reports this socket from now on, with both off. -1 for none. To be called before the socket is
   // closed, since its number may be given to another.
@@ -31,6 +32,7 @@ class SocketReadiness final : public QObject {
   void Set(QSocketNotifier*& notifier, QSocketNotifier::Type type, bool enabled);
 
   int socket_ = -1;
+  QTimer pause_;
   QSocketNotifier* read_ = nullptr;
   QSocketNotifier* write_ = nullptr;
 };

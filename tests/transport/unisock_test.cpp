@@ -9,6 +9,7 @@
 
 #include <ctime>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include "test_main.h"
@@ -314,6 +315,26 @@ TEST_F(UniSockTest, ACallerIsTakenDuringTheEventOrHungUpOn) {
   EXPECT_NE(socket_->LocalPort(), port);
   EXPECT_NE(socket_->LocalPort(), 0);
   EXPECT_TRUE(server_.listen(QHostAddress::LocalHost, port)) << "the port is not free";
+}
+
+TEST_F(UniSockTest, ACallerForWhomThereIsNoHandleWaits) {
+  const quint16 port = server_.serverPort();
+  server_.close();
+  ASSERT_TRUE(socket_->bind(port, kLoopback));
+  ASSERT_EQ(socket_->listen(), true);
+  QTcpSocket caller;
+  caller.connectToHost(kLoopback, port);
+  ASSERT_TRUE(caller.waitForConnected(5000));
+  rlimit limit = {};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  const rlimit none{.rlim_cur = 3, .rlim_max = limit.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  const std::clock_t before = std::clock();
+  Idle(300ms);
+  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 5) << "the caller keeps the loop busy";
+  setrlimit(RLIMIT_NOFILE, &limit);
+  EXPECT_TRUE(events_.Has(u"error 10024 UniSock Too many open files."_s));
+  EXPECT_TRUE(RunUntil([&] { return events_.Has(u"request"_s); }, 5s));
 }
 
 TEST_F(UniSockTest, PortsAndAddressesThatCannotBeUsedAreReported) {
