@@ -121,8 +121,8 @@ function uci_apply(token) {
       fetch('/cgi-bin/luci/admin/uci/confirm?token=' + token, {method: 'POST'}).then(function() {
         clearTimeout(clock);
         uci_status('Configuration has been applied.');
-        setTimeout(function() { location.href = '/cgi-bin/luci/admin/network/firewall/forwards'; }, 1500);
+        setTimeout(function() { location.href = '/cgi-bin/luci/admin/network/firewall/forwards'; }, 1000);
       });
-    }, 4000);
+    }, 2000);
   });
 }

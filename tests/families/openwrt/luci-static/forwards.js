@@ -2,7 +2,7 @@
 // confirmed some seconds later: so the router can take back a change that cuts off the browser.
 const ROLLBACK_SECONDS = 90;
 const HOLDOFF_MS = 4000;
-const DISPLAY_MS = 1500;
+const DISPLAY_MS = 1000;
 const NAMES = {tcp: 'TCP', udp: 'UDP', icmp: 'ICMP', all: 'Any'};
 
 let redirects = [];
