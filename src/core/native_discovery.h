@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/discovered_ports.h"
 #include "core/native_programs.h"
-#include "core/port_discovery.h"
+#include "platform/foreign_settings.h"
 
 namespace quayline {
 
