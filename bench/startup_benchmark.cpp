@@ -71,10 +71,14 @@ void Tell(const char* what, double value) {
 class NoWindows final : public WindowFactory {
  public:
   QWidget* Job() override { return nullptr; }
+  QWidget* RouterCheck() override { return nullptr; }
   QDialog* AddEntry(QWidget*, std::function<void()>) override { return nullptr; }
   QDialog* EditEntry(QWidget*, int, std::function<void()>) override { return nullptr; }
   QDialog* Adapters(QWidget*, std::function<void(const QString&)>) override { return nullptr; }
   QDialog* PageView(QWidget*) override { return nullptr; }
+  QDialog* SecondRouter(QWidget*) override { return nullptr; }
+  QDialog* PortChecker(QWidget*) override { return nullptr; }
+  QDialog* QuickPorts(QWidget*) override { return nullptr; }
   QDialog* RouterList(QWidget*, std::function<void(int)>) override { return nullptr; }
   QDialog* Scripts(QWidget*, std::function<void()>) override { return nullptr; }
 };

@@ -20,8 +20,9 @@ packages=(
   libminiupnpc-dev libnatpmp-dev
   # what it wants when it runs: certificates, and one font, without which windows show no text
   ca-certificates fontconfig fonts-dejavu-core
-  # the tests; iproute2 and nftables build their networks, openssl their certificates
-  libgtest-dev libgmock-dev libbenchmark-dev iproute2 nftables openssl
+  # the tests; iproute2 and nftables build their networks, openssl their certificates, dbus-daemon
+  # stands in for a desktop
+  libgtest-dev libgmock-dev libbenchmark-dev iproute2 nftables openssl dbus-daemon
 )
 
 # A router of the tests; not for a developer's own computer, where it would run as a service.

@@ -33,6 +33,10 @@ PageHostFactory ProgramWindows::Hosts() const {
 
 QWidget* ProgramWindows::Job() { return new JobWindow(context_, prompts_, Hosts()); }
 
+QWidget* ProgramWindows::RouterCheck() {
+  return new JobWindow(context_, prompts_, Hosts(), JobKind::kCheck);
+}
+
 QDialog* ProgramWindows::AddEntry(QWidget* parent, std::function<void()> changed) {
   return entries_.AddNew(parent, changed);
 }

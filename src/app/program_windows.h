@@ -25,6 +25,7 @@ class ProgramWindows final : public WindowFactory {
   bool HasSecondRouter() const { return has_second_router_; }
 
   QWidget* Job() override;
+  QWidget* RouterCheck() override;
   QDialog* AddEntry(QWidget* parent, std::function<void()> changed) override;
   QDialog* EditEntry(QWidget* parent, int row, std::function<void()> changed) override;
   QDialog* Adapters(QWidget* parent, std::function<void(const QString&)> chosen) override;

@@ -37,12 +37,16 @@ void PortListModel::Append(const QList<PortEntry>& entries) {
   const int first = rowCount();
   beginInsertRows({}, first, first + static_cast<int>(entries.size()) - 1);
   entries_.append(entries);
+  looks_.resize(entries_.size());
   endInsertRows();
 }
 
 void PortListModel::Replace(int row, const PortEntry& entry) {
   if (row < 0 || row >= rowCount()) {
     return;
+  }
+  if (entries_.at(row) != entry) {
+    looks_[row] = {};
   }
   entries_[row] = entry;
   Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
@@ -61,6 +65,7 @@ void PortListModel::Remove(QList<int> rows) {
     }
     beginRemoveRows({}, first, last);
     entries_.remove(first, last - first + 1);
+    looks_.remove(first, last - first + 1);
     endRemoveRows();
   }
 }
@@ -80,11 +85,18 @@ void PortListModel::SetEntries(QList<PortEntry> entries) {
     beginInsertRows({}, old_end, new_end - 1);
     entries_ =
         entries_.first(old_end) + entries.mid(old_end, new_end - old_end) + entries_.mid(old_end);
+    looks_.insert(old_end, new_end - old_end, EntryLook());
     endInsertRows();
   } else if (new_end < old_end) {
     beginRemoveRows({}, new_end, old_end - 1);
     entries_.remove(new_end, old_end - new_end);
+    looks_.remove(new_end, old_end - new_end);
     endRemoveRows();
+  }
+  for (int row = first; row < std::min(old_end, new_end); ++row) {
+    if (entries_.at(row) != entries.at(row)) {
+      looks_[row] = {};
+    }
   }
   entries_ = std::move(entries);
   if (const int changed_end = std::min(old_end, new_end); first < changed_end) {
@@ -92,11 +104,52 @@ void PortListModel::SetEntries(QList<PortEntry> entries) {
   }
 }
 
+// The first row with `entry` after `former`, or else from the beginning; -1 if there is none.
+qsizetype PortListModel::NextRowOf(const PortEntry& entry, qsizetype former) const {
+  const qsizetype row = entries_.indexOf(entry, former + 1);
+  return row >= 0 ? row : entries_.indexOf(entry);
+}
+
+QList<EntryLook> PortListModel::LooksOf(const QList<PortEntry>& entries) const {
+  QList<EntryLook> looks;
+  qsizetype row = -1;
+  for (const PortEntry& entry : entries) {
+    row = NextRowOf(entry, row);
+    looks.append(looks_.value(row));
+  }
+  return looks;
+}
+
+void PortListModel::NoteLooks(const QList<SeenEntry>& seen) {
+  qsizetype row = -1;
+  for (const SeenEntry& one : seen) {
+    row = NextRowOf(one.entry, row);
+    if (row >= 0) {
+      looks_[row] = one.look;
+    }
+  }
+  if (rowCount() > 0) {
+    Q_EMIT dataChanged(index(0, kOnRouter), index(rowCount() - 1, kOnRouter));
+  }
+}
+
+void PortListModel::ForgetLooks() {
+  looks_.fill({});
+  NoteLooks({});
+}
+
+QString PortListModel::CellText(int row, int column) const {
+  if (column == kOnRouter) {
+    return look_texts_.cell ? look_texts_.cell(looks_.at(row)) : QString();
+  }
+  return Field(entries_.at(row), column);
+}
+
 // A screen reader reads the cell that has the focus, which is the first one of its row.
 QString PortListModel::Spoken(int row) const {
   QStringList fields;
   for (int column = 0; column < kColumns; ++column) {
-    const QString& field = Field(entries_.at(row), column);
+    const QString field = CellText(row, column);
     if (!field.isEmpty()) {
       fields.append(headers_.value(column) + QLatin1Char(' ') + field);
     }
@@ -124,10 +177,13 @@ QVariant PortListModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::AccessibleTextRole && index.column() == kAppName) {
     return Spoken(index.row());
   }
+  if (role == Qt::ToolTipRole && index.column() == kOnRouter && look_texts_.tool_tip) {
+    return look_texts_.tool_tip(looks_.at(index.row()));
+  }
   if (role != Qt::DisplayRole) {
     return {};
   }
-  const QString& text = Field(entries_.at(index.row()), index.column());
+  const QString text = CellText(index.row(), index.column());
   // The address of a computer whose name is not known: "192.168.1.20()".
   const bool is_nameless = index.column() == kForwardedTo && text.endsWith(QLatin1String("()"));
   return is_nameless ? text.chopped(2) : text;

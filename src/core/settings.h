@@ -39,6 +39,7 @@ inline constexpr Setting kLastCheck{"lastcheck"};
 inline constexpr Setting kSilentMode{"silentmode", "True"};
 inline constexpr Setting kScriptThrottle{"scriptthrottle", "True"};  // of the windows' jobs
 inline constexpr Setting kVerifyAfterUpdate{"verifyafterupdate", "1"};
+inline constexpr Setting kJobDetails{"jobdetails", "False"};  // page and log of a job are shown
 inline constexpr Setting kStaticIp{"staticip"};
 inline constexpr Setting kTestSite{"testsite"};  // the site that tests ports; empty: the maker's
 inline constexpr Setting kListColumns{"listcolumns"};  // widths that the user gave: "120,,80"

@@ -13,6 +13,9 @@ class Desktop {
 
   // Opens a page in the user's own browser. False if there is no browser.
   virtual bool OpenInBrowser(const QUrl& page) = 0;
+  // Shows a short message beside the windows of all programs, where the desktop has a place for
+  // that. Never waits for the desktop.
+  virtual void ShowNotification(const QString& title, const QString& text) = 0;
 };
 
 }  // namespace quayline

@@ -119,6 +119,7 @@ Task<std::optional<RunEnd>> Interpreter::RunLine(int index) {
   if (const std::optional<RunEnd> end = co_await FollowPage(row != nullptr && row->awaits_page)) {
     co_return end;
   }
+  env_.show_step(index + 1, static_cast<int>(run_.given.commands.size()));
   call_.LogLine(call_.Text(script_text::kStep) +
                 QStringLiteral(" %1. ").arg(index + 1, 2, 10, QLatin1Char('0')) + raw_line);
   if (row != nullptr && ConditionHolds(row->condition, run_.given, env_.flags.in_combo)) {

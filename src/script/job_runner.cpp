@@ -82,6 +82,7 @@ void JobRunner::TakeRows(QList<PortEntry> rows) {
 Task<> JobRunner::CheckRows() {
   const QList<RuleVerdict> verdicts = co_await Look();
   outcome_.stopped = context_.job_flags.JobStopRequested();
+  outcome_.has_looked = !outcome_.stopped;
   outcome_.entries_failed = verdicts.isEmpty() ? static_cast<int>(rows_.size()) : 0;
   NoteResults(verdicts);
 }
@@ -175,6 +176,7 @@ Task<> JobRunner::ReadBack() {
   QList<RuleVerdict> verdicts;
   if (context_.job_options.verify_after_update && !outcome_.stopped) {
     verdicts = co_await Look();
+    outcome_.has_looked = !context_.job_flags.JobStopRequested();
   }
   NoteResults(verdicts);
   if (journal_) {

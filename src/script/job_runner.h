@@ -13,9 +13,10 @@
 namespace quayline {
 
 struct JobOutcome {
-  int entries = 0;         // passes that were begun
-  int entries_failed = 0;  // passes that ended in an error block
-  bool stopped = false;    // ended before the last row
+  int entries = 0;          // passes that were begun
+  int entries_failed = 0;   // passes that ended in an error block
+  bool stopped = false;     // ended before the last row
+  bool has_looked = false;  // the router's rules were looked up at the end
   // Of each row of the list, once the run has ended.
   QList<EntryResult> results;
 

@@ -112,6 +112,8 @@ class PageHost : public QObject {
   // that was not answered. No report comes when the document goes meanwhile.
   virtual void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) = 0;
 
+  // Name and version of the engine; empty in the test double.
+  virtual QString EngineVersion() const { return {}; }
   // The view that shows the page; null in the test double.
   virtual QWidget* Widget() { return nullptr; }
 

@@ -29,6 +29,8 @@ struct RunEnvironment {
   std::function<void(const QString&)> tell_wait;
   // Shows the window a line that is not part of the log.
   std::function<void(const QString&)> show_status;
+  // Reports that line `step` (from 1) of `steps` begins.
+  std::function<void(int step, int steps)> show_step = [](int, int) {};
   // How many steps have not found what they were for. Counted up by the run.
   int steps_not_found = 0;
   // Error texts that pages showed in reply to the run, in the words of the page. Added by the run.

@@ -69,7 +69,8 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
       .enable_proceed = [this](bool enabled) { Q_EMIT proceedEnabled(enabled); },
       .tell_wait = show_wait,
       .show_status =
-          [this](const QString& text) { Q_EMIT statusAppended(text, StatusKind::kNotable); }});
+          [this](const QString& text) { Q_EMIT statusAppended(text, StatusKind::kNotable); },
+      .show_step = [this](int step, int steps) { Q_EMIT stepStarted(step, steps); }});
 
   stopped_by_user_ = false;
   messages_shown_ = 0;

@@ -59,6 +59,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   // Another browser is on show: a popup opened or closed. The one before may be gone.
   void activeHostChanged(quayline::PageHost* host);
   void progressChanged(int percent);
+  // Line `step` (from 1) of the `steps` of the script begins.
+  void stepStarted(int step, int steps);
   // Whether the moving bar moves.
   void busyChanged(bool busy);
   // The run holds behind a line and waits for ProceedToNextCommand().

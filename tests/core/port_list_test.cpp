@@ -217,7 +217,7 @@ TEST(PortListModel, AViewHearsOfEveryChangeAndWrongRowsChangeNothing) {
   for (int column = 0; column < model.columnCount(); ++column) {
     cells += model.index(1, column).data().toString() + u'|';
   }
-  EXPECT_EQ(cells, U("c|10.0.0.9|5|6|UDP|note|")) << "a computer without a name";
+  EXPECT_EQ(cells, U("c|10.0.0.9|5|6|UDP||note|")) << "a computer without a name";
   model.SetEntries(PortRows("a 0..0; b 1..1; c 2..2; d 3..3; e 4..4; f 5..5"));
   model.Remove({5, 0, 4, 2, 0});  // neighbours, out of order, one twice
   EXPECT_EQ(model.Entries(), PortRows("b 1..1; d 3..3"));
@@ -245,6 +245,71 @@ TEST(PortListModel, AnotherListKeepsThePlacesOfTheRowsThatStay) {
     model.SetEntries(PortRows(row.after));
     EXPECT_EQ(model.Entries(), PortRows(row.after));
     EXPECT_EQ(index.row(), row.place) << row.before << " to " << row.after;
+  }
+}
+
+TEST(PortListModel, WhatWasSeenOfAnEntryStaysWithItUntilItChanges) {
+  const QList<PortEntry> list = PortRows("a 1..1; b 2..2; c 3..3");
+  const struct {
+    const char* change;
+    std::function<void(PortListModel&)> apply;
+    const char* seen;  // of each row, "-" for a row of which nothing is known
+  } rows[] = {
+      {"none", [](PortListModel&) {}, "abc"},
+      {"the same again", [&](PortListModel& m) { m.Replace(1, list[1]); }, "abc"},
+      {"edited", [](PortListModel& m) { m.Replace(1, PortRows("b 2..9")[0]); }, "a-c"},
+      {"added", [](PortListModel& m) { m.Append(PortRows("d 4..4")); }, "abc-"},
+      {"removed", [](PortListModel& m) { m.Remove({0}); }, "bc"},
+      {"one in between",
+       [](PortListModel& m) { m.SetEntries(PortRows("a 1..1; x 9..9; b 2..2; c 3..3")); }, "a-bc"},
+      {"two replaced by one", [](PortListModel& m) { m.SetEntries(PortRows("a 1..1; x 9..9")); },
+       "a-"},
+      {"ends changed", [](PortListModel& m) { m.SetEntries(PortRows("x 1..1; b 2..2; y 3..3")); },
+       "-b-"},
+      {"another router", [](PortListModel& m) { m.ForgetLooks(); }, "---"},
+  };
+  for (const auto& row : rows) {
+    PortListModel model;
+    model.SetLookTexts({.cell = [](const EntryLook& look) { return look.seen; }, .tool_tip = {}});
+    model.SetEntries(list);
+    model.NoteLooks({{PortRows("gone 7..7")[0], {.seen = U("?")}}});
+    for (const PortEntry& entry : list) {
+      model.NoteLooks({{entry, {.seen = entry.app_name}}});
+    }
+    row.apply(model);
+    QString seen;
+    for (int i = 0; i < model.rowCount(); ++i) {
+      const QString cell = model.index(i, PortListModel::kOnRouter).data().toString();
+      seen += cell.isEmpty() ? U("-") : cell;
+    }
+    EXPECT_EQ(seen, U(row.seen)) << row.change;
+  }
+}
+
+TEST(EntryLook, IsShownOnOneLineWithItsTime) {
+  const Translator english{QString()};
+  const QDateTime now(QDate::currentDate(), QTime(14, 5));
+  const QDateTime before(QDate(2026, 1, 2), QTime(9, 0));
+  const ReachVerdict listens{true, U("sshd listens")};
+  const ReachVerdict closed{false, U("not reached")};
+  const struct {
+    EntryLook look;
+    const char* text;
+  } rows[] = {
+      {{}, ""},
+      {{.on_router = EntryState::kOnRouter, .looked_at = now}, "On the router, 14:05"},
+      {{.on_router = EntryState::kMissing, .looked_at = before},
+       "Not on the router, 2026-01-02 09:00"},
+      {{.on_router = EntryState::kDifferent,
+        .differs = {RuleField::kPort, RuleField::kDisabled},
+        .looked_at = now,
+        .listening = listens,
+        .outside = closed},
+       "Different: port, switched off, 14:05 (sshd listens, not reached)"},
+      {{.listening = listens}, "sshd listens"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(LookText(row.look, english), U(row.text));
   }
 }
 

@@ -13,6 +13,7 @@ namespace quayline::testing {
 class NoDesktop final : public Desktop {
  public:
   bool OpenInBrowser(const QUrl&) override { return false; }
+  void ShowNotification(const QString&, const QString&) override {}
 };
 
 // A program without windows, adapters and desktop, in a folder of its own.

@@ -104,6 +104,20 @@ TEST_F(JobRunnerTest, TellsFirstAndLastEntryByTheirPlace) {
   }
 }
 
+TEST_F(JobRunnerTest, ReportsEachLineOfEachEntryAndNoneOfALook) {
+  SetRows({WebEntry(u"Web"_s), WebEntry(u"Mail"_s)});
+  context_.job_options.verify_after_update = true;
+  NextRunner();
+  QStringList steps;
+  QObject::connect(runner_.get(), &JobRunner::entryStarted, runner_.get(),
+                   [&](int row) { steps.append(u"entry %1"_s.arg(row)); });
+  QObject::connect(runner_.get(), &JobRunner::stepStarted, runner_.get(),
+                   [&](int step, int count) { steps.append(u"%1/%2"_s.arg(step).arg(count)); });
+  Run({"comment", "click_button(\"Save\")", ""});
+  EXPECT_EQ(steps.join(u' '), u"entry 1 1/3 2/3 3/3 entry 2 1/3 2/3 3/3"_s);
+  EXPECT_TRUE(runner_->Outcome().has_looked);
+}
+
 TEST_F(JobRunnerTest, CutsTheAddressFromTheComputerName) {
   const struct {
     QString forwarded_to;

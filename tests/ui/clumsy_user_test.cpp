@@ -159,7 +159,7 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   Start();
   EXPECT_EQ(VisibleItems(Find<QMenuBar>("menu_bar")->actions()).join(u'|').toStdString(),
             "File|Add Port/s|Remove Selected Port/s|Undo|Redo|Open List|Save List|Exit Program|"
-            "Tools|Detect if you are behind multiple routers|Test Your Port Forwarding|"
+            "Tools|Check Router|Detect if you are behind multiple routers|Test Your Port Forwarding|"
             "Open Ports on Request (UPnP)|"
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"

@@ -250,6 +250,48 @@ TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {
   EXPECT_EQ(Stored(setting::kRouterPassword), "mine");
 }
 
+TEST_F(MainWindowTest, ACheckNeedsARouterAndAListAndShowsWhatItSawInTheList) {
+  Start();
+  Click("check_button");
+  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("Set Router IP")));
+  Type("router_ip_edit", "10.0.0.1");
+  Click("check_button");
+  folder_.WriteFile("list.qyl", "A|1.1.1.1()|1|1|TCP|x\r\nB|1.1.1.1()|2|2|TCP|x\r\n");
+  Start();
+  Type("router_ip_edit", "10.0.0.1");
+  Click("check_button");
+  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("Set Router IP"), HasSubstr("list is empty"),
+                                          HasSubstr("choose your router")));
+  Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
+  Trigger("check_action");
+  EXPECT_EQ(windows_->checks, 1);
+  Click("check_button");
+  EXPECT_EQ(windows_->checks, 2);
+
+  PortListModel& list = context_->port_list;
+  const auto cell = [&list](int row) {
+    return list.index(row, PortListModel::kOnRouter).data().toString().toStdString();
+  };
+  const auto look = [&list](EntryState state) {
+    list.NoteLooks(
+        {{list.Entries()[0],
+          {.on_router = state, .looked_at = QDateTime(QDate::currentDate(), QTime(14, 5))}}});
+  };
+  look(EntryState::kMissing);
+  EXPECT_EQ(cell(0), "Not on the router, 14:05");
+  EXPECT_EQ(cell(1), "");
+  const auto* view = Find<QTreeView>("port_list_view");
+  EXPECT_GE(view->columnWidth(PortListModel::kOnRouter),
+            view->fontMetrics().horizontalAdvance(u"Not on the router, 14:05"_s));
+  Type("username_edit", "me");
+  EXPECT_NE(cell(0), "") << "still the same router";
+  Type("router_ip_edit", "10.0.0.2");
+  EXPECT_EQ(cell(0), "");
+  look(EntryState::kOnRouter);
+  Choose("router_box", 2);
+  EXPECT_EQ(cell(0), "");
+}
+
 TEST_F(MainWindowTest, AMissingBrowserIsReportedWithTheAddress) {
   Start();
   folder_.desktop.has_browser = false;

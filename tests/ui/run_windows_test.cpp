@@ -4,7 +4,9 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QTimer>
+#include <QTreeView>
 #include <qtestspontaneevent.h>
 
 #include "ui/job/job_window.h"
@@ -26,7 +28,9 @@ class RunWindowTest : public WindowTest {
                                     {u"B"_s, u"1.1.1.5(x)"_s, u"6"_s, u"6"_s, u"TCP"_s, {}}});
   }
 
-  void OpenJob() { Show(new JobWindow(*context_, prompts_, Browser())); }
+  void OpenJob(JobKind kind = JobKind::kUpdate) {
+    Show(new JobWindow(*context_, prompts_, Browser(), kind));
+  }
   void OpenView() { Show(new PageViewWindow(*context_, prompts_, Browser(), nullptr)); }
 
   bool hangs_ = false;
@@ -73,6 +77,138 @@ TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
   saving->Arrive();
   EXPECT_TRUE(ComesToSay("headline_label", "Finished"));
   EXPECT_TRUE(RunUntil([&] { return former.isNull(); }));
+}
+
+TEST_F(RunWindowTest, DetailsAreClosedAtFirstAndThePageIsNeverHidden) {
+  hangs_ = true;
+  OpenJob();
+  QWidget* page = page_->Widget();
+  page->setFocusPolicy(Qt::StrongFocus);
+  EXPECT_FALSE(Find("log_edit")->isVisible() || Find("status_label")->isVisible());
+  EXPECT_EQ(Find("details_area")->height(), 0);
+  EXPECT_TRUE(page->isVisible() && page->width() > 600 && page->height() > 400)
+      << "the engine stops a page that is hidden, and scripts find nothing on one without a size";
+  Press("entries_view", Qt::Key_Tab);
+  EXPECT_EQ(window_->focusWidget(), Find("details_button")) << "the focus is on the unseen page";
+  Click("details_button");
+  EXPECT_TRUE(Find("log_edit")->isVisible() && page->isVisible());
+  EXPECT_EQ(Stored(setting::kJobDetails), "True");
+  OpenJob();
+  EXPECT_TRUE(Find("log_edit")->isVisible()) << "as the user left it";
+  Find("log_edit")->setFocus();
+  Click("details_button");
+  EXPECT_EQ(window_->focusWidget(), Find("entries_view"));
+  EXPECT_EQ(Stored(setting::kJobDetails), "False");
+  context_->job_options.debug_mode = true;
+  OpenJob();
+  EXPECT_TRUE(Find("log_edit")->isVisible());
+  EXPECT_EQ(Stored(setting::kJobDetails), "False");
+}
+
+TEST_F(RunWindowTest, TheProgressIsThatOfEntriesAndTheirSteps) {
+  context_->job_options.debug_mode = true;
+  OpenJob();
+  EXPECT_FALSE(Find("job_bar")->isVisible());
+  for (int done = 0; done < 4; ++done) {
+    ASSERT_TRUE(RunUntil([this] { return Find("proceed_button")->isEnabled(); }));
+    EXPECT_EQ(TextOf("steps_label"),
+              u"Entry %1 of 2, step %2 of 2"_s.arg(done / 2 + 1).arg(done % 2 + 1).toStdString());
+    EXPECT_EQ(Find<QProgressBar>("job_bar")->value(), done);
+    EXPECT_EQ(Find<QProgressBar>("job_bar")->maximum(), 4);
+    EXPECT_TRUE(Find("job_bar")->isVisible());
+    Click("proceed_button");
+  }
+  ASSERT_TRUE(ComesToSay("headline_label", "Finished"));
+  EXPECT_EQ(TextOf("steps_label"), "");
+}
+
+TEST_F(RunWindowTest, TheEndIsNotifiedWhereTheWindowIsNotInFront) {
+  for (const bool is_in_front : {false, true}) {
+    folder_.desktop.notifications.clear();
+    OpenJob();
+    QWidget other;
+    other.show();
+    (is_in_front ? window_.data() : &other)->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(is_in_front ? window_.data() : &other));
+    ASSERT_TRUE(ComesToSay("headline_label", "Finished"));
+    EXPECT_EQ(folder_.desktop.notifications.size(), is_in_front ? 0 : 1);
+  }
+}
+
+TEST_F(RunWindowTest, ACheckLooksOnlyAndItsStatesGoIntoTheList) {
+  context_->port_list.SetEntries(
+      {{u"Web"_s, u"192.168.1.10(x)"_s, u"8080"_s, u"8080"_s, u"TCP"_s, {}},
+       {u"Mail"_s, u"192.168.1.10(x)"_s, u"2525"_s, u"2525"_s, u"TCP"_s, {}}});
+  OpenJob(JobKind::kCheck);
+  EXPECT_FALSE(Find("report_button")->isVisible());
+  ASSERT_TRUE(ComesToSay("headline_label", "does not show whether these are there: Web, Mail"));
+  EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Adding")));
+
+  const QStringList headings{u"Name"_s, u"Protocol"_s, u"Port"_s, u"IP Address"_s};
+  const QStringList texts{u"Web"_s, u"TCP"_s, u"8080"_s, u"192.168.1.10"_s};
+  QJsonArray row;
+  for (int i = 0; i < 4; ++i) {
+    row.append(QJsonObject{{u"heading"_s, headings[i]}, {u"text"_s, texts[i]}});
+  }
+  // A list of one list would be a copy of it.
+  QJsonArray tables;
+  tables.append(QJsonArray::fromStringList(headings));
+  QJsonArray rows;
+  rows.append(row);
+  rows_[u"headings"_s] = tables;
+  rows_[u"rows"_s] = rows;
+  OpenJob(JobKind::kCheck);
+  ASSERT_TRUE(ComesToSay("headline_label", "1 of 2 entries are on your router"))
+      << TextOf("headline_label");
+  EXPECT_FALSE(Find("again_button")->isVisible());
+  const auto looks = [this] { return context_->port_list.LooksOf(context_->port_list.Entries()); };
+  EXPECT_EQ(looks()[0].on_router, EntryState::kOnRouter);
+  EXPECT_EQ(looks()[1].on_router, EntryState::kMissing);
+
+  hangs_ = true;
+  OpenJob();
+  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
+  window_->close();
+  EXPECT_EQ(looks()[0].on_router, std::nullopt) << "it is entered again, and nobody has looked";
+  EXPECT_EQ(looks()[1].on_router, EntryState::kMissing);
+}
+
+TEST_F(RunWindowTest, WhatElseIsKnownOfTheEntriesIsShownOnceItIsKnown) {
+  OpenJob();
+  const auto* view = Find<QTreeView>("entries_view");
+  EXPECT_TRUE(view->isColumnHidden(EntryStates::kListening));
+  EXPECT_TRUE(view->isColumnHidden(EntryStates::kOutside));
+  context_->port_list.NoteLooks(
+      {{context_->port_list.Entries()[1], {.listening = ReachVerdict{true, u"sshd listens"_s}}}});
+  EXPECT_FALSE(view->isColumnHidden(EntryStates::kListening));
+  EXPECT_TRUE(view->isColumnHidden(EntryStates::kOutside));
+  EXPECT_EQ(view->model()->index(1, EntryStates::kListening).data(), u"sshd listens"_s);
+}
+
+TEST_F(RunWindowTest, TheReportHasEveryStepAndNeitherPasswordNorOutsideAddress) {
+  context_->session.password = u"tea for two"_s;
+  context_->session.show_password = true;  // the log shows it as well
+  context_->session.update_script = {u"comment tea for two"_s};
+  OpenJob();
+  prompts_.login = LoginAnswer{u"me"_s, u"typed one"_s};
+  page_->questions.AskLogin(u"1.1.1.1"_s, [](const std::optional<TypedLogin>&) {});
+  ASSERT_TRUE(ComesToSay("headline_label", "Finished"));
+  Q_EMIT page_->statusTextChanged(u"Welcome, tea for two, typed one at 84.23.1.9"_s);
+  Q_EMIT page_->navigateError(u"http://1.1.1.1/tea%20for%20two"_s, 404);
+  prompts_.files = {folder_.Path("report.txt"), u"/nowhere/report.txt"_s};
+  Click("report_button");
+  const std::string report = folder_.ReadFile("report.txt").toStdString();
+  for (const char* secret :
+       {"tea for two", "tea%20for%20two", "typed one", "84.23.1.9", "1.1.1.1"}) {
+    EXPECT_THAT(report, Not(HasSubstr(secret)));
+  }
+  for (const char* part : {"Quayline ", qVersion(), "Router: Alpha 1, http://", "A: TCP 5-5 to ",
+                           "Step 01. comment ****", "Welcome, ****", "http://(router)/****"}) {
+    EXPECT_THAT(report, HasSubstr(part));
+  }
+  prompts_.shown.clear();
+  Click("report_button");
+  EXPECT_THAT(prompts_.shown, ElementsAre("Save: Save Report", HasSubstr("cannot be saved")));
 }
 
 // What holds in both windows.
@@ -243,7 +379,7 @@ TEST_P(EachRunWindowTest, DebugModeHoldsEachStepAndItsButtonLeadsOn) {
     }
     ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
     EXPECT_FALSE(proceed->isEnabled());
-    EXPECT_EQ(window_->focusWidget(), Find("log_edit"));
+    EXPECT_EQ(window_->focusWidget(), Find(IsJob() ? "entries_view" : "log_edit"));
   }
 }
 

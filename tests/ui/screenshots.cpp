@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -71,6 +73,27 @@ QWidget* MakePage() {
   return page;
 }
 
+// The rules of that page, as the agent reads them: one is there, one has another port.
+QJsonObject MakeRows() {
+  const QStringList headings{QStringLiteral("Name"), QStringLiteral("Address"),
+                             QStringLiteral("Start"), QStringLiteral("End"),
+                             QStringLiteral("Protocol")};
+  const auto row = [&headings](std::initializer_list<const char*> texts) {
+    QJsonArray cells;
+    for (const char* text : texts) {
+      cells.append(QJsonObject{{QStringLiteral("heading"), headings.at(cells.size())},
+                               {QStringLiteral("text"), QLatin1String(text)}});
+    }
+    return cells;
+  };
+  QJsonArray tables;
+  tables.append(QJsonArray::fromStringList(headings));
+  return {{QStringLiteral("headings"), tables},
+          {QStringLiteral("rows"),
+           QJsonArray{row({"Ftp", "192.168.1.10", "21", "21", "TCP"}),
+                      row({"Game", "192.168.1.20", "6881", "6899", "TCP/UDP"})}}};
+}
+
 QImage MakeRouterPicture() {
   QImage picture(320, 200, QImage::Format_RGB32);
   picture.fill(QColor(0xf4, 0xf6, 0xf7));
@@ -130,7 +153,8 @@ class Photographer final {
                        "Voice|192.168.1.30(Kitchen)|5060|5061|UDP|Telephone\r\n"
                        "Web|192.168.1.10(FrontDesk)|8080|8080|TCP|Home page\r\n");
     co_await TakeMain(QStringLiteral("main"));
-    co_await TakeJob();
+    co_await TakeJob(true, QStringLiteral("job"));
+    co_await TakeJob(false, QStringLiteral("job_end"));
     co_await TakeEntries();
     co_await TakeRouterWindows();
     co_await TakeSecondRouter();
@@ -165,6 +189,13 @@ class Photographer final {
     QObject::connect(&window.Main(), &MainWindow::ready, &window, [&] { is_ready = true; });
     co_await Until([&] { return is_ready; }).WokenBy(&window.Main(), &MainWindow::ready);
     co_await Sleep(600ms);
+    const QDateTime now(QDate::currentDate(), QTime(14, 5));
+    const QList<PortEntry> entries = context.port_list.Entries();
+    const EntryState states[] = {EntryState::kOnRouter, EntryState::kOnRouter, EntryState::kMissing,
+                                 EntryState::kUnknown};
+    for (int row = 0; row < entries.size(); ++row) {
+      context.port_list.NoteLooks({{entries[row], {.on_router = states[row], .looked_at = now}}});
+    }
     Save(window, name);
     if (name != QLatin1String("main")) {
       co_return;
@@ -196,9 +227,12 @@ class Photographer final {
     Save(window, QStringLiteral("main_small"));
   }
 
-  Task<> TakeJob() {
+  // In debug mode it is held at its first step; else it is over, and the rules are looked up.
+  Task<> TakeJob(bool is_held, QString name) {
     AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
-    context.job_options.debug_mode = true;
+    context.job_options.debug_mode = is_held;
+    context.job_options.throttle = false;
+    context.job_options.verify_after_update = !is_held;
     context.session.router_name = QStringLiteral("Harbour HB-600");
     context.session.router_ip = QStringLiteral("192.168.1.1");
     context.session.update_script = {QStringLiteral("nav(\"forward\")"),
@@ -206,12 +240,22 @@ class Photographer final {
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
     WindowPrompts prompts(context.translator);
     auto* job = new JobWindow(context, prompts, [](PageQuestions& questions, QObject* parent) {
-      return new FakePage(questions, parent, MakePage());
+      auto* page = new FakePage(questions, parent, MakePage());
+      page->rows = MakeRows();
+      return page;
     });
-    job->resize(1120, 780);
     job->show();
-    co_await Sleep(1000ms);
-    Save(*job, QStringLiteral("job"));
+    co_await Sleep(is_held ? 1000ms : 3000ms);
+    Save(*job, name);
+    if (!is_held) {
+      Click(job, "details_button");
+      co_await Sleep(50ms);
+      Save(*job, name + QStringLiteral("_details"));
+      Click(job, "details_button");
+      job->resize(job->minimumSizeHint());
+      co_await Sleep(50ms);
+      Save(*job, name + QStringLiteral("_small"));
+    }
     job->close();
     co_await Sleep(10ms);
   }

@@ -107,10 +107,14 @@ class FakeDesktop final : public Desktop {
  public:
   QList<QUrl> opened;
   bool has_browser = true;
+  QStringList notifications;
 
   bool OpenInBrowser(const QUrl& page) override {
     opened.append(page);
     return has_browser;
+  }
+  void ShowNotification(const QString& title, const QString& text) override {
+    notifications.append(title + u": "_s + text);
   }
 };
 
@@ -239,6 +243,7 @@ class FakeWindows final : public WindowFactory {
   FakeWindows(AppContext& app, Prompts& boxes) : entries_(app, boxes) {}
 
   QList<QPointer<QWidget>> jobs;
+  int checks = 0;            // how many of them only look
   QPointer<QDialog> dialog;  // the last one that was opened
   std::function<void(int router_id)> choose_router;
   std::function<void()> scripts_written;
@@ -247,6 +252,10 @@ class FakeWindows final : public WindowFactory {
     jobs.append(new QWidget);
     jobs.last()->setAttribute(Qt::WA_DeleteOnClose);
     return jobs.last();
+  }
+  QWidget* RouterCheck() override {
+    ++checks;
+    return Job();
   }
   QDialog* AddEntry(QWidget* parent, std::function<void()> changed) override {
     return entries_.windows.AddNew(parent, changed);

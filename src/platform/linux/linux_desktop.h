@@ -10,6 +10,7 @@ namespace quayline {
 class LinuxDesktop final : public Desktop {
  public:
   bool OpenInBrowser(const QUrl& page) override;
+  void ShowNotification(const QString& title, const QString& text) override;
 };
 
 }  // namespace quayline

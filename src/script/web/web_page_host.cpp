@@ -60,6 +60,11 @@ WebPageHost::~WebPageHost() {
   ReturnPopup();
 }
 
+QString WebPageHost::EngineVersion() const {
+  return QStringLiteral("Qt WebEngine %1 (Chromium %2)")
+      .arg(QLatin1String(qWebEngineVersion()), QLatin1String(qWebEngineChromiumVersion()));
+}
+
 // A popup that closes is not open any more, though its last requests may keep it for a time.
 void WebPageHost::ReturnPopup() {
   if (std::exchange(counts_as_open_, false)) {

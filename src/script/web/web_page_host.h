@@ -44,6 +44,7 @@ class WebPageHost final : public PageHost {
   NavigationState Navigation() const override;
   bool ShowsUnchanged(const QString& address) const override;
   void ReportIdle(PendingWork work, std::function<void(IdleReport)> report) override;
+  QString EngineVersion() const override;
   QWidget* Widget() override { return view_; }
 
  private:

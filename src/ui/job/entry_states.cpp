@@ -6,25 +6,12 @@
 #include <algorithm>
 #include <functional>
 
+#include "core/entry_look.h"
 #include "ui/job/result_texts.h"
 
 namespace quayline {
 
 namespace {
-
-const Message& FieldText(RuleField field) {
-  switch (field) {
-    case RuleField::kPort:
-      return message::kPortDiffers;
-    case RuleField::kAddress:
-      return message::kAddressDiffers;
-    case RuleField::kProtocol:
-      return message::kProtocolDiffers;
-    case RuleField::kDisabled:
-      break;
-  }
-  return message::kIsDisabled;
-}
 
 template <typename Fits>
 QString Names(const QList<EntryResult>& results, Fits fits) {
@@ -50,6 +37,7 @@ void EntryStates::Begin(const QList<PortEntry>& entries) {
   for (const PortEntry& entry : entries) {
     results_.append({.entry = entry});
   }
+  looks_.clear();
   running_ = -1;
   entered_ = 0;
   is_over_ = false;
@@ -71,6 +59,30 @@ void EntryStates::SetResults(const QList<EntryResult>& results, int entered) {
   entered_ = entered;
   is_over_ = true;
   endResetModel();
+}
+
+QList<PortEntry> EntryStates::Entries() const {
+  QList<PortEntry> entries;
+  for (const EntryResult& result : results_) {
+    entries.append(result.entry);
+  }
+  return entries;
+}
+
+void EntryStates::SetLooks(QList<EntryLook> looks) {
+  looks_ = std::move(looks);
+  if (rowCount() > 0) {
+    Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
+  }
+}
+
+bool EntryStates::IsFilled(Column column) const {
+  for (int row = 0; row < rowCount(); ++row) {
+    if (!CellText(row, column).isEmpty()) {
+      return true;
+    }
+  }
+  return false;
 }
 
 QModelIndex EntryStates::FirstToLookAt() const {
@@ -104,21 +116,36 @@ QVariant EntryStates::data(const QModelIndex& index, int role) const {
       (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)) {
     return {};
   }
-  const QString name = results_.at(index.row()).entry.app_name;
+  const int row = index.row();
   if (role == Qt::AccessibleTextRole && index.column() == kEntry) {
     // A screen reader says the whole row.
+    QStringList others{ReachText(row, kListening), ReachText(row, kOutside), ReasonText(row)};
+    others.removeAll(QString());
     return QStringLiteral("%1: %2. %3")
-        .arg(name, StateText(index.row()), ReasonText(index.row()))
+        .arg(CellText(row, kEntry), StateText(row), others.join(QStringLiteral(". ")))
         .trimmed();
   }
-  switch (index.column()) {
+  return CellText(row, index.column());
+}
+
+QString EntryStates::CellText(int row, int column) const {
+  switch (column) {
     case kEntry:
-      return name;
+      return results_.at(row).entry.app_name;
     case kState:
-      return StateText(index.row());
+      return StateText(row);
+    case kListening:
+    case kOutside:
+      return ReachText(row, static_cast<Column>(column));
     default:
-      return ReasonText(index.row());
+      return ReasonText(row);
   }
+}
+
+QString EntryStates::ReachText(int row, Column column) const {
+  const EntryLook look = looks_.value(row);
+  const std::optional<ReachVerdict>& verdict = column == kListening ? look.listening : look.outside;
+  return verdict ? verdict->words : QString();
 }
 
 QVariant EntryStates::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -126,6 +153,7 @@ QVariant EntryStates::headerData(int section, Qt::Orientation orientation, int r
     return {};
   }
   const Message* const headings[] = {&message::kEntryColumn, &message::kStateColumn,
+                                     &message::kListeningColumn, &message::kOutsideColumn,
                                      &message::kReasonColumn};
   return Text(*headings[section]);
 }
@@ -141,36 +169,25 @@ QString EntryStates::StateText(int row) const {
     return Text(message::kEntered);
   }
   const EntryResult& result = results_.at(row);
-  switch (result.state) {
-    case EntryState::kOnRouter:
-      return Text(result.existed ? message::kOnRouterBefore : message::kOnRouter);
-    case EntryState::kDifferent: {
-      QStringList fields;
-      for (const RuleField field : result.differs) {
-        fields.append(Text(FieldText(field)));
-      }
-      return Text(message::kDifferent).arg(fields.join(QStringLiteral(", ")));
-    }
-    case EntryState::kMissing:
-      return Text(message::kNotThere);
-    case EntryState::kUnknown:
-      return Text(message::kCannotTell);
-    case EntryState::kToCheck:
-      break;
-  }
-  return Text(message::kToBeChecked);
+  return result.state == EntryState::kOnRouter && result.existed
+             ? Text(message::kOnRouterBefore)
+             : quayline::StateText(result.state, result.differs, translator_);
 }
 
 QString EntryStates::ReasonText(int row) const {
-  if (!is_over_ || row >= entered_) {
+  if (!is_over_) {
     return {};
+  }
+  if (row >= entered_) {
+    return Text(message::kTrySkipped);
   }
   const EntryResult& result = results_.at(row);
   QStringList sentences = result.doubts;
   switch (result.state) {
     case EntryState::kOnRouter:
-    case EntryState::kDifferent:
       return result.seen;
+    case EntryState::kDifferent:
+      return Text(message::kTryDifferent).arg(result.seen);
     case EntryState::kMissing:
       sentences.append(result.seen.isEmpty() ? Text(message::kTryMissing)
                                              : Text(message::kRuleOfOther).arg(result.seen));

@@ -5,7 +5,7 @@
 #include <QAbstractTableModel>
 #include <QList>
 
-#include "core/entry_result.h"
+#include "core/entry_look.h"
 #include "i18n/translator.h"
 
 namespace quayline {
@@ -16,7 +16,7 @@ class EntryStates final : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  enum Column { kEntry, kState, kReason, kColumns };
+  enum Column { kEntry, kState, kListening, kOutside, kReason, kColumns };
 
   explicit EntryStates(const Translator& translator, QObject* parent = nullptr);
 
@@ -25,6 +25,12 @@ class EntryStates final : public QAbstractTableModel {
   void SetRunning(int row);
   // The job is over. `entered`: how many rows were begun. No results: it never began.
   void SetResults(const QList<EntryResult>& results, int entered);
+
+  QList<PortEntry> Entries() const;
+  // What else is known of each row.
+  void SetLooks(QList<EntryLook> looks);
+  // Whether a column says anything of any row.
+  bool IsFilled(Column column) const;
 
   // The first entry that was not seen on the router.
   QModelIndex FirstToLookAt() const;
@@ -39,10 +45,13 @@ class EntryStates final : public QAbstractTableModel {
  private:
   QString StateText(int row) const;
   QString ReasonText(int row) const;
+  QString ReachText(int row, Column column) const;
+  QString CellText(int row, int column) const;
   QString Text(const Message& message) const { return translator_.Text(message); }
 
   const Translator& translator_;
   QList<EntryResult> results_;
+  QList<EntryLook> looks_;  // of each row, or fewer
   int running_ = -1;
   int entered_ = 0;
   bool is_over_ = false;

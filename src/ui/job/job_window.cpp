@@ -3,8 +3,13 @@
 
 #include "ui/job/job_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
+#include <QHeaderView>
+#include <QStyledItemDelegate>
 
+#include "core/save_file.h"
 #include "ui/job/job_window_texts.h"
 #include "ui/job/result_texts.h"
 #include "ui/job/run_display.h"
@@ -17,64 +22,191 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr QSize kSize(760, 480);
+constexpr QSize kSizeWithDetails(1120, 780);
+constexpr int kListHeightWithDetails = 150;
+constexpr int kMostWrappedRows = 500;  // the height of each of more rows would take too long
+
+// Cells as high as their text takes, wrapped at the width of their column.
+class WrappedCells final : public QStyledItemDelegate {
+ public:
+  explicit WrappedCells(QTreeView* view) : QStyledItemDelegate(view), view_(*view) {}
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem cell = option;
+    cell.rect = QRect(0, 0, view_.columnWidth(index.column()), QWIDGETSIZE_MAX);
+    return QStyledItemDelegate::sizeHint(cell, index);
+  }
+
+ private:
+  const QTreeView& view_;
+};
+
+RunControls ControlsOf(const Ui::JobWindow& form) {
+  RunControls controls(form);
+  controls.rest = form.entries_view;  // the log may be closed
+  return controls;
+}
+
 }  // namespace
 
-JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host)
+JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host, JobKind kind)
     : context_(context),
+      prompts_(prompts),
+      kind_(kind),
+      router_(RouterKey(context.session)),
       ui_(std::make_unique<Ui::JobWindow>()),
+      report_head_({.router_name = context.session.router_name,
+                    .router_host = context.session.router_ip,
+                    .http_type = context.session.http_type}),
       questions_(*this, prompts, context.translator, kRunnerTexts),
       runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)),
       entry_states_(context.translator) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  setWindowTitle(Text(message::kJobTitle));
-  OpenOver(*this, {1120, 780});
+  setWindowTitle(Title());
+  const bool has_details =
+      context.settings.Boolean(setting::kJobDetails) || context.job_options.debug_mode;
+  ShowDetails(has_details);
+  OpenOver(*this, has_details ? kSizeWithDetails : kSize);
   ui_->upper_splitter->setSizes({690, 400});
   ui_->splitter->setSizes({500, 120});
   QFont title = ui_->headline_label->font();
   title.setBold(true);
   ui_->headline_label->setFont(title);
 
-  display_ = new RunDisplay(*this, *runner_, questions_, context, prompts, kRunnerTexts,
-                            RunControls(*ui_));
+  display_ =
+      new RunDisplay(*this, *runner_, questions_, context, prompts, kRunnerTexts, ControlsOf(*ui_));
   ConnectEntries();
+  ConnectButtons();
   connect(runner_.get(), &JobRunner::ended, this, &JobWindow::ShowEnd);
-  connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
-  connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
-  connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
   runner_->Open();
+  report_head_.engine = runner_->ActiveHost()->EngineVersion();
   display_->ShowOpened();
   start_timer_.setSingleShot(true);
-  connect(&start_timer_, &QTimer::timeout, runner_.get(), &JobRunner::Run);
+  connect(&start_timer_, &QTimer::timeout, runner_.get(),
+          kind == JobKind::kCheck ? &JobRunner::Check : &JobRunner::Run);
   start_timer_.start(500ms);
 }
 
 void JobWindow::ConnectEntries() {
   entry_states_.Begin(context_.port_list.Entries());
+  ui_->entries_view->setItemDelegateForColumn(EntryStates::kReason,
+                                              new WrappedCells(ui_->entries_view));
+  ui_->entries_view->setUniformRowHeights(entry_states_.rowCount() > kMostWrappedRows);
   ui_->entries_view->setModel(&entry_states_);
-  const auto fit = [this] {
-    ui_->entries_view->resizeColumnToContents(EntryStates::kEntry);
-    ui_->entries_view->resizeColumnToContents(EntryStates::kState);
-  };
-  fit();
-  connect(&entry_states_, &QAbstractItemModel::dataChanged, this, fit);
-  connect(&entry_states_, &QAbstractItemModel::modelReset, this, fit);
+  ShowLooks();
+  connect(&entry_states_, &QAbstractItemModel::dataChanged, this, &JobWindow::FitColumns);
+  connect(&entry_states_, &QAbstractItemModel::modelReset, this, &JobWindow::FitColumns);
+  // Rows are as high as their wrapped texts.
+  connect(ui_->entries_view->header(), &QHeaderView::sectionResized, ui_->entries_view,
+          &QTreeView::doItemsLayout, Qt::QueuedConnection);
+  connect(&context_.port_list, &QAbstractItemModel::dataChanged, this, &JobWindow::ShowLooks);
   connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::ShowEntry);
-  connect(runner_.get(), &JobRunner::lookStarted, this,
-          [this] { ui_->headline_label->setText(Text(message::kLooking)); });
+  connect(runner_.get(), &JobRunner::stepStarted, this, &JobWindow::ShowStep);
+  connect(runner_.get(), &JobRunner::lookStarted, this, &JobWindow::ShowLook);
+}
+
+void JobWindow::ConnectButtons() {
+  connect(ui_->details_button, &QPushButton::clicked, this, [this](bool open) {
+    ShowDetails(open);
+    context_.settings.SetBoolean(setting::kJobDetails, open);
+  });
+  // Debug mode may begin during the job: its pauses are about the page.
+  connect(runner_.get(), &JobRunner::proceedEnabled, this, [this](bool enabled) {
+    if (enabled && !ui_->details_area->IsOpen()) {
+      ShowDetails(true);
+    }
+  });
+  connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
+  connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
+  connect(ui_->report_button, &QPushButton::clicked, this, &JobWindow::SaveReport);
+  connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
+}
+
+void JobWindow::FitColumns() {
+  for (const auto column : {EntryStates::kListening, EntryStates::kOutside}) {
+    ui_->entries_view->setColumnHidden(column, !entry_states_.IsFilled(column));
+  }
+  for (int column = 0; column < EntryStates::kReason; ++column) {
+    ui_->entries_view->resizeColumnToContents(column);
+  }
+}
+
+QString JobWindow::Title() const {
+  return Text(kind_ == JobKind::kCheck ? message::kCheckTitle : message::kJobTitle);
 }
 
 // The job is destroyed first: its browsers use this window's widgets.
 JobWindow::~JobWindow() { runner_.reset(); }
 
 void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
+  row_ = row;
+  rows_ = rows;
+  NoteLogin();
   ui_->headline_label->setText(
       Text(message::kEntryOf).arg(QString::number(row), QString::number(rows), app_name));
-  setWindowTitle(QStringLiteral("%1 (%2/%3)")
-                     .arg(Text(message::kJobTitle), QString::number(row), QString::number(rows)));
+  setWindowTitle(
+      QStringLiteral("%1 (%2/%3)").arg(Title(), QString::number(row), QString::number(rows)));
   ui_->busy_bar->SetMoving(true);
+  SetCounted(true);
   entry_states_.SetRunning(row - 1);
   ui_->entries_view->scrollTo(entry_states_.index(row - 1, 0));
+}
+
+void JobWindow::ShowStep(int step, int steps) {
+  ui_->job_bar->setMaximum(rows_ * steps);
+  ui_->job_bar->setValue((row_ - 1) * steps + step - 1);
+  ui_->steps_label->setText(Text(message::kStepOf)
+                                .arg(QString::number(row_), QString::number(rows_),
+                                     QString::number(step), QString::number(steps)));
+}
+
+void JobWindow::ShowLook() {
+  NoteLogin();
+  SetCounted(false);
+  ui_->headline_label->setText(Text(message::kLooking));
+}
+
+void JobWindow::SetCounted(bool counted) {
+  ui_->job_bar->setVisible(counted);
+  ui_->busy_bar->setVisible(!counted);
+  ui_->steps_label->clear();
+}
+
+// The login may be changed in the main window during the job.
+void JobWindow::NoteLogin() {
+  if (const Login login = context_.session.CurrentLogin(); !logins_.contains(login)) {
+    logins_.append(login);
+  }
+}
+
+void JobWindow::ShowDetails(bool open) {
+  if (!open && ui_->details_area->isAncestorOf(focusWidget())) {
+    ui_->entries_view->setFocus();
+  }
+  ui_->details_button->setChecked(open);
+  ui_->details_area->SetOpen(open);
+  for (QWidget* part :
+       std::initializer_list<QWidget*>{ui_->log_side, ui_->lower_splitter, ui_->progress_frame}) {
+    part->setVisible(open);  // their access keys must not work while nobody sees them
+  }
+  ui_->entries_view->setMaximumHeight(open ? kListHeightWithDetails : QWIDGETSIZE_MAX);
+  if (isVisible() && !isMaximized() && !isFullScreen()) {
+    ResizeOnScreen(*this, open ? size().expandedTo(kSizeWithDetails) : kSize);
+  }
+}
+
+// Tab passes a page that is not seen.
+bool JobWindow::focusNextPrevChild(bool next) {
+  const QWidget* first = nullptr;
+  bool has_moved = QWidget::focusNextPrevChild(next);
+  while (has_moved && !ui_->details_area->IsOpen() && focusWidget() != first &&
+         ui_->details_area->isAncestorOf(focusWidget())) {
+    first = first == nullptr ? focusWidget() : first;
+    has_moved = QWidget::focusNextPrevChild(next);
+  }
+  return has_moved;
 }
 
 void JobWindow::Stop() {
@@ -90,15 +222,94 @@ void JobWindow::Stop() {
 }
 
 void JobWindow::ShowEnd() {
-  entry_states_.SetResults(runner_->Outcome().results, runner_->Outcome().entries);
+  const JobOutcome& outcome = runner_->Outcome();
+  const bool has_checked = kind_ == JobKind::kCheck && outcome.has_looked;
+  NoteLooks();
+  entry_states_.SetResults(outcome.results,
+                           has_checked ? entry_states_.rowCount() : outcome.entries);
+  ShowLooks();
   ui_->entries_view->scrollTo(entry_states_.FirstToLookAt());
   ui_->headline_label->setText(OutcomeText());
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
+  SetCounted(false);
   display_->DisableStop();
-  ui_->again_button->setVisible(context_.job_options.verify_after_update &&
-                                !runner_->Outcome().ToTryAgain().isEmpty());
-  setWindowTitle(Text(message::kJobTitle));
+  ui_->again_button->setVisible(kind_ == JobKind::kUpdate &&
+                                context_.job_options.verify_after_update &&
+                                !outcome.ToTryAgain().isEmpty());
+  ui_->report_button->show();
+  setWindowTitle(Title());
+  NotifyOfEnd();
+}
+
+// An entry that was entered and not looked at afterwards may have changed on the router.
+void JobWindow::NoteLooks() {
+  const JobOutcome& outcome = runner_->Outcome();
+  if (RouterKey(context_.session) != router_) {
+    return;
+  }
+  const auto looked_at =
+      outcome.has_looked ? std::optional(QDateTime::currentDateTime()) : std::nullopt;
+  const QList<PortEntry>& rows = runner_->Rows();
+  const QList<EntryLook> looks = context_.port_list.LooksOf(rows);
+  QList<SeenEntry> seen;
+  for (qsizetype row = 0; row < rows.size(); ++row) {
+    if (looked_at || row < outcome.entries) {
+      seen.append({rows.at(row), WithResult(looks.at(row), outcome.results.value(row), looked_at)});
+    }
+  }
+  context_.port_list.NoteLooks(seen);
+}
+
+void JobWindow::ShowLooks() {
+  entry_states_.SetLooks(context_.port_list.LooksOf(entry_states_.Entries()));
+  FitColumns();
+}
+
+void JobWindow::NotifyOfEnd() {
+  if (!runner_->StoppedByUser() && !IsInFront()) {
+    context_.desktop.ShowNotification(QStringLiteral("Quayline"), ui_->headline_label->text());
+  }
+}
+
+bool JobWindow::IsInFront() const {
+  const QWidget* active = QApplication::activeWindow();
+  while (active != nullptr && active != this) {
+    active = active->parentWidget();  // a box of this window
+  }
+  return active == this;
+}
+
+void JobWindow::SaveReport() {
+  prompts_.AskSaveFile(this,
+                       {.title = Text(message::kReportTitle),
+                        .filter = Text(message::kReportFilter),
+                        .default_suffix = QStringLiteral("txt")},
+                       [this](const QString& file) {
+                         if (!SaveFile(file, Report().toUtf8())) {
+                           prompts_.Tell(this, Text(message::kCannotSaveReport) +
+                                                   QLatin1Char('\n') +
+                                                   QDir::toNativeSeparators(file));
+                         }
+                       });
+}
+
+QString JobWindow::Report() const {
+  JobReport report = report_head_;
+  report.outcome = ui_->headline_label->text();
+  report.log = ui_->log_edit->toPlainText();
+  report.states = ui_->status_edit->toPlainText();
+  report.errors = ui_->errors_edit->toPlainText();
+  const QList<PortEntry> entries = entry_states_.Entries();
+  for (int row = 0; row < entry_states_.rowCount(); ++row) {
+    const auto text = [this, row](EntryStates::Column column) {
+      return entry_states_.index(row, column).data().toString();
+    };
+    report.entries.append({.entry = entries.at(row),
+                           .state = text(EntryStates::kState),
+                           .reason = text(EntryStates::kReason)});
+  }
+  return ReportText(report, logins_ + questions_.TypedLogins());
 }
 
 void JobWindow::TryAgain() {
@@ -106,17 +317,22 @@ void JobWindow::TryAgain() {
     return;
   }
   ui_->again_button->hide();
+  ui_->report_button->hide();
   ui_->stop_button->setEnabled(true);
   runner_->Open();
   display_->ShowOpened();
   runner_->RunAgain();
   entry_states_.Begin(runner_->Rows());
+  ShowLooks();
 }
 
 QString JobWindow::OutcomeText() const {
   const JobOutcome& outcome = runner_->Outcome();
   if (runner_->StoppedByUser()) {
     return Text(message::kStopped);
+  }
+  if (kind_ == JobKind::kCheck && outcome.entries_failed > 0) {
+    return Text(message::kCannotLook);
   }
   if (outcome.stopped) {
     return Text(message::kEndedEarly);
@@ -125,7 +341,7 @@ QString JobWindow::OutcomeText() const {
     return Text(message::kFinishedWithErrors)
         .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
   }
-  if (context_.job_options.verify_after_update) {
+  if (kind_ == JobKind::kCheck || context_.job_options.verify_after_update) {
     return entry_states_.Summary();
   }
   if (const QStringList names = outcome.ToCheck(); !names.isEmpty()) {
@@ -155,6 +371,9 @@ void JobWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     CloseAfterAsking();
     return;
+  }
+  if (IsWorking()) {
+    NoteLooks();
   }
   start_timer_.stop();
   context_.job_flags.SetPageErrorPending(true);

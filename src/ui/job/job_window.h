@@ -9,6 +9,7 @@
 
 #include "script/job_runner.h"
 #include "ui/job/entry_states.h"
+#include "ui/job/job_report.h"
 #include "ui/job/run_questions.h"
 #include "ui/toolkit/prompts.h"
 
@@ -20,42 +21,74 @@ namespace quayline {
 
 class RunDisplay;
 
-// The window of a job: what becomes of each entry, the router's pages as the job works through
-// them, its log, what the browser reports. The job begins half a second after the window opened,
-// and ends with it at the latest. A user who closes it during the job is asked; close() does not
+enum class JobKind {
+  kUpdate,  // enters the list
+  kCheck,   // looks only
+};
+
+// The window of a job: what becomes of each entry, and, as details that the user opens, the
+// router's pages as the job works through them, its log, and what the browser reports. The job
+// begins half a second after the window opened, and ends with it at the latest. What it saw of the
+// entries goes into the port list. A user who closes it during the job is asked; close() does not
 // ask. The window deletes itself when it is closed and a save under way has arrived.
 class JobWindow final : public QWidget {
   Q_OBJECT
 
  public:
-  JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host);
+  JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host,
+            JobKind kind = JobKind::kUpdate);
   ~JobWindow() override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
 
  private:
   void ConnectEntries();
+  void ConnectButtons();
+  void FitColumns();
   void ShowEntry(int row, int rows, const QString& app_name);
+  void ShowStep(int step, int steps);
+  void ShowLook();
+  void NoteLogin();
+  // Whether the progress can be counted now.
+  void SetCounted(bool counted);
+  void ShowDetails(bool open);
   void ShowEnd();
+  // Puts what the job saw into the port list.
+  void NoteLooks();
+  // Shows what else the port list knows of the entries.
+  void ShowLooks();
+  void NotifyOfEnd();
+  bool IsInFront() const;
+  void SaveReport();
+  QString Report() const;
   // Enters those entries again that are surely not on the router.
   void TryAgain();
   void Stop();
   bool IsWorking() const { return start_timer_.isActive() || runner_->IsRunning(); }
   // Closes the window, after asking where that ends the job.
   void CloseAfterAsking();
+  QString Title() const;
   QString OutcomeText() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
+  Prompts& prompts_;
+  const JobKind kind_;
+  const QString router_;  // as RouterKey() has it
   std::unique_ptr<Ui::JobWindow> ui_;
+  JobReport report_head_;  // what is known at the beginning
   RunQuestions questions_;
   std::unique_ptr<JobRunner> runner_;
   EntryStates entry_states_;
   RunDisplay* display_ = nullptr;  // a child of this window
   QTimer start_timer_;
+  int row_ = 0;  // that is being entered, from 1
+  int rows_ = 0;
+  QList<Login> logins_;  // that the job may have used; they are kept out of the report
 };
 
 }  // namespace quayline

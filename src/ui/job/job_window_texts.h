@@ -13,21 +13,33 @@ inline constexpr Message kStopping{"Stopping..."};
 inline constexpr Message kStopped{
     "Stopped before the end. What your router saved until now stays there."};
 inline constexpr Message kFinished{
-    "Finished: every entry has run. The log tells what was found and done on each page. If most of "
-    "its steps failed, please check that the right router is chosen."};
+    "Finished: every entry has run. \"Details\" shows what was found and done on each page. If "
+    "most "
+    "of its steps failed, please check that the right router is chosen."};
 inline constexpr Message kCloseTitle{"Stop the job?"};
 inline constexpr Message kCloseQuestion{
     "A job is running. Stop it and close this window? What your router saved until now stays "
     "there, and a save that is on its way is not cut off."};
 inline constexpr Message kEndedEarly{
     "Ended early, since pages of the router failed. Please check its IP, HTTP type and port, and "
-    "the login in the main window, and update again. The log tells at which step."};
+    "the login in the main window, and update again. \"Details\" shows at which step."};
 inline constexpr Message kFinishedWithErrors{
-    "Finished, but %1 of %2 entries met an error of a page. The log tells at which step."};
+    "Finished, but %1 of %2 entries met an error of a page. \"Details\" shows at which step."};
 
 inline constexpr Message kFinishedToCheck{
     "Finished, but a part of a page failed meanwhile. Please check on your router whether these "
     "entries are there: %1."};
+inline constexpr Message kStepOf{"Entry %1 of %2, step %3 of %4"};
+inline constexpr Message kCannotLook{
+    "The page with your router's rules could not be opened. Please check the router's IP, HTTP "
+    "type "
+    "and port, and the login in the main window, and try again."};
+inline constexpr Message kCheckTitle{"Router Check"};
+
+inline constexpr Message kReportTitle{"Save Report"};
+inline constexpr Message kReportFilter{"Text File (*.txt);;All Files (*)"};
+inline constexpr Message kCannotSaveReport{
+    "The report cannot be saved. Is the disk full, or may you not write there?"};
 
 inline constexpr Message kCloseViewTitle{"Stop the script?"};
 inline constexpr Message kCloseViewQuestion{

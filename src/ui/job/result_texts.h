@@ -9,25 +9,20 @@ namespace quayline::message {
 // What became of the entries of a job.
 inline constexpr Message kEntryColumn{"Entry"};
 inline constexpr Message kStateColumn{"State"};
+inline constexpr Message kListeningColumn{"Listening on this computer"};
+inline constexpr Message kOutsideColumn{"From outside"};
 inline constexpr Message kReasonColumn{"What the router shows"};
 
 inline constexpr Message kWaiting{"Waiting"};
 inline constexpr Message kBeingEntered{"Being entered"};
 inline constexpr Message kEntered{"Entered, not looked up yet"};
 inline constexpr Message kSkipped{"Skipped"};
-inline constexpr Message kOnRouter{"On the router"};
 inline constexpr Message kOnRouterBefore{"On the router, as before"};
-inline constexpr Message kDifferent{"Different: %1"};
-inline constexpr Message kNotThere{"Not on the router"};
-inline constexpr Message kCannotTell{"Cannot tell"};
-inline constexpr Message kToBeChecked{"To be checked"};
-
-inline constexpr Message kPortDiffers{"port"};
-inline constexpr Message kAddressDiffers{"address"};
-inline constexpr Message kProtocolDiffers{"protocol"};
-inline constexpr Message kIsDisabled{"switched off"};
 
 inline constexpr Message kRuleOfOther{"Another rule has these ports: %1"};
+inline constexpr Message kTrySkipped{"It was not entered, since the job ended before it."};
+inline constexpr Message kTryDifferent{
+    "%1. Please correct this rule on your router's page, or remove it there and try again."};
 inline constexpr Message kTryMissing{
     "Your router's page does not show it. Please look there for a message, and try again."};
 inline constexpr Message kTryUnknown{

@@ -100,16 +100,17 @@ void RunDisplay::ConnectProceed() {
   connect(controls_.proceed, &QPushButton::clicked, &runner_, &ScriptRunner::ProceedToNextCommand);
 }
 
-// A disabled button passes its focus to the next one, which is "Stop": the log keeps it meanwhile.
+// A disabled button passes its focus to the next one, which is "Stop": another control
+// keeps it meanwhile.
 void RunDisplay::EnableProceed(bool enabled) {
   if (!enabled && window_.focusWidget() == controls_.proceed) {
     is_stepping_ = true;
-    controls_.log->setFocus();
+    controls_.rest->setFocus();
   }
   controls_.proceed->setEnabled(enabled);
   if (enabled && is_stepping_) {
     is_stepping_ = false;
-    if (window_.focusWidget() == controls_.log) {
+    if (window_.focusWidget() == controls_.rest) {
       controls_.proceed->setFocus();
     }
   }
@@ -119,7 +120,7 @@ void RunDisplay::DisableStop() {
   EnableProceed(false);
   is_stepping_ = false;
   if (window_.focusWidget() == controls_.stop) {
-    controls_.log->setFocus();
+    controls_.rest->setFocus();
   }
   controls_.stop->setEnabled(false);
 }

@@ -29,7 +29,8 @@ struct RunControls {
         bar(form.busy_bar),
         proceed(form.proceed_button),
         waiting(form.waiting_label),
-        stop(form.stop_button) {}
+        stop(form.stop_button),
+        rest(form.log_edit) {}
 
   QPlainTextEdit* log;
   QPlainTextEdit* states;
@@ -40,6 +41,7 @@ struct RunControls {
   QPushButton* proceed;
   QLabel* waiting;
   QPushButton* stop;
+  QWidget* rest;  // has the focus when the buttons are disabled
 };
 
 // Shows in a window's controls what its run reports. The window owns it and everything that it is

@@ -29,7 +29,11 @@ void RunQuestions::AskLogin(const QString& address,
     return;
   }
   prompts_.AskLogin(
-      &window_, address, [answer = std::move(answer)](const std::optional<LoginAnswer>& login) {
+      &window_, address,
+      [this, answer = std::move(answer)](const std::optional<LoginAnswer>& login) {
+        if (login) {
+          typed_logins_.append({login->username, login->password});
+        }
         answer(login ? std::optional(TypedLogin{login->username, login->password}) : std::nullopt);
       });
 }

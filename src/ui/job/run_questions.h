@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/router_session.h"
 #include "i18n/translator.h"
 #include "script/page_questions.h"
 #include "script/runner_texts.h"
@@ -16,6 +17,9 @@ class RunQuestions final : public PageQuestions {
   RunQuestions(QWidget& window, Prompts& prompts, const Translator& translator,
                const RunnerTexts& texts)
       : window_(window), prompts_(prompts), translator_(translator), texts_(texts) {}
+
+  // What the user typed when a page asked for a login.
+  const QList<Login>& TypedLogins() const { return typed_logins_; }
 
   // The window closes: what is open, and what is asked from now on, is refused.
   void RefuseAll();
@@ -35,6 +39,7 @@ class RunQuestions final : public PageQuestions {
   Prompts& prompts_;
   const Translator& translator_;
   const RunnerTexts& texts_;
+  QList<Login> typed_logins_;
   bool refuses_ = false;
 };
 

@@ -12,6 +12,7 @@ inline constexpr Message kHeaderAppName{"App Name"};
 inline constexpr Message kHeaderForwardedTo{"Forwarded To"};
 inline constexpr Message kHeaderStartPort{"Start Port"};
 inline constexpr Message kHeaderEndPort{"End Port"};
+inline constexpr Message kHeaderOnRouter{"On Router"};
 inline constexpr Message kHeaderDescription{"Description"};
 inline constexpr Message kMaxEntries{"Max Router Can Hold:"};
 inline constexpr Message kChooseRouter{"(((Please Choose A Router)))"};
@@ -105,6 +106,9 @@ inline constexpr Message kWhichRouter{
     "of these. You find the model on a label under the router. Which one is it?"};
 inline constexpr Message kNoneOfTheseRouters{"&None of These"};
 
+inline constexpr Message kNothingToCheck{
+    "The list is empty. Add the ports first that your router shall be asked for."};
+inline constexpr Message kChooseRouterToCheck{"Please choose your router from the list."};
 inline constexpr Message kJobRuns{
     "An update is running, and the router talks to one of you only. Please wait for its end, or "
     "stop it in its window, then look at the ports."};

@@ -6,6 +6,8 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 
+#include <utility>
+
 #include "ui/main/main_messages.h"
 #include "ui/main/missing_features.h"
 #include "ui/main/version.h"
@@ -97,6 +99,7 @@ void MainWindow::AddPanels() {
   ui_->top_layout->addWidget(login_panel_, kLoginShare);
   ui_->page_layout->insertWidget(1, list_panel_, 1);
   ui_->version_label->setText(QStringLiteral("Quayline v%1").arg(ProgramVersion()));
+  ui_->check_button->setIcon(ThemeIcon(QStringLiteral("search")));
   ui_->view_ports_button->setIcon(ThemeIcon(QStringLiteral("ports")));
   ui_->update_button->setIcon(ThemeIcon(QStringLiteral("update"), QPalette::HighlightedText));
 }
@@ -153,6 +156,8 @@ void MainWindow::ConnectRouterWindows() {
   connect(ui_->update_button, &QPushButton::clicked, this, &MainWindow::UpdateRouter);
   connect(ui_->update_action, &QAction::triggered, this, &MainWindow::UpdateRouter);
   addAction(ui_->update_action);
+  connect(ui_->check_button, &QPushButton::clicked, this, &MainWindow::CheckRouter);
+  connect(ui_->check_action, &QAction::triggered, this, &MainWindow::CheckRouter);
 }
 
 void MainWindow::ConnectDetection() {
@@ -233,12 +238,13 @@ void MainWindow::SetTimers() {
 // The stored values would replace what is typed, and be replaced by rows that are added, before
 // they are read.
 void MainWindow::SetInputsEnabled(bool enabled) {
-  for (QWidget* control : std::initializer_list<QWidget*>{
-           router_panel_, login_panel_, list_panel_, ui_->view_ports_button, ui_->update_button}) {
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{router_panel_, login_panel_, list_panel_, ui_->check_button,
+                                       ui_->view_ports_button, ui_->update_button}) {
     control->setEnabled(enabled);
   }
   for (QAction* action : {ui_->add_ports_action, ui_->add_entry_action, ui_->open_action,
-                          ui_->save_action, ui_->update_action}) {
+                          ui_->save_action, ui_->update_action, ui_->check_action}) {
     action->setEnabled(enabled);
   }
 }
@@ -250,7 +256,22 @@ void MainWindow::ChooseRouter(int id) {
   }
 }
 
+// What was seen on one router says nothing of another.
+void MainWindow::ForgetLooksOfOtherRouter() {
+  const QString router =
+      context_.session.chosen_router + QLatin1Char(' ') + RouterKey(context_.session);
+  if (std::exchange(looked_router_, router) != router) {
+    context_.port_list.ForgetLooks();
+  }
+}
+
+void MainWindow::StoreSession() {
+  context_.session_store.Write(context_.session);
+  ForgetLooksOfOtherRouter();
+}
+
 void MainWindow::ShowSession() {
+  ForgetLooksOfOtherRouter();
   router_panel_->Show();
   login_panel_->Show();
   list_panel_->ShowMaxEntries();
@@ -289,23 +310,49 @@ bool MainWindow::IsRouterKnown() {
   return !context_.session.is_name_unknown;
 }
 
-void MainWindow::ViewPorts() {
+bool MainWindow::CanOpenRouter() {
   if (!IsRouterKnown()) {
-    return;
+    return false;
   }
   if (context_.session.router_ip.startsWith(QLatin1Char('0'))) {
     prompts_.Tell(this, Text(kSetRouterIp));
     router_panel_->FocusAddress();
-    return;
+    return false;
   }
   if (context_.job_flags.is_running) {
     prompts_.Tell(this, Text(message::kJobRuns));
+    return false;
+  }
+  return true;
+}
+
+void MainWindow::ViewPorts() {
+  if (!CanOpenRouter()) {
     return;
   }
   context_.job_flags.SetJobStopRequested(false);
   context_.job_flags.SetJobDebugMode(false);
   context_.job_flags.view_error_grace = 1;
   windows_.PageView(this)->open();
+}
+
+void MainWindow::CheckRouter() {
+  if (!ui_->check_button->isEnabled() || !CanOpenRouter()) {
+    return;
+  }
+  if (context_.port_list.rowCount() == 0) {
+    prompts_.Tell(this, Text(message::kNothingToCheck));
+    return;
+  }
+  if (context_.session.update_script.isEmpty() && context_.session.view_script.isEmpty()) {
+    prompts_.Tell(this, Text(message::kChooseRouterToCheck));
+    router_panel_->FocusRouter();
+    return;
+  }
+  if (job_window_ != nullptr && job_window_->isVisible()) {
+    job_window_->close();
+  }
+  ShowJob(windows_.RouterCheck());
 }
 
 void MainWindow::UpdateRouter() {
@@ -335,7 +382,7 @@ void MainWindow::StartUpdate() {
   }
   const UpdateVerdict verdict = CheckUpdate(entries, context_.session, context_.translator);
   if (verdict.accepted) {
-    ShowJob();
+    ShowJob(windows_.Job());
   } else {
     ShowRefusal(verdict);
   }
@@ -361,11 +408,11 @@ void MainWindow::ShowRefusal(const UpdateVerdict& verdict) {
   }
 }
 
-void MainWindow::ShowJob() {
+void MainWindow::ShowJob(QWidget* window) {
   context_.job_flags.SetJobStopRequested(false);
   context_.job_flags.SetJobDebugMode(false);
   context_.job_flags.job_error_grace = 1;
-  job_window_ = windows_.Job();
+  job_window_ = window;
   job_window_->show();
   job_window_->raise();
   job_window_->activateWindow();

@@ -40,13 +40,16 @@ class MainWindow final : public QMainWindow {
   ~MainWindow() override;
 
   // Does the first half of the start and begins the second one. Boxes of the start wait for the
-  // window, so that they are above it. The error has to be shown by the caller, who ends the program.
+  // window, so that they are above it. The error has to be shown by the caller, who ends the
+  // program.
   std::expected<void, QString> Load();
   // Ends what the window runs, its timers, and the job window. Called once, at the end.
   void Unload();
 
   // As pressing "Update Router". While a job runs, the user is asked first.
   void UpdateRouter();
+  // Looks what is on the router, and changes nothing there.
+  void CheckRouter();
   ListCommands& List() { return list_panel_->Commands(); }
   const PortTotals& Totals() const { return list_panel_->Totals(); }
   // Puts router and login below each other where `width` is too small for both.
@@ -76,7 +79,7 @@ class MainWindow final : public QMainWindow {
 
   void ChooseRouter(int id);
   void ShowSession();
-  void StoreSession() { context_.session_store.Write(context_.session); }
+  void StoreSession();
   void ShowTotals();
   void ShowLocalIp();
   void ViewPorts();
@@ -84,7 +87,10 @@ class MainWindow final : public QMainWindow {
   void ShowRefusal(const UpdateVerdict& verdict);
   // Checks the list and opens the job window. The one before is closed as by its Close button.
   void StartUpdate();
-  void ShowJob();
+  void ShowJob(QWidget* window);
+  // Whether what the router's page needs is known; the user is told what is missing.
+  bool CanOpenRouter();
+  void ForgetLooksOfOtherRouter();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
@@ -102,6 +108,7 @@ class MainWindow final : public QMainWindow {
   QTimer start_timer_;  // the slow half of the start
   QTimer local_ip_timer_;
   QPointer<QWidget> job_window_;
+  QString looked_router_;  // to which the looks in the list belong
 };
 
 }  // namespace quayline

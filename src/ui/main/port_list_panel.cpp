@@ -53,7 +53,11 @@ void PortListPanel::ConnectList() {
   context_.port_list.SetHeaders(
       {texts.Text(message::kHeaderAppName), texts.Text(message::kHeaderForwardedTo),
        texts.Text(message::kHeaderStartPort), texts.Text(message::kHeaderEndPort),
-       QStringLiteral("TCP/UDP"), texts.Text(message::kHeaderDescription)});
+       QStringLiteral("TCP/UDP"), texts.Text(message::kHeaderOnRouter),
+       texts.Text(message::kHeaderDescription)});
+  context_.port_list.SetLookTexts(
+      {.cell = [&texts](const EntryLook& look) { return LookText(look, texts); },
+       .tool_tip = [&texts](const EntryLook& look) { return LookToolTip(look, texts); }});
   HintedList* list = ui_->port_list_view;
   list->setModel(&context_.port_list);
   list->SetEmptyHint(texts.Text(message::kEmptyList), texts.Text(message::kEmptyListHint));
@@ -69,6 +73,7 @@ void PortListPanel::ConnectList() {
     totals_ = ComputeTotals(context_.port_list.Entries());
     Q_EMIT totalsChanged();
   });
+  connect(&context_.port_list, &QAbstractItemModel::dataChanged, list, &HintedList::SizeColumns);
   connect(&commands_, &ListCommands::listWritten, this, [this] {
     ui_->port_list_view->SizeColumns();
     KeepRowSelected();

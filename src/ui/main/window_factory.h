@@ -18,6 +18,8 @@ class WindowFactory {
 
   // A job window on the current list and router, which starts by itself when it is shown.
   virtual QWidget* Job() = 0;
+  // As Job(), for a look at the router that changes nothing there.
+  virtual QWidget* RouterCheck() = 0;
   // Adds rows to the port list; `changed` is called after each addition.
   virtual QDialog* AddEntry(QWidget* parent, std::function<void()> changed) = 0;
   // Edits a row of the port list; `changed` is called after its content has changed.
