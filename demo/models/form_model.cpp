@@ -42,6 +42,8 @@ HttpResponse FormModel::OtherPage(const QString& page, const HttpRequest&) {
   return page == QLatin1String(site_.admin.menu.first().path) ? HomePage() : NotFound();
 }
 
+QString FormModel::RuleList() const { return RuleListHtml(table_); }
+
 QString FormModel::RuleForm(const TypedRule& typed) const {
   return FormHtml(typed, "", R"(<input type="submit" name="btn_save" value="Save">)");
 }
@@ -70,7 +72,7 @@ QString FormModel::FormHtml(const TypedRule& typed, const char* attributes,
 
 HttpResponse FormModel::RulesPage(const TypedRule& typed, const QString& fault) const {
   return RouterPage(QStringLiteral("Port Forwarding"),
-                    FaultParagraph(fault) + RuleListHtml(table_) + RuleForm(typed));
+                    FaultParagraph(fault) + RuleList() + RuleForm(typed));
 }
 
 HttpResponse FormModel::Save(const FormFields& form) {

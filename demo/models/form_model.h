@@ -33,6 +33,7 @@ class FormModel : public RouterModel {
   virtual HttpResponse RouterPage(const QString& title, const QString& content) const;
   // A page besides these two; `page` is its path without the first slash.
   virtual HttpResponse OtherPage(const QString& page, const HttpRequest& request);
+  virtual QString RuleList() const;
   virtual QString RuleForm(const TypedRule& typed) const;
   // Puts what the form posted into the table.
   virtual TypedRule ReadForm(const FormFields& form) const;

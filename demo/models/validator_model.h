@@ -12,6 +12,9 @@ class ValidatorModel final : public FormModel {
   explicit ValidatorModel(RuleTable& table);
 
  protected:
+  // A check box for each rule, and a button that removes those that are checked.
+  QString RuleList() const override;
+  HttpResponse OtherPage(const QString& page, const HttpRequest& request) override;
   QString RuleForm(const TypedRule& typed) const override;
   HttpResponse Saved() const override;
 };

@@ -12,6 +12,7 @@ EntryResult ResultOf(const PortEntry& entry, const RuleVerdict& verdict, bool ex
                      .differs = verdict.differs,
                      .seen = verdict.seen,
                      .existed = existed,
+                     .is_new = false,
                      .doubts = doubts,
                      .listening = {}};
   switch (verdict.state) {

@@ -29,7 +29,9 @@ struct EntryResult {
   QList<RuleField> differs;  // of kDifferent only
   QString seen;              // the row of the router's page on which this rests
   bool existed = false;      // the rule was on the router before the job, as it is wanted
-  QStringList doubts;        // what went wrong meanwhile, in sentences
+  // The job brought it: the router showed its rules before, and this one was not among them.
+  bool is_new = false;
+  QStringList doubts;  // what went wrong meanwhile, in sentences
   // Whether a program waits for what the router forwards; nothing where it leads to another
   // computer, or nobody has looked.
   std::optional<Listening> listening;

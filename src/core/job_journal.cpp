@@ -129,6 +129,8 @@ JobJournal::JobJournal(int file, const JobPlan& plan)
          {QStringLiteral("begun"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)},
          {QStringLiteral("router"), plan.router},
          {QStringLiteral("address"), plan.address},
+         {QStringLiteral("job"),
+          plan.takes_back ? QStringLiteral("take-back") : QStringLiteral("update")},
          {QStringLiteral("entries"), EntriesOf(plan)}});
 }
 
@@ -263,6 +265,7 @@ std::optional<CutOffJob> ReadCutOffJob(const QByteArray& journal) {
       job.begun =
           QDateTime::fromString(line[QLatin1String("begun")].toString(), Qt::ISODate).toLocalTime();
       job.router = line[QLatin1String("router")].toString();
+      job.takes_back = line[QLatin1String("job")] == QLatin1String("take-back");
     } else if (story) {
       story->Take(line);
     }
@@ -275,12 +278,18 @@ std::optional<CutOffJob> ReadCutOffJob(const QByteArray& journal) {
 }
 
 QString CutOffNotice(const CutOffJob& job, const QString& advice) {
+  const QString what = job.takes_back
+                           ? QStringLiteral(
+                                 "The removal of rules from \"%1\" that began on %2 was "
+                                 "cut off.")
+                           : QStringLiteral("The update of \"%1\" that began on %2 was cut off.");
   QString text =
-      QStringLiteral("The update of \"%1\" that began on %2 was cut off.")
-          .arg(OnOneLine(job.router), job.begun.toString(QStringLiteral("yyyy-MM-dd 'at' HH:mm")));
+      what.arg(OnOneLine(job.router), job.begun.toString(QStringLiteral("yyyy-MM-dd 'at' HH:mm")));
   const std::pair<QString, const QStringList&> parts[] = {
       {QStringLiteral("On the router: %1."), job.on_router},
-      {QStringLiteral("Entered, but not seen there afterwards: %1."), job.entered},
+      {job.takes_back ? QStringLiteral("Removed, but not looked for afterwards: %1.")
+                      : QStringLiteral("Entered, but not seen there afterwards: %1."),
+       job.entered},
       {QStringLiteral("Failed: %1."), job.failed},
       {QStringLiteral("Not certain: %1."), job.uncertain},
       {QStringLiteral("Not begun: %1."), job.waiting}};

@@ -22,7 +22,8 @@ struct JobPlan {
   QString router;   // its name in the database
   QString address;  // where it is
   QList<PortEntry> entries;
-  QString password;  // never written: where a text contains it, stars are
+  bool takes_back = false;  // the entries are removed instead
+  QString password;         // never written: where a text contains it, stars are
 };
 
 // How the pass of an entry ended.
@@ -32,6 +33,7 @@ enum class PassEnd { kDone, kExisted, kFailed, kStopped };
 // after a kill at any moment all lines but the last can be read.
 //
 //   {"journal": 1, "begun": "2026-01-31T12:00:00Z", "router": "...", "address": "...",
+//    "job": "update" | "take-back",
 //    "entries": [{"entry": "Web", "protocol": "TCP", "start": "80", "end": "80", "to": "..."}]}
 //   {"before": [{"entry": "Web", "state": "missing", "seen": ""}], "rows": ["row of the page"]}
 //   {"pass": 1, "entry": "Web"}          the entry with number 1 is being entered
@@ -74,6 +76,7 @@ class JobJournal final {
 struct CutOffJob {
   QDateTime begun;
   QString router;
+  bool takes_back = false;
   QStringList on_router;  // seen there, before or after
   QStringList entered;    // their pass has ended, and the router was not read after it
   QStringList failed;     // their pass has ended with an error

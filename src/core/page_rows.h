@@ -21,6 +21,8 @@ struct PageCell {
 // A row of a table or of a list, or the fields of a form that stand together.
 struct PageRow {
   QList<PageCell> cells;
+  QString title;         // what stands above the table
+  bool is_form = false;  // boxes for entering a rule, which say nothing about the router
 
   // As it is shown to the user: the texts that are not empty, divided by " | ".
   QString Text() const;

@@ -45,14 +45,21 @@ struct RowEvidence {
   QList<SeenPorts> ports;
   QStringList addresses;  // whole ones
   QList<int> last_parts;  // numbers that stand for an address
+  QStringList hosts;      // names below a heading that says "address", folded by FoldName()
   bool tcp = false;
   bool udp = false;
   bool is_disabled = false;
   QStringList names;  // texts that may be a name, folded by FoldName()
+  // The ports are there as the name of a service, or as something else that is no number.
+  bool has_unread_ports = false;
+  // Another kind of table: port triggering, a filter of the firewall, boxes for a new rule.
+  bool is_other = false;
 
   bool HasProtocol() const { return tcp || udp; }
   bool HasAddress() const { return !addresses.isEmpty() || !last_parts.isEmpty(); }
   bool HasSurePorts() const;
+  // Whether a number beside those of `start` and `end` may be a port as well, where none is sure.
+  bool HasOtherNumbers(int start, int end) const;
   // Whether the row can be a rule at all.
   bool IsRule() const;
 };

@@ -4,6 +4,7 @@
 #include "core/rule_match.h"
 
 #include <algorithm>
+#include <optional>
 #include <ranges>
 
 #include "core/row_evidence.h"
@@ -12,11 +13,14 @@ namespace quayline {
 
 namespace {
 
-// Shorter beginnings of a name are found in names of other rules.
-constexpr qsizetype kShortestCutName = 3;
+// Shorter beginnings of a name are found in names of other rules. Between the two, a row may be the
+// rule.
+constexpr qsizetype kShortestCutName = 6;
+constexpr qsizetype kShortestPossibleName = 3;
 
 struct Rule {
-  QString name;  // folded
+  QString name;      // folded
+  QString computer;  // folded
   QString address;
   int last_part = 0;
   int start = 0;
@@ -29,6 +33,7 @@ Rule RuleOf(const PortEntry& entry) {
   Rule rule;
   rule.name = FoldName(entry.app_name);
   rule.address = entry.forwarded_to.section(QLatin1Char('('), 0, 0).trimmed();
+  rule.computer = FoldName(entry.forwarded_to.section(QLatin1Char('('), 1));
   rule.last_part = rule.address.section(QLatin1Char('.'), -1).toInt();
   rule.start = PortNumber(entry.start_port).value_or(0);
   rule.end = PortNumber(entry.end_port).value_or(0);
@@ -37,7 +42,7 @@ Rule RuleOf(const PortEntry& entry) {
   return rule;
 }
 
-enum class NameMatch { kNone, kCut, kWhole };
+enum class NameMatch { kNone, kPossible, kCut, kWhole };
 
 // How one row fits one rule.
 struct Fit {
@@ -45,6 +50,8 @@ struct Fit {
   bool ports_are_sure = false;
   bool has_address = false;  // and it is the rule's
   bool has_other_address = false;
+  bool has_unknown_host = false;  // the name of a computer, which may be the rule's
+  bool is_ambiguous = false;      // numbers of which any may be the port
   NameMatch name = NameMatch::kNone;
 
   bool has_protocol = false;  // any
@@ -52,12 +59,22 @@ struct Fit {
   // The row is this rule, whatever else it says: its ports are there with its address or name.
   // Where a number may be something else than a port, two things more have to be there.
   bool Is() const {
-    if (!has_ports || has_other_address) {
+    if (!has_ports || has_other_address || has_unknown_host || is_ambiguous) {
       return false;
     }
     const int others = (has_address ? 1 : 0) + (name == NameMatch::kWhole ? 1 : 0);
     return ports_are_sure ? others > 0 || name == NameMatch::kCut
                           : others > 0 && others + (has_protocol ? 1 : 0) > 1;
+  }
+
+  // The row may be this rule, but something in it cannot be read.
+  bool MayBe() const {
+    if (!has_ports || has_other_address) {
+      return false;
+    }
+    const bool is_named = has_address || name == NameMatch::kWhole || name == NameMatch::kCut;
+    return has_unknown_host || (is_ambiguous && is_named) ||
+           (ports_are_sure && name == NameMatch::kPossible);
   }
 };
 
@@ -88,8 +105,9 @@ NameMatch MatchName(const Rule& rule, const RowEvidence& row) {
     if (name == rule.name) {
       return NameMatch::kWhole;
     }
-    if (name.size() >= kShortestCutName && rule.name.startsWith(name)) {
-      best = NameMatch::kCut;
+    if (name.size() >= kShortestPossibleName && rule.name.startsWith(name)) {
+      best =
+          std::max(best, name.size() >= kShortestCutName ? NameMatch::kCut : NameMatch::kPossible);
     }
   }
   return best;
@@ -99,8 +117,12 @@ Fit FitOf(const Rule& rule, const RowEvidence& row) {
   Fit fit;
   fit.has_ports = HasPortsAtAll(rule, row);
   fit.ports_are_sure = row.HasSurePorts();
+  const bool has_host = !rule.computer.isEmpty() && row.hosts.contains(rule.computer);
   fit.has_address = row.addresses.contains(rule.address) ||
-                    (row.addresses.isEmpty() && row.last_parts.contains(rule.last_part));
+                    (row.addresses.isEmpty() && row.last_parts.contains(rule.last_part)) ||
+                    (!row.HasAddress() && has_host);
+  fit.has_unknown_host = !row.HasAddress() && !row.hosts.isEmpty() && !has_host;
+  fit.is_ambiguous = row.HasOtherNumbers(rule.start, rule.end);
   fit.has_other_address = row.HasAddress() && !fit.has_address;
   fit.has_protocol = row.HasProtocol();
   fit.name = MatchName(rule, row);
@@ -115,11 +137,17 @@ class Matcher final {
  public:
   explicit Matcher(const PageRows& page) : page_(page) {
     RowReader reader;
+    bool has_other_table = false;
     for (const PageRow& row : page.rows) {
       rows_.append(reader.Read(row));
+      // What is no rule is not looked at again.
+      if (rows_.last().is_other) {
+        has_other_table = has_other_table || !row.is_form;
+        rows_.last() = {.is_other = true};
+      }
     }
     shows_rules_ = std::ranges::any_of(rows_, &RowEvidence::IsRule) ||
-                   std::ranges::any_of(page.headings, AreHeadingsOfRules);
+                   (!has_other_table && std::ranges::any_of(page.headings, AreHeadingsOfRules));
   }
 
   QList<RuleVerdict> Match(const QList<PortEntry>& entries) {
@@ -130,7 +158,9 @@ class Matcher final {
     // A row that is one entry exactly is no faulty form of another.
     for (qsizetype i = 0; i < entries.size(); ++i) {
       if (verdicts.at(i).state != RuleState::kOnRouter) {
+        const QList<qsizetype> rows = verdicts.at(i).rows;
         verdicts[i] = Inexact(RuleOf(entries.at(i)));
+        verdicts[i].rows = rows;
       }
     }
     return verdicts;
@@ -153,10 +183,10 @@ class Matcher final {
       }
     }
     if (found.isEmpty() || HasOtherProtocol(rule, tcp, udp)) {
-      return {};
+      return {.state = RuleState::kUnknown, .differs = {}, .seen = {}, .rows = found};
     }
     taken_.append(found);
-    return {.state = RuleState::kOnRouter, .differs = {}, .seen = Seen(found)};
+    return {.state = RuleState::kOnRouter, .differs = {}, .seen = Seen(found), .rows = found};
   }
 
   RuleVerdict Inexact(const Rule& rule) const {
@@ -172,26 +202,47 @@ class Matcher final {
         best_rank = rank;
         best = {.state = RuleState::kDifferent,
                 .differs = Differences(rule, fit, rows_.at(i)),
-                .seen = Seen({i})};
+                .seen = Seen({i}),
+                .rows = {}};
       }
     }
-    if (best_rank > 0) {
+    if (best_rank > 0 && !best.differs.isEmpty()) {
       return best;
     }
-    const bool can_tell = shows_rules_ && !page_.is_partial;
+    if (const auto possible = RowThatMayBe(rule)) {
+      return {.state = RuleState::kUnknown, .differs = {}, .seen = Seen({*possible}), .rows = {}};
+    }
+    const bool can_tell = shows_rules_ && !page_.is_partial && best_rank == 0;
     return {.state = can_tell ? RuleState::kMissing : RuleState::kUnknown,
             .differs = {},
-            .seen = can_tell ? RowWithPortsOf(rule) : QString()};
+            .seen = can_tell ? RowWithPortsOf(rule) : QString(),
+            .rows = {}};
+  }
+
+  // A row that the rule may be, though not all of it can be read.
+  std::optional<qsizetype> RowThatMayBe(const Rule& rule) const {
+    for (qsizetype i = 0; i < rows_.size(); ++i) {
+      const RowEvidence& row = rows_.at(i);
+      const Fit fit = FitOf(rule, row);
+      const bool is_unread = row.has_unread_ports && !fit.has_other_address;
+      if (!taken_.contains(i) && (fit.MayBe() || is_unread)) {
+        return i;
+      }
+    }
+    return std::nullopt;
   }
 
   // How surely the row is the rule, with a fault. 0: it is another rule. Where rows have names, the
   // name says which rule a row is.
   static int Rank(const Fit& fit, const RowEvidence& row) {
+    if (fit.has_ports && (fit.has_unknown_host || fit.is_ambiguous)) {
+      return 0;
+    }
     if (fit.name == NameMatch::kWhole && (row.IsRule() || fit.has_ports)) {
       return 4;
     }
     if (fit.Is()) {
-      return fit.name != NameMatch::kNone || row.names.isEmpty() ? 3 : 0;
+      return fit.name > NameMatch::kPossible || row.names.isEmpty() ? 3 : 0;
     }
     if (fit.name == NameMatch::kCut && fit.has_ports) {
       return 2;

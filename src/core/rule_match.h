@@ -15,7 +15,7 @@ enum class RuleState {
   kOnRouter,   // a row shows the rule as it is wanted
   kDifferent,  // a row is this rule, and something in it is not as wanted
   kMissing,    // the page shows rules, and this is not one of them
-  kUnknown,    // the page shows nothing that could be a rule, or not all of its rows were read
+  kUnknown,    // the page shows no rules, or a row that may be this one and cannot be read
 };
 
 enum class RuleField { kPort, kAddress, kProtocol, kDisabled };
@@ -25,6 +25,9 @@ struct RuleVerdict {
   QList<RuleField> differs;  // of kDifferent only
   // The row on which the verdict rests; of kMissing, a row that has the ports for another rule.
   QString seen;
+  // The rows of the page that are the rule, or a part of it: routers make two rows of a rule for
+  // both protocols.
+  QList<qsizetype> rows;
 
   bool operator==(const RuleVerdict&) const = default;
 };

@@ -122,9 +122,9 @@ FlowResult WaitUntilElement(CommandCall& call) {
   co_return poll.end;
 }
 
-void LogTextMissing(const CommandCall& call, const QString& text) {
+void LogSkipped(const CommandCall& call, const QString& why) {
   call.env.log.Append(LineBreak());
-  call.LogLine(call.Text(script_text::kTextMissing).arg(text));
+  call.LogLine(why);
   call.LogLine(call.Text(script_text::kEntrySkipped));
   call.LogLine(LogSeparator());
   call.env.log.Append(LineBreak());
@@ -139,34 +139,82 @@ FlowResult ExpectPageText(CommandCall& call) {
     co_return poll.end;
   }
   if (!poll.answer.toBool()) {
-    LogTextMissing(call, text);
+    LogSkipped(call, call.Text(script_text::kTextMissing).arg(text));
     co_return RunEnd::kPageError;
   }
   call.LogLine(call.Text(script_text::kSuccessful));
   co_return std::nullopt;
 }
 
+PortEntry EntryOf(const RunArguments& given) {
+  return {.app_name = given.entry_name,
+          .forwarded_to =
+              given.entry_ip + QLatin1Char('(') + given.entry_computer_name + QLatin1Char(')'),
+          .start_port = given.entry_start_port,
+          .end_port = given.entry_end_port,
+          .protocol = given.entry_protocol,
+          .description = {}};
+}
+
 // Unlike the name of an entry, its rule cannot stand on the page for another reason; and some
 // routers keep no names.
 FlowResult CheckIfRuleExists(CommandCall& call) {
-  const RunArguments& entry = call.run.given;
   const QJsonObject answer = co_await AskForRows(call);
   if (call.Stopped()) {
     co_return RunEnd::kStopped;
   }
   PageRows page;
   AddRows(answer, page);
-  const PortEntry wanted{.app_name = entry.entry_name,
-                         .forwarded_to = entry.entry_ip,
-                         .start_port = entry.entry_start_port,
-                         .end_port = entry.entry_end_port,
-                         .protocol = entry.entry_protocol,
-                         .description = {}};
-  if (MatchRules({wanted}, page).first().state != RuleState::kOnRouter) {
+  if (MatchRules({EntryOf(call.run.given)}, page).first().state != RuleState::kOnRouter) {
     co_return std::nullopt;
   }
   call.LogEntryExists();
   co_return RunEnd::kEntryExists;
+}
+
+// The cells of the first row that is the entry, or a part of it.
+std::optional<QJsonArray> EntryRow(const RunArguments& given, const QJsonObject& answer) {
+  PageRows page;
+  AddRows(answer, page);
+  for (const qsizetype row : MatchRules({EntryOf(given)}, page).first().rows) {
+    if (!given.rows_to_keep.contains(page.rows.at(row).Text())) {
+      return answer[QLatin1String("rows")].toArray().at(row)[QLatin1String("cells")].toArray();
+    }
+  }
+  return std::nullopt;
+}
+
+// The script must not go on without the row: its next line may remove whatever is chosen.
+FlowResult ClickInEntryRow(CommandCall& call) {
+  constexpr int kMostPages = 20;
+  const QString kind = call.run.argument;
+  const QString name = call.run.fields.value(1);
+  for (int page = 0; page < kMostPages; ++page) {
+    const QJsonObject answer = co_await AskForRows(call);
+    if (call.Stopped()) {
+      co_return RunEnd::kStopped;
+    }
+    const quint64 mark = call.MarkPage();
+    const auto cells = EntryRow(call.run.given, answer);
+    const bool has_next = answer[QLatin1String("hasNext")].toBool();
+    if (!cells && !has_next) {
+      break;
+    }
+    const QJsonValue result = co_await call.AskOnce(
+        cells ? page_operation::ClickInRow(*cells, kind, name) : page_operation::OpenNextPage());
+    if (result != QLatin1String(page_result::kSuccessful)) {
+      break;
+    }
+    if (cells) {
+      call.LogResult(result);
+    }
+    const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddress);
+    if (end || cells) {
+      co_return end;
+    }
+  }
+  LogSkipped(call, call.Text(script_text::kRowMissing));
+  co_return RunEnd::kPageError;
 }
 
 std::optional<PageCall> NamePasswordBoxes(CommandCall&) {
@@ -180,8 +228,8 @@ std::optional<PageCall> SetPorts(CommandCall& call) {
       call.run.fields.value(2, QLatin1String(command_field::kSeparator.default_value));
   const bool is_range = entry.entry_start_port != entry.entry_end_port;
   return page_operation::SetElementValue(
-      call.run.argument,
-      is_range ? entry.entry_start_port + separator + entry.entry_end_port : entry.entry_start_port);
+      call.run.argument, is_range ? entry.entry_start_port + separator + entry.entry_end_port
+                                  : entry.entry_start_port);
 }
 
 constexpr FieldSpec kPorts[] = {command_field::kBox, command_field::kPosition,
@@ -211,7 +259,24 @@ constexpr FieldSpec kElement[] = {
 constexpr FieldSpec kExpectedText[] = {
     {.name = "text", .help = "The text, in any case of letters; empty for the entry's name."}};
 
+constexpr FieldSpec kKindAndName[] = {
+    {.name = "kind", .kind = FieldKind::kNeededText, .help = "button, link or checkbox."},
+    {.name = "name",
+     .when_missing = WhenMissing::kUsesDefault,
+     .takes_rest = true,
+     .help = "Its caption, name, id or value, or a part of its address or onclick handler; empty "
+             "where the row has only one of the kind."}};
+
 constexpr CommandRow kExtensions[] = {
+    {
+        .name = "click_in_entry_row",
+        .awaits_page = true,
+        .fields = kKindAndName,
+        .flow = ClickInEntryRow,
+        .help = "Finds the row of the page that is the entry, by its ports with its name or "
+                "address, and clicks a button, a link or a check box in it. Where no row is the "
+                "entry, or another row is checked as well, the entry ends as failed.",
+    },
     {
         .name = "set_ports",
         .fields = kPorts,

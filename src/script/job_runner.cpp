@@ -88,14 +88,98 @@ Task<> JobRunner::CheckRows() {
 }
 
 Task<> JobRunner::RunRows() {
+  BeginJournal(false);
+  co_await EnterRows();
+  EndJournal();
+}
+
+void JobRunner::BeginJournal(bool takes_back) {
   journal_ = context_.journals.Begin({.router = context_.session.router_name,
                                       .address = RouterHost(context_.session),
                                       .entries = rows_,
+                                      .takes_back = takes_back,
                                       .password = context_.session.password});
-  co_await EnterRows();
+}
+
+void JobRunner::EndJournal() {
   if (journal_) {
     journal_->NoteEnd(outcome_.EndName());
     journal_.reset();
+  }
+}
+
+QStringList JobRunner::RemoveScript() const {
+  const auto router = context_.databases.FindRouter(context_.session.router_id);
+  return router ? ScriptLines(router->routerremove) : QStringList();
+}
+
+void JobRunner::TakeBack() {
+  TakeRows(QList<PortEntry>(brought_.crbegin(), brought_.crend()));
+  outcome_.took_back = true;
+  StartRun(TakeBackRows());
+}
+
+Task<> JobRunner::TakeBackRows() {
+  BeginJournal(true);
+  for (int row = 1; row <= rows_.size(); ++row) {
+    if (context_.job_flags.JobStopRequested()) {
+      outcome_.stopped = true;
+      break;
+    }
+    co_await TakeBackRow(row);
+  }
+  QList<RuleVerdict> verdicts;
+  if (!outcome_.stopped) {
+    verdicts = co_await Look();
+    outcome_.has_looked = !context_.job_flags.JobStopRequested();
+  }
+  NoteResults(verdicts);
+  if (journal_) {
+    journal_->NoteAfter(outcome_.results, page_);
+  }
+  brought_.removeIf([this](const PortEntry& entry) {
+    return std::ranges::any_of(outcome_.results, [&](const EntryResult& result) {
+      return result.entry == entry && result.state == EntryState::kMissing;
+    });
+  });
+  EndJournal();
+}
+
+// A rule for both protocols may be two rows of the router, of which the script removes one.
+Task<> JobRunner::TakeBackRow(int row) {
+  constexpr int kMostParts = 2;
+  const QString& name = rows_[row - 1].app_name;
+  if (journal_) {
+    journal_->NotePass(row, name);
+  }
+  log_.Append(LineBreak() + OnOneLine(Text(job_text::kRemoving) + QLatin1Char(' ') + name) +
+              LineBreak());
+  Q_EMIT entryStarted(row, static_cast<int>(rows_.size()), name);
+  ++outcome_.entries;
+  PassEnd pass = PassEnd::kFailed;  // its row was not found
+  for (int part = 0; part < kMostParts; ++part) {
+    const QList<RuleVerdict> verdicts = co_await Look();
+    const RuleVerdict verdict = verdicts.value(row - 1);
+    const bool has_row = std::ranges::any_of(verdict.rows, [this](qsizetype index) {
+      return !rows_before_.contains(page_.rows.at(index).Text());
+    });
+    if (!has_row || (part == 0 && verdict.state != RuleState::kOnRouter)) {
+      break;
+    }
+    GiveLogin();
+    RunArguments arguments = ArgumentsOf(row, {});
+    arguments.commands = RemoveScript();
+    arguments.rows_to_keep = rows_before_;
+    const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
+    pass = PassEndOf(end);
+    if (end != RunEnd::kAllLinesDone) {
+      break;
+    }
+  }
+  outcome_.entries_failed += pass == PassEnd::kFailed ? 1 : 0;
+  outcome_.stopped = outcome_.stopped || pass == PassEnd::kStopped;
+  if (journal_) {
+    journal_->NotePassEnd(row, pass, {});
   }
 }
 
@@ -106,6 +190,11 @@ Task<> JobRunner::EnterRows() {
   log_.Append(LineBreak() + Text(job_text::kRunningCommands) + LineBreak());
   if (context_.job_options.verify_after_update) {
     before_ = co_await Look();
+    if (rows_before_.isEmpty() && brought_.isEmpty()) {
+      for (const PageRow& row : std::as_const(page_.rows)) {
+        rows_before_.append(row.Text());
+      }
+    }
     if (journal_) {
       journal_->NoteBefore(ResultsOf(before_), page_);
     }
@@ -182,6 +271,11 @@ Task<> JobRunner::ReadBack() {
   if (journal_) {
     journal_->NoteAfter(outcome_.results, page_);
   }
+  for (const EntryResult& result : std::as_const(outcome_.results)) {
+    if (result.is_new) {
+      brought_.append(result.entry);
+    }
+  }
 }
 
 Task<QList<RuleVerdict>> JobRunner::Look() {
@@ -205,6 +299,8 @@ QList<EntryResult> JobRunner::ResultsOf(const QList<RuleVerdict>& verdicts) cons
   for (qsizetype row = 0; row < rows_.size(); ++row) {
     const bool existed = before_.value(row).state == RuleState::kOnRouter;
     results.append(ResultOf(rows_[row], verdicts.value(row), existed, doubts_[row]));
+    results.last().is_new = verdicts.value(row).state == RuleState::kOnRouter &&
+                            before_.value(row).state == RuleState::kMissing;
   }
   return results;
 }
@@ -233,7 +329,7 @@ bool JobOutcome::HasDoubts() const { return std::ranges::any_of(results, &EntryR
 // Others may be on the router, and would be there twice.
 QList<PortEntry> JobOutcome::ToTryAgain() const {
   QList<PortEntry> rows;
-  for (qsizetype row = 0; row < results.size(); ++row) {
+  for (qsizetype row = 0; row < results.size() && !took_back; ++row) {
     if (results[row].state == EntryState::kMissing || row >= entries) {
       rows.append(results[row].entry);
     }

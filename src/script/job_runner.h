@@ -17,6 +17,7 @@ struct JobOutcome {
   int entries_failed = 0;   // passes that ended in an error block
   bool stopped = false;     // ended before the last row
   bool has_looked = false;  // the router's rules were looked up at the end
+  bool took_back = false;   // the entries were removed: a missing one is as wanted
   // Of each row of the list, once the run has ended.
   QList<EntryResult> results;
 
@@ -54,6 +55,15 @@ class JobRunner final : public ScriptRunner {
   void RunAgain();
   void Check();
 
+  // The rules that jobs of this runner brought and that are still there, the oldest first. Nothing
+  // counts that the router may have had before, or that was not seen there afterwards.
+  const QList<PortEntry>& Brought() const { return brought_; }
+  // Whether the router's row has a script that removes a rule.
+  bool HasRemoveScript() const { return !RemoveScript().isEmpty(); }
+  // After a new Open(): runs that script for each of Brought(), the newest first, and reads the
+  // router's rules before each and at the end. A row that was there before the jobs is not touched.
+  void TakeBack();
+
   // The entries of the job, as they were when it began.
   const QList<PortEntry>& Rows() const { return rows_; }
 
@@ -74,6 +84,11 @@ class JobRunner final : public ScriptRunner {
   Task<> RunRows();
   Task<> EnterRows();
   Task<> CheckRows();
+  Task<> TakeBackRows();
+  Task<> TakeBackRow(int row);
+  QStringList RemoveScript() const;
+  void BeginJournal(bool takes_back);
+  void EndJournal();
   Task<> RunRow(int row, QString& computer_name);
   Task<> ReadBack();
   // What the router shows of each row. Nothing where its rules were not read.
@@ -86,8 +101,10 @@ class JobRunner final : public ScriptRunner {
 
   QList<PortEntry> rows_;
   JobOutcome outcome_;
-  QList<RuleVerdict> before_;            // of each row, or empty
-  QList<QStringList> doubts_;            // of each row
+  QList<RuleVerdict> before_;  // of each row, or empty
+  QList<QStringList> doubts_;  // of each row
+  QList<PortEntry> brought_;
+  QStringList rows_before_;              // what the page showed before the first job
   PageRows page_;                        // as it was read last
   bool is_looking_ = false;              // what fails now costs the job nothing
   std::unique_ptr<JobJournal> journal_;  // of the job that runs; null if none can be written

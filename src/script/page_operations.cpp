@@ -49,6 +49,7 @@ constexpr Operation kNearestNames{"NearestNames", kQuestion, IfGone::kEmptyList}
 constexpr Operation kNamePasswordBoxes{"NamePasswordBoxes", kQuestion, IfGone::kFailed};
 constexpr Operation kPageShowsText{"PageShowsText", kQuestion, IfGone::kFalse};
 constexpr Operation kReadRows{"ReadRows", kQuestion, IfGone::kEmptyText};
+constexpr Operation kClickInRow{"ClickInRow", kClick, IfGone::kFailed};
 constexpr Operation kOpenNextPage{"OpenNextPage", kClick, IfGone::kFailed};
 constexpr Operation kReadComplaints{"ReadComplaints", kQuestion, IfGone::kEmptyList};
 constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
@@ -162,6 +163,10 @@ PageCall NamePasswordBoxes() { return Call(kNamePasswordBoxes, {}); }
 PageCall PageShowsText(const QString& text) { return Call(kPageShowsText, {text}); }
 
 PageCall ReadRows() { return Call(kReadRows, {}); }
+
+PageCall ClickInRow(const QJsonArray& cells, const QString& kind, const QString& name) {
+  return Call(kClickInRow, {cells, kind, name});
+}
 
 PageCall OpenNextPage() { return Call(kOpenNextPage, {}); }
 

@@ -77,9 +77,13 @@ PageCall NamePasswordBoxes();
 // Answers whether the page shows the text; case and line breaks do not count.
 PageCall PageShowsText(const QString& text);
 
-// Answers an object: `rows`, each an array of cells {heading, text, checked}; `headings`, each an
-// array of texts; `isPartial`; `hasNext`. All frames of the page are read. See core/page_rows.h.
+// Answers an object: `rows`, each {cells, title, form} with cells {heading, text, checked};
+// `headings`, each an array of texts; `isPartial`; `hasNext`. All frames of the page are read. See
+// core/page_rows.h, and AddRows() in script/rule_reader.h.
 PageCall ReadRows();
+// Clicks the one button, link or check box of this name in the row that has these cells. `kind` is
+// "button", "link" or "checkbox"; an empty name is any.
+PageCall ClickInRow(const QJsonArray& cells, const QString& kind, const QString& name);
 // Clicks the link to the next page of a table.
 PageCall OpenNextPage();
 

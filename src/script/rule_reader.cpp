@@ -121,8 +121,10 @@ Task<QJsonObject> AskForRows(CommandCall& call) {
 
 void AddRows(const QJsonObject& answer, PageRows& page) {
   for (const QJsonValue& row : answer[QLatin1String("rows")].toArray()) {
-    PageRow read;
-    for (const QJsonValue& cell : row.toArray()) {
+    PageRow read{.cells = {},
+                 .title = row[QLatin1String("title")].toString(),
+                 .is_form = row[QLatin1String("form")].toBool()};
+    for (const QJsonValue& cell : row[QLatin1String("cells")].toArray()) {
       read.cells.append(CellOf(cell.toObject()));
     }
     page.rows.append(read);

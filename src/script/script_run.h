@@ -28,6 +28,9 @@ struct RunArguments {
   QString entry_end_port;
   QString entry_ip;
   QString entry_computer_name;
+  // Rows of the router's page that a script which removes the entry leaves alone, as they are
+  // shown.
+  QStringList rows_to_keep;
 
   bool IsProtocol(const char* protocol) const {
     return entry_protocol.compare(QLatin1String(protocol), Qt::CaseInsensitive) == 0;

@@ -15,6 +15,7 @@ inline constexpr Message kAlreadyExists{
     "Already Exists On The Router, This Entry Will be Skipped."};
 inline constexpr Message kThisEntry{"This Entry"};
 inline constexpr Message kErrorOnWords{"!ERROR! ()"};
+inline constexpr Message kRowMissing{"!ERROR! (The Page Has No Row Of This Entry)"};
 inline constexpr Message kEntrySkipped{"This Entry Will be Skipped."};
 inline constexpr Message kCheckRouterInfo{"Please Check your Router Info And Try Again."};
 inline constexpr Message kWordsSuccessful{"(Successful -"};

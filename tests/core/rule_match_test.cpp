@@ -89,6 +89,22 @@ TEST(RuleMatch, FindsARuleHoweverThePageWritesIt) {
       {kGame,
        "Name | Port | IP | Protocol\nGameServer | 6000-6010 | 192.168.1.5 | TCP\n"
        "GameServer | 6000-6010 | 192.168.1.5 | UDP"},
+      {kWeb, "Name | Port | Device\nWeb | 80 | Desk"},
+      {kWeb, "Port | Forward to | Protocol\n80 | DESK | TCP"},
+      {kWeb, "Name | Ports | IP\nWeb | 80,443 | 192.168.1.5"},
+      {kWeb, "Name | Port | IP\nWeb | 80 -> 8080 | 192.168.1.5"},
+      {kWeb, "\nWeb TCP 80 -> 192.168.1.5:8080"},
+      {kWeb, "\nPort: 80 | Address: 192.168.1.5 | Protocol: TCP"},
+      {kWeb, "\nName: Web | Port: 80 (TCP)"},
+      {kWeb, "\n1 | Web | 80 | 80 | 192.168.1.5 | TCP"},
+      {kWeb,
+       "Bezeichnung | Externer Port | Interner Port | Gerät | Aktiv\nx | 80 | 81 | Desk | [x]"},
+      {kWeb, "Nom | Port externe | Adresse IP | Protocole\nWeb | 80 | 192.168.1.5 | TCP"},
+      {kWeb, "Nombre | Puerto inicial | Puerto final | Dirección IP\nx | 80 | 80 | 192.168.1.5"},
+      {kWeb,
+       "序号 | 外部端口 | 内部端口 | IP地址 | 协议 | 状态\n80 | 80 | 81 | 192.168.1.5 | TCP | "
+       "启用"},
+      {kGame, "Dienst | Ports | Adresse | Protokoll\nx | 6000-6010 | 192.168.1.5 | Beide"},
       {Entry("My Web!", "80", "80", "TCP"), "Name | Port | IP\nMyWeb | 80 | 192.168.1.5"},
       {Entry("80", "80", "80", "TCP"), "Name | Port | IP\n80 | 80 | 192.168.1.5"},
   };
@@ -118,6 +134,12 @@ TEST(RuleMatch, NamesWhatIsNotAsWanted) {
       {kWeb, "Name | IP | TCP Port | UDP Port\nWeb | 192.168.1.5 | N/A | 80", "different protocol"},
       {kGame, "Name | Port | IP | Protocol\nGameServer | 6000-6010 | 192.168.1.5 | TCP",
        "different protocol"},
+      {kWeb, "Name | Port | Device\nWeb | 81 | Laptop", "different port"},
+      {kWeb, "\nWeb | 443 | 192.168.1.5:80 | TCP", "different port"},
+      {kWeb, "Name | External port | IP\nWeb | 8080 -> 80 | 192.168.1.5", "different port"},
+      {kWeb, "Name | Port | IP\nWeb | 80 | fd00::5", "different address"},
+      {kWeb, "Nom | Port | IP | État\nWeb | 80 | 192.168.1.5 | Désactivé", "different disabled"},
+      {kWeb, "名称 | 端口 | 地址 | 状态\nWeb | 80 | 192.168.1.5 | 禁用", "different disabled"},
       {kGame, "Name | Start Port | End Port | IP\nGameServer | 6000 | 6000 | 192.168.1.5",
        "different port"},
   };
@@ -142,6 +164,20 @@ TEST(RuleMatch, TakesNothingElseForTheRule) {
       {"Name | Start Port | End Port | IP\nWebcam | 8000 | 8080 | 192.168.1.5", "missing"},
       {"# | Name | Port | IP\n80 | Mail | 25 | 192.168.1.5", "missing"},
       {"Port | IP\n8080 | 192.168.1.80", "missing"},
+      {"Name | Port | IP\nOther | 443 | 192.168.1.5:80", "missing"},
+      {"Name | Ports | IP\nOther | 443,8443 | 192.168.1.5", "missing"},
+      {"Name | Port | Action | IP\nWeb | 80 | Allow | 192.168.1.5", "unknown"},
+      {"Name | Trigger Port | Open Port | Protocol\nWeb | 80 | 80 | TCP", "unknown"},
+      {"Name | Service | IP | Protocol\nx | HTTP | 192.168.1.5 | TCP", "unknown"},
+      {"Name | Port | IP | Protocol\nWeb | HTTP | 192.168.1.5 | TCP", "unknown"},
+      {"Name | Port | IP | Protocol\nMail | SMTP | 192.168.1.9 | TCP", "missing"},
+      {"Name | Port | Device\nWeb | 80 | Laptop", "unknown"},
+      {"Port | Device | Protocol\n80 | Laptop | TCP", "unknown"},
+      {"Name | Port | IP\nx | 80 | fd00::5", "missing"},
+      {"\nWeb | 80 | 8080 | 192.168.1.5 | TCP", "unknown"},
+      {"\nHTTP server | 8080 | 192.168.1.5 | TCP", "missing"},
+      {"\nSSH\nDNS\nTelnet", "unknown"},
+      {"X | Y | Z\n80 | 192.168.1.5 | 1", "unknown"},
       {"", "unknown"},
       {"\n80", "unknown"},
       {"\nWeb | Mail | Game", "unknown"},
@@ -157,6 +193,54 @@ TEST(RuleMatch, TakesNothingElseForTheRule) {
   PageRows partial = Page("Name | Port | IP\nFTP | 21 | 192.168.1.5");
   partial.is_partial = true;
   EXPECT_EQ(Words(MatchRules({kWeb}, partial).first()), u"unknown"_s);
+}
+
+TEST(RuleMatch, BoxesForANewRuleAndOtherTablesShowNoRule) {
+  PageRows page = Page("Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.5 | TCP");
+  page.rows[0].is_form = true;
+  page.headings.clear();
+  EXPECT_EQ(Words(MatchRules({kWeb}, page).first()), u"unknown"_s);
+  page.rows.append(Page("Name | Port | IP\nFTP | 21 | 192.168.1.5").rows);
+  EXPECT_EQ(Words(MatchRules({kWeb}, page).first()), u"missing"_s);
+  const struct {
+    const char* title;
+    const char* verdict;
+  } rows[] = {{"Port Triggering", "unknown"},
+              {"Firewall rules", "unknown"},
+              {"Firewall: Port Forwarding", "on"},
+              {"Portweiterleitung (Filter)", "on"},
+              {"", "on"}};
+  for (const auto& row : rows) {
+    page = Page("Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.5 | TCP");
+    page.headings.clear();
+    page.rows[0].title = QLatin1String(row.title);
+    EXPECT_EQ(Words(MatchRules({kWeb}, page).first()), QLatin1String(row.verdict)) << row.title;
+  }
+}
+
+TEST(RuleMatch, ANameThatIsCutShortCountsByItsLength) {
+  const struct {
+    const char* name;
+    const char* verdict;
+  } rows[] = {{"GameServe", "on"}, {"GameSe", "on"}, {"Game", "unknown"}, {"Ga", "missing"}};
+  for (const auto& row : rows) {
+    const QString page =
+        u"Name | Port | Protocol\n%1 | 6000-6010 | Both"_s.arg(QLatin1String(row.name));
+    EXPECT_EQ(Words(MatchRules({kGame}, Page(page.toUtf8().constData())).first()),
+              QLatin1String(row.verdict))
+        << row.name;
+  }
+}
+
+TEST(RuleMatch, NamesTheRowsThatAreTheRule) {
+  const PageRows page = Page(
+      "Name | Port | IP | Protocol\nGameServer | 6000-6010 | 192.168.1.5 | TCP\n"
+      "Web | 80 | 192.168.1.5 | TCP\nGameServer | 6000-6010 | 192.168.1.5 | UDP");
+  EXPECT_EQ(MatchRules({kGame}, page).first().rows, (QList<qsizetype>{0, 2}));
+  PageRows part = page;
+  part.rows.removeFirst();
+  EXPECT_EQ(Words(MatchRules({kGame}, part).first()), u"different protocol"_s);
+  EXPECT_EQ(MatchRules({kGame}, part).first().rows, QList<qsizetype>{1});
 }
 
 TEST(RuleMatch, ARowThatIsOneEntryIsNoFaultyFormOfAnother) {

@@ -88,6 +88,30 @@ TEST_F(RouterModels, ARuleOfTheSelectListIsChangedAndNotAddedTwice) {
   EXPECT_EQ(Log().count(QStringLiteral("\r\nTrue")), 3) << Log().toStdString();
 }
 
+// The rules of before stay, even one that is an entry of the job.
+TEST_F(RouterModels, TakeBackRemovesWhatTheJobBroughtAndNothingElse) {
+  context_.job_options.verify_after_update = true;
+  for (const char* model : {"formback", "validator"}) {
+    SCOPED_TRACE(model);
+    ASSERT_NO_FATAL_FAILURE(StartRouter(QLatin1String(model)));
+    const QList<PortEntry> entries = Entries();
+    Run(entries.first(1));
+    const QStringList before = Standing();
+    Run(entries);
+    ASSERT_EQ(runner_->Brought().size(), entries.size() - 1) << Log().toStdString();
+    ASSERT_TRUE(runner_->HasRemoveScript());
+    runner_->Open();
+    runner_->TakeBack();
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(Standing(), before) << Log().toStdString();
+    EXPECT_TRUE(runner_->Brought().isEmpty());
+    EXPECT_TRUE(runner_->Outcome().ToTryAgain().isEmpty());
+    EXPECT_EQ(runner_->Outcome().entries_failed, 0);
+    EXPECT_LT(Log().indexOf(QStringLiteral("Removing ") + entries.last().app_name),
+              Log().indexOf(QStringLiteral("Removing ") + entries.at(1).app_name));
+  }
+}
+
 TEST_F(RouterModels, AFullTableEndsTheJobAndLeavesTheRulesThatFit) {
   const struct {
     const char* model;

@@ -96,11 +96,49 @@ TEST(ExtensionCommands, ARuleThatThePageShowsEndsTheEntry) {
       cells.append(QJsonObject{{u"text"_s, QLatin1String(text)}});
     }
     QJsonArray rows;
-    rows.append(cells);
+    rows.append(QJsonObject{{u"cells"_s, cells}});
     ScriptRig rig;
     rig.pages.Answer("ReadRows", {QJsonObject{{u"rows"_s, rows}}});
     EXPECT_EQ(rig.Run({"check_if_rule_exists(\"\")", "set_ip(\"next,\")"}), example.end);
     EXPECT_EQ(rig.pages.calls.filter(u"next"_s).isEmpty(), example.end == RunEnd::kEntryExists);
+  }
+}
+
+// What follows the command removes what the command has chosen: it must not run without.
+TEST(ExtensionCommands, OnlyTheRowOfTheEntryIsClickedAndElseTheEntryEnds) {
+  const struct {
+    const char* what;
+    const char* address;
+    bool has_element;
+    QStringList kept;
+    bool is_clicked;
+    RunEnd end;
+  } cases[] = {
+      {"the row", "192.168.1.100", true, {}, true, RunEnd::kAllLinesDone},
+      {"no button in it", "192.168.1.100", false, {}, true, RunEnd::kPageError},
+      {"the row of another computer", "192.168.1.101", true, {}, false, RunEnd::kPageError},
+      {"a row that is to be kept",
+       "192.168.1.100",
+       true,
+       {u"Web | 80-90 | TCP | 192.168.1.100"_s},
+       false,
+       RunEnd::kPageError},
+  };
+  for (const auto& example : cases) {
+    SCOPED_TRACE(example.what);
+    QJsonArray cells;
+    for (const char* text : {"Web", "80-90", "TCP", example.address}) {
+      cells.append(QJsonObject{{u"text"_s, QLatin1String(text)}});
+    }
+    const QJsonObject row{{u"cells"_s, cells}};
+    ScriptRig rig;
+    rig.entry.rows_to_keep = example.kept;
+    rig.pages.Answer("ReadRows", {QJsonObject{{u"rows"_s, QJsonArray{row}}}});
+    rig.pages.Answer("ClickInRow", {example.has_element ? kDone : kFailed});
+    EXPECT_EQ(rig.Run({"click_in_entry_row(\"button,Delete\")", "set_ip(\"next,\")"}), example.end);
+    EXPECT_EQ(rig.pages.calls.filter(u"ClickInRow"_s).isEmpty(), !example.is_clicked);
+    EXPECT_EQ(rig.pages.calls.filter(u", button, Delete)"_s).isEmpty(), !example.is_clicked);
+    EXPECT_EQ(rig.pages.calls.filter(u"next"_s).isEmpty(), example.end == RunEnd::kPageError);
   }
 }
 

@@ -36,6 +36,20 @@ class RuleReading : public PageJob {
 constexpr char kHead[] =
     "<table><tr><th>Name<th>Start Port<th>End Port<th>IP<th>Protocol<th>Enable</tr>";
 
+// A row in which everything can be changed.
+QByteArray Boxes(const char* name, const char* start, const char* end, const char* part) {
+  return QStringLiteral(
+             "<tr><td><input value='%1'><td><input value='%2'> to <input value='%3'><td>10.0.0."
+             "<input value='%4'><td><input type=checkbox checked><td><input type=checkbox></tr>")
+      .arg(QLatin1String(name), QLatin1String(start), QLatin1String(end), QLatin1String(part))
+      .toUtf8();
+}
+
+// The cells of a form for a new rule, with the values of the entry.
+constexpr char kForm[] =
+    "<td><input value=Web><td><input value=80><td><input value=90><td><input value=10.0.0.5>"
+    "<td><select><option>TCP<option>UDP</select><td><input type=checkbox checked>";
+
 QByteArray Table(const QByteArray& rows) { return kHead + rows + "</table>"; }
 
 QByteArray Row(const char* name, int start, int end, const char* ip, bool enabled = true) {
@@ -68,10 +82,108 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        "</table>",
        "on-router"},
       {"boxes in the rows, and the last part of the address",
-       "<table><tr><td>Name<td>Ports<td>IP Address<td>TCP<td>UDP</tr><tr><td><input value=Web>"
-       "<td><input value=80> to <input value=90><td>10.0.0.<input value=5>"
-       "<td><input type=checkbox checked><td><input type=checkbox></tr></table>",
+       "<table><tr><td>Name<td>Ports<td>IP Address<td>TCP<td>UDP</tr>" +
+           Boxes("Web", "80", "90", "5") + Boxes("", "", "", "") + "</table>",
        "on-router"},
+      {"one row of boxes, which may be a form",
+       "<table><tr><td>Name<td>Ports<td>IP Address<td>TCP<td>UDP</tr>" +
+           Boxes("Web", "80", "90", "5") + "</table>",
+       "unknown"},
+      {"a form below the table that has what was typed",
+       Table(others) + "<table><tr>" + kForm + "</tr></table>", "missing"},
+      {"the same in the table of the rules", Table(others + "<tr>" + kForm + "</tr>"), "missing"},
+      {"a form alone", "<form><table><tr>" + QByteArray(kForm) + "</tr></table></form>", "unknown"},
+      {"a form of several rows",
+       "<table><tr><td>Name<td><input value=Web><tr><td>TCP Ports<td><input value=80> - <input "
+       "value=90><tr><td>IP address<td><input value=10.0.0.5></table>",
+       "unknown"},
+      {"a form of blocks",
+       "<div class=a><p>Rule</p><p>Ports</p></div><div class=a><p><input value=Web></p><p><input "
+       "value=80>-<input value=90></p><p>TCP to <input value=10.0.0.5></p></div>",
+       "unknown"},
+      {"rules of boxes, and a form like them that adds",
+       "<table>" + Boxes("Cam", "80", "90", "9") + Boxes("Mail", "25", "25", "5") +
+           Boxes("Web", "80", "90", "5").replace("</tr>", "<td><button>Add</button></tr>") +
+           "</table>",
+       "missing"},
+      {"rules of numbered boxes, and a form without a number",
+       "<table><tr><td>Name<td>Ports<td>IP<td>TCP<td>UDP</tr>" +
+           Boxes("Cam", "80", "90", "9").replace("<input ", "<input name=r_1 ") +
+           Boxes("Web", "80", "90", "5").replace("<input ", "<input name=r_new ") + "</table>",
+       "unknown"},
+      {"a template in a table of boxes",
+       "<table><tr><td>Name<td>Ports<td>IP<td>TCP<td>UDP</tr>" + Boxes("Mail", "25", "25", "5") +
+           Boxes("", "", "", "") + "</table>",
+       "missing"},
+      {"a table of triggers",
+       "<h2>Port Triggering</h2>" + Table(web) + "<h2>Port Forwarding</h2>" + Table(others),
+       "missing"},
+      {"a table of the firewall",
+       "<table><caption>Firewall<tr><th>Name<th>Action<th>Port<th>Protocol<th>To<tr><td>Web"
+       "<td>Allow<td>80-90<td>TCP<td>10.0.0.5</table>",
+       "unknown"},
+      {"leases, and rules of others",
+       "<table><tr><th>Host<th>IP address<th>MAC<tr><td>Desk<td>10.0.0.5<td>00:80:90:11:22:33"
+       "</table>" +
+           Table(others),
+       "missing"},
+      {"services by name",
+       "<table><tr><th>Name<th>Port<th>IP<th>Protocol<tr><td>Web<td>HTTP<td>10.0.0.5<td>TCP"
+       "</table>",
+       "unknown"},
+      {"names of computers",
+       "<table><tr><th>Name<th>Ports<th>Device<th>Protocol<tr><td>Web<td>80-90<td>Desk<td>TCP"
+       "</table>",
+       "on-router"},
+      {"a name of another computer",
+       "<table><tr><th>Name<th>Ports<th>Device<th>Protocol<tr><td>Web<td>80-90<td>laptop<td>TCP"
+       "</table>",
+       "unknown"},
+      {"German headings",
+       "<table><tr><th>Bezeichnung<th>Ports<th>Ger\xC3\xA4t<th>Protokoll<th>Aktiv<tr><td>Web"
+       "<td>80-90<td>10.0.0.5<td>TCP<td>nein</table>",
+       "different disabled"},
+      {"Chinese headings",
+       "<table><tr><th>\xE5\x90\x8D\xE7\xA7\xB0<th>\xE7\xAB\xAF\xE5\x8F\xA3<th>IP\xE5\x9C\xB0"
+       "\xE5\x9D\x80<th>\xE5\x8D\x8F\xE8\xAE\xAE<tr><td>x<td>80-90<td>10.0.0.5<td>TCP</table>",
+       "on-router"},
+      {"headings that say nothing",
+       "<table><tr><th>A<th>B<th>C<tr><td>Web<td>80<td>10.0.0.5</table>", "unknown"},
+      {"an IPv6 rule", Table(Row("Web", 80, 90, "fd00::5")), "different address"},
+      {"a grid of roles",
+       "<div role=grid><div role=row><span role=columnheader>Name</span><span role=columnheader>"
+       "Ports</span><span role=columnheader>IP</span><span role=columnheader>On</span></div>"
+       "<div role=row><span role=gridcell>Web</span><span role=gridcell>80-90</span>"
+       "<span role=gridcell>10.0.0.5</span><span role=gridcell><i role=switch aria-checked=true>"
+       "</i></span></div></div>",
+       "on-router"},
+      {"a switch that is off",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Enabled<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<span role=switch aria-checked=false>on</span></table>",
+       "different disabled"},
+      {"a picture for off",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Status<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<img src=/i/off.gif></table>",
+       "different disabled"},
+      {"a word that a style hides",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Status<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<span style='display:none'>Enabled</span><span>Disabled</span></table>",
+       "different disabled"},
+      {"a list of definitions",
+       "<dl><dt>Name<dd>Mail<dt>Port<dd>25<dt>Address<dd>10.0.0.5<dt>Name<dd>Web<dt>Port"
+       "<dd>80-90<dt>Address<dd>10.0.0.5</dl>",
+       "on-router"},
+      {"cards",
+       "<div><div class=card><p><b>Name</b> <i>Mail</i></p><p><b>Port</b> <i>25</i></p></div>"
+       "<div class=card><p><b>Name</b> <i>Web</i></p><p><b>Port:</b> <i>80-90</i></p>"
+       "<p>Protocol: TCP</p></div></div>",
+       "on-router"},
+      {"a list of ports",
+       "<table><tr><th>Name<th>Ports<th>IP<tr><td>Web<td>80,90<td>10.0.0.5</table>",
+       "different port"},
+      {"the ports of the router and of the computer in one cell",
+       "<table><tr><th>Name<th>Ports<th>IP<tr><td>Web<td>8080-8090 -> 80-90<td>10.0.0.5</table>",
+       "different port"},
       {"a list box", "<select size=5><option>Web TCP 80-90 10.0.0.5<option>Mail TCP 25</select>",
        "on-router"},
       {"a list of items", "<ul><li>Mail: 25 TCP 10.0.0.5<li>Web: 80-90 TCP 10.0.0.5</ul>",
@@ -114,6 +226,19 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
     server_.replies["/rules"] = Html(row.markup);
     EXPECT_EQ(Look(), QLatin1String(row.words)) << runner_->Log().Text().toStdString();
   }
+}
+
+TEST_F(RuleReading, OfALongTableFindsTheLastRuleAndNoOther) {
+  QByteArray rows;
+  for (int i = 0; i < 499; ++i) {
+    rows += Row(qPrintable(u"Rule%1"_s.arg(i)), 1000 + i, 1000 + i, "10.0.0.5");
+  }
+  server_.replies["/rules"] = Html(Table(rows + Row("Web", 80, 90, "10.0.0.5")));
+  EXPECT_EQ(Look(), u"on-router"_s);
+  server_.replies["/rules"] = Html(Table(rows + Row("Web", 80, 90, "10.0.0.6")));
+  EXPECT_EQ(Look(), u"different address"_s);
+  server_.replies["/rules"] = Html(Table(rows));
+  EXPECT_EQ(Look(), u"missing"_s);
 }
 
 // What became of a save is what the router shows, whatever the steps said.

@@ -30,8 +30,18 @@ function isShown(element) {
 
 const CONTROL = 'input:not([type=hidden i]),select,textarea';
 
-function isTick(control) {
-  return fits(control, 'input[type=checkbox i],input[type=radio i]');
+const TICKED_BOX = 'input[type=checkbox i],input[type=radio i],[role=checkbox],[role=switch]';
+
+function isTicked(control) {
+  return fits(control, 'input') ? control.checked === true
+    : attributeOf(control, 'aria-checked') === 'true';
+}
+
+// Pictures for "on" and "off" without a text.
+function wordOfImage(image) {
+  const file = /(?:^|[/_-])(on|off|enabled?|disabled?|active|inactive)\.\w{3,4}$/i.exec(
+    attributeOf(image, 'src') || '');
+  return textOf(image, 'alt') || textOf(image, 'title') || (file ? file[1] : '');
 }
 
 // The words that an element shows, with the values of its boxes where they are. Check boxes are
@@ -46,7 +56,8 @@ function wordsOf(element) {
       words += textContentOf(node);
       return;
     }
-    if (!isElement(node) || fits(node, 'script,style,template,noscript')) {
+    if (!isElement(node) || fits(node, 'script,style,template,noscript') ||
+        (node !== element && getComputedStyle(node).display === 'none')) {
       return;
     }
     if (fits(node, 'select')) {
@@ -57,7 +68,7 @@ function wordsOf(element) {
         'input[type=number i],input[type=tel i],input[type=search i],input[type=url i]');
       words += holdsText ? ' ' + textOf(node, 'value') + ' ' : ' ';
     } else if (fits(node, 'img')) {
-      words += ' ' + (textOf(node, 'alt') || textOf(node, 'title')) + ' ';
+      words += ' ' + wordOfImage(node) + ' ';
     } else {
       const root = shadowRootOf(node);
       for (const child of (root || node).childNodes) {
@@ -79,22 +90,78 @@ function captionOfTick(control) {
 
 // The cells that one place of a row makes: its words, and each of its check boxes.
 function cellsOf(place, heading) {
-  const ticks = [];
-  if (fits(place, CONTROL) && isTick(place)) {
-    ticks.push(place);
-  }
-  ticks.push(...Array.from(queryElement(place, CONTROL)).filter(isTick));
+  const ticks = [...(fits(place, TICKED_BOX) ? [place] : []), ...queryElement(place, TICKED_BOX)];
   const cells = ticks.map((tick) => ({
     // A box alone in a column is what the column says; of several, each is what its label says.
     heading: ticks.length === 1 && heading !== '' ? heading : captionOfTick(tick),
     text: '',
-    checked: tick.checked === true,
+    checked: isTicked(tick),
   }));
   const words = wordsOf(place);
   if (words !== '' || cells.length === 0) {
     cells.unshift({heading, text: words});
   }
   return cells;
+}
+
+// ---- Boxes for a new rule ----
+
+// A form often still has what was typed last. Its boxes are no rule of the router; those of a table
+// in which every rule is a row of boxes are.
+const ADDS = new RegExp('^(?:add|new|create|insert|hinzuf\u00fcgen|neu|anlegen|ajouter|nouveau|' +
+  'cr\u00e9er|a\u00f1adir|agregar|nuevo|crear|\u6dfb\u52a0|\u65b0\u589e|\u65b0\u5efa|\\+)(?![a-z])', 'i');
+const TYPED = 'textarea,input:not([type]),input[type=text i],input[type=number i],' +
+  'input[type=tel i],input[type=search i]';
+
+// The kinds and names of the boxes; the numbers in names are those of the rows.
+function shapeOf(element) {
+  return Array.from(queryElement(element, CONTROL)).map((control) => control.tagName +
+    (attributeOf(control, 'type') || '') + ':' +
+    (textOf(control, 'name') || textOf(control, 'id')).replace(/\d+/g, '#'));
+}
+
+// `peers` are the rows, items or blocks beside this one, with itself.
+function isEntryForm(element, peers) {
+  const FEWEST = 3;
+  const typed = Array.from(queryElement(element, TYPED)).filter((box) =>
+    box.disabled !== true && box.readOnly !== true && /\d/.test(textOf(box, 'value')));
+  if (typed.length === 0) {
+    return false;
+  }
+  const adds = Array.from(queryElement(element, 'a,button,input[type=submit i],' +
+    'input[type=button i],[role=button]')).some((control) =>
+    captionsOf(control).some((caption) => ADDS.test(caption)));
+  const shape = shapeOf(element);
+  const key = shape.join();
+  return adds || shape.length < FEWEST ||
+    peers.filter((peer) => shapeOf(peer).join() === key).length < 2;
+}
+
+// The heading above a table or list: its caption, or the nearest heading before it.
+function titleOf(element) {
+  const HEADING = 'h1,h2,h3,h4,h5,h6,legend,caption,[role=heading]';
+  const MOST_UP = 4;
+  const MOST_BACK = 4;
+  const own = queryElement(element, 'caption')[0];
+  if (own) {
+    return collapse(textContentOf(own)).slice(0, LONGEST_CELL);
+  }
+  let around = element;
+  for (let up = 0; around && up < MOST_UP; up += 1) {
+    let before = around.previousElementSibling;
+    for (let back = 0; before && back < MOST_BACK; back += 1) {
+      const heading = fits(before, HEADING) ? before : queryElement(before, HEADING)[0];
+      if (heading) {
+        return collapse(textContentOf(heading)).slice(0, LONGEST_CELL);
+      }
+      if (fits(before, 'table')) {
+        return '';
+      }
+      before = before.previousElementSibling;
+    }
+    around = parentOf(around);
+  }
+  return '';
 }
 
 // ---- Tables ----
@@ -159,7 +226,13 @@ function readTable(rows, found) {
     }
   }
   const named = Array.from(headings, (heading) => heading || '');
-  if (named.length > 0) {
+  const table = closestOf(rows[0], 'table,[role=table],[role=grid]') || rows[0];
+  const title = first > 0 && new Set(grid[0]).size < 2 ? wordsOf(grid[0][0] || table)
+    : titleOf(table);
+  const shown = rows.slice(first).filter(isShown);
+  const forms = new Set(shown.filter((row) => isEntryForm(row, shown)));
+  // Above nothing but boxes, headings are those of a form.
+  if (named.length > 0 && (shown.length === 0 || shown.length > forms.size)) {
     found.headings.push(named);
   }
   for (let r = first; r < grid.length; r += 1) {
@@ -174,11 +247,11 @@ function readTable(rows, found) {
       }
       before = cell;
     });
-    addRow(found, cells);
+    addRow(found, rows[r], cells, {title, form: forms.has(rows[r])});
   }
 }
 
-function addRow(found, cells) {
+function addRow(found, element, cells, {title = '', form = false} = {}) {
   if (cells.every((cell) => cell.text === '' && cell.checked === undefined)) {
     return;
   }
@@ -186,7 +259,8 @@ function addRow(found, cells) {
     found.isPartial = true;
     return;
   }
-  found.rows.push(cells.slice(0, MOST_CELLS));
+  found.rows.push({cells: cells.slice(0, MOST_CELLS), title, form});
+  found.places.push(element);
 }
 
 // Rows of tables that are made of other elements by their style.
@@ -214,21 +288,64 @@ function tablesOf(document_, styled) {
 
 // ---- Lists and blocks ----
 
+// The text of a part of a card: "Port: 80", also where the page has label and value in elements.
+function cellsOfPart(part) {
+  const [label, value, more] = Array.from(childrenOf(part));
+  const isPair = value && !more && queryElement(part, TICKED_BOX).length === 0 &&
+    collapse(textContentOf(part)) === collapse(textContentOf(label) + ' ' + textContentOf(value));
+  return isPair
+    ? [{heading: '', text: wordsOf(label).replace(/\s*[:\uff1a]$/, '') + ': ' + wordsOf(value)}]
+    : cellsOf(part, '');
+}
+
 // Items of lists, and options of a list box: the whole rule in one text.
 function readLists(document_, found, styled) {
   for (const item of all(document_, 'li,[role=listitem],[role=option]')) {
-    if (!styled.has(item) && isShown(item) && queryElement(item, 'li,tr').length === 0) {
-      addRow(found, Array.from(childrenOf(item)).length > 1
-        ? Array.from(childrenOf(item)).flatMap((child) => cellsOf(child, ''))
-        : cellsOf(item, ''));
+    if (!styled.has(item) && isShown(item) && queryElement(item, 'li,tr,dl').length === 0) {
+      const cells = Array.from(childrenOf(item)).length > 1
+        ? Array.from(childrenOf(item)).flatMap(cellsOfPart) : cellsOf(item, '');
+      const list = parentOf(item);
+      const peers = list ? Array.from(childrenOf(list)) : [item];
+      addRow(found, item, cells, {title: titleOf(list || item), form: isEntryForm(item, peers)});
     }
   }
   for (const list of all(document_, 'select')) {
     if ((list.size > 1 || list.multiple) && isShown(list)) {
       for (const option of queryElement(list, 'option')) {
-        addRow(found, [{heading: '', text: collapse(textContentOf(option)).slice(0, LONGEST_CELL)}]);
+        const text = collapse(textContentOf(option)).slice(0, LONGEST_CELL);
+        addRow(found, option, [{heading: '', text}]);
       }
     }
+  }
+}
+
+// A list of names and values is one row, or, where its first name comes again, several.
+function readDefinitions(document_, found) {
+  for (const list of all(document_, 'dl')) {
+    if (!isShown(list)) {
+      continue;
+    }
+    const title = titleOf(list);
+    const form = isEntryForm(list, [list]);
+    let first = '';
+    let name = '';
+    let cells = [];
+    for (const part of queryElement(list, 'dt,dd')) {
+      const words = wordsOf(part);
+      if (fits(part, 'dt')) {
+        if (words === first) {
+          addRow(found, list, cells, {title, form});
+          cells = [];
+        }
+        first = first || words;
+        name = words.replace(/\s*[:\uff1a]$/, '');
+      } else {
+        const values = cellsOf(part, '');
+        cells.push(...values.map((cell) => cell.checked === undefined
+          ? {heading: '', text: name + ': ' + cell.text} : {...cell, heading: name}));
+      }
+    }
+    addRow(found, list, cells, {title, form});
   }
 }
 
@@ -239,12 +356,17 @@ function readBlocks(document_, found, styled) {
   for (const block of all(document_, 'div[class],section,article,fieldset')) {
     const parts = Array.from(childrenOf(block));
     const parent = parentOf(block);
-    const isRow = parts.length > 1 && closestOf(block, 'tr,li') === null && parent !== null &&
-      !styled.has(block) &&
-      Array.from(childrenOf(parent)).some((other) => other !== block && isLike(block, other));
-    if (isRow && isShown(block) && queryElement(block, 'tr,li,fieldset').length === 0) {
-      addRow(found, parts.flatMap((part) => cellsOf(part, attributeOf(part, 'data-title') ||
-        attributeOf(part, 'data-label') || '')));
+    const peers = parent === null ? []
+      : Array.from(childrenOf(parent)).filter((other) => isLike(block, other));
+    const isRow = parts.length > 1 && closestOf(block, 'tr,li,dl,[role=row]') === null &&
+      peers.length > 1 && !styled.has(block);
+    if (isRow && isShown(block) &&
+        queryElement(block, 'tr,li,dl,fieldset,[role=row]').length === 0) {
+      const cells = parts.flatMap((part) => {
+        const label = attributeOf(part, 'data-title') || attributeOf(part, 'data-label') || '';
+        return label === '' ? cellsOfPart(part) : cellsOf(part, label);
+      });
+      addRow(found, block, cells, {title: titleOf(parent), form: isEntryForm(block, peers)});
     }
   }
 }
@@ -268,22 +390,75 @@ function isPlainLink(control) {
     /^https?:$/.test(control.protocol) && !/^#/.test(attributeOf(control, 'href'));
 }
 
+// The rows of the page, with the element of each in `places`.
+function readPage(document_) {
+  const found = {rows: [], places: [], headings: [], isPartial: false, hasNext: false};
+  for (const each of documentsBelow(document_)) {
+    const styled = new Set(styledRows(each));
+    for (const rows of tablesOf(each, styled)) {
+      readTable(rows, found);
+    }
+    readLists(each, found, styled);
+    readDefinitions(each, found);
+    readBlocks(each, found, styled);
+    const next = nextPageControl(each);
+    found.hasNext = found.hasNext || (next !== null && isPlainLink(next));
+    found.isPartial = found.isPartial || (next !== null && !isPlainLink(next));
+  }
+  return found;
+}
+
+// ---- Work on one row ----
+
+const IN_ROW = {
+  button: 'button,input[type=submit i],input[type=button i],input[type=image i],[role=button],' +
+    'img[onclick]',
+  link: 'a[href],a[onclick]',
+  checkbox: TICKED_BOX,
+};
+
+function cellsAsText(cells) {
+  return JSON.stringify(cells.map((cell) => [cell.heading, cell.text, cell.checked ?? null]));
+}
+
+// The elements of a kind in a row; an empty name: all.
+function elementsInRow(row, kind, name) {
+  const isNamed = (element) => name === '' || captionsOf(element).some((caption) =>
+    fold(caption) === fold(name)) ||
+    ['name', 'id', 'value'].some((property) => textOf(element, property) === name) ||
+    ['href', 'onclick', 'src'].some((attribute) =>
+      contains(attributeOf(element, attribute) || '', name));
+  return Array.from(queryElement(row, IN_ROW[kind] || 'nothing'))
+    .filter((element) => isNamed(element) && isShown(element));
+}
+
 Object.assign(operations, {
   // Answers {rows, headings, isPartial, hasNext}.
   ReadRows(document_) {
-    const found = {rows: [], headings: [], isPartial: false, hasNext: false};
-    for (const each of documentsBelow(document_)) {
-      const styled = new Set(styledRows(each));
-      for (const rows of tablesOf(each, styled)) {
-        readTable(rows, found);
-      }
-      readLists(each, found, styled);
-      readBlocks(each, found, styled);
-      const next = nextPageControl(each);
-      found.hasNext = found.hasNext || (next !== null && isPlainLink(next));
-      found.isPartial = found.isPartial || (next !== null && !isPlainLink(next));
+    const {rows, headings, isPartial, hasNext} = readPage(document_);
+    return {rows, headings, isPartial, hasNext};
+  },
+
+  // Clicks the one element of this kind and name in the row that has these cells. Where it is a
+  // check box, no box like it may be checked in another row: a button would count for that one, too.
+  ClickInRow(document_, cells, kind, name) {
+    const {rows, places} = readPage(document_);
+    const wanted = cellsAsText(cells);
+    const fitting = new Set(places.filter((place, i) => cellsAsText(rows[i].cells) === wanted));
+    const targets = new Set(Array.from(fitting)
+      .flatMap((place) => elementsInRow(place, kind, name)));
+    if (targets.size !== 1) {
+      return FAILED;
     }
-    return found;
+    const [target] = targets;
+    const place = {element: target, exact: true, again: () => null};
+    if (kind !== 'checkbox') {
+      return pressFound(place);
+    }
+    const others = places.filter((other) => !fitting.has(other))
+      .flatMap((other) => elementsInRow(other, kind, name));
+    return others.some((other) => other !== target && isTicked(other)) ? FAILED
+      : check(place, true);
   },
 
   // Goes to the next page of a table.
