@@ -260,7 +260,9 @@ constexpr FieldSpec kExpectedText[] = {
     {.name = "text", .help = "The text, in any case of letters; empty for the entry's name."}};
 
 constexpr FieldSpec kKindAndName[] = {
-    {.name = "kind", .kind = FieldKind::kNeededText, .help = "button, link or checkbox."},
+    {.name = "kind",
+     .kind = FieldKind::kNeededText,
+     .help = "button, link, checkbox, or row for the row itself."},
     {.name = "name",
      .when_missing = WhenMissing::kUsesDefault,
      .takes_rest = true,

@@ -82,7 +82,7 @@ PageCall PageShowsText(const QString& text);
 // core/page_rows.h, and AddRows() in script/rule_reader.h.
 PageCall ReadRows();
 // Clicks the one button, link or check box of this name in the row that has these cells. `kind` is
-// "button", "link" or "checkbox"; an empty name is any.
+// "button", "link", "checkbox" or "row"; an empty name is any.
 PageCall ClickInRow(const QJsonArray& cells, const QString& kind, const QString& name);
 // Clicks the link to the next page of a table.
 PageCall OpenNextPage();

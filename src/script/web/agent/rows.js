@@ -412,7 +412,7 @@ function readPage(document_) {
 
 const IN_ROW = {
   button: 'button,input[type=submit i],input[type=button i],input[type=image i],[role=button],' +
-    'img[onclick]',
+    'img[onclick],input[onclick]:not([type=checkbox i],[type=radio i])',
   link: 'a[href],a[onclick]',
   checkbox: TICKED_BOX,
 };
@@ -421,8 +421,12 @@ function cellsAsText(cells) {
   return JSON.stringify(cells.map((cell) => [cell.heading, cell.text, cell.checked ?? null]));
 }
 
-// The elements of a kind in a row; an empty name: all.
+// The elements of a kind in a row; an empty name: all. A row that is clicked itself is clicked in its
+// first cell.
 function elementsInRow(row, kind, name) {
+  if (kind === 'row') {
+    return [Array.from(childrenOf(row)).find(isShown) || row];
+  }
   const isNamed = (element) => name === '' || captionsOf(element).some((caption) =>
     fold(caption) === fold(name)) ||
     ['name', 'id', 'value'].some((property) => textOf(element, property) === name) ||
