@@ -30,7 +30,8 @@ TEST_F(PageJob, APageSavesWhileItsDetailsAreClosed) {
   };
   WindowPrompts prompts(context_.translator);
   context_.session.update_script = {u"nav(\"rule\")"_s, u"set_name(\"box,\")"_s,
-                                    u"click_button(\"go\")"_s, u"nav(\"fine\")"_s};
+                                    u"click_button(\"go\")"_s,
+                                    u"wait_until_words_found(\"saved\")"_s, u"nav(\"fine\")"_s};
   for (const auto& page : pages) {
     server_.replies["/rule"] = Html(
         "<input id=box name=box style='opacity:1;transition:opacity .3s'>"
