@@ -6,9 +6,9 @@
 #include "script/web/web_engine.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
-#include "ui/network/second_router_dialog.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
+#include "ui/network/second_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
 
@@ -31,7 +31,12 @@ PageHostFactory ProgramWindows::Hosts() const {
   return WebPageHosts(context_.job_options, context_.translator, &context_.certificates);
 }
 
-QWidget* ProgramWindows::Job() { return new JobWindow(context_, prompts_, Hosts()); }
+QWidget* ProgramWindows::Job() {
+  auto* window = new JobWindow(context_, prompts_, Hosts());
+  QObject::connect(window, &JobWindow::routerPageWanted, window,
+                   [this, window] { PageView(window)->open(); });
+  return window;
+}
 
 QWidget* ProgramWindows::RouterCheck() {
   return new JobWindow(context_, prompts_, Hosts(), JobKind::kCheck);

@@ -154,7 +154,7 @@ TEST_F(RunWindowTest, ACheckLooksOnlyAndItsStatesGoIntoTheList) {
   QJsonArray tables;
   tables.append(QJsonArray::fromStringList(headings));
   QJsonArray rows;
-  rows.append(row);
+  rows.append(QJsonObject{{u"cells"_s, row}});
   rows_[u"headings"_s] = tables;
   rows_[u"rows"_s] = rows;
   OpenJob(JobKind::kCheck);

@@ -84,7 +84,7 @@ QJsonObject MakeRows() {
       cells.append(QJsonObject{{QStringLiteral("heading"), headings.at(cells.size())},
                                {QStringLiteral("text"), QLatin1String(text)}});
     }
-    return cells;
+    return QJsonObject{{QStringLiteral("cells"), cells}};
   };
   QJsonArray tables;
   tables.append(QJsonArray::fromStringList(headings));

@@ -9,6 +9,8 @@
 #include <QHeaderView>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
+
 #include "core/save_file.h"
 #include "ui/job/job_window_texts.h"
 #include "ui/job/result_texts.h"
@@ -120,6 +122,7 @@ void JobWindow::ConnectButtons() {
   });
   connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
   connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
+  connect(ui_->take_back_button, &QPushButton::clicked, this, &JobWindow::AskToTakeBack);
   connect(ui_->report_button, &QPushButton::clicked, this, &JobWindow::SaveReport);
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
 }
@@ -145,7 +148,8 @@ void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
   rows_ = rows;
   NoteLogin();
   ui_->headline_label->setText(
-      Text(message::kEntryOf).arg(QString::number(row), QString::number(rows), app_name));
+      Text(runner_->Outcome().took_back ? message::kRemovingEntry : message::kEntryOf)
+          .arg(QString::number(row), QString::number(rows), app_name));
   setWindowTitle(
       QStringLiteral("%1 (%2/%3)").arg(Title(), QString::number(row), QString::number(rows)));
   ui_->busy_bar->SetMoving(true);
@@ -237,6 +241,7 @@ void JobWindow::ShowEnd() {
   ui_->again_button->setVisible(kind_ == JobKind::kUpdate &&
                                 context_.job_options.verify_after_update &&
                                 !outcome.ToTryAgain().isEmpty());
+  ui_->take_back_button->setVisible(!runner_->Brought().isEmpty());
   ui_->report_button->show();
   setWindowTitle(Title());
   NotifyOfEnd();
@@ -316,12 +321,47 @@ void JobWindow::TryAgain() {
   if (context_.job_flags.is_running) {
     return;
   }
+  OpenAgain();
+  runner_->RunAgain();
+  entry_states_.Begin(runner_->Rows());
+  ShowLooks();
+}
+
+void JobWindow::OpenAgain() {
   ui_->again_button->hide();
+  ui_->take_back_button->hide();
   ui_->report_button->hide();
   ui_->stop_button->setEnabled(true);
   runner_->Open();
   display_->ShowOpened();
-  runner_->RunAgain();
+}
+
+void JobWindow::AskToTakeBack() {
+  QStringList rules;
+  for (const PortEntry& entry : runner_->Brought()) {
+    rules.append(QStringLiteral("%1 (%2 %3-%4)")
+                     .arg(entry.app_name, entry.protocol, entry.start_port, entry.end_port));
+  }
+  const QString list = rules.join(QLatin1Char('\n'));
+  if (!runner_->HasRemoveScript()) {
+    prompts_.Tell(this, Text(message::kTakeBackByHand).arg(list),
+                  [this] { Q_EMIT routerPageWanted(); });
+    return;
+  }
+  prompts_.AskCarefully(this, Text(message::kTakeBackTitle),
+                        Text(message::kTakeBackQuestion).arg(list), [this](bool yes) {
+                          if (yes) {
+                            TakeBack();
+                          }
+                        });
+}
+
+void JobWindow::TakeBack() {
+  if (context_.job_flags.is_running) {
+    return;
+  }
+  OpenAgain();
+  runner_->TakeBack();
   entry_states_.Begin(runner_->Rows());
   ShowLooks();
 }
@@ -336,6 +376,12 @@ QString JobWindow::OutcomeText() const {
   }
   if (outcome.stopped) {
     return Text(message::kEndedEarly);
+  }
+  if (outcome.took_back) {
+    const auto removed =
+        std::ranges::count(outcome.results, EntryState::kMissing, &EntryResult::state);
+    return Text(message::kTakenBack)
+        .arg(QString::number(removed), QString::number(outcome.results.size()));
   }
   if (outcome.entries_failed > 0) {
     return Text(message::kFinishedWithErrors)

@@ -39,6 +39,10 @@ class JobWindow final : public QWidget {
             JobKind kind = JobKind::kUpdate);
   ~JobWindow() override;
 
+ Q_SIGNALS:
+  // The user is to remove rules by hand.
+  void routerPageWanted();
+
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -65,6 +69,12 @@ class JobWindow final : public QWidget {
   bool IsInFront() const;
   void SaveReport();
   QString Report() const;
+  // Asks, and removes the rules that the job brought; where the router has no script for that, says
+  // which they are and asks for the router's page.
+  void AskToTakeBack();
+  void TakeBack();
+  // Makes the window ready for another job of its runner.
+  void OpenAgain();
   // Enters those entries again that are surely not on the router.
   void TryAgain();
   void Stop();

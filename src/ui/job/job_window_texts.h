@@ -36,6 +36,16 @@ inline constexpr Message kCannotLook{
     "and port, and the login in the main window, and try again."};
 inline constexpr Message kCheckTitle{"Router Check"};
 
+inline constexpr Message kRemovingEntry{"Removing rule %1 of %2: %3"};
+inline constexpr Message kTakeBackTitle{"Take Back?"};
+inline constexpr Message kTakeBackQuestion{
+    "These rules, which this job brought, are removed from your router:\n\n%1\n\nRules that were "
+    "there before stay."};
+inline constexpr Message kTakeBackByHand{
+    "Quayline cannot remove rules from a router of this model. Please remove these on its page, "
+    "which opens now:\n\n%1"};
+inline constexpr Message kTakenBack{"%1 of %2 rules were removed from your router."};
+
 inline constexpr Message kReportTitle{"Save Report"};
 inline constexpr Message kReportFilter{"Text File (*.txt);;All Files (*)"};
 inline constexpr Message kCannotSaveReport{
