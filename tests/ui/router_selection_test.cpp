@@ -4,10 +4,14 @@
 #include "ui/main/router_selection.h"
 
 #include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
 
 #include <sys/stat.h>
 
 #include "transport/scripted_server.h"
+#include "ui/main/drawn_picture.h"
 #include "ui/main/stored_picture.h"
 #include "window_fixture.h"
 
@@ -101,6 +105,18 @@ TEST_F(RouterSelectionTest, TheProgramsOwnDrawingIsShownAtOnceAndNothingIsFetche
   order_.clear();
   Select(7);
   EXPECT_TRUE(Comes("rW0P22")) << "the picture of the last run is not this router's";
+}
+
+TEST_F(RouterSelectionTest, EachShippedRouterHasADrawing) {
+  static const QRegularExpression kPicture(u"^routerpic:\\s*(.*)$"_s,
+                                           QRegularExpression::MultilineOption);
+  const QDir routers(QStringLiteral(QUAYLINE_SOURCE_DIR "/data/routers"));
+  for (const QFileInfo& router : routers.entryInfoList({u"*.txt"_s})) {
+    QFile file(router.filePath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString path = kPicture.match(QString::fromUtf8(file.readAll())).captured(1).trimmed();
+    EXPECT_FALSE(DrawnPicture(path).isNull()) << router.fileName().toStdString();
+  }
 }
 
 TEST_F(RouterSelectionTest, OnlyPicturesOfKnownKindsAreShownWhateverTheFileIsCalled) {
