@@ -70,6 +70,7 @@ TEST_F(PortCheckerTest, PortsOfThisComputerAreOpenToASiteOnIt) {
   ASSERT_TRUE(port.has_value());
   SetEntries({{u"48080"_s, u"TCP/UDP"_s}, {u"48081"_s, u"UDP"_s}});
   Open(u"http://127.0.0.1:%1"_s.arg(*port), u"127.0.0.2"_s);
+  ExpectWindowRules();
   // The site probes 127.0.0.1, and this window listens on another address.
   CheckAll();
   EXPECT_EQ(results_, QStringList({u"48080 closed"_s, u"48081 closed"_s}));

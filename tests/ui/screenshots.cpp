@@ -29,6 +29,8 @@
 #include "ui/main/about_dialog.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
+#include "ui/network/port_checker_window.h"
+#include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/router_list_dialog.h"
@@ -158,6 +160,7 @@ class Photographer final {
     co_await TakeEntries();
     co_await TakeRouterWindows();
     co_await TakeSecondRouter();
+    co_await TakePortWindows();
   }
 
  private:
@@ -346,6 +349,38 @@ class Photographer final {
     Click(&dialog, "check_button");
     co_await Sleep(200ms);
     Save(dialog, QStringLiteral("second_router"));
+  }
+
+  Task<> TakePortWindows() {
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    context.maker_site.test_site = QStringLiteral("http://127.0.0.1:9");
+    context.session.router_ip = QStringLiteral("192.168.1.1");
+    context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
+    program_.adapters.address_table = {QStringLiteral("127.0.0.1")};
+    WindowPrompts prompts(context.translator);
+    const PageHostFactory make_page = [](PageQuestions& questions, QObject* parent) {
+      return new FakePage(questions, parent, MakePage());
+    };
+    auto* checker = new PortCheckerWindow(context, prompts, make_page, nullptr, {});
+    checker->show();
+    co_await Sleep(50ms);
+    Save(*checker, QStringLiteral("port_checker_start"));
+    Click(checker, "begin_button");
+    co_await Sleep(300ms);
+    Save(*checker, QStringLiteral("port_checker"));
+    checker->close();
+    program_.adapters.address_table = {QStringLiteral("192.168.1.10")};
+    auto* quick = new QuickPortsDialog(
+        context, nullptr, [](MappingRequest request) -> Task<std::expected<MappingAnswer, QString>> {
+          co_return MappingAnswer{
+              .protocol = QStringLiteral("UPnP"),
+              .outside_address = QStringLiteral("198.51.100.7"),
+              .results = QList<MappingResult>(request.entries.size(), MappingResult::kOpen)};
+        });
+    quick->show();
+    co_await Sleep(50ms);
+    Save(*quick, QStringLiteral("quick_ports"));
+    quick->close();
   }
 
   // The list of routers, the page of ports, and scripts with a few faults.
