@@ -374,14 +374,35 @@ function readBlocks(document_, found, styled) {
 // What leads to the following page of a table.
 const NEXT_PAGE = /^(?:next(?: page)?|>|\u203a|\u00bb)$/i;
 
+// A wizard has a button "Next" as well: one for the pages of a table has a way back beside it, or
+// says so by its name.
+const PREVIOUS_PAGE = /^(?:prev(?:ious)?(?: page)?|<|\u2039|\u00ab)$/i;
+const PAGER = /pag(?:e|er|ing|ination)\b|pagination/i;
+
+function captionOf(control) {
+  return collapse(textContentOf(control) || textOf(control, 'value'));
+}
+
+function isOfPager(control) {
+  for (let element = control, level = 0; element !== null && level < 4;
+    element = parentOf(element), ++level) {
+    if (PAGER.test(`${attributeOf(element, 'class') || ''} ${attributeOf(element, 'id') || ''}`) ||
+      Array.from(queryElement(element, 'a,button,input,[role=button],span,li')).some((other) =>
+        PREVIOUS_PAGE.test(captionOf(other)))) {
+      return true;
+    }
+  }
+  return false;
+}
+
 function nextPageControl(document_) {
   const isDisabled = (control) => control.disabled === true ||
     [control, parentOf(control)].some((element) => element !== null &&
       (attributeOf(element, 'aria-disabled') === 'true' ||
         /\bdisabled\b/i.test(attributeOf(element, 'class') || '')));
   return all(document_, 'a[href],button,input[type=button i],[role=button]').find((control) =>
-    isShown(control) && !isDisabled(control) &&
-    NEXT_PAGE.test(collapse(textContentOf(control) || textOf(control, 'value')))) || null;
+    isShown(control) && !isDisabled(control) && NEXT_PAGE.test(captionOf(control)) &&
+    (fits(control, 'a') || /page/i.test(captionOf(control)) || isOfPager(control))) || null;
 }
 
 // Only a link that fetches a page is followed: whatever else a control does may change the router.
