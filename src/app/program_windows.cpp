@@ -75,7 +75,8 @@ QDialog* ProgramWindows::QuickPorts(QWidget* parent) {
 }
 
 QDialog* ProgramWindows::PortChecker(QWidget* parent) {
-  return new PortCheckerWindow(context_, prompts_, Hosts(), parent, {});
+  return new PortCheckerWindow(context_, prompts_, Hosts(), parent,
+                               [this, parent] { SecondRouter(parent)->open(); });
 }
 
 }  // namespace quayline

@@ -361,7 +361,7 @@ class Photographer final {
     const PageHostFactory make_page = [](PageQuestions& questions, QObject* parent) {
       return new FakePage(questions, parent, MakePage());
     };
-    auto* checker = new PortCheckerWindow(context, prompts, make_page, nullptr, {});
+    auto* checker = new PortCheckerWindow(context, prompts, make_page, nullptr, [] {});
     checker->show();
     co_await Sleep(50ms);
     Save(*checker, QStringLiteral("port_checker_start"));

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "core/entry_advice.h"
 #include "ui/main/main_messages.h"
 #include "ui/toolkit/theme.h"
 #include "ui_port_list_panel.h"
@@ -26,6 +27,13 @@ QString DraggedList(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
   const QString file = urls.size() == 1 ? urls.first().toLocalFile() : QString();
   return file.endsWith(QLatin1String(".qyl"), Qt::CaseInsensitive) ? file : QString();
+}
+
+// What is known of an entry, and what to do next.
+QString ToolTip(const EntryLook& look, const Translator& texts) {
+  const QString known = LookToolTip(look, texts);
+  const Message* advice = AdviceText(look);
+  return advice ? known + QLatin1Char('\n') + texts.Text(*advice) : known;
 }
 
 }  // namespace
@@ -57,7 +65,7 @@ void PortListPanel::ConnectList() {
        texts.Text(message::kHeaderDescription)});
   context_.port_list.SetLookTexts(
       {.cell = [&texts](const EntryLook& look) { return LookText(look, texts); },
-       .tool_tip = [&texts](const EntryLook& look) { return LookToolTip(look, texts); }});
+       .tool_tip = [&texts](const EntryLook& look) { return ToolTip(look, texts); }});
   HintedList* list = ui_->port_list_view;
   list->setModel(&context_.port_list);
   list->SetEmptyHint(texts.Text(message::kEmptyList), texts.Text(message::kEmptyListHint));

@@ -18,6 +18,8 @@ inline constexpr Message kChecking{"Checking..."};
 inline constexpr Message kWaitingForResults{"Page Status: Waiting For Port Results..."};
 inline constexpr Message kPortOpen{"Success"};
 inline constexpr Message kPortClosed{"Failed"};
+inline constexpr Message kReached{"reached from the internet"};
+inline constexpr Message kNotReached{"not reached from the internet"};
 inline constexpr Message kPortInUse{"Port in use."};
 inline constexpr Message kCloseOtherPrograms{
     "Unable to check the port, close any programs using the port and try again."};

@@ -9,6 +9,7 @@
 #include <QStandardItemModel>
 #include <QTextBlock>
 
+#include "core/entry_advice.h"
 #include "ui/network/hosted_test_page.h"
 #include "ui/network/port_checker_texts.h"
 #include "ui/toolkit/address_box.h"
@@ -21,11 +22,11 @@ namespace quayline {
 
 PortCheckerWindow::PortCheckerWindow(AppContext& context, Prompts& prompts,
                                      const PageHostFactory& make_host, QWidget* parent,
-                                     std::function<void(const PortTest&)> tested)
+                                     std::function<void()> search_router)
     : QDialog(parent),
       context_(context),
       prompts_(prompts),
-      tested_(std::move(tested)),
+      search_router_(std::move(search_router)),
       ui_(std::make_unique<Ui::PortCheckerWindow>()),
       rows_(new QStandardItemModel(0, kColumns, this)),
       page_(new HostedTestPage(make_host, this)),
@@ -92,6 +93,7 @@ void PortCheckerWindow::ConnectCheck() {
   connect(check_.get(), &PortCheck::ended, this, [this] {
     ui_->working_label->setText(Text(message::kCheckDone));
     SetWorking(false);
+    Advise();
   });
   connect(page_, &HostedTestPage::statusChanged, this, [this](const QString& text) {
     if (!text.isEmpty() && text != last_status_) {
@@ -215,8 +217,37 @@ void PortCheckerWindow::OnChanged(int row) {
                                 QStringLiteral(" %1 %2").arg(test.port,
                                                              ProtocolName(test.protocol)));
   }
-  if (tested_) {
-    tested_(test);
+  NoteResult(test);
+}
+
+void PortCheckerWindow::NoteResult(const PortTest& test) {
+  if (test.state != PortTestState::kOpen && test.state != PortTestState::kClosed) {
+    return;
+  }
+  QList<SeenEntry> seen;
+  for (const PortEntry& entry : context_.port_list.Entries()) {
+    if (entry.start_port == test.port &&
+        entry.protocol.contains(ProtocolName(test.protocol), Qt::CaseInsensitive)) {
+      EntryLook look = context_.port_list.LooksOf({entry}).first();
+      const bool is_open = test.state == PortTestState::kOpen;
+      look.outside = ReachVerdict{.works = is_open,
+                                  .words = Text(is_open ? message::kReached : message::kNotReached)};
+      seen.append({.entry = entry, .look = look});
+    }
+  }
+  context_.port_list.NoteLooks(seen);
+}
+
+void PortCheckerWindow::Advise() {
+  for (const EntryLook& look : context_.port_list.LooksOf(context_.port_list.Entries())) {
+    if (AdviceOf(look) == EntryAdvice::kSecondRouter) {
+      prompts_.Ask(this, windowTitle(), Text(*AdviceText(look)), [this](bool yes) {
+        if (yes) {
+          search_router_();
+        }
+      });
+      return;
+    }
   }
 }
 

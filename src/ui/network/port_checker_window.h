@@ -28,9 +28,9 @@ class PortCheckerWindow final : public QDialog {
   Q_OBJECT
 
  public:
-  // `tested` gets each result. What is referred to outlives the window.
+  // `search_router` opens the search for a second router. What is referred to outlives the window.
   PortCheckerWindow(AppContext& context, Prompts& prompts, const PageHostFactory& make_host,
-                    QWidget* parent, std::function<void(const PortTest&)> tested);
+                    QWidget* parent, std::function<void()> search_router);
   ~PortCheckerWindow() override;
 
   // As if "Begin" were pressed.
@@ -53,6 +53,10 @@ class PortCheckerWindow final : public QDialog {
   void ShowTest(int row);
   void OnChanged(int row);
   void SetWorking(bool working);
+  // Puts the result of a test into the port list.
+  void NoteResult(const PortTest& test);
+  // Offers what the results ask for.
+  void Advise();
   // Adds a line to a log and shows its beginning.
   static void AddLine(QPlainTextEdit& log, const QString& line);
   QString StatusOf(const PortTest& test) const;
@@ -61,7 +65,7 @@ class PortCheckerWindow final : public QDialog {
 
   AppContext& context_;
   Prompts& prompts_;
-  std::function<void(const PortTest&)> tested_;
+  std::function<void()> search_router_;
   std::unique_ptr<Ui::PortCheckerWindow> ui_;
   QStandardItemModel* rows_;
   HostedTestPage* page_;

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "core/entry_advice.h"
+
+namespace quayline {
+
+namespace {
+
+constexpr Message kAllWorks{"All is well: this port is reached from the internet."};
+constexpr Message kUpdateIt{
+    "Nothing arrives, since the rule is not on your router as you want it. Press \"Update "
+    "Router\"."};
+constexpr Message kStartIt{
+    "The rule is there, but no program listens on this port. Start the program that needs it, and "
+    "test again."};
+constexpr Message kSearchRouter{
+    "The rule is there and a program listens, but nothing arrives: a second router is likely. "
+    "Search for it?"};
+constexpr Message kSearchRouterFirst{
+    "The rule is there, but nothing arrives from the internet: a second router is likely. Search "
+    "for it?"};
+
+}  // namespace
+
+EntryAdvice AdviceOf(const EntryLook& look) {
+  const std::optional<bool> is_reached = look.outside ? look.outside->works : std::nullopt;
+  const std::optional<bool> listens = look.listening ? look.listening->works : std::nullopt;
+  const bool is_wrong = look.on_router == EntryState::kMissing ||
+                        look.on_router == EntryState::kDifferent;
+  if (is_reached == true) {
+    return EntryAdvice::kNothing;
+  }
+  if (is_wrong) {
+    return EntryAdvice::kUpdateRouter;
+  }
+  if (look.on_router != EntryState::kOnRouter) {
+    return EntryAdvice::kNone;
+  }
+  if (listens == false && is_reached != false) {
+    return EntryAdvice::kStartProgram;
+  }
+  // The test from outside listens itself: no program is needed for it.
+  return is_reached == false ? EntryAdvice::kSecondRouter : EntryAdvice::kNone;
+}
+
+const Message* AdviceText(const EntryLook& look) {
+  switch (AdviceOf(look)) {
+    case EntryAdvice::kNone:
+      return nullptr;
+    case EntryAdvice::kNothing:
+      return &kAllWorks;
+    case EntryAdvice::kUpdateRouter:
+      return &kUpdateIt;
+    case EntryAdvice::kStartProgram:
+      return &kStartIt;
+    case EntryAdvice::kSecondRouter:
+      return look.listening && look.listening->works == true ? &kSearchRouter
+                                                              : &kSearchRouterFirst;
+  }
+  return nullptr;
+}
+
+}  // namespace quayline
