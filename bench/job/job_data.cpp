@@ -58,12 +58,12 @@ QString WhatIsMissing(const QList<PortEntry>& entries, const demo::RouterState& 
 }
 
 std::expected<RouterRecord, QString> ReadBenchRouter(const QString& file_name) {
-  dbtool::Problems problems;
-  const QList<dbtool::RouterSource> routers =
-      dbtool::ReadRouters(dbtool::ReadTextFile(file_name, problems), file_name, {}, problems);
+  Problems problems;
+  const QList<RouterSource> routers =
+      ReadRouters(ReadTextFile(file_name, problems), file_name, {}, problems);
   if (routers.isEmpty() || !problems.isEmpty()) {
     return std::unexpected(QStringLiteral("There is no router in %1.\n").arg(file_name) +
-                           dbtool::FormatProblems(problems));
+                           FormatProblems(problems));
   }
   return routers.first().record;
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/native_discovery.h"
+#include "core/port_discovery.h"
 
 #include <QFileInfo>
 
