@@ -35,11 +35,19 @@ QWidget* ProgramWindows::Job() {
   auto* window = new JobWindow(context_, prompts_, Hosts());
   QObject::connect(window, &JobWindow::routerPageWanted, window,
                    [this, window] { PageView(window)->open(); });
+  OfferTest(window);
   return window;
 }
 
 QWidget* ProgramWindows::RouterCheck() {
-  return new JobWindow(context_, prompts_, Hosts(), JobKind::kCheck);
+  auto* window = new JobWindow(context_, prompts_, Hosts(), JobKind::kCheck);
+  OfferTest(window);
+  return window;
+}
+
+void ProgramWindows::OfferTest(JobWindow* window) {
+  QObject::connect(window, &JobWindow::testWanted, window,
+                   [this, window] { PortChecker(window)->open(); });
 }
 
 QDialog* ProgramWindows::AddEntry(QWidget* parent, std::function<void()> changed) {

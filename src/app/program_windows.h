@@ -12,6 +12,8 @@
 
 namespace quayline {
 
+class JobWindow;
+
 // The windows of the program, for the main window, which does not know their folders.
 class ProgramWindows final : public WindowFactory {
  public:
@@ -38,6 +40,7 @@ class ProgramWindows final : public WindowFactory {
 
  private:
   PageHostFactory Hosts() const;
+  void OfferTest(JobWindow* window);
 
   AppContext& context_;
   Prompts& prompts_;

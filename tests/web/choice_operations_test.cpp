@@ -230,8 +230,8 @@ TEST_F(WebTest, AnItemIsChosenFromAnyKindOfList) {
        u"UDP"_s, "UDP"},
       {"a list that grows, with a copy of what it showed before",
        "<label>Kind</label><div id=t tabindex=0>TCP<ul id=all><li>UDP</li><li hidden>Any</ul></div>"
-       "<script>t.onmousedown = () => { t.onmousedown = null; all.after(all.cloneNode(true));"
-       "for (const item of all.children) { item.hidden = false;"
+       "<script>const list = all; t.onmousedown = () => { t.onmousedown = null;"
+       "list.after(list.cloneNode(true)); for (const item of list.children) { item.hidden = false;"
        "item.onmousedown = () => t.firstChild.data = item.textContent; } }</script>",
        u"UDP"_s, "UDP"},
       {"an item far down, and the list is not at its top", LIST("showSome(document.body)"), u"42"_s,

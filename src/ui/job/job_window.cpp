@@ -122,6 +122,7 @@ void JobWindow::ConnectButtons() {
   });
   connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
   connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
+  connect(ui_->test_button, &QPushButton::clicked, this, &JobWindow::testWanted);
   connect(ui_->take_back_button, &QPushButton::clicked, this, &JobWindow::AskToTakeBack);
   connect(ui_->report_button, &QPushButton::clicked, this, &JobWindow::SaveReport);
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
@@ -242,6 +243,7 @@ void JobWindow::ShowEnd() {
                                 context_.job_options.verify_after_update &&
                                 !outcome.ToTryAgain().isEmpty());
   ui_->take_back_button->setVisible(!runner_->Brought().isEmpty());
+  ui_->test_button->setVisible(!outcome.results.isEmpty());
   ui_->report_button->show();
   setWindowTitle(Title());
   NotifyOfEnd();
@@ -330,6 +332,7 @@ void JobWindow::TryAgain() {
 void JobWindow::OpenAgain() {
   ui_->again_button->hide();
   ui_->take_back_button->hide();
+  ui_->test_button->hide();
   ui_->report_button->hide();
   ui_->stop_button->setEnabled(true);
   runner_->Open();

@@ -42,6 +42,8 @@ class JobWindow final : public QWidget {
  Q_SIGNALS:
   // The user is to remove rules by hand.
   void routerPageWanted();
+  // The ports are to be tested from the internet.
+  void testWanted();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
