@@ -4,6 +4,7 @@
 #include "cli/lint_command.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include "core/text_bytes.h"
 #include "script/script_lint.h"
@@ -13,6 +14,33 @@ namespace quayline {
 namespace {
 
 constexpr qint64 kMaxScriptBytes = qint64{4} << 20;
+
+// The lines of one script.
+struct Part {
+  ScriptKind kind = ScriptKind::kUpdate;
+  qsizetype lines_before = 0;
+  QStringList lines;
+};
+
+// The scripts of a router's file, which are under their headings, or the one of a script's file.
+QList<Part> PartsOf(const QString& text) {
+  static const QRegularExpression kHeading(QStringLiteral("^\\[(\\w+)[^\\]]*\\]$"));
+  QList<Part> parts{Part()};
+  qsizetype number = 0;
+  for (QString line : text.split(QLatin1Char('\n'))) {
+    ++number;
+    if (line.endsWith(QLatin1Char('\r'))) {
+      line.chop(1);
+    }
+    const QRegularExpressionMatch heading = kHeading.match(line.trimmed());
+    if (heading.hasMatch()) {
+      parts.append({.kind = ScriptKindOf(heading.captured(1)), .lines_before = number, .lines = {}});
+    } else {
+      parts.last().lines.append(line);
+    }
+  }
+  return parts;
+}
 
 LintReport Unreadable(const QString& file_name, const QString& why) {
   return {.exit_status = 2,
@@ -35,18 +63,14 @@ LintReport LintFile(const QString& file_name) {
     return Unreadable(file_name, QStringLiteral("it is larger than 4 MB"));
   }
   LintReport report;
-  int number = 0;
-  for (QString line : FromUtf8OrWindows1252(bytes).split(QLatin1Char('\n'))) {
-    ++number;
-    if (line.endsWith(QLatin1Char('\r'))) {
-      line.chop(1);
-    }
-    for (const LintFinding& finding : LintScriptLine(line)) {
-      const bool is_error = finding.severity == LintSeverity::kError;
+  for (const Part& part : PartsOf(FromUtf8OrWindows1252(bytes))) {
+    for (const ScriptFinding& found : LintScript(part.lines, part.kind)) {
+      const bool is_error = found.finding.severity == LintSeverity::kError;
       report.exit_status = is_error ? 1 : report.exit_status;
-      report.output += QStringLiteral("%1:%2: ").arg(file_name).arg(number) +
-                       (is_error ? QString() : QStringLiteral("warning: ")) +
-                       LintSentence(finding) + QLatin1Char('\n');
+      report.output +=
+          QStringLiteral("%1:%2: ").arg(file_name).arg(part.lines_before + found.line) +
+          (is_error ? QString() : QStringLiteral("warning: ")) + LintSentence(found.finding) +
+          QLatin1Char('\n');
     }
   }
   return report;

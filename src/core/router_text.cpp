@@ -97,9 +97,12 @@ class Reader final {
   void EndPart() {
     if (script_) {
       routers_.last().record.*(script_->member) = script_lines_.join(kLineEnd);
+      LintLines();
     }
     script_ = nullptr;
     script_lines_.clear();
+    seen_.clear();
+    seen_numbers_.clear();
     in_unknown_part_ = false;
     in_models_ = false;
   }
@@ -156,11 +159,17 @@ class Reader final {
       return;
     }
     script_lines_.append(*text);
-    if (!lint_ || text->trimmed().isEmpty()) {
-      return;
+    if (!text->trimmed().isEmpty()) {
+      seen_.append(*text);
+      seen_numbers_.append(line.number);
     }
-    for (const ScriptRemark& remark : lint_(*text)) {
-      problems_.append({file_, line.number, remark.sentence, remark.is_warning});
+  }
+
+  void LintLines() {
+    const QString name = QLatin1String(script_->name);
+    for (const ScriptRemark& remark : lint_ ? lint_(name, seen_) : QList<ScriptRemark>()) {
+      problems_.append({file_, seen_numbers_.value(remark.line - 1, 1), remark.sentence,
+                        remark.is_warning});
     }
   }
 
@@ -209,6 +218,8 @@ class Reader final {
   QList<RouterSource> routers_;
   const RouterColumn* script_ = nullptr;
   QStringList script_lines_;
+  QStringList seen_;  // by the lint: the lines that are not blank
+  QList<int> seen_numbers_;
   bool in_unknown_part_ = false;
   bool in_models_ = false;
   QList<Model> models_;

@@ -18,9 +18,12 @@ namespace quayline {
 struct ScriptRemark {
   QString sentence;
   bool is_warning = false;
+  int line = 1;  // of the script
 };
 
-using ScriptLint = std::function<QList<ScriptRemark>(const QString& line)>;
+// Sees the lines of a script that are not blank; `script` is the name of its column.
+using ScriptLint =
+    std::function<QList<ScriptRemark>(const QString& script, const QStringList& lines)>;
 
 // A router as a file has it, with the places of its parts.
 struct RouterSource {
@@ -33,7 +36,7 @@ struct RouterSource {
 };
 
 // The routers of one file; each is followed by the models that its block "[models]" names. Lines
-// that cannot be read are problems; `lint` sees every script line.
+// that cannot be read are problems; `lint` sees every script.
 QList<RouterSource> ReadRouters(const QList<TextLine>& lines, const QString& file,
                                 const ScriptLint& lint, Problems& problems);
 

@@ -16,11 +16,14 @@ bool Print(const QString& text, std::FILE* stream) {
   return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
 }
 
-QList<quayline::ScriptRemark> Lint(const QString& line) {
+QList<quayline::ScriptRemark> Lint(const QString& script, const QStringList& lines) {
   QList<quayline::ScriptRemark> remarks;
-  for (const quayline::LintFinding& finding : quayline::LintScriptLine(line)) {
+  for (const quayline::ScriptFinding& found :
+       quayline::LintScript(lines, quayline::ScriptKindOf(script))) {
+    const quayline::LintFinding& finding = found.finding;
     remarks.append({.sentence = quayline::LintSentence(finding),
-                    .is_warning = finding.severity == quayline::LintSeverity::kWarning});
+                    .is_warning = finding.severity == quayline::LintSeverity::kWarning,
+                    .line = found.line});
   }
   return remarks;
 }

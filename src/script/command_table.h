@@ -29,6 +29,19 @@ enum class Condition {
   kFirstNotInCombo,
 };
 
+// What a command does with the pages.
+enum class PageUse {
+  kNone,   // nothing: it keeps something for later lines
+  kOpens,  // opens a page
+  kReads,  // looks at the page
+  kWaits,  // for a time, or for something on the page
+  kFills,  // sets what the page has still to send
+  kActs,   // a click, a key or code, by which the page may send it
+};
+
+// What a line leaves for later ones of its pass.
+enum class Kept { kNothing, kTypeChoices, kNameArray, kCurrentName, kCheckedText, kListTest };
+
 // One command of the script language. A row holds everything about it: the interpreter tests the
 // condition, reads the argument and waits for the page around the handlers; the lint, the editor
 // and the reference read the same fields.
@@ -39,6 +52,11 @@ struct CommandRow {
   using FlowHandler = Task<std::optional<RunEnd>> (*)(CommandCall&);
 
   std::string_view name;
+  // These four are for the lint of a whole script.
+  PageUse use = PageUse::kNone;
+  bool uses_entry = false;  // its effect depends on the entry
+  Kept gives = Kept::kNothing;
+  Kept needs = Kept::kNothing;
   Condition condition = Condition::kAlways;
   char separator = ',';  // of the argument
   // The command is a user action on the page: what earlier lines have started is waited for first.

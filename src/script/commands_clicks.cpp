@@ -113,6 +113,7 @@ constexpr FieldSpec kCodeWithLetter[] = {{.name = "code",
 
 constexpr CommandRow kClickButtonOnclick{
     .name = "click_button_onclick",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kButtonOnclick,
     .ask = ClickButtonByOnclick,
@@ -120,6 +121,7 @@ constexpr CommandRow kClickButtonOnclick{
 };
 constexpr CommandRow kClickOnclick{
     .name = "click_onclick",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kOnclick,
     .ask = ClickByOnclick,
@@ -127,6 +129,7 @@ constexpr CommandRow kClickOnclick{
 };
 constexpr CommandRow kClickLink{
     .name = "click_link",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kHref,
     .ask = ClickLink,
@@ -134,6 +137,7 @@ constexpr CommandRow kClickLink{
 };
 constexpr CommandRow kCallPageSubmit{
     .name = "call_page_submit",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kFormNumber,
     .ask = SubmitForm,
@@ -141,6 +145,7 @@ constexpr CommandRow kCallPageSubmit{
 };
 constexpr CommandRow kClickButton{
     .name = "click_button",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kButton,
     .ask = ClickButton,
@@ -148,6 +153,7 @@ constexpr CommandRow kClickButton{
 };
 constexpr CommandRow kClickIgnoringPage{
     .name = "click_button_ignore_page_loading",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kButtonAndKeptTime,
     .flow = ClickAndWait,
@@ -177,6 +183,7 @@ constexpr CommandRow kClicks[] = {
     kClickButton,
     {
         .name = "click_button_ignore_page_loading",
+        .use = PageUse::kActs,
         .awaits_page = true,
         .fields = kButtonAndTime,
         .flow = ClickIgnoringPageLoad,
@@ -200,6 +207,7 @@ constexpr CommandRow kClicks[] = {
 
 constexpr CommandRow kCallJavaScript{
     .name = "call_javascript",
+    .use = PageUse::kActs,
     .awaits_page = true,
     .fields = kCode,
     .flow = CallJavaScript,
@@ -209,6 +217,7 @@ constexpr CommandRow kCallJavaScript{
 constexpr CommandRow kJavaScript[] = {
     {
         .name = "call_javascript_by_letter_order",
+        .use = PageUse::kActs,
         .awaits_page = true,
         .fields = kCodeWithLetter,
         .flow = CallJavaScript,
@@ -227,6 +236,7 @@ constexpr FieldSpec kWholeCode[] = {
 constexpr CommandRow kWholeJavaScript[] = {
     {
         .name = "run_javascript",
+        .use = PageUse::kActs,
         .awaits_page = true,
         .fields = kWholeCode,
         .flow = CallJavaScript,

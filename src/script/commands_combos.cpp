@@ -129,6 +129,7 @@ constexpr FieldSpec kOneOrTwoBoxes[] = {
 constexpr CommandRow kTypeChoices[] = {
     {
         .name = "set_type_choices",
+        .gives = Kept::kTypeChoices,
         .separator = '|',
         .fields = kChoiceTexts,
         .flow = SetTypeChoices,
@@ -138,24 +139,32 @@ constexpr CommandRow kTypeChoices[] = {
 
 constexpr CommandRow kChooseProtocol{
     .name = "set_combobox",
+    .use = PageUse::kFills,
+    .uses_entry = true,
+    .needs = Kept::kTypeChoices,
     .fields = kBoxPosition,
     .ask = ChooseProtocol,
     .help = "Chooses the option for the entry's protocol, as set_type_choices has stated it.",
 };
 constexpr CommandRow kChooseNumber{
     .name = "set_combobox_number",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseNumber,
     .help = "Chooses the option that is the entry's number in the list.",
 };
 constexpr CommandRow kWriteNumber{
     .name = "set_textbox_number",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetEntryNumber,
     .help = "Writes the entry's number in the list into a text box.",
 };
 constexpr CommandRow kChooseCustom{
     .name = "set_combobox_custom",
+    .use = PageUse::kFills,
     .fields = kBoxPositionValue,
     .ask = ChooseCustom,
     .help =
@@ -165,6 +174,8 @@ constexpr CommandRow kChooseCustom{
 };
 constexpr CommandRow kChooseComputer{
     .name = "set_combobox_computername",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseComputer,
     .help =
@@ -173,6 +184,8 @@ constexpr CommandRow kChooseComputer{
 };
 constexpr CommandRow kChooseName{
     .name = "set_combobox_name",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseName,
     .help =
@@ -182,6 +195,8 @@ constexpr CommandRow kChooseName{
 };
 constexpr CommandRow kChooseLabel{
     .name = "set_combobox_name_if_in_combo_true_special_1",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .condition = kInCombo,
     .fields = kBoxPosition,
     .ask = ChooseLabel,
@@ -191,6 +206,8 @@ constexpr CommandRow kChooseLabel{
 };
 constexpr CommandRow kChooseIp{
     .name = "set_combobox_ip",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseIp,
     .help =
@@ -203,6 +220,9 @@ constexpr CommandRow kCombos[] = {
     kChooseProtocol,
     {
         .name = "set_combobox_by_text",
+        .use = PageUse::kFills,
+        .uses_entry = true,
+        .needs = Kept::kTypeChoices,
         .ask = ChooseProtocolByText,
         .help = "Chooses the option for the entry's protocol in whichever combo box of the page "
                 "has it first.",
@@ -220,6 +240,8 @@ constexpr CommandRow kCombos[] = {
     kChooseProtocol.Member("set_combobox_if_in_combo_true", kInCombo),
     {
         .name = "set_combobox_actiontec_mi424wr_verizon_if_in_combo_false",
+        .use = PageUse::kFills,
+        .uses_entry = true,
         .condition = kNotInCombo,
         .fields = kRangeOrSingle,
         .ask = ChooseRangeOrSingle,
@@ -238,6 +260,8 @@ constexpr CommandRow kCombos[] = {
     kChooseIp.Member("set_combobox_ip_if_in_combo_false", kNotInCombo),
     {
         .name = "set_ports_actiontec_mi424wr_verizon_if_in_combo_false",
+        .use = PageUse::kFills,
+        .uses_entry = true,
         .condition = kNotInCombo,
         .fields = kOneOrTwoBoxes,
         .flow = SetPortsOneOrTwoBoxes,

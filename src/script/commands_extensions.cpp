@@ -288,6 +288,7 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "choose_item",
+        .use = PageUse::kFills,
         .awaits_page = true,
         .fields = kListAndText,
         .flow = ChooseItem,
@@ -296,6 +297,7 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "press_key",
+        .use = PageUse::kActs,
         .awaits_page = true,
         .fields = kFieldAndKey,
         .flow = PressKey,
@@ -304,12 +306,14 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "wait_until_element",
+        .use = PageUse::kWaits,
         .fields = kElement,
         .flow = WaitUntilElement,
         .help = "Waits, without a limit, until a field or button of this name can be seen.",
     },
     {
         .name = "expect_page_text",
+        .use = PageUse::kWaits,
         .fields = kExpectedText,
         .flow = ExpectPageText,
         .help = "Ends the entry as failed where a person cannot read the text on the page, after "
@@ -324,6 +328,7 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "give_names_to_password_boxes",
+        .use = PageUse::kReads,
         .ask = NamePasswordBoxes,
         .help = "Names the password boxes of the page that have no name: QYL_Password1, "
                 "QYL_Password2, ...",

@@ -69,18 +69,23 @@ constexpr FieldSpec kIpPart[] = {command_field::kBox, command_field::kPosition,
 
 constexpr CommandRow kSetName{
     .name = "set_name",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetName,
     .help = "Writes the entry's name into a text box.",
 };
 constexpr CommandRow kSetCustom{
     .name = "set_custom",
+    .use = PageUse::kFills,
     .fields = kBoxPositionValue,
     .ask = SetCustom,
     .help = "Writes the value of the line into a text box.",
 };
 constexpr CommandRow kSetSecondName{
     .name = "set_2ndname",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetSecondName,
     .help = "Writes the entry's name into the second text box of this name.",
@@ -89,6 +94,9 @@ constexpr CommandRow kSetSecondName{
 constexpr CommandRow kNameBoxes[] = {
     {
         .name = "set_number",
+        .use = PageUse::kFills,
+        .uses_entry = true,
+        .needs = Kept::kCheckedText,
         .fields = kBoxPosition,
         .ask = SetNumber,
         .help = "Writes what set_string_to_check chose into a text box.",
@@ -106,24 +114,32 @@ constexpr CommandRow kNameBoxes[] = {
 
 constexpr CommandRow kSetStartPort{
     .name = "set_start_port",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetStartPort,
     .help = "Writes the entry's start port into a text box.",
 };
 constexpr CommandRow kSetStopPort{
     .name = "set_stop_port",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetStopPort,
     .help = "Writes the entry's end port into a text box.",
 };
 constexpr CommandRow kSetPortRange{
     .name = "set_port_range",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kPortRange,
     .ask = SetPortRange,
     .help = "Writes the entry's start port, the separator and its end port into a text box.",
 };
 constexpr CommandRow kSetPortRangeForTcp{
     .name = "set_port_range_by_protocol_tcp",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kPortRange,
     .ask = SetPortRangeForTcp,
     .help =
@@ -132,6 +148,8 @@ constexpr CommandRow kSetPortRangeForTcp{
 };
 constexpr CommandRow kSetPortRangeForUdp{
     .name = "set_port_range_by_protocol_udp",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kPortRange,
     .ask = SetPortRangeForUdp,
     .help =
@@ -140,6 +158,8 @@ constexpr CommandRow kSetPortRangeForUdp{
 };
 constexpr CommandRow kSetPortRangeForBoth{
     .name = "set_port_range_by_protocol_both",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kPortRange,
     .ask = SetPortRangeForBoth,
     .help =
@@ -148,30 +168,40 @@ constexpr CommandRow kSetPortRangeForBoth{
 };
 constexpr CommandRow kSetIp{
     .name = "set_ip",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetIp,
     .help = "Writes the address that the entry forwards to into a text box.",
 };
 constexpr CommandRow kSetIp1{
     .name = "set_ip1",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kIpPart,
     .ask = SetIpPart<1>,
     .help = "Writes the first number of the entry's address into a text box.",
 };
 constexpr CommandRow kSetIp2{
     .name = "set_ip2",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kIpPart,
     .ask = SetIpPart<2>,
     .help = "Writes the second number of the entry's address into a text box.",
 };
 constexpr CommandRow kSetIp3{
     .name = "set_ip3",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kIpPart,
     .ask = SetIpPart<3>,
     .help = "Writes the third number of the entry's address into a text box.",
 };
 constexpr CommandRow kSetIp4{
     .name = "set_ip4",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kIpPart,
     .ask = SetIpPart<4>,
     .help = "Writes the fourth number of the entry's address into a text box.",

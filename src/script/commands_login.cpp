@@ -82,18 +82,21 @@ constexpr FieldSpec kElementNumber[] = {command_field::kElementNumber};
 
 constexpr CommandRow kSetValueByPosition{
     .name = "set_value_by_position",
+    .use = PageUse::kFills,
     .fields = kTypedValue,
     .flow = SetValueByPosition,
     .help = "Gives the focus to an element by its number and types a value into it.",
 };
 constexpr CommandRow kSetPasswordByPosition{
     .name = "set_password_by_position",
+    .use = PageUse::kFills,
     .fields = kElementNumber,
     .flow = SetPasswordByPosition,
     .help = "Gives the focus to an element by its number and types the router's password.",
 };
 constexpr CommandRow kSetUsernameByPosition{
     .name = "set_username_by_position",
+    .use = PageUse::kFills,
     .fields = kElementNumber,
     .flow = SetUsernameByPosition,
     .help = "Gives the focus to an element by its number and types the router's user name.",
@@ -124,6 +127,7 @@ constexpr FieldSpec kCombinedName[] = {
 constexpr CommandRow kLogin[] = {
     {
         .name = "set_username",
+        .use = PageUse::kFills,
         .condition = kFirst,
         .fields = command_field::kBoxPosition,
         .flow = SetUsername,
@@ -131,6 +135,7 @@ constexpr CommandRow kLogin[] = {
     },
     {
         .name = "set_password",
+        .use = PageUse::kFills,
         .condition = kFirst,
         .fields = command_field::kBoxPosition,
         .flow = SetPassword,
@@ -138,6 +143,7 @@ constexpr CommandRow kLogin[] = {
     },
     {
         .name = "set_password_combine_value_to_name",
+        .use = PageUse::kFills,
         .condition = kFirst,
         .fields = kCombinedName,
         .flow = SetPasswordCombineValueToName,

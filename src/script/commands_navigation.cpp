@@ -219,6 +219,7 @@ constexpr FieldSpec kMilliseconds[] = {command_field::kMilliseconds};
 
 constexpr CommandRow kAddToNav{
     .name = "add_to_nav",
+    .use = PageUse::kReads,
     .fields = kMarkers,
     .flow = AddToNav,
     .help =
@@ -227,12 +228,14 @@ constexpr CommandRow kAddToNav{
 };
 constexpr CommandRow kNav{
     .name = "nav",
+    .use = PageUse::kOpens,
     .fields = kPath,
     .flow = Nav,
     .help = "Opens a page of the router and waits until it is loaded.",
 };
 constexpr CommandRow kNavLink{
     .name = "nav_link",
+    .use = PageUse::kOpens,
     .fields = kHref,
     .flow = NavLink,
     .help = "Opens the address of the first link that holds the text, without a click.",
@@ -256,23 +259,28 @@ constexpr CommandRow kNavigation[] = {
     kAddToNav.Member("add_to_nav_last_only", kLast),
     {
         .name = "give_names_to_nameless_boxes",
+        .use = PageUse::kReads,
         .flow = GiveNamesToNamelessBoxes,
         .help = "Names the boxes of the page that have no name: QYL_Text1, QYL_Text2, ..., "
                 "QYL_CheckBox1, ..., QYL_DropDownBox1, ...; password boxes are left out.",
     },
     {
         .name = "check_if_name_exists",
+        .use = PageUse::kReads,
+        .uses_entry = true,
         .flow = CheckIfNameExists,
         .help = "Skips the entry when its name appears anywhere on the page.",
     },
     {
         .name = "wait_until_words_not_found",
+        .use = PageUse::kWaits,
         .fields = kWords,
         .flow = WaitUntilWordsNotFound,
         .help = "Waits, without a limit, until the page does not hold the words.",
     },
     {
         .name = "wait_until_words_found",
+        .use = PageUse::kWaits,
         .fields = kWords,
         .flow = WaitUntilWordsFound,
         .help = "Waits, without a limit, until the page holds the words.",
@@ -284,6 +292,7 @@ constexpr CommandRow kNavigation[] = {
     },
     {
         .name = "page_refresh",
+        .use = PageUse::kOpens,
         .flow = PageRefresh,
         .help = "Loads the page again and waits until it is loaded.",
     },
@@ -295,6 +304,7 @@ constexpr CommandRow kNavigation[] = {
     kNavLink,
     {
         .name = "nav_link_by_letter_order",
+        .use = PageUse::kOpens,
         .fields = kHrefWithLetter,
         .flow = NavLink,
         .help = "Opens the address of the first link that holds the text with the entry's letter "
@@ -308,6 +318,7 @@ constexpr CommandRow kNavigation[] = {
 
 constexpr CommandRow kTimeoutCommand{
     .name = "timeout",
+    .use = PageUse::kWaits,
     .fields = kMilliseconds,
     .flow = Timeout,
     .help = "Waits for a time.",
@@ -326,6 +337,7 @@ constexpr CommandRow kTimeout[] = {
 constexpr CommandRow kNavigationExtensions[] = {
     {
         .name = "nav_unless_there",
+        .use = PageUse::kOpens,
         .fields = kPath,
         .flow = NavUnlessThere,
         .help = "Opens a page of the router like nav, unless it is on show, was loaded by a GET "

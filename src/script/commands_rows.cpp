@@ -138,6 +138,7 @@ constexpr FieldSpec kComboBox[] = {command_field::kComboBox};
 constexpr CommandRow kNameArray[] = {
     {
         .name = "set_name_array",
+        .gives = Kept::kNameArray,
         .fields = kNames,
         .flow = SetNameArray,
         .help = "Sets the name array: the texts in which the names of the page's rows differ.",
@@ -147,6 +148,9 @@ constexpr CommandRow kNameArray[] = {
 constexpr CommandRow kFreeRow[] = {
     {
         .name = "set_name_to_check",
+        .use = PageUse::kReads,
+        .gives = Kept::kCurrentName,
+        .needs = Kept::kNameArray,
         .fields = kTemplate,
         .flow = SetNameToCheck,
         .help = "Makes the first name of the name array whose box is empty or 0 the current name; "
@@ -154,6 +158,9 @@ constexpr CommandRow kFreeRow[] = {
     },
     {
         .name = "set_name_to_check_find_value",
+        .use = PageUse::kReads,
+        .gives = Kept::kCurrentName,
+        .needs = Kept::kNameArray,
         .fields = kTemplate,
         .flow = SetNameToCheckFindValue,
         .help = "Makes the first name of the name array whose box is neither empty nor 0 the "
@@ -161,17 +168,25 @@ constexpr CommandRow kFreeRow[] = {
     },
     {
         .name = "set_next_name_array",
+        .uses_entry = true,
+        .gives = Kept::kCurrentName,
+        .needs = Kept::kNameArray,
         .flow = SetNextNameArray,
         .help = "Makes the name of the name array that goes with the entry's number the current "
                 "name; beyond the array, an empty text.",
     },
     {
         .name = "set_next_letter",
+        .uses_entry = true,
+        .gives = Kept::kCurrentName,
         .flow = SetNextLetter,
         .help = "Makes the entry's letter the current name: A for the first entry.",
     },
     {
         .name = "set_string_to_check",
+        .use = PageUse::kReads,
+        .gives = Kept::kCheckedText,
+        .needs = Kept::kNameArray,
         .fields = kTemplate,
         .flow = SetStringToCheck,
         .help = "Chooses the first name of the name array whose words the page does not hold; "
@@ -182,6 +197,9 @@ constexpr CommandRow kFreeRow[] = {
 constexpr CommandRow kComboTest[] = {
     {
         .name = "is_in_combo",
+        .use = PageUse::kReads,
+        .uses_entry = true,
+        .gives = Kept::kListTest,
         .fields = kComboBox,
         .flow = IsInCombo,
         .help = "Tests whether a combo box has an option with the entry's name; the commands "
@@ -189,6 +207,9 @@ constexpr CommandRow kComboTest[] = {
     },
     {
         .name = "is_in_combo_special_1",
+        .use = PageUse::kReads,
+        .uses_entry = true,
+        .gives = Kept::kListTest,
         .fields = kComboBox,
         .flow = IsInComboByLabel,
         .help = "The same with the label under which some routers list a rule: Web [TCP/80~80].",
@@ -198,6 +219,7 @@ constexpr CommandRow kComboTest[] = {
 constexpr CommandRow kFirmware[] = {
     {
         .name = "set_tomato_firmware_v1_tweak",
+        .use = PageUse::kReads,
         .ask = NameOnchangeBoxes,
         .help = "Names the boxes of the page that have no name, text boxes only where they have "
                 "an onchange handler: QYL_Text1, QYL_CheckBox1, QYL_DropDownBox1.",

@@ -60,18 +60,22 @@ constexpr FieldSpec kSpanAndMarkers[] = {
 
 constexpr CommandRow kSetRadio{
     .name = "set_radiobutton",
+    .use = PageUse::kFills,
     .fields = kBoxPositionValue,
     .ask = SetRadio,
     .help = "Chooses the radio button that has this name and value.",
 };
 constexpr CommandRow kSetBox{
     .name = "set_checkbox",
+    .use = PageUse::kFills,
     .fields = kBoxPosition,
     .ask = SetBox,
     .help = "Checks a check box.",
 };
 constexpr CommandRow kSetBoxByNameString{
     .name = "set_checkbox_by_name_string",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kSpanAndMarkers,
     .ask = SetBoxByNameString,
     .help =
@@ -80,6 +84,8 @@ constexpr CommandRow kSetBoxByNameString{
 };
 constexpr CommandRow kSetTcpRadio{
     .name = "set_tcp_radiobutton",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPositionValue,
     .ask = SetTcpRadio,
     .help =
@@ -88,6 +94,8 @@ constexpr CommandRow kSetTcpRadio{
 };
 constexpr CommandRow kSetUdpRadio{
     .name = "set_udp_radiobutton",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPositionValue,
     .ask = SetUdpRadio,
     .help =
@@ -96,6 +104,8 @@ constexpr CommandRow kSetUdpRadio{
 };
 constexpr CommandRow kSetTcpBox{
     .name = "set_tcp_checkbox",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetTcpBox,
     .help =
@@ -104,6 +114,8 @@ constexpr CommandRow kSetTcpBox{
 };
 constexpr CommandRow kSetUdpBox{
     .name = "set_udp_checkbox",
+    .use = PageUse::kFills,
+    .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetUdpBox,
     .help =
@@ -117,6 +129,7 @@ constexpr CommandRow kToggles[] = {
     kSetRadio.Member("set_radiobutton_if_in_combo_true", kInCombo),
     {
         .name = "set_2ndradiobutton",
+        .use = PageUse::kFills,
         .fields = kBoxPosition,
         .ask = SetSecondRadio,
         .help = "Chooses the second radio button of this name.",

@@ -58,4 +58,30 @@ inline constexpr Message kOneNumberForTwo{
 inline constexpr Message kFirstOption{
     "Whatever its name says, this command chooses the first option that has any text or value."};
 
+// Of a script as a whole.
+inline constexpr Message kNoTypeChoices{
+    "No line above states the page's words for the protocols: write a set_type_choices line first."};
+inline constexpr Message kNoNameArray{
+    "No line above states the names of the page's rows: write a set_name_array line first."};
+inline constexpr Message kNoCurrentName{
+    "No line above chooses a row of the page, so nothing is inserted at the position."};
+inline constexpr Message kNoCheckedText{
+    "No line above chooses a text: write a set_string_to_check line first."};
+inline constexpr Message kNeverInCombo{
+    "This line never runs: no is_in_combo line tests whether the entry is in a list."};
+inline constexpr Message kNeverHere{
+    "This line never runs: a script of this kind runs once, which is the first and the last time."};
+inline constexpr Message kNoPageYet{"No page is open yet: write a nav line first."};
+inline constexpr Message kOpensNothing{"The script opens no page."};
+inline constexpr Message kNoEntryHere{
+    "This script runs without an entry: the line has nothing to work with."};
+inline constexpr Message kNeverSent{
+    "No line below clicks anything, so the page does not send what is set here."};
+inline constexpr Message kLeftUnsent{
+    "The page is left here, before a click has sent what the lines above have set."};
+inline constexpr Message kRemovesNothing{"The script clicks nothing, so it removes nothing."};
+inline constexpr Message kShortWait{
+    "The click is waited for %1 ms only, and nothing below waits for what it saves. Use "
+    "click_button, or write a timeout line after it."};
+
 }  // namespace quayline::lint_text

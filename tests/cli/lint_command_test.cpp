@@ -23,7 +23,12 @@ TEST(LintCommand, TellsTheLinesAndWhetherTheyMatter) {
     QStringList lines = {};  // how the lines of the output begin, after the file's name
   } cases[] = {
       {"", 0},
-      {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 0},
+      {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 1,
+       {u":6: No line below clicks"_s}},
+      {"id: 7\n[routercommands]\nnav(\"a\")\n\n[routerportpage]\nset_ip(\"a,\")\n",
+       1,
+       {u":6: This script runs without"_s, u":6: The script opens no page."_s,
+        u":6: No line below"_s}},
       {"\xEF\xBB\xBFnav(\"a\")\r\ntimeout_last_only(\"5\")\r\n", 0, {u":2: warning: Whatever"_s}},
       {"note\n\nnav(\"a\n\xE4 nav\nset_nmae(\"%1\")",
        1,

@@ -164,19 +164,21 @@ TEST_F(CheckTest, AFaultOfTheRouterIsReportedOnceForAllItsModels) {
 
 TEST_F(CheckTest, TheLintSeesEveryLineOfTheScriptsAsItIsStored) {
   QStringList seen;
-  const ScriptLint lint = [&](const QString& line) {
-    seen.append(line);
-    return line.startsWith(u'[') ? QList<ScriptRemark>{{u"No command."_s}} : QList<ScriptRemark>();
+  const ScriptLint lint = [&](const QString& script, const QStringList& lines) {
+    seen.append(script + u": "_s + lines.join(u'|'));
+    return lines.size() > 1 ? QList<ScriptRemark>{{.sentence = u"No command."_s, .line = 2}}
+                            : QList<ScriptRemark>();
   };
   const QByteArray router =
       QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y") +
       "[routerremove]\nnav(\"c\")\n";
   EXPECT_EQ(CheckRouter(router, lint), "routers/a.txt:16: No command.\n");
-  EXPECT_EQ(seen.join(u'|'), u"  nav(\"a\") |[x\\y|nav(\"b\")|nav(\"c\")"_s);
+  EXPECT_EQ(seen, (QStringList{u"routercommands:   nav(\"a\") |[x\\y"_s,
+                               u"routerportpage: nav(\"b\")"_s, u"routerremove: nav(\"c\")"_s}));
 }
 
 TEST_F(CheckTest, AWarningIsReportedAndRefusesNothing) {
-  const ScriptLint lint = [](const QString&) {
+  const ScriptLint lint = [](const QString&, const QStringList&) {
     return QList<ScriptRemark>{{.sentence = u"Odd."_s, .is_warning = true}};
   };
   const QByteArray told = CheckRouter(kRouter, lint);

@@ -14,6 +14,8 @@
 #include "script/bare_context.h"
 #include "script/fake_questions.h"
 #include "script/job_runner.h"
+#include "script/script_line.h"
+#include "script/script_lint.h"
 #include "stub/stub_router.h"
 #include "test_main.h"
 #include "web/shown_job.h"
@@ -181,6 +183,33 @@ TEST_P(RouterFamilies, TheRulesAreEnteredOnceSeenAndRemoved) {
   context_.app.job_options.verify_after_update = false;
   context_.app.port_list.SetEntries(entries.first(1));
   ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries.sliced(1)));
+}
+
+// A note about a command whose name says something else is not a fault.
+bool IsNote(const LintFinding& finding, const QString& line) {
+  const CommandRow* row = FindCommand(ParseScriptLine(line).name);
+  return row != nullptr && row->quirk != nullptr && row->quirk->english == finding.text.english;
+}
+
+TEST(ShippedScripts, TheLintFindsNothingInThem) {
+  const QDir routers(kSource + u"/data/routers"_s);
+  const QStringList files = routers.entryList({u"*.txt"_s});
+  EXPECT_FALSE(files.isEmpty());
+  for (const QString& name : files) {
+    Problems problems;
+    ReadRouters(ReadTextFile(routers.filePath(name), problems), name,
+                [&](const QString& script, const QStringList& lines) {
+                  for (const ScriptFinding& found : LintScript(lines, ScriptKindOf(script))) {
+                    const QString& line = lines[found.line - 1];
+                    EXPECT_TRUE(IsNote(found.finding, line))
+                        << qPrintable(name + u", "_s + script + u", "_s + line + u": "_s +
+                                      LintSentence(found.finding));
+                  }
+                  return QList<ScriptRemark>();
+                },
+                problems);
+    EXPECT_EQ(FormatProblems(problems), QString());
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, RouterFamilies, ::testing::ValuesIn(Families()),

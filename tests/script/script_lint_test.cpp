@@ -177,5 +177,68 @@ TEST(ScriptLint, EveryCommandTakesAnArgumentOfItsOwnShape) {
   }
 }
 
+// The findings of a script whose lines are fine each by itself: "3 error The sentence".
+QStringList LintLines(const QString& script, ScriptKind kind) {
+  QStringList told;
+  for (const ScriptFinding& found : LintScript(script.split(u'\n'), kind)) {
+    const bool is_error = found.finding.severity == LintSeverity::kError;
+    told.append(QString::number(found.line) + (is_error ? u" error "_s : u" warning "_s) +
+                LintSentence(found.finding));
+  }
+  return told;
+}
+
+TEST(ScriptLint, LinesThatDoNotWorkTogether) {
+  const char* const kLogin = "nav(\"a\")\nset_username(\"u,\")\nclick_button(\"login\")\n";
+  using enum ScriptKind;
+  const struct {
+    ScriptKind kind;
+    QByteArray script;
+    const char* finding = nullptr;  // how the only one begins
+  } cases[] = {
+      {kUpdate, QByteArray(kLogin) + "nav(\"b\")\nset_name(\"n,\")\ncall_page_submit(\"0\")"},
+      {kUpdate, "only words"},
+      {kUpdate, "set_name(\"n,\")\nclick_button(\"s\")", "1 error The script opens no page"},
+      {kUpdate, "clear_cache\ngive_names_to_nameless_boxes(\"\")\nnav(\"a\")\nclick_button(\"s\")",
+       "2 error No page is open yet"},
+      {kUpdate, "timeout(\"5\")\nnav(\"a\")"},
+      {kUpdate, "nav(\"a\")\nset_combobox(\"c,\")\nset_combobox(\"d,\")\nclick_button(\"s\")",
+       "2 error No line above states the page's words"},
+      {kUpdate, "nav(\"a\")\nset_next_name_array(\"\")\nset_name(\"n,1\")\nclick_button(\"s\")",
+       "2 error No line above states the names"},
+      {kUpdate, "nav(\"a\")\nset_name(\"n,1\")\nset_next_letter(\"\")\nclick_button(\"s\")",
+       "2 error No line above chooses a row"},
+      {kUpdate, "nav(\"a\")\nset_name_if_in_combo_true(\"n,\")\nclick_button(\"s\")",
+       "2 error This line never runs: no is_in_combo"},
+      // The first test is for the entries that follow.
+      {kUpdate,
+       "nav(\"a\")\nset_name_if_in_combo_true(\"n,\")\nclick_button(\"s\")\nis_in_combo(\"l\")"},
+      {kUpdate, "nav(\"a\")\nclick_button(\"new\")\nset_name(\"n,\")",
+       "3 warning No line below clicks"},
+      {kUpdate, "nav(\"a\")\nset_name(\"n,\")", "2 error No line below clicks"},
+      {kUpdate, "nav(\"a\")\nset_name(\"n,\")\nnav(\"b\")\nclick_button(\"s\")",
+       "3 warning The page is left here"},
+      {kUpdate,
+       "set_frame_name(\"f\")\nnav(\"a\")\nset_name(\"n,\")\nnav(\"b\")\nclick_button(\"s\")"},
+      {kUpdate, "nav(\"a\")\nclick_button_ignore_page_loading(\"s,50\")\nnav(\"b\")",
+       "2 warning The click is waited for 50 ms only"},
+      {kUpdate, "nav(\"a\")\nclick_button_ignore_page_loading(\"s\")",
+       "2 warning The click is waited for 100 ms only"},
+      {kUpdate,
+       "nav(\"a\")\nclick_button_ignore_page_loading(\"s,50\")\ntimeout(\"3000\")\nnav(\"b\")"},
+      {kView, QByteArray(kLogin) + "nav_first_only(\"b\")"},
+      {kView, "nav(\"a\")\nis_in_combo(\"n\")", "2 error This script runs without an entry"},
+      {kView, "nav(\"a\")\nclick_button_not_last_only(\"n\")", "2 error This line never runs"},
+      {kRemove, "nav(\"a\")\ncheck_if_name_exists", "2 error The script clicks nothing"},
+      {kRemove, "nav(\"a\")\nrun_javascript(\"f()\")"},
+  };
+  for (const auto& c : cases) {
+    const QStringList told = LintLines(QString::fromUtf8(c.script), c.kind);
+    SCOPED_TRACE(c.script.constData());
+    ASSERT_EQ(told.size(), c.finding == nullptr ? 0 : 1) << told.join(u'|').toStdString();
+    EXPECT_TRUE(told.join(u'|').startsWith(QLatin1String(c.finding))) << told[0].toStdString();
+  }
+}
+
 }  // namespace
 }  // namespace quayline

@@ -35,6 +35,7 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* paren
   setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") + context.session.router_name);
   OpenOver(*this, {820, 640});
   ui_->splitter->setSizes({460, 120});
+  ui_->view_script_editor->SetKind(ScriptKind::kView);
   ui_->update_script_editor->SetScript(context.session.update_script);
   ui_->view_script_editor->SetScript(context.session.view_script);
   ConnectEditor(ui_->update_script_editor, ui_->save_update_script_button,

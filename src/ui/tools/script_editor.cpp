@@ -106,13 +106,11 @@ void ScriptEditor::ReplaceScript(const QStringList& lines) {
 }
 
 QList<ScriptFinding> ScriptEditor::Findings() const {
-  QList<ScriptFinding> findings;
+  QStringList lines;
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-    for (const LintFinding& finding : LintScriptLine(block.text())) {
-      findings.append({.line = block.blockNumber() + 1, .finding = finding});
-    }
+    lines.append(block.text());
   }
-  return findings;
+  return LintScript(lines, kind_);
 }
 
 void ScriptEditor::GoToFinding(const ScriptFinding& found) {

@@ -14,12 +14,6 @@ namespace quayline {
 
 class ScriptHighlighter;
 
-// A finding of the lint in a script, with its line counted from 1.
-struct ScriptFinding {
-  int line = 1;
-  LintFinding finding;
-};
-
 // Edits a router script: commands are highlighted, what the lint finds is underlined and explained
 // in a tool tip, as is the command of a line, and the names of commands are completed, with the
 // shape of their argument beside them, while one is typed or with Ctrl+Space.
@@ -29,6 +23,8 @@ class ScriptEditor final : public QPlainTextEdit {
  public:
   explicit ScriptEditor(QWidget* parent = nullptr);
 
+  // What the script is for, as the lint has to know.
+  void SetKind(ScriptKind kind) { kind_ = kind; }
   // For the tool tips' language; it outlives the editor. English without.
   void SetTranslator(const Translator* translator) { translator_ = translator; }
 
@@ -62,6 +58,7 @@ class ScriptEditor final : public QPlainTextEdit {
   void Complete(const QModelIndex& chosen);
   QString TypedName() const;
 
+  ScriptKind kind_ = ScriptKind::kUpdate;
   const Translator* translator_ = nullptr;
   ScriptHighlighter* highlighter_;
   QCompleter* completer_;
