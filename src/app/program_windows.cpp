@@ -75,7 +75,7 @@ QDialog* ProgramWindows::RouterList(QWidget* parent, std::function<void(int rout
 }
 
 QDialog* ProgramWindows::Scripts(QWidget* parent, std::function<void()> written) {
-  return new ScriptDialog(context_, prompts_, parent, std::move(written));
+  return new ScriptDialog(context_, prompts_, Hosts(), parent, std::move(written));
 }
 
 QDialog* ProgramWindows::QuickPorts(QWidget* parent) {

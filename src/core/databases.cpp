@@ -102,6 +102,11 @@ std::optional<RouterRecord> Databases::FindRouter(int id) const {
   return found;
 }
 
+bool Databases::AddRouter(int id, const RouterRecord& record) {
+  return store_ &&
+         store_->routers->Insert(ColumnNames<RouterRecord>(), TextsOf(record), id);
+}
+
 bool Databases::UpdateRouterScripts(int id, const QString& routercommands,
                                     const QString& routerportpage) {
   return store_ && store_->routers->Update(id, kScripts, {routercommands, routerportpage});

@@ -55,6 +55,8 @@ class Databases final {
   QList<RouterName> RouterNames(int after_id, int limit) const;
   // One find by key.
   std::optional<RouterRecord> FindRouter(int id) const;
+  // False when the ID is taken or the file cannot be written. record.id is ignored.
+  bool AddRouter(int id, const RouterRecord& record);
   // False when the row is gone or the file cannot be written; the old scripts are unchanged then.
   bool UpdateRouterScripts(int id, const QString& routercommands, const QString& routerportpage);
 

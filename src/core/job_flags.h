@@ -45,6 +45,7 @@ class JobFlags final : public QObject {
   bool view_stop_requested = false;
   bool ends_by_signal = false;  // a second signal ends the program; until then saves are waited for
   int view_browser_index = 0;   // the browser that the page view shows
+  int bench_browser_index = 0;  // the browser on which the author of a script tries lines
 
  Q_SIGNALS:
   void changed();

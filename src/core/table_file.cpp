@@ -299,20 +299,25 @@ bool TableFile::Update(int id, const QStringList& fields, const QStringList& tex
 }
 
 // One statement, so that two copies of the program cannot take the same ID.
-bool TableFile::Insert(const QStringList& fields, const QStringList& texts) {
+bool TableFile::Insert(const QStringList& fields, const QStringList& texts, int least_id) {
   QStringList columns = {QStringLiteral("[ID]")};
   QStringList values = {QStringLiteral("next")};
-  for (const QString& field : fields) {
-    columns.append(Quoted(field));
-    values.append(QStringLiteral("?"));
+  QStringList kept;
+  for (qsizetype i = 0; i < fields.size(); ++i) {
+    if (columns_.contains(fields.at(i).toLower())) {
+      columns.append(Quoted(fields.at(i)));
+      values.append(QStringLiteral("?"));
+      kept.append(texts.at(i));
+    }
   }
   QSqlQuery query(connection_.Handle());
   query.prepare(QStringLiteral("INSERT INTO [%1] (%2) SELECT %3 FROM (SELECT "
-                               "coalesce(max(%4), 0) + 1 AS next FROM [%1] WHERE %5) WHERE next <= "
-                               "2147483647")
+                               "max(coalesce(max(%4), 0) + 1, %6) AS next FROM [%1] WHERE %5) "
+                               "WHERE next <= 2147483647")
                     .arg(shape_.table, columns.join(QLatin1Char(',')),
-                         values.join(QLatin1Char(',')), key_, is_seen_));
-  for (const QString& text : texts) {
+                         values.join(QLatin1Char(',')), key_, is_seen_,
+                         QString::number(least_id)));
+  for (const QString& text : std::as_const(kept)) {
     query.addBindValue(Stored(text));
   }
   return Execute(query) && query.numRowsAffected() == 1;

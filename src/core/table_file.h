@@ -59,8 +59,9 @@ class TableFile final {
   void ReadOne(const QStringList& fields, int id, const ReadRow& read_row) const;
   // False when there is no such row or the file cannot be written.
   bool Update(int id, const QStringList& fields, const QStringList& texts);
-  // Under the ID above the highest.
-  bool Insert(const QStringList& fields, const QStringList& texts);
+  // Under the ID above the highest, which is `least_id` at least. Texts of fields that the file
+  // lacks are lost.
+  bool Insert(const QStringList& fields, const QStringList& texts, int least_id = 1);
 
   // All rows that are seen, with all columns of the file.
   TableData ReadAll() const;

@@ -35,7 +35,8 @@ enum class PageUse {
   kOpens,  // opens a page
   kReads,  // looks at the page
   kWaits,  // for a time, or for something on the page
-  kFills,  // sets what the page has still to send
+  kFills,  // writes what the page has still to send
+  kPicks,  // sets a box or chooses an item: many pages send that at once
   kActs,   // a click, a key or code, by which the page may send it
 };
 

@@ -139,7 +139,7 @@ constexpr CommandRow kTypeChoices[] = {
 
 constexpr CommandRow kChooseProtocol{
     .name = "set_combobox",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .needs = Kept::kTypeChoices,
     .fields = kBoxPosition,
@@ -148,7 +148,7 @@ constexpr CommandRow kChooseProtocol{
 };
 constexpr CommandRow kChooseNumber{
     .name = "set_combobox_number",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseNumber,
@@ -164,7 +164,7 @@ constexpr CommandRow kWriteNumber{
 };
 constexpr CommandRow kChooseCustom{
     .name = "set_combobox_custom",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .fields = kBoxPositionValue,
     .ask = ChooseCustom,
     .help =
@@ -174,7 +174,7 @@ constexpr CommandRow kChooseCustom{
 };
 constexpr CommandRow kChooseComputer{
     .name = "set_combobox_computername",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseComputer,
@@ -184,7 +184,7 @@ constexpr CommandRow kChooseComputer{
 };
 constexpr CommandRow kChooseName{
     .name = "set_combobox_name",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseName,
@@ -195,7 +195,7 @@ constexpr CommandRow kChooseName{
 };
 constexpr CommandRow kChooseLabel{
     .name = "set_combobox_name_if_in_combo_true_special_1",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .condition = kInCombo,
     .fields = kBoxPosition,
@@ -206,7 +206,7 @@ constexpr CommandRow kChooseLabel{
 };
 constexpr CommandRow kChooseIp{
     .name = "set_combobox_ip",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPosition,
     .ask = ChooseIp,
@@ -220,7 +220,7 @@ constexpr CommandRow kCombos[] = {
     kChooseProtocol,
     {
         .name = "set_combobox_by_text",
-        .use = PageUse::kFills,
+        .use = PageUse::kPicks,
         .uses_entry = true,
         .needs = Kept::kTypeChoices,
         .ask = ChooseProtocolByText,
@@ -240,7 +240,7 @@ constexpr CommandRow kCombos[] = {
     kChooseProtocol.Member("set_combobox_if_in_combo_true", kInCombo),
     {
         .name = "set_combobox_actiontec_mi424wr_verizon_if_in_combo_false",
-        .use = PageUse::kFills,
+        .use = PageUse::kPicks,
         .uses_entry = true,
         .condition = kNotInCombo,
         .fields = kRangeOrSingle,

@@ -272,6 +272,8 @@ constexpr FieldSpec kKindAndName[] = {
 constexpr CommandRow kExtensions[] = {
     {
         .name = "click_in_entry_row",
+        .use = PageUse::kActs,
+        .uses_entry = true,
         .awaits_page = true,
         .fields = kKindAndName,
         .flow = ClickInEntryRow,
@@ -281,6 +283,8 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "set_ports",
+        .use = PageUse::kFills,
+        .uses_entry = true,
         .fields = kPorts,
         .ask = SetPorts,
         .help = "Writes the entry's port into a text box; for an entry of several ports the start "
@@ -288,7 +292,7 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "choose_item",
-        .use = PageUse::kFills,
+        .use = PageUse::kPicks,
         .awaits_page = true,
         .fields = kListAndText,
         .flow = ChooseItem,
@@ -321,6 +325,8 @@ constexpr CommandRow kExtensions[] = {
     },
     {
         .name = "check_if_rule_exists",
+        .use = PageUse::kReads,
+        .uses_entry = true,
         .flow = CheckIfRuleExists,
         .help =
             "Ends the entry if a row of the page that is shown is its rule, as it is wanted. To "

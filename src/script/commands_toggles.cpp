@@ -60,21 +60,21 @@ constexpr FieldSpec kSpanAndMarkers[] = {
 
 constexpr CommandRow kSetRadio{
     .name = "set_radiobutton",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .fields = kBoxPositionValue,
     .ask = SetRadio,
     .help = "Chooses the radio button that has this name and value.",
 };
 constexpr CommandRow kSetBox{
     .name = "set_checkbox",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .fields = kBoxPosition,
     .ask = SetBox,
     .help = "Checks a check box.",
 };
 constexpr CommandRow kSetBoxByNameString{
     .name = "set_checkbox_by_name_string",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kSpanAndMarkers,
     .ask = SetBoxByNameString,
@@ -84,7 +84,7 @@ constexpr CommandRow kSetBoxByNameString{
 };
 constexpr CommandRow kSetTcpRadio{
     .name = "set_tcp_radiobutton",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPositionValue,
     .ask = SetTcpRadio,
@@ -94,7 +94,7 @@ constexpr CommandRow kSetTcpRadio{
 };
 constexpr CommandRow kSetUdpRadio{
     .name = "set_udp_radiobutton",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPositionValue,
     .ask = SetUdpRadio,
@@ -104,7 +104,7 @@ constexpr CommandRow kSetUdpRadio{
 };
 constexpr CommandRow kSetTcpBox{
     .name = "set_tcp_checkbox",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetTcpBox,
@@ -114,7 +114,7 @@ constexpr CommandRow kSetTcpBox{
 };
 constexpr CommandRow kSetUdpBox{
     .name = "set_udp_checkbox",
-    .use = PageUse::kFills,
+    .use = PageUse::kPicks,
     .uses_entry = true,
     .fields = kBoxPosition,
     .ask = SetUdpBox,
@@ -129,7 +129,7 @@ constexpr CommandRow kToggles[] = {
     kSetRadio.Member("set_radiobutton_if_in_combo_true", kInCombo),
     {
         .name = "set_2ndradiobutton",
-        .use = PageUse::kFills,
+        .use = PageUse::kPicks,
         .fields = kBoxPosition,
         .ask = SetSecondRadio,
         .help = "Chooses the second radio button of this name.",

@@ -52,6 +52,8 @@ constexpr Operation kReadRows{"ReadRows", kQuestion, IfGone::kEmptyText};
 constexpr Operation kClickInRow{"ClickInRow", kClick, IfGone::kFailed};
 constexpr Operation kOpenNextPage{"OpenNextPage", kClick, IfGone::kFailed};
 constexpr Operation kReadComplaints{"ReadComplaints", kQuestion, IfGone::kEmptyList};
+constexpr Operation kDescribeElementAt{"DescribeElementAt", kQuestion, IfGone::kEmptyText};
+constexpr Operation kDescribePage{"DescribePage", kQuestion, IfGone::kEmptyList};
 constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
 
 QJsonValue ResultIfGone(IfGone if_gone) {
@@ -171,6 +173,10 @@ PageCall ClickInRow(const QJsonArray& cells, const QString& kind, const QString&
 PageCall OpenNextPage() { return Call(kOpenNextPage, {}); }
 
 PageCall ReadComplaints() { return Call(kReadComplaints, {}); }
+
+PageCall DescribeElementAt(int x, int y) { return Call(kDescribeElementAt, {x, y}); }
+
+PageCall DescribePage() { return Call(kDescribePage, {}); }
 
 PageCall ReadMarkupState() { return Call(kReadMarkupState, {}); }
 

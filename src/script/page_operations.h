@@ -90,6 +90,12 @@ PageCall OpenNextPage();
 // Answers an array of the error texts that a person sees on the page, in all its frames.
 PageCall ReadComplaints();
 
+// For the author of a script. Answers an object, or an empty text where there is nothing: see
+// script/picked_element.h. The place is in pixels of the window.
+PageCall DescribeElementAt(int x, int y);
+// Answers an array of objects, one for each document of the page: see script/saved_page.h.
+PageCall DescribePage();
+
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.
 PageCall ReadMarkupState();

@@ -160,15 +160,18 @@ class FlowLint final {
       Add(LintSeverity::kError, 1, lint_text::kOpensNothing);
       return;
     }
-    const auto early = std::ranges::find_if(commands_, [](const Command& c) {
-      return c.row->use != PageUse::kNone && c.row->use != PageUse::kOpens && !IsTimer(*c.row);
+    // To read a text that is not there makes it empty, which may be meant.
+    const auto early = std::ranges::find_if(commands_, [&](const Command& c) {
+      const bool only_reads = c.row->use == PageUse::kReads && !c.row->uses_entry;
+      return c.row->use != PageUse::kNone && !opens(c) && !only_reads && !IsTimer(*c.row);
     });
     if (early < first) {
       Add(LintSeverity::kError, early->line, lint_text::kNoPageYet);
     }
   }
 
-  // A box may send its own change, so this is never certain. A page in a frame leaves the others.
+  // A page may send what is typed by itself, so this is not certain while something else is clicked.
+  // A page in a frame leaves the others.
   void LintSending() {
     std::optional<int> unsent;
     bool has_acted = false;

@@ -38,6 +38,11 @@ TEST(CliArguments, WrongWordsAreNamed) {
       {"update --data d --list l --allow-host r:", "\"r:\""},
       {"update --data d --list l --allow-host r:0", "\"r:0\""},
       {"update --data d --list l --allow-host u@r", "\"u@r\""},
+      {"try", "ROUTERFILE"},
+      {"try f", "--pages"},
+      {"try f g --pages d", "one file"},
+      {"try f --pages d --timeout 0", "\"0\""},
+      {"try f --pages d --speed 1", "\"speed\""},
   };
   for (const auto& [line, named] : cases) {
     const auto parsed = ParseCliArguments(Words(line));

@@ -121,6 +121,37 @@ class CliProgram : public ::testing::Test {
   quint16 port_ = 0;
 };
 
+TEST_F(CliProgram, AScriptIsTriedOnSavedPagesWithoutARouter) {
+  const QString family = QStringLiteral(QUAYLINE_SOURCE_DIR "/tests/families/example");
+  const QByteArray router = ReadBytes(family + u"/router.txt"_s);
+  const struct {
+    const char* fault;
+    QByteArray from;
+    QByteArray to;
+    int status;
+    const char* said;
+  } cases[] = {
+      {"all is well", "", "", 0, "added Web TCP 8080 to 192.168.1.100"},
+      {"the button has another name", "\"commit\"", "\"comit\"", 4, "never applied"},
+      {"no view script leads to the rules", "nav(\"forward.html\")\n\n", "\n", 4, "cannot tell"},
+      {"no router's file", "id: 1", "id 1", 2, "This is neither"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    Write("router.txt", QByteArray(router).replace(row.from, row.to));
+    const Outcome outcome = Run({u"try"_s, Path("router.txt"), u"--pages"_s, family});
+    const QString all = outcome.output + outcome.errors;
+    EXPECT_EQ(outcome.status, row.status) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QLatin1String(row.said))) << qPrintable(all);
+    EXPECT_FALSE(all.contains(u"secret"_s)) << "the password is shown";
+  }
+  Write("answers.json", "{\"answer\": []}");
+  const Outcome outcome = Run({u"try"_s, family + u"/router.txt"_s, u"--pages"_s, family,
+                               u"--answers"_s, Path("answers.json")});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_TRUE(outcome.errors.contains(u"answer is not a known key"_s));
+}
+
 TEST_F(CliProgram, AnUpdateFillsTheRouterAndWritesTheLog) {
   const Outcome outcome = Run(Words());
   EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.errors);

@@ -9,6 +9,7 @@
 
 #include "core/databases.h"
 #include "core/files.h"
+#include "core/own_routers.h"
 #include "core/shipped_databases.h"
 #include "core/table_file.h"
 #include "core/test_databases.h"
@@ -121,6 +122,25 @@ TEST_F(ShippedDatabases, AnUpdateBringsWhatIsNewAndKeepsWhatTheUserChanged) {
   }
   EXPECT_EQ(FindShippedRouter(home_, u"Edited"_s)->routercommands, u"better"_s);
   EXPECT_FALSE(FindShippedRouter(home_, u"Edited and gone"_s));
+}
+
+TEST_F(ShippedDatabases, RoutersOfTheUserStayWithTheirIds) {
+  Ship({Router(1, u"One"_s, u"a"_s)});
+  Start();
+  RouterRecord own = Router(0, u" Mine "_s, u"m"_s);
+  const int first = kFirstOwnRouterId;
+  EXPECT_EQ(AddOwnRouter(databases_, own), first);
+  EXPECT_EQ(AddOwnRouter(databases_, own).error().error, OwnRouterError::kNameTaken);
+  own.routername = u"Other"_s;
+  EXPECT_EQ(AddOwnRouter(databases_, own), first + 1);
+  databases_.Close();
+  Ship({Router(1, u"One"_s, u"b"_s), Router(2, u"New"_s, u"n"_s)});
+  Start();
+  EXPECT_EQ(Routers(), (QStringList{u"1 One b"_s, u"2 New n"_s, u"%1 Mine m"_s.arg(first),
+                                    u"%1 Other m"_s.arg(first + 1)}));
+  const QList<RouterName> names{{1, u"Harbour 5"_s}, {2, u"Quay Q20"_s}, {3, u"Quay T1"_s}};
+  EXPECT_EQ(NearestRouter(names, u"quay t9"_s), 2);
+  EXPECT_EQ(NearestRouter(names, u"Qu"_s), -1);
 }
 
 TEST_F(ShippedDatabases, AMergeThatWasCutOffOrCannotBeDoneChangesNothingForGood) {

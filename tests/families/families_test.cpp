@@ -40,12 +40,16 @@ namespace {
 
 const QString kSource = QStringLiteral(QUAYLINE_SOURCE_DIR);
 
-// The families of the shipped routers, and the example.
+// The families of the shipped routers, and those whose router file is beside the pages.
 std::vector<Family> Families() {
   static const QRegularExpression kPages(u"^# pages: (\\S+)$"_s,
                                          QRegularExpression::MultilineOption);
   static const QRegularExpression kNoWord(u"\\W"_s);
-  QStringList files{kSource + u"/tests/families/example/router.txt"_s};
+  QStringList files;
+  const QDir families_folder(kSource + u"/tests/families"_s);
+  for (const QString& name : families_folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+    files.append(families_folder.filePath(name + u"/router.txt"_s));
+  }
   const QDir routers(kSource + u"/data/routers"_s);
   for (const QString& name : routers.entryList({u"*.txt"_s})) {
     files.append(routers.filePath(name));
@@ -58,7 +62,8 @@ std::vector<Family> Families() {
         kPages.match(is_open ? QString::fromUtf8(file.readAll()) : QString());
     if (pages.hasMatch()) {
       families.push_back(
-          {.name = QFileInfo(name).completeBaseName().replace(kNoWord, u"_"_s),
+          {.name = QString(pages.captured(1) + u'_' + QFileInfo(name).completeBaseName())
+                       .replace(kNoWord, u"_"_s),
            .file = name,
            .pages = kSource + u"/tests/families/"_s + pages.captured(1)});
     }

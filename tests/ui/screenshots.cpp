@@ -33,6 +33,7 @@
 #include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
 #include "ui/toolkit/theme.h"
+#include "ui/tools/new_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
 #include "window_doubles.h"
@@ -406,11 +407,19 @@ class Photographer final {
           return new FakePage(questions, parent, MakePage());
         },
         nullptr);
-    auto* scripts = new ScriptDialog(context, prompts, nullptr, [] {});
-    QDialog* const windows[] = {list, page, scripts};
-    const char* const names[] = {"router_list", "page_view", "scripts"};
+    const PageHostFactory make_page = [](PageQuestions& questions, QObject* parent) {
+      return new FakePage(questions, parent, MakePage());
+    };
+    auto* scripts = new ScriptDialog(context, prompts, make_page, nullptr, [] {});
+    auto* bench = new ScriptDialog(context, prompts, make_page, nullptr, [] {});
+    auto* own = new NewRouterDialog(context, prompts, context.databases.RouterNames(0, 100), nullptr,
+                                    [](int, const QString&) {});
+    QDialog* const windows[] = {list, page, scripts, bench, own};
+    const char* const names[] = {"router_list", "page_view", "scripts", "script_bench",
+                                 "new_router"};
     page->resize(1120, 780);
-    for (int i = 0; i < 3; ++i) {
+    bench->findChild<QAbstractButton*>(QStringLiteral("bench_button"))->click();
+    for (int i = 0; i < 5; ++i) {
       windows[i]->show();
       windows[i]->activateWindow();
       co_await Sleep(1500ms);

@@ -7,9 +7,13 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QTabWidget>
 #include <QTextBlock>
 
+#include "core/files.h"
+#include "core/own_routers.h"
+#include "ui/tools/new_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
 #include "window_fixture.h"
@@ -144,7 +148,12 @@ class ScriptWindowTest : public WindowTest {
     Open();
   }
   void Open() {
-    auto* window = new ScriptDialog(*context_, prompts_, nullptr, [this] { ++writes_; });
+    auto* window = new ScriptDialog(
+        *context_, prompts_,
+        [this](PageQuestions& questions, QObject* parent) {
+          return page_ = new FakePage(questions, parent, new QWidget);
+        },
+        nullptr, [this] { ++writes_; });
     delete window_.data();
     window_ = window;
     window->open();
@@ -158,6 +167,7 @@ class ScriptWindowTest : public WindowTest {
   }
 
   ScriptEditor* update_ = nullptr;
+  QPointer<FakePage> page_;
   int writes_ = 0;
 };
 
@@ -275,6 +285,104 @@ TEST_F(ScriptWindowTest, NamesAreCompletedAtTheBeginningOfALineOnly) {
   update_->clear();
   QTest::keyClicks(update_, u"choose_it"_s);
   EXPECT_EQ(popup->currentIndex().data().toString(), u"choose_item(\"list,text\")"_s);
+}
+
+TEST_F(ScriptWindowTest, LinesRunOnAPageBesideTheScript) {
+  context_->session.router_ip = u"0.0.0.0"_s;
+  Click("bench_button");
+  ASSERT_FALSE(page_.isNull());
+  ExpectWindowRules();
+  update_->setPlainText(u"set_frame_name(\"f\")\nnav(\"a\")\nnav(\"b\")\nnav(\"c\")"_s);
+  update_->moveCursor(QTextCursor::End);
+  update_->moveCursor(QTextCursor::Up);
+  Click("run_line_button");
+  EXPECT_THAT(prompts_.shown, ElementsAre("Tell: Please Set Router IP."));
+  context_->session.router_ip = u"127.0.0.1"_s;
+  const auto ended = [this] { return Find("run_line_button")->isEnabled(); };
+  Click("run_line_button");
+  ASSERT_TRUE(RunUntil(ended));
+  EXPECT_EQ(page_->opened, QStringList(u"http://127.0.0.1/b"_s));
+  EXPECT_THAT(TextOf("bench_log_edit"), AllOf(HasSubstr("Step 01. set_frame_name"),
+                                             HasSubstr("Step 02. nav(\"b\")")));
+  page_->opened.clear();
+  Click("run_to_caret_button");
+  ASSERT_TRUE(RunUntil(ended));
+  EXPECT_EQ(page_->opened, (QStringList{u"http://127.0.0.1/a"_s, u"http://127.0.0.1/b"_s}));
+  context_->job_flags.is_running = true;  // a job's window is open
+  Click("run_line_button");
+  EXPECT_THAT(prompts_.shown.back(), StartsWith("Tell: A job works on the router."));
+  context_->job_flags.is_running = false;
+}
+
+TEST_F(ScriptWindowTest, AnElementIsPickedOnThePageAndItsLineWritten) {
+  Click("bench_button");
+  page_->element = {{u"tag"_s, u"input"_s}, {u"type"_s, u"text"_s}, {u"name"_s, u"fport"_s},
+                    {u"text"_s, u"First port"_s}, {u"number"_s, 12}};
+  QWidget* view = page_->Widget();
+  update_->setPlainText(u"nav(\"a\")\nclick_button(\"s\")"_s);
+  Click("pick_button");
+  QMouseEvent move(QEvent::MouseMove, QPointF(5, 5), view->mapToGlobal(QPointF(5, 5)), Qt::NoButton,
+                   Qt::NoButton, {});
+  QCoreApplication::sendEvent(view, &move);
+  EXPECT_TRUE(ComesToSay("picked_label", "Name: fport   Number: 12   Text: First port"));
+  QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(5, 5));
+  EXPECT_EQ(TextOf("update_script_editor"),
+            "nav(\"a\")\nset_start_port(\"fport,\")\nclick_button(\"s\")");
+  EXPECT_FALSE(Find<QAbstractButton>("pick_button")->isChecked());
+}
+
+TEST_F(ScriptWindowTest, APageIsSavedForOthersWithoutWhatIsSecret) {
+  Click("bench_button");
+  context_->session.password = u"s3cret"_s;
+  page_->documents = {QJsonObject{{u"path"_s, u"/fw.asp"_s},
+                                  {u"markup"_s, u"<p>s3cret</p>"_s},
+                                  {u"parts"_s, QJsonArray{u"menu.js"_s}}}};
+  const QString folder = folder_.Path("saved");
+  prompts_.files = {folder};
+  Click("save_page_button");
+  EXPECT_EQ(ReadBytes(folder + u"/fw.asp"_s), "<p>removed</p>");
+  EXPECT_TRUE(QFile::exists(folder + u"/answers.json"_s));
+  EXPECT_THAT(prompts_.shown.back(), AllOf(StartsWith("Tell: The page is in the folder"),
+                                           HasSubstr("menu.js")));
+}
+
+TEST_F(RouterListTest, ARouterThatIsNotListedIsMadeOutOfAnother) {
+  Open({u"Harbour HB-1"_s, u"Quay Q20"_s});
+  Click("new_router_button");
+  const QPointer<QDialog> form = window_->findChild<NewRouterDialog*>();
+  ASSERT_FALSE(form.isNull());
+  auto* name = Child<QLineEdit>(form, "name_edit");
+  const auto create = [&] { Child<QAbstractButton>(form, "create_button")->click(); };
+  create();
+  QTest::keyClicks(name, u"quay q20"_s);
+  EXPECT_EQ(Child<QComboBox>(form, "model_box")->currentText(), u"Quay Q20"_s);
+  create();
+  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Tell: Please type the name"),
+                                          StartsWith("Tell: There is a router \"quay q20\"")));
+  QTest::keyClicks(name, u"-B"_s);
+  create();
+  EXPECT_EQ(chosen_, kFirstOwnRouterId);
+  const RouterRecord made = *context_->databases.FindRouter(chosen_);
+  EXPECT_EQ(made.routername, u"quay q20-B"_s);
+  EXPECT_EQ(made.routercommands, context_->databases.FindRouter(11)->routercommands);
+  EXPECT_TRUE(ComesToItsEnd());
+}
+
+TEST_F(RouterListTest, ARouterGoesToOthersAsOneFile) {
+  Open({u"Harbour HB-1"_s, u"Quay Q20"_s});
+  list_->setCurrentIndex(list_->model()->index(1, 0));
+  const QString file = folder_.Path("q20.txt");
+  prompts_.files = {file, file, file};
+  Click("export_button");
+  ASSERT_TRUE(ReadBytes(file).startsWith("id: 11\nroutername: Quay Q20\n"));
+  Click("import_button");
+  EXPECT_THAT(prompts_.shown.back(), StartsWith("Tell: There is a router \"Quay Q20\""));
+  ASSERT_TRUE(WriteBytes(file, ReadBytes(file).replace("Quay Q20", "Quay Q21")));
+  Click("import_button");
+  EXPECT_EQ(chosen_, kFirstOwnRouterId);
+  EXPECT_EQ(context_->databases.FindRouter(chosen_)->routerportpage,
+            context_->databases.FindRouter(11)->routerportpage);
+  EXPECT_TRUE(ComesToItsEnd());
 }
 
 }  // namespace

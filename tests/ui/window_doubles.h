@@ -128,9 +128,13 @@ class FakePage final : public PageHost {
 
   PageQuestions& questions;
   bool hangs = false;
-  QJsonObject rows;  // what the page shows
+  QJsonObject rows;      // what the page shows
+  QJsonObject element;   // what is under the mouse pointer
+  QJsonArray documents;  // what the page is made of
+  QStringList opened;    // addresses
 
-  void Navigate2(const QString&, const QString&) override {
+  void Navigate2(const QString& url, const QString&) override {
+    opened.append(url);
     ++navigation_.starts;
     navigation_.busy = true;
     navigation_.after_action = hangs;  // what hangs is a save
@@ -151,8 +155,12 @@ class FakePage final : public PageHost {
   void StopNavigation() override {}
   void SetLogin(const PageLogin&) override {}
   void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override {
+    const std::map<QString, QJsonValue> answers{{u"ReadRows"_s, rows},
+                                                {u"DescribeElementAt"_s, element},
+                                                {u"DescribePage"_s, documents}};
+    const auto found = answers.find(call.operation);
     answer({.answered = true,
-            .value = call.operation == u"ReadRows"_s ? rows : QJsonValue(u"page"_s)});
+            .value = found == answers.end() ? QJsonValue(u"page"_s) : found->second});
   }
   void RunInPage(const PageScript&, std::function<void(const QString&)> done) override { done({}); }
   void SendKeys(const QString&) override {}

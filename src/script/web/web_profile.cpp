@@ -102,7 +102,7 @@ void WebProfile::InstallScripts() {
           Called("installPageAgent",
                  {"agent/elements.js", "agent/finding.js", "agent/keeping.js", "agent/acting.js",
                   "agent/clicking.js", "agent/choosing.js", "agent/reading.js", "agent/rows.js",
-                  "agent/complaints.js", "agent/entry.js"},
+                  "agent/complaints.js", "agent/picking.js", "agent/entry.js"},
                  {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
           Called("removePageChannels", {"page_channels.js"}, {}) +

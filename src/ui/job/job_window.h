@@ -10,8 +10,8 @@
 #include "script/job_runner.h"
 #include "ui/job/entry_states.h"
 #include "ui/job/job_report.h"
-#include "ui/job/run_questions.h"
 #include "ui/toolkit/prompts.h"
+#include "ui/toolkit/run_questions.h"
 
 namespace Ui {
 class JobWindow;

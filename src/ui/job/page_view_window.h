@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "script/page_view_runner.h"
-#include "ui/job/run_questions.h"
+#include "ui/toolkit/run_questions.h"
 #include "ui/toolkit/prompts.h"
 
 namespace Ui {

@@ -5,7 +5,7 @@
 #include <QObject>
 
 #include "script/script_runner.h"
-#include "ui/job/run_questions.h"
+#include "ui/toolkit/run_questions.h"
 #include "ui/toolkit/controls.h"
 #include "ui/toolkit/prompts.h"
 

@@ -251,6 +251,11 @@ void MainWindow::SetInputsEnabled(bool enabled) {
 
 // Also reads the chosen router again.
 void MainWindow::ChooseRouter(int id) {
+  // The user may just have added it.
+  const auto record = routers_.RowOf(id) < 0 ? context_.databases.FindRouter(id) : std::nullopt;
+  if (record) {
+    routers_.Append({{.id = id, .name = record->routername}});
+  }
   if (const int row = routers_.RowOf(id); row > 0) {
     selection_.Select(row, id);
   }

@@ -10,7 +10,9 @@
 #include <limits>
 
 #include "async/wait.h"
+#include "core/own_routers.h"
 #include "ui/toolkit/theme.h"
+#include "ui/tools/new_router_dialog.h"
 #include "ui/tools/tool_texts.h"
 #include "ui_router_list_dialog.h"
 
@@ -43,6 +45,18 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
   connect(ui_->find_next_button, &QPushButton::clicked, this, &RouterListDialog::FindNext);
   connect(ui_->router_list_view, &QListView::doubleClicked, this, &RouterListDialog::Choose);
   connect(ui_->choose_button, &QPushButton::clicked, this, &RouterListDialog::Choose);
+  for (QPushButton* button : {ui_->new_router_button, ui_->import_button, ui_->export_button}) {
+    button->setEnabled(false);
+  }
+  connect(ui_->new_router_button, &QPushButton::clicked, this, &RouterListDialog::OpenNewRouter);
+  connect(ui_->import_button, &QPushButton::clicked, this, [this] {
+    prompts_.AskOpenFile(this,
+                         {.title = Text(message::kImportTitle),
+                          .filter = Text(message::kRouterFiles),
+                          .default_suffix = {}},
+                         [this](const QString& file) { Import(file); });
+  });
+  connect(ui_->export_button, &QPushButton::clicked, this, &RouterListDialog::AskToExport);
   connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::reject);
   // In the list Enter chooses a router; elsewhere it finds the next one.
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -96,6 +110,9 @@ void RouterListDialog::ShowLoaded() {
                                     QAbstractItemView::PositionAtCenter);
   }
   ui_->choose_button->setEnabled(names_.Count() > 0);
+  ui_->new_router_button->setEnabled(names_.Count() > 0);
+  ui_->export_button->setEnabled(names_.Count() > 0);
+  ui_->import_button->setEnabled(true);
 }
 
 // A message box in the middle of a word would take the keys that follow: it is delayed until the
@@ -133,12 +150,59 @@ void RouterListDialog::ReportNotFound() {
                           ui_->search_edit->text() + QLatin1Char('\''));
 }
 
+int RouterListDialog::SelectedId() const {
+  return ids_.value(ui_->router_list_view->currentIndex().row());
+}
+
 void RouterListDialog::Choose() {
-  const int row = ui_->router_list_view->currentIndex().row();
-  if (row >= 0 && row < ids_.size()) {
-    chosen_(ids_.at(row));
+  if (const int id = SelectedId(); id != 0) {
+    chosen_(id);
     accept();
   }
+}
+
+void RouterListDialog::OpenNewRouter() {
+  QList<RouterName> routers;
+  const QStringList names = list_->stringList();
+  for (qsizetype i = 0; i < ids_.size(); ++i) {
+    routers.append({.id = ids_.at(i), .name = names.value(i)});
+  }
+  auto* dialog = new NewRouterDialog(
+      context_, prompts_, routers, this,
+      [this](int id, const QString& like) { TakeOwnRouter(id, like); });
+  dialog->open();
+}
+
+void RouterListDialog::TakeOwnRouter(int id, const QString& like) {
+  chosen_(id);
+  prompts_.Tell(parentWidget(), Text(message::kRouterAdded).arg(like));
+  accept();
+}
+
+void RouterListDialog::Import(const QString& file) {
+  const auto ids = ImportRouters(context_.databases, file);
+  if (!ids) {
+    prompts_.Tell(this, FaultText(ids.error(), context_.translator));
+    return;
+  }
+  chosen_(ids->first());
+  accept();
+}
+
+void RouterListDialog::AskToExport() {
+  const auto record = context_.databases.FindRouter(SelectedId());
+  if (!record) {
+    return;
+  }
+  prompts_.AskSaveFile(this,
+                       {.title = Text(message::kExportTitle),
+                        .filter = Text(message::kRouterFiles),
+                        .default_suffix = QStringLiteral("txt")},
+                       [this, record = *record](const QString& file) {
+                         if (!ExportRouter(record, file)) {
+                           prompts_.Tell(this, Text(message::kCannotExport).arg(file));
+                         }
+                       });
 }
 
 }  // namespace quayline

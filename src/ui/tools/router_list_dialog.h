@@ -39,6 +39,12 @@ class RouterListDialog final : public QDialog {
   bool Search();
   void ReportNotFound();
   void Choose();
+  int SelectedId() const;  // 0: none
+  void OpenNewRouter();
+  // Also ends this window: the router is chosen.
+  void TakeOwnRouter(int id, const QString& like);
+  void Import(const QString& file);
+  void AskToExport();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;

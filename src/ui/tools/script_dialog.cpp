@@ -3,11 +3,15 @@
 
 #include "ui/tools/script_dialog.h"
 
+#include <QScreen>
+#include <QTextBlock>
+
 #include <algorithm>
 
 #include "core/router_session.h"
 #include "core/shipped_databases.h"
 #include "ui/toolkit/theme.h"
+#include "ui/tools/script_bench.h"
 #include "ui/tools/tool_texts.h"
 #include "ui_script_dialog.h"
 
@@ -20,11 +24,12 @@ constexpr qsizetype kMaxFindingsShown = 500;
 
 }  // namespace
 
-ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* parent,
-                           std::function<void()> written)
+ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, PageHostFactory make_host,
+                           QWidget* parent, std::function<void()> written)
     : QDialog(parent),
       context_(context),
       prompts_(prompts),
+      make_host_(std::move(make_host)),
       written_(std::move(written)),
       router_id_(context.session.router_id),
       shipped_(FindShippedRouter(context.program_folder, context.session.router_name)),
@@ -50,6 +55,7 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* paren
   });
   connect(ui_->script_pages, &QTabWidget::currentChanged, this, &ScriptDialog::ShowScript);
   connect(ui_->restore_button, &QPushButton::clicked, this, &ScriptDialog::AskToRestore);
+  connect(ui_->bench_button, &QPushButton::toggled, this, &ScriptDialog::ShowBench);
   connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::close);
   connect(ui_->findings_list, &QListWidget::currentRowChanged, this, [this](int row) {
     if (row >= 0 && row < findings_.size() && ui_->findings_list->hasFocus()) {
@@ -61,6 +67,52 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, QWidget* paren
 }
 
 ScriptDialog::~ScriptDialog() = default;
+
+void ScriptDialog::ShowBench(bool shown) {
+  if (shown && context_.job_flags.is_running) {
+    ui_->bench_button->setChecked(false);
+    prompts_.Tell(this, Text(message::kJobRunsAlready));
+    return;
+  }
+  if (bench_ == nullptr && shown) {
+    const auto place = [this] {
+      return ScriptBench::Place{
+          .lines = Editor()->Script().split(QStringLiteral("\r\n")),
+          .line = Editor()->textCursor().blockNumber()};
+    };
+    bench_ = new ScriptBench(context_, prompts_, make_host_, place, this);
+    connect(bench_, &ScriptBench::linesPicked, this, &ScriptDialog::InsertLines);
+    ui_->sides->addWidget(bench_);
+    constexpr int kPageWidth = 560;
+    const QRect screen = this->screen()->availableGeometry();
+    resize(std::min(width() + kPageWidth, screen.width()), height());
+    ui_->sides->setSizes({width() - kPageWidth, kPageWidth});
+  }
+  if (bench_ != nullptr) {
+    bench_->setVisible(shown);
+  }
+}
+
+// After the line with the caret, which stays where it is if that line is empty.
+void ScriptDialog::InsertLines(const QStringList& lines) {
+  if (lines.isEmpty()) {
+    return;
+  }
+  QTextCursor cursor = Editor()->textCursor();
+  cursor.movePosition(QTextCursor::EndOfBlock);
+  const bool is_empty = cursor.block().text().trimmed().isEmpty();
+  cursor.insertText((is_empty ? QString() : QStringLiteral("\n")) + lines.join(QLatin1Char('\n')));
+  Editor()->setTextCursor(cursor);
+  Editor()->setFocus();
+}
+
+// Called however the window is closed. A save that a line has started is waited for.
+void ScriptDialog::done(int result) {
+  if (bench_ != nullptr) {
+    bench_->Leave(*this);
+  }
+  QDialog::done(result);
+}
 
 void ScriptDialog::ConnectEditor(ScriptEditor* editor, QPushButton* save, QLabel* shape) {
   editor->SetTranslator(&context_.translator);

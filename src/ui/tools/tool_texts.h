@@ -26,6 +26,38 @@ inline constexpr Message kRestoreTitle{"Restore the Shipped Script"};
 inline constexpr Message kRestore{
     "Replace the script in the editor by the one that came with Quayline? It is not saved until "
     "you press \"Update Script\", and Undo (Ctrl+Z) brings yours back."};
+// The page beside a script.
+inline constexpr Message kJobRunsAlready{
+    "A job works on the router. Please wait until it is done, then run the line again."};
+inline constexpr Message kPointAtElement{
+    "Point at an element of the page. A click writes the line for it into the script."};
+inline constexpr Message kPicked{"Name: %1   Number: %2   Text: %3"};
+inline constexpr Message kNoLineForIt{"No command works with this element."};
+inline constexpr Message kSavePageTitle{"Save Page in a New Folder"};
+inline constexpr Message kPageSaved{
+    "The page is in the folder %1. Your password, keys and addresses were taken out as far as they "
+    "can be recognized: please look through the files before you give them to anybody."};
+inline constexpr Message kPartsNotSaved{"The page also uses these files, which are not saved:"};
+inline constexpr Message kCannotSavePage{
+    "The page cannot be saved in %1. Is a page on show, and may you write there?"};
+
+// A router of the user's own.
+inline constexpr Message kRouterNeedsName{"Please type the name of your router."};
+inline constexpr Message kRouterNameTaken{
+    "There is a router \"%1\" in the list already. Please give it another name."};
+inline constexpr Message kCannotAddRouter{
+    "The router cannot be saved. Is the disk full, or may you not write in the program's folder?"};
+inline constexpr Message kCannotReadRouter{"This file is not a router that can be read:\n%1"};
+inline constexpr Message kRouterAdded{
+    "Your router is in the list now, with the scripts of \"%1\". If its pages differ, adapt them: "
+    "menu Advanced, View Current Scripts For The Selected Router. \"Try on a Page\" there shows "
+    "what each line does."};
+inline constexpr Message kExportTitle{"Export Router"};
+inline constexpr Message kImportTitle{"Import Router"};
+inline constexpr Message kRouterFiles{"Router files (*.txt);;All files (*)"};
+inline constexpr Message kCannotExport{"The file %1 cannot be written."};
+inline constexpr Message kUnknownLimit{"unknown"};
+
 inline constexpr Message kNoFindings{"Every line can do what it says."};
 inline constexpr Message kFindings{"Lines to look at: %1 (errors: %2)"};
 inline constexpr Message kFindingError{"Line %1: %2"};

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include "ui/job/run_questions.h"
+#include "ui/toolkit/run_questions.h"
 
 namespace quayline {
 

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <expected>
+
+#include "core/databases.h"
+#include "core/records.h"
+
+namespace quayline {
+
+// Routers that the user adds. They are rows of "routers.mdb" like the shipped ones, with IDs from
+// here on, which no shipped router has: a merge with a newer shipped database keeps them.
+inline constexpr int kFirstOwnRouterId = 1'000'000'000;
+
+enum class OwnRouterError {
+  kNoName,
+  kNameTaken,     // in any case of letters
+  kCannotRead,    // the file, or what is in it
+  kCannotWrite,
+};
+
+struct OwnRouterFault {
+  OwnRouterError error = OwnRouterError::kNoName;
+  QString detail;  // the name, or what is wrong with a file
+};
+
+// Adds the router under a new ID, which is returned.
+std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, RouterRecord record);
+
+// Adds the routers of a file that ExportRouter() or a contributor has written, all or none.
+std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases, const QString& file);
+
+// Writes the router to a file of the form that data/README.md describes. False when it cannot be
+// written.
+bool ExportRouter(const RouterRecord& record, const QString& file);
+
+// Which of `names` is the likeliest to have the same pages as a router of the name that is typed:
+// the one with which it shares the longest beginning, if that is a word at least. -1: none.
+qsizetype NearestRouter(const QList<RouterName>& names, const QString& typed);
+
+}  // namespace quayline

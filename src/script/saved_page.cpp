@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/saved_page.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHostAddress>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include "core/save_file.h"
+#include "script/picked_element.h"
+
+namespace quayline {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QRegularExpression::PatternOptions kAnyCase = QRegularExpression::CaseInsensitiveOption;
+
+// Replaces each match by what `make` makes of it.
+template <typename Make>
+QString Replaced(const QString& text, const QRegularExpression& pattern, const Make& make) {
+  QString replaced;
+  qsizetype end = 0;
+  for (const QRegularExpressionMatch& match : pattern.globalMatch(text)) {
+    replaced += text.sliced(end, match.capturedStart() - end) + make(match);
+    end = match.capturedEnd();
+  }
+  return replaced + text.sliced(end);
+}
+
+bool IsHomeAddress(const QString& text) {
+  const QHostAddress address(text);
+  return address.isNull() || address.isLoopback() || address.isMulticast() ||
+         address.isInSubnet(QHostAddress(u"10.0.0.0"_s), 8) ||
+         address.isInSubnet(QHostAddress(u"172.16.0.0"_s), 12) ||
+         address.isInSubnet(QHostAddress(u"192.168.0.0"_s), 16) ||
+         address.isInSubnet(QHostAddress(u"0.0.0.0"_s), 8) || text.startsWith("255."_L1);
+}
+
+// A dotted number may also be a version; a false alarm costs nothing.
+QString WithoutAddresses(const QString& text) {
+  static const QRegularExpression kIp(u"(?<![\\d.])(?:\\d{1,3}\\.){3}\\d{1,3}(?![\\d.])"_s);
+  static const QRegularExpression kIp6(
+      u"(?<![0-9a-f:])(?:[23][0-9a-f]{3}|f[cd][0-9a-f]{2}):(?:[0-9a-f]{0,4}:){1,6}[0-9a-f]{0,4}"_s,
+      kAnyCase);
+  static const QRegularExpression kHardware(
+      u"(?<![0-9a-f])(?:[0-9a-f]{2}([:-]))(?:[0-9a-f]{2}\\1){4}[0-9a-f]{2}(?![0-9a-f])"_s, kAnyCase);
+  QString cleaned = Replaced(text, kIp, [](const QRegularExpressionMatch& match) {
+    return IsHomeAddress(match.captured()) ? match.captured() : u"203.0.113.1"_s;
+  });
+  cleaned.replace(kIp6, u"2001:db8::1"_s);
+  return Replaced(cleaned, kHardware, [](const QRegularExpressionMatch& match) {
+    return u"02"_s + (match.captured(1) + u"00"_s).repeated(5);
+  });
+}
+
+// Names of what is secret, in scripts and in data: wpa_psk = "...", "serial": "...".
+QString WithoutKeys(const QString& text) {
+  static const QRegularExpression kSecret(
+      u"((?:pass(?:word|wd|phrase|key)?|pwd|psk|wpa|wep|secret|token|csrf|serial|imei|pin|ssid|"
+      "(?:private|public|pre_?shared|shared|network|wlan|wifi|auth|encrypt\\w*)[-_]?key)"
+      "\\w*[\"']?\\s*[:=]\\s*)([\"'])(?:(?!\\2).){1,200}\\2"_s,
+      kAnyCase);
+  return Replaced(text, kSecret, [](const QRegularExpressionMatch& match) {
+    return match.captured(1) + match.captured(2) + u"removed"_s + match.captured(2);
+  });
+}
+
+// The value of an input that is a password box, or is named like something secret.
+QString WithoutSecretValues(const QString& markup) {
+  static const QRegularExpression kInput(u"<input\\b[^>]*>"_s, kAnyCase);
+  static const QRegularExpression kIsSecret(
+      u"type\\s*=\\s*[\"']?password|(?:name|id)\\s*=\\s*[\"']?[^\"'\\s>]*"
+      "(?:pass|pwd|psk|secret|token|csrf|serial|nonce|session|key|ssid)"_s,
+      kAnyCase);
+  static const QRegularExpression kValue(
+      u"(\\bvalue\\s*=\\s*)(?:\"[^\"]*\"|'[^']*'|[^\\s>\"']+)"_s, kAnyCase);
+  return Replaced(markup, kInput, [](const QRegularExpressionMatch& input) {
+    QString tag = input.captured();
+    return tag.contains(kIsSecret) ? tag.replace(kValue, u"\\1\"removed\""_s) : tag;
+  });
+}
+
+QString WithoutLogin(QString text, const PageSecrets& secrets) {
+  constexpr qsizetype kShortest = 3;  // shorter ones are parts of any word
+  // "admin" for both is how routers are sold, and part of the names of many pages.
+  if (secrets.password.isEmpty() || secrets.password == secrets.username) {
+    return text;
+  }
+  const QString basic = QString::fromLatin1(
+      (secrets.username + u':' + secrets.password).toUtf8().toBase64());
+  for (const QString& secret : {secrets.password, secrets.password.toHtmlEscaped(), basic}) {
+    if (secret.size() >= kShortest) {
+      text.replace(secret, u"removed"_s);
+    }
+  }
+  return text;
+}
+
+QString FileName(const QString& path) {
+  QString name = path.endsWith(u'/') ? path + u"index.html"_s : path;
+  QStringList parts;
+  for (const QString& part : name.split(u'/', Qt::SkipEmptyParts)) {
+    static const QRegularExpression kOther(u"[^\\w.()-]"_s);
+    QString kept = part;
+    kept.replace(kOther, u"_"_s);
+    parts.append(kept.startsWith(u'.') ? u'_' + kept : kept);
+  }
+  return parts.isEmpty() ? u"index.html"_s : parts.join(u'/');
+}
+
+// What the pages of the form send for a member of a rule.
+std::optional<QString> MemberOf(const PickedElement& field) {
+  switch (MeaningOf(field)) {
+    case FieldMeaning::kName:
+      return u"name"_s;
+    case FieldMeaning::kStart:
+    case FieldMeaning::kPorts:
+      return u"start"_s;
+    case FieldMeaning::kEnd:
+      return u"end"_s;
+    case FieldMeaning::kAddress:
+      return u"address"_s;
+    case FieldMeaning::kProtocol:
+      return u"protocol"_s;
+    case FieldMeaning::kEnabled:
+      return u"enabled"_s;
+    case FieldMeaning::kUnknown:
+      break;
+  }
+  return std::nullopt;
+}
+
+QJsonObject RowFor(const QJsonObject& form, const QString& path) {
+  QJsonObject rule;
+  for (const auto& value : form.value("fields"_L1).toArray()) {
+    const PickedElement field = PickedElement::From(value.toObject());
+    const std::optional<QString> member = MemberOf(field);
+    if (member && !field.name.isEmpty() && !rule.contains(*member)) {
+      rule.insert(*member, u'$' + field.name);
+    }
+  }
+  const QString action = form.value("action"_L1).toString();
+  const QString verb = form.value("method"_L1).toString() == "post"_L1 ? u"POST "_s : u"GET "_s;
+  QJsonObject row{{u"on"_s, verb + (action.startsWith(u'/') ? action : path)},
+                  {u"answer"_s, QJsonObject{{u"redirect"_s, path}}}};
+  if (rule.contains(u"start"_s)) {
+    row.insert(u"do"_s, u"add"_s);
+    row.insert(u"rule"_s, rule);
+  }
+  return row;
+}
+
+}  // namespace
+
+QString CleanedPage(QString markup, const PageSecrets& secrets) {
+  return WithoutAddresses(
+      WithoutKeys(WithoutSecretValues(WithoutLogin(std::move(markup), secrets))));
+}
+
+QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecrets& secrets) {
+  QMap<QString, QByteArray> files;
+  QJsonArray answers;
+  for (const auto& value : documents) {
+    const QJsonObject document = value.toObject();
+    const QString path = document.value("path"_L1).toString();
+    files.insert(FileName(path),
+                 CleanedPage(document.value("markup"_L1).toString(), secrets).toUtf8());
+    for (const auto& form : document.value("forms"_L1).toArray()) {
+      const QJsonObject row = RowFor(form.toObject(), path);
+      if (row.value("on"_L1).toString().startsWith("POST"_L1)) {
+        answers.append(row);
+      }
+    }
+  }
+  files.insert(u"answers.json"_s,
+               QJsonDocument(QJsonObject{{u"answers"_s, answers}}).toJson());
+  return files;
+}
+
+bool WriteSavedPage(const QString& folder, const QJsonArray& documents,
+                    const PageSecrets& secrets) {
+  QMap<QString, QByteArray> files = SavedPage(documents, secrets);
+  const QString name = u"answers.json"_s;
+  QFile known(folder + u'/' + name);
+  if (known.open(QIODevice::ReadOnly)) {
+    QJsonObject all = QJsonDocument::fromJson(known.readAll()).object();
+    QJsonArray rows = all.value("answers"_L1).toArray();
+    for (const auto& row : QJsonDocument::fromJson(files.value(name))["answers"_L1].toArray()) {
+      if (!rows.contains(row)) {
+        rows.append(row);
+      }
+    }
+    all.insert("answers"_L1, rows);
+    files.insert(name, QJsonDocument(all).toJson());
+  }
+  for (const auto& [file, bytes] : files.asKeyValueRange()) {
+    const QString path = folder + u'/' + file;
+    if (!QDir().mkpath(QFileInfo(path).path()) || !SaveFile(path, bytes)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+QStringList PartsOf(const QJsonArray& documents) {
+  QStringList parts;
+  for (const auto& document : documents) {
+    for (const auto& part : document.toObject().value("parts"_L1).toArray()) {
+      if (!parts.contains(part.toString())) {
+        parts.append(part.toString());
+      }
+    }
+  }
+  return parts;
+}
+
+}  // namespace quayline

@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/picked_element.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "script/bench_runner.h"
+#include "script/saved_page.h"
+#include "script/script_lint.h"
+#include "stub/answer_file.h"
+#include "test_main.h"
+
+namespace quayline {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(PickedElement, GetsTheLineThatUsesIt) {
+  const std::pair<const char*, const char*> cases[] = {
+      {R"("tag":"input","type":"text","name":"rule_desc")", "set_name(\"rule_desc,\")"},
+      {R"("tag":"input","type":"","name":"f1","text":"Start port")", "set_start_port(\"f1,\")"},
+      {R"("tag":"input","type":"text","name":"portTo")", "set_port_range(\"portTo,,-\")"},
+      {R"("tag":"input","type":"text","name":"port_to")", "set_stop_port(\"port_to,\")"},
+      {R"("tag":"input","type":"text","id":"lan_ip")", "set_ip(\"lan_ip,\")"},
+      {R"("tag":"input","type":"text","name":"x","value":"5")", "set_custom(\"x,,5\")"},
+      {R"("tag":"input","type":"text","number":31)", "set_value_by_position(\"value,31\")"},
+      {R"("tag":"input","type":"text","name":"a,b","number":3)",
+       "set_value_by_position(\"value,3\")"},
+      {R"("tag":"input","type":"password","name":"pw")", "set_password(\"pw,\")"},
+      {R"("tag":"input","type":"password","number":4)", "set_password_by_position(\"4\")"},
+      {R"("tag":"input","type":"checkbox","id":"on")", "set_checkbox(\"on,\")"},
+      {R"("tag":"input","type":"radio","name":"r","value":"udp")", "set_radiobutton(\"r,,udp\")"},
+      {R"("tag":"select","name":"p","options":["TCP","UDP","TCP/UDP"])",
+       "set_type_choices(\"TCP|UDP|TCP/UDP\") set_combobox(\"p,\")"},
+      {R"("tag":"select","name":"svc","options":["FTP","HTTP"])", "choose_item(\"svc,FTP\")"},
+      {R"("tag":"button","type":"submit","text":"Save, please")", "click_button(\"Save, please\")"},
+      {R"("tag":"input","type":"submit","name":"go","value":"Apply")", "click_button(\"go\")"},
+      {R"("tag":"a","text":"Rules","href":"rules.htm?x=1")", "click_link(\"rules.htm?x=1,\")"},
+      {R"j("tag":"a","text":"Add","href":"javascript:add()")j", "click_button(\"Add\")"},
+      {R"j("tag":"div","onclick":"open(1)","text":"")j", "click_onclick(\"open(1),\")"},
+      {R"("tag":"div","text":"Apply")", "click_button(\"Apply\")"},
+      {R"("tag":"div")", ""},
+      {R"("tag":"button","id":"s","frame":2)", "set_frame_number(\"2\") click_button(\"s\")"},
+  };
+  for (const auto& [json, expected] : cases) {
+    const QByteArray object = QByteArray("{") + json + "}";
+    const QStringList lines = LinesFor(PickedElement::From(QJsonDocument::fromJson(object).object()));
+    EXPECT_EQ(lines.join(u' '), QLatin1String(expected)) << json;
+    for (const QString& line : lines) {
+      EXPECT_TRUE(LintScriptLine(line).isEmpty()) << qPrintable(line);
+    }
+  }
+}
+
+TEST(SavedPage, WhatBelongsToTheOwnerIsTakenOutAndThePageStaysWhole) {
+  const PageSecrets secrets{.username = u"admin"_s, .password = u"Tr<ee7"_s};
+  const std::pair<const char*, const char*> cases[] = {
+      {"<p>Tr<ee7 Tr&lt;ee7 YWRtaW46VHI8ZWU3</p>", "<p>removed removed removed</p>"},
+      {"<input type=password name=a value='x y'>", "<input type=password name=a value=\"removed\">"},
+      {"<input value=\"k1\" id=wpa_psk>", "<input value=\"removed\" id=wpa_psk>"},
+      {"<input name=port value=80>", "<input name=port value=80>"},
+      {"var wpa_psk = 'one'; var port='80';", "var wpa_psk = 'removed'; var port='80';"},
+      {"{\"serial_number\": \"A1\", \"private_key\":\"B\"}",
+       "{\"serial_number\": \"removed\", \"private_key\":\"removed\"}"},
+      {"84.12.7.9 192.168.1.1 10.0.0.5 255.255.255.0 172.16.0.1 0.0.0.0",
+       "203.0.113.1 192.168.1.1 10.0.0.5 255.255.255.0 172.16.0.1 0.0.0.0"},
+      {"2003:e4:1::7 at 00:1A:2b:33:44:55, 00-1A-2B-33-44-55",
+       "2001:db8::1 at 02:00:00:00:00:00, 02-00-00-00-00-00"},
+      {"12:30:45 <b>a</b>", "12:30:45 <b>a</b>"},
+  };
+  for (const auto& [markup, cleaned] : cases) {
+    EXPECT_EQ(CleanedPage(QString::fromUtf8(markup), secrets), QLatin1String(cleaned));
+  }
+}
+
+TEST(SavedPage, IsAFolderThatScriptsCanBeTriedOn) {
+  const char* const page = R"([{"path": "/cgi-bin/../fw/", "markup": "<p>x</p>", "parts": ["a.js"],
+    "forms": [{"action": "/apply.cgi", "method": "post", "fields": [
+       {"tag": "input", "type": "text", "name": "desc"},
+       {"tag": "input", "type": "text", "name": "ext_port"},
+       {"tag": "select", "name": "proto"}]},
+      {"action": "/find.cgi", "method": "get", "fields": []}]}])";
+  const QJsonArray documents = QJsonDocument::fromJson(page).array();
+  QTemporaryDir folder;
+  const QString root = folder.filePath(u"saved"_s);
+  ASSERT_TRUE(WriteSavedPage(root, documents, {}));
+  ASSERT_TRUE(WriteSavedPage(root, documents, {}));
+  EXPECT_TRUE(QFile::exists(root + u"/cgi-bin/_../fw/index.html"_s));
+  EXPECT_EQ(PartsOf(documents), QStringList(u"a.js"_s));
+  QFile file(root + u"/answers.json"_s);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const auto answers = ParseAnswerFile(file.readAll());
+  ASSERT_TRUE(answers.has_value()) << qPrintable(answers.error().join(u' '));
+  ASSERT_EQ(answers->answers.size(), 1) << "the same page was saved twice";
+  EXPECT_EQ(answers->answers[0].on.path, u"/apply.cgi"_s);
+  EXPECT_EQ(answers->answers[0].rule.keys(), (QStringList{u"name"_s, u"protocol"_s, u"start"_s}));
+}
+
+TEST(BenchRunner, ALineIsRunWithTheLinesThatKeepSomethingForIt) {
+  const QStringList script{u"nav(\"a\")"_s, u"set_type_choices(\"T|U\")"_s,
+                           u"set_name(\"n,\")"_s, u"set_frame_number(\"1\")"_s,
+                           u"set_combobox(\"c,\")"_s};
+  EXPECT_EQ(LinesForOne(script, 4), (QStringList{script[1], script[3], script[4]}));
+  EXPECT_EQ(LinesForOne(script, 0), QStringList(script[0]));
+}
+
+}  // namespace
+}  // namespace quayline
