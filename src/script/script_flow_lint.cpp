@@ -117,7 +117,7 @@ class FlowLint final {
       return field.inserted == Inserted::kCurrentName;
     });
     const QString position = FieldOf(command, FieldKind::kPosition).value_or(QString());
-    return inserts && !position.isEmpty() ? Kept::kCurrentName : Kept::kNothing;
+    return inserts && WholeNumber(position) ? Kept::kCurrentName : Kept::kNothing;
   }
 
   static const Message* TextOf(Kept needed) {

@@ -208,6 +208,8 @@ TEST(ScriptLint, LinesThatDoNotWorkTogether) {
        "2 error No line above states the names"},
       {kUpdate, "nav(\"a\")\nset_name(\"n,1\")\nset_next_letter(\"\")\nclick_button(\"s\")",
        "2 error No line above chooses a row"},
+      {kUpdate, "nav(\"a\")\nset_name(\"n,x\")\nclick_button(\"s\")",
+       "2 error The field \"position\" should be"},
       {kUpdate, "nav(\"a\")\nset_name_if_in_combo_true(\"n,\")\nclick_button(\"s\")",
        "2 error This line never runs: no is_in_combo"},
       // The first test is for the entries that follow.

@@ -401,24 +401,25 @@ class Photographer final {
         QStringLiteral("click_button(\"Save\")"),   QStringLiteral("set_stop_port(\"\")")};
     WindowPrompts prompts(context.translator);
     auto* list = new RouterListDialog(context, prompts, nullptr, [](int) {});
+    const PageHostFactory make_page = [](PageQuestions& questions, QObject* parent) {
+      return new FakePage(questions, parent, MakePage());
+    };
+    auto* bench = new ScriptDialog(context, prompts, make_page, nullptr, [] {});
+    // Before the window of the page, whose run keeps others from beginning.
+    bench->findChild<QAbstractButton*>(QStringLiteral("bench_button"))->click();
     auto* page = new PageViewWindow(
         context, prompts,
         [](PageQuestions& questions, QObject* parent) {
           return new FakePage(questions, parent, MakePage());
         },
         nullptr);
-    const PageHostFactory make_page = [](PageQuestions& questions, QObject* parent) {
-      return new FakePage(questions, parent, MakePage());
-    };
     auto* scripts = new ScriptDialog(context, prompts, make_page, nullptr, [] {});
-    auto* bench = new ScriptDialog(context, prompts, make_page, nullptr, [] {});
     auto* own = new NewRouterDialog(context, prompts, context.databases.RouterNames(0, 100), nullptr,
                                     [](int, const QString&) {});
     QDialog* const windows[] = {list, page, scripts, bench, own};
     const char* const names[] = {"router_list", "page_view", "scripts", "script_bench",
                                  "new_router"};
     page->resize(1120, 780);
-    bench->findChild<QAbstractButton*>(QStringLiteral("bench_button"))->click();
     for (int i = 0; i < 5; ++i) {
       windows[i]->show();
       windows[i]->activateWindow();
