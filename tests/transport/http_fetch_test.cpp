@@ -3,11 +3,7 @@
 
 #include "transport/http_fetch.h"
 
-#include <QFile>
-#include <QProcess>
-#include <QSslKey>
 #include <QSslServer>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <array>
@@ -133,22 +129,10 @@ TEST_F(HttpFetchTest, GoesRoundTheProxyOfTheEnvironmentAndKeepsNoCookies) {
 }
 
 TEST_F(HttpFetchTest, ACertificateThatNobodyVouchesForIsRefused) {
-  const QTemporaryDir folder;
-  QProcess openssl;
-  openssl.setWorkingDirectory(folder.path());
-  openssl.startCommand(
-      u"openssl req -x509 -nodes -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 "
-      "-keyout key.pem -out certificate.pem"_s);
-  if (!openssl.waitForFinished() || openssl.exitCode() != 0) {
+  auto listener = testing::SelfSignedListener();
+  if (!listener) {
     GTEST_SKIP() << "needs the program openssl to make a certificate";
   }
-  QFile key(folder.filePath(u"key.pem"_s));
-  ASSERT_TRUE(key.open(QIODevice::ReadOnly));
-  QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-  tls.setLocalCertificateChain(QSslCertificate::fromPath(folder.filePath(u"certificate.pem"_s)));
-  tls.setPrivateKey(QSslKey(&key, QSsl::Rsa));
-  auto listener = std::make_unique<QSslServer>();
-  listener->setSslConfiguration(tls);
   bool is_handshake_begun = false;
   QObject::connect(listener.get(), &QSslServer::startedEncryptionHandshake, listener.get(),
                    [&](QSslSocket*) { is_handshake_begun = true; });

@@ -3,7 +3,11 @@
 
 #include "transport/scripted_server.h"
 
+#include <QFile>
+#include <QProcess>
+#include <QSslKey>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <sys/socket.h>
@@ -17,6 +21,26 @@ Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray&
 
 Reply RedirectTo(const QByteArray& location) {
   return Answer("302 Found", "elsewhere", "Location: " + location + "\r\n");
+}
+
+std::unique_ptr<QSslServer> SelfSignedListener() {
+  const QTemporaryDir folder;
+  QProcess openssl;
+  openssl.setWorkingDirectory(folder.path());
+  openssl.startCommand(QStringLiteral(
+      "openssl req -x509 -nodes -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 "
+      "-keyout key.pem -out certificate.pem"));
+  QFile key(folder.filePath(QStringLiteral("key.pem")));
+  if (!openssl.waitForFinished() || openssl.exitCode() != 0 || !key.open(QIODevice::ReadOnly)) {
+    return nullptr;
+  }
+  QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+  tls.setLocalCertificateChain(
+      QSslCertificate::fromPath(folder.filePath(QStringLiteral("certificate.pem"))));
+  tls.setPrivateKey(QSslKey(&key, QSsl::Rsa));
+  auto listener = std::make_unique<QSslServer>();
+  listener->setSslConfiguration(tls);
+  return listener;
 }
 
 ScriptedServer::ScriptedServer(std::unique_ptr<QTcpServer> listener)
@@ -69,7 +93,23 @@ void ScriptedServer::Send(QTcpSocket* client, const Reply& reply) {
     setsockopt(static_cast<int>(client->socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
                sizeof none);
     client->abort();
+  } else if (reply.then == Reply::Then::kDrip) {
+    SendMore(client, "x", std::chrono::milliseconds(200));
+  } else if (reply.then == Reply::Then::kEndless) {
+    SendMore(client, "4000\r\n" + QByteArray(0x4000, 'x') + "\r\n", {});
   }
+}
+
+// One chunk after the other, and no more than the client takes.
+void ScriptedServer::SendMore(QTcpSocket* client, const QByteArray& bytes,
+                              std::chrono::milliseconds pause) {
+  auto* timer = new QTimer(client);
+  connect(timer, &QTimer::timeout, client, [client, bytes] {
+    if (client->bytesToWrite() < bytes.size()) {
+      client->write(bytes);
+    }
+  });
+  timer->start(pause);
 }
 
 }  // namespace quayline::testing

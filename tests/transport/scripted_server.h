@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QMap>
+#include <QSslServer>
 #include <QTcpServer>
 #include <QUrl>
 
@@ -14,10 +15,10 @@
 
 namespace quayline::testing {
 
-// What the server does with a request: it sends `bytes` as they are and then closes, resets or goes
-// silent.
+// What the server does with a request: it sends `bytes` as they are and then closes, resets, goes
+// silent, sends a byte now and then, or sends without an end.
 struct Reply {
-  enum class Then { kClose, kReset, kSilence };
+  enum class Then { kClose, kReset, kSilence, kDrip, kEndless };
 
   QByteArray bytes;
   Then then = Then::kClose;
@@ -27,6 +28,10 @@ struct Reply {
 // A whole answer with its length declared.
 Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray& headers = {});
 Reply RedirectTo(const QByteArray& location);
+
+// A listener for ScriptedServer with a certificate for 127.0.0.1 that nobody vouches for; null
+// where the program openssl is missing.
+std::unique_ptr<QSslServer> SelfSignedListener();
 
 // A web server on loopback that sends what the test wrote down for each path.
 class ScriptedServer final : public QObject {
@@ -50,6 +55,8 @@ class ScriptedServer final : public QObject {
   void Accept();
   void Read(QTcpSocket* client);
   static void Send(QTcpSocket* client, const Reply& reply);
+  static void SendMore(QTcpSocket* client, const QByteArray& bytes,
+                       std::chrono::milliseconds pause);
 
   std::unique_ptr<QTcpServer> listener_;
   quint16 port_ = 0;
