@@ -66,7 +66,7 @@ function check(box) {
 <tr align="center"><td>{{number}}</td><td>&ndash;</td><td>{{rule.address}}</td><td>{{rule.protocol|TCP/UDP=TCP+UDP}}</td><td>{{rule.start}}-{{rule.end}}</td><td>{{rule.name}}</td><td><input type="checkbox" name="select{{number}}" value="ON"></td></tr>
 {{end}}
 </table>
-<input type="submit" value="Delete Selected" name="deleteSelPortFw"><input type="submit" value="Delete All" name="deleteAllPortFw" onClick="return confirm('Do you really want to delete all entries?')">
+<input type="submit" value="Delete Selected" name="deleteSelPortFw" onClick="return confirm('Do you really want to delete the selected entry?')"><input type="submit" value="Delete All" name="deleteAllPortFw" onClick="return confirm('Do you really want to delete all entries?')">
 <input type="hidden" value="/adv_portforward.asp" name="submit-url">
 </form>
 <form action="/goform/formPortFw" method="POST" name="formPortFwApply">

@@ -14,6 +14,9 @@ function updateState() {
   setDisabled(form, form.portForwardEnabled.options.selectedIndex !== 1);
   document.portForwardDelete.deleteSelPortForward.disabled = rules_num === 0;
 }
+function deleteClick() {
+  return true;
+}
 function formCheck() {
   var form = document.portForward;
   if (rules_num >= MAX_RULES - 1) {
@@ -64,7 +67,7 @@ function formCheck() {
 {{each rules}}<tr><td>{{number}}&nbsp; <input type="checkbox" name="delRule{{index}}"></td><td align="center">{{rule.address}}</td><td align="center">{{rule.start}} - {{rule.end}}</td><td align="center">{{rule.protocol|TCP/UDP=TCP + UDP}}</td><td align="center">{{rule.name}}</td></tr>
 {{end}}
 </table>
-<input type="submit" value="Delete Selected" id="forwardCurrentVirtualSrvDel" name="deleteSelPortForward"> <input type="reset" value="Reset" name="reset">
+<input type="submit" value="Delete Selected" id="forwardCurrentVirtualSrvDel" name="deleteSelPortForward" onClick="return deleteClick();"> <input type="reset" value="Reset" name="reset">
 </form>
 </td></tr></table>
 </body>
