@@ -12,11 +12,23 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 prefix=$(realpath -m -- "${1:-$HOME/.local}")
 
 scripts/build.sh release quayline quayline-cli quayline-dbtool quayline-reader quayline-mapper \
-  quayline_databases
+  quayline-firewall-helper quayline_databases
 cmake --install build/release --prefix "$prefix"
 
 # A desktop seldom searches a home folder for programs: the desktop file names the path.
 sed -i "s|^Exec=.*|Exec=\"$prefix/bin/quayline\" %f|" "$prefix/share/applications/quayline.desktop"
+
+# With the policy the system asks for the password in words of Quayline, and keeps it for a few
+# minutes. It reads policies of its own folders only, and must not trust a helper that a user could
+# replace: without the policy it asks each time.
+policy="$prefix/share/polkit-1/actions/org.quayline.firewall.policy"
+helper="$prefix/libexec/quayline/quayline-firewall-helper"
+sed -i "s|>[^<]*/quayline-firewall-helper<|>$helper<|" "$policy"
+system_policies=/usr/share/polkit-1/actions
+if ((EUID == 0)) && [[ -d $system_policies && $policy != "$system_policies"/* ]] &&
+  [[ $prefix == /usr/local || $prefix == /opt/* ]]; then
+  install -m 644 "$policy" "$system_policies/"
+fi
 
 # What each of these does, a desktop does by itself at the next login where it is missing.
 refresh() {

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sched.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace quayline::testing {
@@ -84,6 +85,12 @@ void RouterChain::AddRoutes() {
 void RouterChain::Silence(int router) {
   RunAt(router, u"ip rule add from %1.1 blackhole priority 1"_s.arg(networks_[router - 1]));
   Enter(0);
+}
+
+int RouterChain::SocketOutside(int type) const {
+  const int opened = Enter(1) ? socket(AF_INET, type | SOCK_NONBLOCK | SOCK_CLOEXEC, 0) : -1;
+  Enter(0);
+  return opened;
 }
 
 void RouterChain::AllowEchoes(bool allowed) {

@@ -26,6 +26,10 @@ class RouterChain final {
 
   // This router, from 1 on, does not report the packets whose time to live ends at it.
   void Silence(int router);
+  // Runs commands of the shell at the computer.
+  bool Run(const QString& commands) const { return RunAt(0, commands); }
+  // A socket of the next node, for IPv4.
+  int SocketOutside(int type) const;
   // Whether the computer's programs may send echo requests.
   void AllowEchoes(bool allowed);
 

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "platform/firewall.h"
+#include "platform/linux/helper_firewall.h"
+
+namespace quayline {
+
+// Where a Linux system shows which firewall it uses.
+struct FirewallPlaces {
+  QString ufw_settings = QStringLiteral("/etc/ufw/ufw.conf");
+  QStringList nft_programs{QStringLiteral("/usr/sbin/nft"), QStringLiteral("/sbin/nft")};
+  // That the system loads rules of nftables when it starts.
+  QStringList nft_services{
+      QStringLiteral("/etc/systemd/system/sysinit.target.wants/nftables.service"),
+      QStringLiteral("/etc/systemd/system/multi-user.target.wants/nftables.service")};
+};
+
+// The firewall that rules on a Linux system: ufw if it is enabled, else nftables if it filters.
+class LinuxFirewall final : public Firewall {
+ public:
+  explicit LinuxFirewall(HelperLaunch launch = HelperLaunch::OfSystem(), FirewallPlaces places = {})
+      : launch_(std::move(launch)), places_(std::move(places)) {}
+
+  Task<std::expected<FirewallView, FirewallError>> Look(Asking asking) override;
+  Task<FirewallChange> Add(QList<FirewallPorts> ports, Progress progress) override;
+  Task<FirewallChange> Remove(QList<FirewallPorts> ports, Progress progress) override;
+  bool OpenSettings() override;
+
+ private:
+  FirewallKind Ruling() const;
+  Task<FirewallChange> Change(QString verb, QList<FirewallPorts> ports, Progress progress);
+
+  HelperLaunch launch_;
+  FirewallPlaces places_;
+};
+
+}  // namespace quayline
