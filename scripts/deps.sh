@@ -25,9 +25,10 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev iproute2 nftables openssl dbus-daemon
 )
 
-# A router of the tests; not for a developer's own computer, where it would run as a service.
+# A router and a network service of the tests; not for a developer's own computer, where they would
+# run as services.
 if [[ -n ${CI:-} ]]; then
-  packages+=(miniupnpd)
+  packages+=(miniupnpd network-manager)
 fi
 
 check_only=false

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/network_manager_bus.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+
+#include "async/wait.h"
+
+namespace quayline {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+const QString kService = QStringLiteral("org.freedesktop.NetworkManager");
+constexpr std::chrono::milliseconds kLongestCall = 2min;  // the user may have to type a password
+
+}  // namespace
+
+QDBusConnection& NetworkManagerBus::Bus() {
+  if (!bus_) {
+    qDBusRegisterMetaType<NetworkProfile>();
+    qDBusRegisterMetaType<QList<QVariantMap>>();
+    qDBusRegisterMetaType<QList<quint32>>();
+    bus_ = address_.isEmpty() ? QDBusConnection::systemBus()
+                              : QDBusConnection::connectToBus(address_, address_);
+  }
+  return *bus_;
+}
+
+Task<NetworkManagerBus::Reply> NetworkManagerBus::Send(QString path, QString full_interface,
+                                                       QString method, QVariantList arguments) {
+  if (!Bus().isConnected()) {
+    co_return std::unexpected(
+        QDBusError(QDBusError::Disconnected, QStringLiteral("There is no message bus.")));
+  }
+  QDBusMessage call = QDBusMessage::createMethodCall(kService, path, full_interface, method);
+  call.setArguments(arguments);
+  call.setInteractiveAuthorizationAllowed(true);
+  OneShot<QDBusMessage> answer;
+  QDBusPendingCallWatcher watcher(Bus().asyncCall(call, static_cast<int>(kLongestCall.count())));
+  QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &watcher,
+                   [deliver = answer.Callback()](const QDBusPendingCallWatcher* call_watcher) {
+                     deliver(call_watcher->reply());
+                   });
+  const std::optional<QDBusMessage> reply = co_await answer;
+  if (!reply || reply->type() == QDBusMessage::ErrorMessage) {
+    co_return std::unexpected(reply ? QDBusError(*reply) : QDBusError());
+  }
+  co_return reply->arguments();
+}
+
+Task<NetworkManagerBus::Reply> NetworkManagerBus::Call(QString path, QString interface,
+                                                       QString method, QVariantList arguments) {
+  const QString full = interface.isEmpty() ? kService : kService + u'.' + interface;
+  Reply reply = co_await Send(path, full, method, arguments);
+  co_return reply;
+}
+
+Task<QVariantMap> NetworkManagerBus::Properties(QString path, QString interface) {
+  const Reply reply = co_await Send(path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                    QStringLiteral("GetAll"), {kService + u'.' + interface});
+  co_return reply ? qdbus_cast<QVariantMap>(reply->value(0)) : QVariantMap();
+}
+
+}  // namespace quayline

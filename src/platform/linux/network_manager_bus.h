@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QMap>
+#include <QVariantMap>
+
+#include <expected>
+#include <optional>
+
+#include "async/task.h"
+
+namespace quayline {
+
+// A connection profile as NetworkManager passes it: its settings by group ("ipv4") and name.
+using NetworkProfile = QMap<QString, QVariantMap>;
+
+// Calls of NetworkManager's methods. The connection to the bus is made with the first one.
+class NetworkManagerBus final {
+ public:
+  using Reply = std::expected<QVariantList, QDBusError>;
+
+  // Of a message bus; empty for the system's.
+  explicit NetworkManagerBus(QString address) : address_(std::move(address)) {}
+
+  // A method of the object at `path`; `interface` without the common beginning, empty for the main
+  // one. Lets the service ask the user for a password.
+  Task<Reply> Call(QString path, QString interface, QString method, QVariantList arguments);
+  // All properties of an object; empty if there are none.
+  Task<QVariantMap> Properties(QString path, QString interface);
+
+ private:
+  QDBusConnection& Bus();
+  Task<Reply> Send(QString path, QString full_interface, QString method, QVariantList arguments);
+
+  QString address_;
+  std::optional<QDBusConnection> bus_;
+};
+
+}  // namespace quayline
