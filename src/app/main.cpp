@@ -30,6 +30,7 @@
 #include "ui/main/splash_screen.h"
 #include "ui/main/version.h"
 #include "ui/toolkit/theme.h"
+#include "ui/toolkit/window_language.h"
 
 namespace quayline {
 namespace {
@@ -180,6 +181,16 @@ void WarnOfRoot(Prompts& prompts, MainWindow& main, const std::function<void()>&
                go_on);
 }
 
+// The user's own language files come before those that came with the program.
+void ChooseLanguage(AppContext& context) {
+  Translator& translator = context.translator;
+  if (translator.LanguageFiles().isEmpty()) {
+    translator.SetFolder(ShippedFolder(QCoreApplication::applicationDirPath()) +
+                         QStringLiteral("/Languages"));
+  }
+  translator.Choose(context.settings.Value(setting::kLanguage));
+}
+
 int Run(QApplication& application, const Options& options, StopSignals& signals) {
   // The main window's end is the program's, whatever else is open.
   QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -206,6 +217,8 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   if (options.data_folder.isEmpty()) {
     context.shipped_folder = ShippedFolder(QCoreApplication::applicationDirPath());
   }
+  ChooseLanguage(context);
+  const WindowLanguage window_language(application, context.translator);
   context.router_locks = RouterLocks(RouterLocks::SystemFolders());
   context.journals = JobJournals(JobJournals::SystemFolder());
   const LinuxListeners listeners;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QLocale>
+
 #include "core/databases.h"
 #include "core/job_flags.h"
 #include "core/job_journal.h"
@@ -34,6 +36,7 @@ struct AppContext {
     return program_folder + QLatin1Char('/') + QLatin1String(name);
   }
 
+  QLocale desktop_locale = QLocale::system();
   QString program_folder;
   QString shipped_folder;  // of the files that came with the program; may be empty
   Settings settings;

@@ -45,6 +45,10 @@ QString Settings::Value(const Setting& setting) const {
   return value.isEmpty() ? setting.Standard() : value;
 }
 
+bool Settings::IsSet(const Setting& setting) const {
+  return !Value(kSection, QString::fromLatin1(setting.key)).isEmpty();
+}
+
 QString Settings::Value(const QString& section, const QString& key) const {
   return store_.Value(section, key);
 }

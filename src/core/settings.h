@@ -55,6 +55,8 @@ class Settings final : public QObject {
  public:
   explicit Settings(QString file_name);
 
+  // Whether the file has a value.
+  bool IsSet(const Setting& setting) const;
   // The setting's standard value where the file has none.
   QString Value(const Setting& setting) const;
   // A value of another section, or an empty text.

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QApplication>
 #include <QLineEdit>
 
 #include "ui/main/main_frame.h"
+#include "ui/toolkit/window_language.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
@@ -19,8 +21,11 @@ class MainWindowTest : public WindowTest {
 
   void Make() {
     delete window_.data();
+    language_.reset();
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
     context_->maker_site.base = maker_site_;
+    context_->translator.Choose(context_->settings.Value(setting::kLanguage));
+    language_ = std::make_unique<WindowLanguage>(*qApp, context_->translator);
     windows_ = std::make_unique<FakeWindows>(*context_, prompts_);
     main_ = new MainFrame(*context_, prompts_, *windows_);
     window_ = main_;
@@ -30,12 +35,18 @@ class MainWindowTest : public WindowTest {
   }
   void Begin() {
     Make();
+    Show();
+  }
+  void Show() {
     main_->Load();
     main_->show();
   }
   // Opens the window and runs the start to its end.
   void Start() {
     Begin();
+    AwaitReady();
+  }
+  void AwaitReady() {
     ASSERT_TRUE(RunUntil([this] { return is_ready_; }));
   }
   void Start(const QByteArray& settings) {
@@ -62,6 +73,7 @@ class MainWindowTest : public WindowTest {
   }
 
   QString maker_site_ = u"http://127.0.0.1:9"_s;  // where nobody listens
+  std::unique_ptr<WindowLanguage> language_;
   std::unique_ptr<FakeWindows> windows_;
   MainFrame* main_ = nullptr;
   bool is_ready_ = false;

@@ -415,6 +415,16 @@ void JobWindow::keyPressEvent(QKeyEvent* event) {
   }
 }
 
+// The headline of a job that runs follows with the next entry.
+void JobWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange && !ui_->report_button->isHidden()) {
+    ui_->headline_label->setText(OutcomeText());
+    setWindowTitle(Title());
+    FitColumns();
+  }
+}
+
 void JobWindow::closeEvent(QCloseEvent* event) {
   if (event->spontaneous() && IsWorking()) {  // by the user, with the window's frame
     event->ignore();

@@ -51,6 +51,10 @@ inline constexpr Message kTotalEntries{"Total Entries To Add:"};
 inline constexpr Message kPortsToBeOpened{"Ports To Be Opened:"};
 inline constexpr Message kPortType{"Port Type:"};
 
+inline constexpr Message kLanguageTitle{"Language"};
+inline constexpr Message kLanguageQuestion{"Do you want to use Quayline in %1?",
+                                           "%1 is the language's own name"};
+
 inline constexpr Message kEmptyList{"No ports yet"};
 inline constexpr Message kEmptyListHint{
     "Each entry is a port that your router shall open. Press \"Add New Port To Forward\" to "

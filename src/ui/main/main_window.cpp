@@ -8,6 +8,7 @@
 
 #include <utility>
 
+#include "i18n/language_locale.h"
 #include "ui/main/main_messages.h"
 #include "ui/main/missing_features.h"
 #include "ui/main/version.h"
@@ -72,6 +73,47 @@ void MainWindow::showEvent(QShowEvent* event) {
   start_up_.NoteWindowShown();
 }
 
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    ShowTotals();
+    ShowLocalIp();
+  }
+}
+
+void MainWindow::UseLanguage(const QString& choice) {
+  context_.settings.SetValue(setting::kLanguage, choice);
+  context_.translator.Choose(choice);
+}
+
+// The question and its answers are in the language that is offered.
+void MainWindow::OfferDesktopLanguage() {
+  if (context_.settings.IsSet(setting::kLanguage)) {
+    return;
+  }
+  const QStringList choices = context_.translator.AvailableLanguages();
+  QStringList names;
+  for (const QString& choice : choices) {
+    names.append(context_.translator.LanguageOf(choice));
+  }
+  const qsizetype offered = names.indexOf(LanguageOfDesktop(context_.desktop_locale, names));
+  if (offered <= 0) {
+    return;  // unknown, or English
+  }
+  Translator texts{QString()};
+  texts.SetFolder(context_.translator.Folder());
+  texts.SetLanguage(names.at(offered));
+  const QString own_name = choices.at(offered).section(QStringLiteral(" | "), 1);
+  prompts_.AskChoice(this, texts.Text(message::kLanguageTitle),
+                     texts.Text(message::kLanguageQuestion).arg(own_name),
+                     {own_name, QStringLiteral("English")},
+                     [this, choice = choices.at(offered)](qsizetype answer) {
+                       const QString used = answer == 0 ? choice : QString::fromLatin1(kEnglish);
+                       ui_->language_box->setCurrentText(used);
+                       UseLanguage(used);
+                     });
+}
+
 // Not before the window can be seen: a write of the first half of the start may have failed.
 void MainWindow::ReportFailedWrites() {
   const auto report = [this] { prompts_.Tell(this, Text(message::kCannotKeepSettings)); };
@@ -127,9 +169,7 @@ void MainWindow::ConnectPanels() {
           [this] { menus_->OpenPage(context_.maker_site.RouterRequest()); });
   connect(&selection_, &RouterSelection::routerRead, this, &MainWindow::ShowSession);
   connect(&selection_, &RouterSelection::pictureChanged, router_panel_, &RouterPanel::ShowPicture);
-  connect(ui_->language_box, &QComboBox::textActivated, this, [this](const QString& language) {
-    context_.settings.SetValue(setting::kLanguage, language);
-  });
+  connect(ui_->language_box, &QComboBox::textActivated, this, &MainWindow::UseLanguage);
 }
 
 void MainWindow::ConnectRouterWindows() {
@@ -225,6 +265,7 @@ void MainWindow::ConnectStartUp() {
     if (router_panel_->IsAtPlaceholder()) {
       detector_->DetectSilently();
     }
+    OfferDesktopLanguage();
     Q_EMIT ready();
   });
 }

@@ -62,6 +62,7 @@ class MainWindow final : public QMainWindow {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -75,6 +76,9 @@ class MainWindow final : public QMainWindow {
   void ConnectStartUp();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
+  // At the first start: asks whether the program shall use the desktop's language.
+  void OfferDesktopLanguage();
+  void UseLanguage(const QString& choice);
   void ReportFailedWrites();
 
   void ChooseRouter(int id);

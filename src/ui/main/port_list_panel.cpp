@@ -58,11 +58,7 @@ PortListPanel::~PortListPanel() = default;
 
 void PortListPanel::ConnectList() {
   const Translator& texts = context_.translator;
-  context_.port_list.SetHeaders(
-      {texts.Text(message::kHeaderAppName), texts.Text(message::kHeaderForwardedTo),
-       texts.Text(message::kHeaderStartPort), texts.Text(message::kHeaderEndPort),
-       QStringLiteral("TCP/UDP"), texts.Text(message::kHeaderOnRouter),
-       texts.Text(message::kHeaderDescription)});
+  SetHeaders();
   context_.port_list.SetLookTexts(
       {.cell = [&texts](const EntryLook& look) { return LookText(look, texts); },
        .tool_tip = [&texts](const EntryLook& look) { return ToolTip(look, texts); }});
@@ -89,6 +85,24 @@ void PortListPanel::ConnectList() {
     Q_EMIT rowsChanged();
   });
   KeepRowSelected();
+}
+
+void PortListPanel::SetHeaders() {
+  const Translator& texts = context_.translator;
+  context_.port_list.SetHeaders(
+      {texts.Text(message::kHeaderAppName), texts.Text(message::kHeaderForwardedTo),
+       texts.Text(message::kHeaderStartPort), texts.Text(message::kHeaderEndPort),
+       QStringLiteral("TCP/UDP"), texts.Text(message::kHeaderOnRouter),
+       texts.Text(message::kHeaderDescription)});
+}
+
+void PortListPanel::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    SetHeaders();
+    ShowMaxEntries();
+    ui_->port_list_view->SizeColumns();
+  }
 }
 
 void PortListPanel::ConnectButtons() {

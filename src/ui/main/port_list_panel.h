@@ -54,7 +54,11 @@ class PortListPanel final : public QWidget {
   void totalsChanged();
   void menuWanted(const QPoint& place);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void SetHeaders();
   void ConnectList();
   void ConnectButtons();
   void KeepRowSelected();

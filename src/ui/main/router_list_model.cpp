@@ -21,6 +21,13 @@ void RouterListModel::Append(const QList<RouterName>& routers) {
   endInsertRows();
 }
 
+void RouterListModel::SetPlaceholder(const QString& placeholder) {
+  if (!rows_.isEmpty()) {
+    rows_.first().name = placeholder;
+    Q_EMIT dataChanged(index(0), index(0));
+  }
+}
+
 QStringList RouterListModel::Names() const {
   QStringList names;
   names.reserve(rows_.size());

@@ -21,6 +21,7 @@ class RouterListModel final : public QAbstractListModel {
   // Starts again with nothing but the placeholder.
   void Reset(const QString& placeholder);
   void Append(const QList<RouterName>& routers);
+  void SetPlaceholder(const QString& placeholder);
 
   int RouterCount() const { return std::max<int>(0, static_cast<int>(rows_.size()) - 1); }
   // All rows, the placeholder among them.

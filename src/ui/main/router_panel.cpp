@@ -123,6 +123,7 @@ void RouterPanel::ShowProgress(int loaded, int total) {
 }
 
 void RouterPanel::ShowRouterCount(int count) {
+  router_count_ = count;
   ui_->loading_frame->hide();
   ui_->router_count_label->setText(QStringLiteral("%1 (%2)").arg(
       translator_.Text(message::kRoutersLoaded), QLocale(QLocale::English).toString(count)));
@@ -138,6 +139,22 @@ void RouterPanel::ShowPicture(RouterPicture state, const QImage& picture) {
 void RouterPanel::Choose(int row) {
   ui_->router_box->setCurrentIndex(row);
   OnRowChosen(row);
+}
+
+void RouterPanel::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::LanguageChange) {
+    return;
+  }
+  const bool is_name = session_.router_name == routers_.Placeholder();
+  routers_.SetPlaceholder(translator_.Text(message::kChooseRouter));
+  if (is_name && !session_.router_name.isEmpty()) {
+    session_.router_name = routers_.Placeholder();
+  }
+  if (router_count_) {
+    ShowRouterCount(*router_count_);
+    Show();
+  }
 }
 
 bool RouterPanel::IsAtPlaceholder() const {

@@ -52,6 +52,7 @@ class RouterPanel final : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void SetIcons();
@@ -67,6 +68,7 @@ class RouterPanel final : public QWidget {
   RouterListModel& routers_;
   const Translator& translator_;
   std::unique_ptr<Ui::RouterPanel> ui_;
+  std::optional<int> router_count_;  // as shown
 };
 
 }  // namespace quayline

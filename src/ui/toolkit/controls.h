@@ -101,11 +101,13 @@ class AnimationBar final : public QWidget {
 // An image, scaled down where it does not fit. Without one a text is shown.
 class PictureView final : public QWidget {
   Q_OBJECT
+  Q_PROPERTY(QString emptyText READ EmptyText WRITE SetEmptyText)
 
  public:
   explicit PictureView(QWidget* parent = nullptr);
   void SetPicture(const QImage& picture);
   void SetEmptyText(const QString& text);
+  QString EmptyText() const { return empty_text_; }
   const QImage& Picture() const { return picture_; }
 
  protected:
@@ -119,10 +121,16 @@ class PictureView final : public QWidget {
 // A list of rows that shows a hint while it is empty.
 class HintedList final : public QTreeView {
   Q_OBJECT
+  Q_PROPERTY(QString hintTitle READ HintTitle WRITE SetHintTitle)
+  Q_PROPERTY(QString hintText READ HintText WRITE SetHintText)
 
  public:
   explicit HintedList(QWidget* parent = nullptr);
   void SetEmptyHint(const QString& title, const QString& text);
+  QString HintTitle() const { return hint_title_; }
+  void SetHintTitle(const QString& title) { SetEmptyHint(title, hint_text_); }
+  QString HintText() const { return hint_text_; }
+  void SetHintText(const QString& text) { SetEmptyHint(hint_title_, text); }
   // Each column as wide as its header and its longest text, the last one to the edge. A column to
   // which the user gave a width keeps it.
   void SizeColumns();
