@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "core/database_swap.h"
 #include "core/table_file.h"
 #include "core/table_stand_in.h"
 
@@ -51,6 +52,7 @@ Databases::~Databases() = default;
 std::expected<void, DatabaseError> Databases::Open(const QString& folder,
                                                    const QString& shipped_folder) {
   Close();
+  CompleteSwap(folder);
   notices_.clear();
   auto store = std::make_unique<Store>();
   for (const auto& [open, file] : {std::pair(&OpenTable<RouterRecord>, &store->routers),
@@ -103,8 +105,7 @@ std::optional<RouterRecord> Databases::FindRouter(int id) const {
 }
 
 bool Databases::AddRouter(int id, const RouterRecord& record) {
-  return store_ &&
-         store_->routers->Insert(ColumnNames<RouterRecord>(), TextsOf(record), id);
+  return store_ && store_->routers->Insert(ColumnNames<RouterRecord>(), TextsOf(record), id);
 }
 
 bool Databases::UpdateRouterScripts(int id, const QString& routercommands,

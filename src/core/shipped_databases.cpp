@@ -3,13 +3,16 @@
 
 #include "core/shipped_databases.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
 #include <array>
 
 #include "core/copied_file.h"
+#include "core/ini_file.h"
 #include "core/merge_rows.h"
 #include "core/table_file.h"
 
@@ -21,12 +24,24 @@ struct Shipped {
   TableShape shape;
   QString name_column;
   bool is_merged;
+  QStringList columns;  // that every file of the kind has
 };
 
+template <typename Record>
+Shipped ShippedOf(const char* name_column, bool is_merged) {
+  QStringList columns;
+  for (const Column<Record>& column : kTableOf<Record>.columns) {
+    if (!column.is_optional) {
+      columns.append(QLatin1String(column.name));
+    }
+  }
+  return {ShapeOf<Record>(), QLatin1String(name_column), is_merged, columns};
+}
+
 const std::array kShipped = {
-    Shipped{ShapeOf<RouterRecord>(), QStringLiteral("routername"), true},
-    Shipped{ShapeOf<AppPortRecord>(), QStringLiteral("appname"), true},
-    Shipped{ShapeOf<CustomPortRecord>(), QStringLiteral("appname"), false},
+    ShippedOf<RouterRecord>("routername", true),
+    ShippedOf<AppPortRecord>("appname", true),
+    ShippedOf<CustomPortRecord>("appname", false),
 };
 
 // As shipped when the user's file was last merged: what differs from it is the user's.
@@ -56,6 +71,141 @@ bool Merge(const QString& shipped_file, const QString& folder, const Shipped& da
   }) && CopyWithTime(shipped_file, BaseOf(users_file));
 }
 
+// While the maker's server has sent later databases than the installed ones, this file of the
+// user's folder says which state of these was known then.
+const QString kNoteFile = QStringLiteral("databases.ini");
+const QString kNoteSection = QStringLiteral("installed");
+
+QString StateOf(const QString& path) {
+  const QFileInfo file(path);
+  return QStringLiteral("%1 %2").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
+}
+
+bool IsNotedAsInstalled(const QString& shipped, const QString& folder) {
+  return ReadIniValue(kNoteSection, QFileInfo(shipped).fileName(),
+                      folder + QLatin1Char('/') + kNoteFile) == StateOf(shipped);
+}
+
+bool NoteInstalled(const QString& shipped_folder, const QString& set) {
+  QList<IniValue> notes;
+  for (const Shipped& database : kShipped) {
+    const QString path = shipped_folder + QLatin1Char('/') + database.shape.file_name;
+    if (database.is_merged && !shipped_folder.isEmpty() && QFileInfo::exists(path)) {
+      notes.append({kNoteSection, database.shape.file_name, StateOf(path)});
+    }
+  }
+  return notes.isEmpty() || WriteIniValues(notes, set + QLatin1Char('/') + kNoteFile);
+}
+
+QString CannotWrite(const QString& folder) {
+  return QStringLiteral("The new databases cannot be written to \"%1\". Is the disk full?")
+      .arg(QDir::toNativeSeparators(folder));
+}
+
+QHash<QString, QStringList> RowsByName(const TableData& table, const QString& name_column) {
+  const qsizetype name = table.columns.indexOf(name_column);
+  const qsizetype id = table.columns.indexOf(QStringLiteral("id"));
+  QHash<QString, QStringList> rows;
+  for (const QStringList& row : table.rows) {
+    QStringList texts = row;
+    texts[id].clear();
+    if (name >= 0 && !rows.contains(row.at(name))) {
+      rows.insert(row.at(name), texts);
+    }
+  }
+  return rows;
+}
+
+RowChanges Compare(const TableData& before, const TableData& after, const QString& name_column) {
+  RowChanges changes{.table = after.name};
+  const auto old_rows = RowsByName(before, name_column);
+  const auto new_rows = RowsByName(after, name_column);
+  for (const auto& [name, row] : new_rows.asKeyValueRange()) {
+    const auto old = old_rows.find(name);
+    if (old == old_rows.end()) {
+      ++changes.came;
+    } else {
+      // A column that is new at the end makes no row another one while it is empty.
+      const bool is_same = row.first(std::min(row.size(), old->size())) == *old &&
+                           row.mid(old->size()).join(QString()).isEmpty();
+      ++(is_same ? changes.stayed : changes.changed);
+    }
+  }
+  changes.gone = old_rows.size() - (changes.changed + changes.stayed);
+  return changes;
+}
+
+// The rows of a database of a package. None where a database that may be missing is.
+std::expected<TableData, QString> ReadPacked(const QString& package, const Shipped& database) {
+  const QString name = database.shape.file_name;
+  if (!QFileInfo::exists(package + QLatin1Char('/') + name) && !database.is_merged) {
+    return TableData{};
+  }
+  const auto file = TableFile::Open(package, database.shape);
+  if (!file) {
+    return std::unexpected(file.error().description);
+  }
+  TableData table = (*file)->ReadAll();
+  for (const QString& column : database.columns) {
+    if (!table.columns.contains(column)) {
+      return std::unexpected(
+          QStringLiteral("The file \"%1\" has no field \"%2\".").arg(name, column));
+    }
+  }
+  if (table.rows.isEmpty() && database.is_merged) {
+    return std::unexpected(QStringLiteral("The file \"%1\" is empty.").arg(name));
+  }
+  return table;
+}
+
+struct SetFiles {
+  QString packed;  // the database of the package
+  QString folder;  // the user's
+  QString set;
+};
+
+// The user's own programs stay; where he has no file yet he gets the one of the package.
+std::expected<RowChanges, QString> PrepareFirst(const SetFiles& files, const Shipped& database) {
+  const QString name = QLatin1Char('/') + database.shape.file_name;
+  if (!QFileInfo::exists(files.folder + name) && !CopyIfMissing(files.packed, files.set + name)) {
+    return std::unexpected(CannotWrite(files.set));
+  }
+  return RowChanges{};
+}
+
+std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Shipped& database,
+                                                 const TableData& packed) {
+  const QString name = QLatin1Char('/') + database.shape.file_name;
+  const QString made = files.set + name;
+  auto users = TableFile::Open(files.folder, database.shape);
+  if (!users && QFileInfo::exists(files.folder + name)) {
+    const QString why = users.error().description;
+    users = TableFile::OpenGoodCopy(files.folder, database.shape);
+    if (!users) {
+      return std::unexpected(why);
+    }
+  }
+  const TableData before =
+      users ? (*users)->ReadAll() : TableData{.name = packed.name, .columns = packed.columns};
+  const TableData base = ReadTable(BaseOf(files.folder + name), database.shape);
+  if (!(users ? (*users)->CopyTo(made) : CopyIfMissing(files.packed, made)) ||
+      !CopyWithTime(files.packed, BaseOf(made))) {
+    return std::unexpected(CannotWrite(files.set));
+  }
+  const auto file = TableFile::OpenFile(made, database.shape, SqlAccess::kReadWrite);
+  if (!file) {
+    return std::unexpected(file.error().description);
+  }
+  const bool is_merged = (*file)->Rewrite([&](const TableData& rows) {
+    return users ? MergeRows({.base = base, .shipped = packed, .users = rows}, database.name_column)
+                 : rows;
+  });
+  if (!is_merged) {
+    return std::unexpected(CannotWrite(files.set));
+  }
+  return Compare(before, (*file)->ReadAll(), database.name_column);
+}
+
 }  // namespace
 
 QString ShippedFolder(const QString& executable_folder) {
@@ -78,17 +228,41 @@ void FollowShippedDatabases(const QString& shipped_folder, const QString& folder
       if (CopyIfMissing(shipped, users) && database.is_merged) {
         CopyWithTime(shipped, BaseOf(users));
       }
-    } else if (database.is_merged && !IsCopyOf(BaseOf(users), shipped)) {
+    } else if (database.is_merged && !IsCopyOf(BaseOf(users), shipped) &&
+               !IsNotedAsInstalled(shipped, folder)) {
       Merge(shipped, folder, database);
     }
   }
 }
 
-bool MergeDatabase(const QString& shipped_file, const QString& folder, const char* file_name) {
-  const auto database = std::ranges::find_if(kShipped, [&](const Shipped& each) {
-    return each.is_merged && each.shape.file_name == QLatin1String(file_name);
-  });
-  return database != kShipped.end() && Merge(shipped_file, folder, *database);
+std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, const QString& folder,
+                                                     const QString& shipped_folder,
+                                                     const QString& set) {
+  QList<RowChanges> changes;
+  for (const Shipped& database : kShipped) {
+    const auto packed = ReadPacked(package, database);
+    if (!packed) {
+      return std::unexpected(packed.error());
+    }
+    if (packed->rows.isEmpty() && !database.is_merged) {
+      continue;
+    }
+    const SetFiles files = {.packed = package + QLatin1Char('/') + database.shape.file_name,
+                            .folder = folder,
+                            .set = set};
+    const auto merged = database.is_merged ? PrepareMerged(files, database, *packed)
+                                           : PrepareFirst(files, database);
+    if (!merged) {
+      return std::unexpected(merged.error());
+    }
+    if (database.is_merged) {
+      changes.append(*merged);
+    }
+  }
+  if (!NoteInstalled(shipped_folder, set)) {
+    return std::unexpected(CannotWrite(set));
+  }
+  return changes;
 }
 
 std::optional<RouterRecord> FindShippedRouter(const QString& folder, const QString& name) {

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QString>
 
+#include <expected>
 #include <optional>
 
 #include "core/records.h"
@@ -24,9 +26,23 @@ QString ShippedFolder(const QString& executable_folder);
 // is until a later start.
 void FollowShippedDatabases(const QString& shipped_folder, const QString& folder);
 
-// Merges a database file that came from elsewhere, for example from the maker's server, into the
-// user's of the same kind ("routers.mdb" or "ports.mdb"). False when nothing was changed.
-bool MergeDatabase(const QString& shipped_file, const QString& folder, const char* file_name);
+// What a new set of a database does to its rows, which are the same when their names are.
+struct RowChanges {
+  QString table;
+  qsizetype came = 0;
+  qsizetype changed = 0;
+  qsizetype stayed = 0;
+  qsizetype gone = 0;
+};
+
+// Checks the databases in the folder `package`, which are untrusted, and prepares in the empty
+// folder `set` what PutInPlace() then moves into `folder`: the user's databases merged with them as
+// with shipped ones. Nothing in `folder` is changed. From then on they count as what was shipped;
+// `shipped_folder`, which is older, is only merged when an installation has changed it. The error
+// is a sentence.
+std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, const QString& folder,
+                                                     const QString& shipped_folder,
+                                                     const QString& set);
 
 // The router of this name as it was shipped when `folder` was last merged.
 std::optional<RouterRecord> FindShippedRouter(const QString& folder, const QString& name);

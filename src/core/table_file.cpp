@@ -232,16 +232,21 @@ void TableFile::KeepGoodCopy() const {
     return;
   }
   const FileLock lock(QFileInfo(path_).absolutePath(), std::chrono::milliseconds(500));
+  if (lock.IsLocked()) {
+    CopyTo(copy);
+  }
+}
+
+bool TableFile::CopyTo(const QString& copy) const {
   QSqlDatabase handle = connection_.Handle();
   handle.transaction();
   QSqlQuery query(handle);
   // A transaction that has read something keeps writers out while the file is copied.
-  if (lock.IsLocked() && query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")) &&
-      query.next()) {
-    CopyWithTime(path_, copy);
-  }
+  const bool is_copied = query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")) &&
+                         query.next() && CopyWithTime(path_, copy);
   query.finish();
   handle.rollback();
+  return is_copied;
 }
 
 bool TableFile::ReadColumns(QSqlQuery& query, QString& id_type) {
@@ -315,8 +320,7 @@ bool TableFile::Insert(const QStringList& fields, const QStringList& texts, int 
                                "max(coalesce(max(%4), 0) + 1, %6) AS next FROM [%1] WHERE %5) "
                                "WHERE next <= 2147483647")
                     .arg(shape_.table, columns.join(QLatin1Char(',')),
-                         values.join(QLatin1Char(',')), key_, is_seen_,
-                         QString::number(least_id)));
+                         values.join(QLatin1Char(',')), key_, is_seen_, QString::number(least_id)));
   for (const QString& text : std::as_const(kept)) {
     query.addBindValue(Stored(text));
   }

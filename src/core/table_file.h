@@ -50,6 +50,8 @@ class TableFile final {
   // Copies the file, which is known to be good, unless the copy is of the same state already. Does
   // nothing for a file that stands in for another.
   void KeepGoodCopy() const;
+  // Writes a copy of the file while nobody writes to it. False when that fails.
+  bool CopyTo(const QString& copy) const;
 
   int Count() const;
   // The rows with an ID above `after_id`, or all, in the order of their IDs, up to `limit` (-1:

@@ -6,6 +6,8 @@
 //
 //   quayline-reader jet FILE           the tables of a Jet file, as EncodeTables() writes them
 //   quayline-reader picture < BYTES    a picture, as ReadPicture() gives it
+//   quayline-reader package FILE       the files of a package of databases, as EncodeFiles() writes
+//                                      them
 //
 // Ends with 0, or with 1 and a part of a sentence about the file on standard output.
 
@@ -19,6 +21,7 @@
 #include "core/table_stream.h"
 #include "reader/process_limits.h"
 #include "reader/read_jet_file.h"
+#include "reader/read_package.h"
 #include "reader/read_picture.h"
 
 namespace quayline::reader {
@@ -55,6 +58,13 @@ int RunPicture() {
   return picture ? Write(*picture, 0) : Write("is not a picture", kFailed);
 }
 
+int RunPackage(const char* file) {
+  LimitProcess(uint64_t{1} << 30, 30);
+  FilterSystemCalls();
+  const auto files = ReadPackage(QFile::decodeName(file));
+  return files ? Write(EncodeFiles(*files), 0) : Write(files.error().toUtf8(), kFailed);
+}
+
 int Run(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "jet") == 0) {
     return RunJet(argv[2]);
@@ -62,7 +72,10 @@ int Run(int argc, char** argv) {
   if (argc == 2 && std::strcmp(argv[1], "picture") == 0) {
     return RunPicture();
   }
-  std::fputs("usage: quayline-reader jet FILE | quayline-reader picture < FILE\n", stderr);
+  if (argc == 3 && std::strcmp(argv[1], "package") == 0) {
+    return RunPackage(argv[2]);
+  }
+  std::fputs("usage: quayline-reader jet FILE | package FILE | picture < FILE\n", stderr);
   return kUsage;
 }
 

@@ -21,11 +21,13 @@ namespace {
 using namespace Qt::StringLiterals;
 
 // The lowest layer first.
-const QList<QStringList> kLayers{{u"async"_s}, {u"platform"_s, u"transport"_s, u"i18n"_s},
-                                 {u"core"_s},  {u"script"_s, u"stub"_s, u"net"_s},
-                                 {u"ui"_s},
-                                 {u"app"_s, u"cli"_s, u"dbtool"_s, u"reader"_s, u"mapper"_s,
-                                  u"firewall_helper"_s}};
+const QList<QStringList> kLayers{
+    {u"async"_s},
+    {u"platform"_s, u"transport"_s, u"i18n"_s},
+    {u"core"_s},
+    {u"script"_s, u"stub"_s, u"net"_s, u"update"_s},
+    {u"ui"_s},
+    {u"app"_s, u"cli"_s, u"dbtool"_s, u"reader"_s, u"mapper"_s, u"firewall_helper"_s}};
 
 // Files that may still include each other: the gate and its connections.
 const QStringList kKnownCircle{u"script/web/gate_tunnel"_s, u"script/web/router_gate"_s};
