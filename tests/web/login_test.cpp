@@ -142,6 +142,24 @@ TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
   }
 }
 
+TEST_F(LoginTest, AnotherBrowserWithTheRightLoginGivesNoTries) {
+  QByteArray images;
+  for (int i = 0; i < 20; ++i) {
+    images += "fetch('/image" + QByteArray::number(i) + "');";
+  }
+  server.replies["/free"] = Html("<script>" + images + "</script>");
+  GiveLogin(u"admin"_s, right);
+  Open("/");
+  Open("/free");
+  const std::unique_ptr<PageHost> former = std::move(host);
+  NextBrowser();
+  GiveLogin(u"admin"_s, u"wrong"_s);
+  tries.clear();
+  Open("/free");
+  RunUntil([this] { return tries.count("admin:wrong") > 2; }, 1s);
+  EXPECT_LE(tries.count("admin:wrong"), 2);
+}
+
 TEST_F(LoginTest, ASecondTryMendsBlanksThatAreMeant) {
   server.special = [this](const QByteArray& request) {
     AskForLogin(request);

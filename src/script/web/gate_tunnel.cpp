@@ -83,7 +83,9 @@ void GateTunnel::OnClientBytes(const QByteArray& bytes) {
       return;
     case State::kFirstBytes:
       buffer_ += bytes;
-      BeginExchange();
+      if (HasHead()) {
+        BeginExchange();
+      }
       return;
     case State::kWaiting:
     case State::kConnecting:
@@ -118,9 +120,16 @@ void GateTunnel::ReadHandshake(const QByteArray& bytes) {
   since_ready_.start();
   state_ = State::kFirstBytes;
   buffer_ = handshake_.Rest();
-  if (!buffer_.isEmpty()) {
+  if (!buffer_.isEmpty() && HasHead()) {
     BeginExchange();
   }
+}
+
+// A request is judged by its whole head: a login may be in the last line of it.
+bool GateTunnel::HasHead() const {
+  constexpr qsizetype kLongestHead = qsizetype{1} << 16;
+  return buffer_.at(0) == kTlsHandshake || buffer_.contains("\r\n\r\n") ||
+         buffer_.size() > kLongestHead;
 }
 
 void GateTunnel::BeginExchange() {
@@ -225,17 +234,21 @@ LoginWatch::Pass GateTunnel::JudgeLogin() {
   if (login < 0) {
     return LoginWatch::Pass::kSend;
   }
-  const LoginWatch::Pass pass = gate_.JudgeLogin(AddressOf(watch_->Target()));
-  has_login_ = pass == LoginWatch::Pass::kSend;
-  if (pass == LoginWatch::Pass::kWithoutLogin) {
-    buffer_.remove(login, lines.indexOf('\n', login + 1) - login);
+  const qsizetype end = lines.indexOf('\n', login + 1);
+  const qsizetype value = lines.indexOf(':', login) + 1;
+  const QByteArray credentials = buffer_.sliced(value, end - value).trimmed();
+  const LoginWatch::Pass pass = gate_.JudgeLogin(AddressOf(watch_->Target()), credentials);
+  if (pass == LoginWatch::Pass::kSend) {
+    credentials_ = credentials;
+  } else if (pass == LoginWatch::Pass::kWithoutLogin) {
+    buffer_.remove(login, end - login);
   }
   return pass;
 }
 
 void GateTunnel::NoteLoginAnswer(std::optional<int> status) {
-  if (std::exchange(has_login_, false)) {
-    gate_.NoteLoginAnswer(AddressOf(watch_->Target()), status);
+  if (const QByteArray sent = std::exchange(credentials_, {}); !sent.isEmpty()) {
+    gate_.NoteLoginAnswer(AddressOf(watch_->Target()), sent, status);
   }
 }
 

@@ -43,6 +43,7 @@ class GateTunnel final : public QObject {
 
   void OnClientBytes(const QByteArray& bytes);
   void ReadHandshake(const QByteArray& bytes);
+  bool HasHead() const;
   void BeginExchange();
   void LookUp();
   void Connect();
@@ -81,13 +82,13 @@ class GateTunnel final : public QObject {
   SiteOrigin origin_;
   quint64 place_ = 0;  // among the connections to the origin; 0: not asked for
   QByteArray buffer_;  // the request, until the router has received it
+  QByteArray credentials_;  // sent with it, while the answer is not known
   bool can_repeat_ = true;
   bool has_answer_ = false;  // a byte of it
   int noted_requests_ = 0;
   QElapsedTimer since_ready_;   // the browser could send
   bool was_idle_ = false;       // before its first request, so that the engine may repeat that
   bool is_told_ = false;        // answered() was emitted
-  bool has_login_ = false;      // and its answer is not known
   bool is_change_ = false;      // the request may change something
   bool is_discarding_ = false;  // the browser has gone, the answer is read all the same
   std::unique_ptr<ExchangeWatch> watch_;

@@ -18,10 +18,17 @@ QUrl Key(const QUrl& url) { return url.adjusted(QUrl::RemoveFragment | QUrl::Rem
 
 }  // namespace
 
+void LoginTries::Realm::DropUnsent() {
+  if (const auto given = pending.find(unsent_url); given != pending.end() && --*given <= 0) {
+    pending.erase(given);
+  }
+}
+
 LoginTries::Verdict LoginTries::Ask(const QString& name, const QUrl& full_url, bool is_alone) {
   const QUrl url = Key(full_url);
   Realm& realm = realms_[name];
   realm_of_.insert(url, name);
+  TakeBackUnsent(realm);
   const int before = realm.pending.value(url);
   if (realm.is_accepted && before < kMaxTries) {
     ++realm.pending[url];
@@ -30,12 +37,6 @@ LoginTries::Verdict LoginTries::Ask(const QString& name, const QUrl& full_url, b
   if (realm.is_accepted) {
     realm.is_accepted = false;  // the same request asked three times: the password was changed
     realm.tries = kMaxTries;
-  }
-  if (realm.is_unsent && !realm.IsOnTrial()) {
-    // The page was left before the engine sent the login.
-    realm.is_unsent = false;
-    --realm.tries;
-    --untried_;
   }
   const bool has_tries = realm.tries < kMaxTries && (any_accepted_ || untried_ < kMaxTries);
   if (!has_tries) {
@@ -52,11 +53,24 @@ LoginTries::Verdict LoginTries::Ask(const QString& name, const QUrl& full_url, b
   ++untried_;
   realm.on_its_way.setRemainingTime(kSoon);
   realm.is_unsent = url.scheme() == QLatin1String("http");  // over TLS it is not seen
+  realm.unsent_url = url;
   return realm.tries == 1 ? Verdict::kFirst : Verdict::kSecond;
 }
 
 bool LoginTries::IsAcceptedFor(const QUrl& url) const {
   return IsAccepted(realm_of_.value(Key(url)));
+}
+
+// The page was left before the engine sent the login: it was no try, and whatever is sent for that
+// address later is judged as if it had not been given.
+void LoginTries::TakeBackUnsent(Realm& realm) {
+  if (!realm.is_unsent || realm.IsOnTrial()) {
+    return;
+  }
+  realm.is_unsent = false;
+  realm.DropUnsent();
+  --realm.tries;
+  --untried_;
 }
 
 LoginTries::Verdict LoginTries::Refuse(Realm& realm, const QUrl& url) {
@@ -65,7 +79,7 @@ LoginTries::Verdict LoginTries::Refuse(Realm& realm, const QUrl& url) {
   return Verdict::kRefused;
 }
 
-std::optional<LoginWatch::Pass> LoginTries::Judge(const QUrl& full_url) {
+std::optional<LoginWatch::Pass> LoginTries::Judge(const QUrl& full_url, bool is_first_alone) {
   using Pass = LoginWatch::Pass;
   const QUrl url = Key(full_url);
   if (!realm_of_.contains(url)) {
@@ -75,11 +89,22 @@ std::optional<LoginWatch::Pass> LoginTries::Judge(const QUrl& full_url) {
     if (untried_ == 0) {
       return std::nullopt;
     }
-    return std::ranges::any_of(realms_, &Realm::IsOnTrial) ? Pass::kWait : Pass::kWithoutLogin;
+    // It may need no login, so that its answer shows nothing; and the request that tries the login
+    // may be queued behind it.
+    const bool is_unsent = std::ranges::any_of(realms_, &Realm::is_unsent);
+    const bool is_on_trial = std::ranges::any_of(realms_, &Realm::IsOnTrial);
+    return is_on_trial && !is_unsent ? Pass::kWait : Pass::kWithoutLogin;
   }
   Realm& realm = realms_[realm_of_.value(url)];
   if (realm.is_accepted) {
     return Pass::kSend;
+  }
+  if (is_first_alone && realm.tries > 1) {
+    return Pass::kWithoutLogin;  // it was refused
+  }
+  if (realm.is_unsent && url != realm.unsent_url) {
+    realm.DropUnsent();
+    ++realm.pending[url];
   }
   if (realm.sent.value(url) >= realm.pending.value(url)) {
     return realm.IsOnTrial() ? Pass::kWait : Pass::kWithoutLogin;
@@ -134,9 +159,9 @@ void LoginTries::NoteArrival(const QUrl& full_url) {
 
 void LoginTries::NoteArrivals(const std::function<bool(const QUrl&)>& has_arrived) {
   for (Realm& realm : realms_) {
-    // Over TLS nothing reports the answer to a script's request.
+    // Nothing reports the answer to a script's request there.
     const auto is_right = [&](const QUrl& url) {
-      return has_arrived(url) || (url.scheme() == QLatin1String("https") && !realm.IsOnTrial());
+      return url.scheme() == QLatin1String("https") && (has_arrived(url) || !realm.IsOnTrial());
     };
     if (std::ranges::any_of(realm.pending.keys(), is_right)) {
       Accept(realm);

@@ -24,7 +24,9 @@ namespace quayline {
 // An untried login goes out with one request at a time. The engine attaches a login that it was
 // given to every request that is queued, before the first one is answered; where many are queued
 // (the images of a page), the login has to be tried with a single one first. Over plain HTTP the
-// gate makes other requests that carry the login wait for the answer (Judge).
+// gate makes other requests that carry the login wait for the answer (Judge). Of those that were
+// asked for a login, the first one to reach the gate tries it: the engine has few connections to a
+// host, and the request that the login was given for may be queued behind the others.
 class LoginTries final {
  public:
   enum class Verdict {
@@ -36,14 +38,15 @@ class LoginTries final {
 
   // A question for `url`. `is_alone`: no other requests are queued beside it.
   Verdict Ask(const QString& realm, const QUrl& url, bool is_alone);
-  // As LoginWatch has them. Until a login is accepted, it is sent as often as it was given for
-  // `url`. Nothing: no login was given at all, so it is one of the page's own.
-  std::optional<LoginWatch::Pass> Judge(const QUrl& url);
+  // As LoginWatch has them. Until a login is accepted, it is sent as often as it was given.
+  // `is_first_alone`: the request carries the login of the first try, and the second one differs.
+  // Nothing: no login was given at all, so it is one of the page's own.
+  std::optional<LoginWatch::Pass> Judge(const QUrl& url, bool is_first_alone);
   void NoteAnswer(const QUrl& url, std::optional<int> status);
   // What was asked for at `url` arrived, so a login that was given for it is right.
   void NoteArrival(const QUrl& url);
-  // Of what the login was given for, everything that `has_arrived` is true for has arrived, except
-  // what was refused since.
+  // Over TLS, where the gate sees no answer: of what the login was given for, everything that
+  // `has_arrived` is true for has arrived, except what was refused since.
   void NoteArrivals(const std::function<bool(const QUrl&)>& has_arrived);
   bool IsAccepted(const QString& realm) const { return realms_.value(realm).is_accepted; }
   // The same for whatever realm the question for `url` was of.
@@ -61,10 +64,13 @@ class LoginTries final {
     int in_flight = 0;             // of these, requests that are not answered yet
     QDeadlineTimer on_its_way{0};  // from the engine, after the login was given
     bool is_unsent = false;        // the login given last has not come by
+    QUrl unsent_url;               // what it was given for
 
     bool IsOnTrial() const { return in_flight > 0 || !on_its_way.hasExpired(); }
+    void DropUnsent();
   };
 
+  void TakeBackUnsent(Realm& realm);
   Verdict Refuse(Realm& realm, const QUrl& url);
   void Accept(Realm& realm);
 

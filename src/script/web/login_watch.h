@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QUrl>
 
 #include <optional>
@@ -23,8 +24,11 @@ class LoginWatch {
   LoginWatch& operator=(const LoginWatch&) = delete;
   virtual ~LoginWatch() = default;
 
+  // Whether `credentials`, the value of an Authorization header, are the login that this one gives.
+  // Two browsers may be on the same router, one of them with a wrong login.
+  virtual bool HasLogin(const QByteArray& credentials) const = 0;
   // Nothing: the login is of no concern to this one.
-  virtual std::optional<Pass> JudgeLogin(const QUrl& url) = 0;
+  virtual std::optional<Pass> JudgeLogin(const QUrl& url, const QByteArray& credentials) = 0;
   // A request that carried a login was answered. `status` is 0 when the router ended the connection
   // without an answer; nothing: the browser did not wait for it.
   virtual void NoteLoginAnswer(const QUrl& url, std::optional<int> status) = 0;

@@ -6,7 +6,9 @@
 #include <QCoreApplication>
 #include <QPointer>
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -105,18 +107,28 @@ void RouterGate::WatchLogins(QObject* owner, LoginWatch* watch) {
   login_watches_.insert(owner, watch);
 }
 
-LoginWatch::Pass RouterGate::JudgeLogin(const QUrl& url) const {
+QList<LoginWatch*> RouterGate::WatchesOf(const QByteArray& credentials) const {
+  const QList<LoginWatch*> all = login_watches_.values();
+  QList<LoginWatch*> having;
+  std::ranges::copy_if(all, std::back_inserter(having), [&](const LoginWatch* watch) {
+    return watch->HasLogin(credentials);
+  });
+  return having.isEmpty() ? all : having;
+}
+
+LoginWatch::Pass RouterGate::JudgeLogin(const QUrl& url, const QByteArray& credentials) const {
   std::optional<LoginWatch::Pass> best;
-  for (LoginWatch* const watch : login_watches_) {
-    if (const auto pass = watch->JudgeLogin(url); pass && (!best || *pass < *best)) {
+  for (LoginWatch* const watch : WatchesOf(credentials)) {
+    if (const auto pass = watch->JudgeLogin(url, credentials); pass && (!best || *pass < *best)) {
       best = pass;
     }
   }
   return best.value_or(LoginWatch::Pass::kSend);
 }
 
-void RouterGate::NoteLoginAnswer(const QUrl& url, std::optional<int> status) const {
-  for (LoginWatch* const watch : login_watches_) {
+void RouterGate::NoteLoginAnswer(const QUrl& url, const QByteArray& credentials,
+                                 std::optional<int> status) const {
+  for (LoginWatch* const watch : WatchesOf(credentials)) {
     watch->NoteLoginAnswer(url, status);
   }
 }

@@ -69,8 +69,9 @@ class RouterGate final : public QObject {
   void AdmitAll(QObject* owner);
   bool IsAdmitted(const SiteOrigin& origin) const;
 
-  // `watch` decides about requests with a login, until `owner` ends. If one says yes, that counts;
-  // a request that nobody is concerned with is passed on.
+  // `watch` decides about requests with its login, until `owner` ends. Of several with the same
+  // login, one that says yes counts. A login that none of them has is judged by all. Where no watch
+  // is concerned, the request is passed on.
   void WatchLogins(QObject* owner, LoginWatch* watch);
 
   // A page is about to open a web socket over TLS. Connections to `origin` that are opened within
@@ -111,8 +112,10 @@ class RouterGate final : public QObject {
 
   // For the tunnels.
   ConnectionLimit& Limit() { return limit_; }
-  LoginWatch::Pass JudgeLogin(const QUrl& url) const;
-  void NoteLoginAnswer(const QUrl& url, std::optional<int> status) const;
+  LoginWatch::Pass JudgeLogin(const QUrl& url, const QByteArray& credentials) const;
+  void NoteLoginAnswer(const QUrl& url, const QByteArray& credentials,
+                       std::optional<int> status) const;
+  QList<LoginWatch*> WatchesOf(const QByteArray& credentials) const;
   bool HasHost(const QString& host, quint16 port) const;
   int LastFailure(const QUrl& url, int engine_error) const;
   bool IsWebSocketExpected(const SiteOrigin& origin) const;

@@ -32,6 +32,14 @@ QString Secret() {
   return secret;
 }
 
+// Whether the value of an Authorization header is this login. Of a Digest login only the name is
+// readable.
+bool IsLogin(const QByteArray& credentials, const QString& username, const QString& password) {
+  const QByteArray basic = (username + QLatin1Char(':') + password).toUtf8().toBase64();
+  return credentials.endsWith(' ' + basic) ||
+         credentials.contains("username=\"" + username.toUtf8() + '"');
+}
+
 QString ReadScript(const char* name) {
   QFile file(QStringLiteral(":/quayline/web/") + QLatin1String(name));
   if (!file.open(QIODevice::ReadOnly)) {
@@ -81,8 +89,19 @@ WebProfile::WebProfile(const JobOptions& options, const Translator& translator,
   InstallScripts();
 }
 
-std::optional<LoginWatch::Pass> WebProfile::JudgeLogin(const QUrl& url) {
-  return IsRouter(url) ? tries_.Judge(url) : std::nullopt;
+bool WebProfile::HasLogin(const QByteArray& credentials) const {
+  const PageLogin& typed = login_;
+  return IsLogin(credentials, typed.username, typed.password) ||
+         IsLogin(credentials, typed.username.trimmed(), typed.password.trimmed());
+}
+
+std::optional<LoginWatch::Pass> WebProfile::JudgeLogin(const QUrl& url,
+                                                       const QByteArray& credentials) {
+  if (!IsRouter(url)) {
+    return std::nullopt;
+  }
+  const bool is_second = IsLogin(credentials, login_.username, login_.password);
+  return tries_.Judge(url, !is_second && HasLogin(credentials));
 }
 
 void WebProfile::NoteLoginAnswer(const QUrl& url, std::optional<int> status) {

@@ -92,7 +92,8 @@ class WebProfile final : public QObject, private LoginWatch {
   void downloadRefused(const QString& file_name);
 
  private:
-  std::optional<Pass> JudgeLogin(const QUrl& url) override;
+  bool HasLogin(const QByteArray& credentials) const override;
+  std::optional<Pass> JudgeLogin(const QUrl& url, const QByteArray& credentials) override;
   void NoteLoginAnswer(const QUrl& url, std::optional<int> status) override;
   SiteOrigin Router() const;
   void InstallScripts();
