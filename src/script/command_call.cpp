@@ -104,8 +104,18 @@ Task<QJsonValue> CommandCall::AskOnce(PageCall call) const {
   const std::optional<PageAnswer> got = co_await answer;
   const QString before = std::exchange(run.markup_state, got ? got->markup_state : QString());
   run.is_settled = was_settled && !call.IsUserAction() && run.markup_state == before;
+  if (got) {
+    NoteComplaints(got->markup_state, got->complaints);
+  }
   run.page_has_pending_work = got ? got->is_working : run.page_has_pending_work;
   co_return got && got->answered ? got->value : call.if_gone;
+}
+
+void CommandCall::NoteComplaints(const QString& state,
+                                 const std::optional<QStringList>& texts) const {
+  if (texts && !state.isEmpty()) {
+    run.complaints = {.page = MarkPage(), .markup_state = state, .texts = *texts};
+  }
 }
 
 void CommandCall::SendKeys(const QString& keys) const {
@@ -157,6 +167,7 @@ Task<std::optional<RunEnd>> CommandCall::AwaitPage(quint64 mark, ErrorBlock bloc
   run.is_settled = run.frame_number == 0 && !state.isEmpty();
   if (run.is_settled) {
     run.markup_state = state;
+    NoteComplaints(state, env.pages.Complaints());
   }
   co_return EndOf(end, block);
 }

@@ -84,6 +84,8 @@ class CommandCall final {
   ScriptRun& run;
 
  private:
+  // Keeps the error texts that came with the markup's `state`.
+  void NoteComplaints(const QString& state, const std::optional<QStringList>& texts) const;
   std::optional<RunEnd> EndOf(WaitEnd end, ErrorBlock block);
   void LogErrorBlock(ErrorBlock block) const;
   // Ends the wait for an answer of `host` with a stop, and with the host itself. A popup that the

@@ -67,7 +67,9 @@ Task<RunEnd> Interpreter::Run() {
   call_.LogLine(LogSeparator());
   const std::optional<RunEnd> end = co_await RunLines();
   if (!Stopped() && end != RunEnd::kPageError) {
+    // Asked for, since a text in a frame leaves the state of the top document as it was.
     read_page_.reset();
+    run_.complaints.reset();
     co_await ReadComplaints();
   }
   for (const QString& text : complaints_.Found().mid(0, kMostComplaints)) {
@@ -96,12 +98,13 @@ Task<> Interpreter::ReadComplaints() {
   if (page == read_page_ && run_.markup_state == read_state_) {
     co_return;
   }
-  const QJsonValue answer = co_await call_.AskOnce(page_operation::ReadComplaints());
-  QStringList shown;
-  for (const QVariant& text : answer.toArray().toVariantList()) {
-    shown.append(text.toString());
+  const auto& known = run_.complaints;
+  if (known && known->page == page && known->markup_state == run_.markup_state) {
+    complaints_.Take(known->texts, page, run_.inputs);
+  } else {
+    const QJsonValue answer = co_await call_.AskOnce(page_operation::ReadComplaints());
+    complaints_.Take(answer.toVariant().toStringList(), page, run_.inputs);
   }
-  complaints_.Take(shown, page, run_.inputs);
   read_page_ = page;
   read_state_ = run_.markup_state;
 }

@@ -5,6 +5,9 @@
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 namespace quayline {
 
@@ -38,6 +41,9 @@ struct PageAnswer {
   QJsonValue value;
   // Of the document asked, after the call: see page_operation::ReadMarkupState().
   QString markup_state;
+  // The error texts of the page, as page_operation::ReadComplaints() gives them; nothing where they
+  // were reported before, with the same state.
+  std::optional<QStringList> complaints;
   // The page has pending work: started by the action, or, if the target was not found, any pending
   // work.
   bool is_working = false;

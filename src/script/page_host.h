@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -57,6 +58,9 @@ struct IdleReport {
   // The state of the top document's markup; see page_operation::ReadMarkupState(). Empty if two looks
   // at it were not equal.
   QString settled_state;
+  // The error texts that the page shows, as page_operation::ReadComplaints() gives them; nothing where
+  // they were reported before, with the same state.
+  std::optional<QStringList> complaints;
 };
 
 // What a line of the status box is about.

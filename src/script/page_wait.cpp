@@ -78,6 +78,7 @@ Task<WaitEnd> PageWait::UntilIdle(WaitScope scope) {
   const Deadline deadline(scope);
   const LongWait shown(*this, scope);
   settled_state_.clear();
+  complaints_.reset();
   quint64 mark = scope.since.value_or(Mark());
   WaitEnd end = WaitEnd::kIdle;
   for (int hop = 0; hop <= limits_.hops;) {
@@ -89,6 +90,7 @@ Task<WaitEnd> PageWait::UntilIdle(WaitScope scope) {
       if (report && !HasBegun(mark) && !Interruption(scope)) {
         later_timers_ = report->later_timers;
         settled_state_ = report->settled_state;
+        complaints_ = report->complaints;
         co_return report->gave_up ? WaitEnd::kPending : end;
       }
     }

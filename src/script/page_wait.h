@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -89,6 +90,8 @@ class PageWait final {
   // The state of the markup that two looks at the page found at the end of the last wait; empty if
   // they were not equal.
   const QString& SettledState() const { return settled_state_; }
+  // The error texts that came with it, as IdleReport has them.
+  const std::optional<QStringList>& Complaints() const { return complaints_; }
 
   // Whether the page answers at all, within `limit`.
   Task<bool> Answers(WaitLimits::Time limit);
@@ -111,6 +114,7 @@ class PageWait final {
   WaitLimits limits_;
   int later_timers_ = 0;
   QString settled_state_;
+  std::optional<QStringList> complaints_;
 };
 
 }  // namespace quayline

@@ -77,6 +77,13 @@ struct ScriptRun {
   QString markup_state;
   // Two looks at the markup were equal, and since then nothing was done on the page or awaited.
   bool is_settled = false;
+  // The error texts that came with an answer of the page, and what they are of.
+  struct Complaints {
+    quint64 page = 0;  // the mark
+    QString markup_state;
+    QStringList texts;
+  };
+  std::optional<Complaints> complaints;
 
   // The page has pending work that nothing has waited for yet.
   bool page_has_pending_work = false;

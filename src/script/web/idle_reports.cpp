@@ -4,6 +4,7 @@
 #include "script/web/idle_reports.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QWebEngineScript>
 
 #include "async/wait.h"
@@ -20,15 +21,20 @@ void IdleReports::Ask(PendingWork work, bool is_led, std::function<void(IdleRepo
 }
 
 // "idle", the wait, the number of timers that are left, whether the page gave up, the state of its
-// markup; on lines of their own the requests that are periodic.
+// markup; then a line with the error texts as JSON, or an empty one; on lines of their own the
+// requests that are periodic.
 void IdleReports::Take(const QString& text, bool is_idle) {
   const QStringList lines = text.split(QLatin1Char('\n'));
   const QStringList fields = lines.first().split(QLatin1Char(' '));
-  profile_.AddPeriodicRequests(lines.mid(1));
+  const QJsonDocument complaints = QJsonDocument::fromJson(lines.value(1).toUtf8());
+  profile_.AddPeriodicRequests(lines.mid(2));
   Q_EMIT taken(fields.value(1), is_idle,
                {.later_timers = fields.value(2).toInt(),
                 .gave_up = fields.value(3) == QLatin1String("1"),
-                .settled_state = fields.value(4)});
+                .settled_state = fields.value(4),
+                .complaints = complaints.isArray()
+                                  ? std::optional(complaints.toVariant().toStringList())
+                                  : std::nullopt});
 }
 
 // A document without our scripts has nothing that could start a navigation. A report is lost when

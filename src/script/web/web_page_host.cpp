@@ -258,9 +258,13 @@ void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> ans
   Ask(QStringLiteral("window.quaylineCall?.(...%1)").arg(AsJavaScript(arguments)),
       QWebEngineScript::ApplicationWorld, [answer = std::move(answer)](const QVariant& result) {
         const QVariantMap envelope = result.toMap();
+        const QVariant complaints = envelope.value(QStringLiteral("complaints"));
         answer({.answered = envelope.value(QStringLiteral("ok")).toBool(),
                 .value = QJsonValue::fromVariant(envelope.value(QStringLiteral("value"))),
                 .markup_state = envelope.value(QStringLiteral("state")).toString(),
+                .complaints = complaints.typeId() == QMetaType::QVariantList
+                                  ? std::optional(complaints.toStringList())
+                                  : std::nullopt,
                 .is_working = envelope.value(QStringLiteral("working")).toBool()});
       });
 }

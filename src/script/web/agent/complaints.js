@@ -64,22 +64,35 @@ function complaintOf(element) {
   return !isGood && /\p{L}{2}/u.test(text) && isMessage(element, text) ? text : '';
 }
 
+// The texts, of all frames, whichever of them the script works on.
+function complaintsOfPage() {
+  const texts = new Set();
+  for (const each of documentsBelow(document)) {
+    const places = all(each, COMPLAINT_PLACE).slice(0, MOST_PLACES);
+    const complaints = places.map((place) => attempt(() => complaintOf(place)) || '');
+    places.forEach((place, i) => {
+      // Of a message within another, the inner one has the words.
+      const isOuter = places.some((other, j) =>
+        j !== i && complaints[j] !== '' && holdsNode(place, other));
+      if (complaints[i] !== '' && !isOuter && texts.size < MOST_COMPLAINTS) {
+        texts.add(complaints[i]);
+      }
+    });
+  }
+  return Array.from(texts);
+}
+
 Object.assign(operations, {
-  // Answers the texts, of all frames, whichever of them the script works on.
-  ReadComplaints() {
-    const texts = new Set();
-    for (const each of documentsBelow(document)) {
-      const places = all(each, COMPLAINT_PLACE).slice(0, MOST_PLACES);
-      const complaints = places.map((place) => attempt(() => complaintOf(place)) || '');
-      places.forEach((place, i) => {
-        // Of a message within another, the inner one has the words.
-        const isOuter = places.some((other, j) =>
-          j !== i && complaints[j] !== '' && holdsNode(place, other));
-        if (complaints[i] !== '' && !isOuter && texts.size < MOST_COMPLAINTS) {
-          texts.add(complaints[i]);
-        }
-      });
-    }
-    return Array.from(texts);
-  },
+  ReadComplaints: complaintsOfPage,
 });
+
+// The texts ride on the answer that reports a new state of the markup, so that asking for them costs
+// no question of its own. Nothing where the state was reported before.
+let stateWithComplaints = '';
+function complaintsOfNewState(state) {
+  if (state === stateWithComplaints) {
+    return undefined;
+  }
+  stateWithComplaints = state;
+  return attempt(complaintsOfPage);
+}

@@ -29,8 +29,9 @@ function hasPendingWork(operation, value, isUserAction) {
 }
 
 // Carries out one operation. `isUserAction`: the page may react with work of its own. The answer is
-// {ok: true, value: ..., state: ..., working: ...}: the result, the state of the markup after the
-// call, and whether the page has pending work.
+// {ok: true, value: ..., state: ..., complaints: ..., working: ...}: the result, the state of the
+// markup after the call, the error texts if that state is new, and whether the page has pending
+// work.
 function callOperation(operation, args, frame, isUserAction) {
   try {
     forgetShadowRoots();
@@ -39,8 +40,9 @@ function callOperation(operation, args, frame, isUserAction) {
       restoreLost();
     }
     const value = operations[operation](chooseDocument(frame), ...args);
+    const state = markupState(working);
     return {
-      ok: true, value, state: markupState(working),
+      ok: true, value, state, complaints: complaintsOfNewState(state),
       working: hasPendingWork(operation, value, isUserAction),
     };
   } catch (error) {
@@ -60,6 +62,7 @@ function installPageAgent(secretBeacon, secretAsk, secretReply) {
   window.quaylineCall = callOperation;
   // For page_idle.js, and the host.
   window.quaylineMarkupState = () => markupState(document);
+  window.quaylineComplaints = complaintsOfNewState;
   // Before a script.
   window.quaylineArm = () => {
     armWatches();

@@ -198,8 +198,8 @@ function installPageIdle(beacon, ask, reply, limits) {
     });
   }
 
-  // Reports "idle `id` LATER GAVE_UP STATE" and the periodic requests when the page has no pending
-  // work: after the tasks that it has queued, and after whatever these start. Before, "pending `id`"
+  // Reports "idle `id` LATER GAVE_UP STATE", the error texts if the state is new, and the periodic
+  // requests when the page has no pending work: after the tasks that it has queued, and after whatever these start. Before, "pending `id`"
   // where there is work to wait for. `isLed`: an action may have led to the page. `periodic`: the
   // requests that other documents of the job found to be periodic. With `savesOnly` requests that may
   // be a save are the only work that is waited for.
@@ -213,7 +213,9 @@ function installPageIdle(beacon, ask, reply, limits) {
     let isWaiting = false;
     const reportOf = (gaveUp, state) => {
       const {later, periodic: found} = askWatches(gaveUp ? 'give up' : 'disarm');
-      return [['idle', id, later, Number(gaveUp), state].join(' '), ...new Set(found)].join('\n');
+      const complaints = window.quaylineComplaints(state);
+      return [['idle', id, later, Number(gaveUp), state].join(' '),
+        complaints ? JSON.stringify(complaints) : '', ...new Set(found)].join('\n');
     };
     const end = (gaveUp) => report(reportOf(gaveUp, markupState()));
     const isIdle = (pending) =>
