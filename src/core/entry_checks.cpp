@@ -26,7 +26,7 @@ constexpr Message kRangeIs{"Yours is"};
 constexpr Message kTheName{"The name"};
 constexpr Message kNameTaken{"is in your list already. Please choose another one."};
 constexpr Message kWholeNumbers{"Start Port and End Port must be whole numbers."};
-constexpr Message kPlainName{"A name can not contain \"|\" or a line break."};
+constexpr Message kPlainName{"A name can not contain a vertical bar or a line break."};
 
 constexpr Message kAddStartAboveEnd{"Starting port can not be larger than the ending port"};
 constexpr Message kEditStartAboveEnd{"Starting port can not be larger than the ending port."};

@@ -6,6 +6,7 @@
 #include <QCommandLineParser>
 
 #include "dbtool/database_file.h"
+#include "dbtool/language_source.h"
 #include "dbtool/program_data.h"
 
 namespace quayline::dbtool {
@@ -79,25 +80,64 @@ Result Dump(const QStringList& arguments, const QCommandLineParser&, const Scrip
   return text ? Result{.exit_code = kExitFine, .output = *text, .error = {}} : Failed(text.error());
 }
 
+Result MakeLanguages(const QStringList& arguments, const QCommandLineParser&, const ScriptLint&) {
+  const auto written = WriteLanguages(arguments.at(0), arguments.at(1));
+  return written ? Result() : Failed(written.error());
+}
+
+QString Listed(const QString& title, const QStringList& lines) {
+  return lines.isEmpty() ? QString()
+                         : title + QStringLiteral(":\n  ") + lines.join(QStringLiteral("\n  ")) +
+                               QLatin1Char('\n');
+}
+
+Result PrintTexts(const QStringList& arguments, const QCommandLineParser&, const ScriptLint&) {
+  const ProgramTexts program = ReadProgramTexts(arguments.at(0));
+  QStringList unreachable;
+  for (const ProgramText& text : program.unreachable) {
+    unreachable.append(text.place + QStringLiteral(": ") + text.english);
+  }
+  return {.exit_code = unreachable.isEmpty() ? kExitFine : kExitFailed,
+          .output = LanguageTemplate(program),
+          .error = Listed(QStringLiteral("No language file reaches these texts"), unreachable)};
+}
+
+Result Compare(const QStringList& arguments, const QCommandLineParser&, const ScriptLint&) {
+  const auto language = ReadLanguageSource(arguments.at(1));
+  if (!language) {
+    return Failed(language.error());
+  }
+  const LanguageFindings found = CompareLanguage(*language, ReadProgramTexts(arguments.at(0)));
+  const QString report = Listed(QStringLiteral("Without a translation"), found.missing) +
+                         Listed(QStringLiteral("Not used by the program"), found.unused) +
+                         Listed(QStringLiteral("Wrong"), found.wrong);
+  return {.exit_code = report.isEmpty() ? kExitFine : kExitFailed, .output = report, .error = {}};
+}
+
 constexpr Command kCommands[] = {
     {"build", "DATA OUT", "make OUT/routers.mdb, ports.mdb and custom.mdb from the folder DATA",
      Build},
     {"check", "DATA", "report what is wrong with the folder DATA", Check},
+    {"languages", "DATA OUT", "make OUT/Languages from the folder DATA/languages", MakeLanguages},
+    {"texts", "SOURCES", "print all texts of the program as a language to fill in", PrintTexts},
+    {"compare", "SOURCES LANGUAGE",
+     "report what the file LANGUAGE lacks, and what is wrong with it", Compare},
     {"dump", "FILE", "print a database as the text that it can be built from", Dump},
 };
 
 void AddOptions(QCommandLineParser& parser) {
-  QString description = QStringLiteral("Makes the databases of routers and programs.\n");
+  QString description =
+      QStringLiteral("Makes the databases of routers and programs, and the language files.\n");
   for (const Command& command : kCommands) {
     const QString shape =
         QLatin1String(command.name) + QLatin1Char(' ') + QLatin1String(command.arguments);
     description +=
-        QStringLiteral("\n  %1%2").arg(shape.leftJustified(17), QLatin1String(command.help));
+        QStringLiteral("\n  %1%2").arg(shape.leftJustified(25), QLatin1String(command.help));
   }
   parser.setApplicationDescription(description);
   parser.addOption({QStringLiteral("help"), QStringLiteral("Shows this text.")});
   parser.addOption(ReplaceCustom());
-  parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("build, check or dump"));
+  parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("one of these"));
   parser.addPositionalArgument(QStringLiteral("arguments"), QStringLiteral("those of the command"),
                                QStringLiteral("arguments..."));
 }

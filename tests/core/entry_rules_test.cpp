@@ -163,7 +163,7 @@ constexpr char kNoAddress[] = "You must enter an ip address to forward the ports
 constexpr char kReversed[] = "Starting port can not be larger than the ending port";
 constexpr char kTooFar[] =
     "On this router the End Port can be at most 100 higher than the Start Port.";
-constexpr char kNoBar[] = "A name can not contain \"|\" or a line break.";
+constexpr char kNoBar[] = "A name can not contain a vertical bar or a line break.";
 constexpr char kMeetsWeb[] = "'Web' Already has the start port in its range.";
 constexpr char kMeetsOdd[] = "'Odd' Already has the start port in its range.";
 constexpr char kMeetsBoth[] = "'Both' Already has the start port in its range.";
