@@ -5,6 +5,7 @@
 #include "core/app_context.h"
 #include "net/second_router.h"
 #include "platform/echoes.h"
+#include "platform/firewall.h"
 #include "script/page_host.h"
 #include "ui/entries/entry_windows.h"
 #include "ui/main/window_factory.h"
@@ -18,8 +19,8 @@ class JobWindow;
 class ProgramWindows final : public WindowFactory {
  public:
   // What is referred to outlives it.
-  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
-                 Echoes& echoes);
+  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries, Echoes& echoes,
+                 Firewall& firewall);
 
   // Looks for a second router in the background, without a window.
   void SearchSecondRouter() { quiet_search_.Start(); }
@@ -37,6 +38,7 @@ class ProgramWindows final : public WindowFactory {
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override;
   QDialog* PortChecker(QWidget* parent) override;
   QDialog* QuickPorts(QWidget* parent) override;
+  QDialog* OfComputer(QWidget* parent, ComputerWindow window) override;
 
  private:
   PageHostFactory Hosts() const;
@@ -46,6 +48,7 @@ class ProgramWindows final : public WindowFactory {
   Prompts& prompts_;
   const EntryWindows& entries_;
   Echoes& echoes_;
+  Firewall& firewall_;
   SecondRouterSearch quiet_search_;
   bool has_second_router_ = false;
 };

@@ -188,11 +188,11 @@ TEST(FirewallRights, WhatIsRefusedOrMissingIsToldApartAndNothingIsAskedUnasked) 
       {"it crashes", "echo 0; kill -9 $$", FirewallFault::kFailed, 0},
   };
   for (const Case& each : cases) {
-    LinuxFirewall firewall({.helper = write("helper", "exit 0"),
-                            .is_root = false,
-                            .pkexec = each.pkexec.isEmpty() ? QString()
-                                                            : write("pkexec", each.pkexec)},
-                           {.ufw_settings = ufw_settings});
+    LinuxFirewall firewall(
+        {.helper = write("helper", "exit 0"),
+         .is_root = false,
+         .pkexec = each.pkexec.isEmpty() ? QString() : write("pkexec", each.pkexec)},
+        {.ufw_settings = ufw_settings});
     const auto run = [](Firewall* asked, FirewallChange* change,
                         std::expected<FirewallView, FirewallError>* quiet) -> Task<> {
       *quiet = co_await asked->Look(Firewall::Asking::kNever);

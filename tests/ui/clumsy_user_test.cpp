@@ -159,11 +159,14 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   Start();
   EXPECT_EQ(VisibleItems(Find<QMenuBar>("menu_bar")->actions()).join(u'|').toStdString(),
             "File|Add Port/s|Remove Selected Port/s|Undo|Redo|Open List|Save List|Exit Program|"
-            "Tools|Check Router|Detect if you are behind multiple routers|Test Your Port Forwarding|"
+            "Tools|Check Router|Detect if you are behind multiple routers|"
+            "Firewall Port Exceptions|Add Current Ports List|Remove All Ports Added By QYL|"
+            "View Current Port Exceptions|Test Your Port Forwarding|"
             "Open Ports on Request (UPnP)|"
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
-            "About Debug Mode|Enable Script Throttle|About Script Throttle|Help|View Help|About");
+            "About Debug Mode|Enable Script Throttle|About Script Throttle|Open Firewall Settings|"
+            "Help|View Help|About");
   for (const char* control : {"router_request_link", "default_logins_button"}) {
     EXPECT_FALSE(Find(control)->isVisible()) << control;
   }

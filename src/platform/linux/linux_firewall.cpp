@@ -20,9 +20,9 @@ bool AnyExists(const QStringList& files) {
 }
 
 bool IsUfwEnabled(const QString& settings) {
-  static const QRegularExpression enabled(QStringLiteral("^\\s*ENABLED\\s*=\\s*\"?yes\\b"),
-                                          QRegularExpression::MultilineOption |
-                                              QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression enabled(
+      QStringLiteral("^\\s*ENABLED\\s*=\\s*\"?yes\\b"),
+      QRegularExpression::MultilineOption | QRegularExpression::CaseInsensitiveOption);
   QFile file(settings);
   return file.open(QIODevice::ReadOnly) &&
          enabled.match(QString::fromUtf8(file.readAll())).hasMatch();
@@ -56,8 +56,8 @@ Task<FirewallChange> LinuxFirewall::Change(QString verb, QList<FirewallPorts> po
                                            Progress progress) {
   const FirewallKind kind = Ruling();
   if (kind == FirewallKind::kNone) {
-    co_return FirewallChange{
-        .result = std::unexpected(FirewallError{.fault = FirewallFault::kMissing})};
+    co_return FirewallChange{.result =
+                                 std::unexpected(FirewallError{.fault = FirewallFault::kMissing})};
   }
   const HelperFirewall firewall(kind, launch_);
   co_return co_await firewall.Change(std::move(verb), std::move(ports), std::move(progress));
