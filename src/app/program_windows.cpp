@@ -6,23 +6,21 @@
 #include "script/web/web_engine.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
-#include "ui/network/firewall_change_dialog.h"
-#include "ui/network/firewall_list_dialog.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
+#include "ui/network/static_address_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
 
 namespace quayline {
 
 ProgramWindows::ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
-                               Echoes& echoes, Firewall& firewall)
+                               Echoes& echoes)
     : context_(context),
       prompts_(prompts),
       entries_(entries),
       echoes_(echoes),
-      firewall_(firewall),
       quiet_search_(context.adapters, echoes) {
   QObject::connect(&quiet_search_, &SecondRouterSearch::ended, &quiet_search_,
                    [this](const RouterTrace& trace) {
@@ -85,18 +83,8 @@ QDialog* ProgramWindows::QuickPorts(QWidget* parent) {
   return new QuickPortsDialog(context_, parent);
 }
 
-QDialog* ProgramWindows::OfComputer(QWidget* parent, ComputerWindow window) {
-  switch (window) {
-    case ComputerWindow::kAddExceptions:
-      return new FirewallChangeDialog(
-          firewall_, FirewallPortsOf(ComputeTotals(context_.port_list.Entries()).forwarded),
-          context_.translator, parent);
-    case ComputerWindow::kRemoveExceptions:
-      return new FirewallChangeDialog(firewall_, std::nullopt, context_.translator, parent);
-    case ComputerWindow::kShowExceptions:
-      break;
-  }
-  return new FirewallListDialog(firewall_, context_.translator, parent);
+QDialog* ProgramWindows::StaticAddress(QWidget* parent) {
+  return new StaticAddressDialog(context_, prompts_, address_setup_, neighbours_, parent);
 }
 
 QDialog* ProgramWindows::PortChecker(QWidget* parent) {

@@ -5,7 +5,8 @@
 #include "core/app_context.h"
 #include "net/second_router.h"
 #include "platform/echoes.h"
-#include "platform/firewall.h"
+#include "platform/linux/linux_neighbours.h"
+#include "platform/linux/network_manager_setup.h"
 #include "script/page_host.h"
 #include "ui/entries/entry_windows.h"
 #include "ui/main/window_factory.h"
@@ -19,8 +20,8 @@ class JobWindow;
 class ProgramWindows final : public WindowFactory {
  public:
   // What is referred to outlives it.
-  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries, Echoes& echoes,
-                 Firewall& firewall);
+  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
+                 Echoes& echoes);
 
   // Looks for a second router in the background, without a window.
   void SearchSecondRouter() { quiet_search_.Start(); }
@@ -38,7 +39,7 @@ class ProgramWindows final : public WindowFactory {
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override;
   QDialog* PortChecker(QWidget* parent) override;
   QDialog* QuickPorts(QWidget* parent) override;
-  QDialog* OfComputer(QWidget* parent, ComputerWindow window) override;
+  QDialog* StaticAddress(QWidget* parent) override;
 
  private:
   PageHostFactory Hosts() const;
@@ -48,7 +49,8 @@ class ProgramWindows final : public WindowFactory {
   Prompts& prompts_;
   const EntryWindows& entries_;
   Echoes& echoes_;
-  Firewall& firewall_;
+  LinuxNeighbours neighbours_;
+  NetworkManagerSetup address_setup_{neighbours_};
   SecondRouterSearch quiet_search_;
   bool has_second_router_ = false;
 };

@@ -30,6 +30,8 @@ struct MakerSite {
 
   QUrl Page(const char* path) const { return QUrl(base + QString::fromLatin1(path)); }
 
+  QUrl StaticAddressHelp() const { return Page("/static-ip-what-it-and-do-i-need-it"); }
+
   QUrl Website() const { return Page("/"); }
   QUrl Forums() const { return Page("/forums"); }
   QUrl Help() const { return Page("/help"); }

@@ -16,6 +16,10 @@ class Desktop {
   // Shows a short message beside the windows of all programs, where the desktop has a place for
   // that. Never waits for the desktop.
   virtual void ShowNotification(const QString& title, const QString& text) = 0;
+  // Whether the desktop has a window of its own for the network connections, and opens it. Opening
+  // is false if it could not be started.
+  virtual bool HasNetworkSettings() const = 0;
+  virtual bool OpenNetworkSettings() = 0;
 };
 
 }  // namespace quayline

@@ -6,7 +6,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -55,6 +57,36 @@ TEST(LinuxDesktop, ANotificationReachesTheServiceAndWithoutOneNothingHappens) {
   QDBusConnection::disconnectFromBus(u"service"_s);
   bus.kill();
   bus.waitForFinished();
+}
+
+TEST(LinuxDesktop, TheWindowForTheNetworkIsThatOfTheDesktop) {
+  const QTemporaryDir programs;
+  const QString started = programs.filePath(u"started"_s);
+  const auto add = [&](const QString& name) {
+    QFile file(programs.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\necho \"$0 $*\" > " + started.toUtf8() + ".new && mv " +
+               started.toUtf8() + ".new " + started.toUtf8() + '\n');
+    file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+  };
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", programs.path().toUtf8());
+  qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
+  LinuxDesktop desktop;
+  EXPECT_FALSE(desktop.HasNetworkSettings());
+  EXPECT_FALSE(desktop.OpenNetworkSettings());
+  add(u"nm-connection-editor"_s);
+  add(u"systemsettings"_s);
+  EXPECT_TRUE(desktop.HasNetworkSettings()) << "the one that fits any desktop";
+  add(u"gnome-control-center"_s);
+  qputenv("PATH", programs.path().toUtf8() + ':' + path);  // for the shell's commands
+  EXPECT_TRUE(desktop.OpenNetworkSettings());
+  ASSERT_TRUE(testing::RunUntil([&] { return QFile::exists(started); }));
+  QFile file(started);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(file.readAll().endsWith("/gnome-control-center network\n"));
+  qputenv("PATH", path);
+  qunsetenv("XDG_CURRENT_DESKTOP");
 }
 
 }  // namespace

@@ -14,6 +14,8 @@ class NoDesktop final : public Desktop {
  public:
   bool OpenInBrowser(const QUrl&) override { return false; }
   void ShowNotification(const QString&, const QString&) override {}
+  bool HasNetworkSettings() const override { return false; }
+  bool OpenNetworkSettings() override { return false; }
 };
 
 // A program without windows, adapters and desktop, in a folder of its own.

@@ -160,13 +160,17 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   EXPECT_EQ(VisibleItems(Find<QMenuBar>("menu_bar")->actions()).join(u'|').toStdString(),
             "File|Add Port/s|Remove Selected Port/s|Undo|Redo|Open List|Save List|Exit Program|"
             "Tools|Check Router|Detect if you are behind multiple routers|"
-            "Firewall Port Exceptions|Add Current Ports List|Remove All Ports Added By QYL|"
-            "View Current Port Exceptions|Test Your Port Forwarding|"
+            "Set your computer's IP to static|Test Your Port Forwarding|"
             "Open Ports on Request (UPnP)|"
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
-            "About Debug Mode|Enable Script Throttle|About Script Throttle|Open Firewall Settings|"
-            "Help|View Help|About");
+            "About Debug Mode|Enable Script Throttle|About Script Throttle|"
+            "Open Network Connections|Help|View Help|About");
+  Trigger("open_network_action");
+  EXPECT_EQ(folder_.desktop.network_settings_opened, 1);
+  EXPECT_TRUE(windows_->dialog.isNull());
+  Trigger("static_ip_action");
+  EXPECT_FALSE(windows_->dialog.isNull());
   for (const char* control : {"router_request_link", "default_logins_button"}) {
     EXPECT_FALSE(Find(control)->isVisible()) << control;
   }

@@ -23,18 +23,16 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
-#include "platform/fake_firewall.h"
 #include "ui/entries/adapter_dialog.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
 #include "ui/main/about_dialog.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
-#include "ui/network/firewall_change_dialog.h"
-#include "ui/network/firewall_list_dialog.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
+#include "ui/network/static_address_dialog.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/new_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
@@ -165,7 +163,7 @@ class Photographer final {
     co_await TakeRouterWindows();
     co_await TakeSecondRouter();
     co_await TakePortWindows();
-    co_await TakeFirewallWindows();
+    co_await TakeStaticAddress();
   }
 
  private:
@@ -388,41 +386,37 @@ class Photographer final {
     quick->close();
   }
 
-  Task<> TakeFirewallWindows() {
-    const Translator translator(program_.dir.path());
-    FakeFirewall firewall;
-    firewall.view.kind = FirewallKind::kNftables;
-    for (const int port : {22, 443, 8080}) {
-      firewall.view.rules.append({.name = OwnRuleName({port, port, kTcpNumber}),
-                                  .first_port = port,
-                                  .last_port = port});
-    }
-    firewall.view.rules.append({.name = QStringLiteral("filter input"), .protocol = 47});
-    firewall.hangs = true;
-    auto* adding = new FirewallChangeDialog(
-        firewall, QList<FirewallPorts>{{6881, 6889, kTcpNumber}}, translator, nullptr);
-    adding->show();
-    co_await Sleep(300ms);
-    Save(*adding, QStringLiteral("firewall_add"));
-    adding->close();
-    firewall.hangs = false;
-    auto* added = new FirewallChangeDialog(
-        firewall, QList<FirewallPorts>{{6881, 6889, kTcpNumber}}, translator, nullptr);
-    auto* list = new FirewallListDialog(firewall, translator, nullptr);
-    added->show();
-    list->show();
-    co_await Sleep(300ms);
-    Save(*added, QStringLiteral("firewall_added"));
-    Save(*list, QStringLiteral("firewall_list"));
-    added->close();
-    list->close();
-    firewall.error = FirewallError{FirewallFault::kRefused, FirewallKind::kUfw, {}};
-    auto* refused = new FirewallChangeDialog(firewall, std::nullopt, translator, nullptr);
-    refused->show();
-    co_await Sleep(300ms);
-    Save(*refused, QStringLiteral("firewall_refused"));
-    refused->close();
-    co_await Sleep(10ms);
+  Task<> TakeStaticAddress() {
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    WindowPrompts prompts(context.translator);
+    FakeAddressSetup setup;
+    setup.adapters = {{.description = QStringLiteral("Wired connection 1 (enp3s0)"), .index = 2}};
+    FakeNeighbours neighbours;
+    neighbours.answer = {.kind = NeighbourAnswer::Kind::kAnswers,
+                         .hardware_address = QByteArray("\xb8\x27\xeb\x10\x20\x30", 6)};
+    auto* dialog = new StaticAddressDialog(context, prompts, setup, neighbours, nullptr);
+    dialog->show();
+    co_await Sleep(50ms);
+    Save(*dialog, QStringLiteral("static_address"));
+    Click(dialog, "enable_button");
+    co_await Sleep(50ms);
+    Save(*dialog, QStringLiteral("static_address_taken"));
+    neighbours.answer = {};
+    setup.hangs = true;
+    Click(dialog, "disable_button");
+    co_await Sleep(50ms);
+    Save(*dialog, QStringLiteral("static_address_busy"));
+    dialog->resize(dialog->minimumSizeHint());
+    co_await Sleep(50ms);
+    Save(*dialog, QStringLiteral("static_address_small"));
+    delete dialog;
+    setup.hangs = false;
+    setup.list_error = SetupResult{.is_service_missing = true};
+    auto* missing = new StaticAddressDialog(context, prompts, setup, neighbours, nullptr);
+    missing->show();
+    co_await Sleep(50ms);
+    Save(*missing, QStringLiteral("static_address_missing"));
+    delete missing;
   }
 
   // The list of routers, the page of ports, and scripts with a few faults.

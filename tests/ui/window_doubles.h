@@ -10,8 +10,10 @@
 #include "core/app_context.h"
 #include "core/files.h"
 #include "core/test_databases.h"
+#include "platform/address_setup.h"
 #include "platform/fake_adapters.h"
 #include "platform/host_names.h"
+#include "platform/neighbours.h"
 #include "platform/linux/wine_settings.h"
 #include "script/page_host.h"
 #include "ui/entries/entry_windows.h"
@@ -108,6 +110,8 @@ class FakeDesktop final : public Desktop {
   QList<QUrl> opened;
   bool has_browser = true;
   QStringList notifications;
+  bool has_network_settings = true;
+  int network_settings_opened = 0;
 
   bool OpenInBrowser(const QUrl& page) override {
     opened.append(page);
@@ -116,6 +120,54 @@ class FakeDesktop final : public Desktop {
   void ShowNotification(const QString& title, const QString& text) override {
     notifications.append(title + u": "_s + text);
   }
+  bool HasNetworkSettings() const override { return has_network_settings; }
+  bool OpenNetworkSettings() override {
+    ++network_settings_opened;
+    return has_network_settings;
+  }
+};
+
+// An adapter service that notes what it is asked for.
+class FakeAddressSetup final : public AddressSetup {
+ public:
+  QList<SetupAdapter> adapters;
+  std::optional<SetupResult> list_error;
+  AdapterAddresses current{.address = u"192.168.1.20"_s,
+                           .mask = u"255.255.255.0"_s,
+                           .gateway = u"192.168.1.1"_s,
+                           .first_server = u"9.9.9.9"_s,
+                           .is_automatic = true};
+  SetupResult result;
+  bool hangs = false;
+  int changed = 0;  // the index of the adapter
+  FixedAddress wanted;
+
+  Task<std::expected<QList<SetupAdapter>, SetupResult>> List() override {
+    if (list_error) {
+      co_return std::unexpected(*list_error);
+    }
+    co_return adapters;
+  }
+  Task<std::expected<AdapterAddresses, SetupResult>> Read(int) override { co_return current; }
+  Task<SetupResult> SetFixed(int adapter, FixedAddress address) override {
+    wanted = address;
+    SetupResult made = co_await SetAutomatic(adapter);
+    co_return made;
+  }
+  Task<SetupResult> SetAutomatic(int adapter) override {
+    changed = adapter;
+    if (hangs) {
+      co_await Until([] { return false; });
+    }
+    co_return result;
+  }
+};
+
+class FakeNeighbours final : public Neighbours {
+ public:
+  NeighbourAnswer answer{.kind = NeighbourAnswer::Kind::kSilence};
+
+  Task<NeighbourAnswer> Ask(int, quint32, std::chrono::milliseconds) override { co_return answer; }
 };
 
 // A browser whose pages are all the same: every question is answered with the same words, every
@@ -253,7 +305,6 @@ class FakeWindows final : public WindowFactory {
   QList<QPointer<QWidget>> jobs;
   int checks = 0;            // how many of them only look
   QPointer<QDialog> dialog;  // the last one that was opened
-  QList<ComputerWindow> of_computer;
   std::function<void(int router_id)> choose_router;
   std::function<void()> scripts_written;
 
@@ -283,10 +334,7 @@ class FakeWindows final : public WindowFactory {
   }
   QDialog* PortChecker(QWidget* parent) override { return MakeDialog(parent); }
   QDialog* QuickPorts(QWidget* parent) override { return MakeDialog(parent); }
-  QDialog* OfComputer(QWidget* parent, ComputerWindow window) override {
-    of_computer.append(window);
-    return MakeDialog(parent);
-  }
+  QDialog* StaticAddress(QWidget* parent) override { return MakeDialog(parent); }
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override {
     scripts_written = std::move(written);
     return MakeDialog(parent);

@@ -7,6 +7,8 @@
 #include <QDBusMessage>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 
 namespace quayline {
 
@@ -19,7 +21,47 @@ bool HasSessionBus() {
          (!runtime_folder.isEmpty() && QFileInfo::exists(runtime_folder + QStringLiteral("/bus")));
 }
 
+// Windows for network connections, the best of each desktop first.
+struct NetworkTool {
+  const char* desktop;  // a name in XDG_CURRENT_DESKTOP; empty for any
+  const char* program;
+  const char* page;  // its argument, or empty
+};
+
+constexpr NetworkTool kNetworkTools[] = {
+    {"GNOME", "gnome-control-center", "network"},
+    {"Unity", "gnome-control-center", "network"},
+    {"KDE", "systemsettings", "kcm_networkmanagement"},
+    {"KDE", "systemsettings5", "kcm_networkmanagement"},
+    {"X-Cinnamon", "cinnamon-settings", "network"},
+    {"", "nm-connection-editor", ""},
+};
+
+// The program and its argument; empty if there is none.
+QStringList FindNetworkTool() {
+  const QStringList desktops =
+      qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+  for (const NetworkTool& tool : kNetworkTools) {
+    const QString desktop = QString::fromLatin1(tool.desktop);
+    const QString program = desktop.isEmpty() || desktops.contains(desktop)
+                                ? QStandardPaths::findExecutable(QLatin1String(tool.program))
+                                : QString();
+    if (!program.isEmpty()) {
+      const QString page = QString::fromLatin1(tool.page);
+      return page.isEmpty() ? QStringList{program} : QStringList{program, page};
+    }
+  }
+  return {};
+}
+
 }  // namespace
+
+bool LinuxDesktop::HasNetworkSettings() const { return !FindNetworkTool().isEmpty(); }
+
+bool LinuxDesktop::OpenNetworkSettings() {
+  const QStringList tool = FindNetworkTool();
+  return !tool.isEmpty() && QProcess::startDetached(tool.first(), tool.sliced(1));
+}
 
 bool LinuxDesktop::OpenInBrowser(const QUrl& page) {
   // Addresses come out of databases and settings: what is not a web page could start any program.

@@ -11,6 +11,8 @@ class LinuxDesktop final : public Desktop {
  public:
   bool OpenInBrowser(const QUrl& page) override;
   void ShowNotification(const QString& title, const QString& text) override;
+  bool HasNetworkSettings() const override;
+  bool OpenNetworkSettings() override;
 };
 
 }  // namespace quayline

@@ -18,6 +18,7 @@ MainMenus::MainMenus(AppContext& context, Prompts& prompts, const Ui::MainWindow
   ConnectOptions();
   ConnectHelp();
   ConnectPages();
+  ConnectSystem();
 }
 
 void MainMenus::ShowOptions() {
@@ -48,6 +49,15 @@ void MainMenus::ConnectHelp() {
           [this] { (new HelpDialog(window_))->open(); });
   connect(ui_.about_action, &QAction::triggered, this,
           [this] { (new AboutDialog(window_))->open(); });
+}
+
+void MainMenus::ConnectSystem() {
+  ui_.open_network_action->setVisible(context_.desktop.HasNetworkSettings());
+  connect(ui_.open_network_action, &QAction::triggered, this, [this] {
+    if (!context_.desktop.OpenNetworkSettings()) {
+      prompts_.Tell(window_, context_.translator.Text(message::kNoNetworkSettings));
+    }
+  });
 }
 
 void MainMenus::ConnectPages() {

@@ -34,6 +34,7 @@ class MainMenus final : public QObject {
   void ConnectOptions();
   void ConnectHelp();
   void ConnectPages();
+  void ConnectSystem();
 
   AppContext& context_;
   Prompts& prompts_;

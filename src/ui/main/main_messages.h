@@ -54,9 +54,6 @@ inline constexpr Message kPortType{"Port Type:"};
 inline constexpr Message kLanguageTitle{"Language"};
 inline constexpr Message kLanguageQuestion{"Do you want to use Quayline in %1?",
                                            "%1 is the language's own name"};
-inline constexpr Message kNoFirewallProgram{
-    "This computer has no program with windows for its firewall. The menu \"Firewall Port "
-    "Exceptions\" shows and changes the ports that it lets in."};
 
 inline constexpr Message kEmptyList{"No ports yet"};
 inline constexpr Message kEmptyListHint{
@@ -100,6 +97,8 @@ inline constexpr Message kOpenNothing{"&Nothing"};
 inline constexpr Message kReplaceList{
     "Put the ports of \"%2\" in place of those in your list?\n\nEntries now: %1, then: %3."};
 inline constexpr Message kNoBrowser{"Your web browser cannot be started. The page is:"};
+inline constexpr Message kNoNetworkSettings{
+    "The network settings of your desktop cannot be started."};
 
 inline constexpr Message kRouterNotFound{"Sorry I was unable to auto detect your router."};
 inline constexpr Message kRouterNotFoundHint{

@@ -49,7 +49,6 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
   HideMissingFeatures(*this, context.maker_site);
   ConnectPanels();
   ConnectRouterWindows();
-  ConnectComputerWindows();
   ConnectDetection();
   ConnectList();
   ConnectListMenu();
@@ -191,6 +190,8 @@ void MainWindow::ConnectRouterWindows() {
   });
   connect(ui_->test_ports_action, &QAction::triggered, this,
           [this] { windows_.PortChecker(this)->open(); });
+  connect(ui_->static_ip_action, &QAction::triggered, this,
+          [this] { windows_.StaticAddress(this)->open(); });
   connect(ui_->quick_ports_action, &QAction::triggered, this,
           [this] { windows_.QuickPorts(this)->open(); });
   connect(ui_->view_ports_button, &QPushButton::clicked, this, &MainWindow::ViewPorts);
@@ -199,23 +200,6 @@ void MainWindow::ConnectRouterWindows() {
   addAction(ui_->update_action);
   connect(ui_->check_button, &QPushButton::clicked, this, &MainWindow::CheckRouter);
   connect(ui_->check_action, &QAction::triggered, this, &MainWindow::CheckRouter);
-}
-
-void MainWindow::ConnectComputerWindows() {
-  const std::pair<QAction*, ComputerWindow> windows[] = {
-      {ui_->add_exceptions_action, ComputerWindow::kAddExceptions},
-      {ui_->remove_exceptions_action, ComputerWindow::kRemoveExceptions},
-      {ui_->show_exceptions_action, ComputerWindow::kShowExceptions},
-  };
-  for (const auto& [action, window] : windows) {
-    connect(action, &QAction::triggered, this,
-            [this, wanted = window] { windows_.OfComputer(this, wanted)->open(); });
-  }
-  connect(ui_->open_firewall_action, &QAction::triggered, this, [this] {
-    if (context_.firewall == nullptr || !context_.firewall->OpenSettings()) {
-      prompts_.Tell(this, Text(message::kNoFirewallProgram));
-    }
-  });
 }
 
 void MainWindow::ConnectDetection() {
