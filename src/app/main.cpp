@@ -20,6 +20,7 @@
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
 #include "platform/linux/linux_echoes.h"
+#include "platform/linux/linux_firewall.h"
 #include "platform/linux/linux_listeners.h"
 #include "platform/linux/private_memory.h"
 #include "platform/linux/stop_signals.h"
@@ -223,12 +224,14 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   context.journals = JobJournals(JobJournals::SystemFolder());
   const LinuxListeners listeners;
   context.listeners = &listeners;
+  LinuxFirewall firewall;
+  context.firewall = &firewall;
   WindowPrompts prompts(context.translator);
   SystemHostNames host_names;
   const WineSettings foreign_settings;
   const EntryWindows entries{context, prompts, host_names, foreign_settings};
   LinuxEchoes echoes;
-  ProgramWindows windows(context, prompts, entries, echoes);
+  ProgramWindows windows(context, prompts, entries, echoes, firewall);
   MainFrame main_window(context, prompts, windows);
   QObject::connect(&main_window, &MainFrame::closed, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);

@@ -6,6 +6,8 @@
 #include "script/web/web_engine.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
+#include "ui/network/firewall_change_dialog.h"
+#include "ui/network/firewall_list_dialog.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
@@ -16,11 +18,12 @@
 namespace quayline {
 
 ProgramWindows::ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
-                               Echoes& echoes)
+                               Echoes& echoes, Firewall& firewall)
     : context_(context),
       prompts_(prompts),
       entries_(entries),
       echoes_(echoes),
+      firewall_(firewall),
       quiet_search_(context.adapters, echoes) {
   QObject::connect(&quiet_search_, &SecondRouterSearch::ended, &quiet_search_,
                    [this](const RouterTrace& trace) {
@@ -81,6 +84,20 @@ QDialog* ProgramWindows::Scripts(QWidget* parent, std::function<void()> written)
 
 QDialog* ProgramWindows::QuickPorts(QWidget* parent) {
   return new QuickPortsDialog(context_, parent);
+}
+
+QDialog* ProgramWindows::OfComputer(QWidget* parent, ComputerWindow window) {
+  switch (window) {
+    case ComputerWindow::kAddExceptions:
+      return new FirewallChangeDialog(
+          firewall_, FirewallPortsOf(ComputeTotals(context_.port_list.Entries()).forwarded),
+          context_.translator, parent);
+    case ComputerWindow::kRemoveExceptions:
+      return new FirewallChangeDialog(firewall_, std::nullopt, context_.translator, parent);
+    case ComputerWindow::kShowExceptions:
+      break;
+  }
+  return new FirewallListDialog(firewall_, context_.translator, parent);
 }
 
 QDialog* ProgramWindows::StaticAddress(QWidget* parent) {

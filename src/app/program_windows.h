@@ -5,6 +5,7 @@
 #include "core/app_context.h"
 #include "net/second_router.h"
 #include "platform/echoes.h"
+#include "platform/firewall.h"
 #include "platform/linux/linux_neighbours.h"
 #include "platform/linux/network_manager_setup.h"
 #include "script/page_host.h"
@@ -20,8 +21,8 @@ class JobWindow;
 class ProgramWindows final : public WindowFactory {
  public:
   // What is referred to outlives it.
-  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries,
-                 Echoes& echoes);
+  ProgramWindows(AppContext& context, Prompts& prompts, const EntryWindows& entries, Echoes& echoes,
+                 Firewall& firewall);
 
   // Looks for a second router in the background, without a window.
   void SearchSecondRouter() { quiet_search_.Start(); }
@@ -39,6 +40,7 @@ class ProgramWindows final : public WindowFactory {
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override;
   QDialog* PortChecker(QWidget* parent) override;
   QDialog* QuickPorts(QWidget* parent) override;
+  QDialog* OfComputer(QWidget* parent, ComputerWindow window) override;
   QDialog* StaticAddress(QWidget* parent) override;
 
  private:
@@ -49,6 +51,7 @@ class ProgramWindows final : public WindowFactory {
   Prompts& prompts_;
   const EntryWindows& entries_;
   Echoes& echoes_;
+  Firewall& firewall_;
   LinuxNeighbours neighbours_;
   NetworkManagerSetup address_setup_{neighbours_};
   SecondRouterSearch quiet_search_;

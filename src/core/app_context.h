@@ -16,6 +16,7 @@
 #include "i18n/translator.h"
 #include "platform/adapters.h"
 #include "platform/desktop.h"
+#include "platform/firewall.h"
 #include "platform/listeners.h"
 #include "platform/router_lock.h"
 #include "transport/http_fetch.h"
@@ -54,6 +55,7 @@ struct AppContext {
   RouterLocks router_locks;              // locks nothing until the program says where
   JobJournals journals;                  // keeps none until the program says where
   const Listeners* listeners = nullptr;  // null: it is not known who listens on this computer
+  Firewall* firewall = nullptr;          // null: it is not known what this computer lets in
   Adapters& adapters;
   Desktop& desktop;
 };

@@ -10,7 +10,8 @@ namespace quayline {
 
 FixedProgram::FixedProgram(const QString& name) {
   for (const char* folder : {"/usr/sbin/", "/sbin/", "/usr/bin/", "/bin/"}) {
-    if (const QFileInfo file(QLatin1String(folder) + name); path_.isEmpty() && file.isExecutable()) {
+    if (const QFileInfo file(QLatin1String(folder) + name);
+        path_.isEmpty() && file.isExecutable()) {
       path_ = file.filePath();
     }
   }

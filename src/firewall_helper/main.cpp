@@ -37,7 +37,8 @@ constexpr Command kCommands[] = {
 
 HelperCode ReportUsage() {
   std::fputs(
-      "usage: quayline-firewall-helper (nft|ufw) (list | (add|remove) (tcp|udp):FIRST[-LAST] ...)\n",
+      "usage: quayline-firewall-helper (nft|ufw) (list | (add|remove) (tcp|udp):FIRST[-LAST] "
+      "...)\n",
       stderr);
   return HelperCode::kUsage;
 }

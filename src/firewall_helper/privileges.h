@@ -6,7 +6,7 @@ namespace quayline {
 
 // What a program that the helper starts needs of root's rights.
 enum class NeededRights {
-  kNetworkOnly,     // nft
+  kNetworkOnly,      // nft
   kNetworkAndFiles,  // ufw, which also keeps its rules in files of root
 };
 

@@ -57,8 +57,8 @@ HelperCode ChangeNft(const QList<FirewallPorts>& ports, MakeScript make) {
   if (!nft.Exists()) {
     return HelperCode::kMissing;
   }
-  const ProgramOutput list = nft.Run({QStringLiteral("-j"), QStringLiteral("list"),
-                                      QStringLiteral("ruleset")});
+  const ProgramOutput list =
+      nft.Run({QStringLiteral("-j"), QStringLiteral("list"), QStringLiteral("ruleset")});
   const auto ruleset = NftRuleset::Read(list.output);
   if (list.exit_code != 0 || !ruleset) {
     return Failure(list);
@@ -112,8 +112,8 @@ HelperCode ChangeUfw(const QList<FirewallPorts>& ports, MakeArguments make) {
       return HelperCode::kFailed;
     }
     const QStringList arguments = make(status, ports[rule]);
-    const ProgramOutput change = arguments.isEmpty() ? ProgramOutput{.exit_code = 0}
-                                                     : ufw.Run(arguments);
+    const ProgramOutput change =
+        arguments.isEmpty() ? ProgramOutput{.exit_code = 0} : ufw.Run(arguments);
     if (change.exit_code != 0) {
       return Failure(change);
     }

@@ -55,12 +55,11 @@ Anywhere                   ALLOW IN    1.2.3.4
 
 TEST(FirewallRules, UfwIsReadAsItPrintsItsRulesAndTheFirstOneThatFitsCounts) {
   const FirewallView view = UfwView(kUfwStatus);
-  EXPECT_EQ(Rows(view),
-            QStringList({u"QYL Port 8080 TCP|8080|6"_s, u"53|53|6"_s, u"53|53|17"_s,
-                         u"2222/tcp|2222|6"_s, u"3306/tcp|3306|6"_s, u"80,443/tcp on eth0|80|6"_s,
-                         u"80,443/tcp on eth0|443|6"_s, u"192.168.1.5 99/tcp|99|6"_s,
-                         u"Anywhere/gre|0|47"_s, u"22/tcp (OpenSSH)|22|6"_s,
-                         u"not mine, # 3|8000-8100|6"_s}));
+  EXPECT_EQ(Rows(view), QStringList({u"QYL Port 8080 TCP|8080|6"_s, u"53|53|6"_s, u"53|53|17"_s,
+                                     u"2222/tcp|2222|6"_s, u"3306/tcp|3306|6"_s,
+                                     u"80,443/tcp on eth0|80|6"_s, u"80,443/tcp on eth0|443|6"_s,
+                                     u"192.168.1.5 99/tcp|99|6"_s, u"Anywhere/gre|0|47"_s,
+                                     u"22/tcp (OpenSSH)|22|6"_s, u"not mine, # 3|8000-8100|6"_s}));
   for (const char* open : {"tcp:8080", "udp:53", "tcp:2222", "tcp:22", "tcp:8000-8080"}) {
     EXPECT_TRUE(LetsIn(view, QLatin1String(open))) << open;
   }
@@ -106,9 +105,7 @@ constexpr const char* kFrom =
     R"({"match": {"op": "==", "left": {"payload": {"protocol": "ip", "field": "saddr"}},
                   "right": "10.0.0.1"}})";
 
-QByteArray Both(const char* first, const char* second) {
-  return QByteArray(first) + ", " + second;
-}
+QByteArray Both(const char* first, const char* second) { return QByteArray(first) + ", " + second; }
 
 TEST(FirewallRules, NftablesIsFollowedThroughItsChains) {
   struct Case {
@@ -127,8 +124,8 @@ TEST(FirewallRules, NftablesIsFollowedThroughItsChains) {
       {"what is established is no new packet", Rule(Both(kEstablished, kAccept)), false, false},
       {"the computer's own packets", Rule(Both(kLoopback, kAccept)), false, false},
       {"one sender only", Rule(Both(kFrom, Both(kWeb, kAccept))), false, false},
-      {"dropped before accepted",
-       Rule(Both(kWeb, R"({"drop": null})")) + "," + Rule(kAccept), false, true},
+      {"dropped before accepted", Rule(Both(kWeb, R"({"drop": null})")) + "," + Rule(kAccept),
+       false, true},
       {"accepted before rejected",
        Rule(Both(kWeb, kAccept)) + "," + Rule(R"({"reject": {"type": "icmpx"}})"), true, false,
        "accept"},
@@ -140,8 +137,8 @@ TEST(FirewallRules, NftablesIsFollowedThroughItsChains) {
       {"another chain accepts", jump + "," + Rule(Both(kWeb, kAccept), "more"), true, false},
       {"another chain returns",
        jump + "," + Rule(kAccept) + "," + Rule(R"({"return": null})", "more"), true, true},
-      {"goto does not come back",
-       Rule(R"({"goto": {"target": "more"}})") + "," + Rule(kAccept), false, false},
+      {"goto does not come back", Rule(R"({"goto": {"target": "more"}})") + "," + Rule(kAccept),
+       false, false},
       {"a chain that jumps to itself", Rule(R"({"jump": {"target": "input"}})"), false, false},
       {"an empty table of ours does not help",
        R"({"chain": {"family": "inet", "table": "quayline", "name": "input", "type": "filter",
@@ -155,11 +152,11 @@ TEST(FirewallRules, NftablesIsFollowedThroughItsChains) {
   }
   const QByteArray gre =
       R"({"match": {"op": "==", "left": {"meta": {"key": "l4proto"}}, "right": 47}})";
-  EXPECT_EQ(Rows(NftViewOf(Rule(Both(kWeb, kAccept)) + "," +
-                           Rule(Both(kWeb, kAccept), "input", "web") + "," +
-                           Rule(Both(gre, kAccept)))),
-            QStringList({u"filter input|80|6"_s, u"filter input|8000-8010|6"_s, u"web|80|6"_s,
-                         u"web|8000-8010|6"_s, u"filter input|0|47"_s}));
+  EXPECT_EQ(
+      Rows(NftViewOf(Rule(Both(kWeb, kAccept)) + "," + Rule(Both(kWeb, kAccept), "input", "web") +
+                     "," + Rule(Both(gre, kAccept)))),
+      QStringList({u"filter input|80|6"_s, u"filter input|8000-8010|6"_s, u"web|80|6"_s,
+                   u"web|8000-8010|6"_s, u"filter input|0|47"_s}));
   EXPECT_FALSE(NftRuleset::Read("Operation not permitted"));
 }
 

@@ -160,11 +160,13 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   EXPECT_EQ(VisibleItems(Find<QMenuBar>("menu_bar")->actions()).join(u'|').toStdString(),
             "File|Add Port/s|Remove Selected Port/s|Undo|Redo|Open List|Save List|Exit Program|"
             "Tools|Check Router|Detect if you are behind multiple routers|"
-            "Set your computer's IP to static|Test Your Port Forwarding|"
+            "Set your computer's IP to static|"
+            "Firewall Port Exceptions|Add Current Ports List|Remove All Ports Added By QYL|"
+            "View Current Port Exceptions|Test Your Port Forwarding|"
             "Open Ports on Request (UPnP)|"
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
-            "About Debug Mode|Enable Script Throttle|About Script Throttle|"
+            "About Debug Mode|Enable Script Throttle|About Script Throttle|Open Firewall Settings|"
             "Open Network Connections|Help|View Help|About");
   Trigger("open_network_action");
   EXPECT_EQ(folder_.desktop.network_settings_opened, 1);

@@ -23,12 +23,15 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
+#include "platform/fake_firewall.h"
 #include "ui/entries/adapter_dialog.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
 #include "ui/main/about_dialog.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
+#include "ui/network/firewall_change_dialog.h"
+#include "ui/network/firewall_list_dialog.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
@@ -163,6 +166,7 @@ class Photographer final {
     co_await TakeRouterWindows();
     co_await TakeSecondRouter();
     co_await TakePortWindows();
+    co_await TakeFirewallWindows();
     co_await TakeStaticAddress();
   }
 
@@ -384,6 +388,43 @@ class Photographer final {
     co_await Sleep(50ms);
     Save(*quick, QStringLiteral("quick_ports"));
     quick->close();
+  }
+
+  Task<> TakeFirewallWindows() {
+    const Translator translator(program_.dir.path());
+    FakeFirewall firewall;
+    firewall.view.kind = FirewallKind::kNftables;
+    for (const int port : {22, 443, 8080}) {
+      firewall.view.rules.append({.name = OwnRuleName({port, port, kTcpNumber}),
+                                  .first_port = port,
+                                  .last_port = port});
+    }
+    firewall.view.rules.append({.name = QStringLiteral("filter input"), .protocol = 47});
+    firewall.hangs = true;
+    auto* adding = new FirewallChangeDialog(
+        firewall, QList<FirewallPorts>{{6881, 6889, kTcpNumber}}, translator, nullptr);
+    adding->show();
+    co_await Sleep(300ms);
+    Save(*adding, QStringLiteral("firewall_add"));
+    adding->close();
+    firewall.hangs = false;
+    auto* added = new FirewallChangeDialog(
+        firewall, QList<FirewallPorts>{{6881, 6889, kTcpNumber}}, translator, nullptr);
+    auto* list = new FirewallListDialog(firewall, translator, nullptr);
+    added->show();
+    list->show();
+    co_await Sleep(300ms);
+    Save(*added, QStringLiteral("firewall_added"));
+    Save(*list, QStringLiteral("firewall_list"));
+    added->close();
+    list->close();
+    firewall.error = FirewallError{FirewallFault::kRefused, FirewallKind::kUfw, {}};
+    auto* refused = new FirewallChangeDialog(firewall, std::nullopt, translator, nullptr);
+    refused->show();
+    co_await Sleep(300ms);
+    Save(*refused, QStringLiteral("firewall_refused"));
+    refused->close();
+    co_await Sleep(10ms);
   }
 
   Task<> TakeStaticAddress() {

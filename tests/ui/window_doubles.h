@@ -305,6 +305,7 @@ class FakeWindows final : public WindowFactory {
   QList<QPointer<QWidget>> jobs;
   int checks = 0;            // how many of them only look
   QPointer<QDialog> dialog;  // the last one that was opened
+  QList<ComputerWindow> of_computer;
   std::function<void(int router_id)> choose_router;
   std::function<void()> scripts_written;
 
@@ -334,6 +335,10 @@ class FakeWindows final : public WindowFactory {
   }
   QDialog* PortChecker(QWidget* parent) override { return MakeDialog(parent); }
   QDialog* QuickPorts(QWidget* parent) override { return MakeDialog(parent); }
+  QDialog* OfComputer(QWidget* parent, ComputerWindow window) override {
+    of_computer.append(window);
+    return MakeDialog(parent);
+  }
   QDialog* StaticAddress(QWidget* parent) override { return MakeDialog(parent); }
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override {
     scripts_written = std::move(written);

@@ -106,10 +106,9 @@ Task<HelperEnd> RunFirewallHelper(HelperLaunch launch, QStringList arguments,
   const QString& starter = launch.is_root ? launch.helper : launch.pkexec;
   for (const QString& program : {starter, launch.helper}) {
     if (!QFileInfo(program).isExecutable()) {
-      co_return HelperEnd{
-          .result = std::unexpected(FirewallError{
-              .fault = FirewallFault::kMissing,
-              .text = program.isEmpty() ? QStringLiteral("pkexec") : program})};
+      co_return HelperEnd{.result = std::unexpected(FirewallError{
+                              .fault = FirewallFault::kMissing,
+                              .text = program.isEmpty() ? QStringLiteral("pkexec") : program})};
     }
   }
   const Run run(launch, std::move(arguments));
@@ -133,8 +132,8 @@ Task<HelperEnd> RunFirewallHelper(HelperLaunch launch, QStringList arguments,
   const bool is_done = process->error() != QProcess::FailedToStart &&
                        process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;
   if (!is_done) {
-    co_return HelperEnd{
-        .result = std::unexpected(ErrorOf(*process, process->readAllStandardError()))};
+    co_return HelperEnd{.result =
+                            std::unexpected(ErrorOf(*process, process->readAllStandardError()))};
   }
   co_return HelperEnd{.result = {}, .output = output};
 }

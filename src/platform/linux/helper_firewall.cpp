@@ -81,8 +81,7 @@ std::optional<FirewallView> HelperFirewall::Read(const QByteArray& output) const
 }
 
 Task<std::expected<FirewallView, FirewallError>> HelperFirewall::Look() const {
-  const HelperEnd end =
-      co_await RunFirewallHelper(launch_, {Word(), QStringLiteral("list")}, {});
+  const HelperEnd end = co_await RunFirewallHelper(launch_, {Word(), QStringLiteral("list")}, {});
   FirewallError error = end.result ? FirewallError() : end.result.error();
   error.kind = kind_;
   const std::optional<FirewallView> view = end.result ? Read(end.output) : std::nullopt;

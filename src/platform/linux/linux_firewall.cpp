@@ -20,28 +20,55 @@ bool AnyExists(const QStringList& files) {
 }
 
 bool IsUfwEnabled(const QString& settings) {
-  static const QRegularExpression enabled(QStringLiteral("^\\s*ENABLED\\s*=\\s*\"?yes\\b"),
-                                          QRegularExpression::MultilineOption |
-                                              QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression enabled(
+      QStringLiteral("^\\s*ENABLED\\s*=\\s*\"?yes\\b"),
+      QRegularExpression::MultilineOption | QRegularExpression::CaseInsensitiveOption);
   QFile file(settings);
   return file.open(QIODevice::ReadOnly) &&
          enabled.match(QString::fromUtf8(file.readAll())).hasMatch();
 }
 
+// Of the route to everywhere; empty without one. The columns are the interface and the destination.
+QString InterfaceOfRouter(const QString& routes) {
+  QFile file(routes);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return {};
+  }
+  for (const QByteArray& line : file.readAll().split('\n')) {
+    const QList<QByteArray> columns = line.simplified().split(' ');
+    if (columns.value(1) == "00000000") {
+      return QString::fromUtf8(columns.first());
+    }
+  }
+  return {};
+}
+
 }  // namespace
 
-FirewallKind LinuxFirewall::Ruling() const {
-  if (IsUfwEnabled(places_.ufw_settings)) {
-    return FirewallKind::kUfw;
+LinuxFirewall::LinuxFirewall(HelperLaunch launch, FirewallPlaces places)
+    : launch_(std::move(launch)),
+      places_(std::move(places)),
+      firewalld_(places_.bus, [this] { return InterfaceOfRouter(places_.routes); }) {}
+
+Task<FirewallKind> LinuxFirewall::Ruling() {
+  const bool has_firewalld = co_await firewalld_.IsRunning();
+  if (has_firewalld) {
+    co_return FirewallKind::kFirewalld;
   }
-  return AnyExists(places_.nft_programs) ? FirewallKind::kNftables : FirewallKind::kNone;
+  if (IsUfwEnabled(places_.ufw_settings)) {
+    co_return FirewallKind::kUfw;
+  }
+  co_return AnyExists(places_.nft_programs) ? FirewallKind::kNftables : FirewallKind::kNone;
 }
 
 Task<std::expected<FirewallView, FirewallError>> LinuxFirewall::Look(Asking asking) {
-  const FirewallKind kind = Ruling();
+  const FirewallKind kind = co_await Ruling();
   const HelperFirewall firewall(kind, launch_);
   if (kind == FirewallKind::kNone) {
     co_return FirewallView();
+  }
+  if (kind == FirewallKind::kFirewalld) {
+    co_return co_await firewalld_.Look(asking);
   }
   if (asking == Asking::kNever && firewall.NeedsPassword()) {
     if (kind == FirewallKind::kNftables && !AnyExists(places_.nft_services)) {
@@ -52,23 +79,30 @@ Task<std::expected<FirewallView, FirewallError>> LinuxFirewall::Look(Asking aski
   co_return co_await firewall.Look();
 }
 
-Task<FirewallChange> LinuxFirewall::Change(QString verb, QList<FirewallPorts> ports,
-                                           Progress progress) {
-  const FirewallKind kind = Ruling();
+Task<FirewallChange> LinuxFirewall::Add(QList<FirewallPorts> ports, Progress progress) {
+  const FirewallKind kind = co_await Ruling();
   if (kind == FirewallKind::kNone) {
-    co_return FirewallChange{
-        .result = std::unexpected(FirewallError{.fault = FirewallFault::kMissing})};
+    co_return FirewallChange{.result =
+                                 std::unexpected(FirewallError{.fault = FirewallFault::kMissing})};
+  }
+  if (kind == FirewallKind::kFirewalld) {
+    co_return co_await firewalld_.Add(std::move(ports), std::move(progress));
   }
   const HelperFirewall firewall(kind, launch_);
-  co_return co_await firewall.Change(std::move(verb), std::move(ports), std::move(progress));
-}
-
-Task<FirewallChange> LinuxFirewall::Add(QList<FirewallPorts> ports, Progress progress) {
-  return Change(QStringLiteral("add"), std::move(ports), std::move(progress));
+  co_return co_await firewall.Change(QStringLiteral("add"), std::move(ports), std::move(progress));
 }
 
 Task<FirewallChange> LinuxFirewall::Remove(QList<FirewallPorts> ports, Progress progress) {
-  return Change(QStringLiteral("remove"), std::move(ports), std::move(progress));
+  const FirewallKind kind = co_await Ruling();
+  if (kind == FirewallKind::kNone) {
+    co_return FirewallChange{};
+  }
+  if (kind == FirewallKind::kFirewalld) {
+    co_return co_await firewalld_.Remove(std::move(ports), std::move(progress));
+  }
+  const HelperFirewall firewall(kind, launch_);
+  co_return co_await firewall.Change(QStringLiteral("remove"), std::move(ports),
+                                     std::move(progress));
 }
 
 bool LinuxFirewall::OpenSettings() {

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include "platform/firewall.h"
+#include "platform/linux/firewalld.h"
 #include "platform/linux/helper_firewall.h"
 
 namespace quayline {
@@ -18,13 +19,16 @@ struct FirewallPlaces {
   QStringList nft_services{
       QStringLiteral("/etc/systemd/system/sysinit.target.wants/nftables.service"),
       QStringLiteral("/etc/systemd/system/multi-user.target.wants/nftables.service")};
+  QString bus;  // the address of the message bus; empty: the system's
+  QString routes = QStringLiteral("/proc/net/route");
 };
 
-// The firewall that rules on a Linux system: ufw if it is enabled, else nftables if it filters.
+// The firewall that rules on a Linux system: firewalld if it runs, else ufw if it is enabled, else
+// nftables if it filters.
 class LinuxFirewall final : public Firewall {
  public:
-  explicit LinuxFirewall(HelperLaunch launch = HelperLaunch::OfSystem(), FirewallPlaces places = {})
-      : launch_(std::move(launch)), places_(std::move(places)) {}
+  explicit LinuxFirewall(HelperLaunch launch = HelperLaunch::OfSystem(),
+                         FirewallPlaces places = {});
 
   Task<std::expected<FirewallView, FirewallError>> Look(Asking asking) override;
   Task<FirewallChange> Add(QList<FirewallPorts> ports, Progress progress) override;
@@ -32,11 +36,11 @@ class LinuxFirewall final : public Firewall {
   bool OpenSettings() override;
 
  private:
-  FirewallKind Ruling() const;
-  Task<FirewallChange> Change(QString verb, QList<FirewallPorts> ports, Progress progress);
+  Task<FirewallKind> Ruling();
 
   HelperLaunch launch_;
   FirewallPlaces places_;
+  Firewalld firewalld_;
 };
 
 }  // namespace quayline

@@ -152,9 +152,8 @@ QList<NftOwnRule> NftRuleset::OwnRules() const {
 }
 
 QByteArray NftRuleset::ScriptToAdd(const QList<FirewallPorts>& ports) const {
-  const NftChain own{.family = QStringLiteral("inet"),
-                     .table = kOwnTable,
-                     .name = QStringLiteral("input")};
+  const NftChain own{
+      .family = QStringLiteral("inet"), .table = kOwnTable, .name = QStringLiteral("input")};
   const QList<NftOwnRule> existing = OwnRules();
   QString script;
   for (const NftChain& chain : QList<NftChain>{own} + FilterChains()) {

@@ -182,10 +182,10 @@ bool Accepts(const QJsonObject& rule) {
 
 // Of a rule about a whole protocol: "meta l4proto 47", "ip protocol gre" give its number.
 int ProtocolOf(const QJsonObject& rule) {
-  static const QHash<QString, int> names{{QStringLiteral("icmp"), 1}, {QStringLiteral("igmp"), 2},
-                                         {QStringLiteral("tcp"), 6},  {QStringLiteral("udp"), 17},
-                                         {QStringLiteral("gre"), 47}, {QStringLiteral("esp"), 50},
-                                         {QStringLiteral("ah"), 51},  {QStringLiteral("sctp"), 132}};
+  static const QHash<QString, int> names{
+      {QStringLiteral("icmp"), 1}, {QStringLiteral("igmp"), 2},  {QStringLiteral("tcp"), 6},
+      {QStringLiteral("udp"), 17}, {QStringLiteral("gre"), 47},  {QStringLiteral("esp"), 50},
+      {QStringLiteral("ah"), 51},  {QStringLiteral("sctp"), 132}};
   for (const QJsonValue part : rule[QStringLiteral("expr")].toArray()) {
     const QJsonValue match = part[QStringLiteral("match")];
     const QJsonValue left = match[QStringLiteral("left")];
@@ -200,10 +200,10 @@ int ProtocolOf(const QJsonObject& rule) {
 
 void AddRows(const QJsonObject& rule, QList<FirewallRule>& rows) {
   const QString comment = rule[QStringLiteral("comment")].toString();
-  const QString name = comment.isEmpty() ? rule[QStringLiteral("table")].toString() +
-                                               QLatin1Char(' ') +
-                                               rule[QStringLiteral("chain")].toString()
-                                         : comment;
+  const QString name = comment.isEmpty()
+                           ? rule[QStringLiteral("table")].toString() + QLatin1Char(' ') +
+                                 rule[QStringLiteral("chain")].toString()
+                           : comment;
   QList<FirewallRule> of_rule;
   for (const FirewallPorts& ports : NftPortsOf(rule)) {
     of_rule.append({.name = name,

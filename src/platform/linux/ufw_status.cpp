@@ -16,13 +16,11 @@ constexpr int kLastPort = 65535;
 
 // "80,443/tcp", "6881:6889/udp", "53" (both protocols).
 void ReadPorts(const QString& text, UfwRule& rule) {
-  static const QHash<QString, int> numbers{{QStringLiteral("tcp"), kTcpNumber},
-                                           {QStringLiteral("udp"), kUdpNumber},
-                                           {QStringLiteral("gre"), 47},
-                                           {QStringLiteral("esp"), 50},
-                                           {QStringLiteral("ah"), 51},
-                                           {QStringLiteral("igmp"), 2},
-                                           {QStringLiteral("ipv6"), 41}};
+  static const QHash<QString, int> numbers{
+      {QStringLiteral("tcp"), kTcpNumber}, {QStringLiteral("udp"), kUdpNumber},
+      {QStringLiteral("gre"), 47},         {QStringLiteral("esp"), 50},
+      {QStringLiteral("ah"), 51},          {QStringLiteral("igmp"), 2},
+      {QStringLiteral("ipv6"), 41}};
   const QString protocol = text.section(QLatin1Char('/'), 1);
   const QString ports = text.section(QLatin1Char('/'), 0, 0);
   rule.protocol = numbers.value(protocol);
@@ -47,8 +45,8 @@ std::optional<UfwRule> ReadRule(const QString& line) {
       "\\A(\\S.*?) +(ALLOW|LIMIT|DENY|REJECT)(?: (IN|OUT|FWD))? +(\\S.*?)(?: +# (.*))?\\s*\\z"));
   const QRegularExpressionMatch match = form.match(line);
   const QString direction = match.captured(3);
-  if (!match.hasMatch() || direction == QLatin1String("OUT") ||
-      direction == QLatin1String("FWD") || line.contains(QLatin1String("(v6)"))) {
+  if (!match.hasMatch() || direction == QLatin1String("OUT") || direction == QLatin1String("FWD") ||
+      line.contains(QLatin1String("(v6)"))) {
     return std::nullopt;
   }
   const QString action = match.captured(2);
@@ -57,7 +55,8 @@ std::optional<UfwRule> ReadRule(const QString& line) {
                .allows = action == QLatin1String("ALLOW") || action == QLatin1String("LIMIT"),
                .comment = match.captured(5).trimmed()};
   // "192.168.1.5 99/tcp", "80/tcp on eth0", "22/tcp (OpenSSH)"
-  QString target = rule.to.section(QStringLiteral(" on "), 0, 0).section(QStringLiteral(" ("), 0, 0);
+  QString target =
+      rule.to.section(QStringLiteral(" on "), 0, 0).section(QStringLiteral(" ("), 0, 0);
   const bool has_interface = rule.to.contains(QStringLiteral(" on "));
   const bool has_address = target.contains(QLatin1Char(' '));
   target = target.section(QLatin1Char(' '), -1);
@@ -86,8 +85,7 @@ UfwStatus ReadUfwStatus(const QByteArray& text) {
     if (line.startsWith(QLatin1String("--"))) {
       in_rules = true;
     } else if (!in_rules) {
-      status.is_active =
-          status.is_active || line.trimmed() == QLatin1String("Status: active");
+      status.is_active = status.is_active || line.trimmed() == QLatin1String("Status: active");
       if (line.startsWith(QLatin1String("Default: "))) {
         status.drops_rest = !line.startsWith(QLatin1String("Default: allow (incoming)"));
       }

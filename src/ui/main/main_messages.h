@@ -54,6 +54,9 @@ inline constexpr Message kPortType{"Port Type:"};
 inline constexpr Message kLanguageTitle{"Language"};
 inline constexpr Message kLanguageQuestion{"Do you want to use Quayline in %1?",
                                            "%1 is the language's own name"};
+inline constexpr Message kNoFirewallProgram{
+    "This computer has no program with windows for its firewall. The menu \"Firewall Port "
+    "Exceptions\" shows and changes the ports that it lets in."};
 
 inline constexpr Message kEmptyList{"No ports yet"};
 inline constexpr Message kEmptyListHint{

@@ -49,6 +49,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
   HideMissingFeatures(*this, context.maker_site);
   ConnectPanels();
   ConnectRouterWindows();
+  ConnectComputerWindows();
   ConnectDetection();
   ConnectList();
   ConnectListMenu();
@@ -200,6 +201,23 @@ void MainWindow::ConnectRouterWindows() {
   addAction(ui_->update_action);
   connect(ui_->check_button, &QPushButton::clicked, this, &MainWindow::CheckRouter);
   connect(ui_->check_action, &QAction::triggered, this, &MainWindow::CheckRouter);
+}
+
+void MainWindow::ConnectComputerWindows() {
+  const std::pair<QAction*, ComputerWindow> windows[] = {
+      {ui_->add_exceptions_action, ComputerWindow::kAddExceptions},
+      {ui_->remove_exceptions_action, ComputerWindow::kRemoveExceptions},
+      {ui_->show_exceptions_action, ComputerWindow::kShowExceptions},
+  };
+  for (const auto& [action, window] : windows) {
+    connect(action, &QAction::triggered, this,
+            [this, wanted = window] { windows_.OfComputer(this, wanted)->open(); });
+  }
+  connect(ui_->open_firewall_action, &QAction::triggered, this, [this] {
+    if (context_.firewall == nullptr || !context_.firewall->OpenSettings()) {
+      prompts_.Tell(this, Text(message::kNoFirewallProgram));
+    }
+  });
 }
 
 void MainWindow::ConnectDetection() {

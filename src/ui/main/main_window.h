@@ -70,6 +70,7 @@ class MainWindow final : public QMainWindow {
   void AddPanels();
   void ConnectPanels();
   void ConnectRouterWindows();
+  void ConnectComputerWindows();
   void ConnectDetection();
   void ConnectList();
   void ConnectListMenu();

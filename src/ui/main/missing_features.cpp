@@ -39,13 +39,9 @@ constexpr Feature kMissing[] = {
     {"subnet_tool_action", Needs::kMakerSite},
     {"common_ports_tool_action", Needs::kMakerSite},
     {"getting_started_action", Needs::kLaterVersion},
-    {"add_exceptions_action", Needs::kLaterVersion},
-    {"remove_exceptions_action", Needs::kLaterVersion},
-    {"show_exceptions_action", Needs::kLaterVersion},
     {"update_databases_action", Needs::kLaterVersion},
     {"check_updates_action", Needs::kLaterVersion},
     {"clear_cache_action", Needs::kLaterVersion},
-    {"open_firewall_action", Needs::kOtherSystem},
     {"repair_browser_action", Needs::kOtherSystem},
     {"repair_databases_action", Needs::kOtherSystem},
 };

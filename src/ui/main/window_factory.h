@@ -10,6 +10,9 @@ class QWidget;
 
 namespace quayline {
 
+// Windows about this computer rather than the router.
+enum class ComputerWindow { kAddExceptions, kRemoveExceptions, kShowExceptions };
+
 // Makes the windows that the main window opens: they are of folders that it does not know. Each
 // dialog is owned by `parent`, and deletes itself when it is closed.
 class WindowFactory {
@@ -40,6 +43,8 @@ class WindowFactory {
   virtual QDialog* StaticAddress(QWidget* parent) = 0;
   // Opens the ports of the list by UPnP.
   virtual QDialog* QuickPorts(QWidget* parent) = 0;
+  // One of the windows about this computer.
+  virtual QDialog* OfComputer(QWidget* parent, ComputerWindow window) = 0;
 };
 
 }  // namespace quayline

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+#include "platform/firewall.h"
+
+namespace quayline {
+
+// The program's rule for ports, in the language of firewalld. A port of a zone has no name; this
+// rule has one: the prefix of messages that go to whoever listens for them in the kernel, usually
+// nobody.
+QString OwnRichRule(const FirewallPorts& ports);
+// The ports of a rule that OwnRichRule() made; nothing for any other rule.
+std::optional<FirewallPorts> PortsOfOwnRichRule(const QString& rule);
+
+// What a zone of firewalld lets in.
+struct FirewalldZone {
+  QString target;
+  QStringList rich_rules;
+  QList<FirewallRule> ports_and_services;
+};
+
+FirewallView FirewalldView(const FirewalldZone& zone);
+
+}  // namespace quayline
