@@ -4,6 +4,7 @@
 // A real firewalld on a bus of its own, and a double of it that fails as the real one cannot be
 // made to.
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -54,7 +55,7 @@ class FirewalldTest : public FirewallTest {
     service_.start(u"firewalld"_s,
                    {u"--nofork"_s, u"--nopid"_s, u"--system-config"_s, settings_.path(),
                     u"--log-file"_s, settings_.filePath(u"log"_s)});
-    if (!RunUntil([this] { return Command({u"--state"_s}) == 0; })) {
+    if (!RunUntil([] { return Command({u"--state"_s}) == 0; })) {
       GTEST_SKIP() << "firewalld does not start here";
     }
   }
