@@ -141,9 +141,15 @@ QHostAddress DemoSite::ClientOf(const HttpRequest& request) const {
   if (options_.proxy.isNull() || peer != Plain(options_.proxy)) {
     return peer;
   }
-  // Each proxy appends to the list: only the last address is of the one that is trusted.
-  const QByteArray named = request.Header("x-forwarded-for").split(',').last().trimmed();
-  return Plain(QHostAddress(QString::fromLatin1(named)));
+  // Each proxy appends to the list, or adds a line of its own: only the last address is of the one
+  // that is trusted.
+  QByteArray list;
+  for (const auto& [name, value] : request.headers) {
+    if (name == "x-forwarded-for") {
+      list = value;
+    }
+  }
+  return Plain(QHostAddress(QString::fromLatin1(list.split(',').last().trimmed())));
 }
 
 HttpResponse DemoSite::FileAnswer(const QString& path) const {

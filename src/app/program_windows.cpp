@@ -50,8 +50,11 @@ QWidget* ProgramWindows::RouterCheck() {
 }
 
 void ProgramWindows::OfferTest(JobWindow* window) {
-  QObject::connect(window, &JobWindow::testWanted, window,
-                   [this, window] { PortChecker(window)->open(); });
+  QObject::connect(window, &JobWindow::testWanted, window, [this, window] {
+    PortCheckerWindow* checker = MakePortChecker(window);
+    checker->open();
+    checker->Begin();
+  });
 }
 
 QDialog* ProgramWindows::AddEntry(QWidget* parent, std::function<void()> changed) {
@@ -104,7 +107,9 @@ QDialog* ProgramWindows::StaticAddress(QWidget* parent) {
   return new StaticAddressDialog(context_, prompts_, address_setup_, neighbours_, parent);
 }
 
-QDialog* ProgramWindows::PortChecker(QWidget* parent) {
+QDialog* ProgramWindows::PortChecker(QWidget* parent) { return MakePortChecker(parent); }
+
+PortCheckerWindow* ProgramWindows::MakePortChecker(QWidget* parent) {
   return new PortCheckerWindow(context_, prompts_, Hosts(), parent,
                                [this, parent] { SecondRouter(parent)->open(); });
 }

@@ -16,6 +16,7 @@
 namespace quayline {
 
 class JobWindow;
+class PortCheckerWindow;
 
 // The windows of the program, for the main window, which does not know their folders.
 class ProgramWindows final : public WindowFactory {
@@ -46,6 +47,7 @@ class ProgramWindows final : public WindowFactory {
  private:
   PageHostFactory Hosts() const;
   void OfferTest(JobWindow* window);
+  PortCheckerWindow* MakePortChecker(QWidget* parent);
 
   AppContext& context_;
   Prompts& prompts_;

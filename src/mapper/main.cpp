@@ -10,8 +10,8 @@
 //    "rules": [{"protocol": "tcp" | "udp", "port": 80, "to": "192.168.1.5", "name": "Web"}]}
 //
 // and writes one: {"speaks": "upnp" | "nat-pmp" | "", "outside": "203.0.113.2", "results":
-// ["open" | "missing" | "taken" | "refused" | "unknown", ...]}, a result a rule. Ends with 0, or
-// with 2 if the input is not understood.
+// ["open" | "for-good" | "shorter" | "missing" | "taken" | "refused" | "unknown", ...]}, a result a
+// rule. Ends with 0, or with 2 if the input is not understood.
 
 #include <QFile>
 #include <QJsonArray>
@@ -66,6 +66,10 @@ QString StateWord(MappingState state) {
   switch (state) {
     case MappingState::kOpen:
       return QStringLiteral("open");
+    case MappingState::kForGood:
+      return QStringLiteral("for-good");
+    case MappingState::kShorter:
+      return QStringLiteral("shorter");
     case MappingState::kMissing:
       return QStringLiteral("missing");
     case MappingState::kTaken:

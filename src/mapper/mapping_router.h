@@ -22,6 +22,8 @@ struct Mapping {
 // What is known of a rule. The router was asked for it, where it can be asked.
 enum class MappingState {
   kOpen,     // the router has it
+  kForGood,  // the router has it, without an end, although one was asked for
+  kShorter,  // the router has it, and ends it earlier than it was asked to
   kMissing,  // the router does not have it
   kTaken,    // the port leads to another computer
   kRefused,  // the router does not let this computer make it
@@ -42,7 +44,7 @@ class MappingRouter {
   virtual MappingState Close(const Mapping& mapping) = 0;
 };
 
-// Nothing if the router at this address does not speak the protocol. Nobody else is listened to.
+// Nothing if the router at this address does not speak the protocol. No other device is listened to.
 std::unique_ptr<MappingRouter> FindUpnp(const QHostAddress& router);
 std::unique_ptr<MappingRouter> FindNatPmp(const QHostAddress& router);
 

@@ -45,12 +45,16 @@ class NatPmpRouter final : public MappingRouter {
     if (error != 0) {
       return error == NATPMP_ERR_NOTAUTHORIZED ? MappingState::kRefused : MappingState::kUnknown;
     }
-    if (response.pnu.newportmapping.mappedpublicport == mapping.port) {
-      return MappingState::kOpen;
+    const auto& granted = response.pnu.newportmapping;
+    if (granted.mappedpublicport != mapping.port) {
+      // The port is taken. The other one that the router names may be of another program on this
+      // computer: it is not removed, and is left to end by itself.
+      constexpr quint32 kUsual = 7200;
+      Ask(mapping, kUsual, response);
+      return MappingState::kTaken;
     }
-    // The port is taken, and the router has chosen another one, which nobody knows.
-    Ask(mapping, 0, response);
-    return MappingState::kTaken;
+    const quint32 wanted = mapping.seconds != 0 ? mapping.seconds : kLongest;
+    return granted.lifetime < wanted ? MappingState::kShorter : MappingState::kOpen;
   }
 
   // The protocol has no question for it.

@@ -52,16 +52,24 @@ class UpnpRouter final : public MappingRouter {
   }
 
   MappingState Open(const Mapping& mapping) override {
-    if (const MappingState before = Check(mapping); before == MappingState::kTaken) {
+    quint32 left = 0;
+    const MappingState before = Look(mapping, left);
+    if (before == MappingState::kTaken) {
       return before;
+    }
+    // A rule that lasts longer than this one stays as it is.
+    if (before == MappingState::kOpen && (left == 0 || (left > mapping.seconds && mapping.seconds))) {
+      return StateOf(mapping, left);
     }
     int error = Add(mapping, mapping.seconds);
     if (error == kOnlyPermanent) {
       error = Add(mapping, 0);
     }
     switch (error) {
-      case UPNPCOMMAND_SUCCESS:
-        return Check(mapping);
+      case UPNPCOMMAND_SUCCESS: {
+        const MappingState after = Look(mapping, left);
+        return after == MappingState::kOpen ? StateOf(mapping, left) : after;
+      }
       case kConflict:
       case kConflictWithOther:
         return MappingState::kTaken;
@@ -73,6 +81,33 @@ class UpnpRouter final : public MappingRouter {
   }
 
   MappingState Check(const Mapping& mapping) override {
+    quint32 left = 0;
+    return Look(mapping, left);
+  }
+
+  MappingState Close(const Mapping& mapping) override {
+    if (const MappingState before = Check(mapping); before != MappingState::kOpen) {
+      return before;
+    }
+    const int error = UPNP_DeletePortMapping(Control(), Service(),
+                                             QByteArray::number(mapping.port).constData(),
+                                             mapping.udp ? "UDP" : "TCP", nullptr);
+    return error == kNotAuthorized ? MappingState::kRefused : Check(mapping);
+  }
+
+ private:
+  // Of a rule that is there and ends after `left` seconds; 0: never.
+  static MappingState StateOf(const Mapping& mapping, quint32 left) {
+    constexpr quint32 kOnTheWay = 60;  // passed since the rule was made
+    if (left == 0) {
+      return mapping.seconds == 0 ? MappingState::kOpen : MappingState::kForGood;
+    }
+    const bool is_shorter = mapping.seconds == 0 || left + kOnTheWay < mapping.seconds;
+    return is_shorter ? MappingState::kShorter : MappingState::kOpen;
+  }
+
+  // kOpen whenever the rule is there. `left`: how many seconds it lasts; 0: without an end.
+  MappingState Look(const Mapping& mapping, quint32& left) {
     char address[kAddressBytes] = "";
     char port[kAddressBytes] = "";
     char name[256] = "";
@@ -87,22 +122,12 @@ class UpnpRouter final : public MappingRouter {
     if (error != UPNPCOMMAND_SUCCESS) {
       return MappingState::kUnknown;
     }
+    left = QByteArray(seconds).toUInt();
     const bool is_ours = QHostAddress(QString::fromLatin1(address)) == mapping.to &&
                          QByteArray(port).toInt() == mapping.port && QByteArray(enabled) != "0";
     return is_ours ? MappingState::kOpen : MappingState::kTaken;
   }
 
-  MappingState Close(const Mapping& mapping) override {
-    if (const MappingState before = Check(mapping); before != MappingState::kOpen) {
-      return before;
-    }
-    const int error = UPNP_DeletePortMapping(Control(), Service(),
-                                             QByteArray::number(mapping.port).constData(),
-                                             mapping.udp ? "UDP" : "TCP", nullptr);
-    return error == kNotAuthorized ? MappingState::kRefused : Check(mapping);
-  }
-
- private:
   int Add(const Mapping& mapping, quint32 seconds) const {
     const QByteArray port = QByteArray::number(mapping.port);
     return UPNP_AddPortMapping(Control(), Service(), port.constData(), port.constData(),

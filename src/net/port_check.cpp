@@ -55,7 +55,8 @@ Task<> PortCheck::Run(QString address) {
 
 Task<> PortCheck::TestRow(int row, QString address) {
   const PortTest test = tests[row];
-  listener_ = std::make_unique<PortListener>(test.protocol, test.port.toInt(), address);
+  const QByteArray word = RandomWord();
+  listener_ = std::make_unique<PortListener>(test.protocol, test.port.toInt(), address, word);
   connect(listener_.get(), &PortListener::heard, this, &PortCheck::heard);
   SetState(row, listener_->IsOpen() ? PortTestState::kListening : PortTestState::kInUse);
   co_await Sleep(0ms);
@@ -63,13 +64,13 @@ Task<> PortCheck::TestRow(int row, QString address) {
     co_return;
   }
   SetState(row, PortTestState::kChecking);
-  const bool is_over = co_await SendForm(row);
+  const bool is_over = co_await SendForm(row, word);
   SetState(row, listener_->HasArrived() ? PortTestState::kOpen
                 : is_over               ? PortTestState::kClosed
                                         : PortTestState::kNotTested);
 }
 
-Task<bool> PortCheck::SendForm(int row) {
+Task<bool> PortCheck::SendForm(int row, QByteArray word) {
   const PortTest test = tests[row];
   int former_loads = loads_;
   page_.Open(site_.PortTest(test.protocol == SockProtocol::kUdp));
@@ -81,12 +82,11 @@ Task<bool> PortCheck::SendForm(int row) {
   page_.Fill(QStringLiteral("port"), test.port, port_found.Callback());
   const std::optional<bool> has_port = co_await port_found;
   // Not every site can send a word.
-  const QByteArray word = RandomWord();
   OneShot<bool> word_found;
   page_.Fill(QStringLiteral("word"), QString::fromLatin1(word), word_found.Callback());
   const std::optional<bool> has_word = co_await word_found;
-  if (has_word.value_or(false)) {
-    listener_->SetWord(word);
+  if (!has_word.value_or(false)) {
+    listener_->TakeAnything();
   }
   former_loads = loads_;
   OneShot<bool> button_found;

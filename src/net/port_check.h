@@ -71,7 +71,7 @@ class PortCheck final : public QObject {
   Task<> Run(QString address);
   Task<> TestRow(int row, QString address);
   // Whether the site's page for the row has loaded completely and was sent.
-  Task<bool> SendForm(int row);
+  Task<bool> SendForm(int row, QByteArray word);
   // Waits for a load after so many former ones. Whether it succeeded.
   Task<bool> PageLoads(int former_loads);
   void NoteLoad(bool is_whole);

@@ -11,12 +11,13 @@ namespace quayline {
 namespace {
 
 constexpr std::size_t kMaxCallers = 16;
+constexpr int kMaxReports = 50;
 
 }  // namespace
 
 PortListener::PortListener(SockProtocol protocol, int port, const QString& address,
-                           QObject* parent)
-    : QObject(parent) {
+                           const QByteArray& word, QObject* parent)
+    : QObject(parent), word_(word) {
   connect(&socket_, &UniSock::ConnectionRequest, this, &PortListener::OnCaller);
   connect(&socket_, &UniSock::DataArrival, this, &PortListener::OnDatagram);
   // A port that cannot be opened leaves the socket closed, which is all that is looked at.
@@ -27,6 +28,11 @@ PortListener::PortListener(SockProtocol protocol, int port, const QString& addre
 }
 
 PortListener::~PortListener() = default;
+
+void PortListener::TakeAnything() {
+  word_.clear();
+  callers_.clear();
+}
 
 void PortListener::OnCaller(int request_id) {
   LogArrival();
@@ -68,6 +74,10 @@ void PortListener::OnDatagram() {
 
 // The sender is not known: nothing was accepted or read yet.
 void PortListener::LogArrival() {
+  if (reported_ == kMaxReports) {
+    return;
+  }
+  ++reported_;
   const QDateTime now = QDateTime::currentDateTime();
   Q_EMIT heard(QStringLiteral("Attempted connection from %1 on port %2 %3 at %4 %5")
                    .arg(socket_.RemoteHostIP(), QString::number(socket_.LocalPort()),

@@ -13,25 +13,24 @@
 namespace quayline {
 
 // Waits on a port of this computer until the test site's probe arrives there, and then closes the
-// port. What a listener hears goes nowhere: with an empty word the arrival itself is all that
-// counts; else the first bytes are compared with the word, so that a stranger's packet is not taken
-// for the probe, and are thrown away.
+// port. What a listener hears goes nowhere: the first bytes are compared with the word of the probe,
+// so that a stranger's packet is not taken for it, and are thrown away.
 class PortListener final : public QObject {
   Q_OBJECT
 
  public:
   // Listens at once, on this address alone; IsOpen() says whether it could.
-  PortListener(SockProtocol protocol, int port, const QString& address,
+  PortListener(SockProtocol protocol, int port, const QString& address, const QByteArray& word,
                QObject* parent = nullptr);
   ~PortListener() override;
 
   bool IsOpen() const { return socket_.State() != SockState::kClosed; }
   bool HasArrived() const { return has_arrived_; }
-  // The word of the probe that is coming. Until it is set, whatever arrives is the probe.
-  void SetWord(const QByteArray& word) { word_ = word; }
+  // The site sends no word: whatever arrives from now on is the probe.
+  void TakeAnything();
 
  Q_SIGNALS:
-  // Something came; a line about it for the user.
+  // Something came; a line about it for the user. Not for each of very many.
   void heard(const QString& line);
   // The probe came. The port is closed.
   void arrived();
@@ -45,7 +44,8 @@ class PortListener final : public QObject {
 
   UniSock socket_;
   std::vector<std::unique_ptr<UniSock>> callers_;  // who may still say the word
-  QByteArray word_;
+  QByteArray word_;  // empty: the arrival itself is all that counts
+  int reported_ = 0;
   bool has_arrived_ = false;
 };
 

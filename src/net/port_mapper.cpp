@@ -3,7 +3,9 @@
 
 #include "net/port_mapper.h"
 
+#include <QHash>
 #include <QHostAddress>
+#include <QHostInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,6 +13,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "async/wait.h"
 #include "core/port_range.h"
 #include "core/program_entries.h"
 #include "core/protocol.h"
@@ -26,6 +29,16 @@ constexpr int kMaxPorts = 200;  // of an entry: each is a rule of its own, and r
 constexpr qsizetype kMaxAnswer = qsizetype{1} << 20;
 constexpr auto kLimitToFind = 15s;
 constexpr auto kLimitOfRule = 2s;
+constexpr qsizetype kMaxRules = 2000;  // that the mapper takes
+
+constexpr Message kTooManyPorts{
+    "These are too many ports to open this way. Please use \"Update Router\" instead."};
+constexpr Message kUnknownRouter{
+    "The address of your router is not known. Please check it in the main window."};
+constexpr Message kNoAnswerInTime{
+    "Your router has not answered in time. Some of the ports may have changed: please check again."};
+constexpr Message kNoMapper{
+    "The program that asks the router (quayline-mapper) is missing. Please install Quayline again."};
 
 // One for each port and protocol, as the mapper takes them.
 QJsonArray RulesOf(const PortEntry& entry) {
@@ -45,16 +58,14 @@ QJsonArray RulesOf(const PortEntry& entry) {
 }
 
 MappingResult ResultOf(const QString& word) {
-  if (word == QLatin1String("open")) {
-    return MappingResult::kOpen;
-  }
-  if (word == QLatin1String("missing")) {
-    return MappingResult::kMissing;
-  }
-  if (word == QLatin1String("taken")) {
-    return MappingResult::kTaken;
-  }
-  return word == QLatin1String("refused") ? MappingResult::kRefused : MappingResult::kUnknown;
+  static const QHash<QString, MappingResult> kResults{
+      {QStringLiteral("open"), MappingResult::kOpen},
+      {QStringLiteral("for-good"), MappingResult::kForGood},
+      {QStringLiteral("shorter"), MappingResult::kShorter},
+      {QStringLiteral("missing"), MappingResult::kMissing},
+      {QStringLiteral("taken"), MappingResult::kTaken},
+      {QStringLiteral("refused"), MappingResult::kRefused}};
+  return kResults.value(word, MappingResult::kUnknown);
 }
 
 const char* Word(MappingVerb verb) {
@@ -77,7 +88,16 @@ QString NameOf(const QString& protocol) {
                                                 : QString();
 }
 
-MappingAnswer ReadAnswer(const QByteArray& bytes, const QList<qsizetype>& rules_of_entries) {
+// The worst of the ports of an entry: when ports are closed, one that is still open.
+MappingResult Worse(MappingVerb verb, MappingResult one, MappingResult other) {
+  if (verb == MappingVerb::kClose && std::max(one, other) == MappingResult::kMissing) {
+    return std::min(one, other);
+  }
+  return std::max(one, other);
+}
+
+MappingAnswer ReadAnswer(MappingVerb verb, const QByteArray& bytes,
+                         const QList<qsizetype>& rules_of_entries) {
   const QJsonObject json = QJsonDocument::fromJson(bytes).object();
   const QJsonArray words = json[QStringLiteral("results")].toArray();
   MappingAnswer answer{.protocol = NameOf(json[QStringLiteral("speaks")].toString()),
@@ -86,13 +106,30 @@ MappingAnswer ReadAnswer(const QByteArray& bytes, const QList<qsizetype>& rules_
                        .results = {}};
   qsizetype next = 0;
   for (const qsizetype rules : rules_of_entries) {
-    MappingResult worst = rules > 0 ? MappingResult::kOpen : MappingResult::kUnknown;
+    std::optional<MappingResult> worst;
     for (qsizetype i = 0; i < rules; ++i) {
-      worst = std::max(worst, ResultOf(words.at(next++).toString()));
+      const MappingResult result = ResultOf(words.at(next++).toString());
+      worst = worst ? Worse(verb, *worst, result) : result;
     }
-    answer.results.append(worst);
+    answer.results.append(worst.value_or(MappingResult::kUnknown));
   }
   return answer;
+}
+
+// The router's dotted address; empty where its name is not known.
+Task<QString> AddressOfRouter(QString router) {
+  if (!QHostAddress(router).isNull()) {
+    co_return router;
+  }
+  OneShot<QHostInfo> found;
+  QObject receiver;
+  QHostInfo::lookupHost(router, &receiver,
+                        [done = found.Callback()](const QHostInfo& info) { done(info); });
+  const std::optional<QHostInfo> info = co_await found;
+  const QList<QHostAddress> addresses = info ? info->addresses() : QList<QHostAddress>();
+  const auto dotted = std::ranges::find(addresses, QAbstractSocket::IPv4Protocol,
+                                        &QHostAddress::protocol);
+  co_return dotted != addresses.end() ? dotted->toString() : QString();
 }
 
 }  // namespace
@@ -105,7 +142,7 @@ bool CanBeMapped(const PortEntry& entry) {
          QHostAddress(AddressOf(entry.forwarded_to)).protocol() == QAbstractSocket::IPv4Protocol;
 }
 
-Task<std::expected<MappingAnswer, QString>> AskRouterToMap(MappingRequest request) {
+Task<std::expected<MappingAnswer, Message>> AskRouterToMap(MappingRequest request) {
   QJsonArray rules;
   QList<qsizetype> rules_of_entries;
   for (const PortEntry& entry : request.entries) {
@@ -115,8 +152,15 @@ Task<std::expected<MappingAnswer, QString>> AskRouterToMap(MappingRequest reques
       rules.append(rule);
     }
   }
+  if (rules.size() > kMaxRules) {
+    co_return std::unexpected(kTooManyPorts);
+  }
+  const QString router = co_await AddressOfRouter(request.router);
+  if (router.isEmpty()) {
+    co_return std::unexpected(kUnknownRouter);
+  }
   const QJsonObject json{{QStringLiteral("do"), QLatin1String(Word(request.verb))},
-                         {QStringLiteral("router"), request.router},
+                         {QStringLiteral("router"), router},
                          {QStringLiteral("seconds"), static_cast<qint64>(request.time.count())},
                          {QStringLiteral("rules"), rules}};
   ReaderRequest run{.arguments = {},
@@ -126,11 +170,9 @@ Task<std::expected<MappingAnswer, QString>> AskRouterToMap(MappingRequest reques
                     .program = QStringLiteral("quayline-mapper")};
   const ReaderResult output = co_await RunReaderInBackground(std::move(run));
   if (!output) {
-    co_return std::unexpected(
-        QStringLiteral("The router could not be asked: the program for it is missing, or the "
-                       "router takes too long."));
+    co_return std::unexpected(output.error().is_input ? kNoAnswerInTime : kNoMapper);
   }
-  co_return ReadAnswer(*output, rules_of_entries);
+  co_return ReadAnswer(request.verb, *output, rules_of_entries);
 }
 
 }  // namespace quayline

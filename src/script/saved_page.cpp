@@ -184,6 +184,11 @@ QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecre
   return files;
 }
 
+bool IsForSavedPages(const QString& folder) {
+  return QFile::exists(folder + u"/answers.json"_s) || !QFile::exists(folder) ||
+         (QFileInfo(folder).isDir() && QDir(folder).isEmpty());
+}
+
 bool WriteSavedPage(const QString& folder, const QJsonArray& documents,
                     const PageSecrets& secrets) {
   QMap<QString, QByteArray> files = SavedPage(documents, secrets);

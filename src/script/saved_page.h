@@ -25,6 +25,9 @@ QString CleanedPage(QString markup, const PageSecrets& secrets);
 // describes them, and "answers.json" with a row for each form.
 QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecrets& secrets);
 
+// Whether nothing else is in `folder`: it is missing or empty, or holds saved pages.
+bool IsForSavedPages(const QString& folder);
+
 // Writes these files into `folder`, which is made if need be. A further page of the same router goes
 // into the same folder: its rows are added to "answers.json". False where something could not be
 // written.

@@ -23,6 +23,7 @@ class FakePage final : public TestPage {
  public:
   void Open(const QUrl& url) override {
     opened.append(url.path());
+    while_loading();
     End(first_page);
   }
   void Fill(const QString& field, const QString& value,
@@ -45,6 +46,7 @@ class FakePage final : public TestPage {
   bool is_test_page = true;
   bool has_word = true;
   std::function<void(quint16 port, const QByteArray& word)> probe = [](quint16, auto&) {};
+  std::function<void()> while_loading = [] {};
   QStringList opened;
   QMap<QString, QString> fields;
 
@@ -81,8 +83,8 @@ class PortCheckTest : public ::testing::Test {
  protected:
   PortTestState Test(SockProtocol protocol) {
     const quint16 port = FreePort();
+    page_.while_loading = [&] { while_loading_(port); };
     PortCheck check(page_, site_);
-    QStringList heard;
     QObject::connect(&check, &PortCheck::heard, [&](const QString& line) { heard_.append(line); });
     check.tests = {{.port = QString::number(port), .protocol = protocol}};
     check.Begin(u"127.0.0.1"_s);
@@ -93,6 +95,7 @@ class PortCheckTest : public ::testing::Test {
   FakePage page_;
   MakerSite site_{.test_site = u"http://site.test"_s};
   QStringList heard_;
+  std::function<void(quint16 port)> while_loading_ = [](quint16) {};
 };
 
 TEST_F(PortCheckTest, APortIsOpenOnlyIfTheProbeArrived) {
@@ -144,6 +147,16 @@ TEST_F(PortCheckTest, APortIsOpenOnlyIfTheProbeArrived) {
       EXPECT_TRUE(heard_.value(0).startsWith(u"Attempted connection from 0.0.0.0 on port "_s))
           << row.fault;
     }
+  }
+}
+
+TEST_F(PortCheckTest, AStrangerBeforeThePageHasLoadedIsNoProbe) {
+  for (const bool has_word : {true, false}) {
+    page_.has_word = has_word;
+    while_loading_ = [](quint16 port) { CallTcp(port, "GET / HTTP/1"); };
+    EXPECT_EQ(Test(SockProtocol::kTcp), PortTestState::kClosed) << has_word;
+    while_loading_ = [](quint16 port) { SendUdp(port, "hello"); };
+    EXPECT_EQ(Test(SockProtocol::kUdp), PortTestState::kClosed) << has_word;
   }
 }
 

@@ -24,11 +24,12 @@ using namespace std::chrono_literals;
 
 class PortCheckerTest : public WindowTest {
  protected:
-  void SetEntries(const QList<std::pair<QString, QString>>& ports_and_protocols) {
+  void SetEntries(const QList<std::pair<QString, QString>>& ports_and_protocols,
+                  const QString& computer = u"127.0.0.2"_s) {
     QList<PortEntry> entries;
     for (const auto& [port, protocol] : ports_and_protocols) {
-      entries.append({.app_name = u"Rule"_s + port, .start_port = port, .end_port = port,
-                      .protocol = protocol});
+      entries.append({.app_name = u"Rule"_s + port, .forwarded_to = computer + u"(Desk)"_s,
+                      .start_port = port, .end_port = port, .protocol = protocol});
     }
     context_->port_list.SetEntries(entries);
   }
@@ -72,6 +73,11 @@ TEST_F(PortCheckerTest, PortsOfThisComputerAreOpenToASiteOnIt) {
   EXPECT_EQ(context_->port_list.LooksOf({first}).first().outside->works, false);
   EXPECT_EQ(searches_, 1);  // the rule is there and nothing arrives
   EXPECT_EQ(TextOf("working_label"), "Checking Port: DONE!");
+  SetEntries({{u"48080"_s, u"TCP"_s}}, u"192.168.1.30"_s);
+  EXPECT_EQ(CheckAll().first(), u"Failed"_s);
+  EXPECT_FALSE(context_->port_list.LooksOf(context_->port_list.Entries()).first().outside)
+      << "what leads to a console cannot be heard here";
+  EXPECT_EQ(searches_, 1);
 }
 
 TEST_F(PortCheckerTest, ASiteThatCannotBeReachedSaysNothingOfThePort) {
@@ -89,7 +95,8 @@ TEST_F(PortCheckerTest, ASiteThatCannotBeReachedSaysNothingOfThePort) {
 // What natted_network.sh runs at home.
 TEST_F(PortCheckerTest, DISABLED_OnlyForwardedPortsAreOpenBehindARouter) {
   SetEntries({{u"8080"_s, u"TCP"_s}, {u"8081"_s, u"UDP"_s}, {u"8081"_s, u"TCP"_s},
-              {u"8080"_s, u"UDP"_s}, {u"9000"_s, u"TCP"_s}});
+              {u"8080"_s, u"UDP"_s}, {u"9000"_s, u"TCP"_s}},
+             u"192.168.77.2"_s);
   QTcpServer other;
   ASSERT_TRUE(other.listen(QHostAddress(u"192.168.77.2"_s), 9000));
   Open(qEnvironmentVariable("QUAYLINE_TEST_SITE"), u"192.168.77.2"_s);

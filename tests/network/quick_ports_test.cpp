@@ -49,7 +49,7 @@ TEST_F(QuickPortsTest, OnlyEntriesOfThisComputerAreAskedFor) {
            {u"Wide"_s, u"1"_s, u"65535"_s, u"UDP"_s, u"192.168.1.20"_s}});
   context_->session.router_ip = u"192.168.1.1"_s;
   QList<MappingRequest> requests;
-  Open([&](MappingRequest request) -> Task<std::expected<MappingAnswer, QString>> {
+  Open([&](MappingRequest request) -> Task<std::expected<MappingAnswer, Message>> {
     requests.append(request);
     co_return MappingAnswer{.protocol = u"UPnP"_s, .outside_address = u"198.51.100.7"_s,
                             .results = {MappingResult::kMissing}};
@@ -76,9 +76,9 @@ TEST_F(QuickPortsTest, ARouterThatDoesNotSpeakItIsLeftAlone) {
   EXPECT_THAT(TextOf("answer_label"), HasSubstr("address of your router is missing"));
   context_->session.router_ip = u"192.168.1.1"_s;
   for (const bool fails : {false, true}) {
-    Open([fails](MappingRequest) -> Task<std::expected<MappingAnswer, QString>> {
+    Open([fails](MappingRequest) -> Task<std::expected<MappingAnswer, Message>> {
       if (fails) {
-        co_return std::unexpected(u"No answer."_s);
+        co_return std::unexpected(Message{"No answer."});
       }
       co_return MappingAnswer{.results = {MappingResult::kUnknown}};
     });

@@ -3,6 +3,8 @@
 
 #include "ui/network/hosted_test_page.h"
 
+#include <utility>
+
 #include "script/page_operations.h"
 #include "script/status_text.h"
 
@@ -20,23 +22,41 @@ HostedTestPage::HostedTestPage(const PageHostFactory& make_host, QObject* parent
   connect(host_, &PageHost::newWindow, host_, [](PageHost* popup) { popup->deleteLater(); });
   connect(host_, &PageHost::statusTextChanged, this, &HostedTestPage::statusChanged);
   connect(host_, &PageHost::navigateError, this, [this](const QString& url, int status) {
+    if (wanted_.isValid()) {
+      return;  // it is of the load that Open() ended
+    }
     has_failed_ = true;
     Q_EMIT pageFailed(url, StatusText(status));
     Q_EMIT failed();
   });
   connect(host_, &PageHost::documentComplete, this, [this] {
+    if (wanted_.isValid()) {
+      return;
+    }
     if (!has_failed_) {
       Q_EMIT completed();
     }
     has_failed_ = false;
   });
+  // What the former load still reports comes in the same turn as its end.
+  connect(host_, &PageHost::navigationChanged, this, &HostedTestPage::BeginWhenFree,
+          Qt::QueuedConnection);
 }
 
 // The host asks its questions of this object.
 HostedTestPage::~HostedTestPage() { delete host_; }
 
 void HostedTestPage::Open(const QUrl& url) {
+  wanted_ = url;
   host_->StopNavigation();
+  QMetaObject::invokeMethod(this, &HostedTestPage::BeginWhenFree, Qt::QueuedConnection);
+}
+
+void HostedTestPage::BeginWhenFree() {
+  if (!wanted_.isValid() || host_->Navigation().busy) {
+    return;
+  }
+  const QUrl url = std::exchange(wanted_, {});
   has_failed_ = false;
   const bool is_secure = url.scheme() == QLatin1String("https");
   host_->SetLogin({.scheme = url.scheme(),

@@ -35,6 +35,7 @@ class HostedTestPage final : public TestPage, private PageQuestions {
   void pageFailed(const QString& url, const QString& status);
 
  private:
+  void BeginWhenFree();
   void AskPage(const PageCall& call, std::function<void(bool found)> done);
   void AskCertificate(const ShownCertificate& shown,
                       std::function<void(bool trusted)> answer) override;
@@ -45,6 +46,7 @@ class HostedTestPage final : public TestPage, private PageQuestions {
   std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) override;
 
   PageHost* host_;
+  QUrl wanted_;              // is loaded when the load before it has ended
   bool has_failed_ = false;  // since the load began
 };
 

@@ -20,6 +20,9 @@ inline constexpr Message kPortOpen{"Success"};
 inline constexpr Message kPortClosed{"Failed"};
 inline constexpr Message kReached{"reached from the internet"};
 inline constexpr Message kNotReached{"not reached from the internet"};
+inline constexpr Message kPartReached{"%1 reached from the internet", "a protocol and a port"};
+inline constexpr Message kPartNotReached{"%1 not reached from the internet",
+                                         "a protocol and a port"};
 inline constexpr Message kPortInUse{"Port in use."};
 inline constexpr Message kCloseOtherPrograms{
     "Unable to check the port, close any programs using the port and try again."};

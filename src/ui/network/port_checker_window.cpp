@@ -10,6 +10,7 @@
 #include <QTextBlock>
 
 #include "core/entry_advice.h"
+#include "core/program_entries.h"
 #include "ui/network/hosted_test_page.h"
 #include "ui/network/port_checker_texts.h"
 #include "ui/toolkit/address_box.h"
@@ -175,7 +176,8 @@ void PortCheckerWindow::Begin() {
   ui_->working_label->setText(Text(message::kCheckWorking));
   ui_->working_label->show();
   SetWorking(true);
-  check_->Begin(ui_->address_box->currentText());
+  tested_address_ = ui_->address_box->currentText();
+  check_->Begin(tested_address_);
 }
 
 void PortCheckerWindow::SetWorking(bool working) {
@@ -224,18 +226,30 @@ void PortCheckerWindow::NoteResult(const PortTest& test) {
   if (test.state != PortTestState::kOpen && test.state != PortTestState::kClosed) {
     return;
   }
+  const QString protocol = ProtocolName(test.protocol);
   QList<SeenEntry> seen;
   for (const PortEntry& entry : context_.port_list.Entries()) {
-    if (entry.start_port == test.port &&
-        entry.protocol.contains(ProtocolName(test.protocol), Qt::CaseInsensitive)) {
+    // What leads to another computer cannot be heard here.
+    if (entry.start_port == test.port && AddressOf(entry.forwarded_to) == tested_address_ &&
+        entry.protocol.contains(protocol, Qt::CaseInsensitive)) {
       EntryLook look = context_.port_list.LooksOf({entry}).first();
-      const bool is_open = test.state == PortTestState::kOpen;
-      look.outside = ReachVerdict{.works = is_open,
-                                  .words = Text(is_open ? message::kReached : message::kNotReached)};
+      look.outside = VerdictOf(entry, test);
       seen.append({.entry = entry, .look = look});
     }
   }
   context_.port_list.NoteLooks(seen);
+}
+
+// One open port says nothing certain of the others of an entry; one that is closed does.
+ReachVerdict PortCheckerWindow::VerdictOf(const PortEntry& entry, const PortTest& test) const {
+  const bool is_open = test.state == PortTestState::kOpen;
+  const QString protocol = ProtocolName(test.protocol);
+  if (entry.start_port == entry.end_port && entry.protocol.toUpper() == protocol) {
+    return {.works = is_open, .words = Text(is_open ? message::kReached : message::kNotReached)};
+  }
+  const Message& words = is_open ? message::kPartReached : message::kPartNotReached;
+  return {.works = is_open ? std::nullopt : std::optional(false),
+          .words = Text(words).arg(protocol + QLatin1Char(' ') + test.port)};
 }
 
 void PortCheckerWindow::Advise() {

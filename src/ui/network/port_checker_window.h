@@ -55,6 +55,7 @@ class PortCheckerWindow final : public QDialog {
   void SetWorking(bool working);
   // Puts the result of a test into the port list.
   void NoteResult(const PortTest& test);
+  ReachVerdict VerdictOf(const PortEntry& entry, const PortTest& test) const;
   // Offers what the results ask for.
   void Advise();
   // Adds a line to a log and shows its beginning.
@@ -70,6 +71,7 @@ class PortCheckerWindow final : public QDialog {
   QStandardItemModel* rows_;
   HostedTestPage* page_;
   std::unique_ptr<PortCheck> check_;
+  QString tested_address_;  // of this computer
   QString last_status_;
 };
 

@@ -18,6 +18,10 @@ const Message& ResultText(MappingResult result) {
   switch (result) {
     case MappingResult::kOpen:
       return message::kMappingOpen;
+    case MappingResult::kForGood:
+      return message::kMappingForGood;
+    case MappingResult::kShorter:
+      return message::kMappingShorter;
     case MappingResult::kMissing:
       return message::kMappingMissing;
     case MappingResult::kTaken:
@@ -86,7 +90,7 @@ std::optional<Message> QuickPortsDialog::Refusal(const PortEntry& entry) const {
 }
 
 void QuickPortsDialog::Begin(MappingVerb verb) {
-  if (context_.session.router_ip.isEmpty()) {
+  if (context_.session.router_ip.isEmpty() || context_.session.router_ip.startsWith(u'0')) {
     ui_->answer_label->setText(Text(message::kNoRouterAddress));
     SetWorking(false);
     return;
@@ -101,12 +105,12 @@ Task<> QuickPortsDialog::Run(MappingVerb verb) {
                          .router = context_.session.router_ip,
                          .entries = asked_,
                          .time = std::chrono::seconds(ui_->time_box->currentData().toInt())};
-  const std::expected<MappingAnswer, QString> answer = co_await ask_(std::move(request));
+  const std::expected<MappingAnswer, Message> answer = co_await ask_(std::move(request));
   if (answer) {
     ShowAnswer(*answer);
   } else {
     protocol_.clear();
-    ui_->answer_label->setText(answer.error());
+    ui_->answer_label->setText(Text(answer.error()));
   }
   SetWorking(false);
 }
@@ -121,8 +125,21 @@ void QuickPortsDialog::ShowAnswer(const MappingAnswer& answer) {
   for (qsizetype i = 0; i < asked_.size() && i < answer.results.size(); ++i) {
     rows_->item(rows_of_asked_[i], kState)
         ->setText(protocol_.isEmpty() ? QString() : Text(ResultText(answer.results[i])));
+    if (answer.results[i] <= MappingResult::kShorter) {
+      NoteOpen(asked_[i]);
+    }
   }
   ui_->entries_view->SizeColumns();
+}
+
+// In the port list as well. What the router does not have this way may still be on its pages.
+void QuickPortsDialog::NoteOpen(const PortEntry& entry) {
+  EntryLook look = context_.port_list.LooksOf({entry}).first();
+  look.on_router = EntryState::kOnRouter;
+  look.differs.clear();
+  look.seen = protocol_;
+  look.looked_at = QDateTime::currentDateTime();
+  context_.port_list.NoteLooks({{.entry = entry, .look = look}});
 }
 
 void QuickPortsDialog::SetWorking(bool working) {

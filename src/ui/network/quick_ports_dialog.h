@@ -26,7 +26,7 @@ class QuickPortsDialog final : public QDialog {
   Q_OBJECT
 
  public:
-  using Ask = std::function<Task<std::expected<MappingAnswer, QString>>(MappingRequest request)>;
+  using Ask = std::function<Task<std::expected<MappingAnswer, Message>>(MappingRequest request)>;
 
   // What is referred to outlives the dialog.
   QuickPortsDialog(AppContext& context, QWidget* parent, Ask ask = AskRouterToMap);
@@ -41,6 +41,7 @@ class QuickPortsDialog final : public QDialog {
   // Why an entry cannot be asked for.
   std::optional<Message> Refusal(const PortEntry& entry) const;
   void ShowAnswer(const MappingAnswer& answer);
+  void NoteOpen(const PortEntry& entry);
   void SetWorking(bool working);
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 

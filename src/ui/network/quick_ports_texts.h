@@ -20,9 +20,11 @@ inline constexpr Message kPortsColumn{"Ports"};
 inline constexpr Message kRouterColumn{"On the router"};
 inline constexpr Message kMappingOpen{"Open"};
 inline constexpr Message kMappingMissing{"Not open"};
-inline constexpr Message kMappingTaken{"Leads to another computer"};
+inline constexpr Message kMappingForGood{"Open until you close it"};
+inline constexpr Message kMappingShorter{"Open, but your router closes it earlier"};
+inline constexpr Message kMappingTaken{"Leads to another computer or program"};
 inline constexpr Message kMappingRefused{"Your router refuses it"};
-inline constexpr Message kMappingUnknown{"Unknown: your router does not tell"};
+inline constexpr Message kMappingUnknown{"Unknown: your router did not say"};
 inline constexpr Message kMappingNotHere{"Only ports of this computer can be opened this way"};
 inline constexpr Message kMappingWrongPorts{"Has too many ports, or wrong ones"};
 

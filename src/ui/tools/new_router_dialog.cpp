@@ -58,6 +58,16 @@ NewRouterDialog::NewRouterDialog(AppContext& context, Prompts& prompts,
   connect(ui_->model_box, &QComboBox::currentIndexChanged, this, &NewRouterDialog::ShowModel);
   connect(ui_->create_button, &QPushButton::clicked, this, &NewRouterDialog::accept);
   connect(ui_->cancel_button, &QPushButton::clicked, this, &QDialog::reject);
+  for (QLineEdit* edit : {ui_->user_edit, ui_->password_edit}) {
+    connect(edit, &QLineEdit::textChanged, this, [this, edit] { NoteChange(edit); });
+  }
+  for (QSpinBox* box :
+       {ui_->max_entries_box, ui_->max_range_box, ui_->min_port_box, ui_->max_port_box}) {
+    connect(box, &QSpinBox::valueChanged, this, [this, box] { NoteChange(box); });
+  }
+  for (QCheckBox* box : {ui_->both_check, ui_->computer_check}) {
+    connect(box, &QCheckBox::toggled, this, [this, box] { NoteChange(box); });
+  }
   ui_->model_box->setCurrentIndex(
       std::max(0, ui_->model_box->findData(context_.session.router_id)));
   ShowModel();
@@ -75,16 +85,32 @@ void NewRouterDialog::GuessModel() {
 void NewRouterDialog::ShowModel() {
   model_ = context_.databases.FindRouter(ui_->model_box->currentData().toInt())
                .value_or(RouterRecord());
-  ui_->user_edit->setText(model_.routerusername);
-  ui_->password_edit->setText(model_.routerpassword);
-  ui_->max_entries_box->setValue(model_.routermaxentries.toInt());
-  ui_->max_range_box->setValue(model_.routermaxrange.toInt());
-  ui_->min_port_box->setValue(std::max(1, model_.routerminport.toInt()));
-  ui_->max_port_box->setValue(model_.routermaxport.isEmpty() ? kMaxPort
-                                                            : model_.routermaxport.toInt());
-  ui_->both_check->setChecked(!model_.routersupportsboth.isEmpty() &&
-                              IsYes(model_.routersupportsboth));
-  ui_->computer_check->setChecked(IsYes(model_.routerneedscomputername));
+  const bool supports_both = !model_.routersupportsboth.isEmpty() && IsYes(model_.routersupportsboth);
+  is_filling_ = true;
+  Fill(ui_->user_edit, &QLineEdit::setText, model_.routerusername);
+  Fill(ui_->password_edit, &QLineEdit::setText, model_.routerpassword);
+  Fill(ui_->max_entries_box, &QSpinBox::setValue, model_.routermaxentries.toInt());
+  Fill(ui_->max_range_box, &QSpinBox::setValue, model_.routermaxrange.toInt());
+  Fill(ui_->min_port_box, &QSpinBox::setValue, std::max(1, model_.routerminport.toInt()));
+  Fill(ui_->max_port_box, &QSpinBox::setValue,
+       model_.routermaxport.isEmpty() ? kMaxPort : model_.routermaxport.toInt());
+  Fill(ui_->both_check, &QCheckBox::setChecked, supports_both);
+  Fill(ui_->computer_check, &QCheckBox::setChecked, IsYes(model_.routerneedscomputername));
+  is_filling_ = false;
+}
+
+// The model is guessed anew while the name is typed: what the user has changed by then stays.
+template <typename Field, typename Setter, typename Value>
+void NewRouterDialog::Fill(Field* field, Setter set, const Value& value) {
+  if (!changed_.contains(field)) {
+    (field->*set)(value);
+  }
+}
+
+void NewRouterDialog::NoteChange(QWidget* field) {
+  if (!is_filling_) {
+    changed_.insert(field);
+  }
 }
 
 RouterRecord NewRouterDialog::Record() const {

@@ -19,8 +19,7 @@ namespace quayline {
 
 // Makes a router that is not in the list out of one with similar pages: it gets a name, a login and
 // limits of its own, and the other one's scripts to start with. `created` gets its key and the
-// name of the other one. The window
-// deletes itself when it is closed.
+// name of the other one. The window deletes itself when it is closed.
 class NewRouterDialog final : public QDialog {
   Q_OBJECT
 
@@ -34,6 +33,9 @@ class NewRouterDialog final : public QDialog {
  private:
   void GuessModel();
   void ShowModel();
+  template <typename Field, typename Setter, typename Value>
+  void Fill(Field* field, Setter set, const Value& value);
+  void NoteChange(QWidget* field);
   RouterRecord Record() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
@@ -44,6 +46,8 @@ class NewRouterDialog final : public QDialog {
   std::unique_ptr<Ui::NewRouterDialog> ui_;
   RouterRecord model_;
   bool has_chosen_ = false;  // the model was not guessed
+  bool is_filling_ = false;
+  QSet<QWidget*> changed_;  // by the user
 };
 
 // What the user reads of a router that could not be added.

@@ -217,6 +217,10 @@ void ScriptBench::SavePage(const QString& folder) {
   if (host == nullptr) {
     return;
   }
+  if (!IsForSavedPages(folder)) {
+    prompts_.Tell(window(), Text(message::kFolderInUse).arg(folder));
+    return;
+  }
   const QPointer<ScriptBench> self(this);
   host->Call(page_operation::DescribePage(), [self, folder](const PageAnswer& answer) {
     if (self.isNull()) {

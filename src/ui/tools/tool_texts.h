@@ -36,10 +36,12 @@ inline constexpr Message kNoLineForIt{"No command works with this element."};
 inline constexpr Message kSavePageTitle{"Save Page in a New Folder"};
 inline constexpr Message kPageSaved{
     "The page is in the folder %1. Your password, keys and addresses were taken out as far as they "
-    "can be recognized: please look through the files before you give them to anybody."};
+    "can be recognized: please look through the files before you share them."};
 inline constexpr Message kPartsNotSaved{"The page also uses these files, which are not saved:"};
+inline constexpr Message kFolderInUse{
+    "There are other files in %1. Please choose a new folder, or one with saved pages."};
 inline constexpr Message kCannotSavePage{
-    "The page cannot be saved in %1. Is a page on show, and may you write there?"};
+    "The page cannot be saved in %1. Please check that a page is shown, and that you may write there."};
 
 // A router of the user's own.
 inline constexpr Message kRouterNeedsName{"Please type the name of your router."};
