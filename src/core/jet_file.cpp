@@ -59,6 +59,10 @@ std::expected<QList<TableData>, JetError> ReadTables(const QString& path) {
   return std::move(*tables);
 }
 
+QString AsSentence(const QString& path, const QString& part) {
+  return QStringLiteral("%1 %2.").arg(path, part);
+}
+
 }  // namespace
 
 bool IsJetFile(const QString& path) {
@@ -104,6 +108,35 @@ std::expected<void, JetError> ConvertJetFile(const QString& path, const QString&
     return std::unexpected(JetError{QStringLiteral("cannot be converted in its folder")});
   }
   return {};
+}
+
+std::expected<QList<TableData>, QString> ImportJetFile(const QString& path, const QString& out) {
+  if (!QFile::exists(path)) {
+    return std::unexpected(QStringLiteral("There is no file %1.").arg(path));
+  }
+  if (!IsJetFile(path)) {
+    return std::unexpected(AsSentence(path, QStringLiteral("is not a Jet file")));
+  }
+  if (QFile::exists(out)) {
+    return std::unexpected(AsSentence(out, QStringLiteral("exists already")));
+  }
+  auto tables = ReadTables(path);
+  if (!tables) {
+    return std::unexpected(AsSentence(path, tables.error().text));
+  }
+  if (tables->isEmpty()) {
+    return std::unexpected(AsSentence(path, QStringLiteral("has no tables")));
+  }
+  const QTemporaryDir work(out + QStringLiteral(".XXXXXX"));
+  const QString converted = work.filePath(QStringLiteral("converted"));
+  if (const auto written = WriteTables(*tables, converted); !work.isValid() || !written) {
+    const QString reason = work.isValid() ? written.error() : work.errorString();
+    return std::unexpected(AsSentence(out, QStringLiteral("cannot be written (%1)").arg(reason)));
+  }
+  if (!QFile::rename(converted, out)) {  // does not replace a file
+    return std::unexpected(AsSentence(out, QStringLiteral("cannot be written")));
+  }
+  return std::move(*tables);
 }
 
 }  // namespace quayline

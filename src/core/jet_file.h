@@ -6,6 +6,8 @@
 
 #include <expected>
 
+#include "core/table_data.h"
+
 namespace quayline {
 
 // The databases that come from the maker's server may be Jet files, which are read but never
@@ -25,5 +27,10 @@ bool IsJetFile(const QString& path);
 // it with ".jet" added to its name. Does nothing if `path` is not a Jet file. On failure, which
 // includes a missing `table`, the Jet file is unchanged.
 std::expected<void, JetError> ConvertJetFile(const QString& path, const QString& table);
+
+// Writes the tables of the Jet file `path` into `out`, a new SQLite file, and gives them back. `path`
+// is only read. On failure, which includes an existing `out`, nothing is written. The error is a
+// sentence.
+std::expected<QList<TableData>, QString> ImportJetFile(const QString& path, const QString& out);
 
 }  // namespace quayline

@@ -5,6 +5,7 @@
 
 #include <QCommandLineParser>
 
+#include "core/jet_file.h"
 #include "dbtool/database_file.h"
 #include "dbtool/language_source.h"
 #include "dbtool/program_data.h"
@@ -80,6 +81,18 @@ Result Dump(const QStringList& arguments, const QCommandLineParser&, const Scrip
   return text ? Result{.exit_code = kExitFine, .output = *text, .error = {}} : Failed(text.error());
 }
 
+Result Import(const QStringList& arguments, const QCommandLineParser&, const ScriptLint&) {
+  const auto tables = ImportJetFile(arguments.at(0), arguments.at(1));
+  if (!tables) {
+    return Failed(tables.error());
+  }
+  QString output;
+  for (const TableData& table : *tables) {
+    output += QStringLiteral("%1: %2 rows\n").arg(table.name).arg(table.rows.size());
+  }
+  return {.exit_code = kExitFine, .output = output, .error = {}};
+}
+
 Result MakeLanguages(const QStringList& arguments, const QCommandLineParser&, const ScriptLint&) {
   const auto written = WriteLanguages(arguments.at(0), arguments.at(1));
   return written ? Result() : Failed(written.error());
@@ -123,6 +136,7 @@ constexpr Command kCommands[] = {
     {"compare", "SOURCES LANGUAGE",
      "report what the file LANGUAGE lacks, and what is wrong with it", Compare},
     {"dump", "FILE", "print a database as the text that it can be built from", Dump},
+    {"import", "FILE OUT", "make the database OUT from the Jet file FILE", Import},
 };
 
 void AddOptions(QCommandLineParser& parser) {

@@ -208,5 +208,55 @@ TEST_F(RoundTripTest, ATargetThatCannotBeWrittenLeavesTheOtherFiles) {
   EXPECT_FALSE(WriteDatabases(data, Path(u"out/routers.mdb/below"_s)).has_value());
 }
 
+TEST_F(RoundTripTest, AJetFileIsImportedIntoANewFile) {
+  const QString jet = QStringLiteral(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb");
+  const QByteArray original = ReadBytes(jet);
+  const Result imported = RunCommand({u"import"_s, jet, Path(u"new.mdb"_s)});
+  EXPECT_EQ(imported.exit_code, kExitFine) << qPrintable(imported.error);
+  EXPECT_TRUE(imported.output.contains(u"routers: 2 rows\n"_s)) << qPrintable(imported.output);
+  EXPECT_EQ(ReadBytes(jet), original);
+  const QString dump = DumpDatabase(Path(u"new.mdb"_s)).value_or(QString());
+  for (const char* text : {"Gr\xC3\xBC\xC3\x9F" "e", "\xD0\x96", "nav=page1499.htm"}) {
+    EXPECT_TRUE(dump.contains(QString::fromUtf8(text))) << text;
+  }
+  EXPECT_EQ(RunCommand({u"import"_s, jet, Path(u"new.mdb"_s)}).error,
+            Path(u"new.mdb"_s) + u" exists already.\n"_s);
+}
+
+TEST_F(RoundTripTest, WhatIsNoWholeJetFileIsNotImported) {
+  const QByteArray jet =
+      ReadBytes(QStringLiteral(QUAYLINE_SOURCE_DIR "/tests/core/fixtures/jet_routers.mdb"));
+  const QString path = Path(u"old.mdb"_s);
+  const QString out = Path(u"new.mdb"_s);
+  const struct {
+    const char* name;
+    QByteArray bytes;
+    QString error;  // after the name of the file
+  } cases[] = {
+      {"empty", "", u"is not a Jet file"_s},
+      {"another database", "SQLite format 3" + QByteArray(4096, '\0'), u"is not a Jet file"_s},
+      {"the head alone", jet.first(64), u"is damaged"_s},
+      {"cut within a page", jet.chopped(100), u"is damaged"_s},
+      {"cut at the end of a page", jet.chopped(4096), u"is damaged"_s},
+      {"catalog overwritten", QByteArray(jet).replace(8192, 4096, QByteArray(4096, '\xff')),
+       u"is damaged"_s},
+      {"a page of a long text lost", QByteArray(jet).replace(9 * 4096, 4096, QByteArray(4096, '\0')),
+       u"is damaged"_s},
+      {"all but the head overwritten", jet.first(4096) + QByteArray(jet.size() - 4096, '\x01'),
+       u"is damaged"_s},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    ASSERT_TRUE(WriteBytes(path, each.bytes));
+    const Result imported = RunCommand({u"import"_s, path, out});
+    EXPECT_EQ(imported.exit_code, kExitFailed);
+    EXPECT_EQ(imported.error, path + u' ' + each.error + u".\n"_s);
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              QStringList{u"old.mdb"_s});
+  }
+  EXPECT_EQ(RunCommand({u"import"_s, Path(u"none"_s), out}).error,
+            u"There is no file %1.\n"_s.arg(Path(u"none"_s)));
+}
+
 }  // namespace
 }  // namespace quayline::dbtool
