@@ -32,6 +32,7 @@ class Parser final {
   AnswerFile Parse(const QJsonObject& object) {
     JsonReader reader(object, QString(), errors_);
     AnswerFile file;
+    file.pages = reader.Text("pages");
     if (reader.Has("login")) {
       file.login = ReadLogin(reader.Value("login"));
     }

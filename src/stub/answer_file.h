@@ -109,6 +109,7 @@ struct PageToken {
 };
 
 struct AnswerFile {
+  QString pages;  // a folder beside this one that has the pages which this one lacks
   std::optional<BasicLogin> login;
   std::optional<LoginSession> session;
   std::optional<PageToken> token;

@@ -64,6 +64,16 @@ std::expected<PageFolder, QString> PageFolder::Open(const QString& folder) {
   return PageFolder(root);
 }
 
+bool PageFolder::TakeTheRestFrom(const QString& sibling) {
+  const QString folder = QFileInfo(root_).path() + u'/' + sibling;
+  const QFileInfo info(QFileInfo(folder).canonicalFilePath());
+  if (!IsPlainName(sibling) || sibling.contains(u'/') || !info.isDir()) {
+    return false;
+  }
+  other_ = info.filePath();
+  return true;
+}
+
 std::optional<PageFolder::File> PageFolder::Find(const QString& path) const {
   if (!path.startsWith(u'/')) {
     return std::nullopt;
@@ -78,11 +88,14 @@ std::optional<PageFolder::File> PageFolder::Find(const QString& path) const {
 }
 
 std::optional<PageFolder::File> PageFolder::Read(const QString& name) const {
-  const QString path = QFileInfo(root_ + u'/' + name).canonicalFilePath();
-  if (!path.startsWith(root_ + u'/') || !QFileInfo(path).isFile()) {
-    return std::nullopt;
+  QFile device;
+  for (const QString& root : {root_, other_}) {
+    const QString path = QFileInfo(root + u'/' + name).canonicalFilePath();
+    if (!root.isEmpty() && path.startsWith(root + u'/') && QFileInfo(path).isFile()) {
+      device.setFileName(path);
+      break;
+    }
   }
-  QFile device(path);
   if (!device.open(QIODevice::ReadOnly)) {
     return std::nullopt;
   }

@@ -10,7 +10,7 @@
 
 namespace quayline {
 
-// The files of a folder by the paths of a router's pages. Never gives a file that is not in the
+// The files of a folder by the paths of a router's pages. Never gives a file that is outside the
 // folder, whatever the path or a symbolic link says, nor a hidden one, nor "answers.json".
 class PageFolder final {
  public:
@@ -25,6 +25,9 @@ class PageFolder final {
 
   // An error is a sentence.
   static std::expected<PageFolder, QString> Open(const QString& folder);
+  // Whatever this folder lacks is taken from the folder beside it that has this name. False where
+  // there is no such folder.
+  bool TakeTheRestFrom(const QString& sibling);
 
   // The file for a path that begins with "/"; "/" at its end stands for "index.html", and ".html"
   // may be left out.
@@ -34,7 +37,8 @@ class PageFolder final {
   explicit PageFolder(QString root) : root_(std::move(root)) {}
   std::optional<File> Read(const QString& name) const;
 
-  QString root_;  // canonical
+  QString root_;   // canonical
+  QString other_;  // canonical; empty: none
 };
 
 }  // namespace quayline

@@ -94,7 +94,7 @@ QByteArray JsonBytes(const QJsonValue& value) {
 
 std::expected<std::unique_ptr<StubRouter>, QString> StubRouter::Open(const QString& folder,
                                                                      const QString& answers_file) {
-  const auto pages = PageFolder::Open(folder);
+  auto pages = PageFolder::Open(folder);
   if (!pages) {
     return std::unexpected(pages.error());
   }
@@ -113,6 +113,9 @@ std::expected<std::unique_ptr<StubRouter>, QString> StubRouter::Open(const QStri
     answers = *std::move(parsed);
   } else if (!answers_file.isEmpty() || file.exists()) {
     return std::unexpected(u"\"%1\" cannot be read: %2."_s.arg(name, file.errorString()));
+  }
+  if (!answers.pages.isEmpty() && !pages->TakeTheRestFrom(answers.pages)) {
+    return std::unexpected(u"There is no folder \"%1\" beside \"%2\"."_s.arg(answers.pages, folder));
   }
   return std::unique_ptr<StubRouter>(new StubRouter(*pages, std::move(answers)));
 }

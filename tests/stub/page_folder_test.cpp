@@ -53,6 +53,14 @@ TEST(PageFolder, ServesItsOwnFilesAndNoOther) {
     ASSERT_EQ(file.has_value(), type != nullptr) << path;
     EXPECT_TRUE(!file || file->type == type) << path << ' ' << file->type.constData();
   }
+  ASSERT_TRUE(QDir().mkpath(outside.filePath(u"like"_s)));
+  auto like = PageFolder::Open(outside.filePath(u"like"_s));
+  for (const auto& name : {u"gone"_s, u".."_s, u"pages/sub"_s, u"secret.txt"_s}) {
+    EXPECT_FALSE(like->TakeTheRestFrom(name)) << name.toStdString();
+  }
+  ASSERT_TRUE(like->TakeTheRestFrom(u"pages"_s));
+  EXPECT_TRUE(like->Find(u"/deep"_s));
+  EXPECT_FALSE(like->Find(u"/link.txt"_s));
   EXPECT_FALSE(PageFolder::Open(outside.filePath(u"secret.txt"_s)).has_value());
   EXPECT_FALSE(PageFolder::Open(outside.filePath(u"gone"_s)).has_value());
 }
