@@ -25,6 +25,7 @@ void SelectRouter(RouterSession& session, const RouterRecord& record) {
   session.picture_path.replace(QLatin1Char('\\'), QLatin1Char('/'));
   session.update_script = ScriptLines(record.routercommands);
   session.view_script = ScriptLines(record.routerportpage);
+  session.remove_script = ScriptLines(record.routerremove);
 }
 
 QString RouterHost(const RouterSession& session) {

@@ -41,6 +41,7 @@ struct RouterSession {
   QString picture_path;         // routerpic with "/" for every "\"
   QStringList update_script;
   QStringList view_script;
+  QStringList remove_script;  // empty: it has none
 
   Login CurrentLogin() const { return {username, password}; }
 };
@@ -55,7 +56,7 @@ struct JobOptions {
   bool debug_mode = false;  // not stored
 };
 
-// Fills the session from a router's row: login, limits, both scripts, picture path. The fields of
+// Fills the session from a router's row: login, limits, scripts, picture path. The fields of
 // the address stay.
 void SelectRouter(RouterSession& session, const RouterRecord& record);
 

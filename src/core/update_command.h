@@ -17,6 +17,11 @@ inline constexpr Message kNoSuchRouter{
 // Also shown when the router's ports are viewed without an address.
 inline constexpr Message kSetRouterIp{"Please Set Router IP."};
 
+// A job cannot begin now.
+inline constexpr Message kJobRuns{
+    "A job is running, and your router serves only one at a time. Please wait until it ends, or "
+    "stop it in its window. Then try again."};
+
 // Where the main window sets the focus after a refusal.
 enum class UpdateFocus { kNone, kRouter, kRouterIp, kPortList };
 

@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 
+#include "core/added_rules.h"
 #include "core/rule_match.h"
 #include "script/command_fields.h"
 #include "script/command_table.h"
@@ -176,8 +177,9 @@ FlowResult CheckIfRuleExists(CommandCall& call) {
 std::optional<QJsonArray> EntryRow(const RunArguments& given, const QJsonObject& answer) {
   PageRows page;
   AddRows(answer, page);
+  RowTexts texts;
   for (const qsizetype row : MatchRules({EntryOf(given)}, page).first().rows) {
-    if (!given.rows_to_keep.contains(page.rows.at(row).Text())) {
+    if (!given.rows_to_keep.contains(texts.Of(page.rows.at(row)))) {
       return answer[QLatin1String("rows")].toArray().at(row)[QLatin1String("cells")].toArray();
     }
   }

@@ -5,8 +5,6 @@
 
 #include <QScopeGuard>
 
-#include <algorithm>
-
 #include "core/text_bytes.h"
 #include "script/command_call.h"
 #include "script/interpreter.h"
@@ -47,58 +45,87 @@ JobRunner::JobRunner(AppContext& context, PageHostFactory make_host, PageQuestio
 JobRunner::~JobRunner() { CancelRun(); }
 
 void JobRunner::Open() {
+  if (!router_) {
+    router_ = context_.session;
+  }
   OpenBrowsers([](const BrowserSet& browsers) { return browsers.Active(); });
   context_.job_flags.job_error_grace = 1;
   context_.job_flags.in_combo = false;
   log_.Append(LineBreak() + Text(job_text::kRouter) + QLatin1Char(' ') +
-              OnOneLine(context_.session.router_name));
+              OnOneLine(Router().router_name));
   log_.Append(LineBreak() + Text(job_text::kLoadingCommands));
   Q_EMIT errorsCleared();
   Q_EMIT busyChanged(true);
 }
 
+bool JobRunner::IsRouterChosen() const {
+  return !router_ || (router_->chosen_router == context_.session.chosen_router &&
+                      RouterKey(*router_) == RouterKey(context_.session));
+}
+
+const RouterSession& JobRunner::Router() const {
+  return IsRouterChosen() ? context_.session : *router_;
+}
+
+void JobRunner::FollowRouter() {
+  if (IsRouterChosen()) {
+    router_ = context_.session;
+  }
+}
+
 void JobRunner::Run() {
-  TakeRows(context_.port_list.Entries());
+  is_again_ = false;
+  TakeRows(JobKind::kUpdate, context_.port_list.Entries());
   StartRun(RunRows());
 }
 
 void JobRunner::RunAgain() {
-  TakeRows(outcome_.ToTryAgain());
+  is_again_ = true;
+  const JobOutcome before = outcome_;
+  TakeRows(JobKind::kUpdate, before.ToTryAgain());
+  for (qsizetype row = 0; row < rows_.size(); ++row) {
+    turns_[row].was_entered = before.HasBegun(rows_.at(row));
+  }
   StartRun(RunRows());
 }
 
 void JobRunner::Check() {
-  TakeRows(context_.port_list.Entries());
+  TakeRows(JobKind::kCheck, context_.port_list.Entries());
   StartRun(CheckRows());
 }
 
-void JobRunner::TakeRows(QList<PortEntry> rows) {
+void JobRunner::TakeBack() {
+  TakeRows(JobKind::kTakeBack, QList<PortEntry>(Added().crbegin(), Added().crend()));
+  StartRun(TakeBackRows());
+}
+
+void JobRunner::TakeRows(JobKind kind, QList<PortEntry> rows) {
   rows_ = std::move(rows);
-  outcome_ = {};
-  before_.clear();
-  doubts_ = QList<QStringList>(rows_.size());
+  outcome_ = {.kind = kind, .results = {}};
+  turns_ = QList<Turn>(rows_.size());
+  Q_EMIT begun();
 }
 
 Task<> JobRunner::CheckRows() {
   const QList<RuleVerdict> verdicts = co_await Look();
   outcome_.stopped = context_.job_flags.JobStopRequested();
-  outcome_.has_looked = !outcome_.stopped;
+  outcome_.has_looked = !verdicts.isEmpty() && !outcome_.stopped;
   outcome_.entries_failed = verdicts.isEmpty() ? static_cast<int>(rows_.size()) : 0;
   NoteResults(verdicts);
 }
 
 Task<> JobRunner::RunRows() {
-  BeginJournal(false);
+  BeginJournal();
   co_await EnterRows();
   EndJournal();
 }
 
-void JobRunner::BeginJournal(bool takes_back) {
-  journal_ = context_.journals.Begin({.router = context_.session.router_name,
-                                      .address = RouterHost(context_.session),
+void JobRunner::BeginJournal() {
+  journal_ = context_.journals.Begin({.router = Router().router_name,
+                                      .address = RouterHost(Router()),
                                       .entries = rows_,
-                                      .takes_back = takes_back,
-                                      .password = context_.session.password});
+                                      .takes_back = outcome_.kind == JobKind::kTakeBack,
+                                      .password = Router().password});
 }
 
 void JobRunner::EndJournal() {
@@ -108,19 +135,8 @@ void JobRunner::EndJournal() {
   }
 }
 
-QStringList JobRunner::RemoveScript() const {
-  const auto router = context_.databases.FindRouter(context_.session.router_id);
-  return router ? ScriptLines(router->routerremove) : QStringList();
-}
-
-void JobRunner::TakeBack() {
-  TakeRows(QList<PortEntry>(brought_.crbegin(), brought_.crend()));
-  outcome_.took_back = true;
-  StartRun(TakeBackRows());
-}
-
 Task<> JobRunner::TakeBackRows() {
-  BeginJournal(true);
+  BeginJournal();
   for (int row = 1; row <= rows_.size(); ++row) {
     if (context_.job_flags.JobStopRequested()) {
       outcome_.stopped = true;
@@ -131,55 +147,110 @@ Task<> JobRunner::TakeBackRows() {
   QList<RuleVerdict> verdicts;
   if (!outcome_.stopped) {
     verdicts = co_await Look();
-    outcome_.has_looked = !context_.job_flags.JobStopRequested();
+    for (RuleVerdict& verdict : verdicts) {
+      verdict = added_.AfterRemoval(verdict, page_);
+    }
+    outcome_.has_looked = !verdicts.isEmpty() && !context_.job_flags.JobStopRequested();
   }
   NoteResults(verdicts);
   if (journal_) {
     journal_->NoteAfter(outcome_.results, page_);
   }
-  brought_.removeIf([this](const PortEntry& entry) {
-    return std::ranges::any_of(outcome_.results, [&](const EntryResult& result) {
-      return result.entry == entry && result.state == EntryState::kMissing;
-    });
-  });
+  for (const EntryResult& result : std::as_const(outcome_.results)) {
+    if (result.state == EntryState::kMissing) {
+      added_.Remove(result.entry);
+    }
+  }
   EndJournal();
 }
 
-// A rule for both protocols may be two rows of the router, of which the script removes one.
 Task<> JobRunner::TakeBackRow(int row) {
-  constexpr int kMostParts = 2;
   const QString& name = rows_[row - 1].app_name;
   if (journal_) {
     journal_->NotePass(row, name);
   }
   log_.Append(LineBreak() + OnOneLine(Text(job_text::kRemoving) + QLatin1Char(' ') + name) +
               LineBreak());
-  Q_EMIT entryStarted(row, static_cast<int>(rows_.size()), name);
   ++outcome_.entries;
-  PassEnd pass = PassEnd::kFailed;  // its row was not found
-  for (int part = 0; part < kMostParts; ++part) {
+  const PassEnd end = co_await RemoveRule(row);
+  outcome_.entries_failed += end == PassEnd::kFailed ? 1 : 0;
+  outcome_.stopped = outcome_.stopped || end == PassEnd::kStopped;
+  if (journal_) {
+    journal_->NotePassEnd(row, end, {});
+  }
+}
+
+// A rule for both protocols may be two rows of the router, of which the script removes one. Then
+// the other one is left, and nothing but the rule has gone.
+Task<PassEnd> JobRunner::RemoveRule(int row) {
+  const int most_parts = ArgumentsOf(row, {}).UsesBoth() ? 2 : 1;
+  PassEnd end = PassEnd::kFailed;  // its row was not found
+  qsizetype rows_left = 0;
+  for (int part = 0; part < most_parts; ++part) {
     const QList<RuleVerdict> verdicts = co_await Look();
     const RuleVerdict verdict = verdicts.value(row - 1);
-    const bool has_row = std::ranges::any_of(verdict.rows, [this](qsizetype index) {
-      return !rows_before_.contains(page_.rows.at(index).Text());
-    });
-    if (!has_row || (part == 0 && verdict.state != RuleState::kOnRouter)) {
+    const qsizetype own_rows = added_.OwnRows(verdict, page_).size();
+    const bool is_removable =
+        part == 0 ? verdict.state == RuleState::kOnRouter : own_rows == rows_left;
+    if (own_rows == 0 || !is_removable) {
       break;
     }
+    rows_left = own_rows - 1;
+    Q_EMIT entryStarted(row, static_cast<int>(rows_.size()), rows_[row - 1].app_name);
     GiveLogin();
     RunArguments arguments = ArgumentsOf(row, {});
-    arguments.commands = RemoveScript();
-    arguments.rows_to_keep = rows_before_;
-    const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
-    pass = PassEndOf(end);
-    if (end != RunEnd::kAllLinesDone) {
+    arguments.commands = Router().remove_script;
+    arguments.rows_to_keep = added_.RowsToKeep(verdict, page_);
+    const RunEnd run_end = co_await RunRouterCommands(Environment(), std::move(arguments));
+    end = PassEndOf(run_end);
+    if (run_end != RunEnd::kAllLinesDone) {
       break;
     }
   }
-  outcome_.entries_failed += pass == PassEnd::kFailed ? 1 : 0;
-  outcome_.stopped = outcome_.stopped || pass == PassEnd::kStopped;
+  co_return end;
+}
+
+Task<> JobRunner::LookBefore() {
+  const QList<RuleVerdict> before = co_await Look();
+  for (qsizetype row = 0; row < before.size(); ++row) {
+    turns_[row].before = before.at(row);
+  }
+  if (!before.isEmpty()) {
+    added_.NoteBefore(page_);
+  }
   if (journal_) {
-    journal_->NotePassEnd(row, pass, {});
+    journal_->NoteBefore(ResultsOf(before), page_);
+  }
+}
+
+// Entered once more, a rule that is there, or may be there, would be there twice.
+bool JobRunner::IsToBeEntered(int row) const {
+  const Turn& turn = turns_.at(row - 1);
+  if (!is_again_ || !context_.job_options.verify_after_update) {
+    return true;
+  }
+  switch (turn.before.state) {
+    case RuleState::kMissing:
+      return true;
+    case RuleState::kOnRouter:
+      return false;
+    case RuleState::kDifferent:
+      return !turn.was_entered;
+    case RuleState::kUnknown:
+      break;
+  }
+  return !turn.was_entered && turn.before.seen.isEmpty();
+}
+
+void JobRunner::SkipRow(int row) {
+  ++outcome_.entries;
+  turns_[row - 1].end = PassEnd::kExisted;
+  log_.Append(LineBreak() + OnOneLine(Text(job_text::kNotEnteredAgain) + QLatin1Char(' ') +
+                                      rows_[row - 1].app_name) +
+              LineBreak());
+  if (journal_) {
+    journal_->NotePass(row, rows_[row - 1].app_name);
+    journal_->NotePassEnd(row, PassEnd::kExisted, {});
   }
 }
 
@@ -189,15 +260,7 @@ Task<> JobRunner::EnterRows() {
   log_.Append(LineBreak() + Text(job_text::kNumberOfForwards) + QStringLiteral(" (%1)").arg(rows));
   log_.Append(LineBreak() + Text(job_text::kRunningCommands) + LineBreak());
   if (context_.job_options.verify_after_update) {
-    before_ = co_await Look();
-    if (rows_before_.isEmpty() && brought_.isEmpty()) {
-      for (const PageRow& row : std::as_const(page_.rows)) {
-        rows_before_.append(row.Text());
-      }
-    }
-    if (journal_) {
-      journal_->NoteBefore(ResultsOf(before_), page_);
-    }
+    co_await LookBefore();
   }
   QString computer_name;
   for (int row = 1; row <= rows; ++row) {
@@ -206,12 +269,16 @@ Task<> JobRunner::EnterRows() {
       NoteResults({});
       co_return;
     }
-    co_await RunRow(row, computer_name);
+    if (IsToBeEntered(row)) {
+      co_await RunRow(row, computer_name);
+    } else {
+      SkipRow(row);
+    }
   }
   if (!outcome_.stopped) {
     // A save that its command did not wait for would end with the browser.
     co_await Pages().UntilIdle({.limit = Pages().Limits().end_of_job,
-                                .shown_as = RouterHost(context_.session),
+                                .shown_as = RouterHost(Router()),
                                 .heeds_errors = false});
   }
   const QString rule(19, QLatin1Char('-'));
@@ -225,6 +292,7 @@ Task<> JobRunner::RunRow(int row, QString& computer_name) {
     journal_->NotePass(row, rows_[row - 1].app_name);
   }
   LogRowHead(row);
+  FollowRouter();
   GiveLogin();
   RunArguments arguments = ArgumentsOf(row, computer_name);
   computer_name = arguments.entry_computer_name;
@@ -236,11 +304,13 @@ Task<> JobRunner::RunRow(int row, QString& computer_name) {
   const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
   outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
   outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
-  doubts_[row - 1] = DoubtsSince(faults);
+  Turn& turn = turns_[row - 1];
+  turn.end = PassEndOf(end);
+  turn.doubts = DoubtsSince(faults);
   log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
               OnOneLine(rows_[row - 1].app_name) + LineBreak());
   if (journal_) {
-    journal_->NotePassEnd(row, PassEndOf(end), doubts_[row - 1]);
+    journal_->NotePassEnd(row, *turn.end, turn.doubts);
   }
 }
 
@@ -265,22 +335,26 @@ Task<> JobRunner::ReadBack() {
   QList<RuleVerdict> verdicts;
   if (context_.job_options.verify_after_update && !outcome_.stopped) {
     verdicts = co_await Look();
-    outcome_.has_looked = !context_.job_flags.JobStopRequested();
+    outcome_.has_looked = !verdicts.isEmpty() && !context_.job_flags.JobStopRequested();
   }
   NoteResults(verdicts);
   if (journal_) {
     journal_->NoteAfter(outcome_.results, page_);
   }
+  if (outcome_.has_looked) {
+    added_.NoteAfter(page_);
+  }
   for (const EntryResult& result : std::as_const(outcome_.results)) {
     if (result.is_new) {
-      brought_.append(result.entry);
+      added_.Add(result.entry);
     }
   }
 }
 
 Task<QList<RuleVerdict>> JobRunner::Look() {
+  FollowRouter();
   RunArguments arguments = RouterArguments();
-  arguments.commands = LinesToRules(context_.session);
+  arguments.commands = LinesToRules(Router());
   GiveLogin();
   is_looking_ = true;
   const auto done = qScopeGuard([this] { is_looking_ = false; });
@@ -297,10 +371,12 @@ Task<QList<RuleVerdict>> JobRunner::Look() {
 QList<EntryResult> JobRunner::ResultsOf(const QList<RuleVerdict>& verdicts) const {
   QList<EntryResult> results;
   for (qsizetype row = 0; row < rows_.size(); ++row) {
-    const bool existed = before_.value(row).state == RuleState::kOnRouter;
-    results.append(ResultOf(rows_[row], verdicts.value(row), existed, doubts_[row]));
-    results.last().is_new = verdicts.value(row).state == RuleState::kOnRouter &&
-                            before_.value(row).state == RuleState::kMissing;
+    const Turn& turn = turns_.at(row);
+    const RuleVerdict verdict = verdicts.value(row);
+    const bool existed = turn.before.state == RuleState::kOnRouter;
+    results.append(ResultOf(rows_[row], verdict, existed, turn.doubts));
+    results.last().is_new =
+        turn.end == PassEnd::kDone && added_.IsNew(turn.before, verdict, page_);
   }
   return results;
 }
@@ -317,38 +393,6 @@ void JobRunner::NoteResults(const QList<RuleVerdict>& verdicts) {
   }
 }
 
-QString JobOutcome::EndName() const {
-  if (stopped) {
-    return QStringLiteral("stopped");
-  }
-  return entries_failed > 0 ? QStringLiteral("error") : QStringLiteral("done");
-}
-
-bool JobOutcome::HasDoubts() const { return std::ranges::any_of(results, &EntryResult::IsUnclear); }
-
-// Others may be on the router, and would be there twice.
-QList<PortEntry> JobOutcome::ToTryAgain() const {
-  QList<PortEntry> rows;
-  for (qsizetype row = 0; row < results.size() && !took_back; ++row) {
-    if (results[row].state == EntryState::kMissing || row >= entries) {
-      rows.append(results[row].entry);
-    }
-  }
-  return rows;
-}
-
-QStringList JobOutcome::ToCheck() const {
-  QStringList names;
-  for (const EntryResult& result : results) {
-    if (result.state == EntryState::kToCheck) {
-      names.append(result.entry.app_name);
-    }
-  }
-  return names;
-}
-
-bool JobOutcome::HasWrong() const { return std::ranges::any_of(results, &EntryResult::IsWrong); }
-
 void JobRunner::LogRowHead(int row) {
   const PortEntry& entry = rows_[row - 1];
   const QChar blank = QLatin1Char(' ');
@@ -364,7 +408,7 @@ void JobRunner::LogRowHead(int row) {
 }
 
 RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name) const {
-  const PortEntry& entry = rows_[row - 1];
+  const PortEntry& entry = rows_.at(row - 1);
   const qsizetype parenthesis = entry.forwarded_to.indexOf(QLatin1Char('('));
   QString computer_name = former_computer_name;
   if (parenthesis >= 0) {
@@ -372,7 +416,7 @@ RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name
     computer_name.chop(1);
   }
   RunArguments arguments = RouterArguments();
-  arguments.commands = context_.session.update_script;
+  arguments.commands = Router().update_script;
   arguments.entry_index = row;
   arguments.is_first_entry = row == 1;
   arguments.is_last_entry = row == rows_.size();

@@ -5,42 +5,25 @@
 #include <memory>
 #include <optional>
 
-#include "core/entry_result.h"
+#include "core/added_rules.h"
 #include "core/job_journal.h"
 #include "core/page_rows.h"
+#include "script/job_outcome.h"
 #include "script/script_runner.h"
 
 namespace quayline {
 
-struct JobOutcome {
-  int entries = 0;          // passes that were begun
-  int entries_failed = 0;   // passes that ended in an error block
-  bool stopped = false;     // ended before the last row
-  bool has_looked = false;  // the router's rules were looked up at the end
-  bool took_back = false;   // the entries were removed: a missing one is as wanted
-  // Of each row of the list, once the run has ended.
-  QList<EntryResult> results;
-
-  bool HasDoubts() const;  // an entry could not be seen on the router
-  bool HasWrong() const;   // an entry is not on the router as it is wanted
-  // How other programs know the end: "done", "stopped" or "error".
-  QString EndName() const;
-  // Entries that are surely not on the router: it does not show them, or they were never begun.
-  QList<PortEntry> ToTryAgain() const;
-  // Names of the entries that are to be checked on the router.
-  QStringList ToCheck() const;
-};
-
 // A job: one pass of the router's update script for each row of the port list, in a browser that it
 // owns. It is the logic of the job window and of the command line.
 //
-// The rows are those that stand in the list when the job begins; what the user changes there later
-// belongs to the next job. The login, the options and the address are read when their turn comes.
+// The rows are those of the list when the job begins; what the user changes there later belongs to
+// the next job. A runner works on one router, the one that is chosen at its first Open(). While that
+// router is chosen, its login, options and address are read at each pass; once the user has chosen
+// another one, the last ones are kept.
 //
 // Open() makes the browser, writes the head of the log and forgets how the job before it ended: its
 // stop, its errors, its forgiven error. Run() begins the passes; before the first and after the
 // last one the router's rules are read, unless the options say otherwise. Check() only reads them.
-// RunAgain() does the same, after a new Open(), for the entries of ToTryAgain().
 // Stop() ends the job at whatever it waits for. Destroying the runner ends everything at once.
 class JobRunner final : public ScriptRunner {
   Q_OBJECT
@@ -52,24 +35,31 @@ class JobRunner final : public ScriptRunner {
 
   void Open();
   void Run();
-  void RunAgain();
   void Check();
-
-  // The rules that jobs of this runner brought and that are still there, the oldest first. Nothing
-  // counts that the router may have had before, or that was not seen there afterwards.
-  const QList<PortEntry>& Brought() const { return brought_; }
-  // Whether the router's row has a script that removes a rule.
-  bool HasRemoveScript() const { return !RemoveScript().isEmpty(); }
-  // After a new Open(): runs that script for each of Brought(), the newest first, and reads the
-  // router's rules before each and at the end. A row that was there before the jobs is not touched.
+  // After a new Open(): as Run(), for the entries of ToTryAgain(). One that the router shows by now
+  // is not entered, nor one that was entered before and may be there.
+  void RunAgain();
+  // After a new Open(): runs the script that removes a rule for each of Added(), the newest first,
+  // and reads the router's rules before each and at the end. A row that was there before the jobs
+  // is not touched.
   void TakeBack();
+
+  // Whether the main window still has the router of this runner, at the same address.
+  bool IsRouterChosen() const;
+  // The router on which the jobs work.
+  const RouterSession& Router() const override;
+  // The rules that jobs of this runner added and that are still there, the oldest first. Nothing
+  // counts that the router may have had before, or that was not seen there afterwards.
+  const QList<PortEntry>& Added() const { return added_.Entries(); }
+  bool HasRemoveScript() const { return !Router().remove_script.isEmpty(); }
 
   // The entries of the job, as they were when it began.
   const QList<PortEntry>& Rows() const { return rows_; }
-
   const JobOutcome& Outcome() const { return outcome_; }
 
  Q_SIGNALS:
+  // A job begins: its Rows() are known.
+  void begun();
   // Row `row` (from 1) of `rows` begins.
   void entryStarted(int row, int rows, const QString& app_name);
   // The router's rules are being read.
@@ -80,15 +70,28 @@ class JobRunner final : public ScriptRunner {
   bool LogsPages() const override { return ScriptRunner::LogsPages() && !is_looking_; }
 
  private:
-  void TakeRows(QList<PortEntry> rows);
+  // What is known of a row while the job runs.
+  struct Turn {
+    RuleVerdict before;
+    QStringList doubts;
+    std::optional<PassEnd> end;  // of its pass
+    bool was_entered = false;    // by a job before this one
+  };
+
+  // Keeps what the main window says of the router, as long as it is chosen there.
+  void FollowRouter();
+  void TakeRows(JobKind kind, QList<PortEntry> rows);
   Task<> RunRows();
   Task<> EnterRows();
   Task<> CheckRows();
   Task<> TakeBackRows();
   Task<> TakeBackRow(int row);
-  QStringList RemoveScript() const;
-  void BeginJournal(bool takes_back);
+  Task<PassEnd> RemoveRule(int row);
+  void BeginJournal();
   void EndJournal();
+  Task<> LookBefore();
+  bool IsToBeEntered(int row) const;
+  void SkipRow(int row);
   Task<> RunRow(int row, QString& computer_name);
   Task<> ReadBack();
   // What the router shows of each row. Nothing where its rules were not read.
@@ -99,14 +102,14 @@ class JobRunner final : public ScriptRunner {
   RunArguments ArgumentsOf(int row, const QString& former_computer_name) const;
   void LogRowHead(int row);
 
+  std::optional<RouterSession> router_;  // as it was last chosen; nothing before the first Open()
   QList<PortEntry> rows_;
+  QList<Turn> turns_;  // of each row
   JobOutcome outcome_;
-  QList<RuleVerdict> before_;  // of each row, or empty
-  QList<QStringList> doubts_;  // of each row
-  QList<PortEntry> brought_;
-  QStringList rows_before_;              // what the page showed before the first job
+  AddedRules added_;
+  bool is_again_ = false;                // rows that an earlier job did not get in
   PageRows page_;                        // as it was read last
-  bool is_looking_ = false;              // what fails now costs the job nothing
+  bool is_looking_ = false;              // what fails now does not count as an error of the job
   std::unique_ptr<JobJournal> journal_;  // of the job that runs; null if none can be written
 };
 

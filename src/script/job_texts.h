@@ -14,6 +14,7 @@ inline constexpr Message kRunningCommands{"Running Commands..."};
 inline constexpr Message kCurrent{"Current", "before the number of an entry"};
 inline constexpr Message kAdding{"Adding", "before the name of an entry"};
 inline constexpr Message kRemoving{"Removing", "before the name of an entry"};
+inline constexpr Message kNotEnteredAgain{"Not Entered Again:", "before the name of an entry"};
 inline constexpr Message kForPorts{"For Ports"};
 inline constexpr Message kTo{"To", "between a start port and an end port"};
 inline constexpr Message kFinishedAdding{"Finished Adding"};

@@ -28,8 +28,8 @@ struct RunArguments {
   QString entry_end_port;
   QString entry_ip;
   QString entry_computer_name;
-  // Rows of the router's page that a script which removes the entry leaves alone, as they are
-  // shown.
+  // Rows of the router's page that a script which removes the entry leaves alone, as RowTexts has
+  // them.
   QStringList rows_to_keep;
 
   bool IsProtocol(const char* protocol) const {

@@ -49,7 +49,7 @@ PageHost* ScriptRunner::ActiveHost() const { return browsers_ ? browsers_->Activ
 
 void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven) {
   JobFlags& flags = context_.job_flags;
-  browsers_.reset();  // two sets would share the number of the browser on show
+  KeepUntilSaved();
   browsers_ = std::make_unique<BrowserSet>(make_host_, *this, flags, active_index_);
   connect(browsers_.get(), &BrowserSet::added, this, &ScriptRunner::ConnectHost);
   connect(browsers_.get(), &BrowserSet::activeChanged, this, &ScriptRunner::activeHostChanged);
@@ -97,7 +97,7 @@ Task<> ScriptRunner::RunWhenFree(Task<> run) {
   JobFlags& flags = context_.job_flags;
   const auto is_free = [&flags] { return flags.LeavingRuns() == 0 || flags.JobStopRequested(); };
   if (!is_free()) {
-    Q_EMIT waitingFor(RouterHost(context_.session));
+    Q_EMIT waitingFor(RouterHost(Router()));
     co_await Until(is_free).WokenBy(&flags, &JobFlags::changed);
     Q_EMIT waitingFor({});
   }
@@ -107,12 +107,12 @@ Task<> ScriptRunner::RunWhenFree(Task<> run) {
 
 Task<> ScriptRunner::LockRouter() {
   JobFlags& flags = context_.job_flags;
-  const QString router = RouterKey(context_.session);
+  const QString router = RouterKey(Router());
   router_lock_ = context_.router_locks.TryTake(router);
   if (router_lock_ != nullptr) {
     co_return;
   }
-  Q_EMIT waitingFor(Text(texts_.other_program).arg(RouterHost(context_.session)));
+  Q_EMIT waitingFor(Text(texts_.other_program).arg(RouterHost(Router())));
   while (router_lock_ == nullptr && !flags.JobStopRequested()) {
     co_await Until([&flags] { return flags.JobStopRequested(); })
         .WokenBy(&flags, &JobFlags::changed)
@@ -131,7 +131,7 @@ void ScriptRunner::EndRun() {
 }
 
 void ScriptRunner::UnlockWhenIdle() {
-  if (!running_ && !leaving_.IsRunning() && !browsers_->Navigation().busy) {
+  if (!running_ && !leaving_.IsRunning() && old_pages_.empty() && !browsers_->Navigation().busy) {
     router_lock_.reset();
   }
 }
@@ -154,14 +154,48 @@ void ScriptRunner::Leave() {
   }
   // The next run may begin before this one would have noticed the stop.
   flow_.Cancel();
-  leaving_.Start(FinishSaves());
+  leaving_.Start(LeavePages());
   EndRun();
+}
+
+Task<> ScriptRunner::LeavePages() {
+  co_await FinishSaves(*browsers_, *pages_);
+  co_await Until([this] {
+    return old_pages_.empty();
+  }).WokenBy(this, &ScriptRunner::oldPagesGone);
+  Q_EMIT left();
+}
+
+// What these pages report is not about the next run.
+void ScriptRunner::KeepUntilSaved() {
+  environment_.reset();
+  if (browsers_ == nullptr || !browsers_->MaySave()) {
+    pages_.reset();
+    browsers_.reset();
+    return;
+  }
+  browsers_->LetFlagsGo();
+  browsers_->disconnect(this);
+  for (PageHost* host : browsers_->findChildren<PageHost*>(Qt::FindDirectChildrenOnly)) {
+    host->disconnect(this);
+  }
+  auto old = std::make_unique<OldPages>();
+  old->browsers = std::move(browsers_);
+  old->pages = std::move(pages_);
+  connect(&old->flow, &Flow::ended, this, [this, ended = old.get()] {
+    std::erase_if(old_pages_, [ended](const auto& each) { return each.get() == ended; });
+    UnlockWhenIdle();
+    Q_EMIT oldPagesGone();
+  });
+  old_pages_.push_back(std::move(old));
+  OldPages& kept = *old_pages_.back();
+  kept.flow.Start(FinishSaves(*kept.browsers, *kept.pages));
 }
 
 // A page that was only opened is left at once. One that was acted on may have a save under way, and
 // is left when it is idle, and soon where no request that may be a save is under way; one that
 // gives no answer, when its navigation has ended.
-Task<> ScriptRunner::FinishSaves() {
+Task<> ScriptRunner::FinishSaves(BrowserSet& browsers, PageWait& pages) {
   JobFlags& flags = context_.job_flags;
   flags.AddLeavingRuns(1);
   const auto gone = qScopeGuard([&flags] { flags.AddLeavingRuns(-1); });
@@ -169,22 +203,21 @@ Task<> ScriptRunner::FinishSaves() {
   co_await Until([this] {
     return dialogs_open_ == 0;
   }).WokenBy(this, &ScriptRunner::dialogAnswered);
-  if (!browsers_->MaySave()) {
-    browsers_->StopNavigation();
+  if (!browsers.MaySave()) {
+    browsers.StopNavigation();
   } else {
-    const WaitLimits& limits = pages_->Limits();
+    const WaitLimits& limits = pages.Limits();
     const QDeadlineTimer any_work(limits.work_after_stop);
-    WaitScope scope{.shown_as = RouterHost(context_.session), .heeds_flags = false};
-    scope.asks_page = co_await pages_->Answers(limits.silence_after_stop);
+    WaitScope scope{.shown_as = RouterHost(Router()), .heeds_flags = false};
+    scope.asks_page = co_await pages.Answers(limits.silence_after_stop);
     scope.limit = WaitLimits::Time(any_work.remainingTime());
-    const WaitEnd end = co_await pages_->UntilIdle(scope);
+    const WaitEnd end = co_await pages.UntilIdle(scope);
     if (end == WaitEnd::kPending) {
       scope.work = PendingWork::kSaves;
       scope.limit = flags.ends_by_signal ? std::nullopt : std::optional(limits.after_stop);
-      co_await pages_->UntilIdle(scope);
+      co_await pages.UntilIdle(scope);
     }
   }
-  Q_EMIT left();
 }
 
 void ScriptRunner::ProceedToNextCommand() {
@@ -194,7 +227,7 @@ void ScriptRunner::ProceedToNextCommand() {
 }
 
 RunArguments ScriptRunner::RouterArguments() const {
-  const RouterSession& session = context_.session;
+  const RouterSession& session = Router();
   return {.http_type = session.http_type,
           .router_host = RouterHost(session),
           .username = session.username,
@@ -203,7 +236,7 @@ RunArguments ScriptRunner::RouterArguments() const {
 }
 
 void ScriptRunner::GiveLogin() {
-  const RouterSession& session = context_.session;
+  const RouterSession& session = Router();
   const QUrl address(session.http_type + RouterHost(session));
   constexpr int kHttpPort = 80;
   constexpr int kHttpsPort = 443;

@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <memory>
+#include <vector>
 
 #include "async/flow.h"
 #include "async/task.h"
@@ -39,7 +40,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   // left() follows at once where there can be no save, within WaitLimits::work_after_stop where
   // none is under way, and else within WaitLimits::after_stop.
   void Leave();
-  // The debug button: lets the run go on behind the line at which it holds, and frees it from a
+  // The debug button: continues the run after the line at which it pauses, and ends its wait for a
   // page load that never ends.
   void ProceedToNextCommand();
 
@@ -63,7 +64,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   void stepStarted(int step, int steps);
   // Whether the moving bar moves.
   void busyChanged(bool busy);
-  // The run holds behind a line and waits for ProceedToNextCommand().
+  // The run pauses after a line and waits for ProceedToNextCommand().
   void proceedEnabled(bool enabled);
   // What the run waits for, when a wait gets long; empty when it goes on.
   void waitingFor(const QString& what);
@@ -73,6 +74,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   void ended();
   // Nothing is lost any more when the runner goes.
   void left();
+  // Pages of an earlier run have saved, and are gone.
+  void oldPagesGone();
   // The user has answered a dialog of a page.
   void dialogAnswered();
 
@@ -82,7 +85,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   ScriptRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                const RunnerTexts& texts, int& active_index, QObject* parent);
 
-  // Makes the browser, and forgets how the run before ended: its stop, its errors, its log. Each
+  // Makes the browser, and forgets how the run before ended: its stop, its errors, its log. Pages of
+  // that run that may still save are kept until they have, and the next run waits for them. Each
   // line of a script drives the browser that `driven` names.
   void OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven);
   // Runs `run`; ended() follows.
@@ -90,7 +94,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   // Ends the run where it stands, without ended(). For destructors: a run uses the whole object.
   void CancelRun() { flow_.Cancel(); }
 
-  // Where the router is and how to log in there, as the main window says now. The entry is empty.
+  // The router on which the run works: the one that is chosen in the main window.
+  virtual const RouterSession& Router() const { return context_.session; }
+  // Where that router is and how to log in there. The entry is empty.
   RunArguments RouterArguments() const;
   void GiveLogin();
 
@@ -115,11 +121,20 @@ class ScriptRunner : public QObject, public PageQuestions {
   JobLog log_;
 
  private:
-  Task<> FinishSaves();
+  // Pages of a run that is over, until their saves have been answered.
+  struct OldPages {
+    std::unique_ptr<BrowserSet> browsers;
+    std::unique_ptr<PageWait> pages;
+    Flow flow;
+  };
+
+  void KeepUntilSaved();
+  Task<> FinishSaves(BrowserSet& browsers, PageWait& pages);
+  Task<> LeavePages();
   Task<> RunWhenFree(Task<> run);
   // Waits until no other program works on the router.
   Task<> LockRouter();
-  // Gives the router free once no page of the run is under way any more.
+  // Releases the router once no page of the run is under way any more.
   void UnlockWhenIdle();
   void EndRun();
   void ConnectHost(PageHost* host);
@@ -152,7 +167,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   QList<StatusNotice> notices_shown_;  // what the user knows already
   int page_faults_ = 0;
   QStringList page_words_;
-  Flow leaving_;  // these two last: their frames use what stands above
+  // These last: their frames use what is above.
+  std::vector<std::unique_ptr<OldPages>> old_pages_;
+  Flow leaving_;
   Flow flow_;
 };
 

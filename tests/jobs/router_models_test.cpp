@@ -89,7 +89,7 @@ TEST_F(RouterModels, ARuleOfTheSelectListIsChangedAndNotAddedTwice) {
 }
 
 // The rules of before stay, even one that is an entry of the job.
-TEST_F(RouterModels, TakeBackRemovesWhatTheJobBroughtAndNothingElse) {
+TEST_F(RouterModels, TakeBackRemovesWhatTheJobAddedAndNothingElse) {
   context_.job_options.verify_after_update = true;
   for (const char* model : {"formback", "validator"}) {
     SCOPED_TRACE(model);
@@ -98,13 +98,13 @@ TEST_F(RouterModels, TakeBackRemovesWhatTheJobBroughtAndNothingElse) {
     Run(entries.first(1));
     const QStringList before = Standing();
     Run(entries);
-    ASSERT_EQ(runner_->Brought().size(), entries.size() - 1) << Log().toStdString();
+    ASSERT_EQ(runner_->Added().size(), entries.size() - 1) << Log().toStdString();
     ASSERT_TRUE(runner_->HasRemoveScript());
     runner_->Open();
     runner_->TakeBack();
     ASSERT_TRUE(Ends());
     EXPECT_EQ(Standing(), before) << Log().toStdString();
-    EXPECT_TRUE(runner_->Brought().isEmpty());
+    EXPECT_TRUE(runner_->Added().isEmpty());
     EXPECT_TRUE(runner_->Outcome().ToTryAgain().isEmpty());
     EXPECT_EQ(runner_->Outcome().entries_failed, 0);
     EXPECT_LT(Log().indexOf(QStringLiteral("Removing ") + entries.last().app_name),

@@ -31,7 +31,7 @@ class EntryStatesTest : public ::testing::Test {
 };
 
 TEST_F(EntryStatesTest, FollowsTheJob) {
-  model_.Begin({{.app_name = u"Web"_s}, {.app_name = u"Mail"_s}, {.app_name = u"Dns"_s}});
+  model_.Begin(JobKind::kUpdate, {{.app_name = u"Web"_s}, {.app_name = u"Mail"_s}, {.app_name = u"Dns"_s}});
   EXPECT_EQ(States(model_), u"Waiting|Waiting|Waiting"_s);
   model_.SetRunning(1);
   EXPECT_EQ(States(model_), u"Entered, not looked up yet|Being entered|Waiting"_s);
@@ -64,6 +64,48 @@ TEST_F(EntryStatesTest, SaysDoneOnlyOfWhatWasSeen) {
     model_.SetResults(row.results, static_cast<int>(row.results.size()));
     EXPECT_EQ(States(model_), QLatin1String(row.states));
     EXPECT_EQ(model_.Summary(), QLatin1String(row.summary));
+  }
+}
+
+// What a job that checks or removes says is about that, not about entering.
+TEST_F(EntryStatesTest, EachKindOfJobHasItsOwnWords) {
+  using enum EntryState;
+  const struct {
+    JobKind kind;
+    EntryState state;
+    const char* running;
+    const char* words;  // the state, and what the router shows
+    const char* summary;
+    bool is_wanted;
+  } rows[] = {
+      {JobKind::kUpdate, kMissing, "Being entered",
+       "Not on the router: Another rule has these ports: the row", "0 of 2", false},
+      {JobKind::kCheck, kUnknown, "Being looked up",
+       "Cannot tell: Your router's page does not show whether it is there. Please look there.",
+       "The router's page does not show whether these are there: Web, Mail.", false},
+      {JobKind::kTakeBack, kMissing, "Being removed", "Removed: ",
+       "2 of 2 rules were removed from your router.", true},
+      {JobKind::kTakeBack, kOnRouter, "Being removed",
+       "Not removed: Still on your router: the row", "0 of 2 rules were removed", false},
+      {JobKind::kTakeBack, kUnknown, "Being removed",
+       "Cannot tell: Cannot tell whether it was removed. Please look at your router's page.",
+       "Please look at: Web, Mail.", false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.words);
+    const QList<EntryResult> results{Result("Web", row.state), Result("Mail", row.state)};
+    model_.Begin(row.kind, {results[0].entry, results[1].entry});
+    model_.SetRunning(0);
+    EXPECT_EQ(model_.index(0, EntryStates::kState).data(), QLatin1String(row.running));
+    model_.SetResults(results, 1);
+    EXPECT_EQ(model_.index(0, EntryStates::kState).data().toString() + u": "_s +
+                  model_.index(0, EntryStates::kReason).data().toString(),
+              QLatin1String(row.words));
+    EXPECT_TRUE(model_.Summary().contains(QLatin1String(row.summary)))
+        << model_.Summary().toStdString();
+    EXPECT_EQ(model_.FirstToLookAt().isValid(), !row.is_wanted);
+    const QString skipped = model_.index(1, EntryStates::kReason).data().toString();
+    EXPECT_EQ(skipped.contains(u"not entered"_s), row.kind == JobKind::kUpdate);
   }
 }
 

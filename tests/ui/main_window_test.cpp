@@ -250,6 +250,21 @@ TEST_F(MainWindowTest, TheWheelOverTheRoutersChoosesNone) {
   EXPECT_EQ(Stored(setting::kRouterPassword), "mine");
 }
 
+TEST_F(MainWindowTest, ACheckLeavesTheWindowOfAnUpdateOpen) {
+  folder_.WriteFile("list.qyl", "A|1.1.1.1()|1|1|TCP|x\r\n");
+  Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
+  Click("update_button");
+  Click("check_button");
+  Click("check_button");
+  ASSERT_EQ(windows_->jobs.size(), 3);
+  EXPECT_TRUE(windows_->jobs[0] != nullptr && windows_->jobs[0]->isVisible());
+  EXPECT_TRUE(RunUntil([this] { return windows_->jobs[1].isNull(); }));
+  Click("update_button");
+  EXPECT_TRUE(RunUntil([this] {
+    return windows_->jobs[0].isNull() && windows_->jobs[2].isNull();
+  })) << "an update begins with its own window alone";
+}
+
 TEST_F(MainWindowTest, ACheckNeedsARouterAndAListAndShowsWhatItSawInTheList) {
   Start();
   Click("check_button");

@@ -16,6 +16,23 @@
 namespace quayline::testing {
 namespace {
 
+// A page with a table of rules: name, protocol, port, address.
+QJsonObject RuleTable(const QList<QStringList>& rules) {
+  const QStringList headings{u"Name"_s, u"Protocol"_s, u"Port"_s, u"IP Address"_s};
+  QJsonArray rows;
+  for (const QStringList& rule : rules) {
+    QJsonArray cells;
+    for (qsizetype i = 0; i < rule.size(); ++i) {
+      cells.append(QJsonObject{{u"heading"_s, headings[i]}, {u"text"_s, rule[i]}});
+    }
+    rows.append(QJsonObject{{u"cells"_s, cells}});
+  }
+  // A list of one list would be a copy of it.
+  QJsonArray tables;
+  tables.append(QJsonArray::fromStringList(headings));
+  return {{u"headings"_s, tables}, {u"rows"_s, rows}};
+}
+
 class RunWindowTest : public WindowTest {
  protected:
   RunWindowTest() {
@@ -35,6 +52,7 @@ class RunWindowTest : public WindowTest {
 
   bool hangs_ = false;
   QJsonObject rows_;  // what each page shows
+  std::function<void(FakePage&, const PageCall&)> asked_;
   QPointer<FakePage> page_;
 
  private:
@@ -43,6 +61,7 @@ class RunWindowTest : public WindowTest {
       page_ = new FakePage(questions, parent, new QLabel(u"page"_s));
       page_->hangs = hangs_;
       page_->rows = rows_;
+      page_->asked = asked_;
       return page_;
     };
   }
@@ -77,6 +96,100 @@ TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
   saving->Arrive();
   EXPECT_TRUE(ComesToSay("headline_label", "Finished"));
   EXPECT_TRUE(RunUntil([&] { return former.isNull(); }));
+}
+
+TEST_F(RunWindowTest, TryingAgainWaitsForTheSaveOfTheJobBefore) {
+  context_->job_options.verify_after_update = true;
+  hangs_ = true;
+  OpenJob();
+  ASSERT_TRUE(RunUntil([this] { return page_->Navigation().starts > 0; }));
+  Click("stop_button");
+  ASSERT_TRUE(RunUntil([this] { return Find("again_button")->isVisible(); }));
+  const QPointer<FakePage> saving = page_;
+  hangs_ = false;
+  Click("again_button");
+  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
+  ASSERT_NE(saving, nullptr) << "its save is cut off";
+  EXPECT_EQ(saving->Navigation().starts, 1);
+  EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Adding A")));
+  saving->Arrive();
+  EXPECT_TRUE(ComesToSay("log_edit", "DONE!"));
+  EXPECT_TRUE(RunUntil([&] { return saving.isNull(); }));
+  EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
+}
+
+TEST_F(RunWindowTest, AWindowThatIsClosedKeepsEverySaveOfItsJobs) {
+  context_->job_options.verify_after_update = true;
+  hangs_ = true;
+  OpenJob();
+  ASSERT_TRUE(RunUntil([this] { return page_->Navigation().starts > 0; }));
+  Click("stop_button");
+  ASSERT_TRUE(RunUntil([this] { return Find("again_button")->isVisible(); }));
+  const QPointer<FakePage> saving = page_;
+  hangs_ = false;
+  Click("again_button");
+  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
+  window_->close();
+  EXPECT_FALSE(RunUntil([&] { return saving.isNull(); }, std::chrono::milliseconds(300)));
+  saving->Arrive();
+  EXPECT_TRUE(ComesToItsEnd());
+  EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
+}
+
+TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
+  context_->job_options.verify_after_update = true;
+  context_->session.update_script = {u"click_button(\"Save\")"_s};
+  context_->session.remove_script = {u"click_in_entry_row(\"button,\")"_s};
+  const QStringList mail{u"Mail"_s, u"TCP"_s, u"25"_s, u"1.1.1.5"_s};
+  QList<QStringList> rules{mail};
+  asked_ = [&](FakePage& page, const PageCall& call) {
+    if (call.operation == u"ClickButton"_s) {
+      rules = {mail, {u"A"_s, u"TCP"_s, u"5"_s, u"1.1.1.5"_s}, {u"B"_s, u"TCP"_s, u"6"_s, u"1.1.1.5"_s}};
+    } else if (call.operation == u"ClickInRow"_s) {
+      rules.removeLast();
+    }
+    page.rows = RuleTable(rules);
+  };
+  OpenJob();
+  ASSERT_TRUE(ComesToSay("headline_label", "all entries are on your router"))
+      << TextOf("headline_label");
+  ASSERT_TRUE(Find("take_back_button")->isVisible());
+
+  context_->session.router_ip = u"2.2.2.2"_s;
+  Click("take_back_button");
+  context_->session.router_ip = u"1.1.1.1"_s;
+  context_->job_flags.is_running = true;
+  Click("take_back_button");
+  context_->job_flags.is_running = false;
+  Click("take_back_button");
+  EXPECT_THAT(prompts_.shown,
+              ElementsAre(HasSubstr("for the router \"Alpha 1\" at 1.1.1.1"),
+                          HasSubstr("A job is running"),
+                          AllOf(StartsWith("Careful: "), HasSubstr("A (TCP 5-5)\nB (TCP 6-6)"))));
+  EXPECT_EQ(rules.size(), 3);
+
+  const auto* model = Find<QTreeView>("entries_view")->model();
+  QStringList states;
+  QObject::connect(model, &QAbstractItemModel::dataChanged, window_, [&] {
+    const QString state = model->index(0, EntryStates::kState).data().toString() + u'/' +
+                          model->index(1, EntryStates::kState).data().toString();
+    if (states.isEmpty() || states.last() != state) {
+      states.append(state);
+    }
+    if (state.startsWith(u"Being"_s)) {
+      EXPECT_EQ(TextOf("headline_label"), "Removing rule 1 of 2: B");
+    }
+  });
+  prompts_.answers = {true};
+  Click("take_back_button");
+  ASSERT_TRUE(ComesToSay("headline_label", "2 of 2 rules were removed"));
+  EXPECT_EQ(states.join(u' ').toStdString(),
+            "Waiting/Waiting Being removed/Waiting Removed, not looked up yet/Waiting "
+            "Removed, not looked up yet/Being removed "
+            "Removed, not looked up yet/Removed, not looked up yet Removed/Removed");
+  EXPECT_EQ(rules, QList<QStringList>{mail});
+  EXPECT_FALSE(Find("take_back_button")->isVisible() || Find("again_button")->isVisible());
+  EXPECT_EQ(model->index(0, EntryStates::kReason).data(), QString());
 }
 
 TEST_F(RunWindowTest, DetailsAreClosedAtFirstAndThePageIsNeverHidden) {
@@ -144,19 +257,7 @@ TEST_F(RunWindowTest, ACheckLooksOnlyAndItsStatesGoIntoTheList) {
   ASSERT_TRUE(ComesToSay("headline_label", "does not show whether these are there: Web, Mail"));
   EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Adding")));
 
-  const QStringList headings{u"Name"_s, u"Protocol"_s, u"Port"_s, u"IP Address"_s};
-  const QStringList texts{u"Web"_s, u"TCP"_s, u"8080"_s, u"192.168.1.10"_s};
-  QJsonArray row;
-  for (int i = 0; i < 4; ++i) {
-    row.append(QJsonObject{{u"heading"_s, headings[i]}, {u"text"_s, texts[i]}});
-  }
-  // A list of one list would be a copy of it.
-  QJsonArray tables;
-  tables.append(QJsonArray::fromStringList(headings));
-  QJsonArray rows;
-  rows.append(QJsonObject{{u"cells"_s, row}});
-  rows_[u"headings"_s] = tables;
-  rows_[u"rows"_s] = rows;
+  rows_ = RuleTable({{u"Web"_s, u"TCP"_s, u"8080"_s, u"192.168.1.10"_s}});
   OpenJob(JobKind::kCheck);
   ASSERT_TRUE(ComesToSay("headline_label", "1 of 2 entries are on your router"))
       << TextOf("headline_label");
@@ -279,9 +380,7 @@ TEST_F(RunWindowTest, EntriesThatAreSurelyNotOnTheRouterAreEnteredAgain) {
   ASSERT_TRUE(ComesToSay("headline_label", "does not show whether these are there: A, B"));
   EXPECT_FALSE(Find("again_button")->isVisible()) << "they may be there, and would be there twice";
 
-  QJsonArray tables;
-  tables.append(QJsonArray{u"Name"_s, u"Port"_s, u"IP"_s});
-  rows_[u"headings"_s] = tables;
+  rows_ = RuleTable({});
   OpenJob();
   EXPECT_FALSE(Find("again_button")->isVisible());
   for (int time = 1; time <= 3; ++time) {

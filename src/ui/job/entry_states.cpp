@@ -14,25 +14,36 @@ namespace quayline {
 namespace {
 
 template <typename Fits>
-QString Names(const QList<EntryResult>& results, Fits fits) {
+QStringList Names(const QList<EntryResult>& results, Fits fits) {
   QStringList names;
   for (const EntryResult& result : results) {
     if (std::invoke(fits, result)) {
       names.append(result.entry.app_name);
     }
   }
-  return names.join(QStringLiteral(", "));
+  return names;
 }
 
-bool IsNotSeen(const EntryResult& result) { return result.state != EntryState::kOnRouter; }
+const StateTexts& TextsOf(JobKind kind) {
+  switch (kind) {
+    case JobKind::kUpdate:
+      return message::kUpdateStates;
+    case JobKind::kCheck:
+      return message::kCheckStates;
+    case JobKind::kTakeBack:
+      break;
+  }
+  return message::kTakeBackStates;
+}
 
 }  // namespace
 
 EntryStates::EntryStates(const Translator& translator, QObject* parent)
     : QAbstractTableModel(parent), translator_(translator) {}
 
-void EntryStates::Begin(const QList<PortEntry>& entries) {
+void EntryStates::Begin(JobKind kind, const QList<PortEntry>& entries) {
   beginResetModel();
+  kind_ = kind;
   results_.clear();
   for (const PortEntry& entry : entries) {
     results_.append({.entry = entry});
@@ -48,6 +59,14 @@ void EntryStates::SetRunning(int row) {
   running_ = row;
   entered_ = row;
   Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
+}
+
+void EntryStates::SetRowDone() {
+  if (running_ >= 0) {
+    entered_ = running_ + 1;
+    running_ = -1;
+    Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
+  }
 }
 
 void EntryStates::SetResults(const QList<EntryResult>& results, int entered) {
@@ -85,22 +104,39 @@ bool EntryStates::IsFilled(Column column) const {
   return false;
 }
 
+bool EntryStates::IsAsWanted(const EntryResult& result) const {
+  return result.state ==
+         (kind_ == JobKind::kTakeBack ? EntryState::kMissing : EntryState::kOnRouter);
+}
+
 QModelIndex EntryStates::FirstToLookAt() const {
-  const auto found = std::ranges::find_if(results_, IsNotSeen);
-  return found == results_.end() ? QModelIndex()
-                                 : index(static_cast<int>(found - results_.begin()), 0);
+  for (int row = 0; row < rowCount(); ++row) {
+    if (!IsAsWanted(results_.at(row))) {
+      return index(row, 0);
+    }
+  }
+  return {};
 }
 
 QString EntryStates::Summary() const {
-  const auto seen = std::ranges::count_if(results_, std::not_fn(IsNotSeen));
-  if (seen == results_.size()) {
-    return seen == 1 ? Text(message::kOneOnRouter) : Text(message::kAllOnRouter).arg(seen);
+  const auto is_as_wanted = [this](const EntryResult& result) { return IsAsWanted(result); };
+  const auto wanted = std::ranges::count_if(results_, is_as_wanted);
+  const QStringList others = Names(results_, std::not_fn(is_as_wanted));
+  const QString other_names = others.join(QStringLiteral(", "));
+  if (kind_ == JobKind::kTakeBack) {
+    const QString removed =
+        Text(message::kTakenBack).arg(QString::number(wanted), QString::number(results_.size()));
+    return others.isEmpty() ? removed
+                            : removed + QLatin1Char(' ') + Text(message::kLookAt).arg(other_names);
+  }
+  if (others.isEmpty()) {
+    return wanted == 1 ? Text(message::kOneOnRouter) : Text(message::kAllOnRouter).arg(wanted);
   }
   if (std::ranges::any_of(results_, &EntryResult::IsWrong)) {
     return Text(message::kSomeWrong)
-        .arg(QString::number(seen), QString::number(results_.size()), Names(results_, IsNotSeen));
+        .arg(QString::number(wanted), QString::number(results_.size()), other_names);
   }
-  return Text(message::kSomeUnknown).arg(Names(results_, &EntryResult::IsUnclear));
+  return Text(TextsOf(kind_).some_unknown).arg(other_names);
 }
 
 int EntryStates::rowCount(const QModelIndex& parent) const {
@@ -159,16 +195,20 @@ QVariant EntryStates::headerData(int section, Qt::Orientation orientation, int r
 }
 
 QString EntryStates::StateText(int row) const {
+  const StateTexts& texts = TextsOf(kind_);
   if (row == running_) {
-    return Text(message::kBeingEntered);
+    return Text(texts.running);
   }
   if (row >= entered_) {
     return Text(is_over_ ? message::kSkipped : message::kWaiting);
   }
   if (!is_over_) {
-    return Text(message::kEntered);
+    return Text(texts.passed);
   }
   const EntryResult& result = results_.at(row);
+  if (kind_ == JobKind::kTakeBack && !result.IsUnclear()) {
+    return Text(IsAsWanted(result) ? message::kRemoved : message::kNotRemoved);
+  }
   return result.state == EntryState::kOnRouter && result.existed
              ? Text(message::kOnRouterBefore)
              : quayline::StateText(result.state, result.differs, translator_);
@@ -178,25 +218,28 @@ QString EntryStates::ReasonText(int row) const {
   if (!is_over_) {
     return {};
   }
+  const StateTexts& texts = TextsOf(kind_);
   if (row >= entered_) {
-    return Text(message::kTrySkipped);
+    return Text(texts.skipped);
   }
   const EntryResult& result = results_.at(row);
   QStringList sentences = result.doubts;
   switch (result.state) {
     case EntryState::kOnRouter:
-      return result.seen;
+      return Text(texts.on_router).arg(result.seen);
     case EntryState::kDifferent:
-      return Text(message::kTryDifferent).arg(result.seen);
+      return Text(texts.different).arg(result.seen);
     case EntryState::kMissing:
-      sentences.append(result.seen.isEmpty() ? Text(message::kTryMissing)
-                                             : Text(message::kRuleOfOther).arg(result.seen));
+      sentences.append(result.seen.isEmpty() || kind_ == JobKind::kTakeBack
+                           ? Text(texts.missing)
+                           : Text(message::kRuleOfOther).arg(result.seen));
       break;
     case EntryState::kUnknown:
     case EntryState::kToCheck:
-      sentences.append(Text(message::kTryUnknown));
+      sentences.append(Text(texts.unknown));
       break;
   }
+  sentences.removeAll(QString());
   return sentences.join(QLatin1Char(' '));
 }
 

@@ -7,6 +7,7 @@
 
 #include "core/entry_look.h"
 #include "i18n/translator.h"
+#include "script/job_outcome.h"
 
 namespace quayline {
 
@@ -20,10 +21,12 @@ class EntryStates final : public QAbstractTableModel {
 
   explicit EntryStates(const Translator& translator, QObject* parent = nullptr);
 
-  void Begin(const QList<PortEntry>& entries);
-  // Row `row` (from 0) is being entered; those before it have been.
+  void Begin(JobKind kind, const QList<PortEntry>& entries);
+  // It is the turn of row `row` (from 0); those before it have had theirs.
   void SetRunning(int row);
-  // The job is over. `entered`: how many rows were begun. No results: it never began.
+  // The row has had its turn.
+  void SetRowDone();
+  // The job is over. `entered`: the turn of how many rows has come. No results: it never began.
   void SetResults(const QList<EntryResult>& results, int entered);
 
   QList<PortEntry> Entries() const;
@@ -32,7 +35,7 @@ class EntryStates final : public QAbstractTableModel {
   // Whether a column says anything of any row.
   bool IsFilled(Column column) const;
 
-  // The first entry that was not seen on the router.
+  // The first entry that did not become as it is wanted: on the router or, for a removal, not there.
   QModelIndex FirstToLookAt() const;
   // One sentence on all of them, for the headline.
   QString Summary() const;
@@ -43,6 +46,7 @@ class EntryStates final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  bool IsAsWanted(const EntryResult& result) const;
   QString StateText(int row) const;
   QString ReasonText(int row) const;
   QString ReachText(int row, Column column) const;
@@ -50,6 +54,7 @@ class EntryStates final : public QAbstractTableModel {
   QString Text(const Message& message) const { return translator_.Text(message); }
 
   const Translator& translator_;
+  JobKind kind_ = JobKind::kUpdate;
   QList<EntryResult> results_;
   QList<EntryLook> looks_;  // of each row, or fewer
   int running_ = -1;

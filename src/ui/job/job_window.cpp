@@ -6,13 +6,11 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QHeaderView>
-#include <QStyledItemDelegate>
-
-#include <algorithm>
 
 #include "core/save_file.h"
+#include "core/update_command.h"
 #include "ui/job/job_window_texts.h"
+#include "ui/job/outcome_text.h"
 #include "ui/job/result_texts.h"
 #include "ui/job/run_display.h"
 #include "ui/toolkit/theme.h"
@@ -27,22 +25,6 @@ using namespace std::chrono_literals;
 constexpr QSize kSize(760, 480);
 constexpr QSize kSizeWithDetails(1120, 780);
 constexpr int kListHeightWithDetails = 150;
-constexpr int kMostWrappedRows = 500;  // the height of each of more rows would take too long
-
-// Cells as high as their text takes, wrapped at the width of their column.
-class WrappedCells final : public QStyledItemDelegate {
- public:
-  explicit WrappedCells(QTreeView* view) : QStyledItemDelegate(view), view_(*view) {}
-
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    QStyleOptionViewItem cell = option;
-    cell.rect = QRect(0, 0, view_.columnWidth(index.column()), QWIDGETSIZE_MAX);
-    return QStyledItemDelegate::sizeHint(cell, index);
-  }
-
- private:
-  const QTreeView& view_;
-};
 
 RunControls ControlsOf(const Ui::JobWindow& form) {
   RunControls controls(form);
@@ -56,7 +38,6 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
     : context_(context),
       prompts_(prompts),
       kind_(kind),
-      router_(RouterKey(context.session)),
       ui_(std::make_unique<Ui::JobWindow>()),
       report_head_({.router_name = context.session.router_name,
                     .router_host = context.session.router_ip,
@@ -92,18 +73,11 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
 }
 
 void JobWindow::ConnectEntries() {
-  entry_states_.Begin(context_.port_list.Entries());
-  ui_->entries_view->setItemDelegateForColumn(EntryStates::kReason,
-                                              new WrappedCells(ui_->entries_view));
-  ui_->entries_view->setUniformRowHeights(entry_states_.rowCount() > kMostWrappedRows);
-  ui_->entries_view->setModel(&entry_states_);
+  entry_states_.Begin(kind_, context_.port_list.Entries());
+  ui_->entries_view->Follow(entry_states_);
   ShowLooks();
-  connect(&entry_states_, &QAbstractItemModel::dataChanged, this, &JobWindow::FitColumns);
-  connect(&entry_states_, &QAbstractItemModel::modelReset, this, &JobWindow::FitColumns);
-  // Rows are as high as their wrapped texts.
-  connect(ui_->entries_view->header(), &QHeaderView::sectionResized, ui_->entries_view,
-          &QTreeView::doItemsLayout, Qt::QueuedConnection);
   connect(&context_.port_list, &QAbstractItemModel::dataChanged, this, &JobWindow::ShowLooks);
+  connect(runner_.get(), &JobRunner::begun, this, &JobWindow::ShowBegun);
   connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::ShowEntry);
   connect(runner_.get(), &JobRunner::stepStarted, this, &JobWindow::ShowStep);
   connect(runner_.get(), &JobRunner::lookStarted, this, &JobWindow::ShowLook);
@@ -128,15 +102,6 @@ void JobWindow::ConnectButtons() {
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
 }
 
-void JobWindow::FitColumns() {
-  for (const auto column : {EntryStates::kListening, EntryStates::kOutside}) {
-    ui_->entries_view->setColumnHidden(column, !entry_states_.IsFilled(column));
-  }
-  for (int column = 0; column < EntryStates::kReason; ++column) {
-    ui_->entries_view->resizeColumnToContents(column);
-  }
-}
-
 QString JobWindow::Title() const {
   return Text(kind_ == JobKind::kCheck ? message::kCheckTitle : message::kJobTitle);
 }
@@ -144,12 +109,18 @@ QString JobWindow::Title() const {
 // The job is destroyed first: its browsers use this window's widgets.
 JobWindow::~JobWindow() { runner_.reset(); }
 
+void JobWindow::ShowBegun() {
+  entry_states_.Begin(runner_->Outcome().kind, runner_->Rows());
+  ShowLooks();
+}
+
 void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
   row_ = row;
   rows_ = rows;
   NoteLogin();
   ui_->headline_label->setText(
-      Text(runner_->Outcome().took_back ? message::kRemovingEntry : message::kEntryOf)
+      Text(runner_->Outcome().kind == JobKind::kTakeBack ? message::kRemovingEntry
+                                                          : message::kEntryOf)
           .arg(QString::number(row), QString::number(rows), app_name));
   setWindowTitle(
       QStringLiteral("%1 (%2/%3)").arg(Title(), QString::number(row), QString::number(rows)));
@@ -170,6 +141,7 @@ void JobWindow::ShowStep(int step, int steps) {
 void JobWindow::ShowLook() {
   NoteLogin();
   SetCounted(false);
+  entry_states_.SetRowDone();
   ui_->headline_label->setText(Text(message::kLooking));
 }
 
@@ -228,13 +200,14 @@ void JobWindow::Stop() {
 
 void JobWindow::ShowEnd() {
   const JobOutcome& outcome = runner_->Outcome();
-  const bool has_checked = kind_ == JobKind::kCheck && outcome.has_looked;
+  const bool has_checked =
+      outcome.kind == JobKind::kCheck && !outcome.stopped && !outcome.results.isEmpty();
   NoteLooks();
   entry_states_.SetResults(outcome.results,
                            has_checked ? entry_states_.rowCount() : outcome.entries);
   ShowLooks();
   ui_->entries_view->scrollTo(entry_states_.FirstToLookAt());
-  ui_->headline_label->setText(OutcomeText());
+  ShowOutcome();
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
   SetCounted(false);
@@ -242,17 +215,23 @@ void JobWindow::ShowEnd() {
   ui_->again_button->setVisible(kind_ == JobKind::kUpdate &&
                                 context_.job_options.verify_after_update &&
                                 !outcome.ToTryAgain().isEmpty());
-  ui_->take_back_button->setVisible(!runner_->Brought().isEmpty());
+  ui_->take_back_button->setVisible(!runner_->Added().isEmpty());
   ui_->test_button->setVisible(!outcome.results.isEmpty());
   ui_->report_button->show();
   setWindowTitle(Title());
   NotifyOfEnd();
 }
 
+void JobWindow::ShowOutcome() {
+  ui_->headline_label->setText(OutcomeText(runner_->Outcome(), runner_->StoppedByUser(),
+                                           context_.job_options.verify_after_update, entry_states_,
+                                           context_.translator));
+}
+
 // An entry that was entered and not looked at afterwards may have changed on the router.
 void JobWindow::NoteLooks() {
   const JobOutcome& outcome = runner_->Outcome();
-  if (RouterKey(context_.session) != router_) {
+  if (!runner_->IsRouterChosen()) {
     return;
   }
   const auto looked_at =
@@ -270,7 +249,6 @@ void JobWindow::NoteLooks() {
 
 void JobWindow::ShowLooks() {
   entry_states_.SetLooks(context_.port_list.LooksOf(entry_states_.Entries()));
-  FitColumns();
 }
 
 void JobWindow::NotifyOfEnd() {
@@ -319,84 +297,64 @@ QString JobWindow::Report() const {
   return ReportText(report, logins_ + questions_.TypedLogins());
 }
 
-void JobWindow::TryAgain() {
+bool JobWindow::CanGoOn() {
   if (context_.job_flags.is_running) {
-    return;
+    prompts_.Tell(this, Text(kJobRuns));
+    return false;
   }
-  OpenAgain();
-  runner_->RunAgain();
-  entry_states_.Begin(runner_->Rows());
-  ShowLooks();
+  if (!runner_->IsRouterChosen()) {
+    const RouterSession& router = runner_->Router();
+    prompts_.Tell(this,
+                  Text(message::kOtherRouter).arg(router.router_name, RouterHost(router)));
+    return false;
+  }
+  return true;
+}
+
+void JobWindow::TryAgain() {
+  if (CanGoOn()) {
+    OpenAgain();
+    runner_->RunAgain();
+  }
 }
 
 void JobWindow::OpenAgain() {
-  ui_->again_button->hide();
-  ui_->take_back_button->hide();
-  ui_->test_button->hide();
-  ui_->report_button->hide();
+  for (QWidget* button : std::initializer_list<QWidget*>{ui_->again_button, ui_->take_back_button,
+                                                         ui_->test_button, ui_->report_button}) {
+    button->hide();
+  }
   ui_->stop_button->setEnabled(true);
   runner_->Open();
   display_->ShowOpened();
 }
 
 void JobWindow::AskToTakeBack() {
-  QStringList rules;
-  for (const PortEntry& entry : runner_->Brought()) {
-    rules.append(QStringLiteral("%1 (%2 %3-%4)")
-                     .arg(entry.app_name, entry.protocol, entry.start_port, entry.end_port));
+  if (!CanGoOn()) {
+    return;
   }
-  const QString list = rules.join(QLatin1Char('\n'));
+  const QString list = RulesText(runner_->Added());
   if (!runner_->HasRemoveScript()) {
     prompts_.Tell(this, Text(message::kTakeBackByHand).arg(list),
                   [this] { Q_EMIT routerPageWanted(); });
     return;
   }
-  prompts_.AskCarefully(this, Text(message::kTakeBackTitle),
-                        Text(message::kTakeBackQuestion).arg(list), [this](bool yes) {
-                          if (yes) {
-                            TakeBack();
-                          }
-                        });
+  QString question = Text(message::kTakeBackQuestion).arg(list);
+  if (const QStringList names = runner_->Outcome().MaybeOld(); !names.isEmpty()) {
+    question += QLatin1Char(' ') + Text(message::kMaybeOld).arg(names.join(QStringLiteral(", ")));
+  }
+  prompts_.AskCarefully(this, Text(message::kTakeBackTitle), question, [this](bool yes) {
+    if (yes) {
+      TakeBack();
+    }
+  });
 }
 
+// Another router may have been chosen while the question was shown.
 void JobWindow::TakeBack() {
-  if (context_.job_flags.is_running) {
-    return;
+  if (CanGoOn()) {
+    OpenAgain();
+    runner_->TakeBack();
   }
-  OpenAgain();
-  runner_->TakeBack();
-  entry_states_.Begin(runner_->Rows());
-  ShowLooks();
-}
-
-QString JobWindow::OutcomeText() const {
-  const JobOutcome& outcome = runner_->Outcome();
-  if (runner_->StoppedByUser()) {
-    return Text(message::kStopped);
-  }
-  if (kind_ == JobKind::kCheck && outcome.entries_failed > 0) {
-    return Text(message::kCannotLook);
-  }
-  if (outcome.stopped) {
-    return Text(message::kEndedEarly);
-  }
-  if (outcome.took_back) {
-    const auto removed =
-        std::ranges::count(outcome.results, EntryState::kMissing, &EntryResult::state);
-    return Text(message::kTakenBack)
-        .arg(QString::number(removed), QString::number(outcome.results.size()));
-  }
-  if (outcome.entries_failed > 0) {
-    return Text(message::kFinishedWithErrors)
-        .arg(QString::number(outcome.entries_failed), QString::number(outcome.entries));
-  }
-  if (kind_ == JobKind::kCheck || context_.job_options.verify_after_update) {
-    return entry_states_.Summary();
-  }
-  if (const QStringList names = outcome.ToCheck(); !names.isEmpty()) {
-    return Text(message::kFinishedToCheck).arg(names.join(QStringLiteral(", ")));
-  }
-  return Text(message::kFinished);
 }
 
 void JobWindow::CloseAfterAsking() {
@@ -419,9 +377,9 @@ void JobWindow::keyPressEvent(QKeyEvent* event) {
 void JobWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::LanguageChange && !ui_->report_button->isHidden()) {
-    ui_->headline_label->setText(OutcomeText());
+    ShowOutcome();
     setWindowTitle(Title());
-    FitColumns();
+    ShowLooks();
   }
 }
 

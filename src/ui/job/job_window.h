@@ -21,11 +21,6 @@ namespace quayline {
 
 class RunDisplay;
 
-enum class JobKind {
-  kUpdate,  // enters the list
-  kCheck,   // looks only
-};
-
 // The window of a job: what becomes of each entry, and, as details that the user opens, the
 // router's pages as the job works through them, its log, and what the browser reports. The job
 // begins half a second after the window opened, and ends with it at the latest. What it saw of the
@@ -35,6 +30,7 @@ class JobWindow final : public QWidget {
   Q_OBJECT
 
  public:
+  // `kind` is kUpdate or kCheck.
   JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make_host,
             JobKind kind = JobKind::kUpdate);
   ~JobWindow() override;
@@ -55,7 +51,7 @@ class JobWindow final : public QWidget {
  private:
   void ConnectEntries();
   void ConnectButtons();
-  void FitColumns();
+  void ShowBegun();
   void ShowEntry(int row, int rows, const QString& app_name);
   void ShowStep(int step, int steps);
   void ShowLook();
@@ -64,6 +60,7 @@ class JobWindow final : public QWidget {
   void SetCounted(bool counted);
   void ShowDetails(bool open);
   void ShowEnd();
+  void ShowOutcome();
   // Puts what the job saw into the port list.
   void NoteLooks();
   // Shows what else the port list knows of the entries.
@@ -72,10 +69,12 @@ class JobWindow final : public QWidget {
   bool IsInFront() const;
   void SaveReport();
   QString Report() const;
-  // Asks, and removes the rules that the job brought; where the router has no script for that, says
+  // Asks, and removes the rules that the job added; where the router has no script for that, says
   // which they are and asks for the router's page.
   void AskToTakeBack();
   void TakeBack();
+  // Whether another job can begin now, on the router of this window. If not, says why.
+  bool CanGoOn();
   // Makes the window ready for another job of its runner.
   void OpenAgain();
   // Enters those entries again that are surely not on the router.
@@ -85,13 +84,11 @@ class JobWindow final : public QWidget {
   // Closes the window, after asking where that ends the job.
   void CloseAfterAsking();
   QString Title() const;
-  QString OutcomeText() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
   Prompts& prompts_;
   const JobKind kind_;
-  const QString router_;  // as RouterKey() has it
   std::unique_ptr<Ui::JobWindow> ui_;
   JobReport report_head_;  // what is known at the beginning
   RunQuestions questions_;

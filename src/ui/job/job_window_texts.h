@@ -12,6 +12,8 @@ inline constexpr Message kEntryOf{"Adding port %1 of %2: %3"};
 inline constexpr Message kStopping{"Stopping..."};
 inline constexpr Message kStopped{
     "Stopped before the end. What your router saved until now stays there."};
+inline constexpr Message kRemovalStopped{
+    "Stopped before the end. Rules that were removed until now are gone, the others stay."};
 inline constexpr Message kFinished{
     "Finished: every entry has run. \"Details\" shows what was found and done on each page. If "
     "most "
@@ -22,9 +24,9 @@ inline constexpr Message kCloseQuestion{
     "there, and a save that is on its way is not cut off."};
 inline constexpr Message kEndedEarly{
     "Ended early, since pages of the router failed. Please check its IP, HTTP type and port, and "
-    "the login in the main window, and update again. \"Details\" shows at which step."};
+    "the login in the main window, and try again. \"Details\" shows at which step."};
 inline constexpr Message kFinishedWithErrors{
-    "Finished, but %1 of %2 entries met an error of a page. \"Details\" shows at which step."};
+    "Finished, but pages of the router failed at %1 of %2 entries. \"Details\" shows at which step."};
 
 inline constexpr Message kFinishedToCheck{
     "Finished, but a part of a page failed meanwhile. Please check on your router whether these "
@@ -39,12 +41,19 @@ inline constexpr Message kCheckTitle{"Router Check"};
 inline constexpr Message kRemovingEntry{"Removing rule %1 of %2: %3"};
 inline constexpr Message kTakeBackTitle{"Take Back?"};
 inline constexpr Message kTakeBackQuestion{
-    "These rules, which this job brought, are removed from your router:\n\n%1\n\nRules that were "
+    "These rules, which this job added, are removed from your router:\n\n%1\n\nRules that were "
     "there before stay."};
+inline constexpr Message kMaybeOld{
+    "It is not certain whether this job added these, so they stay as well: %1."};
 inline constexpr Message kTakeBackByHand{
     "Quayline cannot remove rules from a router of this model. Please remove these on its page, "
     "which opens now:\n\n%1"};
-inline constexpr Message kTakenBack{"%1 of %2 rules were removed from your router."};
+inline constexpr Message kRemovalUnknown{
+    "The rules may have been removed, but the page with your router's rules could not be read. "
+    "Please look at the router's page."};
+inline constexpr Message kOtherRouter{
+    "This job was for the router \"%1\" at %2, and the main window has another one now. Please "
+    "choose that router there, then press this button again."};
 
 inline constexpr Message kReportTitle{"Save Report"};
 inline constexpr Message kReportFilter{"Text File (*.txt);;All Files (*)"};

@@ -116,10 +116,6 @@ inline constexpr Message kWhichRouter{
 inline constexpr Message kNoneOfTheseRouters{"&None of These"};
 
 inline constexpr Message kNothingToCheck{
-    "The list is empty. Add the ports first that your router shall be asked for."};
+    "The list is empty. Please add the ports first that you want to look up on your router."};
 inline constexpr Message kChooseRouterToCheck{"Please choose your router from the list."};
-inline constexpr Message kJobRuns{
-    "An update is running, and the router talks to one of you only. Please wait for its end, or "
-    "stop it in its window, then look at the ports."};
-
 }  // namespace quayline::message

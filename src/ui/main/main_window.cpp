@@ -6,6 +6,8 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "i18n/language_locale.h"
@@ -133,6 +135,7 @@ void MainWindow::Unload() {
   context_.settings.StorePending();
   context_.certificates.StorePending();
   List().Finish();
+  delete check_window_.data();
   delete job_window_.data();
   context_.databases.Close();
 }
@@ -386,7 +389,7 @@ bool MainWindow::CanOpenRouter() {
     return false;
   }
   if (context_.job_flags.is_running) {
-    prompts_.Tell(this, Text(message::kJobRuns));
+    prompts_.Tell(this, Text(kJobRuns));
     return false;
   }
   return true;
@@ -415,17 +418,20 @@ void MainWindow::CheckRouter() {
     router_panel_->FocusRouter();
     return;
   }
-  if (job_window_ != nullptr && job_window_->isVisible()) {
-    job_window_->close();
+  // The window of an update stays: its rules may be taken back, and its report saved.
+  if (check_window_ != nullptr && check_window_->isVisible()) {
+    check_window_->close();
   }
-  ShowJob(windows_.RouterCheck());
+  ShowJob(check_window_, windows_.RouterCheck());
 }
 
 void MainWindow::UpdateRouter() {
   if (!ui_->update_button->isEnabled()) {
     return;
   }
-  const bool is_job_open = job_window_ != nullptr && job_window_->isVisible();
+  const bool is_job_open = std::ranges::any_of(
+      std::array{job_window_, check_window_},
+      [](const QPointer<QWidget>& window) { return window != nullptr && window->isVisible(); });
   if (is_job_open && context_.job_flags.is_running) {
     prompts_.Ask(this, Text(message::kStartAgainTitle), Text(message::kStartAgainQuestion),
                  [this](bool yes) {
@@ -439,8 +445,10 @@ void MainWindow::UpdateRouter() {
 }
 
 void MainWindow::StartUpdate() {
-  if (job_window_ != nullptr && job_window_->isVisible()) {
-    job_window_->close();
+  for (const QPointer<QWidget>& window : {job_window_, check_window_}) {
+    if (window != nullptr && window->isVisible()) {
+      window->close();
+    }
   }
   QList<PortEntry> entries = context_.port_list.Entries();
   for (const int row : ClampPorts(entries, context_.session)) {
@@ -448,7 +456,7 @@ void MainWindow::StartUpdate() {
   }
   const UpdateVerdict verdict = CheckUpdate(entries, context_.session, context_.translator);
   if (verdict.accepted) {
-    ShowJob(windows_.Job());
+    ShowJob(job_window_, windows_.Job());
   } else {
     ShowRefusal(verdict);
   }
@@ -474,14 +482,14 @@ void MainWindow::ShowRefusal(const UpdateVerdict& verdict) {
   }
 }
 
-void MainWindow::ShowJob(QWidget* window) {
+void MainWindow::ShowJob(QPointer<QWidget>& place, QWidget* window) {
   context_.job_flags.SetJobStopRequested(false);
   context_.job_flags.SetJobDebugMode(false);
   context_.job_flags.job_error_grace = 1;
-  job_window_ = window;
-  job_window_->show();
-  job_window_->raise();
-  job_window_->activateWindow();
+  place = window;
+  window->show();
+  window->raise();
+  window->activateWindow();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -92,7 +92,7 @@ class MainWindow final : public QMainWindow {
   void ShowRefusal(const UpdateVerdict& verdict);
   // Checks the list and opens the job window. The one before is closed as by its Close button.
   void StartUpdate();
-  void ShowJob(QWidget* window);
+  void ShowJob(QPointer<QWidget>& place, QWidget* window);
   // Whether what the router's page needs is known; the user is told what is missing.
   bool CanOpenRouter();
   void ForgetLooksOfOtherRouter();
@@ -113,6 +113,7 @@ class MainWindow final : public QMainWindow {
   QTimer start_timer_;  // the slow half of the start
   QTimer local_ip_timer_;
   QPointer<QWidget> job_window_;
+  QPointer<QWidget> check_window_;
   QString looked_router_;  // to which the looks in the list belong
 };
 
