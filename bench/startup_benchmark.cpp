@@ -81,6 +81,11 @@ class NoWindows final : public WindowFactory {
   QDialog* QuickPorts(QWidget*) override { return nullptr; }
   QDialog* RouterList(QWidget*, std::function<void(int)>) override { return nullptr; }
   QDialog* Scripts(QWidget*, std::function<void()>) override { return nullptr; }
+  QDialog* OfComputer(QWidget*, ComputerWindow) override { return nullptr; }
+  QDialog* StaticAddress(QWidget*) override { return nullptr; }
+  QDialog* ProgramUpdate(QWidget*, std::function<void()>) override { return nullptr; }
+  void CheckForUpdate(QWidget*, std::function<void()>) override {}
+  QDialog* DatabaseUpdate(QWidget*, std::function<void()>) override { return nullptr; }
 };
 
 // Opens the windows as the desktop program does; `begun` is the time of the process's start.

@@ -8,6 +8,7 @@
 #include <QMimeDatabase>
 
 #include "demo/admin_page.h"
+#include "demo/demo_updates.h"
 #include "demo/port_probe.h"
 #include "demo/router_model.h"
 
@@ -89,7 +90,27 @@ std::expected<quint16, QString> DemoSite::Start(const SiteOptions& options) {
   limit_ = std::make_unique<ProbeLimit>(options.probes_a_minute);
   server_ = std::make_unique<HttpServer>(
       [this](const HttpRequest& request, const Answerer& answer) { Answer(request, answer); });
-  return server_->Listen(options.port, options.address);
+  auto port = server_->Listen(options.port, options.address);
+  if (port && !options.databases.isEmpty()) {
+    if (const auto added = AddUpdates(*port); !added) {
+      return std::unexpected(added.error());
+    }
+  }
+  return port;
+}
+
+std::expected<void, QString> DemoSite::AddUpdates(quint16 port) {
+  QUrl site;
+  site.setScheme(QStringLiteral("http"));
+  site.setHost(options_.address.toString());
+  site.setPort(port);
+  auto updates = MakeUpdates(
+      {.databases = options_.databases, .version = options_.offered_version, .site = site});
+  if (!updates) {
+    return std::unexpected(updates.error());
+  }
+  updates_ = std::move(*updates);
+  return {};
 }
 
 void DemoSite::Answer(const HttpRequest& request, const Answerer& answer) {
@@ -103,6 +124,8 @@ void DemoSite::Answer(const HttpRequest& request, const Answerer& answer) {
     }
   } else if (request.path == QLatin1String("/my-address")) {
     answer(PlainText(client.toString()));
+  } else if (const auto update = updates_.find(request.path); update != updates_.end()) {
+    answer(*update);
   } else if (request.path.startsWith(QLatin1String("/files/")) ||
              request.path.startsWith(QLatin1String("/updates/"))) {
     answer(FileAnswer(request.path));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDir>
+#include <QHash>
 #include <QHostAddress>
 #include <QObject>
 #include <QString>
@@ -11,9 +12,9 @@
 #include <functional>
 #include <memory>
 
+#include "demo/probe_limit.h"
 #include "transport/http_message.h"
 #include "transport/http_server.h"
-#include "demo/probe_limit.h"
 
 namespace quayline::demo {
 
@@ -25,6 +26,9 @@ struct SiteOptions {
   // The folder whose "files" and "updates" are served; empty: none.
   QString folder;
   int probes_a_minute = 30;  // for each address
+  // Updates are made of the databases in this folder, in place of the folder's; empty: none.
+  QString databases;
+  QString offered_version = QStringLiteral("99.0.0");
 };
 
 // The web site that the program works with: its port test pages, pictures and updates.
@@ -33,6 +37,7 @@ struct SiteOptions {
 //                                        posted, they probe that port of the client's address
 //   /my-address                          the client's address, as plain text
 //   /files/..., /updates/...             files of the folder
+//   /updates/qyl_v3/...                  or an update that is made when the site starts
 //
 // A form's field "word" is what the probe carries. A result page is sent when its probe is over.
 class DemoSite final : public QObject {
@@ -47,8 +52,10 @@ class DemoSite final : public QObject {
   void Probe(const HttpRequest& request, bool udp, const Answerer& answer);
   QHostAddress ClientOf(const HttpRequest& request) const;
   HttpResponse FileAnswer(const QString& path) const;
+  std::expected<void, QString> AddUpdates(quint16 port);
 
   SiteOptions options_;
+  QHash<QString, HttpResponse> updates_;  // by path
   std::unique_ptr<ProbeLimit> limit_;
   int probes_under_way_ = 0;
   std::unique_ptr<HttpServer> server_;

@@ -8,12 +8,15 @@
 #include "ui/job/page_view_window.h"
 #include "ui/network/firewall_change_dialog.h"
 #include "ui/network/firewall_list_dialog.h"
+#include "ui/main/version.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
 #include "ui/network/second_router_dialog.h"
 #include "ui/network/static_address_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
+#include "ui/updates/database_update_dialog.h"
+#include "ui/updates/program_update_window.h"
 
 namespace quayline {
 
@@ -105,6 +108,23 @@ QDialog* ProgramWindows::OfComputer(QWidget* parent, ComputerWindow window) {
 
 QDialog* ProgramWindows::StaticAddress(QWidget* parent) {
   return new StaticAddressDialog(context_, prompts_, address_setup_, neighbours_, parent);
+}
+
+QDialog* ProgramWindows::ProgramUpdate(QWidget* parent, std::function<void()> exit) {
+  if (program_update_ == nullptr) {
+    program_update_ =
+        new ProgramUpdateWindow(context_, prompts_, ProgramVersion(), parent, std::move(exit));
+  }
+  return program_update_;
+}
+
+void ProgramWindows::CheckForUpdate(QWidget* parent, std::function<void()> exit) {
+  ProgramUpdate(parent, std::move(exit));
+  program_update_->CheckSilently();
+}
+
+QDialog* ProgramWindows::DatabaseUpdate(QWidget* parent, std::function<void()> updated) {
+  return new DatabaseUpdateDialog(context_, prompts_, parent, std::move(updated));
 }
 
 QDialog* ProgramWindows::PortChecker(QWidget* parent) { return MakePortChecker(parent); }

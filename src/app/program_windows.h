@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointer>
+
 #include "core/app_context.h"
 #include "net/second_router.h"
 #include "platform/echoes.h"
@@ -17,6 +19,7 @@ namespace quayline {
 
 class JobWindow;
 class PortCheckerWindow;
+class ProgramUpdateWindow;
 
 // The windows of the program, for the main window, which does not know their folders.
 class ProgramWindows final : public WindowFactory {
@@ -43,6 +46,9 @@ class ProgramWindows final : public WindowFactory {
   QDialog* QuickPorts(QWidget* parent) override;
   QDialog* OfComputer(QWidget* parent, ComputerWindow window) override;
   QDialog* StaticAddress(QWidget* parent) override;
+  QDialog* ProgramUpdate(QWidget* parent, std::function<void()> exit) override;
+  void CheckForUpdate(QWidget* parent, std::function<void()> exit) override;
+  QDialog* DatabaseUpdate(QWidget* parent, std::function<void()> updated) override;
 
  private:
   PageHostFactory Hosts() const;
@@ -58,6 +64,7 @@ class ProgramWindows final : public WindowFactory {
   NetworkManagerSetup address_setup_{neighbours_};
   SecondRouterSearch quiet_search_;
   bool has_second_router_ = false;
+  QPointer<ProgramUpdateWindow> program_update_;  // may be hidden
 };
 
 }  // namespace quayline

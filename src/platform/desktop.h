@@ -13,6 +13,11 @@ class Desktop {
 
   // Opens a page in the user's own browser. False if there is no browser.
   virtual bool OpenInBrowser(const QUrl& page) = 0;
+  // Opens a file with the program that the desktop has for it. False if there is none.
+  virtual bool OpenFile(const QString& file) = 0;
+  // How the user updates programs by the system's package manager: a command, or empty where the
+  // system has none.
+  virtual QString UpdateCommand() const = 0;
   // Shows a short message beside the windows of all programs, where the desktop has a place for
   // that. Never waits for the desktop.
   virtual void ShowNotification(const QString& title, const QString& text) = 0;

@@ -74,6 +74,8 @@ Task<bool> Download::WaitForHeaders() {
 
 Task<> Download::GetFileInformation() {
   cancel_pending_ = false;
+  file_exists_ = false;
+  file_size_ = 0;
   failure_ = DownloadFailure::kNone;
   transfer_error_.reset();
   if (options.OnlineCheck && !TestConnection()) {
@@ -127,6 +129,9 @@ bool Download::TakeHeaders() {
     file_size_ = 0;
     failure_ = DownloadFailure::kTooLarge;
     return false;
+  }
+  if (file_size_ == 0) {
+    failure_ = DownloadFailure::kNoLength;
   }
   Q_EMIT Status(QStringLiteral("Retrieving File Information Complete!"));
   return true;

@@ -75,6 +75,7 @@ class Download final : public QObject {
   bool FileExists() const { return file_exists_; }
   qint32 FileSize() const { return file_size_; }  // 0: the answer does not say it
   bool InDL() const { return in_download_; }      // stays set after a cancelled or failed transfer
+  // Also kNoLength after a GetFileInformation() that found a file without a size.
   DownloadFailure Failure() const { return failure_; }
   std::optional<TransferError> FailedTransfer() const { return transfer_error_; }
 

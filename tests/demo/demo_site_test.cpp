@@ -135,5 +135,12 @@ TEST_F(DemoSiteTest, ServesTheFilesOfItsFolderAndNothingElse) {
   }
 }
 
+TEST_F(DemoSiteTest, ADatabaseThatIsMissingIsNamed) {
+  QTemporaryDir folder;
+  const auto started = site_.Start({.databases = folder.path()});
+  ASSERT_FALSE(started.has_value());
+  EXPECT_TRUE(started.error().contains(u"routers.mdb"_s));
+}
+
 }  // namespace
 }  // namespace quayline::demo

@@ -13,6 +13,8 @@ namespace quayline::testing {
 class NoDesktop final : public Desktop {
  public:
   bool OpenInBrowser(const QUrl&) override { return false; }
+  bool OpenFile(const QString&) override { return false; }
+  QString UpdateCommand() const override { return {}; }
   void ShowNotification(const QString&, const QString&) override {}
   bool HasNetworkSettings() const override { return false; }
   bool OpenNetworkSettings() override { return false; }

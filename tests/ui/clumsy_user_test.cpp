@@ -163,11 +163,11 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
             "Set your computer's IP to static|"
             "Firewall Port Exceptions|Add Current Ports List|Remove All Ports Added By QYL|"
             "View Current Port Exceptions|Test Your Port Forwarding|"
-            "Open Ports on Request (UPnP)|"
+            "Open Ports on Request (UPnP)|Update Databases (Routers  Ports)|"
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
             "About Debug Mode|Enable Script Throttle|About Script Throttle|Open Firewall Settings|"
-            "Open Network Connections|Help|View Help|About");
+            "Open Network Connections|Help|View Help|Check For Updates|About");
   Trigger("open_network_action");
   EXPECT_EQ(folder_.desktop.network_settings_opened, 1);
   EXPECT_TRUE(windows_->dialog.isNull());

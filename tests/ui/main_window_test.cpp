@@ -135,9 +135,34 @@ TEST_F(MainWindowTest, TheDailyCheckIsNotedOncePerDayAndOnlyWhenWanted) {
       {"1", today}, {"0", "01/02/2003"}, {"", "01/02/2003"}, {"maybe", "01/02/2003"}};
   for (const auto& [wanted, expected] : cases) {
     WriteSettings(QByteArray("lastcheck=01/02/2003\r\ncheckforupdates=") + wanted + "\r\n");
-    Begin();
+    Start();
     EXPECT_EQ(Stored(setting::kLastCheck), expected) << wanted;
+    EXPECT_EQ(windows_->update_checks, expected == today ? 1 : 0) << wanted;
   }
+  WriteSettings("lastcheck=" + QByteArray::fromStdString(today) + "\r\ncheckforupdates=1\r\n");
+  Start();
+  EXPECT_EQ(windows_->update_checks, 0) << "a second time on one day";
+  maker_site_ = MakerSite().base;
+  Start("lastcheck=01/02/2003\r\ncheckforupdates=1\r\n");
+  EXPECT_EQ(Stored(setting::kLastCheck), "01/02/2003") << "noted, though nothing was checked";
+}
+
+TEST_F(MainWindowTest, OtherDatabasesAreShownAndTheChosenRouterStays) {
+  Start("router=Beta 2\r\nrouterip=10.0.0.1\r\n");
+  Trigger("update_databases_action");
+  EXPECT_THAT(prompts_.shown.back(), EndsWith("This will overwrite your current databases.\n"
+                                              "Do you want to continue?"));
+  EXPECT_FALSE(windows_->databases_updated) << "the answer was no";
+  prompts_.answers = {true};
+  Trigger("update_databases_action");
+  ASSERT_TRUE(windows_->databases_updated);
+  context_->databases.Close();
+  folder_.WriteDatabases({RouterRow(1, u"Gamma"_s, u"g"_s), RouterRow(9, u"Beta 2"_s, u"root"_s)});
+  ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
+  windows_->databases_updated();
+  EXPECT_TRUE(RunUntil([this] { return context_->session.router_id == 9; }));
+  EXPECT_EQ(TextOf("router_box"), "Beta 2");
+  EXPECT_EQ(context_->port_list.rowCount(), 0);
 }
 
 TEST_F(MainWindowTest, WithoutItsDatabasesTheProgramSaysWhyAndEnds) {

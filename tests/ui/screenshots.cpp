@@ -40,6 +40,8 @@
 #include "ui/tools/new_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
+#include "ui/updates/database_update_dialog.h"
+#include "ui/updates/program_update_window.h"
 #include "window_doubles.h"
 
 namespace quayline::testing {
@@ -166,6 +168,7 @@ class Photographer final {
     co_await TakeRouterWindows();
     co_await TakeSecondRouter();
     co_await TakePortWindows();
+    co_await TakeUpdateWindows();
     co_await TakeFirewallWindows();
     co_await TakeStaticAddress();
   }
@@ -518,6 +521,33 @@ class Photographer final {
     for (QDialog* window : windows) {
       delete window;
     }
+  }
+
+  // Each before it does anything, and when its server does not answer.
+  Task<> TakeUpdateWindows() {
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    WindowPrompts prompts(context.translator);
+    auto* update = new ProgramUpdateWindow(context, prompts, QStringLiteral("3.0.0"), nullptr,
+                                           [] {});
+    update->show();
+    co_await Sleep(50ms);
+    Save(*update, QStringLiteral("program_update_no_site"));
+    delete update;
+    context.settings.SetValue(setting::kUpdateSite, QStringLiteral("http://127.0.0.1:9"));
+    update = new ProgramUpdateWindow(context, prompts, QStringLiteral("3.0.0"), nullptr, [] {});
+    auto* databases = new DatabaseUpdateDialog(context, prompts, nullptr, [] {});
+    update->show();
+    databases->show();
+    Click(update, "check_button");
+    co_await Sleep(600ms);
+    Save(*update, QStringLiteral("program_update"));
+    Save(*databases, QStringLiteral("database_update"));
+    update->resize(update->minimumSizeHint());
+    co_await Sleep(50ms);
+    Save(*update, QStringLiteral("program_update_small"));
+    delete update;
+    delete databases;
+    context.settings.SetValue(setting::kUpdateSite, {});
   }
 
   QString folder_;

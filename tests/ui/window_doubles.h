@@ -112,11 +112,18 @@ class FakeDesktop final : public Desktop {
   QStringList notifications;
   bool has_network_settings = true;
   int network_settings_opened = 0;
+  QStringList files;  // that were opened
+  QString update_command;
 
   bool OpenInBrowser(const QUrl& page) override {
     opened.append(page);
     return has_browser;
   }
+  bool OpenFile(const QString& file) override {
+    files.append(file);
+    return true;
+  }
+  QString UpdateCommand() const override { return update_command; }
   void ShowNotification(const QString& title, const QString& text) override {
     notifications.append(title + u": "_s + text);
   }
@@ -314,6 +321,8 @@ class FakeWindows final : public WindowFactory {
   QList<ComputerWindow> of_computer;
   std::function<void(int router_id)> choose_router;
   std::function<void()> scripts_written;
+  std::function<void()> databases_updated;
+  int update_checks = 0;  // silent ones
 
   QWidget* Job() override {
     jobs.append(new QWidget);
@@ -346,6 +355,14 @@ class FakeWindows final : public WindowFactory {
     return MakeDialog(parent);
   }
   QDialog* StaticAddress(QWidget* parent) override { return MakeDialog(parent); }
+  QDialog* ProgramUpdate(QWidget* parent, std::function<void()>) override {
+    return MakeDialog(parent);
+  }
+  void CheckForUpdate(QWidget*, std::function<void()>) override { ++update_checks; }
+  QDialog* DatabaseUpdate(QWidget* parent, std::function<void()> updated) override {
+    databases_updated = std::move(updated);
+    return MakeDialog(parent);
+  }
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override {
     scripts_written = std::move(written);
     return MakeDialog(parent);

@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace quayline {
 
 namespace {
@@ -68,6 +70,28 @@ bool LinuxDesktop::OpenInBrowser(const QUrl& page) {
   const bool is_web_page =
       page.scheme() == QStringLiteral("http") || page.scheme() == QStringLiteral("https");
   return is_web_page && !page.host().isEmpty() && QDesktopServices::openUrl(page);
+}
+
+bool LinuxDesktop::OpenFile(const QString& file) {
+  return QFileInfo(file).isFile() && QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+}
+
+QString LinuxDesktop::UpdateCommand() const {
+  constexpr std::pair<const char*, const char*> kManagers[] = {
+      {"apt-get", "sudo apt-get update && sudo apt-get install --only-upgrade quayline"},
+      {"dnf", "sudo dnf upgrade quayline"},
+      {"zypper", "sudo zypper update quayline"},
+      {"pacman", "sudo pacman -Syu"},
+      {"apk", "sudo apk add --upgrade quayline"},
+      {"xbps-install", "sudo xbps-install -Su quayline"},
+      {"emerge", "sudo emerge --update quayline"},
+  };
+  for (const auto& [manager, command] : kManagers) {
+    if (!QStandardPaths::findExecutable(QLatin1String(manager)).isEmpty()) {
+      return QLatin1String(command);
+    }
+  }
+  return {};
 }
 
 // Where no service answers, the call is lost.

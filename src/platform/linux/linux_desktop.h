@@ -10,6 +10,8 @@ namespace quayline {
 class LinuxDesktop final : public Desktop {
  public:
   bool OpenInBrowser(const QUrl& page) override;
+  bool OpenFile(const QString& file) override;
+  QString UpdateCommand() const override;
   void ShowNotification(const QString& title, const QString& text) override;
   bool HasNetworkSettings() const override;
   bool OpenNetworkSettings() override;

@@ -115,6 +115,11 @@ inline constexpr Message kWhichRouter{
     "of these. You find the model on a label under the router. Which one is it?"};
 inline constexpr Message kNoneOfTheseRouters{"&None of These"};
 
+inline constexpr Message kOverwriteDatabases{"This will overwrite your current databases."};
+inline constexpr Message kContinueQuestion{"Do you want to continue?"};
+inline constexpr Message kNoDatabaseSite{
+    "There is no server for newer databases yet. New routers and programs come with a new version "
+    "of Quayline."};
 inline constexpr Message kNothingToCheck{
     "The list is empty. Please add the ports first that you want to look up on your router."};
 inline constexpr Message kChooseRouterToCheck{"Please choose your router from the list."};

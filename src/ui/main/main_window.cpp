@@ -3,6 +3,7 @@
 
 #include "ui/main/main_window.h"
 
+#include <QDate>
 #include <QDialog>
 #include <QDragEnterEvent>
 
@@ -17,6 +18,7 @@
 #include "ui/toolkit/fields.h"
 #include "ui/toolkit/theme.h"
 #include "ui_main_window.h"
+#include "update/update_site.h"
 
 namespace quayline {
 
@@ -55,6 +57,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
   ConnectDetection();
   ConnectList();
   ConnectListMenu();
+  ConnectUpdates();
   ConnectStartUp();
   SetTimers();
 }
@@ -128,6 +131,7 @@ void MainWindow::ReportFailedWrites() {
 
 void MainWindow::Unload() {
   start_timer_.stop();
+  reload_timer_.stop();
   local_ip_timer_.stop();
   start_up_.Cancel();
   detector_->Cancel();
@@ -267,6 +271,34 @@ void MainWindow::ConnectListMenu() {
   list_panel_->AddListAction(ui_->remove_entry_action, {QKeySequence(QKeySequence::Delete)});
 }
 
+void MainWindow::ConnectUpdates() {
+  const auto exit = [this] { Q_EMIT exitRequested(); };
+  connect(ui_->check_updates_action, &QAction::triggered, this,
+          [this, exit] { windows_.ProgramUpdate(this, exit)->open(); });
+  connect(ui_->update_databases_action, &QAction::triggered, this, &MainWindow::UpdateDatabases);
+  connect(this, &MainWindow::ready, this, [this, exit] {
+    if (TakeDailyCheck(context_, QDate::currentDate())) {
+      windows_.CheckForUpdate(this, exit);
+    }
+  });
+}
+
+void MainWindow::UpdateDatabases() {
+  if (!FindUpdateSite(context_).Exists()) {
+    prompts_.Tell(this, Text(message::kNoDatabaseSite));
+    return;
+  }
+  const auto update = [this](bool yes) {
+    if (yes) {
+      windows_.DatabaseUpdate(this, [this] { reload_timer_.start(1000ms); })->open();
+    }
+  };
+  prompts_.Ask(
+      this, QStringLiteral("Quayline"),
+      Text(message::kOverwriteDatabases) + QLatin1Char('\n') + Text(message::kContinueQuestion),
+      update);
+}
+
 void MainWindow::ConnectStartUp() {
   SetInputsEnabled(false);
   connect(&start_up_, &StartUp::languagesRead, this,
@@ -295,6 +327,8 @@ void MainWindow::ConnectStartUp() {
 
 void MainWindow::SetTimers() {
   start_timer_.setSingleShot(true);
+  reload_timer_.setSingleShot(true);
+  connect(&reload_timer_, &QTimer::timeout, &start_up_, &StartUp::Reload);
   connect(&start_timer_, &QTimer::timeout, &start_up_, &StartUp::Begin);
   connect(&local_ip_timer_, &QTimer::timeout, this, &MainWindow::ShowLocalIp);
 }

@@ -74,6 +74,7 @@ class MainWindow final : public QMainWindow {
   void ConnectDetection();
   void ConnectList();
   void ConnectListMenu();
+  void ConnectUpdates();
   void ConnectStartUp();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
@@ -88,6 +89,7 @@ class MainWindow final : public QMainWindow {
   void ShowTotals();
   void ShowLocalIp();
   void ViewPorts();
+  void UpdateDatabases();
   bool IsRouterKnown();
   void ShowRefusal(const UpdateVerdict& verdict);
   // Checks the list and opens the job window. The one before is closed as by its Close button.
@@ -110,7 +112,8 @@ class MainWindow final : public QMainWindow {
   MainMenus* menus_ = nullptr;
   RouterDetector* detector_;
   StartUp start_up_;
-  QTimer start_timer_;  // the slow half of the start
+  QTimer start_timer_;   // the slow half of the start
+  QTimer reload_timer_;  // the same, after the databases were updated
   QTimer local_ip_timer_;
   QPointer<QWidget> job_window_;
   QPointer<QWidget> check_window_;

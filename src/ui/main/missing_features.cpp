@@ -39,8 +39,6 @@ constexpr Feature kMissing[] = {
     {"subnet_tool_action", Needs::kMakerSite},
     {"common_ports_tool_action", Needs::kMakerSite},
     {"getting_started_action", Needs::kLaterVersion},
-    {"update_databases_action", Needs::kLaterVersion},
-    {"check_updates_action", Needs::kLaterVersion},
     {"clear_cache_action", Needs::kLaterVersion},
     {"repair_browser_action", Needs::kOtherSystem},
     {"repair_databases_action", Needs::kOtherSystem},

@@ -3,8 +3,6 @@
 
 #include "ui/main/start_up.h"
 
-#include <QDate>
-
 #include <limits>
 
 #include "async/wait.h"
@@ -32,10 +30,8 @@ StartUp::StartUp(AppContext& context, ListCommands& list, RouterListModel& route
 
 std::expected<void, QString> StartUp::Prepare() {
   RemoveUnfinishedWrites(context_.program_folder);
-  NoteDailyCheck();
   context_.job_options.silent_mode = context_.settings.Boolean(setting::kSilentMode);
-  context_.job_options.verify_after_update =
-      context_.settings.Boolean(setting::kVerifyAfterUpdate);
+  context_.job_options.verify_after_update = context_.settings.Boolean(setting::kVerifyAfterUpdate);
   context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle);
   if (const auto opened = context_.databases.Open(context_.program_folder, context_.shipped_folder);
       !opened) {
@@ -47,16 +43,6 @@ std::expected<void, QString> StartUp::Prepare() {
                  context_.maker_site.Forums().toString()));
   }
   return {};
-}
-
-void StartUp::NoteDailyCheck() {
-  if (!context_.settings.Boolean(setting::kCheckForUpdates)) {
-    return;
-  }
-  const QString today = QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy"));
-  if (context_.settings.Value(setting::kLastCheck) != today) {
-    context_.settings.SetValue(setting::kLastCheck, today);
-  }
 }
 
 void StartUp::Begin() { flow_.Start(Load()); }
@@ -71,6 +57,12 @@ Task<> StartUp::Load() {
   RestoreSession();
   Q_EMIT finished();
   co_await Sleep(0ms);
+  context_.databases.KeepGoodCopies();
+}
+
+Task<> StartUp::FillAgain() {
+  co_await LoadRouters();
+  RestoreSession();
   context_.databases.KeepGoodCopies();
 }
 

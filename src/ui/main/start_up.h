@@ -24,13 +24,14 @@ class StartUp final : public QObject {
   StartUp(AppContext& context, ListCommands& list, RouterListModel& routers,
           RouterSelection& selection);
 
-  // Before the window is shown: the date of the daily check, the options of the menu Advanced, the
-  // databases.
+  // Before the window is shown: the options of the menu Advanced, the databases.
   // The program cannot go on without them: the error is the message for the user.
   std::expected<void, QString> Prepare();
 
   // The slow half. `finished()` is emitted when everything is filled.
   void Begin();
+  // Fills the list of routers and the session again, after the databases have become other ones.
+  void Reload() { flow_.Start(FillAgain()); }
   // The main window can be seen: what may open a box has waited for this.
   void NoteWindowShown();
   // Ends the slow half.
@@ -47,10 +48,10 @@ class StartUp final : public QObject {
 
  private:
   Task<> Load();
+  Task<> FillAgain();
   void ReadLanguages();
   Task<> LoadRouters();
   void RestoreSession();
-  void NoteDailyCheck();
 
   AppContext& context_;
   ListCommands& list_;

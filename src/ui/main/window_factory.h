@@ -45,6 +45,12 @@ class WindowFactory {
   virtual QDialog* QuickPorts(QWidget* parent) = 0;
   // One of the windows about this computer.
   virtual QDialog* OfComputer(QWidget* parent, ComputerWindow window) = 0;
+  // Looks for a new version of the program; `exit` ends the program, once an installer was started.
+  virtual QDialog* ProgramUpdate(QWidget* parent, std::function<void()> exit) = 0;
+  // The same without a window, until the user wants a new version that is there.
+  virtual void CheckForUpdate(QWidget* parent, std::function<void()> exit) = 0;
+  // Fetches new databases; `updated` is called when they are in place.
+  virtual QDialog* DatabaseUpdate(QWidget* parent, std::function<void()> updated) = 0;
 };
 
 }  // namespace quayline

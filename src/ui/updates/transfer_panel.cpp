@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/updates/transfer_panel.h"
+
+#include "ui/updates/update_texts.h"
+#include "ui_transfer_panel.h"
+
+namespace quayline {
+
+namespace {
+
+// Null for a code that has no text.
+const Message* TextOfCode(int code) {
+  switch (static_cast<DownloadCode>(code)) {
+    case DownloadCode::kFailed:
+      return &message::kUnknownError;
+    case DownloadCode::kNotFound:
+      return &message::kFileMissing;
+    case DownloadCode::kNoHeaders:
+      return &message::kServerTimedOut;
+    case DownloadCode::kCancelled:
+      return &message::kDownloadCancelled;
+    case DownloadCode::kNoConnection:
+      return &message::kNoConnectionPresent;
+    case DownloadCode::kNoFileToResume:
+      return &message::kInternalError;
+    case DownloadCode::kUnauthorized:
+      return &message::kUnauthorized;
+    case DownloadCode::kForbidden:
+      return &message::kAccessDenied;
+    case DownloadCode::kCannotResume:
+      break;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+TransferPanel::TransferPanel(QWidget* parent)
+    : QWidget(parent), ui_(std::make_unique<Ui::TransferPanel>()) {
+  ui_->setupUi(this);
+  ui_->reason_label->hide();
+}
+
+TransferPanel::~TransferPanel() = default;
+
+void TransferPanel::Follow(Download& download, const Translator& translator) {
+  translator_ = &translator;
+  ConnectNumbers(download);
+  connect(&download, &Download::DLECode, this, &TransferPanel::ShowCode);
+  connect(ui_->cancel_button, &QPushButton::clicked, &download, [this, &download] {
+    ui_->pause_button->setChecked(false);
+    download.Pause(false);
+    download.Cancel();
+  });
+  connect(ui_->pause_button, &QPushButton::clicked, &download,
+          [&download](bool checked) { download.Pause(checked); });
+}
+
+void TransferPanel::ConnectNumbers(const Download& download) {
+  connect(&download, &Download::Percent, this, [this](qint32 percent) {
+    ui_->percent_label->setText(Labelled(message::kPercentComplete, QString::number(percent)));
+  });
+  connect(&download, &Download::RecievedBytes, this, [this](qint32 total) {
+    ui_->bytes_label->setText(Labelled(message::kBytesRead, QString::number(total)));
+    ui_->progress_bar->setValue(total);
+  });
+  connect(&download, &Download::Rate, this, [this](const QString& rate) {
+    ui_->rate_label->setText(Labelled(message::kTransferRate, rate));
+  });
+  connect(&download, &Download::TimeLeft, this, [this](const QString& time) {
+    ui_->time_label->setText(Labelled(message::kTimeRemaining, time));
+  });
+  connect(&download, &Download::Status, this, [this](const QString& status) {
+    ui_->status_label->setText(Labelled(message::kTransferStatus, status));
+  });
+}
+
+QString TransferPanel::Labelled(const Message& caption, const QString& value) const {
+  return translator_->Text(caption) + QStringLiteral(" - ") + value;
+}
+
+void TransferPanel::Begin() {
+  ui_->progress_bar->reset();
+  ui_->progress_bar->setValue(0);
+  ui_->error_label->setText(translator_->Text(message::kNoErrorYet));
+  ShowReason({});
+  ui_->cancel_button->setEnabled(true);
+}
+
+void TransferPanel::SetTotal(qint32 bytes) {
+  ui_->progress_bar->setMaximum(bytes);
+  ui_->progress_bar->setValue(0);
+  ui_->total_bytes_label->setText(Labelled(message::kTotalBytes, QString::number(bytes)));
+  ui_->pause_button->setEnabled(true);
+}
+
+void TransferPanel::End() {
+  for (QPushButton* button : {ui_->pause_button, ui_->cancel_button}) {
+    button->setChecked(false);
+    button->setEnabled(false);
+  }
+}
+
+void TransferPanel::ShowCode(int code) {
+  if (const Message* text = TextOfCode(code)) {
+    ui_->error_label->setText(translator_->Text(*text));
+  }
+}
+
+void TransferPanel::ShowReason(const QString& reason) {
+  ui_->reason_label->setText(reason);
+  ui_->reason_label->setVisible(!reason.isEmpty());
+}
+
+bool TransferPanel::MayClose() const {
+  const QProgressBar& bar = *ui_->progress_bar;
+  return bar.value() <= 0 || bar.value() == bar.maximum() ||
+         ui_->error_label->text() != translator_->Text(message::kNoErrorYet);
+}
+
+}  // namespace quayline
