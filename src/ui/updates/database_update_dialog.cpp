@@ -36,6 +36,7 @@ DatabaseUpdateDialog::DatabaseUpdateDialog(AppContext& context, Prompts& prompts
   connect(ui_->close_button, &QPushButton::clicked, this, &DatabaseUpdateDialog::reject);
   connect(&update_, &DatabaseUpdate::sizeKnown, panel, &TransferPanel::SetTotal);
   connect(&update_, &DatabaseUpdate::installing, this, [this, panel] {
+    SetInstalling(true);
     panel->End();
     panel->ShowReason(Text(message::kInstallingDatabases));
   });
@@ -57,12 +58,20 @@ void DatabaseUpdateDialog::Start() {
   update_.Start();
 }
 
+// What takes a moment only is not interrupted.
+void DatabaseUpdateDialog::SetInstalling(bool installing) {
+  is_installing_ = installing;
+  ui_->close_button->setEnabled(!installing);
+}
+
 void DatabaseUpdateDialog::ReportFailed(const QString& why) {
+  SetInstalling(false);
   ui_->transfer_panel->End();
   ui_->transfer_panel->ShowReason(why);
 }
 
 void DatabaseUpdateDialog::ReportInstalled(const QList<RowChanges>& changes) {
+  SetInstalling(false);
   QStringList lines{Text(message::kDatabasesUpdating), Text(message::kClickWhenDone),
                     Text(message::kNoNewWindows), QString()};
   for (const RowChanges& table : changes) {
@@ -80,10 +89,9 @@ void DatabaseUpdateDialog::ReportInstalled(const QList<RowChanges>& changes) {
   });
 }
 
-// Also Esc and the frame's button. Before the new databases are being put in place, the old ones
-// are opened again by the end of the update.
+// Also Esc and the frame's button.
 void DatabaseUpdateDialog::reject() {
-  if (!update_.IsRunning() || ui_->transfer_panel->MayClose()) {
+  if (!is_installing_ && (!update_.IsRunning() || ui_->transfer_panel->MayClose())) {
     QDialog::reject();
   }
 }

@@ -16,7 +16,8 @@ class DatabaseUpdateDialog;
 
 namespace quayline {
 
-// Fetches new databases and installs them, as soon as it is shown. Deletes itself when it is closed.
+// Fetches new databases and installs them, as soon as it is shown. Deletes itself when it is
+// closed.
 class DatabaseUpdateDialog final : public QDialog {
   Q_OBJECT
 
@@ -32,6 +33,7 @@ class DatabaseUpdateDialog final : public QDialog {
 
  private:
   void Start();
+  void SetInstalling(bool installing);
   void ReportInstalled(const QList<RowChanges>& changes);
   void ReportFailed(const QString& why);
   QString Text(const Message& message) const { return context_.translator.Text(message); }
@@ -40,6 +42,7 @@ class DatabaseUpdateDialog final : public QDialog {
   Prompts& prompts_;
   std::function<void()> updated_;
   bool is_started_ = false;
+  bool is_installing_ = false;
   std::unique_ptr<Ui::DatabaseUpdateDialog> ui_;
   DatabaseUpdate update_;
 };
