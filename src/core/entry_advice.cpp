@@ -8,9 +8,12 @@ namespace quayline {
 namespace {
 
 constexpr Message kAllWorks{"All is well: this port is reached from the internet."};
-constexpr Message kUpdateIt{
-    "Nothing arrives, since the rule is not on your router as you want it. Press \"Update "
-    "Router\"."};
+constexpr Message kUpdateIt{"The rule is not on your router. Press \"Update Router\"."};
+constexpr Message kUpdateItNothingArrives{
+    "Nothing arrives, since the rule is not on your router. Press \"Update Router\"."};
+constexpr Message kCorrectIt{
+    "The rule on your router is not as you want it. Please correct it on your router's page, or "
+    "remove it there and press \"Update Router\"."};
 constexpr Message kStartIt{
     "The rule is there, but no program listens on this port. Start the program that needs it, and "
     "test again."};
@@ -26,13 +29,14 @@ constexpr Message kSearchRouterFirst{
 EntryAdvice AdviceOf(const EntryLook& look) {
   const std::optional<bool> is_reached = look.outside ? look.outside->works : std::nullopt;
   const std::optional<bool> listens = look.listening ? look.listening->works : std::nullopt;
-  const bool is_wrong = look.on_router == EntryState::kMissing ||
-                        look.on_router == EntryState::kDifferent;
   if (is_reached == true) {
     return EntryAdvice::kNothing;
   }
-  if (is_wrong) {
+  if (look.on_router == EntryState::kMissing) {
     return EntryAdvice::kUpdateRouter;
+  }
+  if (look.on_router == EntryState::kDifferent) {
+    return EntryAdvice::kCorrectRule;
   }
   if (look.on_router != EntryState::kOnRouter) {
     return EntryAdvice::kNone;
@@ -51,7 +55,9 @@ const Message* AdviceText(const EntryLook& look) {
     case EntryAdvice::kNothing:
       return &kAllWorks;
     case EntryAdvice::kUpdateRouter:
-      return &kUpdateIt;
+      return look.outside && look.outside->works == false ? &kUpdateItNothingArrives : &kUpdateIt;
+    case EntryAdvice::kCorrectRule:
+      return &kCorrectIt;
     case EntryAdvice::kStartProgram:
       return &kStartIt;
     case EntryAdvice::kSecondRouter:

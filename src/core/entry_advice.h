@@ -11,7 +11,8 @@ namespace quayline {
 enum class EntryAdvice {
   kNone,          // too little is known
   kNothing,       // the port is reached from the internet
-  kUpdateRouter,  // the rule is not on the router as it is wanted
+  kUpdateRouter,  // the rule is not on the router
+  kCorrectRule,   // the rule on the router is not as it is wanted; another one would come beside it
   kStartProgram,  // the rule is there, and no program listens
   kSecondRouter,  // all is right here, and nothing arrives
 };

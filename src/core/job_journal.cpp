@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -22,6 +23,8 @@ namespace {
 
 constexpr qint64 kMostBytes = qint64{4} << 20;
 constexpr qsizetype kMostRows = 1000;
+constexpr qsizetype kLongestRow = 500;
+constexpr qint64 kTailBytes = qint64{64} << 10;
 // A shorter password is found in anything.
 constexpr qsizetype kShortestMasked = 4;
 
@@ -121,6 +124,17 @@ int MakeFile(const QString& folder) {
   return file;
 }
 
+// The journal, or the beginning and the end of a very long one: the end says whether the job ended.
+QByteArray ReadEnds(QFile& journal) {
+  journal.seek(0);
+  QByteArray bytes = journal.read(2 * kMostBytes);
+  if (!journal.atEnd()) {
+    journal.seek(std::max(journal.pos(), journal.size() - kTailBytes));
+    bytes += '\n' + journal.read(kTailBytes);
+  }
+  return bytes;
+}
+
 }  // namespace
 
 JobJournal::JobJournal(int file, const JobPlan& plan)
@@ -145,6 +159,9 @@ QString JobJournal::Masked(QString text) const {
   return password_.isEmpty() ? text : text.replace(password_, QStringLiteral("****"));
 }
 
+// A page may show anything.
+QString JobJournal::Row(const QString& text) const { return Masked(text).left(kLongestRow); }
+
 void JobJournal::NoteBefore(const QList<EntryResult>& results, const PageRows& page) {
   NoteLook("before", results, page);
 }
@@ -159,11 +176,11 @@ void JobJournal::NoteLook(const char* when, const QList<EntryResult>& results,
   for (const EntryResult& result : results) {
     states.append(QJsonObject{{QStringLiteral("entry"), result.entry.app_name},
                               {QStringLiteral("state"), StateName(result.state)},
-                              {QStringLiteral("seen"), Masked(result.seen)}});
+                              {QStringLiteral("seen"), Row(result.seen)}});
   }
   QJsonArray rows;
   for (const PageRow& row : page.rows.mid(0, kMostRows)) {
-    rows.append(Masked(row.Text()));
+    rows.append(Row(row.Text()));
   }
   Write({{QLatin1String(when), states}, {QStringLiteral("rows"), rows}});
 }
@@ -243,8 +260,7 @@ QList<CutOffJob> JobJournals::TakeCutOff() const {
         flock(journal.handle(), LOCK_EX | LOCK_NB) != 0) {
       continue;
     }
-    journal.seek(0);
-    if (const auto job = ReadCutOffJob(journal.read(2 * kMostBytes))) {
+    if (const auto job = ReadCutOffJob(ReadEnds(journal))) {
       jobs.append(*job);
       WriteWhole(journal.handle(), "\n{\"reported\":true}\n");
     }

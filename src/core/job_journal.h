@@ -64,6 +64,7 @@ class JobJournal final {
   void NoteLook(const char* when, const QList<EntryResult>& results, const PageRows& page);
   void Write(const QJsonObject& line);
   QString Masked(QString text) const;
+  QString Row(const QString& text) const;
 
   const int file_;
   const QString password_;
@@ -98,8 +99,8 @@ class JobJournals final {
 
   // Removes the oldest ones above kMostKept. Null when no file can be made.
   std::unique_ptr<JobJournal> Begin(const JobPlan& plan) const;
-  // The jobs that were cut off, the oldest first, each once. A job that another program still runs
-  // is none of them.
+  // The jobs that were cut off, the oldest first, each once. A job that still runs, in this program
+  // or another one, is not cut off.
   QList<CutOffJob> TakeCutOff() const;
 
  private:

@@ -13,15 +13,15 @@ namespace quayline {
 // What a page shows in one place of a row: words, the value of a box, the chosen text of a list, or
 // the state of a check box.
 struct PageCell {
-  QString heading;  // of the column, or the box's caption or name; empty where there is none
+  QString heading;  // of the column, or the box's caption or name; may be empty
   QString text;
-  std::optional<bool> checked;  // of a check box or radio button
+  std::optional<bool> checked;  // of a check box, or of the chosen one of several radio buttons
 };
 
 // A row of a table or of a list, or the fields of a form that stand together.
 struct PageRow {
   QList<PageCell> cells;
-  QString title;         // what stands above the table
+  QString title;         // the heading above the table
   bool is_form = false;  // boxes for entering a rule, which say nothing about the router
 
   // As it is shown to the user: the texts that are not empty, divided by " | ".

@@ -7,47 +7,22 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
+#include "core/cell_text.h"
+#include "core/column_role.h"
 #include "core/page_rows.h"
 
 namespace quayline {
 
-// What the headings of a table call a column.
-enum class ColumnRole {
-  kNone,
-  kPort,
-  kStartPort,
-  kEndPort,
-  kInnerPort,  // of the computer; only counts where no other column has ports
-  kAddress,
-  kProtocol,
-  kName,
-  kEnabled,
-  kIgnored,  // numbers of rows, sizes, times
-};
-
-ColumnRole RoleOf(const QString& heading);
-
-// Whether the headings are those of a table of rules.
-bool AreHeadingsOfRules(const QStringList& headings);
-
-struct SeenPorts {
-  int start = 0;
-  int end = 0;
-  bool is_sure = false;  // a range, or below a heading that says "port"
-
-  bool operator==(const SeenPorts&) const = default;
-};
-
 // What a row of a page says of a rule.
 struct RowEvidence {
   QList<SeenPorts> ports;
+  // Of the computer, where the page tells them from the router's: below a heading, after an arrow,
+  // or after an address. Where it shows no others, they are `ports`.
+  QList<SeenPorts> inner_ports;
   QStringList addresses;  // whole ones
   QList<int> last_parts;  // numbers that stand for an address
   QStringList hosts;      // names below a heading that says "address", folded by FoldName()
-  bool tcp = false;
-  bool udp = false;
+  SeenProtocols protocols;
   bool is_disabled = false;
   QStringList names;  // texts that may be a name, folded by FoldName()
   // The ports are there as the name of a service, or as something else that is no number.
@@ -55,7 +30,7 @@ struct RowEvidence {
   // Another kind of table: port triggering, a filter of the firewall, boxes for a new rule.
   bool is_other = false;
 
-  bool HasProtocol() const { return tcp || udp; }
+  bool HasProtocol() const { return protocols.HasAny(); }
   bool HasAddress() const { return !addresses.isEmpty() || !last_parts.isEmpty(); }
   bool HasSurePorts() const;
   // Whether a number beside those of `start` and `end` may be a port as well, where none is sure.
@@ -70,12 +45,12 @@ class RowReader final {
   RowEvidence Read(const PageRow& row);
 
  private:
+  // What one row says, while its cells are read.
+  class Row;
+
   ColumnRole KnownRoleOf(const QString& heading);
 
   QHash<QString, ColumnRole> roles_;
 };
-
-// Letters and digits alone, in small letters.
-QString FoldName(const QString& text);
 
 }  // namespace quayline

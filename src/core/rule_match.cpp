@@ -52,6 +52,7 @@ struct Fit {
   bool has_other_address = false;
   bool has_unknown_host = false;  // the name of a computer, which may be the rule's
   bool is_ambiguous = false;      // numbers of which any may be the port
+  bool has_other_inner_port = false;  // it leads to another port of the computer
   NameMatch name = NameMatch::kNone;
 
   bool has_protocol = false;  // any
@@ -90,6 +91,14 @@ bool HasPorts(const Rule& rule, const RowEvidence& row, bool sure_only) {
           holds(rule.end, rule.end));
 }
 
+// A rule leads to the same ports of the computer. Of a range some pages only show the first one.
+bool HasOtherInnerPort(const Rule& rule, const RowEvidence& row) {
+  return !row.inner_ports.isEmpty() &&
+         std::ranges::none_of(row.inner_ports, [&](const SeenPorts& seen) {
+           return seen.start == rule.start && (seen.end == rule.end || seen.end == seen.start);
+         });
+}
+
 // Numbers that are not sure to be ports say little: a single port must not be read out of a row
 // whose ports are known to be others, nor be the end of an address.
 bool HasPortsAtAll(const Rule& rule, const RowEvidence& row) {
@@ -124,13 +133,14 @@ Fit FitOf(const Rule& rule, const RowEvidence& row) {
   fit.has_unknown_host = !row.HasAddress() && !row.hosts.isEmpty() && !has_host;
   fit.is_ambiguous = row.HasOtherNumbers(rule.start, rule.end);
   fit.has_other_address = row.HasAddress() && !fit.has_address;
+  fit.has_other_inner_port = HasOtherInnerPort(rule, row);
   fit.has_protocol = row.HasProtocol();
   fit.name = MatchName(rule, row);
   return fit;
 }
 
-bool HasOtherProtocol(const Rule& rule, bool tcp, bool udp) {
-  return (tcp || udp) && (tcp != rule.tcp || udp != rule.udp);
+bool HasOtherProtocol(const Rule& rule, const SeenProtocols& seen) {
+  return seen.HasAny() && (seen.tcp != rule.tcp || seen.udp != rule.udp);
 }
 
 class Matcher final {
@@ -171,18 +181,18 @@ class Matcher final {
   // protocols.
   RuleVerdict Exact(const Rule& rule) {
     QList<qsizetype> found;
-    bool tcp = false;
-    bool udp = false;
+    SeenProtocols protocols;
     for (qsizetype i = 0; i < rows_.size(); ++i) {
       const RowEvidence& row = rows_.at(i);
-      const bool goes_beyond = (row.tcp && !rule.tcp) || (row.udp && !rule.udp);
-      if (FitOf(rule, row).Is() && !row.is_disabled && !goes_beyond) {
+      const bool goes_beyond =
+          (row.protocols.tcp && !rule.tcp) || (row.protocols.udp && !rule.udp);
+      const Fit fit = FitOf(rule, row);
+      if (fit.Is() && !fit.has_other_inner_port && !row.is_disabled && !goes_beyond) {
         found.append(i);
-        tcp = tcp || row.tcp;
-        udp = udp || row.udp;
+        protocols.Add(row.protocols);
       }
     }
-    if (found.isEmpty() || HasOtherProtocol(rule, tcp, udp)) {
+    if (found.isEmpty() || HasOtherProtocol(rule, protocols)) {
       return {.state = RuleState::kUnknown, .differs = {}, .seen = {}, .rows = found};
     }
     taken_.append(found);
@@ -252,13 +262,13 @@ class Matcher final {
 
   static QList<RuleField> Differences(const Rule& rule, const Fit& fit, const RowEvidence& row) {
     QList<RuleField> differs;
-    if (!fit.has_ports) {
+    if (!fit.has_ports || fit.has_other_inner_port) {
       differs.append(RuleField::kPort);
     }
     if (fit.has_other_address) {
       differs.append(RuleField::kAddress);
     }
-    if (HasOtherProtocol(rule, row.tcp, row.udp)) {
+    if (HasOtherProtocol(rule, row.protocols)) {
       differs.append(RuleField::kProtocol);
     }
     if (row.is_disabled) {

@@ -109,6 +109,25 @@ TEST_F(JournalTest, AJobThatEndedInAnyWayIsNotReported) {
   EXPECT_TRUE(journals_.TakeCutOff().isEmpty());
 }
 
+TEST_F(JournalTest, ALongJobThatEndedIsNotReported) {
+  PageRows page;
+  for (int row = 0; row < 1000; ++row) {
+    page.rows.append(PageRow{{{.heading = {}, .text = QString(12000, u'x'), .checked = {}}}});
+  }
+  for (const bool is_huge : {false, true}) {
+    const auto journal = journals_.Begin(Plan());
+    WriteJob(*journal);
+    journal->NoteBefore(Results(EntryState::kMissing), page);
+    for (int look = 0; look < (is_huge ? 30 : 1); ++look) {
+      journal->NoteAfter(Results(EntryState::kOnRouter), page);
+    }
+    journal->NoteEnd(u"done"_s);
+    const QFileInfo file(folder_ + u'/' + Files().last());
+    EXPECT_EQ(file.size() > (8 << 20), is_huge) << file.size();
+  }
+  EXPECT_TRUE(journals_.TakeCutOff().isEmpty());
+}
+
 // After a kill at any byte, the file tells what its whole lines say.
 TEST_F(JournalTest, CanBeReadUpToAnyByte) {
   KillDuringJob();

@@ -161,6 +161,32 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        "<table><tr><th>Name<th>Ports<th>IP<th>Enabled<tr><td>Web<td>80-90<td>10.0.0.5<td>"
        "<span role=switch aria-checked=false>on</span></table>",
        "different disabled"},
+      {"radio buttons with labels for something else",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Loopback<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<label><input type=radio name=r>Active</label><label><input type=radio name=r checked>"
+       "Inactive</label></table>",
+       "on-router"},
+      {"the same in a column for it",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Status<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<label><input type=radio name=r>Active</label><label><input type=radio name=r checked>"
+       "Inactive</label></table>",
+       "different disabled"},
+      {"the first one is chosen",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Status<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<label><input type=radio name=r checked>Active</label><label><input type=radio name=r>"
+       "Inactive</label></table>",
+       "on-router"},
+      {"radio buttons without a heading or label",
+       "<div class=r><i>Web</i><i>80-90</i><i>10.0.0.5</i><i>TCP</i><b><input type=radio name=a id="
+       "On checked> On <input type=radio name=a id=Disabled> Disabled</b></div>"
+       "<div class=r><i>Mail</i><i>25</i><i>10.0.0.5</i><i>TCP</i><b><input type=radio name=b "
+       "id=On> On <input type=radio name=b id=Disabled checked> Disabled</b></div>",
+       "on-router"},
+      {"radio buttons for the protocol",
+       "<table><tr><th>Name<th>Ports<th>IP<th>Protocol<tr><td>Web<td>80-90<td>10.0.0.5<td>"
+       "<input type=radio name=r checked> TCP <input type=radio name=r> UDP <input type=radio "
+       "name=r> Both</table>",
+       "on-router"},
       {"a picture for off",
        "<table><tr><th>Name<th>Ports<th>IP<th>Status<tr><td>Web<td>80-90<td>10.0.0.5<td>"
        "<img src=/i/off.gif></table>",

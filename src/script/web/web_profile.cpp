@@ -120,7 +120,8 @@ void WebProfile::InstallScripts() {
           Called("installLoadReport", {"load_report.js"}, {beacon_}) +
           Called("installPageAgent",
                  {"agent/elements.js", "agent/finding.js", "agent/keeping.js", "agent/acting.js",
-                  "agent/clicking.js", "agent/choosing.js", "agent/reading.js", "agent/rows.js",
+                  "agent/clicking.js", "agent/choosing.js", "agent/reading.js",
+                  "agent/row_cells.js", "agent/row_tables.js", "agent/rows.js",
                   "agent/complaints.js", "agent/picking.js", "agent/entry.js"},
                  {beacon_, ask, reply}));
   Install(QStringLiteral("watch"), QWebEngineScript::MainWorld,
