@@ -25,10 +25,10 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev iproute2 nftables openssl dbus-daemon
 )
 
-# A router and a network service of the tests; not for a developer's own computer, where they would
-# run as services.
+# A router, a firewall and a network service of the tests; not for a developer's own computer, where
+# they would run as services.
 if [[ -n ${CI:-} ]]; then
-  packages+=(miniupnpd network-manager)
+  packages+=(miniupnpd firewalld network-manager)
 fi
 
 check_only=false

@@ -6,11 +6,13 @@
 #include "script/web/web_engine.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
+#include "ui/network/cache_dialog.h"
 #include "ui/network/firewall_change_dialog.h"
 #include "ui/network/firewall_list_dialog.h"
 #include "ui/main/version.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
+#include "ui/network/repair_plans.h"
 #include "ui/network/second_router_dialog.h"
 #include "ui/network/static_address_dialog.h"
 #include "ui/tools/router_list_dialog.h"
@@ -100,6 +102,17 @@ QDialog* ProgramWindows::OfComputer(QWidget* parent, ComputerWindow window) {
           context_.translator, parent);
     case ComputerWindow::kRemoveExceptions:
       return new FirewallChangeDialog(firewall_, std::nullopt, context_.translator, parent);
+    case ComputerWindow::kClearCache:
+      return new CacheDialog(ClearUrlCache, context_.translator, parent);
+    case ComputerWindow::kRepairBrowser:
+      return new RepairDialog(BrowserRepair(context_.translator,
+                                            {.clear_cache = ClearUrlCache,
+                                             .remove_files = RemoveBrowserFiles,
+                                             .try_new_browser = TryNewBrowser},
+                                            HasRegsvr32()),
+                              context_.translator, parent);
+    case ComputerWindow::kRepairDatabases:
+      return new RepairDialog(DatabaseRepair(context_, HasRegsvr32()), context_.translator, parent);
     case ComputerWindow::kShowExceptions:
       break;
   }

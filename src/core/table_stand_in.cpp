@@ -70,22 +70,6 @@ std::optional<QString> MoveAside(const QString& path) {
   return std::nullopt;
 }
 
-// The new file is complete before the damaged one is moved.
-std::optional<QString> Replace(const QString& path, const QString& shipped,
-                               const UnopenedTable& table) {
-  const QTemporaryDir work(path + QStringLiteral(".XXXXXX"));
-  const QString made = work.filePath(QStringLiteral("made"));
-  if (!work.isValid() || !MakeFile(made, shipped, table)) {
-    return std::nullopt;
-  }
-  auto aside = MoveAside(path);
-  if (aside && !Move(made, path)) {
-    Move(*aside, path);
-    return std::nullopt;
-  }
-  return aside;
-}
-
 TableFile::Opened OpenReplaced(const UnopenedTable& table, const QString& shipped,
                                QStringList& notices) {
   // Two copies of the program must not both replace it.
@@ -96,8 +80,7 @@ TableFile::Opened OpenReplaced(const UnopenedTable& table, const QString& shippe
   if (auto replaced = TableFile::Open(table.folder, table.shape)) {
     return replaced;
   }
-  const auto aside =
-      Replace(table.folder + QLatin1Char('/') + table.shape.file_name, shipped, table);
+  const auto aside = ReplaceTable(table, shipped);
   if (!aside) {
     return std::unexpected(table.error);
   }
@@ -109,6 +92,22 @@ TableFile::Opened OpenReplaced(const UnopenedTable& table, const QString& shippe
 }
 
 }  // namespace
+
+// The new file is complete before the damaged one is moved.
+std::optional<QString> ReplaceTable(const UnopenedTable& table, const QString& source) {
+  const QString path = table.folder + QLatin1Char('/') + table.shape.file_name;
+  const QTemporaryDir work(path + QStringLiteral(".XXXXXX"));
+  const QString made = work.filePath(QStringLiteral("made"));
+  if (!work.isValid() || !MakeFile(made, source, table)) {
+    return std::nullopt;
+  }
+  auto aside = QFileInfo::exists(path) ? MoveAside(path) : std::optional(QString());
+  if (aside && !Move(made, path)) {
+    Move(*aside, path);
+    return std::nullopt;
+  }
+  return aside;
+}
 
 TableFile::Opened OpenStandIn(const UnopenedTable& table, QStringList& notices) {
   const QString description = table.error.description;

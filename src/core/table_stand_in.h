@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 #include "core/table_file.h"
 
 namespace quayline {
@@ -27,5 +29,10 @@ struct UnopenedTable {
 // Adds a sentence for the user to `notices`. Fails only for a file that is missing in both folders:
 // it has been taken away, and is not replaced unasked.
 TableFile::Opened OpenStandIn(const UnopenedTable& table, QStringList& notices);
+
+// Puts a copy of `source`, or, where that is empty, a table without rows in the place of the
+// table's file. The answer is the path under which that is kept, or an empty text if there was
+// none; nothing if it could not be done.
+std::optional<QString> ReplaceTable(const UnopenedTable& table, const QString& source);
 
 }  // namespace quayline

@@ -166,7 +166,8 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
             "Open Ports on Request (UPnP)|Update Databases (Routers  Ports)|"
             "Advanced|Enable Silent Mode (No Popups or Script Errors)|"
             "View Current Scripts For The Selected Router|Enable Program Debug Mode|"
-            "About Debug Mode|Enable Script Throttle|About Script Throttle|Open Firewall Settings|"
+            "About Debug Mode|Enable Script Throttle|About Script Throttle|Clear Webpage Cache|"
+            "Repair the Hosted Browser|Repair the Databases|Open Firewall Settings|"
             "Open Network Connections|Help|View Help|Check For Updates|About");
   Trigger("open_network_action");
   EXPECT_EQ(folder_.desktop.network_settings_opened, 1);

@@ -30,10 +30,12 @@
 #include "ui/main/about_dialog.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
+#include "ui/network/cache_dialog.h"
 #include "ui/network/firewall_change_dialog.h"
 #include "ui/network/firewall_list_dialog.h"
 #include "ui/network/port_checker_window.h"
 #include "ui/network/quick_ports_dialog.h"
+#include "ui/network/repair_plans.h"
 #include "ui/network/second_router_dialog.h"
 #include "ui/network/static_address_dialog.h"
 #include "ui/toolkit/theme.h"
@@ -427,6 +429,25 @@ class Photographer final {
     co_await Sleep(300ms);
     Save(*refused, QStringLiteral("firewall_refused"));
     refused->close();
+    auto* cache = new CacheDialog(
+        []() -> Task<bool> { co_return true; }, translator, nullptr);
+    cache->show();
+    Click(cache, "clear_button");
+    co_await Sleep(50ms);
+    Save(*cache, QStringLiteral("clear_cache"));
+    cache->close();
+    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    auto* repair = new RepairDialog(DatabaseRepair(context, false), translator, nullptr);
+    repair->show();
+    Click(repair, "repair_button");
+    co_await Sleep(500ms);
+    Save(*repair, QStringLiteral("repair_databases"));
+    repair->close();
+    auto* browser = new RepairDialog(BrowserRepair(translator, {}, false), translator, nullptr);
+    browser->show();
+    co_await Sleep(50ms);
+    Save(*browser, QStringLiteral("repair_browser"));
+    browser->close();
     co_await Sleep(10ms);
   }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "async/task.h"
 #include "core/router_session.h"
 #include "core/trusted_certificates.h"
 #include "i18n/translator.h"
@@ -17,6 +18,15 @@ namespace quayline {
 // trusted.
 PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
                              TrustedCertificates* certificates = nullptr);
+
+// Empties the caches of all browsers of the program, in memory and on the disk. Whether it did: a
+// page that is still loading prevents it.
+Task<bool> ClearUrlCache();
+
+// Removes what the engine keeps in the folders of the program. Whether nothing is left.
+bool RemoveBrowserFiles();
+// Whether a browser with a new profile starts, loads a page, and answers.
+Task<bool> TryNewBrowser();
 
 // Whether the pages are shown.
 enum class PagesAre { kSeen, kUnseen };

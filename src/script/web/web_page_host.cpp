@@ -4,19 +4,25 @@
 #include "script/web/web_page_host.h"
 
 #include <QJsonArray>
-#include <QTimer>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineScript>
 
 #include "script/page_operations.h"
 #include "script/status_text.h"
-#include "script/wait_limits.h"
 #include "script/web/page_address.h"
+#include "script/web/url_cache.h"
 #include "script/web/web_engine.h"
 #include "script/web/web_page.h"
 #include "script/web/web_texts.h"
 
 namespace quayline {
+
+static QList<WebPageHost*>& Hosts() {
+  static QList<WebPageHost*> hosts;
+  return hosts;
+}
+
+QList<WebPageHost*> WebPageHost::All() { return Hosts(); }
 
 WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& questions,
                          QObject* parent)
@@ -47,9 +53,11 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
   });
   ConnectLoads();
   ConnectPage();
+  Hosts().append(this);
 }
 
 WebPageHost::~WebPageHost() {
+  Hosts().removeOne(this);
   *alive_ = false;
   calls_.Drop();
   disconnect(page_, nullptr, this, nullptr);
@@ -320,8 +328,12 @@ void WebPageHost::SendKeys(const QString& keys) {
 }
 
 void WebPageHost::ClearCache(std::function<void(bool)> done) {
-  profile_->Engine().clearHttpCache();
-  QTimer::singleShot(WaitLimits().cache_clearing, this, [done = std::move(done)] { done(true); });
+  clearing_.Start(RunClearCache(std::move(done)));
+}
+
+Task<> WebPageHost::RunClearCache(std::function<void(bool)> done) {
+  const bool cleared = co_await ClearCachesOf({profile_});
+  done(cleared);
 }
 
 bool WebPageHost::ShowsUnchanged(const QString& address) const {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 
+#include "async/flow.h"
 #include "core/router_session.h"
 #include "i18n/message.h"
 #include "script/page_host.h"
@@ -31,6 +32,10 @@ class WebPageHost final : public PageHost {
  public:
   WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& questions, QObject* parent);
   ~WebPageHost() override;
+
+  // Those that exist.
+  static QList<WebPageHost*> All();
+  const std::shared_ptr<WebProfile>& Profile() const { return profile_; }
 
   void Navigate2(const QString& url, const QString& target_frame) override;
   void Refresh2() override;
@@ -69,7 +74,10 @@ class WebPageHost final : public PageHost {
   void OnDownloadRefused(const QString& file_name);
   QString Text(const Message& message) const;
 
+  Task<> RunClearCache(std::function<void(bool)> done);
+
   std::shared_ptr<WebProfile> profile_;
+  Flow clearing_;
   PageQuestions& questions_;
   QPointer<WebPage> page_;
   QPointer<WebPage> dead_page_;  // kept, since it may be the one that is calling

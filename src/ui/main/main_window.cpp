@@ -220,6 +220,21 @@ void MainWindow::ConnectComputerWindows() {
     connect(action, &QAction::triggered, this,
             [this, wanted = window] { windows_.OfComputer(this, wanted)->open(); });
   }
+  // A page that loads meanwhile would never arrive, and a job reads the databases.
+  const std::pair<QAction*, ComputerWindow> repairs[] = {
+      {ui_->clear_cache_action, ComputerWindow::kClearCache},
+      {ui_->repair_browser_action, ComputerWindow::kRepairBrowser},
+      {ui_->repair_databases_action, ComputerWindow::kRepairDatabases},
+  };
+  for (const auto& [action, window] : repairs) {
+    connect(action, &QAction::triggered, this, [this, wanted = window] {
+      if (context_.job_flags.is_running) {
+        prompts_.Tell(this, Text(kJobRuns));
+      } else {
+        windows_.OfComputer(this, wanted)->open();
+      }
+    });
+  }
   connect(ui_->open_firewall_action, &QAction::triggered, this, [this] {
     if (context_.firewall == nullptr || !context_.firewall->OpenSettings()) {
       prompts_.Tell(this, Text(message::kNoFirewallProgram));

@@ -11,7 +11,7 @@ namespace quayline {
 
 namespace {
 
-enum class Needs { kMakerSite, kLaterVersion, kOtherSystem };
+enum class Needs { kMakerSite, kLaterVersion };
 
 struct Feature {
   const char* control;
@@ -39,9 +39,6 @@ constexpr Feature kMissing[] = {
     {"subnet_tool_action", Needs::kMakerSite},
     {"common_ports_tool_action", Needs::kMakerSite},
     {"getting_started_action", Needs::kLaterVersion},
-    {"clear_cache_action", Needs::kLaterVersion},
-    {"repair_browser_action", Needs::kOtherSystem},
-    {"repair_databases_action", Needs::kOtherSystem},
 };
 
 // Hides the menus below `menu` that have no visible item; whether `menu` has one.

@@ -11,7 +11,14 @@ class QWidget;
 namespace quayline {
 
 // Windows about this computer rather than the router.
-enum class ComputerWindow { kAddExceptions, kRemoveExceptions, kShowExceptions };
+enum class ComputerWindow {
+  kAddExceptions,
+  kRemoveExceptions,
+  kShowExceptions,
+  kClearCache,
+  kRepairBrowser,
+  kRepairDatabases
+};
 
 // Makes the windows that the main window opens: they are of folders that it does not know. Each
 // dialog is owned by `parent`, and deletes itself when it is closed.

@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/network/repair_plans.h"
+
+#include <QStandardPaths>
+
+#include "core/database_repair.h"
+#include "net/repair_commands.h"
+#include "ui/network/repair_texts.h"
+
+namespace quayline {
+
+namespace {
+
+// Steps that do not wait.
+Task<RepairResult> AtOnce(RepairResult result) { co_return result; }
+
+Task<RepairResult> AsResult(Task<bool> task, QString failure) {
+  const bool is_good = co_await task;
+  co_return RepairResult{.is_good = is_good, .words = is_good ? QString() : failure};
+}
+
+RepairResult ResultOf(const DatabaseState& state, const Translator& translator) {
+  const QString words = translator.Text(state.words);
+  return {.is_good = state.is_good,
+          .words = state.kept_as.isEmpty()
+                       ? words
+                       : translator.Text(message::kDamagedFileKept).arg(words, state.kept_as)};
+}
+
+RepairPlan RegisterPlan(const Translator& translator, const Message& title,
+                        const Message& explanation, const QStringList& commands) {
+  const CommonFolders folders{.of_this_system = qEnvironmentVariable("CommonProgramFiles"),
+                              .of_32_bits = qEnvironmentVariable("CommonProgramFiles(x86)")};
+  QStringList lines;
+  for (const QString& command : commands) {
+    lines.append(WithCommonFolders(command, folders));
+  }
+  return {.title = translator.Text(title),
+          .explanation = translator.Text(explanation),
+          .steps = CommandSteps(lines),
+          .doing = translator.Text(message::kRegistering),
+          .done = translator.Text(message::kRegisteringDone)};
+}
+
+RepairPlan PlanHere(const Translator& translator, const Message& title, const Message& explanation,
+                    const char* other, QList<RepairStep> steps) {
+  return {.title = translator.Text(title),
+          .explanation = translator.Text(explanation),
+          .note = translator.Text(message::kOtherSystem).arg(QLatin1String(other)),
+          .steps = std::move(steps),
+          .doing = translator.Text(message::kRepairing),
+          .done = translator.Text(message::kRepairingDone),
+          .failed = translator.Text(message::kRepairFailed)};
+}
+
+RepairResult Reopen(AppContext& context) {
+  const auto opened = context.databases.Open(context.program_folder, context.shipped_folder);
+  if (opened) {
+    context.databases.KeepGoodCopies();
+  }
+  return {.is_good = opened.has_value(), .words = opened ? QString() : opened.error().description};
+}
+
+RepairResult Rebuild(AppContext& context, const QString& file) {
+  if (!CheckDatabase(context.program_folder, file).is_good) {
+    context.databases.Close();
+  }
+  return ResultOf(RebuildDatabase(context.program_folder, context.shipped_folder, file),
+                  context.translator);
+}
+
+}  // namespace
+
+bool HasRegsvr32() { return !QStandardPaths::findExecutable(QStringLiteral("regsvr32")).isEmpty(); }
+
+RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool has_regsvr32) {
+  if (has_regsvr32) {
+    return RegisterPlan(translator, message::kRegisterBrowserTitle, message::kRegisterBrowser,
+                        BrowserRepairCommands());
+  }
+  QList<RepairStep> steps;
+  steps.append({translator.Text(message::kClearCacheStep),
+                [clear = tools.clear_cache] { return AsResult(clear(), {}); }});
+  steps.append({translator.Text(message::kRemoveProfileStep),
+                [remove = tools.remove_files] { return AtOnce({.is_good = remove()}); }});
+  steps.append(
+      {translator.Text(message::kNewProfileStep),
+       [start = tools.try_new_browser, failure = translator.Text(message::kNewProfileFailed)] {
+         return AsResult(start(), failure);
+       }});
+  return PlanHere(translator, message::kRepairBrowserTitle, message::kRepairBrowserHere,
+                  "Internet Explorer", std::move(steps));
+}
+
+RepairPlan DatabaseRepair(AppContext& context, bool has_regsvr32) {
+  const Translator& translator = context.translator;
+  if (has_regsvr32) {
+    return RegisterPlan(translator, message::kRegisterDatabasesTitle, message::kRegisterDatabases,
+                        DatabaseRepairCommands());
+  }
+  QList<RepairStep> steps;
+  for (const QString& file : DatabaseFiles()) {
+    // What is damaged is no failure yet: the next step repairs it.
+    steps.append({translator.Text(message::kCheckStep).arg(file), [&context, file] {
+                    RepairResult result =
+                        ResultOf(CheckDatabase(context.program_folder, file), context.translator);
+                    result.is_good = true;
+                    return AtOnce(result);
+                  }});
+    steps.append({translator.Text(message::kRebuildStep).arg(file),
+                  [&context, file] { return AtOnce(Rebuild(context, file)); }});
+  }
+  steps.append(
+      {translator.Text(message::kReopenStep), [&context] { return AtOnce(Reopen(context)); }});
+  RepairPlan plan = PlanHere(translator, message::kRepairDatabasesTitle,
+                             message::kRepairDatabasesHere, "MDAC & MS Jet", std::move(steps));
+  plan.closed = [&context] {
+    if (!context.databases.IsOpen()) {
+      Reopen(context);
+    }
+  };
+  return plan;
+}
+
+}  // namespace quayline
