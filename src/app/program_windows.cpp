@@ -60,6 +60,14 @@ void ProgramWindows::OfferTest(JobWindow* window) {
     checker->open();
     checker->Begin();
   });
+  QObject::connect(window, &JobWindow::firewallWanted, window,
+                   [this, window](const QList<FirewallPorts>& ports) {
+                     auto* dialog =
+                         new FirewallChangeDialog(firewall_, ports, context_.translator, window);
+                     QObject::connect(dialog, &FirewallChangeDialog::succeeded, window,
+                                      &JobWindow::NoteFirewallOpened);
+                     dialog->open();
+                   });
 }
 
 QDialog* ProgramWindows::AddEntry(QWidget* parent, std::function<void()> changed) {

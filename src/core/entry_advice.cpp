@@ -14,6 +14,9 @@ constexpr Message kUpdateItNothingArrives{
 constexpr Message kCorrectIt{
     "The rule on your router is not as you want it. Please correct it on your router's page, or "
     "remove it there and press \"Update Router\"."};
+constexpr Message kOpenFirewallFor{
+    "The rule is there, but the firewall of this computer blocks this port. Open it there: Tools, "
+    "Firewall Port Exceptions, Add Current Ports List."};
 constexpr Message kStartIt{
     "The rule is there, but no program listens on this port. Start the program that needs it, and "
     "test again."};
@@ -41,6 +44,9 @@ EntryAdvice AdviceOf(const EntryLook& look) {
   if (look.on_router != EntryState::kOnRouter) {
     return EntryAdvice::kNone;
   }
+  if (look.firewall && look.firewall->works == false) {
+    return EntryAdvice::kOpenFirewall;
+  }
   if (listens == false && is_reached != false) {
     return EntryAdvice::kStartProgram;
   }
@@ -58,6 +64,8 @@ const Message* AdviceText(const EntryLook& look) {
       return look.outside && look.outside->works == false ? &kUpdateItNothingArrives : &kUpdateIt;
     case EntryAdvice::kCorrectRule:
       return &kCorrectIt;
+    case EntryAdvice::kOpenFirewall:
+      return &kOpenFirewallFor;
     case EntryAdvice::kStartProgram:
       return &kStartIt;
     case EntryAdvice::kSecondRouter:

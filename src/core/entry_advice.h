@@ -13,6 +13,7 @@ enum class EntryAdvice {
   kNothing,       // the port is reached from the internet
   kUpdateRouter,  // the rule is not on the router
   kCorrectRule,   // the rule on the router is not as it is wanted; another one would come beside it
+  kOpenFirewall,  // the rule is there, and the firewall of this computer blocks the port
   kStartProgram,  // the rule is there, and no program listens
   kSecondRouter,  // all is right here, and nothing arrives
 };

@@ -50,6 +50,11 @@ QString RouterText(const EntryLook& look, const Translator& translator) {
              : QString();
 }
 
+// A firewall that lets an entry in need not be named.
+std::optional<ReachVerdict> ObstacleOf(const std::optional<ReachVerdict>& firewall) {
+  return firewall && firewall->works != true ? firewall : std::nullopt;
+}
+
 }  // namespace
 
 EntryLook WithResult(EntryLook look, const EntryResult& result,
@@ -88,7 +93,7 @@ QString StateText(EntryState state, const QList<RuleField>& differs, const Trans
 
 QString LookText(const EntryLook& look, const Translator& translator) {
   QStringList others;
-  for (const auto& verdict : {look.listening, look.outside}) {
+  for (const auto& verdict : {look.listening, ObstacleOf(look.firewall), look.outside}) {
     if (verdict) {
       others.append(verdict->words);
     }
@@ -111,6 +116,9 @@ QString LookToolTip(const EntryLook& look, const Translator& translator) {
   }
   if (look.listening) {
     lines.append(translator.Text(kOnThisComputer).arg(look.listening->words));
+  }
+  if (look.firewall && !look.firewall->words.isEmpty()) {
+    lines.append(translator.Text(kOnThisComputer).arg(look.firewall->words));
   }
   if (look.outside) {
     lines.append(translator.Text(kFromOutside).arg(look.outside->words));

@@ -26,6 +26,7 @@ struct EntryLook {
   QString seen;                           // the row of the router's page
   QDateTime looked_at;                    // of the last look at the router
   std::optional<ReachVerdict> listening;  // does a program on this computer listen
+  std::optional<ReachVerdict> firewall;   // does the firewall of this computer let it in
   std::optional<ReachVerdict> outside;    // is the port reached from the internet
 
   bool operator==(const EntryLook&) const = default;

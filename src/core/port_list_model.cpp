@@ -120,6 +120,15 @@ QList<EntryLook> PortListModel::LooksOf(const QList<PortEntry>& entries) const {
   return looks;
 }
 
+QList<SeenEntry> PortListModel::SeenOf(const QList<PortEntry>& entries) const {
+  const QList<EntryLook> looks = LooksOf(entries);
+  QList<SeenEntry> seen;
+  for (qsizetype i = 0; i < entries.size(); ++i) {
+    seen.append({entries[i], looks[i]});
+  }
+  return seen;
+}
+
 void PortListModel::NoteLooks(const QList<SeenEntry>& seen) {
   qsizetype row = -1;
   for (const SeenEntry& one : seen) {

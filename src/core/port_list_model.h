@@ -47,6 +47,8 @@ class PortListModel final : public QAbstractTableModel {
   // What was last seen of each of `entries`; an empty look for those that the list does not have.
   // Fast where they are in the order of the list.
   QList<EntryLook> LooksOf(const QList<PortEntry>& entries) const;
+  // The entries with what LooksOf() knows of them.
+  QList<SeenEntry> SeenOf(const QList<PortEntry>& entries) const;
   // For the rows that still have these entries; others are ignored.
   void NoteLooks(const QList<SeenEntry>& seen);
   // What was seen belongs to another router.

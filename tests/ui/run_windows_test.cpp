@@ -9,6 +9,7 @@
 #include <QTreeView>
 #include <qtestspontaneevent.h>
 
+#include "platform/fake_firewall.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
 #include "window_fixture.h"
@@ -284,6 +285,39 @@ TEST_F(RunWindowTest, WhatElseIsKnownOfTheEntriesIsShownOnceItIsKnown) {
   EXPECT_FALSE(view->isColumnHidden(EntryStates::kListening));
   EXPECT_TRUE(view->isColumnHidden(EntryStates::kOutside));
   EXPECT_EQ(view->model()->index(1, EntryStates::kListening).data(), u"sshd listens"_s);
+}
+
+TEST_F(RunWindowTest, PortsOfThisComputerThatTheFirewallBlocksAreOffered) {
+  FakeFirewall firewall;
+  firewall.view.open_tcp.Fill(5, 5);
+  context_->firewall = &firewall;
+  folder_.adapters.address_table = {u"1.1.1.5"_s};
+  OpenJob();
+  auto* job = qobject_cast<JobWindow*>(window_);
+  QList<FirewallPorts> wanted;
+  QObject::connect(job, &JobWindow::firewallWanted, job,
+                   [&](const QList<FirewallPorts>& ports) { wanted = ports; });
+  ASSERT_TRUE(RunUntil([this] { return Find("firewall_button")->isVisible(); }));
+  ExpectWindowRules();
+  const auto* states = Find<QTreeView>("entries_view")->model();
+  const auto known = [states](int row) {
+    return states->index(row, EntryStates::kListening).data().toString();
+  };
+  EXPECT_EQ(known(0), QString()) << "what passes needs no words";
+  EXPECT_EQ(known(1), u"the firewall (ufw) blocks it"_s);
+  Click("firewall_button");
+  EXPECT_EQ(wanted, (QList<FirewallPorts>{{6, 6, kTcpNumber}}));
+  job->NoteFirewallOpened();
+  EXPECT_FALSE(Find("firewall_button")->isVisible());
+  EXPECT_EQ(known(1), QString());
+
+  folder_.adapters.address_table = {u"1.1.1.6"_s};
+  OpenJob();
+  const int looks = firewall.looks;
+  EXPECT_TRUE(RunUntil([&] { return firewall.looks > looks; }));
+  EXPECT_FALSE(RunUntil([this] { return Find("firewall_button")->isVisible(); },
+                        std::chrono::milliseconds(50)))
+      << "the entries are another computer's";
 }
 
 TEST_F(RunWindowTest, TheReportHasEveryStepAndNeitherPasswordNorOutsideAddress) {

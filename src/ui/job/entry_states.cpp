@@ -180,8 +180,17 @@ QString EntryStates::CellText(int row, int column) const {
 
 QString EntryStates::ReachText(int row, Column column) const {
   const EntryLook look = looks_.value(row);
-  const std::optional<ReachVerdict>& verdict = column == kListening ? look.listening : look.outside;
-  return verdict ? verdict->words : QString();
+  if (column == kOutside) {
+    return look.outside ? look.outside->words : QString();
+  }
+  QStringList words;
+  if (look.listening) {
+    words.append(look.listening->words);
+  }
+  if (look.firewall && look.firewall->works != true) {
+    words.append(look.firewall->words);
+  }
+  return words.join(QStringLiteral(", "));
 }
 
 QVariant EntryStates::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -97,6 +97,8 @@ void JobWindow::ConnectButtons() {
   connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
   connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
   connect(ui_->test_button, &QPushButton::clicked, this, &JobWindow::testWanted);
+  connect(ui_->firewall_button, &QPushButton::clicked, this,
+          [this] { Q_EMIT firewallWanted(blocked_); });
   connect(ui_->take_back_button, &QPushButton::clicked, this, &JobWindow::AskToTakeBack);
   connect(ui_->report_button, &QPushButton::clicked, this, &JobWindow::SaveReport);
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
@@ -107,7 +109,10 @@ QString JobWindow::Title() const {
 }
 
 // The job is destroyed first: its browsers use this window's widgets.
-JobWindow::~JobWindow() { runner_.reset(); }
+JobWindow::~JobWindow() {
+  firewall_look_.Cancel();
+  runner_.reset();
+}
 
 void JobWindow::ShowBegun() {
   entry_states_.Begin(runner_->Outcome().kind, runner_->Rows());
@@ -220,6 +225,9 @@ void JobWindow::ShowEnd() {
   ui_->report_button->show();
   setWindowTitle(Title());
   NotifyOfEnd();
+  if (context_.firewall != nullptr && outcome.kind != JobKind::kTakeBack) {
+    firewall_look_.Start(LookAtFirewall());
+  }
 }
 
 void JobWindow::ShowOutcome() {
@@ -227,6 +235,23 @@ void JobWindow::ShowOutcome() {
                                            context_.job_options.verify_after_update, entry_states_,
                                            context_.translator));
 }
+
+Task<> JobWindow::LookAtFirewall() {
+  const FirewallAnswer answer = co_await context_.firewall->Look(Firewall::Asking::kNever);
+  ShowFirewall(answer);
+}
+
+void JobWindow::ShowFirewall(const FirewallAnswer& answer) {
+  const FirewallLooks looks =
+      FirewallLooksOf(context_.port_list.SeenOf(entry_states_.Entries()),
+                      context_.adapters.AddressTable(), answer, context_.translator);
+  context_.port_list.NoteLooks(looks.seen);
+  ShowLooks();
+  blocked_ = looks.blocked;
+  ui_->firewall_button->setVisible(!blocked_.isEmpty());
+}
+
+void JobWindow::NoteFirewallOpened() { ShowFirewall(FirewallView()); }
 
 // An entry that was entered and not looked at afterwards may have changed on the router.
 void JobWindow::NoteLooks() {
@@ -319,10 +344,12 @@ void JobWindow::TryAgain() {
 }
 
 void JobWindow::OpenAgain() {
-  for (QWidget* button : std::initializer_list<QWidget*>{ui_->again_button, ui_->take_back_button,
-                                                         ui_->test_button, ui_->report_button}) {
+  for (QWidget* button :
+       std::initializer_list<QWidget*>{ui_->again_button, ui_->take_back_button, ui_->test_button,
+                                       ui_->firewall_button, ui_->report_button}) {
     button->hide();
   }
+  firewall_look_.Cancel();
   ui_->stop_button->setEnabled(true);
   runner_->Open();
   display_->ShowOpened();

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+#include "async/flow.h"
+#include "core/entry_firewall.h"
 #include "script/job_runner.h"
 #include "ui/job/entry_states.h"
 #include "ui/job/job_report.h"
@@ -35,11 +37,16 @@ class JobWindow final : public QWidget {
             JobKind kind = JobKind::kUpdate);
   ~JobWindow() override;
 
+  // The firewall lets in what firewallWanted() asked for.
+  void NoteFirewallOpened();
+
  Q_SIGNALS:
   // The user is to remove rules by hand.
   void routerPageWanted();
   // The ports are to be tested from the internet.
   void testWanted();
+  // These ports of the job are to be let in by the firewall of this computer.
+  void firewallWanted(const QList<quayline::FirewallPorts>& ports);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -66,6 +73,9 @@ class JobWindow final : public QWidget {
   // Shows what else the port list knows of the entries.
   void ShowLooks();
   void NotifyOfEnd();
+  // Whether the firewall lets in the entries that lead to this computer, without asking the user.
+  Task<> LookAtFirewall();
+  void ShowFirewall(const FirewallAnswer& answer);
   bool IsInFront() const;
   void SaveReport();
   QString Report() const;
@@ -98,6 +108,8 @@ class JobWindow final : public QWidget {
   QTimer start_timer_;
   int row_ = 0;  // that is being entered, from 1
   int rows_ = 0;
+  QList<FirewallPorts> blocked_;  // by the firewall, of entries of the job
+  Flow firewall_look_;
   QList<Login> logins_;  // that the job may have used; they are kept out of the report
 };
 

@@ -3,6 +3,7 @@
 
 #include "ui/network/firewall_change_dialog.h"
 
+#include "core/entry_firewall.h"
 #include "ui/network/firewall_texts.h"
 #include "ui/network/firewall_words.h"
 #include "ui_firewall_change_dialog.h"
@@ -70,6 +71,7 @@ void FirewallChangeDialog::ShowEnd(const FirewallChangeEnd& end) {
   if (!end.error) {
     ui_->progress_bar->setMaximum(1);
     ui_->progress_bar->setValue(1);
+    Q_EMIT succeeded();
   }
 }
 

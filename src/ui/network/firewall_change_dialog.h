@@ -29,6 +29,10 @@ class FirewallChangeDialog final : public QDialog {
                        const Translator& translator, QWidget* parent);
   ~FirewallChangeDialog() override;
 
+ Q_SIGNALS:
+  // Everything was done.
+  void succeeded();
+
  private:
   void Begin();
   void ShowProgress(qint64 port, qint64 ports, const QString& rule_name);

@@ -5,6 +5,7 @@
 
 #include <QStandardItemModel>
 
+#include "core/entry_firewall.h"
 #include "ui/network/firewall_texts.h"
 #include "ui/network/firewall_words.h"
 #include "ui/toolkit/theme.h"

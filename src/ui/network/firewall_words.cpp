@@ -3,23 +3,10 @@
 
 #include "ui/network/firewall_words.h"
 
+#include "core/entry_firewall.h"
 #include "ui/network/firewall_texts.h"
 
 namespace quayline {
-
-QString FirewallName(FirewallKind kind) {
-  switch (kind) {
-    case FirewallKind::kFirewalld:
-      return QStringLiteral("firewalld");
-    case FirewallKind::kUfw:
-      return QStringLiteral("ufw");
-    case FirewallKind::kNftables:
-      return QStringLiteral("nftables");
-    case FirewallKind::kNone:
-      break;
-  }
-  return {};
-}
 
 QString FirewallErrorText(const FirewallError& error, bool is_look, const Translator& translator) {
   const QString name = FirewallName(error.kind);

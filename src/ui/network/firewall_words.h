@@ -7,8 +7,6 @@
 
 namespace quayline {
 
-// "firewalld", "ufw", "nftables"; empty for none.
-QString FirewallName(FirewallKind kind);
 // Why a firewall could not be changed, or, with `is_look`, could not be read. A sentence.
 QString FirewallErrorText(const FirewallError& error, bool is_look, const Translator& translator);
 

@@ -10,6 +10,7 @@
 #include <QTextBlock>
 
 #include "core/entry_advice.h"
+#include "core/entry_firewall.h"
 #include "core/program_entries.h"
 #include "ui/network/hosted_test_page.h"
 #include "ui/network/port_checker_texts.h"
@@ -94,7 +95,7 @@ void PortCheckerWindow::ConnectCheck() {
   connect(check_.get(), &PortCheck::ended, this, [this] {
     ui_->working_label->setText(Text(message::kCheckDone));
     SetWorking(false);
-    Advise();
+    firewall_look_.Start(LookAtFirewall());
   });
   connect(page_, &HostedTestPage::statusChanged, this, [this](const QString& text) {
     if (!text.isEmpty() && text != last_status_) {
@@ -252,8 +253,24 @@ ReachVerdict PortCheckerWindow::VerdictOf(const PortEntry& entry, const PortTest
           .words = Text(words).arg(protocol + QLatin1Char(' ') + test.port)};
 }
 
+Task<> PortCheckerWindow::LookAtFirewall() {
+  if (context_.firewall != nullptr) {
+    const FirewallAnswer answer = co_await context_.firewall->Look(Firewall::Asking::kNever);
+    context_.port_list.NoteLooks(
+        FirewallLooksOf(context_.port_list.SeenOf(context_.port_list.Entries()),
+                        context_.adapters.AddressTable(), answer, context_.translator)
+            .seen);
+  }
+  Advise();
+}
+
 void PortCheckerWindow::Advise() {
   for (const EntryLook& look : context_.port_list.LooksOf(context_.port_list.Entries())) {
+    const bool is_shut = look.outside && look.outside->works == false;
+    if (is_shut && AdviceOf(look) == EntryAdvice::kOpenFirewall) {
+      prompts_.TellTitled(this, windowTitle(), Text(*AdviceText(look)));
+      return;
+    }
     if (AdviceOf(look) == EntryAdvice::kSecondRouter) {
       prompts_.Ask(this, windowTitle(), Text(*AdviceText(look)), [this](bool yes) {
         if (yes) {
@@ -305,6 +322,7 @@ QString PortCheckerWindow::ResultOf(const PortTest& test) const {
 void PortCheckerWindow::done(int result) {
   check_->disconnect(this);
   check_.reset();
+  firewall_look_.Cancel();
   QDialog::done(result);
 }
 

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "async/flow.h"
 #include "core/app_context.h"
 #include "net/port_check.h"
 #include "script/page_host.h"
@@ -58,6 +59,9 @@ class PortCheckerWindow final : public QDialog {
   ReachVerdict VerdictOf(const PortEntry& entry, const PortTest& test) const;
   // Offers what the results ask for.
   void Advise();
+  // Notes what the firewall of this computer lets in, where it shows that without a password, and
+  // advises.
+  Task<> LookAtFirewall();
   // Adds a line to a log and shows its beginning.
   static void AddLine(QPlainTextEdit& log, const QString& line);
   QString StatusOf(const PortTest& test) const;
@@ -72,6 +76,7 @@ class PortCheckerWindow final : public QDialog {
   HostedTestPage* page_;
   std::unique_ptr<PortCheck> check_;
   QString tested_address_;  // of this computer
+  Flow firewall_look_;
   QString last_status_;
 };
 
