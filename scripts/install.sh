@@ -12,7 +12,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 prefix=$(realpath -m -- "${1:-$HOME/.local}")
 
 scripts/build.sh release quayline quayline-cli quayline-dbtool quayline-reader quayline-mapper \
-  quayline-firewall-helper quayline_databases
+  quayline-firewall-helper quayline-demo-router quayline_databases
 cmake --install build/release --prefix "$prefix"
 
 # A desktop seldom searches a home folder for programs: the desktop file names the path.

@@ -136,17 +136,19 @@ void ComeForward(QWidget& window, MainWindow& main, const QString& list_file) {
   }
 }
 
-QString BesideAnother() {
-  return QStringLiteral(
-      "Another Quayline is running and does not answer, so this one has started beside it. If both "
-      "change your list of ports, you will be asked which one to keep.");
-}
+constexpr Message kBesideAnother{
+    "Another Quayline is running and does not answer, so this one has started beside it. If both "
+    "change your list of ports, you will be asked which one to keep."};
+constexpr Message kLookAtRouter{"To see what the router has now, press \"Check Router\"."};
+constexpr Message kRunsAlready{"Quayline is running already: press \"Update Router\" there."};
+constexpr Message kStartedAsRoot{
+    "You have started Quayline as the administrator (root), which it does not need: the pages of "
+    "your router then run without the browser's sandbox, so please start it as an ordinary user."};
 
-QStringList CutOffNotices(const JobJournals& journals) {
+QStringList CutOffNotices(const JobJournals& journals, const Translator& texts) {
   QStringList notices;
   for (const CutOffJob& job : journals.TakeCutOff()) {
-    notices.append(CutOffNotice(job, QStringLiteral("To see what the router has now, press "
-                                                    "\"Check Router\".")));
+    notices.append(CutOffNotice(job, texts.Text(kLookAtRouter), texts));
   }
   return notices;
 }
@@ -167,7 +169,8 @@ void EndOnSignals(StopSignals& signals, MainFrame& main_window, JobFlags& flags)
 }
 
 // The browser's sandbox cannot be used by root. Without a desktop nobody would close the box.
-void WarnOfRoot(Prompts& prompts, MainWindow& main, const std::function<void()>& go_on) {
+void WarnOfRoot(Prompts& prompts, const Translator& texts, MainWindow& main,
+                const std::function<void()>& go_on) {
   const QString platform = QGuiApplication::platformName();
   const bool is_desktop =
       platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland"));
@@ -175,11 +178,7 @@ void WarnOfRoot(Prompts& prompts, MainWindow& main, const std::function<void()>&
     go_on();
     return;
   }
-  prompts.Tell(&main,
-               QStringLiteral("You have started Quayline as the administrator (root), which it "
-                              "does not need: the pages of your router then run without the "
-                              "browser's sandbox, so please start it as an ordinary user."),
-               go_on);
+  prompts.Tell(&main, texts.Text(kStartedAsRoot), go_on);
 }
 
 // The user's own language files come before those that came with the program.
@@ -203,8 +202,7 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   SingleInstance instance(*folder);
   InstanceState state = instance.TryAcquire();
   if (state == InstanceState::kRunning && options.run_update) {
-    return ShowFailure(
-        QStringLiteral("Quayline is running already: press \"Update Router\" there."));
+    return ShowFailure(QString::fromUtf8(kRunsAlready.english));
   }
   if (state == InstanceState::kRunning) {
     if (instance.HandOver(options.list_file)) {
@@ -247,15 +245,15 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   QObject::connect(&main, &MainWindow::ready, &main, [&, state] {
     QStringList notices;
     if (state != InstanceState::kAcquired) {
-      notices.append(BesideAnother());
+      notices.append(context.translator.Text(kBesideAnother));
     }
-    notices += CutOffNotices(context.journals);
+    notices += CutOffNotices(context.journals, context.translator);
     if (!notices.isEmpty()) {
       prompts.Notify(&main, notices.join(QStringLiteral("\n\n")));
     }
     instance.Listen();
     windows.SearchSecondRouter();
-    WarnOfRoot(prompts, main, [&main, &options] { BeginWith(main, options); });
+    WarnOfRoot(prompts, context.translator, main, [&main, &options] { BeginWith(main, options); });
   });
   if (options.run_update) {
     main_window.show();

@@ -30,8 +30,6 @@ class ProgramWindows final : public WindowFactory {
 
   // Looks for a second router in the background, without a window.
   void SearchSecondRouter() { quiet_search_.Start(); }
-  // Whether that search has found one.
-  bool HasSecondRouter() const { return has_second_router_; }
 
   QWidget* Job() override;
   QWidget* RouterCheck() override;
@@ -49,6 +47,7 @@ class ProgramWindows final : public WindowFactory {
   QDialog* ProgramUpdate(QWidget* parent, std::function<void()> exit) override;
   void CheckForUpdate(QWidget* parent, std::function<void()> exit) override;
   QDialog* DatabaseUpdate(QWidget* parent, std::function<void()> updated) override;
+  bool HasSecondRouter() const override { return has_second_router_; }
 
  private:
   PageHostFactory Hosts() const;

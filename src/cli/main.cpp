@@ -65,8 +65,10 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
   context.listeners = &listeners;
   for (const quayline::CutOffJob& job : context.journals.TakeCutOff()) {
     quayline::ReportLines(QStringLiteral("quayline-cli: ") +
-                          CutOffNotice(job, QStringLiteral("To see what the router has now, run "
-                                                           "\"quayline-cli check\".")));
+                          CutOffNotice(job,
+                                       QStringLiteral("To see what the router has now, run "
+                                                      "\"quayline-cli check\"."),
+                                       context.translator));
   }
   const auto lock = context.router_locks.TryTake(quayline::RouterKey(context.session));
   if (lock == nullptr && arguments.no_wait) {

@@ -21,6 +21,17 @@ namespace quayline {
 
 namespace {
 
+constexpr Message kRemovalCutOff{"The removal of rules from \"%1\" that began on %2 was cut off.",
+                                 "%1 is a router, %2 date and time"};
+constexpr Message kUpdateCutOff{"The update of \"%1\" that began on %2 was cut off.",
+                                "%1 is a router, %2 date and time"};
+constexpr Message kEntriesThere{"On the router: %1.", "%1 are names of entries"};
+constexpr Message kEntriesRemoved{"Removed, but not looked for afterwards: %1."};
+constexpr Message kEntriesEntered{"Entered, but not seen there afterwards: %1."};
+constexpr Message kEntriesFailed{"Failed: %1."};
+constexpr Message kEntriesUncertain{"Not certain: %1."};
+constexpr Message kEntriesWaiting{"Not begun: %1."};
+
 constexpr qint64 kMostBytes = qint64{4} << 20;
 constexpr qsizetype kMostRows = 1000;
 constexpr qsizetype kLongestRow = 500;
@@ -293,25 +304,20 @@ std::optional<CutOffJob> ReadCutOffJob(const QByteArray& journal) {
   return job;
 }
 
-QString CutOffNotice(const CutOffJob& job, const QString& advice) {
-  const QString what = job.takes_back
-                           ? QStringLiteral(
-                                 "The removal of rules from \"%1\" that began on %2 was "
-                                 "cut off.")
-                           : QStringLiteral("The update of \"%1\" that began on %2 was cut off.");
+QString CutOffNotice(const CutOffJob& job, const QString& advice, const Translator& texts) {
   QString text =
-      what.arg(OnOneLine(job.router), job.begun.toString(QStringLiteral("yyyy-MM-dd 'at' HH:mm")));
-  const std::pair<QString, const QStringList&> parts[] = {
-      {QStringLiteral("On the router: %1."), job.on_router},
-      {job.takes_back ? QStringLiteral("Removed, but not looked for afterwards: %1.")
-                      : QStringLiteral("Entered, but not seen there afterwards: %1."),
-       job.entered},
-      {QStringLiteral("Failed: %1."), job.failed},
-      {QStringLiteral("Not certain: %1."), job.uncertain},
-      {QStringLiteral("Not begun: %1."), job.waiting}};
+      texts.Text(job.takes_back ? kRemovalCutOff : kUpdateCutOff)
+          .arg(OnOneLine(job.router), job.begun.toString(QStringLiteral("yyyy-MM-dd, HH:mm")));
+  const std::pair<const Message&, const QStringList&> parts[] = {
+      {kEntriesThere, job.on_router},
+      {job.takes_back ? kEntriesRemoved : kEntriesEntered, job.entered},
+      {kEntriesFailed, job.failed},
+      {kEntriesUncertain, job.uncertain},
+      {kEntriesWaiting, job.waiting}};
   for (const auto& [sentence, names] : parts) {
     if (!names.isEmpty()) {
-      text += QLatin1Char('\n') + sentence.arg(OnOneLine(names.join(QStringLiteral(", "))));
+      text +=
+          QLatin1Char('\n') + texts.Text(sentence).arg(OnOneLine(names.join(QStringLiteral(", "))));
     }
   }
   return text + QLatin1Char('\n') + advice;

@@ -14,6 +14,7 @@
 #include "core/entry_result.h"
 #include "core/page_rows.h"
 #include "core/port_entry.h"
+#include "i18n/translator.h"
 
 namespace quayline {
 
@@ -113,6 +114,6 @@ class JobJournals final {
 std::optional<CutOffJob> ReadCutOffJob(const QByteArray& journal);
 
 // A text for the user: one sentence a line. `advice` is how to find out more.
-QString CutOffNotice(const CutOffJob& job, const QString& advice);
+QString CutOffNotice(const CutOffJob& job, const QString& advice, const Translator& texts);
 
 }  // namespace quayline

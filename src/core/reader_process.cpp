@@ -18,19 +18,11 @@ namespace {
 
 constexpr int kMaxErrorLetters = 200;
 
-// In the build tree beside the program, in an installation among the programs that no user starts
-// by hand.
-QString PathOf(const QString& program) {
-  const QString folder = QCoreApplication::applicationDirPath();
-  const QString installed = folder + QStringLiteral("/../libexec/quayline/") + program;
-  return QFileInfo(installed).isExecutable() ? installed : folder + QLatin1Char('/') + program;
-}
-
 // One run of the reader. Ends it when it is destroyed.
 class ReaderRun final {
  public:
   explicit ReaderRun(const ReaderRequest& request)
-      : program_(PathOf(request.program)),
+      : program_(HelperPath(request.program)),
         max_output_(request.max_output),
         deadline_(request.time_limit) {
     process_.setStandardErrorFile(QProcess::nullDevice());
@@ -86,6 +78,12 @@ class ReaderRun final {
 };
 
 }  // namespace
+
+QString HelperPath(const QString& program) {
+  const QString folder = QCoreApplication::applicationDirPath();
+  const QString installed = folder + QStringLiteral("/../libexec/quayline/") + program;
+  return QFileInfo(installed).isExecutable() ? installed : folder + QLatin1Char('/') + program;
+}
 
 ReaderResult RunReader(const ReaderRequest& request) {
   ReaderRun run(request);

@@ -13,8 +13,8 @@
 
 namespace quayline {
 
-// A request to quayline-reader, the program that parses foreign files in a process of its own, or to
-// another program that came with this one.
+// A request to quayline-reader, the program that parses foreign files in a process of its own, or
+// to another program that came with this one.
 struct ReaderRequest {
   QStringList arguments;  // a verb and its arguments
   QByteArray input;       // its standard input
@@ -30,6 +30,10 @@ struct ReaderError {
 };
 
 // The reader's output. A reader that crashes, hangs or sends too much is ended, and is an error.
+// Where a program that came with this one is: in the build tree beside it, in an installation among
+// the programs that no user starts by hand.
+QString HelperPath(const QString& program);
+
 using ReaderResult = std::expected<QByteArray, ReaderError>;
 
 // Waits for the reader, without an event loop.

@@ -47,6 +47,9 @@ void SessionStore::Read(RouterSession& session) {
 }
 
 void SessionStore::Write(const RouterSession& session) {
+  if (is_paused_) {
+    return;
+  }
   const struct {
     const Setting& setting;
     const QString& old_value;

@@ -20,6 +20,8 @@ class SessionStore final {
 
   // Fills address, login and the router's name from the last run.
   void Read(RouterSession& session);
+  // While it is paused, Write() stores nothing: the session is not that of the user's router.
+  void SetPaused(bool paused) { is_paused_ = paused; }
   // To be called after each change by the user.
   void Write(const RouterSession& session);
   // The login that choosing the router `record` brings: the user's own one if he ever typed one for
@@ -31,6 +33,7 @@ class SessionStore final {
   void AddTypedLogin(QList<IniValue>& values, const RouterSession& session) const;
 
   Settings& settings_;
+  bool is_paused_ = false;
   RouterSession stored_;  // as the settings have it
 };
 

@@ -90,7 +90,7 @@ TEST_F(JournalTest, AJobThatWasCutOffIsReportedOnceWithWhatIsCertain) {
   const auto running = journals_.Begin(Plan());
   const QList<CutOffJob> jobs = journals_.TakeCutOff();
   ASSERT_EQ(jobs.size(), 1) << "the one that runs is not cut off";
-  EXPECT_EQ(CutOffNotice(jobs.first(), u"Look."_s).section(u'\n', 1),
+  EXPECT_EQ(CutOffNotice(jobs.first(), u"Look."_s, Translator(QString())).section(u'\n', 1),
             u"On the router: A.\nEntered, but not seen there afterwards: B.\nFailed: C.\n"
             "Not certain: D.\nNot begun: E.\nLook."_s);
   EXPECT_TRUE(journals_.TakeCutOff().isEmpty()) << "once";

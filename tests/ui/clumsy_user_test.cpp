@@ -159,7 +159,7 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   Start();
   EXPECT_EQ(VisibleItems(Find<QMenuBar>("menu_bar")->actions()).join(u'|').toStdString(),
             "File|Add Port/s|Remove Selected Port/s|Undo|Redo|Open List|Save List|Exit Program|"
-            "Tools|Check Router|Detect if you are behind multiple routers|"
+            "Tools|Getting Started|Check Router|Detect if you are behind multiple routers|"
             "Set your computer's IP to static|"
             "Firewall Port Exceptions|Add Current Ports List|Remove All Ports Added By QYL|"
             "View Current Port Exceptions|Test Your Port Forwarding|"
@@ -179,7 +179,7 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   }
   Trigger("help_action");
   EXPECT_THAT(Find("help_view")->property("plainText").toString().toStdString(),
-              HasSubstr("Choose your router"));
+              HasSubstr("Your first update"));
   EXPECT_TRUE(folder_.desktop.opened.isEmpty());
 }
 

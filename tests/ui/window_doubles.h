@@ -316,6 +316,7 @@ class FakeWindows final : public WindowFactory {
   FakeWindows(AppContext& app, Prompts& boxes) : entries_(app, boxes) {}
 
   QList<QPointer<QWidget>> jobs;
+  bool has_second_router = false;
   int checks = 0;            // how many of them only look
   QPointer<QDialog> dialog;  // the last one that was opened
   QList<ComputerWindow> of_computer;
@@ -363,6 +364,7 @@ class FakeWindows final : public WindowFactory {
     databases_updated = std::move(updated);
     return MakeDialog(parent);
   }
+  bool HasSecondRouter() const override { return has_second_router; }
   QDialog* Scripts(QWidget* parent, std::function<void()> written) override {
     scripts_written = std::move(written);
     return MakeDialog(parent);

@@ -46,7 +46,7 @@ void MainMenus::ConnectOptions() {
 
 void MainMenus::ConnectHelp() {
   connect(ui_.help_action, &QAction::triggered, this,
-          [this] { (new HelpDialog(window_))->open(); });
+          [this] { ShowHelp(QStringLiteral("index")); });
   connect(ui_.about_action, &QAction::triggered, this,
           [this] { (new AboutDialog(window_))->open(); });
 }
@@ -90,6 +90,10 @@ void MainMenus::OpenPage(const QUrl& page) {
     prompts_.Tell(window_, context_.translator.Text(message::kNoBrowser) + QLatin1Char('\n') +
                                page.toString());
   }
+}
+
+void MainMenus::ShowHelp(const QString& page) {
+  (new HelpDialog(context_.translator, page, window_))->open();
 }
 
 void MainMenus::Explain(std::initializer_list<Message> texts) {

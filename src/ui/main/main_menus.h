@@ -27,6 +27,8 @@ class MainMenus final : public QObject {
   // The checks of the menu Advanced, of the job options.
   void ShowOptions();
   void OpenPage(const QUrl& page);
+  // A page of the program's own help: "index", "closed-port".
+  void ShowHelp(const QString& page);
   // Shows `texts`, a paragraph each.
   void Explain(std::initializer_list<Message> texts);
 

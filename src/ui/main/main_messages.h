@@ -58,6 +58,17 @@ inline constexpr Message kNoFirewallProgram{
     "This computer has no program with windows for its firewall. The menu \"Firewall Port "
     "Exceptions\" shows and changes the ports that it lets in."};
 
+inline constexpr Message kPracticeOffer{
+    "A practice router runs inside this computer. You can do all the steps with it, and nothing of "
+    "yours changes."};
+inline constexpr Message kPracticeRuns{
+    "The practice router runs at %1, and its login is filled in. Choose a port in step 4, and "
+    "update "
+    "the router in step 5."};
+inline constexpr Message kNoPractice{
+    "The practice router cannot be started. It may be missing in this installation."};
+inline constexpr Message kStepBegun{"Done", "read to blind users beside a step with a tick"};
+
 inline constexpr Message kEmptyList{"No ports yet"};
 inline constexpr Message kEmptyListHint{
     "Each entry is a port that your router shall open. Press \"Add New Port To Forward\" to "

@@ -43,6 +43,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
       login_panel_(new LoginPanel(context.session, this)),
       list_panel_(new PortListPanel(context, prompts, windows, this)),
       detector_(new RouterDetector(context, routers_, prompts, this)),
+      first_steps_(new FirstSteps(context, routers_, selection_, windows, prompts, this)),
       start_up_(context, list_panel_->Commands(), routers_, selection_) {
   setWindowFlags(Qt::Widget);  // the frame is that of the window around it
   ui_->setupUi(this);
@@ -59,6 +60,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
   ConnectListMenu();
   ConnectUpdates();
   ConnectStartUp();
+  ConnectGuide();
   SetTimers();
 }
 
@@ -71,6 +73,7 @@ std::expected<void, QString> MainWindow::Load() {
   menus_->ShowOptions();
   start_timer_.start(250ms);
   local_ip_timer_.start(500ms);
+  first_steps_->ShowAtStart();
   return {};
 }
 
@@ -134,6 +137,7 @@ void MainWindow::Unload() {
   reload_timer_.stop();
   local_ip_timer_.stop();
   start_up_.Cancel();
+  first_steps_->Finish();
   detector_->Cancel();
   list_panel_->Flush();
   context_.settings.StorePending();
@@ -338,6 +342,21 @@ void MainWindow::ConnectStartUp() {
     OfferDesktopLanguage();
     Q_EMIT ready();
   });
+}
+
+void MainWindow::ConnectGuide() {
+  auto* choose_router = new QAction(this);
+  connect(choose_router, &QAction::triggered, router_panel_, &RouterPanel::routerListWanted);
+  first_steps_->SetActions({.update_list = ui_->update_databases_action,
+                            .choose_router = choose_router,
+                            .static_ip = ui_->static_ip_action,
+                            .choose_ports = ui_->add_ports_action,
+                            .update_router = ui_->update_action,
+                            .firewall = ui_->add_exceptions_action,
+                            .test_ports = ui_->test_ports_action});
+  connect(ui_->getting_started_action, &QAction::triggered, first_steps_, &FirstSteps::Show);
+  connect(first_steps_, &FirstSteps::helpWanted, menus_, &MainMenus::ShowHelp);
+  connect(first_steps_, &FirstSteps::sessionChanged, this, &MainWindow::ShowSession);
 }
 
 void MainWindow::SetTimers() {

@@ -11,6 +11,7 @@
 
 #include "core/app_context.h"
 #include "core/update_command.h"
+#include "ui/main/first_steps.h"
 #include "ui/main/login_panel.h"
 #include "ui/main/main_menus.h"
 #include "ui/main/port_list_panel.h"
@@ -76,6 +77,7 @@ class MainWindow final : public QMainWindow {
   void ConnectListMenu();
   void ConnectUpdates();
   void ConnectStartUp();
+  void ConnectGuide();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
   // At the first start: asks whether the program shall use the desktop's language.
@@ -111,6 +113,7 @@ class MainWindow final : public QMainWindow {
   PortListPanel* list_panel_;
   MainMenus* menus_ = nullptr;
   RouterDetector* detector_;
+  FirstSteps* first_steps_;
   StartUp start_up_;
   QTimer start_timer_;   // the slow half of the start
   QTimer reload_timer_;  // the same, after the databases were updated

@@ -38,7 +38,6 @@ constexpr Feature kMissing[] = {
     {"trace_tool_action", Needs::kMakerSite},
     {"subnet_tool_action", Needs::kMakerSite},
     {"common_ports_tool_action", Needs::kMakerSite},
-    {"getting_started_action", Needs::kLaterVersion},
 };
 
 // Hides the menus below `menu` that have no visible item; whether `menu` has one.

@@ -48,6 +48,8 @@ class WindowFactory {
   virtual QDialog* PortChecker(QWidget* parent) = 0;
   // Gives this computer a fixed address.
   virtual QDialog* StaticAddress(QWidget* parent) = 0;
+  // Whether a search in the background has found a second router.
+  virtual bool HasSecondRouter() const = 0;
   // Opens the ports of the list by UPnP.
   virtual QDialog* QuickPorts(QWidget* parent) = 0;
   // One of the windows about this computer.
