@@ -93,13 +93,16 @@ bool AsksForText(int argc, char** argv) {
   return false;
 }
 
+// The settings, and with them the language, are in the folder: this is shown in English.
+constexpr Message kNoFolder{"There is no folder \"%1\"."};
+
 std::expected<QString, QString> ChooseFolder(const QString& wanted) {
   if (wanted.isEmpty()) {
     const QString executable_folder = QCoreApplication::applicationDirPath();
     return FindProgramFolder(executable_folder, ShippedFolder(executable_folder));
   }
   if (!QDir(wanted).exists()) {
-    return std::unexpected(QStringLiteral("There is no folder \"%1\".").arg(wanted));
+    return std::unexpected(QString::fromUtf8(kNoFolder.english).arg(wanted));
   }
   return QDir(wanted).absolutePath();
 }

@@ -25,14 +25,25 @@ constexpr QLatin1String kMessage("Message");
 // Folders whose sentences a user of the windows may read.
 constexpr const char* kShownFolders[] = {"ui/", "app/", "core/", "net/", "platform/", "script/"};
 constexpr const char* kEnglishFiles[] = {
-    "script/command",        // the help of script commands, and their reference
-    "script/status_text",    // the words of the protocol
-    "core/native_programs",  // names of programs, and what their settings look like
-    "core/program_sources",
-    "core/row_evidence",  // words on the pages of routers
-    "core/text_form",     // what quayline-dbtool reports of a file
-    "core/router_text",
-    "platform/linux/ufw_status"  // words of another program
+    "script/command",          // the help of script commands, and their reference
+    "script/status_text",      // the words of the protocol
+    "core/native_programs",    // names of programs, and what their settings look like
+    "core/program_sources",    //
+    "core/row_evidence",       // words on the pages of routers
+    "core/text_form",          // what quayline-dbtool reports of a file
+    "core/router_text",        //
+    "core/program_folder",     // faults of the program's own files
+    "core/table_file",         //
+    "core/table_stand_in",     //
+    "core/shipped_databases",  //
+    "core/database_swap",      //
+    "ui/main/start_up",        //
+    "script/web/web_profile",  //
+    "net/port_listener",       // lines of a log for helpers
+    "ui/job/job_report",       //
+    "net/port_mapper",         // what another program reports
+    "platform/linux",          //
+    "ui/main/list_commands",   // the title of the dialog to save a list
 };
 
 // Calls whose texts are for developers.
@@ -129,7 +140,7 @@ class CodeReader final {
   // A capital letter, and a word in small letters somewhere after a blank.
   void FindSentences() {
     static const QRegularExpression sentence(
-        QStringLiteral("^(?!SELECT|PRAGMA|INSERT)[^A-Za-z]*[A-Z].* [a-z]{2,}"),
+        QStringLiteral("^(?!SELECT|PRAGMA|INSERT|\\^)[^A-Za-z]*[A-Z].* [a-z]{2,}"),
         QRegularExpression::DotMatchesEverythingOption);
     const auto begins = [this](const char* path) { return place_.startsWith(QLatin1String(path)); };
     if (std::ranges::none_of(kShownFolders, begins) || std::ranges::any_of(kEnglishFiles, begins)) {

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "dbtool/language_source.h"
+#include "i18n/complete_languages.h"
 #include "i18n/translator.h"
 #include "test_main.h"
 
@@ -19,9 +20,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using ::testing::ElementsAre;
-
-// A language of this list has every text of the program, and no other.
-const QStringList kCompleteLanguages{};
+using ::testing::IsEmpty;
 
 std::vector<std::string> English(const QList<ProgramText>& texts) {
   std::vector<std::string> english;
@@ -105,10 +104,15 @@ TEST(LanguageSource, TheLanguagesAreMadeInTheFormatOfTheProgram) {
   }
 }
 
+TEST(Languages, NoTextOfTheProgramIsOutOfTheirReach) {
+  EXPECT_THAT(English(ReadProgramTexts(QStringLiteral(QUAYLINE_SOURCE_DIR "/src")).unreachable),
+              IsEmpty());
+}
+
 TEST(Languages, ACompleteLanguageHasEveryText) {
   const ProgramTexts program = ReadProgramTexts(QStringLiteral(QUAYLINE_SOURCE_DIR "/src"));
   ASSERT_FALSE(program.texts.isEmpty());
-  for (const QString& name : kCompleteLanguages) {
+  for (const QString& name : testing::kCompleteLanguages) {
     const auto language =
         ReadLanguageSource(QStringLiteral(QUAYLINE_SOURCE_DIR "/data/languages/%1.txt").arg(name));
     ASSERT_TRUE(language) << qPrintable(language.error());

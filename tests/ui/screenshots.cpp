@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-// Renders every window to an image: quayline_screenshots FOLDER light|dark. The scale is that of
-// QT_SCALE_FACTOR. scripts/screenshots.sh takes all of them.
+// Renders every window to an image: quayline_screenshots FOLDER light|dark [LANGUAGE]. The scale is
+// that of QT_SCALE_FACTOR. scripts/screenshots.sh takes all of them.
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
@@ -23,11 +24,14 @@
 
 #include "async/flow.h"
 #include "async/wait.h"
+#include "dbtool/language_source.h"
 #include "platform/fake_firewall.h"
 #include "ui/entries/adapter_dialog.h"
 #include "ui/job/job_window.h"
 #include "ui/job/page_view_window.h"
 #include "ui/main/about_dialog.h"
+#include "ui/main/getting_started_window.h"
+#include "ui/main/help_dialog.h"
 #include "ui/main/main_frame.h"
 #include "ui/main/splash_screen.h"
 #include "ui/network/cache_dialog.h"
@@ -39,6 +43,7 @@
 #include "ui/network/second_router_dialog.h"
 #include "ui/network/static_address_dialog.h"
 #include "ui/toolkit/theme.h"
+#include "ui/toolkit/window_language.h"
 #include "ui/tools/new_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
 #include "ui/tools/script_dialog.h"
@@ -130,10 +135,25 @@ class EchoesOfTwoRouters final : public Echoes {
   }
 };
 
+// A program in a language.
+struct ShownContext : AppContext {
+  ShownContext(ProgramFolder& program, const QString& language)
+      : AppContext(program.dir.path(), program.adapters, program.desktop),
+        window_language(*qApp, translator) {
+    translator.Choose(language);
+  }
+  WindowLanguage window_language;
+};
+
 class Photographer final {
  public:
-  Photographer(QString folder, QString palette)
-      : folder_(std::move(folder)), palette_(std::move(palette)) {
+  Photographer(QString folder, QString palette, QString language)
+      : folder_(std::move(folder)), palette_(std::move(palette)), language_(std::move(language)) {
+    if (const auto made = dbtool::WriteLanguages(QStringLiteral(QUAYLINE_SOURCE_DIR "/data"),
+                                                 program_.dir.path());
+        !made) {
+      std::fprintf(stderr, "%s\n", qPrintable(made.error()));
+    }
     QList<RouterRecord> routers;
     for (int i = 1; i <= 1200; ++i) {
       routers.append(RouterRow(i, QStringLiteral("Harbour HB-%1").arg(i), QStringLiteral("admin")));
@@ -157,6 +177,7 @@ class Photographer final {
 
   Task<> TakeAll() {
     co_await TakeSplash();
+    co_await TakeGuide();
     co_await TakeMain(QStringLiteral("main_empty"));
     program_.WriteFile("list.qyl",
                        "Ftp|192.168.1.10(FrontDesk)|21|21|TCP|File server\r\n"
@@ -192,8 +213,27 @@ class Photographer final {
     Save(splash, QStringLiteral("splash"));
   }
 
+  Task<> TakeGuide() {
+    ShownContext context(program_, language_);
+    QAction step;
+    GettingStartedWindow guide({&step, &step, &step, &step, &step, &step, &step}, context.settings,
+                               context.translator, nullptr);
+    guide.setAttribute(Qt::WA_DeleteOnClose, false);
+    const QWidget main;
+    guide.ShowBeside(main);
+    guide.ShowSecondRouter(true);
+    Click(&guide, "router_button");
+    co_await Sleep(50ms);
+    Save(guide, QStringLiteral("getting_started"));
+    HelpDialog help(context.translator, QStringLiteral("first-update"), nullptr);
+    help.setAttribute(Qt::WA_DeleteOnClose, false);
+    help.show();
+    co_await Sleep(50ms);
+    Save(help, QStringLiteral("help"));
+  }
+
   Task<> TakeMain(QString name) {
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     WindowPrompts prompts(context.translator);
     FakeWindows windows(context, prompts);
     MainFrame window(context, prompts, windows);
@@ -244,7 +284,7 @@ class Photographer final {
 
   // In debug mode it is held at its first step; else it is over, and the rules are looked up.
   Task<> TakeJob(bool is_held, QString name) {
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     context.job_options.debug_mode = is_held;
     context.job_options.throttle = false;
     context.job_options.verify_after_update = !is_held;
@@ -282,7 +322,7 @@ class Photographer final {
                                    .address = QStringLiteral("192.168.1.20"),
                                    .mask = QStringLiteral("255.255.255.0"),
                                    .gateway = QStringLiteral("192.168.1.1")}};
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     if (!context.databases.Open(program_.dir.path())) {
       co_return;
     }
@@ -351,7 +391,8 @@ class Photographer final {
   }
 
   Task<> TakeSecondRouter() {
-    const Translator translator(program_.dir.path());
+    const ShownContext context(program_, language_);
+    const Translator& translator = context.translator;
     EchoesOfTwoRouters echoes;
     SecondRouterDialog dialog(program_.adapters, echoes, translator, nullptr);
     dialog.setAttribute(Qt::WA_DeleteOnClose, false);
@@ -364,7 +405,7 @@ class Photographer final {
   }
 
   Task<> TakePortWindows() {
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     context.maker_site.test_site = QStringLiteral("http://127.0.0.1:9");
     context.session.router_ip = QStringLiteral("192.168.1.1");
     context.port_list.SetEntries(*LoadPortList(program_.Path("list.qyl")));
@@ -383,7 +424,8 @@ class Photographer final {
     checker->close();
     program_.adapters.address_table = {QStringLiteral("192.168.1.10")};
     auto* quick = new QuickPortsDialog(
-        context, nullptr, [](MappingRequest request) -> Task<std::expected<MappingAnswer, QString>> {
+        context, nullptr,
+        [](MappingRequest request) -> Task<std::expected<MappingAnswer, QString>> {
           co_return MappingAnswer{
               .protocol = QStringLiteral("UPnP"),
               .outside_address = QStringLiteral("198.51.100.7"),
@@ -396,13 +438,13 @@ class Photographer final {
   }
 
   Task<> TakeFirewallWindows() {
-    const Translator translator(program_.dir.path());
+    const ShownContext context(program_, language_);
+    const Translator& translator = context.translator;
     FakeFirewall firewall;
     firewall.view.kind = FirewallKind::kNftables;
     for (const int port : {22, 443, 8080}) {
-      firewall.view.rules.append({.name = OwnRuleName({port, port, kTcpNumber}),
-                                  .first_port = port,
-                                  .last_port = port});
+      firewall.view.rules.append(
+          {.name = OwnRuleName({port, port, kTcpNumber}), .first_port = port, .last_port = port});
     }
     firewall.view.rules.append({.name = QStringLiteral("filter input"), .protocol = 47});
     firewall.hangs = true;
@@ -413,8 +455,8 @@ class Photographer final {
     Save(*adding, QStringLiteral("firewall_add"));
     adding->close();
     firewall.hangs = false;
-    auto* added = new FirewallChangeDialog(
-        firewall, QList<FirewallPorts>{{6881, 6889, kTcpNumber}}, translator, nullptr);
+    auto* added = new FirewallChangeDialog(firewall, QList<FirewallPorts>{{6881, 6889, kTcpNumber}},
+                                           translator, nullptr);
     auto* list = new FirewallListDialog(firewall, translator, nullptr);
     added->show();
     list->show();
@@ -452,7 +494,7 @@ class Photographer final {
   }
 
   Task<> TakeStaticAddress() {
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     WindowPrompts prompts(context.translator);
     FakeAddressSetup setup;
     setup.adapters = {{.description = QStringLiteral("Wired connection 1 (enp3s0)"), .index = 2}};
@@ -486,7 +528,7 @@ class Photographer final {
 
   // The list of routers, the page of ports, and scripts with a few faults.
   Task<> TakeRouterWindows() {
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     if (!context.databases.Open(program_.dir.path())) {
       failed_ = true;
       co_return;
@@ -514,8 +556,8 @@ class Photographer final {
         },
         nullptr);
     auto* scripts = new ScriptDialog(context, prompts, make_page, nullptr, [] {});
-    auto* own = new NewRouterDialog(context, prompts, context.databases.RouterNames(0, 100), nullptr,
-                                    [](int, const QString&) {});
+    auto* own = new NewRouterDialog(context, prompts, context.databases.RouterNames(0, 100),
+                                    nullptr, [](int, const QString&) {});
     QDialog* const windows[] = {list, page, scripts, bench, own};
     const char* const names[] = {"router_list", "page_view", "scripts", "script_bench",
                                  "new_router"};
@@ -573,21 +615,23 @@ class Photographer final {
 
   QString folder_;
   QString palette_;
+  QString language_;
   ProgramFolder program_;
   bool failed_ = false;
 };
 
 int Run(QApplication& application) {
   const QStringList arguments = QCoreApplication::arguments();
-  if (arguments.size() != 3) {
-    std::fprintf(stderr, "usage: quayline_screenshots FOLDER light|dark\n");
+  if (arguments.size() != 3 && arguments.size() != 4) {
+    std::fprintf(stderr, "usage: quayline_screenshots FOLDER light|dark [LANGUAGE]\n");
     return 2;
   }
   if (arguments.at(2) == QLatin1String("dark")) {
     QApplication::setPalette(DarkPalette());
   }
   const Theme theme(application);
-  Photographer photographer(arguments.at(1), arguments.at(2));
+  Photographer photographer(arguments.at(1), arguments.at(2),
+                            arguments.value(3, QStringLiteral("English")));
   Flow flow;
   QObject::connect(&flow, &Flow::ended, qApp, &QCoreApplication::quit);
   QTimer::singleShot(0, &flow, [&] { flow.Start(photographer.TakeAll()); });

@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "every_window.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QRadioButton>
+#include <QTabBar>
+
+#include "dbtool/language_source.h"
+#include "i18n/complete_languages.h"
+
+namespace quayline::testing {
+namespace {
+
+constexpr QChar kMark(0x2691);  // in each text of a language that is made for the test
+
+// A language with a mark before each text, so that a text without one is not translated.
+QStringList MarkedTexts() {
+  QStringList lines;
+  const dbtool::ProgramTexts program =
+      dbtool::ReadProgramTexts(QStringLiteral(QUAYLINE_SOURCE_DIR "/src"));
+  for (const dbtool::ProgramText& text : program.texts) {
+    lines.append(u"\"%1\"|\"%2%1\""_s.arg(text.english, QString(kMark)));
+  }
+  return lines;
+}
+
+bool HasWords(const QString& text) {
+  return std::ranges::any_of(text, [](QChar c) { return c.isLower(); });
+}
+
+// What a user sees, hears or points at of a widget and its actions.
+QStringList ShownTexts(const QWidget& widget) {
+  QStringList texts{widget.windowTitle(), widget.toolTip(), widget.accessibleName()};
+  for (const char* property : {"text", "title", "placeholderText", "hintTitle", "hintText"}) {
+    if (qobject_cast<const QLineEdit*>(&widget) == nullptr || property != std::string("text")) {
+      texts.append(widget.property(property).toString());
+    }
+  }
+  for (const QAction* action : widget.actions()) {
+    texts.append(action->isVisible() ? action->text() : QString());
+  }
+  if (const auto* tabs = qobject_cast<const QTabBar*>(&widget)) {
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+      texts.append(tabs->tabText(tab));
+    }
+  }
+  return texts;
+}
+
+// Texts that are nobody's language: names, addresses, what the user entered.
+bool IsData(const QString& text) {
+  static const QStringList data{u"Quayline"_s, u"http"_s,   u"Alpha"_s, u"Beta"_s,
+                                u"qt_"_s,      u"enp3s0"_s, u"eth0"_s,  u"v.3"_s};
+  return std::ranges::any_of(data, [&](const QString& each) { return text.contains(each); });
+}
+
+QWidgetList VisibleWidgets(QWidget& window) {
+  QWidgetList widgets{&window};
+  for (auto* widget : window.findChildren<QWidget*>()) {
+    if (widget->isVisible()) {
+      widgets.append(widget);
+    }
+  }
+  return widgets;
+}
+
+std::string Named(const char* window, const QWidget& widget) {
+  return std::string(window) + ": " + widget.metaObject()->className() + " " +
+         widget.objectName().toStdString();
+}
+
+TEST_F(EveryWindowTest, ALanguageFileReachesEveryText) {
+  QDir().mkpath(folder_.Path("Languages"));
+  ASSERT_TRUE(WriteBytes(folder_.Path("Languages/Marked.lng"), LanguageFileBytes(MarkedTexts())));
+  ForEach(u"Marked"_s, [](const char* name, QWidget& window) {
+    for (const QWidget* widget : VisibleWidgets(window)) {
+      for (const QString& text : ShownTexts(*widget)) {
+        EXPECT_TRUE(!HasWords(text) || text.contains(kMark) || IsData(text))
+            << Named(name, *widget) << ": " << text.toStdString();
+      }
+    }
+  });
+}
+
+// Tab goes through all controls, and comes back to the first one.
+TEST_F(EveryWindowTest, TabComesBackToWhereItBegan) {
+  ForEach(u"English"_s, [](const char* name, QWidget& window) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window)) << name;
+    ASSERT_NE(window.focusWidget(), nullptr) << name;
+    QWidgetList visited{window.focusWidget()};
+    constexpr int kMostKeys = 200;  // a text goes through its links first
+    for (int key = 0; key < kMostKeys; ++key) {
+      QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+      if (window.focusWidget() == visited.first() && visited.size() > 1) {
+        break;
+      }
+      if (!visited.contains(window.focusWidget())) {
+        visited.append(window.focusWidget());
+      }
+    }
+    EXPECT_EQ(window.focusWidget(), visited.first()) << name;
+    for (const QWidget* widget : VisibleWidgets(window)) {
+      const bool is_choice = qobject_cast<const QPushButton*>(widget) != nullptr ||
+                             qobject_cast<const QLineEdit*>(widget) != nullptr ||
+                             qobject_cast<const QCheckBox*>(widget) != nullptr;
+      const bool takes_focus = is_choice && widget->isEnabled() &&
+                               widget->focusProxy() == nullptr &&
+                               (widget->focusPolicy() & Qt::TabFocus) != 0;
+      EXPECT_TRUE(!takes_focus || visited.contains(widget) ||
+                  visited.contains(widget->parentWidget()))
+          << Named(name, *widget);
+    }
+  });
+}
+
+// What a screen reader reads of a control.
+void ExpectNamed(const char* window, QAccessibleInterface& each) {
+  const auto* widget = qobject_cast<const QWidget*>(each.object());
+  if (widget != nullptr && each.state().focusable && !each.state().invisible) {
+    EXPECT_NE(each.role(), QAccessible::NoRole) << Named(window, *widget);
+    const bool is_area = each.role() == QAccessible::Client || each.role() == QAccessible::Window ||
+                         each.role() == QAccessible::Dialog;
+    // The field of a box is read with the box, and a label by its text.
+    const bool is_part = qobject_cast<const QComboBox*>(widget->parentWidget()) != nullptr ||
+                         qobject_cast<const QLabel*>(widget) != nullptr;
+    EXPECT_TRUE(is_area || is_part || !each.text(QAccessible::Name).isEmpty())
+        << Named(window, *widget);
+  }
+  if (widget != nullptr && each.role() == QAccessible::StaticText && !widget->isVisible()) {
+    EXPECT_TRUE(each.state().invisible) << Named(window, *widget);
+  }
+  for (int child = 0; child < each.childCount() && child < 200; ++child) {
+    if (QAccessibleInterface* inner = each.child(child)) {
+      ExpectNamed(window, *inner);
+    }
+  }
+}
+
+// Why a widget does not show its whole text, or an empty text.
+std::string Cut(const QWidget& widget) {
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  if (label != nullptr && !label->text().isEmpty()) {
+    const bool wraps = label->wordWrap();
+    if (!wraps && label->sizeHint().width() > label->width() + 1) {
+      return "is too narrow";
+    }
+    if (wraps && label->heightForWidth(label->width()) > label->height() + 1) {
+      return "is too low";
+    }
+  }
+  const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+  if (button != nullptr && !button->text().isEmpty() &&
+      button->minimumSizeHint().width() > button->width() + 1) {
+    return "is too narrow";
+  }
+  return {};
+}
+
+// Labels and buttons of one parent that lie over each other.
+void ExpectApart(const char* window, const QWidgetList& widgets) {
+  QHash<const QWidget*, QWidgetList> siblings;
+  for (QWidget* widget : widgets) {
+    const bool is_text = qobject_cast<QLabel*>(widget) || qobject_cast<QAbstractButton*>(widget) ||
+                         qobject_cast<QLineEdit*>(widget);
+    if (is_text && widget->parentWidget() != nullptr && !widget->isWindow()) {
+      for (const QWidget* other : siblings[widget->parentWidget()]) {
+        EXPECT_FALSE(other->geometry().intersects(widget->geometry()))
+            << Named(window, *widget) << " over " << Named("", *other);
+      }
+      siblings[widget->parentWidget()].append(widget);
+    }
+  }
+}
+
+// In every complete language: names for screen readers, nothing cut, nothing over something else,
+// and a size that fits a small screen.
+TEST_F(EveryWindowTest, IsWholeAndReadableInEachLanguage) {
+  const auto made =
+      dbtool::WriteLanguages(QStringLiteral(QUAYLINE_SOURCE_DIR "/data"), folder_.dir.path());
+  ASSERT_TRUE(made) << made.error().toStdString();
+  for (const QString& language : QStringList{u"English"_s} + kCompleteLanguages) {
+    SCOPED_TRACE(language.toStdString());
+    ForEach(language, [](const char* name, QWidget& window) {
+      ExpectNamed(name, *QAccessible::queryAccessibleInterface(&window));
+      const QWidgetList widgets = VisibleWidgets(window);
+      ExpectApart(name, widgets);
+      for (const QWidget* widget : widgets) {
+        EXPECT_EQ(Cut(*widget), "")
+            << Named(name, *widget) << ": " << widget->property("text").toString().toStdString();
+      }
+      constexpr QSize kSmallScreen(1024 - 16, 600 - 48);
+      EXPECT_EQ(window.minimumSizeHint().boundedTo(kSmallScreen), window.minimumSizeHint()) << name;
+    });
+  }
+}
+
+}  // namespace
+}  // namespace quayline::testing
