@@ -6,8 +6,10 @@
 
 namespace quayline::testing {
 
-// The languages of data/languages that are complete: each has every text of the program, and its
-// texts fit into every window.
-inline const QStringList kCompleteLanguages{QStringLiteral("German")};
+// The languages of data/languages that have every text of the program, and no other.
+inline const QStringList kCompleteLanguages{};
+
+// Those whose texts fit into every window.
+inline const QStringList kFittingLanguages{QStringLiteral("German")};
 
 }  // namespace quayline::testing

@@ -58,7 +58,7 @@ class EveryWindowTest : public MainWindowTest {
     const PageHostFactory page = [](PageQuestions& questions, QObject* parent) {
       return new FakePage(questions, parent, new QWidget);
     };
-    const auto map = [](MappingRequest) -> Task<std::expected<MappingAnswer, QString>> {
+    const auto map = [](MappingRequest) -> Task<std::expected<MappingAnswer, Message>> {
       co_return MappingAnswer{};
     };
     show("about", new AboutDialog(nullptr));

@@ -425,7 +425,7 @@ class Photographer final {
     program_.adapters.address_table = {QStringLiteral("192.168.1.10")};
     auto* quick = new QuickPortsDialog(
         context, nullptr,
-        [](MappingRequest request) -> Task<std::expected<MappingAnswer, QString>> {
+        [](MappingRequest request) -> Task<std::expected<MappingAnswer, Message>> {
           co_return MappingAnswer{
               .protocol = QStringLiteral("UPnP"),
               .outside_address = QStringLiteral("198.51.100.7"),
