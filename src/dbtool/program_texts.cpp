@@ -32,7 +32,8 @@ constexpr const char* kEnglishFiles[] = {
     "core/row_evidence",       // words on the pages of routers
     "core/text_form",          // what quayline-dbtool reports of a file
     "core/router_text",        //
-    "core/program_folder",     // faults of the program's own files
+    "core/jet_file",           // faults of the program's own files
+    "core/program_folder",     //
     "core/table_file",         //
     "core/table_stand_in",     //
     "core/shipped_databases",  //

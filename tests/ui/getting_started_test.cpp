@@ -17,6 +17,7 @@ class GettingStartedTest : public MainWindowTest {
   GettingStartedTest() {
     folder_.WriteDatabases({RouterRow(3, u"Alpha 1"_s, u"root"_s),
                             RouterRow(7, QLatin1String(PracticeRouter::kName), u"admin"_s)});
+    wants_guide_ = true;
   }
 
   GettingStartedWindow* Guide() const { return main_->findChild<GettingStartedWindow*>(); }

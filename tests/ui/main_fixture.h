@@ -24,6 +24,9 @@ class MainWindowTest : public WindowTest {
     language_.reset();
     context_ = std::make_unique<AppContext>(folder_.dir.path(), folder_.adapters, folder_.desktop);
     context_->maker_site.base = maker_site_;
+    if (!wants_guide_ && !context_->settings.IsSet(setting::kShowGettingStarted)) {
+      context_->settings.SetValue(setting::kShowGettingStarted, u"1"_s);
+    }
     context_->translator.Choose(context_->settings.Value(setting::kLanguage));
     language_ = std::make_unique<WindowLanguage>(*qApp, context_->translator);
     windows_ = std::make_unique<FakeWindows>(*context_, prompts_);
@@ -77,6 +80,7 @@ class MainWindowTest : public WindowTest {
   std::unique_ptr<FakeWindows> windows_;
   MainFrame* main_ = nullptr;
   bool is_ready_ = false;
+  bool wants_guide_ = false;  // at the start, unless the settings say otherwise
   int closed_ = 0;
 };
 

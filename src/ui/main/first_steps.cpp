@@ -8,6 +8,7 @@
 #include <chrono>
 #include <utility>
 
+#include "core/update_command.h"
 #include "ui/main/main_messages.h"
 
 namespace quayline {
@@ -74,7 +75,7 @@ void FirstSteps::Finish() {
 // A job works with the session that it began with.
 void FirstSteps::BeginPractice() {
   if (context_.job_flags.is_running) {
-    prompts_.Tell(main_window_, context_.translator.Text(message::kJobRuns));
+    prompts_.Tell(main_window_, context_.translator.Text(kJobRuns));
     return;
   }
   practice_.Start();
