@@ -43,7 +43,8 @@ QString Fault(const LanguageRecord& record) {
   if (HasAccessKey(record.left_text) != HasAccessKey(record.right_text)) {
     return QStringLiteral("One of the texts has no access key (\"&\")");
   }
-  const bool is_trimmed = record.right_text.trimmed() == record.right_text;
+  const bool is_trimmed = record.right_text.trimmed() == record.right_text ||
+                          record.left_text.trimmed() != record.left_text;
   return is_trimmed ? QString() : QStringLiteral("There are blanks at the ends");
 }
 

@@ -25,26 +25,27 @@ constexpr QLatin1String kMessage("Message");
 // Folders whose sentences a user of the windows may read.
 constexpr const char* kShownFolders[] = {"ui/", "app/", "core/", "net/", "platform/", "script/"};
 constexpr const char* kEnglishFiles[] = {
-    "script/command",          // the help of script commands, and their reference
-    "script/status_text",      // the words of the protocol
-    "core/native_programs",    // names of programs, and what their settings look like
-    "core/program_sources",    //
-    "core/row_evidence",       // words on the pages of routers
-    "core/text_form",          // what quayline-dbtool reports of a file
-    "core/router_text",        //
-    "core/jet_file",           // faults of the program's own files
-    "core/program_folder",     //
-    "core/table_file",         //
-    "core/table_stand_in",     //
-    "core/shipped_databases",  //
-    "core/database_swap",      //
-    "ui/main/start_up",        //
-    "script/web/web_profile",  //
-    "net/port_listener",       // lines of a log for helpers
-    "ui/job/job_report",       //
-    "net/port_mapper",         // what another program reports
-    "platform/linux",          //
-    "ui/main/list_commands",   // the title of the dialog to save a list
+    "script/command",           // the help of script commands, and their reference
+    "script/status_text",       // the words of the protocol
+    "core/native_programs",     // names of programs, and what their settings look like
+    "core/program_sources",     //
+    "core/row_evidence",        // words on the pages of routers
+    "core/text_form",           // what quayline-dbtool reports of a file
+    "core/router_text",         //
+    "core/jet_file",            // faults of the program's own files
+    "core/program_folder",      //
+    "core/table_file",          //
+    "core/table_stand_in",      //
+    "core/shipped_databases",   //
+    "core/database_swap",       //
+    "ui/main/start_up",         //
+    "script/web/web_profile",   //
+    "net/port_listener",        // lines of a log for helpers
+    "ui/job/job_report",        //
+    "net/port_mapper",          // what another program reports
+    "platform/command_runner",  //
+    "platform/linux",           //
+    "ui/main/list_commands",    // the title of the dialog to save a list
 };
 
 // Calls whose texts are for developers.
@@ -73,7 +74,7 @@ void AddLines(ProgramTexts& found, const ProgramText& text) {
       continue;
     }
     const ProgramText one{.english = line, .note = text.note, .place = text.place};
-    (line.contains(u'|') || line.trimmed() != line ? found.unreachable : found.texts).append(one);
+    (line.contains(u'|') ? found.unreachable : found.texts).append(one);
   }
 }
 

@@ -438,7 +438,7 @@ class Photographer final {
   }
 
   Task<> TakeFirewallWindows() {
-    const ShownContext context(program_, language_);
+    ShownContext context(program_, language_);
     const Translator& translator = context.translator;
     FakeFirewall firewall;
     firewall.view.kind = FirewallKind::kNftables;
@@ -478,7 +478,6 @@ class Photographer final {
     co_await Sleep(50ms);
     Save(*cache, QStringLiteral("clear_cache"));
     cache->close();
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
     auto* repair = new RepairDialog(DatabaseRepair(context, false), translator, nullptr);
     repair->show();
     Click(repair, "repair_button");
@@ -588,7 +587,7 @@ class Photographer final {
 
   // Each before it does anything, and when its server does not answer.
   Task<> TakeUpdateWindows() {
-    AppContext context(program_.dir.path(), program_.adapters, program_.desktop);
+    ShownContext context(program_, language_);
     WindowPrompts prompts(context.translator);
     auto* update = new ProgramUpdateWindow(context, prompts, QStringLiteral("3.0.0"), nullptr,
                                            [] {});
