@@ -97,6 +97,11 @@ constexpr Option kOptions[] = {
      "let the router's pages lead to this address too; may be given more\n"
      "than once. Every other address is blocked, and reported.",
      AddAllowedHost},
+    {"allow-script", nullptr,
+     "run the router's script although it was imported from somebody else;\n"
+     "without it the run says what the script would do. It is remembered in\n"
+     "DIR.",
+     [](Update& u, const QString&) { return Store(u.allow_script, true); }},
     {"throttle", nullptr,
      "wait half a second after each command of the script; the throttle in\n"
      "the menu of the main window is only for that window's jobs",

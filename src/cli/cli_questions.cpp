@@ -7,7 +7,18 @@
 
 #include <algorithm>
 
+#include "script/foreign_script.h"
+
 namespace quayline {
+
+void CliQuestions::AskForeignScript(const ForeignScript& script,
+                                    std::function<void(bool allowed)> answer) {
+  if (!answers_.allows_script) {
+    report_(ForeignScriptText(script, Translator(QString())) +
+            QStringLiteral("\n\nIf you trust this script, run this again with --allow-script"));
+  }
+  answer(answers_.allows_script);
+}
 
 void CliQuestions::AskCertificate(const ShownCertificate& shown,
                                   std::function<void(bool trusted)> answer) {

@@ -13,6 +13,7 @@ namespace quayline {
 struct CliAnswers {
   std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
   QList<AllowedHost> allowed_hosts;
+  bool allows_script = false;  // of somebody else
 };
 
 // Answers what the pages of a job ask, without a user: what the options do not allow is refused,
@@ -22,6 +23,8 @@ class CliQuestions final : public PageQuestions {
   CliQuestions(CliAnswers answers, std::function<void(const QString& sentence)> report)
       : answers_(std::move(answers)), report_(std::move(report)) {}
 
+  void AskForeignScript(const ForeignScript& script,
+                        std::function<void(bool allowed)> answer) override;
   void AskCertificate(const ShownCertificate& shown,
                       std::function<void(bool trusted)> answer) override;
   void AskLogin(const QString& address,

@@ -3,6 +3,8 @@
 
 #include "core/own_routers.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <limits>
 
@@ -35,6 +37,11 @@ std::unexpected<OwnRouterFault> Fault(OwnRouterError error, const QString& detai
   return std::unexpected(OwnRouterFault{.error = error, .detail = detail});
 }
 
+int NextId(const QList<RouterName>& names) {
+  const int highest = names.isEmpty() ? 0 : names.last().id;
+  return std::max(kFirstOwnRouterId - 1, highest) + 1;
+}
+
 }  // namespace
 
 std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, RouterRecord record) {
@@ -46,14 +53,21 @@ std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, RouterReco
   if (IsTaken(names, record.routername)) {
     return Fault(OwnRouterError::kNameTaken, record.routername);
   }
-  const int highest = names.isEmpty() ? 0 : names.last().id;
-  const int id = std::max(kFirstOwnRouterId - 1, highest) + 1;
-  return databases.AddRouter(id, record)
-             ? std::expected<int, OwnRouterFault>(id)
-             : Fault(OwnRouterError::kCannotWrite, record.routername);
+  const int id = NextId(names);
+  return databases.AddRouter(id, record) ? std::expected<int, OwnRouterFault>(id)
+                                         : Fault(OwnRouterError::kCannotWrite, record.routername);
 }
 
-std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases, const QString& file) {
+std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases,
+                                                        ForeignScripts& foreign,
+                                                        const QByteArray& own_key,
+                                                        const QString& file) {
+  QFile opened(file);
+  opened.open(QIODevice::ReadOnly);
+  const auto author = ReadAuthor(opened.read(kMaxTextFileBytes));
+  if (!author) {
+    return Fault(OwnRouterError::kWrongSignature, file);
+  }
   Problems problems;
   const QList<RouterSource> routers = ReadRouters(ReadTextFile(file, problems), file, {}, problems);
   if (HoldErrors(problems)) {
@@ -74,6 +88,11 @@ std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases, co
   }
   QList<int> ids;
   for (const RouterSource& router : routers) {
+    // First, so that no script of somebody else is ever taken for one of the user's own.
+    const bool is_own = !author->key.isEmpty() && author->key == own_key;
+    if (!is_own && !foreign.Note(NextId(AllNames(databases)), *author)) {
+      return Fault(OwnRouterError::kCannotWrite, router.record.routername);
+    }
     const auto id = AddOwnRouter(databases, router.record);
     if (!id) {
       return std::unexpected(id.error());
@@ -83,8 +102,11 @@ std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases, co
   return ids;
 }
 
-bool ExportRouter(const RouterRecord& record, const QString& file) {
-  return SaveFile(file, FormatRouter(record).toUtf8());
+bool ExportRouter(const RouterRecord& record, const QString& file,
+                  const std::optional<ExportSignature>& signature) {
+  const QByteArray text = FormatRouter(record).toUtf8();
+  const QByteArray bytes = signature ? SignText(text, signature->author, signature->key) : text;
+  return !bytes.isEmpty() && SaveFile(file, bytes);
 }
 
 qsizetype NearestRouter(const QList<RouterName>& names, const QString& typed) {

@@ -6,8 +6,10 @@
 #include <QString>
 
 #include <expected>
+#include <optional>
 
 #include "core/databases.h"
+#include "core/foreign_scripts.h"
 #include "core/records.h"
 
 namespace quayline {
@@ -18,9 +20,10 @@ inline constexpr int kFirstOwnRouterId = 1'000'000'000;
 
 enum class OwnRouterError {
   kNoName,
-  kNameTaken,     // in any case of letters
-  kCannotRead,    // the file, or what is in it
+  kNameTaken,   // in any case of letters
+  kCannotRead,  // the file, or what is in it
   kCannotWrite,
+  kWrongSignature,  // the file is not as its author has signed it
 };
 
 struct OwnRouterFault {
@@ -31,12 +34,23 @@ struct OwnRouterFault {
 // Adds the router under a new ID, which is returned.
 std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, RouterRecord record);
 
-// Adds the routers of a file that ExportRouter() or a contributor has written, all or none.
-std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases, const QString& file);
+// Adds the routers of a file that ExportRouter() or a contributor has written, all or none. They
+// are noted in `foreign` unless they are signed with `own_key`.
+std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases,
+                                                        ForeignScripts& foreign,
+                                                        const QByteArray& own_key,
+                                                        const QString& file);
 
-// Writes the router to a file of the form that data/README.md describes. False when it cannot be
-// written.
-bool ExportRouter(const RouterRecord& record, const QString& file);
+// With whose name and key a file is signed.
+struct ExportSignature {
+  QString author;
+  AuthorKey key;
+};
+
+// Writes the router to a file of the form that data/README.md describes, signed if there is a
+// signature. False when it cannot be written.
+bool ExportRouter(const RouterRecord& record, const QString& file,
+                  const std::optional<ExportSignature>& signature = {});
 
 // Which of `names` is the likeliest to have the same pages as a router of the name that is typed:
 // the one with which it shares the longest beginning, if that is a word at least. -1: none.

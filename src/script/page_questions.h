@@ -9,6 +9,8 @@
 
 namespace quayline {
 
+struct ForeignScript;
+
 // A login that the user typed when the router asked for one; nothing: the question was refused.
 struct TypedLogin {
   QString username;
@@ -55,6 +57,10 @@ class PageQuestions {
   PageQuestions& operator=(const PageQuestions&) = delete;
   virtual ~PageQuestions() = default;
 
+  // The script that is about to run is somebody else's, and has not been allowed yet. Asked before
+  // any page is opened.
+  virtual void AskForeignScript(const ForeignScript& script,
+                                std::function<void(bool allowed)> answer) = 0;
   // The router shows a certificate that the system does not trust, and the user has not trusted
   // yet.
   virtual void AskCertificate(const ShownCertificate& shown,

@@ -22,6 +22,8 @@ struct RunnerTexts {
   Message router_status;
   Message waiting_for;
   Message other_program;
+  Message foreign_script_title;
+  Message foreign_script_question;
   Message certificate_title;
   Message certificate_question;
   Message changed_certificate;
@@ -51,6 +53,8 @@ inline constexpr RunnerTexts kRunnerTexts = {
     .router_status = {"Router Status:"},
     .waiting_for = {"Waiting for: %1"},
     .other_program = {"%1, on which another Quayline is working"},
+    .foreign_script_title = {"Do you trust this script?"},
+    .foreign_script_question = {"Do you want to run this script?"},
     .certificate_title = {"Is this your router?"},
     .certificate_question =
         {"%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch "

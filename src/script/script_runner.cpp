@@ -8,7 +8,9 @@
 #include <QUrl>
 
 #include "async/wait.h"
+#include "core/foreign_scripts.h"
 #include "core/text_bytes.h"
+#include "script/foreign_script.h"
 #include "script/script_texts.h"
 #include "script/status_text.h"
 
@@ -101,8 +103,31 @@ Task<> ScriptRunner::RunWhenFree(Task<> run) {
     co_await Until(is_free).WokenBy(&flags, &JobFlags::changed);
     Q_EMIT waitingFor({});
   }
+  co_await AwaitPermission();
   co_await LockRouter();
   co_await std::move(run);
+}
+
+Task<> ScriptRunner::AwaitPermission() {
+  const int router_id = context_.session.router_id;
+  ForeignScripts scripts(context_.program_folder);
+  const auto origin = scripts.OriginOf(router_id);
+  is_confined_ = origin && !origin->IsSigned();
+  const auto router = origin ? context_.databases.FindRouter(router_id) : std::nullopt;
+  if (!router || scripts.IsAllowed(*router)) {
+    co_return;
+  }
+  OneShot<bool> answer;
+  questions_.AskForeignScript(DescribeScripts(*router, *origin), answer.Callback());
+  JobFlags& flags = context_.job_flags;
+  answer.GiveUpWhen(&flags, &JobFlags::changed, [&flags] { return flags.JobStopRequested(); });
+  const std::optional<bool> is_allowed = co_await answer;
+  if (is_allowed.value_or(false)) {
+    scripts.Allow(*router);
+  } else {
+    log_.Append(LineBreak() + Text(script_text::kForeignScriptRefused));
+    Stop();
+  }
 }
 
 Task<> ScriptRunner::LockRouter() {
@@ -280,6 +305,11 @@ void ScriptRunner::ConnectHost(PageHost* host) {
           });
 }
 
+void ScriptRunner::AskForeignScript(const ForeignScript& script,
+                                    std::function<void(bool allowed)> answer) {
+  questions_.AskForeignScript(script, std::move(answer));
+}
+
 void ScriptRunner::AskCertificate(const ShownCertificate& shown,
                                   std::function<void(bool trusted)> answer) {
   questions_.AskCertificate(shown, std::move(answer));
@@ -292,6 +322,11 @@ void ScriptRunner::AskLogin(const QString& address,
 
 void ScriptRunner::AskOtherAddress(const OtherAddress& other,
                                    std::function<void(bool allowed)> answer) {
+  if (is_confined_) {
+    log_.Append(LineBreak() + Text(script_text::kOtherHostBlocked).arg(OnOneLine(other.target)));
+    answer(false);
+    return;
+  }
   questions_.AskOtherAddress(other, std::move(answer));
 }
 

@@ -132,12 +132,16 @@ class ScriptRunner : public QObject, public PageQuestions {
   Task<> FinishSaves(BrowserSet& browsers, PageWait& pages);
   Task<> LeavePages();
   Task<> RunWhenFree(Task<> run);
+  // Asks the user about a script of somebody else, and stops the run if he does not allow it.
+  Task<> AwaitPermission();
   // Waits until no other program works on the router.
   Task<> LockRouter();
   // Releases the router once no page of the run is under way any more.
   void UnlockWhenIdle();
   void EndRun();
   void ConnectHost(PageHost* host);
+  void AskForeignScript(const ForeignScript& script,
+                        std::function<void(bool allowed)> answer) override;
   void AskCertificate(const ShownCertificate& shown,
                       std::function<void(bool trusted)> answer) override;
   void AskLogin(const QString& address,
@@ -162,6 +166,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   bool running_ = false;
   bool has_run_ = false;
   bool left_during_run_ = false;
+  bool is_confined_ = false;  // to the router: an unsigned script of somebody else runs
   int dialogs_open_ = 0;  // the engine's own calls are on the stack below them
   int messages_shown_ = 0;
   QList<StatusNotice> notices_shown_;  // what the user knows already

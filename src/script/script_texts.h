@@ -32,6 +32,11 @@ inline constexpr Message kCurrentName{"(Successful) (Current Name From Name Arra
 inline constexpr Message kErrorInJavaScript{"!ERROR! Running JavaScript"};
 inline constexpr Message kClickProceed{"Click 'Proceed To Next Command' To Continue"};
 
+inline constexpr Message kForeignScriptRefused{
+    "(The script came from somebody else, and was not allowed to run.)"};
+inline constexpr Message kOtherHostBlocked{
+    "(%1 was blocked: a script from somebody else without a signature works on your router only.)"};
+
 inline constexpr Message kResourceFailed{
     "(A part of the page could not be loaded: %1. Please check this entry on the router.)"};
 inline constexpr Message kPageScriptFailed{

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QStringList>
 
+#include "script/foreign_script.h"
 #include "script/page_questions.h"
 
 namespace quayline::testing {
@@ -18,11 +19,16 @@ class FakeQuestions final : public PageQuestions {
   std::function<bool(const ShownCertificate&)> trusts;
   QList<std::optional<TypedLogin>> logins;  // one a question; then refused
   bool allows_addresses = false;
+  bool allows_scripts = false;
   // Set: a question about an address is answered later, by a call of it.
   std::optional<std::function<void(bool)>> held_address;
   // Without it the user is not asked, as while a run works on the page.
   std::function<std::optional<PageDialogAnswer>(const PageDialog&)> on_dialog;
 
+  void AskForeignScript(const ForeignScript& script, std::function<void(bool)> answer) override {
+    asked.append(QStringLiteral("script of ") + script.origin.author.name);
+    answer(allows_scripts);
+  }
   void AskCertificate(const ShownCertificate& shown, std::function<void(bool)> answer) override {
     asked.append(QLatin1String(shown.is_changed ? "changed " : "certificate ") + shown.address);
     answer(trusts && trusts(shown));

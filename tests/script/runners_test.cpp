@@ -4,6 +4,9 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 
+#include "core/foreign_scripts.h"
+#include "core/test_databases.h"
+#include "script/foreign_script.h"
 #include "script/page_view_runner.h"
 #include "script/runner_test.h"
 
@@ -384,6 +387,68 @@ TEST_F(PageViewTest, TheBarMovesWithThePagesAlsoWhenTheScriptIsOver) {
   ASSERT_EQ(moves.count(), 2);
   EXPECT_TRUE(moves[0][0].toBool());
   EXPECT_FALSE(moves[1][0].toBool());
+}
+
+TEST_F(JobRunnerTest, AScriptOfSomebodyElseRunsWhenTheUserHasAllowedIt) {
+  RouterRecord router{.id = 1'000'000'000,
+                      .routername = u"Shared"_s,
+                      .routercommands = u"nav(\"a.htm\")\r\ncall_javascript(\"go()\")"_s,
+                      .routerportpage = u"nav(\"view.htm\")"_s};
+  ASSERT_TRUE(MakeTestDatabases(bare_.folder.path(), {router}));
+  ASSERT_TRUE(context_.databases.Open(bare_.folder.path()));
+  context_.session.router_id = router.id;
+  ASSERT_TRUE(ForeignScripts(bare_.folder.path()).Note(router.id, {.name = u"Bob"_s, .key = {}}));
+  const Texts script{"nav(\"a.htm\")"};
+  EXPECT_TRUE(Run(script).contains(u"was not allowed to run"_s));
+  EXPECT_TRUE(runner_->Outcome().stopped);
+  EXPECT_EQ(pages_.calls, QStringList());
+  questions_.allows_scripts = true;
+  NextRunner();
+  Run(script);
+  EXPECT_FALSE(runner_->Outcome().stopped);
+  NextRunner();
+  Run(script);
+  EXPECT_EQ(questions_.asked, QStringList(2, u"script of Bob"_s)) << "not when it was allowed";
+
+  // Without a signature it works on the router only, whatever the user would answer.
+  questions_.allows_addresses = true;
+  bool is_allowed = true;
+  pages_.Host(0).questions.AskOtherAddress({.target = u"http://10.0.0.9:80"_s, .router = {}},
+                                    [&](bool allowed) { is_allowed = allowed; });
+  EXPECT_FALSE(is_allowed);
+  EXPECT_TRUE(runner_->Log().Text().contains(u"(http://10.0.0.9:80 was blocked"_s));
+  ASSERT_TRUE(ForeignScripts(bare_.folder.path())
+                  .Note(router.id, {.name = u"Bob"_s, .key = QByteArray(32, 'k')}));
+  NextRunner();
+  Run(script);
+  pages_.Host(0).questions.AskOtherAddress({.target = u"http://10.0.0.9:80"_s, .router = {}},
+                                    [&](bool allowed) { is_allowed = allowed; });
+  EXPECT_TRUE(is_allowed);
+}
+
+TEST(ForeignScript, WhatItMayDoIsNamed) {
+  const RouterRecord router{
+      .routername = u"Shared"_s,
+      .routercommands =
+          u"nav(\"a.htm\")\r\ncomment\r\ncall_javascript(\"go()\")\r\nnav(\"a.htm\")"_s,
+      .routerportpage = u"nav(\"javascript:x()\")"_s,
+      .routerremove = u"RUN_JAVASCRIPT(\"a, b\u202e\")\r\nclick_button(\"Delete\")"_s};
+  ScriptOrigin origin{.author = {.name = u"Bob"_s, .key = {}}};
+  const ForeignScript described = DescribeScripts(router, origin);
+  EXPECT_EQ(described.pages, (QStringList{u"a.htm"_s, u"javascript:x()"_s}));
+  EXPECT_EQ(described.code_lines,
+            (QStringList{u"3: call_javascript(\"go()\")"_s, u"1: nav(\"javascript:x()\")"_s,
+                         u"1: RUN_JAVASCRIPT(\"a, b\u202e\")"_s}));
+  const Translator english{QString()};
+  const QString text = ForeignScriptText(described, english);
+  for (const char* part : {"\"Shared\"", "Author: Bob", "Signature: none", "a.htm",
+                           "3: call_javascript", "Other hosts: none. They are blocked"}) {
+    EXPECT_TRUE(text.contains(QLatin1String(part))) << part;
+  }
+  EXPECT_FALSE(text.contains(u'\u202e')) << "would turn the text around";
+  origin.author.key = QByteArray(32, 'k');
+  EXPECT_TRUE(ForeignScriptText(DescribeScripts(router, origin), english)
+                  .contains(KeyFingerprint(origin.author.key)));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <QTextBlock>
 
 #include "core/files.h"
+#include "core/foreign_scripts.h"
 #include "core/own_routers.h"
 #include "ui/tools/new_router_dialog.h"
 #include "ui/tools/router_list_dialog.h"
@@ -382,7 +383,24 @@ TEST_F(RouterListTest, ARouterGoesToOthersAsOneFile) {
   EXPECT_EQ(chosen_, kFirstOwnRouterId);
   EXPECT_EQ(context_->databases.FindRouter(chosen_)->routerportpage,
             context_->databases.FindRouter(11)->routerportpage);
+  EXPECT_THAT(prompts_.shown.back(), HasSubstr("before it runs for the first time"));
+  EXPECT_TRUE(ForeignScripts(folder_.dir.path()).OriginOf(chosen_));
   EXPECT_TRUE(ComesToItsEnd());
+}
+
+TEST_F(RouterListTest, ASignedFileIsTakenAsItWasSigned) {
+  Open({u"Harbour HB-1"_s, u"Quay Q20"_s});
+  const QString file = folder_.Path("q20.txt");
+  prompts_.files = {file, file};
+  prompts_.answers = {true};
+  Click("export_button");
+  EXPECT_THAT(prompts_.shown.back(), HasSubstr("Do you want to sign the file?"));
+  const QByteArray written = ReadBytes(file);
+  EXPECT_TRUE(written.startsWith("# author: "));
+  ASSERT_TRUE(WriteBytes(file, QByteArray(written).replace("Harbour HB-1", "Harbour HB-9")));
+  Click("import_button");
+  EXPECT_THAT(prompts_.shown.back(), HasSubstr("changed after its author had signed it"));
+  EXPECT_EQ(context_->databases.RouterCount(), 2);
 }
 
 }  // namespace

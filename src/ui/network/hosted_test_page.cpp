@@ -83,6 +83,11 @@ void HostedTestPage::AskPage(const PageCall& call, std::function<void(bool found
   });
 }
 
+void HostedTestPage::AskForeignScript(const ForeignScript&,
+                                      std::function<void(bool allowed)> answer) {
+  answer(false);
+}
+
 void HostedTestPage::AskCertificate(const ShownCertificate&,
                                     std::function<void(bool trusted)> answer) {
   answer(false);

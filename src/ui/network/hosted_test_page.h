@@ -37,6 +37,8 @@ class HostedTestPage final : public TestPage, private PageQuestions {
  private:
   void BeginWhenFree();
   void AskPage(const PageCall& call, std::function<void(bool found)> done);
+  void AskForeignScript(const ForeignScript& script,
+                        std::function<void(bool allowed)> answer) override;
   void AskCertificate(const ShownCertificate& shown,
                       std::function<void(bool trusted)> answer) override;
   void AskLogin(const QString& address,

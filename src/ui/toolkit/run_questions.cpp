@@ -3,11 +3,25 @@
 
 #include "ui/toolkit/run_questions.h"
 
+#include "script/foreign_script.h"
+
 namespace quayline {
 
 void RunQuestions::RefuseAll() {
   refuses_ = true;
   prompts_.CloseBoxes(&window_);
+}
+
+void RunQuestions::AskForeignScript(const ForeignScript& script,
+                                    std::function<void(bool allowed)> answer) {
+  if (refuses_) {
+    answer(false);
+    return;
+  }
+  prompts_.AskCarefully(&window_, Text(texts_.foreign_script_title),
+                        ForeignScriptText(script, translator_) + QStringLiteral("\n\n") +
+                            Text(texts_.foreign_script_question),
+                        std::move(answer));
 }
 
 void RunQuestions::AskCertificate(const ShownCertificate& shown,

@@ -24,6 +24,8 @@ class RunQuestions final : public PageQuestions {
   // The window closes: what is open, and what is asked from now on, is refused.
   void RefuseAll();
 
+  void AskForeignScript(const ForeignScript& script,
+                        std::function<void(bool allowed)> answer) override;
   void AskCertificate(const ShownCertificate& shown,
                       std::function<void(bool trusted)> answer) override;
   void AskLogin(const QString& address,

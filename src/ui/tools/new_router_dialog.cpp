@@ -28,6 +28,8 @@ QString FaultText(const OwnRouterFault& fault, const Translator& translator) {
       return translator.Text(message::kRouterNameTaken).arg(fault.detail);
     case OwnRouterError::kCannotRead:
       return translator.Text(message::kCannotReadRouter).arg(fault.detail);
+    case OwnRouterError::kWrongSignature:
+      return translator.Text(message::kWrongSignature);
     case OwnRouterError::kCannotWrite:
       break;
   }

@@ -3,6 +3,7 @@
 
 #include "ui/tools/router_list_dialog.h"
 
+#include <QFile>
 #include <QLocale>
 #include <QShortcut>
 #include <QStringListModel>
@@ -167,9 +168,9 @@ void RouterListDialog::OpenNewRouter() {
   for (qsizetype i = 0; i < ids_.size(); ++i) {
     routers.append({.id = ids_.at(i), .name = names.value(i)});
   }
-  auto* dialog = new NewRouterDialog(
-      context_, prompts_, routers, this,
-      [this](int id, const QString& like) { TakeOwnRouter(id, like); });
+  auto* dialog =
+      new NewRouterDialog(context_, prompts_, routers, this,
+                          [this](int id, const QString& like) { TakeOwnRouter(id, like); });
   dialog->open();
 }
 
@@ -180,29 +181,55 @@ void RouterListDialog::TakeOwnRouter(int id, const QString& like) {
 }
 
 void RouterListDialog::Import(const QString& file) {
-  const auto ids = ImportRouters(context_.databases, file);
+  ForeignScripts foreign(context_.program_folder);
+  const QByteArray own_key =
+      QFile::exists(KeyFile()) ? OwnAuthorKey(KeyFile()).for_everybody : QByteArray();
+  const auto ids = ImportRouters(context_.databases, foreign, own_key, file);
   if (!ids) {
     prompts_.Tell(this, FaultText(ids.error(), context_.translator));
     return;
   }
   chosen_(ids->first());
+  if (foreign.OriginOf(ids->first())) {
+    prompts_.Tell(parentWidget(), Text(message::kImportedFromOther));
+  }
   accept();
 }
+
+QString RouterListDialog::KeyFile() const { return context_.FileInFolder("author.key"); }
 
 void RouterListDialog::AskToExport() {
   const auto record = context_.databases.FindRouter(SelectedId());
   if (!record) {
     return;
   }
-  prompts_.AskSaveFile(this,
-                       {.title = Text(message::kExportTitle),
-                        .filter = Text(message::kRouterFiles),
-                        .default_suffix = QStringLiteral("txt")},
-                       [this, record = *record](const QString& file) {
-                         if (!ExportRouter(record, file)) {
-                           prompts_.Tell(this, Text(message::kCannotExport).arg(file));
-                         }
-                       });
+  prompts_.AskSaveFile(
+      this,
+      {.title = Text(message::kExportTitle),
+       .filter = Text(message::kRouterFiles),
+       .default_suffix = QStringLiteral("txt")},
+      [this, record = *record](const QString& file) {
+        const QString author = qEnvironmentVariable("USER");
+        prompts_.Ask(this, Text(message::kExportTitle), Text(message::kSignQuestion).arg(author),
+                     [this, record, file, author](bool yes) {
+                       Export(record, file, yes ? std::optional(author) : std::nullopt);
+                     });
+      });
+}
+
+void RouterListDialog::Export(const RouterRecord& record, const QString& file,
+                              const std::optional<QString>& author) {
+  std::optional<ExportSignature> signature;
+  if (author) {
+    signature = ExportSignature{.author = *author, .key = OwnAuthorKey(KeyFile())};
+    if (!signature->key.IsValid()) {
+      prompts_.Tell(this, Text(message::kCannotSign));
+      return;
+    }
+  }
+  if (!ExportRouter(record, file, signature)) {
+    prompts_.Tell(this, Text(message::kCannotExport).arg(file));
+  }
 }
 
 }  // namespace quayline

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "async/flow.h"
 #include "core/app_context.h"
@@ -45,6 +46,10 @@ class RouterListDialog final : public QDialog {
   void TakeOwnRouter(int id, const QString& like);
   void Import(const QString& file);
   void AskToExport();
+  // Signed by `author`, if there is one.
+  void Export(const RouterRecord& record, const QString& file,
+              const std::optional<QString>& author);
+  QString KeyFile() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;

@@ -58,6 +58,16 @@ inline constexpr Message kExportTitle{"Export Router"};
 inline constexpr Message kImportTitle{"Import Router"};
 inline constexpr Message kRouterFiles{"Router files (*.txt);;All files (*)"};
 inline constexpr Message kCannotExport{"The file %1 cannot be written."};
+inline constexpr Message kWrongSignature{
+    "This file was changed after its author had signed it, so it was not imported."};
+inline constexpr Message kImportedFromOther{
+    "The router is in the list now. Its script is somebody else's: before it runs for the first "
+    "time, you are shown what it may do."};
+inline constexpr Message kSignQuestion{
+    "Do you want to sign the file? Whoever imports it then sees that it is from you and has not "
+    "been changed. It bears the name \"%1\"."};
+inline constexpr Message kCannotSign{
+    "The file cannot be signed: your key cannot be read or written in the program's folder."};
 inline constexpr Message kUnknownLimit{"unknown"};
 
 inline constexpr Message kNoFindings{"Every line can do what it says."};
