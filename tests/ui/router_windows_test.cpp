@@ -94,7 +94,7 @@ TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
   flags.is_running = true;
   Click("view_ports_button");
   EXPECT_THAT(prompts_.shown,
-              ElementsAre("Tell: Please Set Router IP.", StartsWith("Tell: An update is running")));
+              ElementsAre("Tell: Please Set Router IP.", StartsWith("Tell: A job is running")));
   EXPECT_TRUE(windows_->dialog.isNull());
   EXPECT_FALSE(flags.JobStopRequested());
 
