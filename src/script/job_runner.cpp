@@ -10,6 +10,7 @@
 #include "script/interpreter.h"
 #include "script/job_texts.h"
 #include "script/rule_reader.h"
+#include "script/rule_removal.h"
 
 namespace quayline {
 
@@ -34,12 +35,9 @@ PassEnd PassEndOf(RunEnd end) {
 JobRunner::JobRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                      QObject* parent)
     : ScriptRunner(context, std::move(make_host), questions, kRunnerTexts,
-                   context.job_flags.active_browser_index, parent) {
-  connect(&log_, &JobLog::appended, this, [this](const QString& text) {
-    if (journal_) {
-      journal_->NoteLog(text);
-    }
-  });
+                   context.job_flags.active_browser_index, parent),
+      record_(context) {
+  connect(&log_, &JobLog::appended, this, [this](const QString& text) { record_.NoteLog(text); });
 }
 
 JobRunner::~JobRunner() { CancelRun(); }
@@ -74,208 +72,124 @@ void JobRunner::FollowRouter() {
 }
 
 void JobRunner::Run() {
-  is_again_ = false;
-  TakeRows(JobKind::kUpdate, context_.port_list.Entries());
+  record_.Begin(JobKind::kUpdate, context_.port_list.Entries());
+  Q_EMIT begun();
   StartRun(RunRows());
 }
 
 void JobRunner::RunAgain() {
-  is_again_ = true;
-  const JobOutcome before = outcome_;
-  TakeRows(JobKind::kUpdate, before.ToTryAgain());
-  for (qsizetype row = 0; row < rows_.size(); ++row) {
-    turns_[row].was_entered = before.HasBegun(rows_.at(row));
-  }
+  record_.BeginAgain();
+  Q_EMIT begun();
   StartRun(RunRows());
 }
 
 void JobRunner::Check() {
-  TakeRows(JobKind::kCheck, context_.port_list.Entries());
+  record_.Begin(JobKind::kCheck, context_.port_list.Entries());
+  Q_EMIT begun();
   StartRun(CheckRows());
 }
 
 void JobRunner::TakeBack() {
-  TakeRows(JobKind::kTakeBack, QList<PortEntry>(Added().crbegin(), Added().crend()));
-  StartRun(TakeBackRows());
-}
-
-void JobRunner::TakeRows(JobKind kind, QList<PortEntry> rows) {
-  rows_ = std::move(rows);
-  outcome_ = {.kind = kind, .results = {}};
-  turns_ = QList<Turn>(rows_.size());
+  record_.Begin(JobKind::kTakeBack, QList<PortEntry>(Added().crbegin(), Added().crend()));
   Q_EMIT begun();
+  StartRun(TakeBackRows());
 }
 
 Task<> JobRunner::CheckRows() {
   const QList<RuleVerdict> verdicts = co_await Look();
-  outcome_.stopped = context_.job_flags.JobStopRequested();
-  outcome_.has_looked = !verdicts.isEmpty() && !outcome_.stopped;
-  outcome_.entries_failed = verdicts.isEmpty() ? static_cast<int>(rows_.size()) : 0;
-  NoteResults(verdicts);
+  JobOutcome& outcome = record_.Outcome();
+  outcome.stopped = context_.job_flags.JobStopRequested();
+  outcome.entries_failed = verdicts.isEmpty() ? record_.RowCount() : 0;
+  record_.NoteAfter(verdicts, page_);
 }
 
 Task<> JobRunner::RunRows() {
-  BeginJournal();
+  record_.BeginJournal(Router());
   co_await EnterRows();
-  EndJournal();
-}
-
-void JobRunner::BeginJournal() {
-  journal_ = context_.journals.Begin({.router = Router().router_name,
-                                      .address = RouterHost(Router()),
-                                      .entries = rows_,
-                                      .takes_back = outcome_.kind == JobKind::kTakeBack,
-                                      .password = Router().password});
-}
-
-void JobRunner::EndJournal() {
-  if (journal_) {
-    journal_->NoteEnd(outcome_.EndName());
-    journal_.reset();
-  }
+  record_.EndJournal();
 }
 
 Task<> JobRunner::TakeBackRows() {
-  BeginJournal();
-  for (int row = 1; row <= rows_.size(); ++row) {
+  record_.BeginJournal(Router());
+  JobOutcome& outcome = record_.Outcome();
+  for (int row = 1; row <= record_.RowCount() && !outcome.stopped; ++row) {
     if (context_.job_flags.JobStopRequested()) {
-      outcome_.stopped = true;
-      break;
+      outcome.stopped = true;
+    } else {
+      co_await TakeBackRow(row);
     }
-    co_await TakeBackRow(row);
   }
   QList<RuleVerdict> verdicts;
-  if (!outcome_.stopped) {
+  if (!outcome.stopped) {
     verdicts = co_await Look();
-    for (RuleVerdict& verdict : verdicts) {
-      verdict = added_.AfterRemoval(verdict, page_);
-    }
-    outcome_.has_looked = !verdicts.isEmpty() && !context_.job_flags.JobStopRequested();
   }
-  NoteResults(verdicts);
-  if (journal_) {
-    journal_->NoteAfter(outcome_.results, page_);
-  }
-  for (const EntryResult& result : std::as_const(outcome_.results)) {
-    if (result.state == EntryState::kMissing) {
-      added_.Remove(result.entry);
-    }
-  }
-  EndJournal();
+  record_.NoteAfter(verdicts, page_);
+  record_.EndJournal();
 }
 
 Task<> JobRunner::TakeBackRow(int row) {
-  const QString& name = rows_[row - 1].app_name;
-  if (journal_) {
-    journal_->NotePass(row, name);
-  }
-  log_.Append(LineBreak() + OnOneLine(Text(job_text::kRemoving) + QLatin1Char(' ') + name) +
+  record_.NotePass(row);
+  log_.Append(LineBreak() +
+              OnOneLine(Text(job_text::kRemoving) + QLatin1Char(' ') + record_.Row(row).app_name) +
               LineBreak());
-  ++outcome_.entries;
-  const PassEnd end = co_await RemoveRule(row);
-  outcome_.entries_failed += end == PassEnd::kFailed ? 1 : 0;
-  outcome_.stopped = outcome_.stopped || end == PassEnd::kStopped;
-  if (journal_) {
-    journal_->NotePassEnd(row, end, {});
-  }
+  RuleRemoval removal(record_.Added(), page_,
+                      {.look = [this, row] { return LookAtRow(row); },
+                       .remove_row =
+                           [this, row](QStringList rows_to_keep) {
+                             return RemoveRow(row, std::move(rows_to_keep));
+                           }});
+  const PassEnd end = co_await removal.Remove(ArgumentsOf(row, {}).UsesBoth());
+  record_.NotePassEnd(row, end, {});
 }
 
-// A rule for both protocols may be two rows of the router, of which the script removes one. Then
-// the other one is left, and nothing but the rule has gone.
-Task<PassEnd> JobRunner::RemoveRule(int row) {
-  const int most_parts = ArgumentsOf(row, {}).UsesBoth() ? 2 : 1;
-  PassEnd end = PassEnd::kFailed;  // its row was not found
-  qsizetype rows_left = 0;
-  for (int part = 0; part < most_parts; ++part) {
-    const QList<RuleVerdict> verdicts = co_await Look();
-    const RuleVerdict verdict = verdicts.value(row - 1);
-    const qsizetype own_rows = added_.OwnRows(verdict, page_).size();
-    const bool is_removable =
-        part == 0 ? verdict.state == RuleState::kOnRouter : own_rows == rows_left;
-    if (own_rows == 0 || !is_removable) {
-      break;
-    }
-    rows_left = own_rows - 1;
-    Q_EMIT entryStarted(row, static_cast<int>(rows_.size()), rows_[row - 1].app_name);
-    GiveLogin();
-    RunArguments arguments = ArgumentsOf(row, {});
-    arguments.commands = Router().remove_script;
-    arguments.rows_to_keep = added_.RowsToKeep(verdict, page_);
-    const RunEnd run_end = co_await RunRouterCommands(Environment(), std::move(arguments));
-    end = PassEndOf(run_end);
-    if (run_end != RunEnd::kAllLinesDone) {
-      break;
-    }
-  }
-  co_return end;
+Task<RuleVerdict> JobRunner::LookAtRow(int row) {
+  const QList<RuleVerdict> verdicts = co_await Look();
+  co_return verdicts.value(row - 1);
 }
 
-Task<> JobRunner::LookBefore() {
-  const QList<RuleVerdict> before = co_await Look();
-  for (qsizetype row = 0; row < before.size(); ++row) {
-    turns_[row].before = before.at(row);
-  }
-  if (!before.isEmpty()) {
-    added_.NoteBefore(page_);
-  }
-  if (journal_) {
-    journal_->NoteBefore(ResultsOf(before), page_);
-  }
-}
-
-// Entered once more, a rule that is there, or may be there, would be there twice.
-bool JobRunner::IsToBeEntered(int row) const {
-  const Turn& turn = turns_.at(row - 1);
-  if (!is_again_ || !context_.job_options.verify_after_update) {
-    return true;
-  }
-  switch (turn.before.state) {
-    case RuleState::kMissing:
-      return true;
-    case RuleState::kOnRouter:
-      return false;
-    case RuleState::kDifferent:
-      return !turn.was_entered;
-    case RuleState::kUnknown:
-      break;
-  }
-  return !turn.was_entered && turn.before.seen.isEmpty();
+Task<PassEnd> JobRunner::RemoveRow(int row, QStringList rows_to_keep) {
+  Q_EMIT entryStarted(row, record_.RowCount(), record_.Row(row).app_name);
+  GiveLogin();
+  RunArguments arguments = ArgumentsOf(row, {});
+  arguments.commands = Router().remove_script;
+  arguments.rows_to_keep = std::move(rows_to_keep);
+  const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
+  co_return PassEndOf(end);
 }
 
 void JobRunner::SkipRow(int row) {
-  ++outcome_.entries;
-  turns_[row - 1].end = PassEnd::kExisted;
-  log_.Append(LineBreak() + OnOneLine(Text(job_text::kNotEnteredAgain) + QLatin1Char(' ') +
-                                      rows_[row - 1].app_name) +
+  record_.NotePass(row);
+  log_.Append(LineBreak() +
+              OnOneLine(Text(job_text::kNotEnteredAgain) + QLatin1Char(' ') +
+                        record_.Row(row).app_name) +
               LineBreak());
-  if (journal_) {
-    journal_->NotePass(row, rows_[row - 1].app_name);
-    journal_->NotePassEnd(row, PassEnd::kExisted, {});
-  }
+  record_.NotePassEnd(row, PassEnd::kExisted, {});
 }
 
 Task<> JobRunner::EnterRows() {
-  const auto rows = static_cast<int>(rows_.size());
+  const int rows = record_.RowCount();
+  JobOutcome& outcome = record_.Outcome();
   Q_EMIT errorsCleared();
   log_.Append(LineBreak() + Text(job_text::kNumberOfForwards) + QStringLiteral(" (%1)").arg(rows));
   log_.Append(LineBreak() + Text(job_text::kRunningCommands) + LineBreak());
   if (context_.job_options.verify_after_update) {
-    co_await LookBefore();
+    const QList<RuleVerdict> verdicts = co_await Look();
+    record_.NoteBefore(verdicts, page_);
   }
   QString computer_name;
   for (int row = 1; row <= rows; ++row) {
     if (context_.job_flags.JobStopRequested()) {
-      outcome_.stopped = true;
-      NoteResults({});
+      outcome.stopped = true;
+      record_.NoteAfter({}, {});
       co_return;
     }
-    if (IsToBeEntered(row)) {
+    if (record_.IsToBeEntered(row)) {
       co_await RunRow(row, computer_name);
     } else {
       SkipRow(row);
     }
   }
-  if (!outcome_.stopped) {
+  if (!outcome.stopped) {
     // A save that its command did not wait for would end with the browser.
     co_await Pages().UntilIdle({.limit = Pages().Limits().end_of_job,
                                 .shown_as = RouterHost(Router()),
@@ -284,34 +198,28 @@ Task<> JobRunner::EnterRows() {
   const QString rule(19, QLatin1Char('-'));
   log_.Append(LineBreak());
   log_.Append(LineBreak() + rule + Text(job_text::kDone) + rule);
-  co_await ReadBack();
+  QList<RuleVerdict> verdicts;
+  if (context_.job_options.verify_after_update && !outcome.stopped) {
+    verdicts = co_await Look();
+  }
+  record_.NoteAfter(verdicts, page_);
 }
 
 Task<> JobRunner::RunRow(int row, QString& computer_name) {
-  if (journal_) {
-    journal_->NotePass(row, rows_[row - 1].app_name);
-  }
+  record_.NotePass(row);
   LogRowHead(row);
   FollowRouter();
   GiveLogin();
   RunArguments arguments = ArgumentsOf(row, computer_name);
   computer_name = arguments.entry_computer_name;
-  ++outcome_.entries;
   const int faults = PageFaults();
   Environment().steps_not_found = 0;
   Environment().complaints.clear();
   ForgetPageWords();
   const RunEnd end = co_await RunRouterCommands(Environment(), std::move(arguments));
-  outcome_.entries_failed += end == RunEnd::kPageError ? 1 : 0;
-  outcome_.stopped = outcome_.stopped || end == RunEnd::kStopped;
-  Turn& turn = turns_[row - 1];
-  turn.end = PassEndOf(end);
-  turn.doubts = DoubtsSince(faults);
   log_.Append(LineBreak() + Text(job_text::kFinishedAdding) + QLatin1Char(' ') +
-              OnOneLine(rows_[row - 1].app_name) + LineBreak());
-  if (journal_) {
-    journal_->NotePassEnd(row, *turn.end, turn.doubts);
-  }
+              OnOneLine(record_.Row(row).app_name) + LineBreak());
+  record_.NotePassEnd(row, PassEndOf(end), DoubtsSince(faults));
 }
 
 QStringList JobRunner::DoubtsSince(int faults) {
@@ -331,26 +239,6 @@ QStringList JobRunner::DoubtsSince(int faults) {
   return doubts;
 }
 
-Task<> JobRunner::ReadBack() {
-  QList<RuleVerdict> verdicts;
-  if (context_.job_options.verify_after_update && !outcome_.stopped) {
-    verdicts = co_await Look();
-    outcome_.has_looked = !verdicts.isEmpty() && !context_.job_flags.JobStopRequested();
-  }
-  NoteResults(verdicts);
-  if (journal_) {
-    journal_->NoteAfter(outcome_.results, page_);
-  }
-  if (outcome_.has_looked) {
-    added_.NoteAfter(page_);
-  }
-  for (const EntryResult& result : std::as_const(outcome_.results)) {
-    if (result.is_new) {
-      added_.Add(result.entry);
-    }
-  }
-}
-
 Task<QList<RuleVerdict>> JobRunner::Look() {
   FollowRouter();
   RunArguments arguments = RouterArguments();
@@ -365,50 +253,25 @@ Task<QList<RuleVerdict>> JobRunner::Look() {
     co_return QList<RuleVerdict>();
   }
   page_ = *page;
-  co_return MatchRules(rows_, page_);
-}
-
-QList<EntryResult> JobRunner::ResultsOf(const QList<RuleVerdict>& verdicts) const {
-  QList<EntryResult> results;
-  for (qsizetype row = 0; row < rows_.size(); ++row) {
-    const Turn& turn = turns_.at(row);
-    const RuleVerdict verdict = verdicts.value(row);
-    const bool existed = turn.before.state == RuleState::kOnRouter;
-    results.append(ResultOf(rows_[row], verdict, existed, turn.doubts));
-    results.last().is_new =
-        turn.end == PassEnd::kDone && added_.IsNew(turn.before, verdict, page_);
-  }
-  return results;
-}
-
-void JobRunner::NoteResults(const QList<RuleVerdict>& verdicts) {
-  outcome_.results = ResultsOf(verdicts);
-  if (context_.listeners == nullptr) {
-    return;
-  }
-  const auto listeners = context_.listeners->List();
-  const QStringList own_addresses = ForwardableAddresses(context_.adapters.AddressTable());
-  for (EntryResult& result : outcome_.results) {
-    result.listening = ListeningOf(result.entry, own_addresses, listeners);
-  }
+  co_return MatchRules(record_.Rows(), page_);
 }
 
 void JobRunner::LogRowHead(int row) {
-  const PortEntry& entry = rows_[row - 1];
+  const PortEntry& entry = record_.Row(row);
   const QChar blank = QLatin1Char(' ');
   log_.Append(LineBreak() + QLatin1Char('(') + Text(job_text::kCurrent) +
-              QStringLiteral(" -  %1/%2)").arg(row).arg(rows_.size()));
+              QStringLiteral(" -  %1/%2)").arg(row).arg(record_.RowCount()));
   log_.Append(LineBreak() +
               OnOneLine(Text(job_text::kAdding) + blank + entry.app_name + QStringLiteral(" (") +
                         entry.protocol + QStringLiteral(") ") + Text(job_text::kForPorts) + blank +
                         entry.start_port + QLatin1Char('-') + entry.end_port + blank +
                         Text(job_text::kTo) + blank + entry.forwarded_to) +
               LineBreak());
-  Q_EMIT entryStarted(row, static_cast<int>(rows_.size()), entry.app_name);
+  Q_EMIT entryStarted(row, record_.RowCount(), entry.app_name);
 }
 
 RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name) const {
-  const PortEntry& entry = rows_.at(row - 1);
+  const PortEntry& entry = record_.Row(row);
   const qsizetype parenthesis = entry.forwarded_to.indexOf(QLatin1Char('('));
   QString computer_name = former_computer_name;
   if (parenthesis >= 0) {
@@ -419,7 +282,7 @@ RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name
   arguments.commands = Router().update_script;
   arguments.entry_index = row;
   arguments.is_first_entry = row == 1;
-  arguments.is_last_entry = row == rows_.size();
+  arguments.is_last_entry = row == record_.RowCount();
   arguments.entry_name = entry.app_name;
   arguments.entry_protocol = entry.protocol;
   arguments.entry_start_port = entry.start_port;

@@ -2,13 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
 #include <optional>
 
-#include "core/added_rules.h"
-#include "core/job_journal.h"
 #include "core/page_rows.h"
 #include "script/job_outcome.h"
+#include "script/job_record.h"
 #include "script/script_runner.h"
 
 namespace quayline {
@@ -50,12 +48,12 @@ class JobRunner final : public ScriptRunner {
   const RouterSession& Router() const override;
   // The rules that jobs of this runner added and that are still there, the oldest first. Nothing
   // counts that the router may have had before, or that was not seen there afterwards.
-  const QList<PortEntry>& Added() const { return added_.Entries(); }
+  const QList<PortEntry>& Added() const { return record_.Added().Entries(); }
   bool HasRemoveScript() const { return !Router().remove_script.isEmpty(); }
 
   // The entries of the job, as they were when it began.
-  const QList<PortEntry>& Rows() const { return rows_; }
-  const JobOutcome& Outcome() const { return outcome_; }
+  const QList<PortEntry>& Rows() const { return record_.Rows(); }
+  const JobOutcome& Outcome() const { return record_.Outcome(); }
 
  Q_SIGNALS:
   // A job begins: its Rows() are known.
@@ -70,47 +68,27 @@ class JobRunner final : public ScriptRunner {
   bool LogsPages() const override { return ScriptRunner::LogsPages() && !is_looking_; }
 
  private:
-  // What is known of a row while the job runs.
-  struct Turn {
-    RuleVerdict before;
-    QStringList doubts;
-    std::optional<PassEnd> end;  // of its pass
-    bool was_entered = false;    // by a job before this one
-  };
-
   // Keeps what the main window says of the router, as long as it is chosen there.
   void FollowRouter();
-  void TakeRows(JobKind kind, QList<PortEntry> rows);
   Task<> RunRows();
   Task<> EnterRows();
   Task<> CheckRows();
   Task<> TakeBackRows();
   Task<> TakeBackRow(int row);
-  Task<PassEnd> RemoveRule(int row);
-  void BeginJournal();
-  void EndJournal();
-  Task<> LookBefore();
-  bool IsToBeEntered(int row) const;
+  Task<RuleVerdict> LookAtRow(int row);
+  Task<PassEnd> RemoveRow(int row, QStringList rows_to_keep);
   void SkipRow(int row);
   Task<> RunRow(int row, QString& computer_name);
-  Task<> ReadBack();
   // What the router shows of each row. Nothing where its rules were not read.
   Task<QList<RuleVerdict>> Look();
-  QList<EntryResult> ResultsOf(const QList<RuleVerdict>& verdicts) const;
-  void NoteResults(const QList<RuleVerdict>& verdicts);
   QStringList DoubtsSince(int faults);
   RunArguments ArgumentsOf(int row, const QString& former_computer_name) const;
   void LogRowHead(int row);
 
   std::optional<RouterSession> router_;  // as it was last chosen; nothing before the first Open()
-  QList<PortEntry> rows_;
-  QList<Turn> turns_;  // of each row
-  JobOutcome outcome_;
-  AddedRules added_;
-  bool is_again_ = false;                // rows that an earlier job did not get in
-  PageRows page_;                        // as it was read last
-  bool is_looking_ = false;              // what fails now does not count as an error of the job
-  std::unique_ptr<JobJournal> journal_;  // of the job that runs; null if none can be written
+  JobRecord record_;
+  PageRows page_;            // as it was read last
+  bool is_looking_ = false;  // what fails now does not count as an error of the job
 };
 
 }  // namespace quayline

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Quayline authors
+// SPDX-License-Identifier: MIT
+
+#include "script/job_record.h"
+
+namespace quayline {
+
+void JobRecord::Begin(JobKind kind, QList<PortEntry> rows) {
+  rows_ = std::move(rows);
+  turns_ = QList<Turn>(rows_.size());
+  outcome_ = {.kind = kind, .results = {}};
+  is_again_ = false;
+}
+
+void JobRecord::BeginAgain() {
+  const JobOutcome before = outcome_;
+  Begin(JobKind::kUpdate, before.ToTryAgain());
+  is_again_ = true;
+  for (qsizetype row = 0; row < rows_.size(); ++row) {
+    turns_[row].was_entered = before.HasBegun(rows_.at(row));
+  }
+}
+
+void JobRecord::BeginJournal(const RouterSession& router) {
+  journal_ = context_.journals.Begin({.router = router.router_name,
+                                      .address = RouterHost(router),
+                                      .entries = rows_,
+                                      .takes_back = outcome_.kind == JobKind::kTakeBack,
+                                      .password = router.password});
+}
+
+void JobRecord::EndJournal() {
+  if (journal_) {
+    journal_->NoteEnd(outcome_.EndName());
+    journal_.reset();
+  }
+}
+
+void JobRecord::NoteLog(const QString& text) {
+  if (journal_) {
+    journal_->NoteLog(text);
+  }
+}
+
+void JobRecord::NotePass(int row) {
+  ++outcome_.entries;
+  if (journal_) {
+    journal_->NotePass(row, Row(row).app_name);
+  }
+}
+
+void JobRecord::NotePassEnd(int row, PassEnd end, const QStringList& doubts) {
+  turns_[row - 1].end = end;
+  turns_[row - 1].doubts = doubts;
+  outcome_.entries_failed += end == PassEnd::kFailed ? 1 : 0;
+  outcome_.stopped = outcome_.stopped || end == PassEnd::kStopped;
+  if (journal_) {
+    journal_->NotePassEnd(row, end, doubts);
+  }
+}
+
+void JobRecord::NoteBefore(const QList<RuleVerdict>& verdicts, const PageRows& page) {
+  for (qsizetype row = 0; row < verdicts.size(); ++row) {
+    turns_[row].before = verdicts.at(row);
+  }
+  if (!verdicts.isEmpty()) {
+    added_.NoteBefore(page);
+  }
+  if (journal_) {
+    journal_->NoteBefore(ResultsOf(verdicts, page), page);
+  }
+}
+
+void JobRecord::NoteAfter(QList<RuleVerdict> verdicts, const PageRows& page) {
+  outcome_.has_looked = !verdicts.isEmpty() && !context_.job_flags.JobStopRequested();
+  if (outcome_.kind == JobKind::kTakeBack) {
+    for (RuleVerdict& verdict : verdicts) {
+      verdict = added_.AfterRemoval(verdict, page);
+    }
+  }
+  outcome_.results = ResultsOf(verdicts, page);
+  NoteListening();
+  if (journal_) {
+    journal_->NoteAfter(outcome_.results, verdicts.isEmpty() ? PageRows() : page);
+  }
+  NoteAdded(page);
+}
+
+QList<EntryResult> JobRecord::ResultsOf(const QList<RuleVerdict>& verdicts,
+                                        const PageRows& page) const {
+  QList<EntryResult> results;
+  for (qsizetype row = 0; row < rows_.size(); ++row) {
+    const Turn& turn = turns_.at(row);
+    const RuleVerdict verdict = verdicts.value(row);
+    const bool existed = turn.before.state == RuleState::kOnRouter;
+    results.append(ResultOf(rows_.at(row), verdict, existed, turn.doubts));
+    results.last().is_new = turn.end == PassEnd::kDone && added_.IsNew(turn.before, verdict, page);
+  }
+  return results;
+}
+
+void JobRecord::NoteListening() {
+  if (context_.listeners == nullptr) {
+    return;
+  }
+  const auto listeners = context_.listeners->List();
+  const QStringList own_addresses = ForwardableAddresses(context_.adapters.AddressTable());
+  for (EntryResult& result : outcome_.results) {
+    result.listening = ListeningOf(result.entry, own_addresses, listeners);
+  }
+}
+
+void JobRecord::NoteAdded(const PageRows& page) {
+  if (outcome_.kind == JobKind::kUpdate && outcome_.has_looked) {
+    added_.NoteAfter(page);
+  }
+  for (const EntryResult& result : std::as_const(outcome_.results)) {
+    if (outcome_.kind == JobKind::kTakeBack && result.state == EntryState::kMissing) {
+      added_.Remove(result.entry);
+    } else if (result.is_new) {
+      added_.Add(result.entry);
+    }
+  }
+}
+
+bool JobRecord::IsToBeEntered(int row) const {
+  const Turn& turn = turns_.at(row - 1);
+  if (!is_again_ || !context_.job_options.verify_after_update) {
+    return true;
+  }
+  switch (turn.before.state) {
+    case RuleState::kMissing:
+      return true;
+    case RuleState::kOnRouter:
+      return false;
+    case RuleState::kDifferent:
+      return !turn.was_entered;
+    case RuleState::kUnknown:
+      break;
+  }
+  return !turn.was_entered && turn.before.seen.isEmpty();
+}
+
+}  // namespace quayline
