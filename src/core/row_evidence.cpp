@@ -110,6 +110,8 @@ class RowReader::Row final {
 
   void ReadBox(const PageCell& cell, ColumnRole role);
   void ReadText(const PageCell& cell, ColumnRole role);
+  // Of a column that says nothing of a rule by its heading ("Action").
+  void ReadIgnored(QString text) { spare_addresses_.append(TakeAddresses(text)); }
   RowEvidence Take();
 
  private:
@@ -123,6 +125,7 @@ class RowReader::Row final {
   QList<SeenPorts> inner_;
   SeenProtocols of_name_;
   SplitRange split_;
+  QStringList spare_addresses_;  // count where no other column has one
   bool has_unread_ = false;
 };
 
@@ -166,8 +169,8 @@ void RowReader::Row::ReadProtocols(const PageCell& cell, const QString& text, Co
   const SeenProtocols seen = ProtocolsIn(text, role == ColumnRole::kProtocol);
   (role == ColumnRole::kName ? of_name_ : evidence_.protocols).Add(seen);
   // Some tables have a column of ports for each protocol.
-  const bool is_port_column = role == ColumnRole::kPort || role == ColumnRole::kStartPort ||
-                              role == ColumnRole::kEndPort;
+  const bool is_port_column =
+      role == ColumnRole::kPort || role == ColumnRole::kStartPort || role == ColumnRole::kEndPort;
   const SeenProtocols of_column = ProtocolsIn(cell.heading, false);
   if (is_port_column && of_column.tcp != of_column.udp && !PortsIn(text, true).isEmpty()) {
     evidence_.protocols.Add(of_column);
@@ -225,6 +228,9 @@ void RowReader::Row::ReadPorts(QString text, ColumnRole role) {
 
 RowEvidence RowReader::Row::Take() {
   split_.AddTo(evidence_);
+  if (!evidence_.HasAddress() && evidence_.hosts.isEmpty()) {
+    evidence_.addresses = spare_addresses_;
+  }
   if (!evidence_.HasProtocol()) {
     evidence_.protocols = of_name_;
   }
@@ -267,8 +273,9 @@ RowEvidence RowReader::Read(const PageRow& row) {
     const ColumnRole role = KnownRoleOf(cell.heading);
     if (cell.checked) {
       read.ReadBox(cell, role);
-    } else if (role != ColumnRole::kIgnored && role != ColumnRole::kOutside &&
-               !cell.text.trimmed().isEmpty()) {
+    } else if (role == ColumnRole::kIgnored) {
+      read.ReadIgnored(cell.text);
+    } else if (role != ColumnRole::kOutside && !cell.text.trimmed().isEmpty()) {
       read.ReadText(cell, role);
     }
   }

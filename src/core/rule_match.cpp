@@ -50,8 +50,8 @@ struct Fit {
   bool ports_are_sure = false;
   bool has_address = false;  // and it is the rule's
   bool has_other_address = false;
-  bool has_unknown_host = false;  // the name of a computer, which may be the rule's
-  bool is_ambiguous = false;      // numbers of which any may be the port
+  bool has_unknown_host = false;      // the name of a computer, which may be the rule's
+  bool is_ambiguous = false;          // numbers of which any may be the port
   bool has_other_inner_port = false;  // it leads to another port of the computer
   NameMatch name = NameMatch::kNone;
 
@@ -181,16 +181,24 @@ class Matcher final {
   // protocols.
   RuleVerdict Exact(const Rule& rule) {
     QList<qsizetype> found;
-    SeenProtocols protocols;
+    bool is_named = false;
     for (qsizetype i = 0; i < rows_.size(); ++i) {
       const RowEvidence& row = rows_.at(i);
-      const bool goes_beyond =
-          (row.protocols.tcp && !rule.tcp) || (row.protocols.udp && !rule.udp);
+      const bool goes_beyond = (row.protocols.tcp && !rule.tcp) || (row.protocols.udp && !rule.udp);
       const Fit fit = FitOf(rule, row);
       if (fit.Is() && !fit.has_other_inner_port && !row.is_disabled && !goes_beyond) {
         found.append(i);
-        protocols.Add(row.protocols);
+        is_named = is_named || fit.name == NameMatch::kWhole;
       }
+    }
+    // Beside a row with the rule's name, one with another name is another rule.
+    found.removeIf([&](qsizetype i) {
+      const RowEvidence& row = rows_.at(i);
+      return is_named && !row.names.isEmpty() && MatchName(rule, row) != NameMatch::kWhole;
+    });
+    SeenProtocols protocols;
+    for (const qsizetype i : found) {
+      protocols.Add(rows_.at(i).protocols);
     }
     if (found.isEmpty() || HasOtherProtocol(rule, protocols)) {
       return {.state = RuleState::kUnknown, .differs = {}, .seen = {}, .rows = found};

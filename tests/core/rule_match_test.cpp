@@ -135,6 +135,8 @@ TEST(RuleMatch, NamesWhatIsNotAsWanted) {
       {kWeb, "Name | Port | IP | Protocol\nWeb | 81 | 192.168.1.5 | TCP", "different port"},
       {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.6 | TCP", "different address"},
       {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 6 | TCP", "different address"},
+      {kWeb, "Name | Match | Port | Action\nWeb | TCP | 80 | Forward to 192.168.1.6 port 80",
+       "different address"},
       {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.5 | UDP", "different protocol"},
       {kWeb, "Name | Port | IP | Protocol\nWeb | 80 | 192.168.1.5 | Both", "different protocol"},
       {kWeb, "Enable | Name | Port | IP\n[ ] | Web | 80 | 192.168.1.5", "different disabled"},
@@ -151,8 +153,7 @@ TEST(RuleMatch, NamesWhatIsNotAsWanted) {
       {kWeb, "External Port | Internal Port | Device\n80 | 8080 | 192.168.1.5", "different port"},
       {kWeb, "Name | Port | IP\nWeb | 80 -> 8080 | 192.168.1.5", "different port"},
       {kWeb, "\nWeb TCP 80 -> 192.168.1.5:8080", "different port"},
-      {kWeb,
-       "Bezeichnung | Externer Port | Interner Port | Gerät\nWeb | 80 | 81 | Desk",
+      {kWeb, "Bezeichnung | Externer Port | Interner Port | Gerät\nWeb | 80 | 81 | Desk",
        "different port"},
       {kWeb, "外部端口 | 内部端口 | IP地址 | 协议\n80 | 81 | 192.168.1.5 | TCP", "different port"},
       {kWeb, "Name | Port | IP | NAT reflection | Enabled\nWeb | 80 | 192.168.1.5 | Off | Off",
@@ -262,6 +263,8 @@ TEST(RuleMatch, NamesTheRowsThatAreTheRule) {
   part.rows.removeFirst();
   EXPECT_EQ(Words(MatchRules({kGame}, part).first()), u"different protocol"_s);
   EXPECT_EQ(MatchRules({kGame}, part).first().rows, QList<qsizetype>{1});
+  const PageRows like = Page("Name | Port | IP\nWebcam | 80 | 192.168.1.5\nWeb | 80 | 192.168.1.5");
+  EXPECT_EQ(MatchRules({kWeb}, like).first().rows, QList<qsizetype>{1});
 }
 
 TEST(RuleMatch, ARowThatIsOneEntryIsNoFaultyFormOfAnother) {

@@ -67,7 +67,7 @@ inline constexpr Message kCloseViewQuestion{
 inline constexpr Message kLeadingToPage{"Going to the page where your router keeps its ports..."};
 inline constexpr Message kPageReached{
     "The script has run. What you change on this page now is between you and your router."};
-inline constexpr Message kPageFailed{
+inline constexpr Message kScriptEndedByPage{
     "A page failed, so the script ended there. The log tells at which step."};
 inline constexpr Message kViewStopped{"Stopped. You can go on by hand."};
 inline constexpr Message kNoViewScript{

@@ -68,7 +68,7 @@ void PageViewWindow::Stop() {
 
 void PageViewWindow::ShowEnd() {
   const RunEnd end = runner_->End().value_or(RunEnd::kStopped);
-  const Message& outcome = end == RunEnd::kPageError ? message::kPageFailed
+  const Message& outcome = end == RunEnd::kPageError ? message::kScriptEndedByPage
                            : end == RunEnd::kStopped ? message::kViewStopped
                                                      : message::kPageReached;
   ui_->headline_label->setText(Text(outcome));

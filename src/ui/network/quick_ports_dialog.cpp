@@ -68,7 +68,7 @@ QuickPortsDialog::~QuickPortsDialog() { flow_.Cancel(); }
 
 void QuickPortsDialog::SetUpList() {
   ui_->entries_view->setModel(rows_);
-  rows_->setHorizontalHeaderLabels({Text(message::kEntryColumn), Text(message::kPortsColumn),
+  rows_->setHorizontalHeaderLabels({Text(message::kOnRequestEntryColumn), Text(message::kPortsColumn),
                                     Text(message::kRouterColumn)});
   for (const PortEntry& entry : context_.port_list.Entries()) {
     const std::optional<Message> refusal = Refusal(entry);

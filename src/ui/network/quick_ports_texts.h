@@ -15,7 +15,7 @@ inline constexpr Message kRouterSpeaksNot{
 inline constexpr Message kNoRouterAddress{
     "The address of your router is missing. Please type it in the main window first."};
 
-inline constexpr Message kEntryColumn{"Entry"};
+inline constexpr Message kOnRequestEntryColumn{"Entry"};
 inline constexpr Message kPortsColumn{"Ports"};
 inline constexpr Message kRouterColumn{"On the router"};
 inline constexpr Message kMappingOpen{"Open"};
