@@ -86,6 +86,7 @@ class NoWindows final : public WindowFactory {
   QDialog* ProgramUpdate(QWidget*, std::function<void()>) override { return nullptr; }
   void CheckForUpdate(QWidget*, std::function<void()>) override {}
   QDialog* DatabaseUpdate(QWidget*, std::function<void()>) override { return nullptr; }
+  bool HasSecondRouter() const override { return false; }
 };
 
 // Opens the windows as the desktop program does; `begun` is the time of the process's start.

@@ -42,6 +42,7 @@ class EveryWindowTest : public MainWindowTest {
                const std::function<void(const char* name, QWidget& window)>& look) {
     WriteSettings("showgettingstarted=1\r\nlanguage=" + language.toUtf8() + "\r\n");
     Start();
+    QCoreApplication::processEvents();
     look("main window", *main_);
     ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
     context_->session.router_id = 7;
