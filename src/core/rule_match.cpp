@@ -191,20 +191,30 @@ class Matcher final {
         is_named = is_named || fit.name == NameMatch::kWhole;
       }
     }
-    // Beside a row with the rule's name, one with another name is another rule.
-    found.removeIf([&](qsizetype i) {
+    // Beside a row that has the rule's name and is the whole rule, one with another name is another
+    // rule.
+    QList<qsizetype> named = found;
+    named.removeIf([&](qsizetype i) {
       const RowEvidence& row = rows_.at(i);
-      return is_named && !row.names.isEmpty() && MatchName(rule, row) != NameMatch::kWhole;
+      return !row.names.isEmpty() && MatchName(rule, row) != NameMatch::kWhole;
     });
-    SeenProtocols protocols;
-    for (const qsizetype i : found) {
-      protocols.Add(rows_.at(i).protocols);
+    if (is_named && !HasOtherProtocol(rule, ProtocolsOf(named))) {
+      found = named;
     }
+    const SeenProtocols protocols = ProtocolsOf(found);
     if (found.isEmpty() || HasOtherProtocol(rule, protocols)) {
       return {.state = RuleState::kUnknown, .differs = {}, .seen = {}, .rows = found};
     }
     taken_.append(found);
     return {.state = RuleState::kOnRouter, .differs = {}, .seen = Seen(found), .rows = found};
+  }
+
+  SeenProtocols ProtocolsOf(const QList<qsizetype>& rows) const {
+    SeenProtocols protocols;
+    for (const qsizetype row : rows) {
+      protocols.Add(rows_.at(row).protocols);
+    }
+    return protocols;
   }
 
   RuleVerdict Inexact(const Rule& rule) const {
