@@ -158,7 +158,8 @@ std::string Cut(const QWidget& widget) {
   const auto* button = qobject_cast<const QAbstractButton*>(&widget);
   if (button != nullptr && !button->text().isEmpty() &&
       button->minimumSizeHint().width() > button->width() + 1) {
-    return "is too narrow";
+    return "is too narrow by " +
+           std::to_string(button->minimumSizeHint().width() - button->width());
   }
   return {};
 }
@@ -195,6 +196,8 @@ TEST_F(EveryWindowTest, IsWholeAndReadableInEachLanguage) {
       const QWidgetList widgets = VisibleWidgets(window);
       ExpectApart(name, widgets);
       for (const QWidget* widget : widgets) {
+        // A layout follows a text that was just set with the next events.
+        RunUntil([&] { return Cut(*widget).empty(); }, std::chrono::seconds(2));
         EXPECT_EQ(Cut(*widget), "")
             << Named(name, *widget) << ": " << widget->property("text").toString().toStdString();
       }
