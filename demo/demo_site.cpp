@@ -158,7 +158,7 @@ void DemoSite::Probe(const HttpRequest& request, bool udp, const Answerer& answe
   }
 }
 
-// Null where the proxy names no address: then nobody is probed.
+// Null where the proxy names no address: then no address is probed.
 QHostAddress DemoSite::ClientOf(const HttpRequest& request) const {
   const QHostAddress peer = Plain(request.peer);
   if (options_.proxy.isNull() || peer != Plain(options_.proxy)) {

@@ -21,7 +21,8 @@ namespace quayline::demo {
 struct SiteOptions {
   QHostAddress address = QHostAddress(QHostAddress::LocalHost);
   quint16 port = 0;  // 0: any free one
-  // A reverse proxy, whose header "X-Forwarded-For" names the client. Nobody else's is believed.
+  // A reverse proxy, whose header "X-Forwarded-For" names the client. That of any other sender is
+  // ignored.
   QHostAddress proxy;
   // The folder whose "files" and "updates" are served; empty: none.
   QString folder;

@@ -20,7 +20,7 @@ const QDate kFirstSerial(2020, 1, 1);
 constexpr int kDays = 30;
 constexpr int kDemoRouterId = 900'000;
 
-// What stands for a program. Nobody may run it.
+// Stands for a program, and must not be run.
 const QByteArray kStandIn =
     "MZ This is no program: it stands for one on Quayline's demo site. Nothing in it is run.\n";
 

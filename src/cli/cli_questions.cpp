@@ -32,7 +32,7 @@ void CliQuestions::AskCertificate(const ShownCertificate& shown,
             .arg(shown.address,
                  shown.is_changed
                      ? QStringLiteral("another certificate than the one that was trusted before")
-                     : QStringLiteral("a certificate that nobody vouches for"),
+                     : QStringLiteral("a certificate that no known authority has signed"),
                  shown.fingerprint));
   }
   answer(is_trusted);

@@ -16,7 +16,7 @@ namespace quayline {
 namespace {
 
 // A page is laid out and takes the focus only in a view that is shown; on this program's platform
-// nobody sees it.
+// it is not visible.
 void ShowUnseen(PageHost* host) {
   if (QWidget* view = host->Widget()) {
     constexpr QSize kView(1024, 768);

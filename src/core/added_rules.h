@@ -41,8 +41,8 @@ class AddedRules final {
   // The oldest first.
   const QList<PortEntry>& Entries() const { return entries_; }
 
-  // The rows of the rule that jobs added. A row that was there before them is none of these; nor is
-  // one that came after them, as long as a row of theirs is there.
+  // The rows of the rule that jobs added. A row that was there before them does not belong to
+  // these, nor does one that came after them, as long as a row of theirs is there.
   QList<qsizetype> OwnRows(const RuleVerdict& verdict, const PageRows& page) const;
   // The other rows, as RowTexts has them: those before the jobs, and those of the rule that are not
   // the jobs' own.

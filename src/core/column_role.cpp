@@ -14,7 +14,7 @@ bool IsOfTriggers(const QString& heading) {
 
 ColumnRole RoleOf(const QString& heading) {
   // English, German, French, Spanish, Italian, Dutch, Chinese, Japanese. Words of a language have
-  // no separator in Chinese, so there is none in the patterns.
+  // no separator in Chinese, so the patterns do without.
   static const struct {
     QRegularExpression words;
     ColumnRole role;
@@ -29,7 +29,8 @@ ColumnRole RoleOf(const QString& heading) {
       {Words("reflection|loopback|hairpin|\\blog(?:ging)?\\b"), ColumnRole::kIgnored},
       {Words("(?:internal|\\bint\\b|private|inner|local|\\blan|target|dest|forward\\w* to|intern|"
              "lokal|ziel|interne|interno|内部|内网|本地).*(?:port|puerto|poort|端口|埠|ポート)|"
-             "(?:port|puerto|poort).*(?:internal|\\bint\\b|private|local|\\blan|target|intern|lokal|ziel|"
+             "(?:port|puerto|poort).*(?:internal|\\bint\\b|private|local|\\blan|target|intern|"
+             "lokal|ziel|"
              "dest)"),
        ColumnRole::kInnerPort},
       {Words("(?:start|begin|from|first|low|anfang|von|d.but|inici|desde|起始|开始)"
@@ -42,7 +43,8 @@ ColumnRole RoleOf(const QString& heading) {
        ColumnRole::kEndPort},
       {Words("port|range|puerto|\\bporta\\b|poort|端口|埠|ポート"), ColumnRole::kPort},
       {Words("(?:remote|source|outside|external|extern|public|allowed|quell|entfernt|distant|"
-             "origen|\\bwan\\b|外部|源|远程).*(?:\\bip\\b|ip.?ad|address|host|adresse|direcci.n|地址)|"
+             "origen|\\bwan\\b|外部|源|远程).*(?:\\bip\\b|ip.?ad|address|host|adresse|direcci.n|"
+             "地址)|"
              "^\\W*(?:source|remote|wan|quelle|origen)\\W*$"),
        ColumnRole::kOutside},
       {Words("proto|traffic|协议|プロトコル"), ColumnRole::kProtocol},

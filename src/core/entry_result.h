@@ -33,7 +33,7 @@ struct EntryResult {
   bool is_new = false;
   QStringList doubts;  // what went wrong meanwhile, in sentences
   // Whether a program waits for what the router forwards; nothing where it leads to another
-  // computer, or nobody has looked.
+  // computer, or the router was not looked at.
   std::optional<Listening> listening;
 
   bool IsUnclear() const { return state == EntryState::kUnknown || state == EntryState::kToCheck; }

@@ -10,7 +10,7 @@ namespace quayline {
 
 namespace {
 
-// A long list of ports that nobody listens on says no more than its beginning.
+// A long list of ports without a program says no more than its beginning.
 constexpr qsizetype kMostShown = 3;
 
 // Whether the router reaches the listener at `address`.

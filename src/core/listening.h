@@ -27,7 +27,7 @@ struct Listening {
   QString program;           // of kListens; empty where this user may not see its name
   QString address;           // of kElsewhere: where it listens
   QList<PortRange> ports;    // of the entry
-  QList<PortRange> lacking;  // ports on which nobody listens; of kListens, if there are any
+  QList<PortRange> lacking;  // ports on which no program listens; of kListens, if there are any
   // Of an entry for both protocols, the only one on which somebody listens: "TCP" or "UDP".
   QString only_protocol;
 

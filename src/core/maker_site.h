@@ -17,7 +17,7 @@ struct MakerSite {
     return !QUrl(base).host().endsWith(QLatin1String(".example"), Qt::CaseInsensitive);
   }
 
-  // The site that tests ports. Null if there is none.
+  // The site that tests ports. Null if no site is known.
   QUrl TestSite() const {
     return !test_site.isEmpty() ? QUrl(test_site) : Exists() ? QUrl(base) : QUrl();
   }

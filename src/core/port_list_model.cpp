@@ -104,7 +104,7 @@ void PortListModel::SetEntries(QList<PortEntry> entries) {
   }
 }
 
-// The first row with `entry` after `former`, or else from the beginning; -1 if there is none.
+// The first row with `entry` after `former`, or else from the beginning; -1 if it is not found.
 qsizetype PortListModel::NextRowOf(const PortEntry& entry, qsizetype former) const {
   const qsizetype row = entries_.indexOf(entry, former + 1);
   return row >= 0 ? row : entries_.indexOf(entry);

@@ -15,7 +15,7 @@ enum class ColumnKind { kText, kScript, kPortList };
 template <typename Record>
 struct Column {
   const char* name;
-  QString Record::*member;
+  QString Record::* member;
   const char* heading = nullptr;  // of the column where the table is written as text
   ColumnKind kind = ColumnKind::kText;
   // Files made before the column existed lack it, and the text of a record may omit it.
@@ -51,7 +51,7 @@ struct RouterRecord {
   QString routerpic;       // path under the maker's "/files" folder; backslashes are allowed
   QString routercommands;  // update script, lines separated by CR LF
   QString routerportpage;  // list/remove script, likewise
-  QString routerremove;    // script that removes one rule, likewise; empty: there is none
+  QString routerremove;    // script that removes one rule, likewise; empty: it has no such script
   QString routertested;    // how the scripts were tried: one of kWaysOfTesting, or empty
   QString routerversions;  // the firmware versions that the scripts were written for
 

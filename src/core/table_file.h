@@ -50,7 +50,8 @@ class TableFile final {
   // Copies the file, which is known to be good, unless the copy is of the same state already. Does
   // nothing for a file that stands in for another.
   void KeepGoodCopy() const;
-  // Writes a copy of the file while nobody writes to it. False when that fails.
+  // Writes a copy of the file, and keeps other programs from writing to it meanwhile. False when
+  // that fails.
   bool CopyTo(const QString& copy) const;
 
   int Count() const;
@@ -68,7 +69,7 @@ class TableFile final {
   // All rows that are seen, with all columns of the file.
   TableData ReadAll() const;
   // Replaces the rows that are seen by what `change` makes of them, all or none; columns that are
-  // new are added to the file. Nobody else writes meanwhile. False when nothing was changed.
+  // new are added to the file. No other program writes meanwhile. False when nothing was changed.
   bool Rewrite(const std::function<TableData(const TableData&)>& change);
 
  private:

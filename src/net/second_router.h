@@ -27,7 +27,7 @@ bool IsPrivateAddress(const QString& address);
 struct RouterTrace {
   QStringList addresses;      // gateways of this computer and hops on the way out, each once
   bool is_forbidden = false;  // the system does not let this program look at the hops
-  bool is_silent = false;     // nobody answered
+  bool is_silent = false;     // no answer came
 };
 
 struct RouterCount {

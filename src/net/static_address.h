@@ -13,7 +13,7 @@
 
 namespace quayline {
 
-// What the user typed for a fixed address. A DNS server of "0.0.0.0" is none.
+// What the user typed for a fixed address. "0.0.0.0" stands for no DNS server.
 struct TypedAddresses {
   QString address;
   QString mask;

@@ -58,7 +58,7 @@ struct SetupAdapter {
   int index = 0;  // the system's own number of the adapter
 };
 
-// What an adapter uses now. Dotted IPv4 text, "0.0.0.0" where there is none.
+// What an adapter uses now. Dotted IPv4 text; "0.0.0.0" is a missing address.
 struct AdapterAddresses {
   QString address = QStringLiteral("0.0.0.0");
   QString mask = QStringLiteral("0.0.0.0");

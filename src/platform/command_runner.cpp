@@ -12,7 +12,7 @@ namespace quayline {
 
 Task<QString> RunCommand(QString line, std::chrono::milliseconds limit) {
   const QStringList words = QProcess::splitCommand(line);
-  // Belongs to nobody: it may outlive who waits for it.
+  // Has no owner: it may outlive the wait for it.
   auto* const process = new QProcess;
   QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
   process->setStandardInputFile(QProcess::nullDevice());

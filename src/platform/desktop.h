@@ -13,7 +13,7 @@ class Desktop {
 
   // Opens a page in the user's own browser. False if there is no browser.
   virtual bool OpenInBrowser(const QUrl& page) = 0;
-  // Opens a file with the program that the desktop has for it. False if there is none.
+  // Opens a file with the program that the desktop has for it. False if it has no such program.
   virtual bool OpenFile(const QString& file) = 0;
   // How the user updates programs by the system's package manager: a command, or empty where the
   // system has none.

@@ -15,7 +15,7 @@ struct EchoReply {
     kReached,    // the target itself has answered
     kHop,        // a computer on the way, at which the time to live ended
     kRefused,    // a computer on the way, which does not lead to the target
-    kSilence,    // nobody, within the time
+    kSilence,    // no answer within the time
     kForbidden,  // the system does not let this program send echo requests
   };
 

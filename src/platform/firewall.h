@@ -76,7 +76,7 @@ class Firewall {
   virtual Task<FirewallChange> Add(QList<FirewallPorts> ports, Progress progress) = 0;
   // Removes rules of the program with these ports and protocols, and no others.
   virtual Task<FirewallChange> Remove(QList<FirewallPorts> ports, Progress progress) = 0;
-  // Starts the system's own program for its firewall. False if there is none.
+  // Starts the system's own program for its firewall. False if the system has no such program.
   virtual bool OpenSettings() = 0;
 };
 

@@ -28,7 +28,7 @@ class RequestValues final {
   // With further values that are found first.
   RequestValues With(const QMap<QString, QString>& names) const;
 
-  // The value as JSON; undefined where there is none.
+  // The value as JSON; undefined where the request lacks it.
   QJsonValue Find(const QString& path) const;
   std::optional<QString> FindText(const QString& path) const;
 

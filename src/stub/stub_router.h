@@ -85,7 +85,7 @@ class StubRouter final : public QObject {
   HttpServer server_;
   QList<StubRule> kept_;
   QList<StubRule> shown_;  // with the changes that are not committed yet
-  QString session_;        // empty: nobody is logged in
+  QString session_;        // empty: not logged in
   QString token_;
   int next_id_ = 0;
 };

@@ -16,7 +16,7 @@ struct TransferLimits {
   long least_rate = 64;              // bytes per second
 };
 
-// HttpTransfer by libcurl. The body is taken from the network as it is read: what nobody reads yet
+// HttpTransfer by libcurl. The body is taken from the network as it is read: the rest
 // stays with the server.
 //
 // Addresses are https, whose certificates are checked, or http on this computer. At most five

@@ -14,7 +14,7 @@ namespace quayline {
 
 enum class TransferError {
   kBadAddress,    // not an address that may be fetched, also after a redirect
-  kNoConnection,  // the name is unknown, nobody answers, or the answer is no HTTP
+  kNoConnection,  // the name is unknown, no answer comes, or it is not HTTP
   kNotTrusted,    // no certificate that this system trusts
   kTimeout,       // nothing has come for too long
   kTooLarge,      // more bytes than allowed

@@ -50,7 +50,7 @@ using SockValue =
 int TypeOf(const SockValue& value);
 
 // How many of `available` bytes a value of this type takes: a single value its own size at most, an
-// array whole elements, a text all. Nothing for a type that is none of SockValue's.
+// array whole elements, a text all. Nothing for a type that SockValue does not have.
 std::optional<qsizetype> BytesOfType(int type, qsizetype available);
 
 QByteArray ToBytes(const SockValue& value);

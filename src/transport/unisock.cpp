@@ -260,7 +260,7 @@ void UniSock::OnLookup(const QHostInfo& found) {
     return;
   }
   if (const auto started = ConnectIP(address); !started) {
-    Report(started.error().number, QStringLiteral("ConnectIP"));  // nobody has called this
+    Report(started.error().number, QStringLiteral("ConnectIP"));  // although it was not called
   }
 }
 

@@ -97,7 +97,7 @@ class UniSock final : public QObject {
   bool bind(int port, const QString& address);
   // Waits for callers, on LocalPort() where the socket is not bound yet. State() does not change.
   std::expected<bool, SockError> listen();
-  // Connects to the peer. An empty host or a port that is none leaves RemoteHost() or RemotePort().
+  // Connects to the peer. An empty host or an invalid port leaves RemoteHost() or RemotePort().
   // A name is looked up in the background. UDP: only takes the peer for SendData(), and closes.
   Result ConnectTo(const QString& host, int port);
   // Connects to an address in network order, where a socket exists (bind() makes one).

@@ -13,7 +13,7 @@ namespace quayline {
 
 // Where updates come from, and whose signature they need.
 struct UpdateSite {
-  QUrl base;       // empty: there is none
+  QUrl base;       // empty: no site is known
   QByteArray key;  // Ed25519; empty: updates need no signature
 
   bool Exists() const { return base.isValid() && !base.host().isEmpty(); }

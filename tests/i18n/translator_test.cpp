@@ -88,7 +88,7 @@ TEST_F(TranslatorTest, TheFirstRecordOfATextWinsInWhateverCaseAndSection) {
            {"Open", "Öffnen"},
            {"oPEN", "Öffnen"},
            {"STRAßE", "Weg"},
-           {"Empty", "Empty"},  // an empty translation is none
+           {"Empty", "Empty"},  // an empty translation does not count
            {"Other", "Other"},
            {"&Open", "Öffnen"},  // the access key belongs to this program's caption
            {"O&pen && shut", "O&pen && shut"},

@@ -40,7 +40,7 @@ TEST(LinuxDesktop, ANotificationReachesTheServiceAndWithoutOneNothingHappens) {
   const QByteArray address = bus.readAllStandardOutput().trimmed();
   qputenv("DBUS_SESSION_BUS_ADDRESS", address);  // read once, when the bus is first used
   LinuxDesktop desktop;
-  desktop.ShowNotification(u"Quayline"_s, u"nobody listens"_s);
+  desktop.ShowNotification(u"Quayline"_s, u"no program listens"_s);
 
   Notifications service;
   QDBusConnection served =

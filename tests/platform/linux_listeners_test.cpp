@@ -63,7 +63,7 @@ TEST(LinuxListeners, FindsTheSocketsOfThisProgramByAddressAndProtocol) {
   }
 }
 
-// A connection has a port of its own as well, on which nobody else is answered.
+// A connection has a port of its own as well, on which no other peer is answered.
 TEST(LinuxListeners, TakesNoConnectionForAListener) {
   QTcpServer server;
   ASSERT_TRUE(server.listen(QHostAddress::LocalHost));

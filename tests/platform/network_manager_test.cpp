@@ -4,8 +4,6 @@
 // A real NetworkManager on a network of its own (managed_network.sh), and a double of it that fails
 // as the real one cannot be made to.
 
-#include "platform/linux/network_manager_setup.h"
-
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -17,7 +15,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <net/if.h>
 
 #include "async/wait.h"
@@ -26,6 +23,7 @@
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_neighbours.h"
 #include "platform/linux/network_manager_codes.h"
+#include "platform/linux/network_manager_setup.h"
 #include "test_main.h"
 
 namespace quayline::testing {
@@ -81,9 +79,9 @@ class ManagedNetwork : public ::testing::Test {
   }
 
   LinuxNeighbours neighbours_;
-  NetworkManagerSetup setup_{
-      neighbours_, qEnvironmentVariable("QUAYLINE_NETWORK_BUS"),
-      {.fixed = 15s, .automatic = 6s, .gateway = 1s, .unconfirmed = 10s}};
+  NetworkManagerSetup setup_{neighbours_,
+                             qEnvironmentVariable("QUAYLINE_NETWORK_BUS"),
+                             {.fixed = 15s, .automatic = 6s, .gateway = 1s, .unconfirmed = 10s}};
   SetupAdapter adapter_;
 };
 
@@ -91,7 +89,8 @@ constexpr char kBefore[] = "192.168.77.20 255.255.255.0 192.168.77.1";
 
 TEST_F(ManagedNetwork, DISABLED_AFixedAddressIsInTheKernelAndTheRestOfTheProfileStays) {
   EXPECT_EQ(adapter_.description, u"Home (cable)"_s);
-  EXPECT_EQ(Await(setup_.List()).value_or(QList<SetupAdapter>()).size(), 1) << "loopback is none";
+  EXPECT_EQ(Await(setup_.List()).value_or(QList<SetupAdapter>()).size(), 1)
+      << "loopback is no adapter";
   const auto before = Await(setup_.Read(adapter_.index)).value_or(AdapterAddresses());
   EXPECT_EQ((QStringList{before.address, before.mask, before.gateway, before.first_server,
                          before.second_server}),
@@ -122,8 +121,7 @@ TEST_F(ManagedNetwork, DISABLED_AChangeThatCutsTheComputerOffIsTakenBack) {
 TEST_F(ManagedNetwork, DISABLED_AChangeThatIsNotConfirmedIsTakenBack) {
   Flow flow;
   const auto change = [](NetworkManagerSetup* setup, int adapter) -> Task<> {
-    const auto result =
-        co_await setup->SetFixed(adapter, Fixed("192.168.77.200", "192.168.77.99"));
+    const auto result = co_await setup->SetFixed(adapter, Fixed("192.168.77.200", "192.168.77.99"));
     ADD_FAILURE() << "ended with " << static_cast<int>(result.code);
   };
   flow.Start(change(&setup_, adapter_.index));
@@ -180,8 +178,8 @@ TEST_F(ManagedNetwork, DISABLED_DevicesAreFoundByArpAlone) {
 TEST(NetworkManager, ChangesARealAdapter) {
   constexpr int kNoNetworks = 77;
   std::vector<std::unique_ptr<QProcess>> networks;
-  for (const char* test : {"AFixed", "AChangeThatCuts", "AChangeThatIsNot", "TheRouter", "What",
-                           "Devices"}) {
+  for (const char* test :
+       {"AFixed", "AChangeThatCuts", "AChangeThatIsNot", "TheRouter", "What", "Devices"}) {
     networks.push_back(std::make_unique<QProcess>());
     networks.back()->setProcessChannelMode(QProcess::MergedChannels);
     networks.back()->start(
@@ -295,8 +293,8 @@ class FailingNetworkManager : public ::testing::Test {
   }
   SetupResult SetFixed() {
     service_.calls.clear();
-    return Await(setup_->SetFixed(static_cast<int>(if_nametoindex("lo")),
-                                  Fixed("10.0.0.200", "10.0.0.1")));
+    return Await(
+        setup_->SetFixed(static_cast<int>(if_nametoindex("lo")), Fixed("10.0.0.200", "10.0.0.1")));
   }
 
   QProcess bus_;
@@ -321,23 +319,33 @@ TEST_F(FailingNetworkManager, EachFailureHasItsCodeAndLeavesNothingHalfDone) {
     Undo undo;
     QStringList calls;
   } cases[] = {
-      {u"CheckpointCreate"_s, manager + u"PermissionDenied"_s, u"no"_s, SetupCode::kAccessDenied,
-       Undo::kNotNeeded, {u"CheckpointCreate"_s}},
-      {u"CheckpointCreate"_s, bus + u"UnknownMethod"_s, u"old"_s, SetupCode::kNotSupported,
-       Undo::kNotNeeded, {u"CheckpointCreate"_s}},
+      {u"CheckpointCreate"_s,
+       manager + u"PermissionDenied"_s,
+       u"no"_s,
+       SetupCode::kAccessDenied,
+       Undo::kNotNeeded,
+       {u"CheckpointCreate"_s}},
+      {u"CheckpointCreate"_s,
+       bus + u"UnknownMethod"_s,
+       u"old"_s,
+       SetupCode::kNotSupported,
+       Undo::kNotNeeded,
+       {u"CheckpointCreate"_s}},
       {u"Update"_s, manager + u"Settings.PermissionDenied"_s, u"no"_s, SetupCode::kAccessDenied,
        Undo::kNotNeeded, refused},
-      {u"Update"_s, manager + u"Settings.Connection.InvalidProperty"_s,
-       u"ipv4.addresses: wrong"_s, SetupCode::kInvalidAddress, Undo::kNotNeeded, refused},
+      {u"Update"_s, manager + u"Settings.Connection.InvalidProperty"_s, u"ipv4.addresses: wrong"_s,
+       SetupCode::kInvalidAddress, Undo::kNotNeeded, refused},
       {u"Update"_s, manager + u"Settings.Connection.InvalidProperty"_s, u"ipv4.dns: wrong"_s,
        SetupCode::kInvalidParameter, Undo::kNotNeeded, refused},
-      {u"Update"_s, bus + u"NoMemory"_s, u""_s, SetupCode::kOutOfMemory, Undo::kNotNeeded,
-       refused},
+      {u"Update"_s, bus + u"NoMemory"_s, u""_s, SetupCode::kOutOfMemory, Undo::kNotNeeded, refused},
       {u"Update"_s, u"com.example.Odd"_s, u""_s, SetupCode::kUnknownFailure, Undo::kNotNeeded,
        refused},
       {u"Reapply"_s, manager + u"Device.IncompatibleConnection"_s, u"no"_s,
        SetupCode::kNotConfigurable, Undo::kRolledBack, taken_back},
-      {u"CheckpointDestroy"_s, bus + u"NoReply"_s, u"late"_s, SetupCode::kUnknownFailure,
+      {u"CheckpointDestroy"_s,
+       bus + u"NoReply"_s,
+       u"late"_s,
+       SetupCode::kUnknownFailure,
        Undo::kRolledBack,
        {u"CheckpointCreate"_s, u"Update"_s, u"Reapply"_s, u"CheckpointDestroy"_s,
         u"CheckpointRollback"_s}},
@@ -375,8 +383,8 @@ TEST_F(FailingNetworkManager, ADeviceThatIsNotItsOwnOrNotActiveIsLeftAlone) {
 
 TEST_F(FailingNetworkManager, WithoutTheServiceOrABusItIsMissing) {
   NetworkManagerSetup without_bus(neighbours_, u"unix:path=/nowhere"_s);
-  for (AddressSetup* setup : {static_cast<AddressSetup*>(setup_.get()),
-                              static_cast<AddressSetup*>(&without_bus)}) {
+  for (AddressSetup* setup :
+       {static_cast<AddressSetup*>(setup_.get()), static_cast<AddressSetup*>(&without_bus)}) {
     const auto list = Await(setup->List());
     ASSERT_FALSE(list.has_value());
     EXPECT_TRUE(list.error().is_service_missing) << list.error().detail.toStdString();

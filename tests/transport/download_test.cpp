@@ -429,7 +429,7 @@ TEST_F(HostileServerTest, ACertificateThatNobodyVouchesForIsRefused) {
   EXPECT_TRUE(secure.requests.isEmpty());
 }
 
-// A body that nobody reads yet stays in the network; the memory of this process is bounded by it.
+// A body that is not read yet stays in the network; the memory of this process is bounded by it.
 TEST_F(HostileServerTest, TheBodyWaitsUntilItIsRead) {
   server_.replies["/"] = {"HTTP/1.1 200 OK\r\nContent-Length: 900000\r\n\r\n" +
                           QByteArray(900000, 'b')};

@@ -29,7 +29,7 @@ struct Reply {
 Reply Answer(const QByteArray& status, const QByteArray& body, const QByteArray& headers = {});
 Reply RedirectTo(const QByteArray& location);
 
-// A listener for ScriptedServer with a certificate for 127.0.0.1 that nobody vouches for; null
+// A listener for ScriptedServer with a certificate for 127.0.0.1 that no authority has signed; null
 // where the program openssl is missing.
 std::unique_ptr<QSslServer> SelfSignedListener();
 

@@ -386,7 +386,7 @@ TEST_F(UniSockTest, DatagramsGoBothWaysAndOneThatIsLeftIsDropped) {
     return RunUntil([&] { return events_.Count(u"data"_s) > before; }, 5s);
   };
   EXPECT_TRUE(send("left"));
-  EXPECT_EQ(socket_->BytesReceived(), 0) << "what nobody takes stays";
+  EXPECT_EQ(socket_->BytesReceived(), 0) << "what is not taken stays";
   events_.handler = [&](const QString& /*event*/) {
     SockValue value = QByteArray();
     EXPECT_TRUE(socket_->PeekData(value));

@@ -53,7 +53,7 @@ QStringList ShownTexts(const QWidget& widget) {
   return texts;
 }
 
-// Texts that are nobody's language: names, addresses, what the user entered.
+// Texts without a language: names, addresses, what the user entered.
 bool IsData(const QString& text) {
   static const QStringList data{u"Quayline"_s, u"http"_s,   u"Alpha"_s, u"Beta"_s,
                                 u"qt_"_s,      u"enp3s0"_s, u"eth0"_s,  u"v.3"_s};

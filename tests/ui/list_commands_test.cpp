@@ -351,7 +351,7 @@ TEST_F(ListOnScreenTest, ADrawnColumnKeepsItsWidthAndTheOthersFollowTheirTexts) 
   Start("listcolumns=5,-5,99999\r\n");
   auto* list = Find<HintedList>("port_list_view");
   const int own = list->columnWidth(0);
-  EXPECT_GT(own, 16) << "a stored width that is none";
+  EXPECT_GT(own, 16) << "a stored width that is invalid";
   EXPECT_LT(list->columnWidth(2), 2000);
   list->header()->resizeSection(1, 222);
   context_->port_list.Replace(0, {.app_name = QString(30, u'x')});

@@ -75,7 +75,7 @@ class MainWindowTest : public WindowTest {
     return box != nullptr ? box->lineEdit() : Find<QLineEdit>(name);
   }
 
-  QString maker_site_ = u"http://127.0.0.1:9"_s;  // where nobody listens
+  QString maker_site_ = u"http://127.0.0.1:9"_s;  // where no server listens
   std::unique_ptr<WindowLanguage> language_;
   std::unique_ptr<FakeWindows> windows_;
   MainFrame* main_ = nullptr;

@@ -145,7 +145,8 @@ TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
   QList<QStringList> rules{mail};
   asked_ = [&](FakePage& page, const PageCall& call) {
     if (call.operation == u"ClickButton"_s) {
-      rules = {mail, {u"A"_s, u"TCP"_s, u"5"_s, u"1.1.1.5"_s}, {u"B"_s, u"TCP"_s, u"6"_s, u"1.1.1.5"_s}};
+      rules = {
+          mail, {u"A"_s, u"TCP"_s, u"5"_s, u"1.1.1.5"_s}, {u"B"_s, u"TCP"_s, u"6"_s, u"1.1.1.5"_s}};
     } else if (call.operation == u"ClickInRow"_s) {
       rules.removeLast();
     }
@@ -163,10 +164,10 @@ TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
   Click("take_back_button");
   context_->job_flags.is_running = false;
   Click("take_back_button");
-  EXPECT_THAT(prompts_.shown,
-              ElementsAre(HasSubstr("for the router \"Alpha 1\" at 1.1.1.1"),
-                          HasSubstr("A job is running"),
-                          AllOf(StartsWith("Careful: "), HasSubstr("A (TCP 5-5)\nB (TCP 6-6)"))));
+  EXPECT_THAT(
+      prompts_.shown,
+      ElementsAre(HasSubstr("for the router \"Alpha 1\" at 1.1.1.1"), HasSubstr("A job is running"),
+                  AllOf(StartsWith("Careful: "), HasSubstr("A (TCP 5-5)\nB (TCP 6-6)"))));
   EXPECT_EQ(rules.size(), 3);
 
   const auto* model = Find<QTreeView>("entries_view")->model();
@@ -271,7 +272,7 @@ TEST_F(RunWindowTest, ACheckLooksOnlyAndItsStatesGoIntoTheList) {
   OpenJob();
   ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
   window_->close();
-  EXPECT_EQ(looks()[0].on_router, std::nullopt) << "it is entered again, and nobody has looked";
+  EXPECT_EQ(looks()[0].on_router, std::nullopt) << "it is entered again, and was not looked at";
   EXPECT_EQ(looks()[1].on_router, EntryState::kMissing);
 }
 

@@ -303,7 +303,7 @@ TEST_F(DatabaseUpdateTest, AHostileServerLeavesTheOldDatabasesOpenAndUnchanged) 
   } cases[] = {
       {"404", Answer("404 No", "x"), {}, "[2] File Doesn't Exist!", ""},
       {"403", Answer("403 No", "x"), {}, "[403] Access Denied!", ""},
-      {"nobody", {"", Then::kReset}, {}, "[3] Server Timed Out!", "does not answer"},
+      {"a reset connection", {"", Then::kReset}, {}, "[3] Server Timed Out!", "does not answer"},
       {"an error page", Answer("500 Oops", "<html>"), {}, "Error Code - ", "not a package"},
       {"cut off",
        {"HTTP/1.1 200 OK\r\nContent-Length: 90000\r\n\r\n" + package_.left(500)},

@@ -12,8 +12,7 @@
 namespace quayline {
 
 // The program's rule for ports, in the language of firewalld. A port of a zone has no name; this
-// rule has one: the prefix of messages that go to whoever listens for them in the kernel, usually
-// nobody.
+// rule has one: the prefix of messages in the kernel, for which usually no program listens.
 QString OwnRichRule(const FirewallPorts& ports);
 // The ports of a rule that OwnRichRule() made; nothing for any other rule.
 std::optional<FirewallPorts> PortsOfOwnRichRule(const QString& rule);

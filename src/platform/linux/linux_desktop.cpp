@@ -39,10 +39,9 @@ constexpr NetworkTool kNetworkTools[] = {
     {"", "nm-connection-editor", ""},
 };
 
-// The program and its argument; empty if there is none.
+// The program and its argument; empty if no program is known.
 QStringList FindNetworkTool() {
-  const QStringList desktops =
-      qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+  const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
   for (const NetworkTool& tool : kNetworkTools) {
     const QString desktop = QString::fromLatin1(tool.desktop);
     const QString program = desktop.isEmpty() || desktops.contains(desktop)

@@ -17,6 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 
 const QString kService = QStringLiteral("org.freedesktop.NetworkManager");
+const QString kPropertyInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 constexpr std::chrono::milliseconds kLongestCall = 2min;  // the user may have to type a password
 
 }  // namespace
@@ -28,8 +29,15 @@ QDBusConnection& NetworkManagerBus::Bus() {
     qDBusRegisterMetaType<QList<quint32>>();
     bus_ = address_.isEmpty() ? QDBusConnection::systemBus()
                               : QDBusConnection::connectToBus(address_, address_);
+    bus_->connect(kService, QString(), kPropertyInterface, QStringLiteral("PropertiesChanged"),
+                  this, SLOT(NoteChange()));
   }
   return *bus_;
+}
+
+void NetworkManagerBus::NoteChange() {
+  ++changes_;
+  Q_EMIT changed();
 }
 
 Task<NetworkManagerBus::Reply> NetworkManagerBus::Send(QString path, QString full_interface,
@@ -62,8 +70,8 @@ Task<NetworkManagerBus::Reply> NetworkManagerBus::Call(QString path, QString int
 }
 
 Task<QVariantMap> NetworkManagerBus::Properties(QString path, QString interface) {
-  const Reply reply = co_await Send(path, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                    QStringLiteral("GetAll"), {kService + u'.' + interface});
+  const Reply reply = co_await Send(path, kPropertyInterface, QStringLiteral("GetAll"),
+                                    {kService + u'.' + interface});
   co_return reply ? qdbus_cast<QVariantMap>(reply->value(0)) : QVariantMap();
 }
 

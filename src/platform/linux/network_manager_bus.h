@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QMap>
+#include <QObject>
 #include <QVariantMap>
 
 #include <expected>
@@ -18,7 +19,9 @@ namespace quayline {
 using NetworkProfile = QMap<QString, QVariantMap>;
 
 // Calls of NetworkManager's methods. The connection to the bus is made with the first one.
-class NetworkManagerBus final {
+class NetworkManagerBus final : public QObject {
+  Q_OBJECT
+
  public:
   using Reply = std::expected<QVariantList, QDBusError>;
 
@@ -30,13 +33,21 @@ class NetworkManagerBus final {
   Task<Reply> Call(QString path, QString interface, QString method, QVariantList arguments);
   // All properties of an object; empty if there are none.
   Task<QVariantMap> Properties(QString path, QString interface);
+  // Grows with every property of NetworkManager's objects that changes.
+  quint64 Changes() const { return changes_; }
+
+ Q_SIGNALS:
+  // Changes() has grown.
+  void changed();
 
  private:
+  Q_SLOT void NoteChange();
   QDBusConnection& Bus();
   Task<Reply> Send(QString path, QString full_interface, QString method, QVariantList arguments);
 
   QString address_;
   std::optional<QDBusConnection> bus_;
+  quint64 changes_ = 0;
 };
 
 }  // namespace quayline

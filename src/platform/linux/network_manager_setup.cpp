@@ -271,6 +271,7 @@ Task<SetupResult> NetworkManagerSetup::TakeEffect(Device device, Change change) 
   const bool is_fixed = change.wanted.address != 0;
   const QDeadlineTimer deadline(is_fixed ? limits_.fixed : limits_.automatic);
   while (!deadline.hasExpired()) {
+    const quint64 seen = bus_.Changes();
     const QVariantMap properties = co_await bus_.Properties(device.path, u"Device"_s);
     const quint32 state = StateIn(properties);
     if (state >= kDeactivating || state <= kDisconnected) {
@@ -280,7 +281,9 @@ Task<SetupResult> NetworkManagerSetup::TakeEffect(Device device, Change change) 
     if (is_in_effect) {
       co_return SetupResult();
     }
-    co_await Sleep(kInterval);
+    co_await Until([&] { return bus_.Changes() != seen; })
+        .WokenBy(&bus_, &NetworkManagerBus::changed)
+        .AtMost(std::chrono::milliseconds(deadline.remainingTime()));
   }
   co_return SetupResult{.code = is_fixed ? SetupCode::kCannotConfigure
                                          : SetupCode::kCannotConfigureDhcp};
@@ -303,7 +306,7 @@ Task<bool> NetworkManagerSetup::IsInEffect(QVariantMap device, FixedAddress want
   });
 }
 
-// The computer is not cut off if its gateway answers. Nobody can tell where there is none.
+// The computer is not cut off if its gateway answers. Without a gateway this cannot be told.
 Task<SetupResult> NetworkManagerSetup::CheckGateway(Device device, FixedAddress wanted) {
   quint32 gateway = wanted.gateway;
   if (wanted.address == 0) {
@@ -332,12 +335,15 @@ Task<SetupResult::Undo> NetworkManagerSetup::RollBack(QVariant checkpoint, Devic
   co_await bus_.Call(kManager, {}, u"CheckpointRollback"_s, {checkpoint});
   const QDeadlineTimer deadline(limits_.automatic);
   while (!deadline.hasExpired()) {
+    const quint64 seen = bus_.Changes();
     const QVariantMap properties = co_await bus_.Properties(device.path, u"Device"_s);
     const bool is_in_effect = co_await IsInEffect(properties, former);
     if (is_in_effect) {
       co_return SetupResult::Undo::kRolledBack;
     }
-    co_await Sleep(kInterval);
+    co_await Until([&] { return bus_.Changes() != seen; })
+        .WokenBy(&bus_, &NetworkManagerBus::changed)
+        .AtMost(std::chrono::milliseconds(deadline.remainingTime()));
   }
   co_return SetupResult::Undo::kFailed;
 }

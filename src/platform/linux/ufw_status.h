@@ -26,7 +26,7 @@ struct UfwStatus {
   bool drops_rest = true;
   QList<UfwRule> rules;
 
-  // The general rule for exactly these ports; null if there is none.
+  // The general rule for exactly these ports; null if it is missing.
   const UfwRule* Find(const FirewallPorts& ports) const;
 };
 

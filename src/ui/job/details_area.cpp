@@ -10,7 +10,7 @@ namespace quayline {
 namespace {
 
 constexpr int kGap = 16;                 // to what is above
-constexpr QSize kUnseenSize(1024, 768);  // at which pages are laid out while nobody sees them
+constexpr QSize kUnseenSize(1024, 768);  // at which pages are laid out while they are not shown
 
 }  // namespace
 

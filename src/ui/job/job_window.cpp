@@ -123,10 +123,10 @@ void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
   row_ = row;
   rows_ = rows;
   NoteLogin();
-  ui_->headline_label->setText(
-      Text(runner_->Outcome().kind == JobKind::kTakeBack ? message::kRemovingEntry
-                                                          : message::kEntryOf)
-          .arg(QString::number(row), QString::number(rows), app_name));
+  ui_->headline_label->setText(Text(runner_->Outcome().kind == JobKind::kTakeBack
+                                        ? message::kRemovingEntry
+                                        : message::kEntryOf)
+                                   .arg(QString::number(row), QString::number(rows), app_name));
   setWindowTitle(
       QStringLiteral("%1 (%2/%3)").arg(Title(), QString::number(row), QString::number(rows)));
   ui_->busy_bar->SetMoving(true);
@@ -171,7 +171,7 @@ void JobWindow::ShowDetails(bool open) {
   ui_->details_area->SetOpen(open);
   for (QWidget* part :
        std::initializer_list<QWidget*>{ui_->log_side, ui_->lower_splitter, ui_->progress_frame}) {
-    part->setVisible(open);  // their access keys must not work while nobody sees them
+    part->setVisible(open);  // their access keys must not work while they are hidden
   }
   ui_->entries_view->setMaximumHeight(open ? kListHeightWithDetails : QWIDGETSIZE_MAX);
   if (isVisible() && !isMaximized() && !isFullScreen()) {
@@ -329,8 +329,7 @@ bool JobWindow::CanGoOn() {
   }
   if (!runner_->IsRouterChosen()) {
     const RouterSession& router = runner_->Router();
-    prompts_.Tell(this,
-                  Text(message::kOtherRouter).arg(router.router_name, RouterHost(router)));
+    prompts_.Tell(this, Text(message::kOtherRouter).arg(router.router_name, RouterHost(router)));
     return false;
   }
   return true;

@@ -85,9 +85,10 @@ void NewRouterDialog::GuessModel() {
 }
 
 void NewRouterDialog::ShowModel() {
-  model_ = context_.databases.FindRouter(ui_->model_box->currentData().toInt())
-               .value_or(RouterRecord());
-  const bool supports_both = !model_.routersupportsboth.isEmpty() && IsYes(model_.routersupportsboth);
+  model_ =
+      context_.databases.FindRouter(ui_->model_box->currentData().toInt()).value_or(RouterRecord());
+  const bool supports_both =
+      !model_.routersupportsboth.isEmpty() && IsYes(model_.routersupportsboth);
   is_filling_ = true;
   Fill(ui_->user_edit, &QLineEdit::setText, model_.routerusername);
   Fill(ui_->password_edit, &QLineEdit::setText, model_.routerpassword);
@@ -129,7 +130,7 @@ RouterRecord NewRouterDialog::Record() const {
   record.routersupportsboth = Answer(ui_->both_check->isChecked());
   record.routerneedscomputername = Answer(ui_->computer_check->isChecked());
   record.routerpic.clear();
-  record.routertested.clear();  // nobody has tried the scripts on this router
+  record.routertested.clear();  // the scripts were not tried on this router
   record.routerversions.clear();
   return record;
 }

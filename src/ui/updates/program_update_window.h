@@ -28,7 +28,7 @@ class ProgramUpdateWindow final : public QDialog {
   ~ProgramUpdateWindow() override;
 
   // Checks without being seen: it shows itself when the user wants a new version, and ends without
-  // a word when there is none.
+  // a word otherwise.
   void CheckSilently();
 
  protected:
