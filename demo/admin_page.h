@@ -5,8 +5,8 @@
 #include <QList>
 #include <QString>
 
-#include "transport/http_message.h"
 #include "demo/rule_table.h"
+#include "transport/http_message.h"
 
 namespace quayline::demo {
 

@@ -8,9 +8,9 @@
 #include <expected>
 #include <memory>
 
-#include "transport/http_server.h"
 #include "demo/router_model.h"
 #include "demo/rule_table.h"
+#include "transport/http_server.h"
 
 namespace quayline::demo {
 

@@ -5,8 +5,8 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "transport/http_message.h"
 #include "demo/rule_table.h"
+#include "transport/http_message.h"
 
 namespace quayline::demo {
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <span>
 
-#include "transport/http_message.h"
 #include "demo/rule_table.h"
+#include "transport/http_message.h"
 
 namespace quayline::demo {
 

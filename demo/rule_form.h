@@ -4,8 +4,8 @@
 
 #include <QString>
 
-#include "transport/http_message.h"
 #include "demo/rule_table.h"
+#include "transport/http_message.h"
 
 namespace quayline::demo {
 

@@ -27,7 +27,7 @@ struct UpdateArguments {
   bool password_from_stdin = false;
   std::optional<QString> trusted_certificate;  // SHA-256 fingerprint
   QList<AllowedHost> allowed_hosts;
-  bool allow_script = false;  // of somebody else
+  bool allow_script = false;           // of somebody else
   std::optional<int> timeout_seconds;  // of the whole run
   bool no_wait = false;                // for another program that works on the router
   bool throttle = false;

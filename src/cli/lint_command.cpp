@@ -34,7 +34,8 @@ QList<Part> PartsOf(const QString& text) {
     }
     const QRegularExpressionMatch heading = kHeading.match(line.trimmed());
     if (heading.hasMatch()) {
-      parts.append({.kind = ScriptKindOf(heading.captured(1)), .lines_before = number, .lines = {}});
+      parts.append(
+          {.kind = ScriptKindOf(heading.captured(1)), .lines_before = number, .lines = {}});
     } else {
       parts.last().lines.append(line);
     }

@@ -132,7 +132,8 @@ void TryRun::ReportExchange(const StubExchange& exchange) {
     fields.append(name + u'=' + Shown(name, value, password));
   }
   const QString indent = LineBreak() + u"    "_s;
-  WriteLog(indent + u"%1 %2 %3"_s.arg(exchange.method, OnOneLine(exchange.path), fields.join(u' ')));
+  WriteLog(indent +
+           u"%1 %2 %3"_s.arg(exchange.method, OnOneLine(exchange.path), fields.join(u' ')));
   WriteLog(indent + u"  -> %1, %2"_s.arg(QString::number(exchange.status), exchange.answer));
   for (const QString& done : exchange.done) {
     WriteLog(indent + u"  "_s + OnOneLine(done));
@@ -144,8 +145,8 @@ void TryRun::ReportExchange(const StubExchange& exchange) {
 
 // What the router kept counts beside what its page shows.
 int TryRun::Judge(int exit_status) {
-  const QStringList differences = DifferencesFrom(
-      context_.port_list.Entries(), router_->FirstRules(), router_->KeptRules());
+  const QStringList differences =
+      DifferencesFrom(context_.port_list.Entries(), router_->FirstRules(), router_->KeptRules());
   for (const QString& difference : differences) {
     WriteLines(difference + u'\n');
   }

@@ -24,8 +24,7 @@ QString RowTexts::Of(const PageRow& row) {
     const auto known = is_ignored_.constFind(cell.heading);
     return known != is_ignored_.constEnd()
                ? *known
-               : *is_ignored_.insert(cell.heading,
-                                     RoleOf(cell.heading) == ColumnRole::kIgnored);
+               : *is_ignored_.insert(cell.heading, RoleOf(cell.heading) == ColumnRole::kIgnored);
   });
   return compared.Text();
 }
@@ -57,9 +56,8 @@ void AddedRules::NoteAfter(const PageRows& page) {
 // A row that was different before may have been changed into the rule: then it is the user's.
 bool AddedRules::IsNew(const RuleVerdict& before, const RuleVerdict& after,
                        const PageRows& now) const {
-  const bool was_missing =
-      before.state == RuleState::kMissing ||
-      (before.state == RuleState::kDifferent && Shows(now, before.seen));
+  const bool was_missing = before.state == RuleState::kMissing ||
+                           (before.state == RuleState::kDifferent && Shows(now, before.seen));
   return rows_before_ && was_missing && after.state == RuleState::kOnRouter &&
          !OwnRows(after, now).isEmpty();
 }
@@ -101,11 +99,11 @@ RuleVerdict AddedRules::AfterRemoval(const RuleVerdict& verdict, const PageRows&
   const bool is_of_user =
       verdict.state == RuleState::kOnRouter ||
       std::ranges::any_of(page.rows, [&](const PageRow& row) {
-        return row.Text() == verdict.seen && rows_before_ &&
-               rows_before_->contains(texts.Of(row));
+        return row.Text() == verdict.seen && rows_before_ && rows_before_->contains(texts.Of(row));
       });
-  return is_of_user ? RuleVerdict{.state = RuleState::kMissing, .differs = {}, .seen = {}, .rows = {}}
-                    : verdict;
+  return is_of_user
+             ? RuleVerdict{.state = RuleState::kMissing, .differs = {}, .seen = {}, .rows = {}}
+             : verdict;
 }
 
 }  // namespace quayline

@@ -69,8 +69,7 @@ const Message* AdviceText(const EntryLook& look) {
     case EntryAdvice::kStartProgram:
       return &kStartIt;
     case EntryAdvice::kSecondRouter:
-      return look.listening && look.listening->works == true ? &kSearchRouter
-                                                              : &kSearchRouterFirst;
+      return look.listening && look.listening->works == true ? &kSearchRouter : &kSearchRouterFirst;
   }
   return nullptr;
 }

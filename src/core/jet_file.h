@@ -28,9 +28,9 @@ bool IsJetFile(const QString& path);
 // includes a missing `table`, the Jet file is unchanged.
 std::expected<void, JetError> ConvertJetFile(const QString& path, const QString& table);
 
-// Writes the tables of the Jet file `path` into `out`, a new SQLite file, and gives them back. `path`
-// is only read. On failure, which includes an existing `out`, nothing is written. The error is a
-// sentence.
+// Writes the tables of the Jet file `path` into `out`, a new SQLite file, and gives them back.
+// `path` is only read. On failure, which includes an existing `out`, nothing is written. The error
+// is a sentence.
 std::expected<QList<TableData>, QString> ImportJetFile(const QString& path, const QString& out);
 
 }  // namespace quayline

@@ -168,8 +168,8 @@ class Reader final {
   void LintLines() {
     const QString name = QLatin1String(script_->name);
     for (const ScriptRemark& remark : lint_ ? lint_(name, seen_) : QList<ScriptRemark>()) {
-      problems_.append({file_, seen_numbers_.value(remark.line - 1, 1), remark.sentence,
-                        remark.is_warning});
+      problems_.append(
+          {file_, seen_numbers_.value(remark.line - 1, 1), remark.sentence, remark.is_warning});
     }
   }
 

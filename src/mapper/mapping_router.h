@@ -44,7 +44,8 @@ class MappingRouter {
   virtual MappingState Close(const Mapping& mapping) = 0;
 };
 
-// Nothing if the router at this address does not speak the protocol. No other device is listened to.
+// Nothing if the router at this address does not speak the protocol. No other device is listened
+// to.
 std::unique_ptr<MappingRouter> FindUpnp(const QHostAddress& router);
 std::unique_ptr<MappingRouter> FindNatPmp(const QHostAddress& router);
 

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <limits>
 #include <natpmp.h>
 #include <netinet/in.h>
 #include <sys/select.h>
 #include <sys/socket.h>
-
-#include <limits>
 
 #include "mapper/mapping_router.h"
 

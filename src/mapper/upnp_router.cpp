@@ -58,7 +58,8 @@ class UpnpRouter final : public MappingRouter {
       return before;
     }
     // A rule that lasts longer than this one stays as it is.
-    if (before == MappingState::kOpen && (left == 0 || (left > mapping.seconds && mapping.seconds))) {
+    if (before == MappingState::kOpen &&
+        (left == 0 || (left > mapping.seconds && mapping.seconds))) {
       return StateOf(mapping, left);
     }
     int error = Add(mapping, mapping.seconds);
@@ -89,9 +90,9 @@ class UpnpRouter final : public MappingRouter {
     if (const MappingState before = Check(mapping); before != MappingState::kOpen) {
       return before;
     }
-    const int error = UPNP_DeletePortMapping(Control(), Service(),
-                                             QByteArray::number(mapping.port).constData(),
-                                             mapping.udp ? "UDP" : "TCP", nullptr);
+    const int error =
+        UPNP_DeletePortMapping(Control(), Service(), QByteArray::number(mapping.port).constData(),
+                               mapping.udp ? "UDP" : "TCP", nullptr);
     return error == kNotAuthorized ? MappingState::kRefused : Check(mapping);
   }
 

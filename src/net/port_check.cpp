@@ -14,9 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // What no stranger guesses.
-QByteArray RandomWord() {
-  return QByteArray::number(QRandomGenerator::system()->generate64(), 16);
-}
+QByteArray RandomWord() { return QByteArray::number(QRandomGenerator::system()->generate64(), 16); }
 
 }  // namespace
 
@@ -101,8 +99,9 @@ Task<bool> PortCheck::SendForm(int row, QByteArray word) {
 }
 
 Task<bool> PortCheck::PageLoads(int former_loads) {
-  co_await Until([this, former_loads] { return loads_ > former_loads; })
-      .WokenBy(this, &PortCheck::loadEnded);
+  co_await Until([this, former_loads] {
+    return loads_ > former_loads;
+  }).WokenBy(this, &PortCheck::loadEnded);
   co_return is_page_whole_;
 }
 

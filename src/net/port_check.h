@@ -80,7 +80,7 @@ class PortCheck final : public QObject {
   TestPage& page_;
   const MakerSite& site_;
   std::unique_ptr<PortListener> listener_;
-  int loads_ = 0;              // that have ended
+  int loads_ = 0;               // that have ended
   bool is_page_whole_ = false;  // the last of them succeeded
   Flow flow_;
 };

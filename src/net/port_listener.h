@@ -13,8 +13,8 @@
 namespace quayline {
 
 // Waits on a port of this computer until the test site's probe arrives there, and then closes the
-// port. What a listener hears goes nowhere: the first bytes are compared with the word of the probe,
-// so that a stranger's packet is not taken for it, and are thrown away.
+// port. What a listener hears goes nowhere: the first bytes are compared with the word of the
+// probe, so that a stranger's packet is not taken for it, and are thrown away.
 class PortListener final : public QObject {
   Q_OBJECT
 
@@ -44,7 +44,7 @@ class PortListener final : public QObject {
 
   UniSock socket_;
   std::vector<std::unique_ptr<UniSock>> callers_;  // who may still say the word
-  QByteArray word_;  // empty: the arrival itself is all that counts
+  QByteArray word_;                                // empty: the arrival itself is all that counts
   int reported_ = 0;
   bool has_arrived_ = false;
 };

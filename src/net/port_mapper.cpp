@@ -36,9 +36,11 @@ constexpr Message kTooManyPorts{
 constexpr Message kUnknownRouter{
     "The address of your router is not known. Please check it in the main window."};
 constexpr Message kNoAnswerInTime{
-    "Your router has not answered in time. Some of the ports may have changed: please check again."};
+    "Your router has not answered in time. Some of the ports may have changed: please check "
+    "again."};
 constexpr Message kNoMapper{
-    "The program that asks the router (quayline-mapper) is missing. Please install Quayline again."};
+    "The program that asks the router (quayline-mapper) is missing. Please install Quayline "
+    "again."};
 
 // One for each port and protocol, as the mapper takes them.
 QJsonArray RulesOf(const PortEntry& entry) {
@@ -100,10 +102,10 @@ MappingAnswer ReadAnswer(MappingVerb verb, const QByteArray& bytes,
                          const QList<qsizetype>& rules_of_entries) {
   const QJsonObject json = QJsonDocument::fromJson(bytes).object();
   const QJsonArray words = json[QStringLiteral("results")].toArray();
-  MappingAnswer answer{.protocol = NameOf(json[QStringLiteral("speaks")].toString()),
-                       .outside_address =
-                           QHostAddress(json[QStringLiteral("outside")].toString()).toString(),
-                       .results = {}};
+  MappingAnswer answer{
+      .protocol = NameOf(json[QStringLiteral("speaks")].toString()),
+      .outside_address = QHostAddress(json[QStringLiteral("outside")].toString()).toString(),
+      .results = {}};
   qsizetype next = 0;
   for (const qsizetype rules : rules_of_entries) {
     std::optional<MappingResult> worst;
@@ -127,8 +129,8 @@ Task<QString> AddressOfRouter(QString router) {
                         [done = found.Callback()](const QHostInfo& info) { done(info); });
   const std::optional<QHostInfo> info = co_await found;
   const QList<QHostAddress> addresses = info ? info->addresses() : QList<QHostAddress>();
-  const auto dotted = std::ranges::find(addresses, QAbstractSocket::IPv4Protocol,
-                                        &QHostAddress::protocol);
+  const auto dotted =
+      std::ranges::find(addresses, QAbstractSocket::IPv4Protocol, &QHostAddress::protocol);
   co_return dotted != addresses.end() ? dotted->toString() : QString();
 }
 

@@ -36,8 +36,8 @@ struct MappingRequest {
 };
 
 struct MappingAnswer {
-  QString protocol;         // "UPnP", "NAT-PMP"; empty: the router opens no ports this way
-  QString outside_address;  // of the router; empty: it did not say
+  QString protocol;              // "UPnP", "NAT-PMP"; empty: the router opens no ports this way
+  QString outside_address;       // of the router; empty: it did not say
   QList<MappingResult> results;  // one an entry
 };
 

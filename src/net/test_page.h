@@ -17,8 +17,8 @@ class TestPage : public QObject {
  public:
   using QObject::QObject;
 
-  // Loads a page, ending a load that is under way. completed() or failed() follows, or nothing while
-  // the site keeps the page open.
+  // Loads a page, ending a load that is under way. completed() or failed() follows, or nothing
+  // while the site keeps the page open.
   virtual void Open(const QUrl& url) = 0;
   // Fills in a field, presses a button. Answers whether the page has it; pressed, the form is sent
   // and completed() or failed() follows.

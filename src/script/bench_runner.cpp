@@ -33,8 +33,9 @@ void BenchRunner::RunLines(QStringList lines, const PortEntry& entry) {
   arguments.entry_start_port = entry.start_port;
   arguments.entry_end_port = entry.end_port;
   arguments.entry_ip = entry.forwarded_to.section(QLatin1Char('('), 0, 0);
-  arguments.entry_computer_name = entry.forwarded_to.section(QLatin1Char('('), 1).chopped(
-      entry.forwarded_to.endsWith(QLatin1Char(')')) ? 1 : 0);
+  arguments.entry_computer_name =
+      entry.forwarded_to.section(QLatin1Char('('), 1)
+          .chopped(entry.forwarded_to.endsWith(QLatin1Char(')')) ? 1 : 0);
   Q_EMIT busyChanged(true);
   StartRun(Run(std::move(arguments)));
 }

@@ -46,8 +46,8 @@ QList<PortEntry> JobOutcome::ToTryAgain() const {
 
 bool JobOutcome::HasBegun(const PortEntry& entry) const {
   const QList<EntryResult> begun = results.first(std::min<qsizetype>(entries, results.size()));
-  return std::ranges::any_of(
-      begun, [&](const EntryResult& result) { return result.entry == entry; });
+  return std::ranges::any_of(begun,
+                             [&](const EntryResult& result) { return result.entry == entry; });
 }
 
 QStringList JobOutcome::ToCheck() const {

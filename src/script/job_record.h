@@ -40,8 +40,8 @@ class JobRecord final {
   void NoteLog(const QString& text);
   void NotePass(int row);
   void NotePassEnd(int row, PassEnd end, const QStringList& doubts);
-  // What the page shows of each row before the passes, and after them. No verdicts: the page was not
-  // read.
+  // What the page shows of each row before the passes, and after them. No verdicts: the page was
+  // not read.
   void NoteBefore(const QList<RuleVerdict>& verdicts, const PageRows& page);
   void NoteAfter(QList<RuleVerdict> verdicts, const PageRows& page);
 

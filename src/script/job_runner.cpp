@@ -159,10 +159,10 @@ Task<PassEnd> JobRunner::RemoveRow(int row, QStringList rows_to_keep) {
 
 void JobRunner::SkipRow(int row) {
   record_.NotePass(row);
-  log_.Append(LineBreak() +
-              OnOneLine(Text(job_text::kNotEnteredAgain) + QLatin1Char(' ') +
-                        record_.Row(row).app_name) +
-              LineBreak());
+  log_.Append(
+      LineBreak() +
+      OnOneLine(Text(job_text::kNotEnteredAgain) + QLatin1Char(' ') + record_.Row(row).app_name) +
+      LineBreak());
   record_.NotePassEnd(row, PassEnd::kExisted, {});
 }
 

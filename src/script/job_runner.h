@@ -15,9 +15,9 @@ namespace quayline {
 // owns. It is the logic of the job window and of the command line.
 //
 // The rows are those of the list when the job begins; what the user changes there later belongs to
-// the next job. A runner works on one router, the one that is chosen at its first Open(). While that
-// router is chosen, its login, options and address are read at each pass; once the user has chosen
-// another one, the last ones are kept.
+// the next job. A runner works on one router, the one that is chosen at its first Open(). While
+// that router is chosen, its login, options and address are read at each pass; once the user has
+// chosen another one, the last ones are kept.
 //
 // Open() makes the browser, writes the head of the log and forgets how the job before it ended: its
 // stop, its errors, its forgiven error. Run() begins the passes; before the first and after the

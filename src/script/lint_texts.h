@@ -60,7 +60,8 @@ inline constexpr Message kFirstOption{
 
 // Of a script as a whole.
 inline constexpr Message kNoTypeChoices{
-    "No line above states the page's words for the protocols: write a set_type_choices line first."};
+    "No line above states the page's words for the protocols: write a set_type_choices line "
+    "first."};
 inline constexpr Message kNoNameArray{
     "No line above states the names of the page's rows: write a set_name_array line first."};
 inline constexpr Message kNoCurrentName{

@@ -55,11 +55,11 @@ struct IdleReport {
   int later_timers = 0;
   // The page is not idle: it had pending work for longer than a page is waited for.
   bool gave_up = false;
-  // The state of the top document's markup; see page_operation::ReadMarkupState(). Empty if two looks
-  // at it were not equal.
+  // The state of the top document's markup; see page_operation::ReadMarkupState(). Empty if two
+  // looks at it were not equal.
   QString settled_state;
-  // The error texts that the page shows, as page_operation::ReadComplaints() gives them; nothing where
-  // they were reported before, with the same state.
+  // The error texts that the page shows, as page_operation::ReadComplaints() gives them; nothing
+  // where they were reported before, with the same state.
   std::optional<QStringList> complaints;
 };
 

@@ -15,8 +15,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool Holds(const QString& text, const char* pattern) {
-  return text.contains(QRegularExpression(QLatin1String(pattern),
-                                          QRegularExpression::CaseInsensitiveOption));
+  return text.contains(
+      QRegularExpression(QLatin1String(pattern), QRegularExpression::CaseInsensitiveOption));
 }
 
 bool IsButton(const PickedElement& element) {
@@ -50,8 +50,7 @@ QStringList LinesForButton(const PickedElement& element) {
 QStringList LinesForLink(const PickedElement& element) {
   const bool is_page = Fits(element.href) && !element.href.startsWith(u'#') &&
                        !element.href.startsWith("javascript:"_L1, Qt::CaseInsensitive);
-  return is_page ? QStringList(Line("click_link", element.href + u','))
-                 : LinesForButton(element);
+  return is_page ? QStringList(Line("click_link", element.href + u',')) : LinesForButton(element);
 }
 
 QString TextBoxLine(const PickedElement& element) {
@@ -120,22 +119,23 @@ FieldMeaning MeaningOf(const PickedElement& field) {
   const QString words = field.name + u' ' + field.id + u' ' + field.text;
   const bool is_box = field.type == "checkbox"_L1;
   if (is_box) {
-    return Holds(words, "enable|active|state|status|(^|[^a-z])on($|[^a-z])") ? FieldMeaning::kEnabled
-                                                                          : FieldMeaning::kUnknown;
+    return Holds(words, "enable|active|state|status|(^|[^a-z])on($|[^a-z])")
+               ? FieldMeaning::kEnabled
+               : FieldMeaning::kUnknown;
   }
   if (Holds(words, "proto|type") && (field.tag == "select"_L1 || Holds(words, "proto"))) {
     return FieldMeaning::kProtocol;
   }
   if (Holds(words, "port")) {
     return Holds(words, "end|stop|last|until|(^|[^a-z])to($|[^a-z])|max") ? FieldMeaning::kEnd
-           : Holds(words, "start|begin|first|from|min")                  ? FieldMeaning::kStart
-                                                                         : FieldMeaning::kPorts;
+           : Holds(words, "start|begin|first|from|min")                   ? FieldMeaning::kStart
+                                                                          : FieldMeaning::kPorts;
   }
   if (Holds(words, "(^|[^a-z])ip|addr|server|host|computer|client")) {
     return FieldMeaning::kAddress;
   }
   return Holds(words, "name|desc|service|comment|rule|title") ? FieldMeaning::kName
-                                                             : FieldMeaning::kUnknown;
+                                                              : FieldMeaning::kUnknown;
 }
 
 QStringList LinesFor(const PickedElement& element) {

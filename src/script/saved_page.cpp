@@ -50,7 +50,8 @@ QString WithoutAddresses(const QString& text) {
       u"(?<![0-9a-f:])(?:[23][0-9a-f]{3}|f[cd][0-9a-f]{2}):(?:[0-9a-f]{0,4}:){1,6}[0-9a-f]{0,4}"_s,
       kAnyCase);
   static const QRegularExpression kHardware(
-      u"(?<![0-9a-f])(?:[0-9a-f]{2}([:-]))(?:[0-9a-f]{2}\\1){4}[0-9a-f]{2}(?![0-9a-f])"_s, kAnyCase);
+      u"(?<![0-9a-f])(?:[0-9a-f]{2}([:-]))(?:[0-9a-f]{2}\\1){4}[0-9a-f]{2}(?![0-9a-f])"_s,
+      kAnyCase);
   QString cleaned = Replaced(text, kIp, [](const QRegularExpressionMatch& match) {
     return IsHomeAddress(match.captured()) ? match.captured() : u"203.0.113.1"_s;
   });
@@ -79,8 +80,8 @@ QString WithoutSecretValues(const QString& markup) {
       u"type\\s*=\\s*[\"']?password|(?:name|id)\\s*=\\s*[\"']?[^\"'\\s>]*"
       "(?:pass|pwd|psk|secret|token|csrf|serial|nonce|session|key|ssid)"_s,
       kAnyCase);
-  static const QRegularExpression kValue(
-      u"(\\bvalue\\s*=\\s*)(?:\"[^\"]*\"|'[^']*'|[^\\s>\"']+)"_s, kAnyCase);
+  static const QRegularExpression kValue(u"(\\bvalue\\s*=\\s*)(?:\"[^\"]*\"|'[^']*'|[^\\s>\"']+)"_s,
+                                         kAnyCase);
   return Replaced(markup, kInput, [](const QRegularExpressionMatch& input) {
     QString tag = input.captured();
     return tag.contains(kIsSecret) ? tag.replace(kValue, u"\\1\"removed\""_s) : tag;
@@ -93,8 +94,8 @@ QString WithoutLogin(QString text, const PageSecrets& secrets) {
   if (secrets.password.isEmpty() || secrets.password == secrets.username) {
     return text;
   }
-  const QString basic = QString::fromLatin1(
-      (secrets.username + u':' + secrets.password).toUtf8().toBase64());
+  const QString basic =
+      QString::fromLatin1((secrets.username + u':' + secrets.password).toUtf8().toBase64());
   for (const QString& secret : {secrets.password, secrets.password.toHtmlEscaped(), basic}) {
     if (secret.size() >= kShortest) {
       text.replace(secret, u"removed"_s);
@@ -179,8 +180,7 @@ QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecre
       }
     }
   }
-  files.insert(u"answers.json"_s,
-               QJsonDocument(QJsonObject{{u"answers"_s, answers}}).toJson());
+  files.insert(u"answers.json"_s, QJsonDocument(QJsonObject{{u"answers"_s, answers}}).toJson());
   return files;
 }
 

@@ -21,18 +21,17 @@ struct PageSecrets {
 // Addresses of home networks stay: pages work with them.
 QString CleanedPage(QString markup, const PageSecrets& secrets);
 
-// The files of a folder for `quayline-cli try`, by their names: the documents of a page as the agent
-// describes them, and "answers.json" with a row for each form.
+// The files of a folder for `quayline-cli try`, by their names: the documents of a page as the
+// agent describes them, and "answers.json" with a row for each form.
 QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecrets& secrets);
 
 // Whether nothing else is in `folder`: it is missing or empty, or holds saved pages.
 bool IsForSavedPages(const QString& folder);
 
-// Writes these files into `folder`, which is made if need be. A further page of the same router goes
-// into the same folder: its rows are added to "answers.json". False where something could not be
-// written.
-bool WriteSavedPage(const QString& folder, const QJsonArray& documents,
-                    const PageSecrets& secrets);
+// Writes these files into `folder`, which is made if need be. A further page of the same router
+// goes into the same folder: its rows are added to "answers.json". False where something could not
+// be written.
+bool WriteSavedPage(const QString& folder, const QJsonArray& documents, const PageSecrets& secrets);
 
 // The scripts, styles and pictures that the documents use, which are not saved with them.
 QStringList PartsOf(const QJsonArray& documents);

@@ -138,9 +138,8 @@ class FlowLint final {
 
   void LintConditions() {
     // What a test found is still known when the next entry begins.
-    const bool is_tested = std::ranges::any_of(commands_, [](const Command& command) {
-      return command.row->gives == Kept::kListTest;
-    });
+    const bool is_tested = std::ranges::any_of(
+        commands_, [](const Command& command) { return command.row->gives == Kept::kListTest; });
     for (const Command& command : commands_) {
       const Condition condition = command.row->condition;
       const bool is_later = condition == Condition::kNotFirst || condition == Condition::kNotLast;
@@ -170,8 +169,8 @@ class FlowLint final {
     }
   }
 
-  // A page may send what is typed by itself, so this is not certain while something else is clicked.
-  // A page in a frame leaves the others.
+  // A page may send what is typed by itself, so this is not certain while something else is
+  // clicked. A page in a frame leaves the others.
   void LintSending() {
     std::optional<int> unsent;
     bool has_acted = false;

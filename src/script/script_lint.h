@@ -48,9 +48,9 @@ struct ScriptFinding {
 // against its command's row.
 QList<LintFinding> LintScriptLine(const QString& line);
 
-// The findings of each line, and what is wrong with the lines together: a line that needs an earlier
-// one, a condition that never holds, a page that is left before it sends what was filled in. In the
-// order of the lines.
+// The findings of each line, and what is wrong with the lines together: a line that needs an
+// earlier one, a condition that never holds, a page that is left before it sends what was filled
+// in. In the order of the lines.
 QList<ScriptFinding> LintScript(const QStringList& lines, ScriptKind kind);
 
 // The finding as a sentence, in the user's language or in English.

@@ -185,9 +185,7 @@ void ScriptRunner::Leave() {
 
 Task<> ScriptRunner::LeavePages() {
   co_await FinishSaves(*browsers_, *pages_);
-  co_await Until([this] {
-    return old_pages_.empty();
-  }).WokenBy(this, &ScriptRunner::oldPagesGone);
+  co_await Until([this] { return old_pages_.empty(); }).WokenBy(this, &ScriptRunner::oldPagesGone);
   Q_EMIT left();
 }
 

@@ -85,8 +85,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   ScriptRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                const RunnerTexts& texts, int& active_index, QObject* parent);
 
-  // Makes the browser, and forgets how the run before ended: its stop, its errors, its log. Pages of
-  // that run that may still save are kept until they have, and the next run waits for them. Each
+  // Makes the browser, and forgets how the run before ended: its stop, its errors, its log. Pages
+  // of that run that may still save are kept until they have, and the next run waits for them. Each
   // line of a script drives the browser that `driven` names.
   void OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven);
   // Runs `run`; ended() follows.
@@ -167,7 +167,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   bool has_run_ = false;
   bool left_during_run_ = false;
   bool is_confined_ = false;  // to the router: an unsigned script of somebody else runs
-  int dialogs_open_ = 0;  // the engine's own calls are on the stack below them
+  int dialogs_open_ = 0;      // the engine's own calls are on the stack below them
   int messages_shown_ = 0;
   QList<StatusNotice> notices_shown_;  // what the user knows already
   int page_faults_ = 0;

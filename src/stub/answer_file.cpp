@@ -18,10 +18,10 @@ namespace {
 constexpr int kMaxNumber = 1000;
 
 constexpr std::pair<const char*, RuleAction> kActions[] = {
-    {"add", RuleAction::kAdd},         {"put", RuleAction::kPut},
-    {"edit", RuleAction::kEdit},       {"remove", RuleAction::kRemove},
-    {"toggle", RuleAction::kToggle},   {"replace", RuleAction::kReplace},
-    {"commit", RuleAction::kCommit},   {"discard", RuleAction::kDiscard},
+    {"add", RuleAction::kAdd},       {"put", RuleAction::kPut},
+    {"edit", RuleAction::kEdit},     {"remove", RuleAction::kRemove},
+    {"toggle", RuleAction::kToggle}, {"replace", RuleAction::kReplace},
+    {"commit", RuleAction::kCommit}, {"discard", RuleAction::kDiscard},
 };
 
 // Reads the parts of the file; what is wrong goes to `errors`.
@@ -96,9 +96,8 @@ class Parser final {
 
   RequestTest ReadTest(JsonReader& reader) {
     const QString on = reader.NeededText("on");
-    RequestTest test{.method = on.section(u' ', 0, 0).toLatin1(),
-                     .path = on.section(u' ', 1),
-                     .fields = {}};
+    RequestTest test{
+        .method = on.section(u' ', 0, 0).toLatin1(), .path = on.section(u' ', 1), .fields = {}};
     if (!on.isEmpty() && ((test.method != "GET" && test.method != "POST" && test.method != "PUT" &&
                            test.method != "DELETE") ||
                           !test.path.startsWith(u'/'))) {
@@ -168,8 +167,7 @@ class Parser final {
     }
     const QJsonObject object = value.toObject();
     for (const QString& member : object.keys()) {
-      sources.insert(member,
-                     ReadSource(object.value(member), reader.Place(key) + u'.' + member));
+      sources.insert(member, ReadSource(object.value(member), reader.Place(key) + u'.' + member));
     }
     return sources;
   }
@@ -187,8 +185,8 @@ class Parser final {
     answer.status = reader.Number("status", 200, 599, 200);
     answer.delay_ms = reader.Number("delay_ms", 0, 60'000, 0);
     for (const auto& [name, text] : reader.TextMap("headers").asKeyValueRange()) {
-      const bool is_sound = !name.contains(u':') && !(name + text).contains(u'\r') &&
-                            !(name + text).contains(u'\n');
+      const bool is_sound =
+          !name.contains(u':') && !(name + text).contains(u'\r') && !(name + text).contains(u'\n');
       if (!is_sound) {
         reader.Report(reader.Place("headers") + u'.' + name, u"is not a valid header"_s);
       }

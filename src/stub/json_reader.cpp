@@ -33,8 +33,7 @@ void JsonReader::Report(const QString& place, const QString& what) {
   errors_.append(place + u' ' + what + u'.');
 }
 
-QJsonValue JsonReader::Take(const char* key, const char* kind,
-                            bool (*is_kind)(const QJsonValue&)) {
+QJsonValue JsonReader::Take(const char* key, const char* kind, bool (*is_kind)(const QJsonValue&)) {
   asked_.append(QLatin1String(key));
   const QJsonValue value = object_.value(QLatin1String(key));
   if (value.isUndefined() || is_kind(value)) {
@@ -56,8 +55,7 @@ QString JsonReader::NeededText(const char* key) {
 }
 
 int JsonReader::Number(const char* key, int least, int most, int standard) {
-  const QJsonValue value =
-      Take(key, "a number", [](const QJsonValue& v) { return v.isDouble(); });
+  const QJsonValue value = Take(key, "a number", [](const QJsonValue& v) { return v.isDouble(); });
   const int number = value.toInt(value.isUndefined() ? standard : least - 1);
   if (number < least || number > most) {
     Report(Place(key), u"is not a whole number from %1 to %2"_s.arg(least).arg(most));
@@ -77,7 +75,8 @@ QJsonArray JsonReader::Array(const char* key) {
 QStringList JsonReader::Texts(const char* key) {
   const QJsonValue list = Take(key, "a list of texts", [](const QJsonValue& v) {
     const QJsonArray array = v.toArray();
-    return v.isArray() && std::ranges::all_of(array, [](const QJsonValue& e) { return e.isString(); });
+    return v.isArray() &&
+           std::ranges::all_of(array, [](const QJsonValue& e) { return e.isString(); });
   });
   QStringList texts;
   for (const auto& element : list.toArray()) {
@@ -93,10 +92,9 @@ QJsonValue JsonReader::Value(const char* key) {
 QMap<QString, QString> JsonReader::TextMap(const char* key) {
   const QJsonObject object = Take(key, "an object of texts", [](const QJsonValue& v) {
                                const QJsonObject o = v.toObject();
-                               return v.isObject() && std::ranges::all_of(
-                                                          o, [](const auto& e) {
-                                                            return QJsonValue(e).isString();
-                                                          });
+                               return v.isObject() && std::ranges::all_of(o, [](const auto& e) {
+                                        return QJsonValue(e).isString();
+                                      });
                              }).toObject();
   QMap<QString, QString> texts;
   for (const QString& name : object.keys()) {

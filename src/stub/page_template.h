@@ -36,8 +36,9 @@ struct PageValues {
 //   {{rule.name}} {{rule.ports}} {{index}} {{number}}       in it; number counts from 1
 //   {{count}} {{token}} {{session}} {{request.path}}        anywhere
 //
-// A mark may name its escape, "{{rule.name:js}}", and map its value, "{{rule.protocol|TCP=1|UDP=2}}".
-// Braces around anything else belong to the page. An error is a sentence.
+// A mark may name its escape, "{{rule.name:js}}", and map its value,
+// "{{rule.protocol|TCP=1|UDP=2}}". Braces around anything else belong to the page. An error is a
+// sentence.
 std::expected<QString, QString> FillPage(const QString& text, Escape escape,
                                          const PageValues& values);
 

@@ -19,8 +19,8 @@ bool MayBeEmpty(const QString& member) {
   return member == "end"_L1 || StoredMember(member, u"x"_s) == "x"_L1;
 }
 
-// Takes ports that are one text apart: "ports", and "tcp" and "udp" of pages that have a box of ports
-// for each protocol, which may be empty or 0.
+// Takes ports that are one text apart: "ports", and "tcp" and "udp" of pages that have a box of
+// ports for each protocol, which may be empty or 0.
 StubRule WithPortsApart(StubRule rule) {
   QStringList protocols;
   for (const QString& member : {u"ports"_s, u"tcp"_s, u"udp"_s}) {

@@ -13,9 +13,9 @@ namespace quayline {
 
 // What a request does to the rules.
 struct RuleChange {
-  QList<StubRule> rules;  // afterwards
-  QStringList done;       // "added Web TCP 80 to 192.168.1.10"
-  QStringList problems;   // values that the router has no meaning for, rules that do not exist
+  QList<StubRule> rules;    // afterwards
+  QStringList done;         // "added Web TCP 80 to 192.168.1.10"
+  QStringList problems;     // values that the router has no meaning for, rules that do not exist
   bool is_refused = false;  // by AnswerRow::refusal: nothing has changed
 };
 

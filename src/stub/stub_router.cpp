@@ -115,7 +115,8 @@ std::expected<std::unique_ptr<StubRouter>, QString> StubRouter::Open(const QStri
     return std::unexpected(u"\"%1\" cannot be read: %2."_s.arg(name, file.errorString()));
   }
   if (!answers.pages.isEmpty() && !pages->TakeTheRestFrom(answers.pages)) {
-    return std::unexpected(u"There is no folder \"%1\" beside \"%2\"."_s.arg(answers.pages, folder));
+    return std::unexpected(
+        u"There is no folder \"%1\" beside \"%2\"."_s.arg(answers.pages, folder));
   }
   return std::unique_ptr<StubRouter>(new StubRouter(*pages, std::move(answers)));
 }

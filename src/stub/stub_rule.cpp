@@ -26,8 +26,8 @@ QString StoredSwitch(const QString& value) {
 
 QString StoredAddress(const QString& value) {
   const QString text = value.trimmed();
-  const bool is_address = QHostAddress(text).protocol() == QAbstractSocket::IPv4Protocol &&
-                          text.count(u'.') == 3;
+  const bool is_address =
+      QHostAddress(text).protocol() == QAbstractSocket::IPv4Protocol && text.count(u'.') == 3;
   return is_address ? text : QString();
 }
 
@@ -47,10 +47,10 @@ QStringList EssencesOf(const PortEntry& entry) {
 
 QStringList EssencesOf(const StubRule& rule) {
   const QString start = rule.value(u"start"_s);
-  return Essences(rule.value(u"protocol"_s),
-                  u"%1-%2 to %3"_s.arg(start, rule.value(u"end"_s, start),
-                                       rule.value(u"address"_s)) +
-                      (rule.value(u"enabled"_s) == "no"_L1 ? u", disabled"_s : QString()));
+  return Essences(
+      rule.value(u"protocol"_s),
+      u"%1-%2 to %3"_s.arg(start, rule.value(u"end"_s, start), rule.value(u"address"_s)) +
+          (rule.value(u"enabled"_s) == "no"_L1 ? u", disabled"_s : QString()));
 }
 
 }  // namespace

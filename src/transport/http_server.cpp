@@ -146,8 +146,7 @@ HttpServer::HttpServer(Handler handler, AnswerDelay delay, std::unique_ptr<QTcpS
                  }),
                  delay, std::move(listener)) {}
 
-HttpServer::HttpServer(LateHandler handler, AnswerDelay delay,
-                       std::unique_ptr<QTcpServer> listener)
+HttpServer::HttpServer(LateHandler handler, AnswerDelay delay, std::unique_ptr<QTcpServer> listener)
     : handler_(std::move(handler)), delay_(delay), listener_(std::move(listener)) {
   // Unlike newConnection, this is emitted after the TLS handshake.
   connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, this,

@@ -105,11 +105,11 @@ bool ProgramUpdate::TakeManifest(const QString& file) {
   if (!opened.open(QIODevice::ReadOnly)) {
     return false;
   }
-  const auto manifest = ReadManifest(
-      opened.read(kMaxManifestBytes + 1),
-      {.key = FindUpdateSite(context_).key,
-       .least_serial = context_.settings.Value(setting::kUpdateSerial).toLongLong(),
-       .today = QDate::currentDate()});
+  const auto manifest =
+      ReadManifest(opened.read(kMaxManifestBytes + 1),
+                   {.key = FindUpdateSite(context_).key,
+                    .least_serial = context_.settings.Value(setting::kUpdateSerial).toLongLong(),
+                    .today = QDate::currentDate()});
   if (!manifest) {
     Q_EMIT failed(TextOf(manifest.error()));
     return false;
@@ -120,8 +120,7 @@ bool ProgramUpdate::TakeManifest(const QString& file) {
 }
 
 Task<> ProgramUpdate::FetchFile() {
-  const QString file =
-      QDir::temp().filePath(QStringLiteral("update%1.exe").arg(manifest_.current));
+  const QString file = QDir::temp().filePath(QStringLiteral("update%1.exe").arg(manifest_.current));
   const bool is_fetched = co_await Fetch(QUrl(manifest_.download), file, kMaxInstallerBytes);
   if (!is_fetched) {
     co_return;

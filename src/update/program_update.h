@@ -38,7 +38,8 @@ class ProgramUpdate final : public QObject {
   void sizeKnown(qint32 bytes);
   // The manifest has been read: Found() is what it says.
   void versionFound();
-  // The rest is emitted when nothing runs any more: idle() after every call, then one of the others.
+  // The rest is emitted when nothing runs any more: idle() after every call, then one of the
+  // others.
   void idle();
   void upToDate();
   void newVersion();

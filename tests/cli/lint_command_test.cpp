@@ -23,7 +23,8 @@ TEST(LintCommand, TellsTheLinesAndWhetherTheyMatter) {
     QStringList lines = {};  // how the lines of the output begin, after the file's name
   } cases[] = {
       {"", 0},
-      {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")", 1,
+      {"id: 7\nrouterpic: a.jpg\n\n[routercommands]\nnav(\"a\")\r\nset_name(\"a,\")",
+       1,
        {u":6: No line below clicks"_s}},
       {"id: 7\n[routercommands]\nnav(\"a\")\n\n[routerportpage]\nset_ip(\"a,\")\n",
        1,

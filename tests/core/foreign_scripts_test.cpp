@@ -65,8 +65,8 @@ TEST_F(ForeignScriptsTest, ASignatureHoldsForTheWholeFileAndItsAuthor) {
       {"line added", signed_file + "nav(\"x\")\n"},
       {"cut", signed_file.chopped(3)},
       {"author changed", QByteArray(signed_file).replace("Jane", "Joan")},
-      {"key changed", QByteArray(signed_file).replace(other_.for_everybody.toBase64(),
-                                                      own_.for_everybody.toBase64())},
+      {"key changed", QByteArray(signed_file)
+                          .replace(other_.for_everybody.toBase64(), own_.for_everybody.toBase64())},
       {"signature removed", QByteArray(signed_file).replace("# signature: ", "# signed: ")},
       {"signature is nonsense", "# author: a\n# key: b\n# signature: c\nid: 5\n"},
   };
@@ -84,8 +84,7 @@ TEST_F(ForeignScriptsTest, ASignatureHoldsForTheWholeFileAndItsAuthor) {
 TEST_F(ForeignScriptsTest, ScriptsOfOthersAreNotAllowedBeforeTheUserAllowsThem) {
   const auto from_other = Import(Export(u"Signed"_s, ExportSignature{u"Jane"_s, other_}));
   const auto second = Import(Export(u"Second"_s, ExportSignature{u"Jane"_s, other_}));
-  const auto unsigned_one =
-      Import("# author: Bo\u202eb\n" + Export(u"Unsigned"_s, std::nullopt));
+  const auto unsigned_one = Import("# author: Bo\u202eb\n" + Export(u"Unsigned"_s, std::nullopt));
   const auto mine = Import(Export(u"Mine"_s, ExportSignature{u"Me"_s, own_}));
   ASSERT_TRUE(from_other && second && unsigned_one && mine);
   ForeignScripts foreign(folder_.path());

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/native_discovery.h"
-#include "core/port_discovery.h"
 
 #include <QFileInfo>
 
@@ -10,6 +9,7 @@
 #include <sys/stat.h>
 
 #include "core/files.h"
+#include "core/port_discovery.h"
 #include "platform/linux/wine_settings.h"
 #include "test_main.h"
 

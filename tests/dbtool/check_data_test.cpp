@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "core/files.h"
-#include "dbtool/commands.h"
 #include "core/text_form.h"
+#include "dbtool/commands.h"
 #include "test_main.h"
 
 namespace quayline::dbtool {

@@ -216,7 +216,9 @@ TEST_F(RoundTripTest, AJetFileIsImportedIntoANewFile) {
   EXPECT_TRUE(imported.output.contains(u"routers: 2 rows\n"_s)) << qPrintable(imported.output);
   EXPECT_EQ(ReadBytes(jet), original);
   const QString dump = DumpDatabase(Path(u"new.mdb"_s)).value_or(QString());
-  for (const char* text : {"Gr\xC3\xBC\xC3\x9F" "e", "\xD0\x96", "nav=page1499.htm"}) {
+  for (const char* text : {"Gr\xC3\xBC\xC3\x9F"
+                           "e",
+                           "\xD0\x96", "nav=page1499.htm"}) {
     EXPECT_TRUE(dump.contains(QString::fromUtf8(text))) << text;
   }
   EXPECT_EQ(RunCommand({u"import"_s, jet, Path(u"new.mdb"_s)}).error,
@@ -240,8 +242,8 @@ TEST_F(RoundTripTest, WhatIsNoWholeJetFileIsNotImported) {
       {"cut at the end of a page", jet.chopped(4096), u"is damaged"_s},
       {"catalog overwritten", QByteArray(jet).replace(8192, 4096, QByteArray(4096, '\xff')),
        u"is damaged"_s},
-      {"a page of a long text lost", QByteArray(jet).replace(9 * 4096, 4096, QByteArray(4096, '\0')),
-       u"is damaged"_s},
+      {"a page of a long text lost",
+       QByteArray(jet).replace(9 * 4096, 4096, QByteArray(4096, '\0')), u"is damaged"_s},
       {"all but the head overwritten", jet.first(4096) + QByteArray(jet.size() - 4096, '\x01'),
        u"is damaged"_s},
   };

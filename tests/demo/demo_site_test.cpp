@@ -89,7 +89,8 @@ TEST_F(DemoSiteTest, AClosedPortIsRefusedAndASilentListenerStillAnswers) {
 TEST_F(DemoSiteTest, WhatIsNoPortIsNotProbed) {
   Start();
   for (const char* port : {"0", "65536", "-1", "", "80;81", "0x50", "99999999999"}) {
-    EXPECT_TRUE(Ask("POST", "/port_test.php", QByteArray("port=") + port).contains(" 400 ")) << port;
+    EXPECT_TRUE(Ask("POST", "/port_test.php", QByteArray("port=") + port).contains(" 400 "))
+        << port;
   }
   EXPECT_TRUE(Probe("/port_test.php", 1, QByteArray(65, 'w')).contains(" 400 "));
 }
@@ -101,8 +102,8 @@ TEST_F(DemoSiteTest, OnlyTheAskingAddressIsProbedAndOnlyAProxyNamesAnother) {
   DemoSite behind_proxy;
   port_ = *behind_proxy.Start({.proxy = QHostAddress(QHostAddress::LocalHost)});
   EXPECT_TRUE(Ask("GET", "/my-address", {}, header).endsWith("203.0.113.5\n"));
-  EXPECT_TRUE(Ask("POST", "/port_test.php", "port=80", "X-Forwarded-For: nobody\r\n").contains(
-      " 429 "));
+  EXPECT_TRUE(
+      Ask("POST", "/port_test.php", "port=80", "X-Forwarded-For: nobody\r\n").contains(" 429 "));
 }
 
 TEST_F(DemoSiteTest, AnAddressGetsSoManyTestsAMinute) {

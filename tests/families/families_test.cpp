@@ -71,8 +71,7 @@ std::vector<Family> Families() {
   return families;
 }
 
-PortEntry Entry(const char* name, const char* computer, int first, int last,
-                const char* protocol) {
+PortEntry Entry(const char* name, const char* computer, int first, int last, const char* protocol) {
   return {.app_name = QLatin1String(name),
           .forwarded_to = QLatin1String(computer),
           .start_port = QString::number(first),
@@ -202,17 +201,17 @@ TEST(ShippedScripts, TheLintFindsNothingInThem) {
   EXPECT_FALSE(files.isEmpty());
   for (const QString& name : files) {
     Problems problems;
-    ReadRouters(ReadTextFile(routers.filePath(name), problems), name,
-                [&](const QString& script, const QStringList& lines) {
-                  for (const ScriptFinding& found : LintScript(lines, ScriptKindOf(script))) {
-                    const QString& line = lines[found.line - 1];
-                    EXPECT_TRUE(IsNote(found.finding, line))
-                        << qPrintable(name + u", "_s + script + u", "_s + line + u": "_s +
-                                      LintSentence(found.finding));
-                  }
-                  return QList<ScriptRemark>();
-                },
-                problems);
+    ReadRouters(
+        ReadTextFile(routers.filePath(name), problems), name,
+        [&](const QString& script, const QStringList& lines) {
+          for (const ScriptFinding& found : LintScript(lines, ScriptKindOf(script))) {
+            const QString& line = lines[found.line - 1];
+            EXPECT_TRUE(IsNote(found.finding, line)) << qPrintable(
+                name + u", "_s + script + u", "_s + line + u": "_s + LintSentence(found.finding));
+          }
+          return QList<ScriptRemark>();
+        },
+        problems);
     EXPECT_EQ(FormatProblems(problems), QString());
   }
 }

@@ -26,8 +26,7 @@ class FakePage final : public TestPage {
     while_loading();
     End(first_page);
   }
-  void Fill(const QString& field, const QString& value,
-            std::function<void(bool)> done) override {
+  void Fill(const QString& field, const QString& value, std::function<void(bool)> done) override {
     fields[field] = value;
     done(field != u"word"_s || has_word);
   }
@@ -168,7 +167,7 @@ TEST_F(PortCheckTest, WithoutTheSitesAnswerNothingIsSaidOfThePort) {
   EXPECT_EQ(Test(SockProtocol::kTcp), PortTestState::kNotTested);
   page_.probe = [](quint16 port, const QByteArray& word) { CallTcp(port, word); };
   EXPECT_EQ(Test(SockProtocol::kTcp), PortTestState::kOpen);  // seen is seen
-  page_.is_test_page = false;  // a hotel's login page, for example
+  page_.is_test_page = false;                                 // a hotel's login page, for example
   EXPECT_EQ(Test(SockProtocol::kTcp), PortTestState::kNotTested);
 }
 

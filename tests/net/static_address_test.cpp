@@ -64,13 +64,12 @@ TEST(StaticAddress, WhatIsNoAddressForThisComputerIsFound) {
        {Field::kSecondServer, Fault::kNotOfComputer}},
   };
   for (const auto& each : cases) {
-    SCOPED_TRACE((each.typed.address + u' ' + each.typed.mask + u' ' + each.typed.gateway)
-                     .toStdString());
+    SCOPED_TRACE(
+        (each.typed.address + u' ' + each.typed.mask + u' ' + each.typed.gateway).toStdString());
     const auto checked = CheckAddresses(each.typed);
     ASSERT_FALSE(checked.has_value());
-    EXPECT_TRUE(checked.error() == each.problem)
-        << static_cast<int>(checked.error().field) << ' '
-        << static_cast<int>(checked.error().fault);
+    EXPECT_TRUE(checked.error() == each.problem) << static_cast<int>(checked.error().field) << ' '
+                                                 << static_cast<int>(checked.error().fault);
   }
 }
 

@@ -9,8 +9,8 @@
 
 namespace quayline::testing {
 
-// Runs tests of this program on a computer behind a router: see natted_network.sh. They are disabled
-// elsewhere.
+// Runs tests of this program on a computer behind a router: see natted_network.sh. They are
+// disabled elsewhere.
 inline void RunAtHome(const QString& filter) {
   constexpr int kNoNetworks = 77;
   QProcess network;

@@ -4,14 +4,13 @@
 // The port checker with the real browser and a real test site: on this computer, and behind a
 // router that translates addresses.
 
-#include "ui/network/port_checker_window.h"
-
 #include <QLabel>
 #include <QTcpServer>
 
 #include "demo/demo_site.h"
 #include "network/natted_network.h"
 #include "script/web/web_engine.h"
+#include "ui/network/port_checker_window.h"
 #include "ui/toolkit/controls.h"
 #include "ui/window_fixture.h"
 
@@ -28,8 +27,11 @@ class PortCheckerTest : public WindowTest {
                   const QString& computer = u"127.0.0.2"_s) {
     QList<PortEntry> entries;
     for (const auto& [port, protocol] : ports_and_protocols) {
-      entries.append({.app_name = u"Rule"_s + port, .forwarded_to = computer + u"(Desk)"_s,
-                      .start_port = port, .end_port = port, .protocol = protocol});
+      entries.append({.app_name = u"Rule"_s + port,
+                      .forwarded_to = computer + u"(Desk)"_s,
+                      .start_port = port,
+                      .end_port = port,
+                      .protocol = protocol});
     }
     context_->port_list.SetEntries(entries);
   }
@@ -94,15 +96,17 @@ TEST_F(PortCheckerTest, ASiteThatCannotBeReachedSaysNothingOfThePort) {
 
 // What natted_network.sh runs at home.
 TEST_F(PortCheckerTest, DISABLED_OnlyForwardedPortsAreOpenBehindARouter) {
-  SetEntries({{u"8080"_s, u"TCP"_s}, {u"8081"_s, u"UDP"_s}, {u"8081"_s, u"TCP"_s},
-              {u"8080"_s, u"UDP"_s}, {u"9000"_s, u"TCP"_s}},
+  SetEntries({{u"8080"_s, u"TCP"_s},
+              {u"8081"_s, u"UDP"_s},
+              {u"8081"_s, u"TCP"_s},
+              {u"8080"_s, u"UDP"_s},
+              {u"9000"_s, u"TCP"_s}},
              u"192.168.77.2"_s);
   QTcpServer other;
   ASSERT_TRUE(other.listen(QHostAddress(u"192.168.77.2"_s), 9000));
   Open(qEnvironmentVariable("QUAYLINE_TEST_SITE"), u"192.168.77.2"_s);
   const QStringList results = CheckAll();
-  EXPECT_EQ(results.first(4),
-            QStringList({u"Success"_s, u"Success"_s, u"Failed"_s, u"Failed"_s}));
+  EXPECT_EQ(results.first(4), QStringList({u"Success"_s, u"Success"_s, u"Failed"_s, u"Failed"_s}));
   EXPECT_THAT(results[4].toStdString(), StartsWith("Unable to check the port"));
 }
 

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include "ui/network/quick_ports_dialog.h"
-
 #include <QAbstractItemModel>
 
 #include "network/natted_network.h"
+#include "ui/network/quick_ports_dialog.h"
 #include "ui/toolkit/controls.h"
 #include "ui/window_fixture.h"
 
@@ -20,8 +19,11 @@ class QuickPortsTest : public WindowTest {
   void SetList(const QList<QStringList>& rows) {
     QList<PortEntry> entries;
     for (const QStringList& row : rows) {
-      entries.append({.app_name = row[0], .forwarded_to = row[4] + u"()"_s, .start_port = row[1],
-                      .end_port = row[2], .protocol = row[3]});
+      entries.append({.app_name = row[0],
+                      .forwarded_to = row[4] + u"()"_s,
+                      .start_port = row[1],
+                      .end_port = row[2],
+                      .protocol = row[3]});
     }
     context_->port_list.SetEntries(entries);
   }
@@ -51,12 +53,13 @@ TEST_F(QuickPortsTest, OnlyEntriesOfThisComputerAreAskedFor) {
   QList<MappingRequest> requests;
   Open([&](MappingRequest request) -> Task<std::expected<MappingAnswer, Message>> {
     requests.append(request);
-    co_return MappingAnswer{.protocol = u"UPnP"_s, .outside_address = u"198.51.100.7"_s,
+    co_return MappingAnswer{.protocol = u"UPnP"_s,
+                            .outside_address = u"198.51.100.7"_s,
                             .results = {MappingResult::kMissing}};
   });
-  EXPECT_EQ(States(), QStringList({u"Not open"_s,
-                                   u"Only ports of this computer can be opened this way"_s,
-                                   u"Has too many ports, or wrong ones"_s}));
+  EXPECT_EQ(States(),
+            QStringList({u"Not open"_s, u"Only ports of this computer can be opened this way"_s,
+                         u"Has too many ports, or wrong ones"_s}));
   EXPECT_THAT(TextOf("answer_label"), HasSubstr("UPnP"));
   ExpectWindowRules();
   Choose("time_box", 1);

@@ -45,15 +45,11 @@ TEST(ExtensionCommands, DoWhatTheySay) {
       {"commas in code", R"x(run_javascript("f(1, '2,3')")  > run f(1, '2,3'))x"},
       {"an element that comes late",
        R"x(wait_until_element("rule, 1")  > ElementIsThere(rule, 1)  > ElementIsThere(rule, 1))x",
-       [](ScriptRig& rig) {
-         rig.pages.Answer("ElementIsThere", {false, true});
-       }},
+       [](ScriptRig& rig) { rig.pages.Answer("ElementIsThere", {false, true}); }},
       {"a text that comes late",
        R"x(expect_page_text("Saved, at last")  > PageShowsText(Saved, at last)
           > PageShowsText(Saved, at last))x",
-       [](ScriptRig& rig) {
-         rig.pages.Answer("PageShowsText", {false, true});
-       }},
+       [](ScriptRig& rig) { rig.pages.Answer("PageShowsText", {false, true}); }},
       {"no text: the entry's name", R"x(expect_page_text("")  > PageShowsText(Web))x",
        [](ScriptRig& rig) { rig.pages.Answer("PageShowsText", {true}); }},
       {"password boxes", R"x(give_names_to_password_boxes("")  > NamePasswordBoxes())x"},

@@ -49,7 +49,8 @@ TEST(PickedElement, GetsTheLineThatUsesIt) {
   };
   for (const auto& [json, expected] : cases) {
     const QByteArray object = QByteArray("{") + json + "}";
-    const QStringList lines = LinesFor(PickedElement::From(QJsonDocument::fromJson(object).object()));
+    const QStringList lines =
+        LinesFor(PickedElement::From(QJsonDocument::fromJson(object).object()));
     EXPECT_EQ(lines.join(u' '), QLatin1String(expected)) << json;
     for (const QString& line : lines) {
       EXPECT_TRUE(LintScriptLine(line).isEmpty()) << qPrintable(line);
@@ -61,7 +62,8 @@ TEST(SavedPage, WhatBelongsToTheOwnerIsTakenOutAndThePageStaysWhole) {
   const PageSecrets secrets{.username = u"admin"_s, .password = u"Tr<ee7"_s};
   const std::pair<const char*, const char*> cases[] = {
       {"<p>Tr<ee7 Tr&lt;ee7 YWRtaW46VHI8ZWU3</p>", "<p>removed removed removed</p>"},
-      {"<input type=password name=a value='x y'>", "<input type=password name=a value=\"removed\">"},
+      {"<input type=password name=a value='x y'>",
+       "<input type=password name=a value=\"removed\">"},
       {"<input value=\"k1\" id=wpa_psk>", "<input value=\"removed\" id=wpa_psk>"},
       {"<input name=port value=80>", "<input name=port value=80>"},
       {"var wpa_psk = 'one'; var port='80';", "var wpa_psk = 'removed'; var port='80';"},
@@ -102,9 +104,8 @@ TEST(SavedPage, IsAFolderThatScriptsCanBeTriedOn) {
 }
 
 TEST(BenchRunner, ALineIsRunWithTheLinesThatKeepSomethingForIt) {
-  const QStringList script{u"nav(\"a\")"_s, u"set_type_choices(\"T|U\")"_s,
-                           u"set_name(\"n,\")"_s, u"set_frame_number(\"1\")"_s,
-                           u"set_combobox(\"c,\")"_s};
+  const QStringList script{u"nav(\"a\")"_s, u"set_type_choices(\"T|U\")"_s, u"set_name(\"n,\")"_s,
+                           u"set_frame_number(\"1\")"_s, u"set_combobox(\"c,\")"_s};
   EXPECT_EQ(LinesForOne(script, 4), (QStringList{script[1], script[3], script[4]}));
   EXPECT_EQ(LinesForOne(script, 0), QStringList(script[0]));
 }

@@ -414,7 +414,7 @@ TEST_F(JobRunnerTest, AScriptOfSomebodyElseRunsWhenTheUserHasAllowedIt) {
   questions_.allows_addresses = true;
   bool is_allowed = true;
   pages_.Host(0).questions.AskOtherAddress({.target = u"http://10.0.0.9:80"_s, .router = {}},
-                                    [&](bool allowed) { is_allowed = allowed; });
+                                           [&](bool allowed) { is_allowed = allowed; });
   EXPECT_FALSE(is_allowed);
   EXPECT_TRUE(runner_->Log().Text().contains(u"(http://10.0.0.9:80 was blocked"_s));
   ASSERT_TRUE(ForeignScripts(bare_.folder.path())
@@ -422,7 +422,7 @@ TEST_F(JobRunnerTest, AScriptOfSomebodyElseRunsWhenTheUserHasAllowedIt) {
   NextRunner();
   Run(script);
   pages_.Host(0).questions.AskOtherAddress({.target = u"http://10.0.0.9:80"_s, .router = {}},
-                                    [&](bool allowed) { is_allowed = allowed; });
+                                           [&](bool allowed) { is_allowed = allowed; });
   EXPECT_TRUE(is_allowed);
 }
 

@@ -13,7 +13,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 // Jobs on a router that keeps its rules in `rules_`, as rows of "Name | Port | IP | Protocol". The
-// entry is "Web", ports 80 to 90, TCP, to 10.0.0.5, and `saved_` is what the router makes of a save.
+// entry is "Web", ports 80 to 90, TCP, to 10.0.0.5, and `saved_` is what the router makes of a
+// save.
 class TakeBackTest : public RunnerTest<JobRunner> {
  protected:
   TakeBackTest() {
@@ -31,8 +32,8 @@ class TakeBackTest : public RunnerTest<JobRunner> {
     });
     pages_.On({"ClickInRow"}, [this](FakePageHost&) {
       const auto clicked = std::ranges::find_if(rules_, [this](const QString& rule) {
-        return LastCall().contains(QString::fromUtf8(
-            QJsonDocument(Cells(rule)).toJson(QJsonDocument::Compact)));
+        return LastCall().contains(
+            QString::fromUtf8(QJsonDocument(Cells(rule)).toJson(QJsonDocument::Compact)));
       });
       ASSERT_NE(clicked, rules_.end());
       rules_.erase(clicked);
@@ -113,8 +114,13 @@ TEST_F(TakeBackTest, OnlyRulesThatTheJobSurelyAddedAreOffered) {
        nullptr,
        "",
        "Web"},
-      {"a rule that may be there already", {u"Web | HTTP | 10.0.0.5 | TCP"_s}, {web_}, {}, nullptr,
-       "", "Web"},
+      {"a rule that may be there already",
+       {u"Web | HTTP | 10.0.0.5 | TCP"_s},
+       {web_},
+       {},
+       nullptr,
+       "",
+       "Web"},
       {"a pass that failed", {}, {web_}, {}, "nav http://192.168.1.1/saved", "", "Web"},
   };
   for (const auto& c : cases) {
@@ -150,10 +156,20 @@ TEST_F(TakeBackTest, RemovesNoRowButThoseOfTheJob) {
       {"one row of two is left", "TCP/UDP", {}, {tcp, udp}, {}, {}, EntryState::kMissing},
       {"the user's row of a rule", "TCP/UDP", {tcp}, {udp}, {}, {tcp}, EntryState::kMissing},
       {"a rule of the same name", "TCP", {same_name}, {tcp}, {}, {same_name}, EntryState::kMissing},
-      {"a later rule with the same ports", "TCP", {}, {tcp}, {tcp, other}, {other},
+      {"a later rule with the same ports",
+       "TCP",
+       {},
+       {tcp},
+       {tcp, other},
+       {other},
        EntryState::kOnRouter},
       {"a later one above it", "TCP", {}, {tcp}, {other, tcp}, {other}, EntryState::kOnRouter},
-      {"two rows, of which one is gone", "TCP/UDP", {}, {tcp, udp}, {udp}, {udp},
+      {"two rows, of which one is gone",
+       "TCP/UDP",
+       {},
+       {tcp, udp},
+       {udp},
+       {udp},
        EntryState::kDifferent},
   };
   for (const auto& c : cases) {
@@ -203,19 +219,17 @@ TEST_F(TakeBackTest, StaysOnTheRouterOfItsJobWhicheverIsChosen) {
       EXPECT_EQ(login.host + u' ' + login.password, u"192.168.1.1 se:cret#1"_s);
     }
     context_.session.password = u"se:cret#1"_s;
-    context_.session.remove_script =
-        Lines({"nav(\"rules\")", "click_in_entry_row(\"button,\")"});
+    context_.session.remove_script = Lines({"nav(\"rules\")", "click_in_entry_row(\"button,\")"});
   }
 }
 
 TEST_F(TakeBackTest, SaysNothingOfRulesThatItCouldNotLookUp) {
   RunJob();
-  QObject::connect(runner_.get(), &JobRunner::stepStarted, runner_.get(),
-                   [this](int step) {
-                     if (step == 2) {
-                       Break("nav http://192.168.1.1/rules");
-                     }
-                   });
+  QObject::connect(runner_.get(), &JobRunner::stepStarted, runner_.get(), [this](int step) {
+    if (step == 2) {
+      Break("nav http://192.168.1.1/rules");
+    }
+  });
   TakeBack();
   EXPECT_FALSE(runner_->Outcome().has_looked);
   EXPECT_EQ(StateOfFirst(), EntryState::kUnknown);
@@ -253,11 +267,19 @@ TEST_F(TakeBackTest, TryingAgainEntersOnlyWhatIsMissing) {
   } cases[] = {
       {"a missing rule is not entered", false, {}, true, EntryState::kOnRouter, false},
       {"a rule that came late is entered twice", false, {web_}, false, EntryState::kOnRouter, true},
-      {"a rule that came late and changed", false, {different}, false, EntryState::kDifferent,
+      {"a rule that came late and changed",
+       false,
+       {different},
+       false,
+       EntryState::kDifferent,
        false},
       {"a rule that cannot be read", false, {unread}, false, EntryState::kUnknown, false},
       {"an entry that was never begun", true, {}, true, EntryState::kOnRouter, false},
-      {"another rule of the name keeps it out", true, {different}, true, EntryState::kOnRouter,
+      {"another rule of the name keeps it out",
+       true,
+       {different},
+       true,
+       EntryState::kOnRouter,
        false},
       {"it may be there without our doing", true, {unread}, false, EntryState::kUnknown, false},
   };

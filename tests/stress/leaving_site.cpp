@@ -11,7 +11,6 @@ namespace quayline::stress {
 
 namespace {
 
-
 // What a web socket's key is completed with.
 constexpr char kSocketId[] = "258EAFA5-E914-47DA-95CA-C5AB0DC85B11";
 

@@ -26,8 +26,7 @@ double Median(QList<double> values) {
 
 class Walker final {
  public:
-  Walker(const PageHostFactory& make_host, AnswerDelay delay)
-      : site_(delay), parts_(make_host) {
+  Walker(const PageHostFactory& make_host, AnswerDelay delay) : site_(delay), parts_(make_host) {
     if (QWidget* view = parts_.browsers.Active()->Widget()) {
       view->resize(800, 600);
       view->show();

@@ -66,7 +66,9 @@ TEST(PageFolder, ServesItsOwnFilesAndNoOther) {
 }
 
 TEST(PageTemplate, MarksAreFilledAsTheirPlaceNeeds) {
-  const StubRule web{{u"name"_s, u"A&\"<b>'\\"_s}, {u"start"_s, u"80"_s}, {u"end"_s, u"90"_s},
+  const StubRule web{{u"name"_s, u"A&\"<b>'\\"_s},
+                     {u"start"_s, u"80"_s},
+                     {u"end"_s, u"90"_s},
                      {u"protocol"_s, u"UDP"_s}};
   const StubRule mail{{u"name"_s, u"Mail"_s}, {u"start"_s, u"25"_s}};
   HttpRequest request;
@@ -86,8 +88,7 @@ TEST(PageTemplate, MarksAreFilledAsTheirPlaceNeeds) {
       {Escape::kHtml, "{{each rules}}{{number}}{{rule.ports}}{{between}},{{end}}.", "180-90,225."},
       {Escape::kHtml, "{{each kept}}{{index}}{{rule.name}}{{end}}", "0Mail"},
       {Escape::kHtml, "{{each rules to 3}}[{{rule.start}}]{{end}}", "[80][25][]"},
-      {Escape::kHtml, "{{each rules}}{{rule.name}};{{end}}",
-       "A&amp;&quot;&lt;b&gt;&#39;\\;Mail;"},
+      {Escape::kHtml, "{{each rules}}{{rule.name}};{{end}}", "A&amp;&quot;&lt;b&gt;&#39;\\;Mail;"},
       {Escape::kHtml, "<script>'{{each rules}}{{rule.name}}{{between}}{{end}}'</script>",
        "<script>'A\\u0026\\u0022\\u003cb\\u003e\\u0027\\u005cMail'</script>"},
       {Escape::kHtml, "<script></script>{{each rules}}{{rule.name}}{{between}}{{end}}",

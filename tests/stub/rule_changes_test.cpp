@@ -15,11 +15,18 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QList<StubRule> kTwo{
-    {{u"id"_s, u"a"_s}, {u"name"_s, u"Web"_s}, {u"start"_s, u"80"_s}, {u"end"_s, u"80"_s},
-     {u"protocol"_s, u"TCP"_s}, {u"address"_s, u"10.0.0.5"_s}},
-    {{u"id"_s, u"b"_s}, {u"name"_s, u"Mail"_s}, {u"start"_s, u"25"_s}, {u"end"_s, u"30"_s},
-     {u"protocol"_s, u"TCP/UDP"_s}, {u"address"_s, u"10.0.0.6"_s}}};
+const QList<StubRule> kTwo{{{u"id"_s, u"a"_s},
+                            {u"name"_s, u"Web"_s},
+                            {u"start"_s, u"80"_s},
+                            {u"end"_s, u"80"_s},
+                            {u"protocol"_s, u"TCP"_s},
+                            {u"address"_s, u"10.0.0.5"_s}},
+                           {{u"id"_s, u"b"_s},
+                            {u"name"_s, u"Mail"_s},
+                            {u"start"_s, u"25"_s},
+                            {u"end"_s, u"30"_s},
+                            {u"protocol"_s, u"TCP/UDP"_s},
+                            {u"address"_s, u"10.0.0.6"_s}}};
 
 // The rules after a request, one text each, with "REFUSED" and "PROBLEM" where there were some.
 QString After(const char* row, const QByteArray& body) {
@@ -59,7 +66,8 @@ TEST(RuleChanges, RequestsOfManyShapesChangeTheRules) {
       {R"("do": "add", "rule": {"start": {"field": "$p", "split": "-"},
           "end": {"field": "$p", "split": "-", "part": 1}})",
        "p=5-6", both + u"; (no name) (no protocol) 5-6 to (no address)"_s},
-      {R"("do": "add", "rule": {"start": "$[1].params.v.p"})", R"([{}, {"params": {"v": {"p": 8}}}])",
+      {R"("do": "add", "rule": {"start": "$[1].params.v.p"})",
+       R"([{}, {"params": {"v": {"p": 8}}}])",
        both + u"; (no name) (no protocol) 8 to (no address)"_s},
       {R"("do": "add", "rule": {"start": "$p"}, "refuse": {"same": ["start"], "answer": {}})",
        "p=80", both + u" REFUSED"_s},
@@ -68,7 +76,8 @@ TEST(RuleChanges, RequestsOfManyShapesChangeTheRules) {
       {R"("do": "remove", "row": "$i")", "i=1", web},
       {R"("do": "remove", "row": "$i")", "i=0,1,1", QString()},
       {R"("do": "remove", "row": "$i")", "i=2", both + u" PROBLEM"_s},
-      {R"("do": "remove", "row": "$del{n}", "numbered": {"from": 1, "to": 9})", "del1=on&x=1", mail},
+      {R"("do": "remove", "row": "$del{n}", "numbered": {"from": 1, "to": 9})", "del1=on&x=1",
+       mail},
       {R"("do": "remove", "match": {"id": "$id"})", "id=b", web},
       {R"("do": "remove", "match": {"id": "$id"})", "x=b", both + u" PROBLEM"_s},
       {R"("do": "toggle", "match": {"start": "$p"})", "p=80", web + u", disabled; "_s + mail},
@@ -132,14 +141,19 @@ TEST(StubRule, TheRulesOfAJobAreComparedWithoutTheirNames) {
                                   .protocol = u"TCP/UDP"_s,
                                   .description = {}}};
   const auto rule = [](const char* protocol, const char* enabled = "yes") {
-    return StubRule{{u"name"_s, u"W"_s}, {u"start"_s, u"80"_s}, {u"address"_s, u"10.0.0.5"_s},
-                    {u"protocol"_s, QLatin1String(protocol)}, {u"enabled"_s, QLatin1String(enabled)}};
+    return StubRule{{u"name"_s, u"W"_s},
+                    {u"start"_s, u"80"_s},
+                    {u"address"_s, u"10.0.0.5"_s},
+                    {u"protocol"_s, QLatin1String(protocol)},
+                    {u"enabled"_s, QLatin1String(enabled)}};
   };
   const struct {
     QList<StubRule> rules;
     int differences;
-  } cases[] = {{{kTwo[1], rule("TCP/UDP")}, 0}, {{rule("TCP"), kTwo[1], rule("UDP")}, 0},
-               {{kTwo[1], rule("TCP")}, 1},     {{rule("TCP/UDP")}, 2},
+  } cases[] = {{{kTwo[1], rule("TCP/UDP")}, 0},
+               {{rule("TCP"), kTwo[1], rule("UDP")}, 0},
+               {{kTwo[1], rule("TCP")}, 1},
+               {{rule("TCP/UDP")}, 2},
                {{kTwo[1], rule("TCP/UDP"), rule("TCP")}, 1},
                {{kTwo[1], rule("TCP/UDP", "no")}, 4}};
   for (const auto& c : cases) {

@@ -31,7 +31,8 @@ class EntryStatesTest : public ::testing::Test {
 };
 
 TEST_F(EntryStatesTest, FollowsTheJob) {
-  model_.Begin(JobKind::kUpdate, {{.app_name = u"Web"_s}, {.app_name = u"Mail"_s}, {.app_name = u"Dns"_s}});
+  model_.Begin(JobKind::kUpdate,
+               {{.app_name = u"Web"_s}, {.app_name = u"Mail"_s}, {.app_name = u"Dns"_s}});
   EXPECT_EQ(States(model_), u"Waiting|Waiting|Waiting"_s);
   model_.SetRunning(1);
   EXPECT_EQ(States(model_), u"Entered, not looked up yet|Being entered|Waiting"_s);
@@ -83,10 +84,10 @@ TEST_F(EntryStatesTest, EachKindOfJobHasItsOwnWords) {
       {JobKind::kCheck, kUnknown, "Being looked up",
        "Cannot tell: Your router's page does not show whether it is there. Please look there.",
        "The router's page does not show whether these are there: Web, Mail.", false},
-      {JobKind::kTakeBack, kMissing, "Being removed", "Removed: ",
-       "2 of 2 rules were removed from your router.", true},
-      {JobKind::kTakeBack, kOnRouter, "Being removed",
-       "Not removed: Still on your router: the row", "0 of 2 rules were removed", false},
+      {JobKind::kTakeBack, kMissing, "Being removed",
+       "Removed: ", "2 of 2 rules were removed from your router.", true},
+      {JobKind::kTakeBack, kOnRouter, "Being removed", "Not removed: Still on your router: the row",
+       "0 of 2 rules were removed", false},
       {JobKind::kTakeBack, kUnknown, "Being removed",
        "Cannot tell: Cannot tell whether it was removed. Please look at your router's page.",
        "Please look at: Web, Mail.", false},

@@ -285,9 +285,8 @@ TEST_F(MainWindowTest, ACheckLeavesTheWindowOfAnUpdateOpen) {
   EXPECT_TRUE(windows_->jobs[0] != nullptr && windows_->jobs[0]->isVisible());
   EXPECT_TRUE(RunUntil([this] { return windows_->jobs[1].isNull(); }));
   Click("update_button");
-  EXPECT_TRUE(RunUntil([this] {
-    return windows_->jobs[0].isNull() && windows_->jobs[2].isNull();
-  })) << "an update begins with its own window alone";
+  EXPECT_TRUE(RunUntil([this] { return windows_->jobs[0].isNull() && windows_->jobs[2].isNull(); }))
+      << "an update begins with its own window alone";
 }
 
 TEST_F(MainWindowTest, ACheckNeedsARouterAndAListAndShowsWhatItSawInTheList) {

@@ -30,9 +30,8 @@ QByteArray PictureOf(int width, const char* format = "PNG") {
 class RouterSelectionTest : public WindowTest {
  protected:
   RouterSelectionTest() {
-    folder_.WriteDatabases(
-        {RouterRow(3, u"Alpha 1"_s, u"admin"_s), RouterRow(7, u"Beta 2"_s, u"root"_s),
-         DrawnRouter()});
+    folder_.WriteDatabases({RouterRow(3, u"Alpha 1"_s, u"admin"_s),
+                            RouterRow(7, u"Beta 2"_s, u"root"_s), DrawnRouter()});
     EXPECT_TRUE(context_->databases.Open(folder_.dir.path()));
     context_->maker_site.base = server_.Address({}).toString();
     folder_.WriteFile("router.jpg", PictureOf(11));

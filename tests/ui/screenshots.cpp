@@ -471,8 +471,7 @@ class Photographer final {
     co_await Sleep(300ms);
     Save(*refused, QStringLiteral("firewall_refused"));
     refused->close();
-    auto* cache = new CacheDialog(
-        []() -> Task<bool> { co_return true; }, translator, nullptr);
+    auto* cache = new CacheDialog([]() -> Task<bool> { co_return true; }, translator, nullptr);
     cache->show();
     Click(cache, "clear_button");
     co_await Sleep(50ms);
@@ -589,8 +588,8 @@ class Photographer final {
   Task<> TakeUpdateWindows() {
     ShownContext context(program_, language_);
     WindowPrompts prompts(context.translator);
-    auto* update = new ProgramUpdateWindow(context, prompts, QStringLiteral("3.0.0"), nullptr,
-                                           [] {});
+    auto* update =
+        new ProgramUpdateWindow(context, prompts, QStringLiteral("3.0.0"), nullptr, [] {});
     update->show();
     co_await Sleep(50ms);
     Save(*update, QStringLiteral("program_update_no_site"));

@@ -37,12 +37,17 @@ TEST_F(StaticAddressDialogTest, TheOnlyAdapterIsShownWithANewAddressAndItsOwnRes
   context_->settings.SetValue(setting::kStaticIp, u"10.0.0.77"_s);
   Open();
   ExpectWindowRules();
-  ExpectTexts({{"current_address_label", "192.168.1.20"}, {"current_mask_label", "255.255.255.0"},
-               {"current_gateway_label", "192.168.1.1"}, {"current_first_server_label", "9.9.9.9"},
-               {"current_second_server_label", "0.0.0.0"}, {"mask_edit", "255.255.255.0"},
-               {"gateway_edit", "192.168.1.1"}, {"first_server_edit", "9.9.9.9"},
+  ExpectTexts({{"current_address_label", "192.168.1.20"},
+               {"current_mask_label", "255.255.255.0"},
+               {"current_gateway_label", "192.168.1.1"},
+               {"current_first_server_label", "9.9.9.9"},
+               {"current_second_server_label", "0.0.0.0"},
+               {"mask_edit", "255.255.255.0"},
+               {"gateway_edit", "192.168.1.1"},
+               {"first_server_edit", "9.9.9.9"},
                {"second_server_edit", "0.0.0.0"}});
-  EXPECT_THAT(TextOf("address_edit"), StartsWith("192.168.1.")) << "the last one was of another net";
+  EXPECT_THAT(TextOf("address_edit"), StartsWith("192.168.1."))
+      << "the last one was of another net";
   EXPECT_THAT(TextOf("status_label"), HasSubstr("router gives"));
   Click("open_dns_button");
   ExpectTexts({{"first_server_edit", "208.67.222.222"}, {"second_server_edit", "208.67.220.220"}});
@@ -104,7 +109,8 @@ TEST_F(StaticAddressDialogTest, EachResultHasItsText) {
     SetupResult result;
     std::string text;
   } cases[] = {
-      {{.code = SetupCode::kAccessDenied}, "Status: Error! - Access denied.\n\nNothing was changed."},
+      {{.code = SetupCode::kAccessDenied},
+       "Status: Error! - Access denied.\n\nNothing was changed."},
       {{.code = SetupCode::kCannotConfigureDhcp, .undo = SetupResult::Undo::kRolledBack},
        "Status: Error! - Unable to configure DHCP service.\n\nWith the new settings this computer"},
       {{.code = static_cast<SetupCode>(72)}, "Status: Error! - Unknown."},

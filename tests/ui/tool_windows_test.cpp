@@ -303,8 +303,8 @@ TEST_F(ScriptWindowTest, LinesRunOnAPageBesideTheScript) {
   Click("run_line_button");
   ASSERT_TRUE(RunUntil(ended));
   EXPECT_EQ(page_->opened, QStringList(u"http://127.0.0.1/b"_s));
-  EXPECT_THAT(TextOf("bench_log_edit"), AllOf(HasSubstr("Step 01. set_frame_name"),
-                                             HasSubstr("Step 02. nav(\"b\")")));
+  EXPECT_THAT(TextOf("bench_log_edit"),
+              AllOf(HasSubstr("Step 01. set_frame_name"), HasSubstr("Step 02. nav(\"b\")")));
   page_->opened.clear();
   Click("run_to_caret_button");
   ASSERT_TRUE(RunUntil(ended));
@@ -317,8 +317,11 @@ TEST_F(ScriptWindowTest, LinesRunOnAPageBesideTheScript) {
 
 TEST_F(ScriptWindowTest, AnElementIsPickedOnThePageAndItsLineWritten) {
   Click("bench_button");
-  page_->element = {{u"tag"_s, u"input"_s}, {u"type"_s, u"text"_s}, {u"name"_s, u"fport"_s},
-                    {u"text"_s, u"First port"_s}, {u"number"_s, 12}};
+  page_->element = {{u"tag"_s, u"input"_s},
+                    {u"type"_s, u"text"_s},
+                    {u"name"_s, u"fport"_s},
+                    {u"text"_s, u"First port"_s},
+                    {u"number"_s, 12}};
   QWidget* view = page_->Widget();
   update_->setPlainText(u"nav(\"a\")\nclick_button(\"s\")"_s);
   Click("pick_button");
@@ -343,8 +346,8 @@ TEST_F(ScriptWindowTest, APageIsSavedForOthersWithoutWhatIsSecret) {
   Click("save_page_button");
   EXPECT_EQ(ReadBytes(folder + u"/fw.asp"_s), "<p>removed</p>");
   EXPECT_TRUE(QFile::exists(folder + u"/answers.json"_s));
-  EXPECT_THAT(prompts_.shown.back(), AllOf(StartsWith("Tell: The page is in the folder"),
-                                           HasSubstr("menu.js")));
+  EXPECT_THAT(prompts_.shown.back(),
+              AllOf(StartsWith("Tell: The page is in the folder"), HasSubstr("menu.js")));
 }
 
 TEST_F(RouterListTest, ARouterThatIsNotListedIsMadeOutOfAnother) {

@@ -17,12 +17,12 @@ TEST(Version, PartsCompareInTheirOrderAndWithItsPeculiarity) {
   const struct {
     const char* server;
     std::optional<bool> is_up_to_date;
-  } cases[] = {{"3.1.4", true},  {"3.1.5", false},  {"3.1.3", true},   {"3.2.0", false},
-               {"3.0.9", true},  {"4.0.0", false},  {"2.9.0", false},  {"2.1.9", false},
-               {"2.0.9", true},  {"3.10.0", false}, {"3.1.4.9", true}, {"003.01.04", true},
-               {"", {}},         {"3", {}},         {"3.1", {}},       {"4", false},
-               {"3.2", false},   {"x.1.1", {}},     {"3.1.-5", {}},    {"3.1.1234567890", {}},
-               {"3.1./../x", {}},   {"4.0./../x", {}}};
+  } cases[] = {{"3.1.4", true},   {"3.1.5", false},  {"3.1.3", true},   {"3.2.0", false},
+               {"3.0.9", true},   {"4.0.0", false},  {"2.9.0", false},  {"2.1.9", false},
+               {"2.0.9", true},   {"3.10.0", false}, {"3.1.4.9", true}, {"003.01.04", true},
+               {"", {}},          {"3", {}},         {"3.1", {}},       {"4", false},
+               {"3.2", false},    {"x.1.1", {}},     {"3.1.-5", {}},    {"3.1.1234567890", {}},
+               {"3.1./../x", {}}, {"4.0./../x", {}}};
   for (const auto& [server, expected] : cases) {
     EXPECT_EQ(IsUpToDate(QLatin1String(server), u"3.1.4"_s), expected) << server;
   }

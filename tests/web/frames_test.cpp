@@ -127,7 +127,8 @@ TEST_F(FramesTest, AFrameThatFailsIsReportedAsAPageIs) {
   }
 }
 
-// Over TLS only the engine sees how a frame is answered. A status is given to pages by newer engines.
+// Over TLS only the engine sees how a frame is answered. A status is given to pages by newer
+// engines.
 TEST_F(FramesTest, AFrameOverTlsIsReportedAsAPageIs) {
   SecureServer secure;
   NextBrowser(&secure.certificates);

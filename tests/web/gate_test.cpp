@@ -105,8 +105,7 @@ TEST_F(GateTest, NobodyIsAdmittedAfterTheOwnersEnd) {
 TEST(SiteOrigin, AnAddressIsWrittenAsTheEngineWritesIt) {
   for (const char* address : {"http://192.168.1.1", "https://box.lan", "http://box.lan:8080",
                               "https://[fe80::1]:80", "http://[::1]"}) {
-    EXPECT_EQ(SiteOrigin::Of(QUrl(QLatin1String(address))).Address(),
-              QUrl(QLatin1String(address)));
+    EXPECT_EQ(SiteOrigin::Of(QUrl(QLatin1String(address))).Address(), QUrl(QLatin1String(address)));
   }
 }
 
@@ -251,8 +250,8 @@ TEST_F(GateTest, ASaveDoesNotWaitForRequestsThatAreHeldOpen) {
         polls.push_back(std::make_unique<Client>("127.0.0.1", Port(), kGet));
       }
       ASSERT_TRUE(RunUntil([&] { return std::ssize(server.requests) == std::ssize(polls); }, 5s));
-      auto save = std::make_unique<Client>(
-          "127.0.0.1", Port(), "POST /save HTTP/1.1\r\nContent-Length: 1\r\n\r\nx");
+      auto save = std::make_unique<Client>("127.0.0.1", Port(),
+                                           "POST /save HTTP/1.1\r\nContent-Length: 1\r\n\r\nx");
       if (browser_stays) {
         EXPECT_TRUE(save->Hears("saved"));
       } else {
@@ -287,8 +286,8 @@ class SavedOnceTest : public WebTest, public ::testing::WithParamInterface<const
   // Serves by "http", or by https with the version of TLS that is named.
   void Serve(const QByteArray& kind) {
     if (kind != "http") {
-      secure = std::make_unique<SecureServer>(kind == "TLS 1.2" ? QSsl::TlsV1_2
-                                                                : QSsl::TlsV1_3OrLater);
+      secure =
+          std::make_unique<SecureServer>(kind == "TLS 1.2" ? QSsl::TlsV1_2 : QSsl::TlsV1_3OrLater);
       NextBrowser(&secure->certificates);
     }
   }

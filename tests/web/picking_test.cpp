@@ -14,15 +14,16 @@ using namespace Qt::StringLiterals;
 using namespace page_operation;
 
 TEST_F(WebTest, TheElementAtAPlaceIsDescribedThroughFrames) {
-  Show("<style>*{margin:0;padding:0;border:0} input,button,iframe,a{position:absolute;left:0;"
-       "width:100px;height:20px}</style>"
-       "<input id=i name=fport style='top:0' aria-label='First port' value=80>"
-       "<button style='top:20px'><b>Save</b> it</button>"
-       "<input type=password name=pw value=geheim style='top:40px'>"
-       "<iframe style='top:60px' srcdoc='<style>*{margin:0}</style>'></iframe>"
-       "<iframe scrolling=no style='top:80px' srcdoc='<body style=margin:0><select name=p style="
-       "\"width:90px;height:20px\"><option>TCP<option>UDP</select>'></iframe>"
-       "<a href='go.htm' style='top:100px'>Go</a>");
+  Show(
+      "<style>*{margin:0;padding:0;border:0} input,button,iframe,a{position:absolute;left:0;"
+      "width:100px;height:20px}</style>"
+      "<input id=i name=fport style='top:0' aria-label='First port' value=80>"
+      "<button style='top:20px'><b>Save</b> it</button>"
+      "<input type=password name=pw value=geheim style='top:40px'>"
+      "<iframe style='top:60px' srcdoc='<style>*{margin:0}</style>'></iframe>"
+      "<iframe scrolling=no style='top:80px' srcdoc='<body style=margin:0><select name=p style="
+      "\"width:90px;height:20px\"><option>TCP<option>UDP</select>'></iframe>"
+      "<a href='go.htm' style='top:100px'>Go</a>");
   Settle();
   const struct {
     int y;
@@ -55,9 +56,10 @@ TEST_F(WebTest, TheElementAtAPlaceIsDescribedThroughFrames) {
 }
 
 TEST_F(WebTest, APageIsDescribedWithItsFramesAndForms) {
-  Show("<script src='missing.js'></script><form action='/apply.cgi?x=1' method=POST>"
-       "<input name=action type=hidden><input name=desc></form>"
-       "<iframe srcdoc='<p id=inner>in</p>'></iframe>");
+  Show(
+      "<script src='missing.js'></script><form action='/apply.cgi?x=1' method=POST>"
+      "<input name=action type=hidden><input name=desc></form>"
+      "<iframe srcdoc='<p id=inner>in</p>'></iframe>");
   Settle();
   const QJsonArray documents = Ask(DescribePage()).toArray();
   ASSERT_EQ(documents.size(), 2);

@@ -22,7 +22,8 @@ inline void ShowPage(PageHost* host) {
   view->setFocus();
 }
 
-// Makes a job in browsers that are shown; it is begun by Run() or Check(). `listen` connects to the runner before it does anything.
+// Makes a job in browsers that are shown; it is begun by Run() or Check(). `listen` connects to the
+// runner before it does anything.
 inline std::unique_ptr<JobRunner> OpenShownJob(
     AppContext& context, PageQuestions& questions,
     const std::function<void(JobRunner&)>& listen = [](JobRunner&) {}) {

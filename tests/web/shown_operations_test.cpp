@@ -165,14 +165,13 @@ TEST_F(WebTest, FieldsAreFoundByWhatAPersonSees) {
          {"the focus stays", "<input id=x><script>x.focus()</script>", FocusField({}), "x"},
          {"no field", "<input id=x>", FocusField(u"a"_s), "", kFailed}});
   const QByteArray combo = "<label>Ports</label><div tabindex=0><ul><li><input id=x></ul></div>";
-  Check("x.value",
-        {{"a box by its label", "<label for=x>Ports:</label><input name=p7 id=x>",
-          SetElementValue(u"Ports"_s, u"80"_s), "80"},
-         {"a box inside a drop-down", combo, SetElementValue(u"ports"_s, u"80"_s), "80"},
-         {"a name comes before a label", "<label>x <input id=y></label><input id=x>",
-          SetElementValue(u"x"_s, u"80"_s), "80"},
-         {"the next line's box", "<label>Ports</label><p tabindex=0></p><input id=x>",
-          SetElementValue(u"Ports"_s, u"80"_s), "", kFailed}});
+  Check("x.value", {{"a box by its label", "<label for=x>Ports:</label><input name=p7 id=x>",
+                     SetElementValue(u"Ports"_s, u"80"_s), "80"},
+                    {"a box inside a drop-down", combo, SetElementValue(u"ports"_s, u"80"_s), "80"},
+                    {"a name comes before a label", "<label>x <input id=y></label><input id=x>",
+                     SetElementValue(u"x"_s, u"80"_s), "80"},
+                    {"the next line's box", "<label>Ports</label><p tabindex=0></p><input id=x>",
+                     SetElementValue(u"Ports"_s, u"80"_s), "", kFailed}});
   Check("String(x.checked)",
         {{"a check box by its label", "<label for=x>Log</label><input type=checkbox id=x>",
           SetCheckbox(u"Log"_s, true), "true"},

@@ -45,10 +45,9 @@ TEST_F(StuckJob, AnEndlessPageIsStoppedAndTheNextJobRuns) {
   server_.replies["/half"] = half;
   for (const auto& page : pages) {
     SCOPED_TRACE(page.fault);
-    server_.replies["/page"] =
-        page.markup == nullptr ? server_.replies["/silent"]
-        : page.markup == kHalf  ? half
-                                : Html(page.markup);
+    server_.replies["/page"] = page.markup == nullptr ? server_.replies["/silent"]
+                               : page.markup == kHalf ? half
+                                                      : Html(page.markup);
     server_.replies["/fine"] = Html("<input name=box>");
     Start({u"nav(\"page\")"_s, u"click_button(\"go\")"_s,
            u"wait_until_words_found(\"never there\")"_s});

@@ -80,8 +80,8 @@ class GateTunnel final : public QObject {
   State state_ = State::kHandshake;
   SocksHandshake handshake_;
   SiteOrigin origin_;
-  quint64 place_ = 0;  // among the connections to the origin; 0: not asked for
-  QByteArray buffer_;  // the request, until the router has received it
+  quint64 place_ = 0;       // among the connections to the origin; 0: not asked for
+  QByteArray buffer_;       // the request, until the router has received it
   QByteArray credentials_;  // sent with it, while the answer is not known
   bool can_repeat_ = true;
   bool has_answer_ = false;  // a byte of it

@@ -28,13 +28,13 @@ void IdleReports::Take(const QString& text, bool is_idle) {
   const QStringList fields = lines.first().split(QLatin1Char(' '));
   const QJsonDocument complaints = QJsonDocument::fromJson(lines.value(1).toUtf8());
   profile_.AddPeriodicRequests(lines.mid(2));
-  Q_EMIT taken(fields.value(1), is_idle,
-               {.later_timers = fields.value(2).toInt(),
-                .gave_up = fields.value(3) == QLatin1String("1"),
-                .settled_state = fields.value(4),
-                .complaints = complaints.isArray()
-                                  ? std::optional(complaints.toVariant().toStringList())
-                                  : std::nullopt});
+  Q_EMIT taken(
+      fields.value(1), is_idle,
+      {.later_timers = fields.value(2).toInt(),
+       .gave_up = fields.value(3) == QLatin1String("1"),
+       .settled_state = fields.value(4),
+       .complaints = complaints.isArray() ? std::optional(complaints.toVariant().toStringList())
+                                          : std::nullopt});
 }
 
 // A document without our scripts has nothing that could start a navigation. A report is lost when

@@ -110,9 +110,8 @@ void RouterGate::WatchLogins(QObject* owner, LoginWatch* watch) {
 QList<LoginWatch*> RouterGate::WatchesOf(const QByteArray& credentials) const {
   const QList<LoginWatch*> all = login_watches_.values();
   QList<LoginWatch*> having;
-  std::ranges::copy_if(all, std::back_inserter(having), [&](const LoginWatch* watch) {
-    return watch->HasLogin(credentials);
-  });
+  std::ranges::copy_if(all, std::back_inserter(having),
+                       [&](const LoginWatch* watch) { return watch->HasLogin(credentials); });
   return having.isEmpty() ? all : having;
 }
 

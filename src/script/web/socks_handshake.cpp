@@ -69,7 +69,8 @@ SocksHandshake::State SocksHandshake::ReadRequest() {
   if (type == kName) {
     host_ = QString::fromLatin1(raw).toLower();
   } else if (type == kIp4) {
-    host_ = QHostAddress(static_cast<quint32>(NumberAt(raw, 0)) << 16 | NumberAt(raw, 2)).toString();
+    host_ =
+        QHostAddress(static_cast<quint32>(NumberAt(raw, 0)) << 16 | NumberAt(raw, 2)).toString();
   } else {
     host_ = QHostAddress(reinterpret_cast<const quint8*>(raw.constData())).toString();
   }

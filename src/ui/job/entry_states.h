@@ -35,7 +35,8 @@ class EntryStates final : public QAbstractTableModel {
   // Whether a column says anything of any row.
   bool IsFilled(Column column) const;
 
-  // The first entry that did not become as it is wanted: on the router or, for a removal, not there.
+  // The first entry that did not become as it is wanted: on the router or, for a removal, not
+  // there.
   QModelIndex FirstToLookAt() const;
   // One sentence on all of them, for the headline.
   QString Summary() const;

@@ -26,7 +26,8 @@ inline constexpr Message kEndedEarly{
     "Ended early, since pages of the router failed. Please check its IP, HTTP type and port, and "
     "the login in the main window, and try again. \"Details\" shows at which step."};
 inline constexpr Message kFinishedWithErrors{
-    "Finished, but pages of the router failed at %1 of %2 entries. \"Details\" shows at which step."};
+    "Finished, but pages of the router failed at %1 of %2 entries. \"Details\" shows at which "
+    "step."};
 
 inline constexpr Message kFinishedToCheck{
     "Finished, but a part of a page failed meanwhile. Please check on your router whether these "

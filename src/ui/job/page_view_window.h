@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "script/page_view_runner.h"
-#include "ui/toolkit/run_questions.h"
 #include "ui/toolkit/prompts.h"
+#include "ui/toolkit/run_questions.h"
 
 namespace Ui {
 class PageViewWindow;

@@ -5,9 +5,9 @@
 #include <QObject>
 
 #include "script/script_runner.h"
-#include "ui/toolkit/run_questions.h"
 #include "ui/toolkit/controls.h"
 #include "ui/toolkit/prompts.h"
+#include "ui/toolkit/run_questions.h"
 
 class QFrame;
 class QLabel;

@@ -117,11 +117,11 @@ void PortCheckerWindow::TakeSite() {
   }
   ui_->site_edit->setModified(false);
   const QUrl url(typed.contains(QLatin1String("://")) ? typed : QStringLiteral("http://") + typed);
-  const bool is_site = url.isValid() && !url.host().isEmpty() &&
-                       (url.scheme() == QLatin1String("http") ||
-                        url.scheme() == QLatin1String("https"));
-  constexpr auto kKept = QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery |
-                         QUrl::RemoveFragment;
+  const bool is_site =
+      url.isValid() && !url.host().isEmpty() &&
+      (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
+  constexpr auto kKept =
+      QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment;
   context_.maker_site.test_site = is_site ? url.toString(kKept) : QString();
   context_.settings.SetValue(setting::kTestSite, context_.maker_site.test_site);
 }
@@ -182,8 +182,9 @@ void PortCheckerWindow::Begin() {
 }
 
 void PortCheckerWindow::SetWorking(bool working) {
-  for (QWidget* control : std::initializer_list<QWidget*>{
-           ui_->add_button, ui_->remove_button, ui_->begin_button, ui_->ports_view, ui_->site_edit}) {
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{ui_->add_button, ui_->remove_button, ui_->begin_button,
+                                       ui_->ports_view, ui_->site_edit}) {
     control->setEnabled(!working);
   }
   ui_->busy_bar->SetMoving(working);
@@ -216,9 +217,9 @@ void PortCheckerWindow::OnChanged(int row) {
   ui_->ports_view->SizeColumns();
   ui_->ports_view->scrollTo(rows_->index(row, kPort));
   if (test.state == PortTestState::kChecking) {
-    ui_->working_label->setText(Text(message::kCheckingPort) +
-                                QStringLiteral(" %1 %2").arg(test.port,
-                                                             ProtocolName(test.protocol)));
+    ui_->working_label->setText(
+        Text(message::kCheckingPort) +
+        QStringLiteral(" %1 %2").arg(test.port, ProtocolName(test.protocol)));
   }
   NoteResult(test);
 }

@@ -68,8 +68,8 @@ QuickPortsDialog::~QuickPortsDialog() { flow_.Cancel(); }
 
 void QuickPortsDialog::SetUpList() {
   ui_->entries_view->setModel(rows_);
-  rows_->setHorizontalHeaderLabels({Text(message::kOnRequestEntryColumn), Text(message::kPortsColumn),
-                                    Text(message::kRouterColumn)});
+  rows_->setHorizontalHeaderLabels({Text(message::kOnRequestEntryColumn),
+                                    Text(message::kPortsColumn), Text(message::kRouterColumn)});
   for (const PortEntry& entry : context_.port_list.Entries()) {
     const std::optional<Message> refusal = Refusal(entry);
     if (!refusal) {

@@ -71,9 +71,7 @@ void ScriptBench::ConnectRunner() {
     ui_->bench_log_edit->insertPlainText(text);
     ui_->bench_log_edit->ensureCursorVisible();
   });
-  const auto add_line = [this](const QString& line) {
-    ui_->bench_log_edit->appendPlainText(line);
-  };
+  const auto add_line = [this](const QString& line) { ui_->bench_log_edit->appendPlainText(line); };
   connect(runner_.get(), &ScriptRunner::statusAppended, this,
           [add_line](const QString& line, StatusKind kind) {
             if (kind == StatusKind::kNotable) {
@@ -104,16 +102,16 @@ void ScriptBench::Run(bool only_line) {
   ui_->pick_button->setChecked(false);
   ui_->bench_log_edit->clear();
   const QList<PortEntry>& entries = context_.port_list.Entries();
-  runner_->RunLines(only_line ? LinesForOne(place.lines, place.line)
-                              : place.lines.first(place.line + 1),
-                    entries.isEmpty() ? SampleEntry() : entries.first());
+  runner_->RunLines(
+      only_line ? LinesForOne(place.lines, place.line) : place.lines.first(place.line + 1),
+      entries.isEmpty() ? SampleEntry() : entries.first());
   ShowState();
 }
 
 void ScriptBench::ShowState() {
   const bool runs = runner_->IsRunning();
-  for (QPushButton* button : {ui_->run_line_button, ui_->run_to_caret_button, ui_->pick_button,
-                              ui_->save_page_button}) {
+  for (QPushButton* button :
+       {ui_->run_line_button, ui_->run_to_caret_button, ui_->pick_button, ui_->save_page_button}) {
     button->setEnabled(!runs);
   }
   ui_->stop_button->setEnabled(runs);
@@ -228,17 +226,16 @@ void ScriptBench::SavePage(const QString& folder) {
     }
     const QJsonArray documents = answer.value.toArray();
     const RouterSession& session = self->context_.session;
-    const bool is_saved =
-        !documents.isEmpty() &&
-        WriteSavedPage(folder, documents,
-                       {.username = session.username, .password = session.password});
+    const bool is_saved = !documents.isEmpty() && WriteSavedPage(folder, documents,
+                                                                 {.username = session.username,
+                                                                  .password = session.password});
     const QString parts = PartsOf(documents).join(u"\n"_s);
     self->prompts_.Tell(
         self->window(),
         is_saved ? self->Text(message::kPageSaved).arg(folder) +
-                       (parts.isEmpty() ? QString()
-                                        : u"\n\n"_s + self->Text(message::kPartsNotSaved) +
-                                              u'\n' + parts)
+                       (parts.isEmpty()
+                            ? QString()
+                            : u"\n\n"_s + self->Text(message::kPartsNotSaved) + u'\n' + parts)
                  : self->Text(message::kCannotSavePage).arg(folder));
   });
 }

@@ -76,9 +76,8 @@ void ScriptDialog::ShowBench(bool shown) {
   }
   if (bench_ == nullptr && shown) {
     const auto place = [this] {
-      return ScriptBench::Place{
-          .lines = Editor()->Script().split(QStringLiteral("\r\n")),
-          .line = Editor()->textCursor().blockNumber()};
+      return ScriptBench::Place{.lines = Editor()->Script().split(QStringLiteral("\r\n")),
+                                .line = Editor()->textCursor().blockNumber()};
     };
     bench_ = new ScriptBench(context_, prompts_, make_host_, place, this);
     connect(bench_, &ScriptBench::linesPicked, this, &ScriptDialog::InsertLines);

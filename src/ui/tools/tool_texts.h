@@ -41,7 +41,8 @@ inline constexpr Message kPartsNotSaved{"The page also uses these files, which a
 inline constexpr Message kFolderInUse{
     "There are other files in %1. Please choose a new folder, or one with saved pages."};
 inline constexpr Message kCannotSavePage{
-    "The page cannot be saved in %1. Please check that a page is shown, and that you may write there."};
+    "The page cannot be saved in %1. Please check that a page is shown, and that you may write "
+    "there."};
 
 // A router of the user's own.
 inline constexpr Message kRouterNeedsName{"Please type the name of your router."};

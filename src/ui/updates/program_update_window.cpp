@@ -32,7 +32,8 @@ ProgramUpdateWindow::ProgramUpdateWindow(AppContext& context, Prompts& prompts,
   setAttribute(Qt::WA_DeleteOnClose);
   ui_->transfer_panel->Follow(update_.Transfer(), context.translator);
   ui_->current_version_label->setText(update_.LocalVersion());
-  ui_->auto_check_box->setChecked(context.settings.Value(setting::kCheckForUpdates).toDouble() == 1);
+  ui_->auto_check_box->setChecked(context.settings.Value(setting::kCheckForUpdates).toDouble() ==
+                                  1);
   connect(ui_->auto_check_box, &QCheckBox::clicked, this, [this](bool checked) {
     context_.settings.SetValue(setting::kCheckForUpdates, QString::number(checked ? 1 : 0));
   });
@@ -45,9 +46,8 @@ ProgramUpdateWindow::~ProgramUpdateWindow() { update_.Cancel(); }
 
 void ProgramUpdateWindow::ConnectUpdate() {
   connect(&update_, &ProgramUpdate::sizeKnown, ui_->transfer_panel, &TransferPanel::SetTotal);
-  connect(&update_, &ProgramUpdate::versionFound, this, [this] {
-    ui_->new_version_label->setText(update_.Found().current.left(kMostLetters));
-  });
+  connect(&update_, &ProgramUpdate::versionFound, this,
+          [this] { ui_->new_version_label->setText(update_.Found().current.left(kMostLetters)); });
   connect(&update_, &ProgramUpdate::failed, this,
           [this](const Message& why) { ui_->transfer_panel->ShowReason(Text(why)); });
   connect(&update_, &ProgramUpdate::idle, ui_->transfer_panel, &TransferPanel::End);
@@ -60,10 +60,10 @@ void ProgramUpdateWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   if (!update_.HasSite()) {
     const QString command = context_.desktop.UpdateCommand();
-    const QString advice = command.isEmpty() ? QString()
-                                             : QStringLiteral("\n\n") +
-                                                   Text(message::kUpdateByPackages) +
-                                                   QLatin1Char('\n') + command;
+    const QString advice = command.isEmpty()
+                               ? QString()
+                               : QStringLiteral("\n\n") + Text(message::kUpdateByPackages) +
+                                     QLatin1Char('\n') + command;
     ui_->transfer_panel->ShowReason(Text(message::kNoUpdateSite) + advice);
     ui_->check_button->setEnabled(false);
   }
@@ -93,8 +93,8 @@ void ProgramUpdateWindow::OfferVersion() {
   const QString version = Text(message::kNewVersion) + update_.Found().current;
   const QString command = context_.desktop.UpdateCommand();
   if (!command.isEmpty() && !context_.settings.Boolean(setting::kUseInstaller)) {
-    prompts_.Tell(BoxParent(), version + QStringLiteral("\n\n") +
-                                   Text(message::kUpdateByPackages) + QLatin1Char('\n') + command);
+    prompts_.Tell(BoxParent(), version + QStringLiteral("\n\n") + Text(message::kUpdateByPackages) +
+                                   QLatin1Char('\n') + command);
     return;
   }
   const auto fetch = [this](bool yes) {
