@@ -50,18 +50,40 @@ HelperCode List(const FixedProgram& program, const QStringList& arguments) {
   return HelperCode::kDone;
 }
 
+// Changes one rule after the other until one fails, or standard input is closed.
+template <typename Change>
+HelperCode ForEach(const QList<FirewallPorts>& ports, Change change) {
+  HelperCode code = HelperCode::kDone;
+  for (qsizetype rule = 0; rule < ports.size() && code == HelperCode::kDone; ++rule) {
+    if (IsInputClosed()) {
+      return HelperCode::kStopped;
+    }
+    PrintProgress(rule);
+    code = change(ports[rule]);
+  }
+  return code;
+}
+
 using MakeScript = QByteArray (NftRuleset::*)(const QList<FirewallPorts>& ports) const;
 
-HelperCode ChangeNft(const QList<FirewallPorts>& ports, MakeScript make) {
-  const FixedProgram nft = Nft();
+std::expected<NftRuleset, HelperCode> ReadNft(const FixedProgram& nft) {
   if (!nft.Exists()) {
-    return HelperCode::kMissing;
+    return std::unexpected(HelperCode::kMissing);
   }
   const ProgramOutput list =
       nft.Run({QStringLiteral("-j"), QStringLiteral("list"), QStringLiteral("ruleset")});
   const auto ruleset = NftRuleset::Read(list.output);
   if (list.exit_code != 0 || !ruleset) {
-    return Failure(list);
+    return std::unexpected(Failure(list));
+  }
+  return *ruleset;
+}
+
+HelperCode ChangeNft(const QList<FirewallPorts>& ports, MakeScript make) {
+  const FixedProgram nft = Nft();
+  const auto ruleset = ReadNft(nft);
+  if (!ruleset) {
+    return ruleset.error();
   }
   if (!ruleset->IsInUse()) {
     return HelperCode::kNoFirewall;
@@ -88,32 +110,48 @@ QString UfwPorts(const FirewallPorts& ports) {
          ProtocolWord(ports.protocol).toLower();
 }
 
-using MakeArguments = QStringList (*)(const UfwStatus& status, const FirewallPorts& ports);
-
-HelperCode ChangeUfw(const QList<FirewallPorts>& ports, MakeArguments make) {
-  const FixedProgram ufw = Ufw();
+std::expected<UfwStatus, HelperCode> ReadUfw(const FixedProgram& ufw) {
   if (!ufw.Exists()) {
-    return HelperCode::kMissing;
+    return std::unexpected(HelperCode::kMissing);
   }
   const ProgramOutput list = ufw.Run({QStringLiteral("status"), QStringLiteral("verbose")});
   if (list.exit_code != 0) {
+    return std::unexpected(Failure(list));
+  }
+  return ReadUfwStatus(list.output);
+}
+
+HelperCode Refuse(const QString& sentence) {
+  Print(sentence.toUtf8() + '\n', stderr);
+  return HelperCode::kFailed;
+}
+
+// First of all rules, since the first one that fits counts. A rule that the user made for the same
+// ports stays as it is: ufw would change it to ours.
+HelperCode AddToUfw(const FixedProgram& ufw, const UfwStatus& before, const FirewallPorts& wanted) {
+  const UfwRule* const users = before.Find(wanted);
+  if (users != nullptr &&
+      !(users->allows && before.OpenPorts(wanted.protocol).HasAll(wanted.first, wanted.last))) {
+    return Refuse(QStringLiteral("ufw has a rule that blocks %1. Please remove it first.")
+                      .arg(UfwPorts(wanted)));
+  }
+  const ProgramOutput change =
+      users != nullptr
+          ? ProgramOutput{.exit_code = 0}
+          : ufw.Run({QStringLiteral("prepend"), QStringLiteral("allow"), UfwPorts(wanted),
+                     QStringLiteral("comment"), OwnRuleName(wanted)});
+  return change.exit_code == 0 ? HelperCode::kDone : Failure(change);
+}
+
+// By number, since a rule may have been changed by hand: to an interface, a sender, several ports.
+HelperCode RemoveFromUfw(const FixedProgram& ufw, const FirewallPorts& wanted) {
+  const ProgramOutput list = ufw.Run({QStringLiteral("status"), QStringLiteral("numbered")});
+  if (list.exit_code != 0) {
     return Failure(list);
   }
-  const UfwStatus status = ReadUfwStatus(list.output);
-  for (qsizetype rule = 0; rule < ports.size(); ++rule) {
-    if (IsInputClosed()) {
-      return HelperCode::kStopped;
-    }
-    PrintProgress(rule);
-    if (const UfwRule* users = status.Find(ports[rule]); users != nullptr && !users->allows) {
-      Print("ufw has a rule that blocks " + UfwPorts(ports[rule]).toLatin1() +
-                ". Please remove it first.\n",
-            stderr);
-      return HelperCode::kFailed;
-    }
-    const QStringList arguments = make(status, ports[rule]);
+  for (const int number : OwnUfwRules(list.output, wanted)) {
     const ProgramOutput change =
-        arguments.isEmpty() ? ProgramOutput{.exit_code = 0} : ufw.Run(arguments);
+        ufw.Run({QStringLiteral("--force"), QStringLiteral("delete"), QString::number(number)});
     if (change.exit_code != 0) {
       return Failure(change);
     }
@@ -137,24 +175,34 @@ HelperCode RemoveFromNft(const QList<FirewallPorts>& ports) {
   return ChangeNft(ports, &NftRuleset::ScriptToRemove);
 }
 
-// First of all rules, since the first one that fits counts. A rule that the user made for the same
-// ports stays as it is: ufw would change it to ours.
 HelperCode AddToUfw(const QList<FirewallPorts>& ports) {
-  return ChangeUfw(ports, [](const UfwStatus& status, const FirewallPorts& wanted) {
-    return status.Find(wanted) != nullptr
-               ? QStringList()
-               : QStringList{QStringLiteral("prepend"), QStringLiteral("allow"), UfwPorts(wanted),
-                             QStringLiteral("comment"), OwnRuleName(wanted)};
-  });
+  const FixedProgram ufw = Ufw();
+  const auto before = ReadUfw(ufw);
+  if (!before) {
+    return before.error();
+  }
+  return ForEach(ports, [&](const FirewallPorts& each) { return AddToUfw(ufw, *before, each); });
 }
 
 HelperCode RemoveFromUfw(const QList<FirewallPorts>& ports) {
-  return ChangeUfw(ports, [](const UfwStatus& status, const FirewallPorts& wanted) {
-    const UfwRule* rule = status.Find(wanted);
-    return rule != nullptr && rule->allows && IsOwnRuleName(rule->comment)
-               ? QStringList{QStringLiteral("delete"), QStringLiteral("allow"), UfwPorts(wanted)}
-               : QStringList();
-  });
+  const FixedProgram ufw = Ufw();
+  if (!ufw.Exists()) {
+    return HelperCode::kMissing;
+  }
+  const HelperCode code =
+      ForEach(ports, [&](const FirewallPorts& each) { return RemoveFromUfw(ufw, each); });
+  const auto after = code == HelperCode::kDone ? ReadUfw(ufw) : std::unexpected(code);
+  if (!after) {
+    return after.error();
+  }
+  for (qsizetype rule = 0; rule < ports.size(); ++rule) {
+    if (const UfwRule* const left = after->FindOwn(ports[rule])) {
+      PrintProgress(rule);  // those before it were removed
+      return Refuse(
+          QStringLiteral("ufw still has the rule \"%1\". Please remove it there.").arg(left->to));
+    }
+  }
+  return HelperCode::kDone;
 }
 
 }  // namespace quayline

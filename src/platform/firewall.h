@@ -48,7 +48,7 @@ enum class FirewallFault {
 struct FirewallError {
   FirewallFault fault = FirewallFault::kFailed;
   FirewallKind kind = FirewallKind::kNone;  // the firewall that was asked
-  QString text;                             // the firewall's own words, or empty
+  QString text;  // kMissing: the program, empty without a firewall; kFailed: the firewall's words
 };
 
 // What a change has done. An error after the first rules leaves these; `done` counts them.

@@ -4,6 +4,7 @@
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -27,7 +28,9 @@ class FirewallTest : public ::testing::Test {
  protected:
   explicit FirewallTest(const QString& bus = u"unix:path=/nonexistent"_s)
       : chain_({u"192.168.1"_s}),
-        firewall_(HelperLaunch::OfSystem(), {.ufw_settings = u"/nonexistent"_s, .bus = bus}) {}
+        firewall_(std::make_unique<LinuxFirewall>(
+            HelperLaunch::OfSystem(),
+            FirewallPlaces{.ufw_settings = u"/nonexistent"_s, .bus = bus})) {}
   void SetUp() override {
     if (!chain_.IsReady() || !chain_.Run(u"nft list ruleset"_s)) {
       GTEST_SKIP() << "needs the right to make networks, iproute2 and nftables";
@@ -74,17 +77,17 @@ class FirewallTest : public ::testing::Test {
   }
 
   Task<> LookInto(FirewallView* view) {
-    const auto seen = co_await firewall_.Look(Firewall::Asking::kAllowed);
+    const auto seen = co_await firewall_->Look(Firewall::Asking::kAllowed);
     EXPECT_TRUE(seen.has_value());
     *view = seen.value_or(FirewallView());
   }
   Task<> ChangeInto(bool adds, QList<FirewallPorts> ports, FirewallChange* change) {
     const Firewall::Progress note = [this](qsizetype rule) { steps_.append(rule); };
-    *change = adds ? co_await firewall_.Add(ports, note) : co_await firewall_.Remove(ports, note);
+    *change = adds ? co_await firewall_->Add(ports, note) : co_await firewall_->Remove(ports, note);
   }
 
   RouterChain chain_;
-  LinuxFirewall firewall_;
+  std::unique_ptr<Firewall> firewall_;
   QList<qsizetype> steps_;
 };
 

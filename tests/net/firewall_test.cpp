@@ -5,7 +5,9 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
+#include "net/firewall_exceptions.h"
 #include "net/firewall_fixture.h"
 
 namespace quayline::testing {
@@ -24,7 +26,8 @@ TEST_F(FirewallTest, PortsOfNftablesPassAfterTheyAreAddedAndNotAfterTheyAreRemov
       "nft add chain inet filter input '{ type filter hook input priority 0; policy drop; }' && "
       "nft add rule inet filter input ct state established accept && "
       "nft add rule inet filter input tcp dport 22 accept comment '\"ssh\"' && "
-      "nft add rule inet filter input tcp dport 23 accept comment '\"qyl port 23\"' && "
+      "nft add chain inet filter more && nft add rule inet filter input jump more && "
+      "nft add rule inet filter more tcp dport 23 accept comment '\"qyl port 23\"' && "
       "nft add table ip other && "
       "nft add chain ip other late '{ type filter hook input priority 50; policy accept; }' && "
       "nft add rule ip other late tcp dport 8000-9000 reject"_s));
@@ -77,6 +80,63 @@ TEST_F(FirewallTest, EveryPortIsOpenedInSecondsAndOneByOneTooInOneTransaction) {
   EXPECT_LT(time.elapsed(), 60'000);
 }
 
+TEST_F(FirewallTest, OwnRulesOfUfwAreRemovedInWhateverFormAndAPortThatStaysBlockedIsNotAdded) {
+  const QTemporaryDir folder;
+  const QString settings = folder.filePath(u"ufw"_s);
+  // Settings of its own, which only the processes see that it starts.
+  const QString inside =
+      u"unshare --mount sh -c 'mount --bind \"$0\" /etc/ufw && exec \"$@\"' \"%1\" "_s.arg(
+          settings);
+  const auto ufw = [&](const QString& arguments) {
+    return chain_.Run(inside + u"ufw "_s + arguments + u" >/dev/null"_s);
+  };
+  if (!chain_.Run(u"cp -a /etc/ufw \"%1\" 2>/dev/null"_s.arg(settings)) ||
+      !ufw(u"--force enable"_s)) {
+    GTEST_SKIP() << "needs ufw";
+  }
+  for (const QString& rule :
+       {u"allow 1 comment 'qyl port 1'"_s,
+        u"allow in on lo to any port 77 proto tcp comment 'QYL Port 77 TCP'"_s,
+        u"limit 80,443/tcp comment 'qyl port web'"_s, u"allow 22/tcp comment 'ssh'"_s,
+        u"deny 7000:7010/tcp"_s, u"allow 7005/tcp comment 'chat'"_s}) {
+    ASSERT_TRUE(ufw(rule)) << rule.toStdString();
+  }
+  QFile helper(folder.filePath(u"helper"_s));
+  ASSERT_TRUE(helper.open(QIODevice::WriteOnly));
+  helper.write("#!/bin/sh\n" + inside.toUtf8() + '"' + HelperLaunch::OfSystem().helper.toUtf8() +
+               "\" \"$@\"\n");
+  helper.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  helper.close();
+  firewall_ =
+      std::make_unique<LinuxFirewall>(HelperLaunch{.helper = helper.fileName(), .is_root = true},
+                                      FirewallPlaces{.ufw_settings = settings + u"/ufw.conf"_s,
+                                                     .bus = u"unix:path=/nonexistent"_s});
+
+  const FirewallChange blocked = Change(true, {kWeb, {7005, 7005, kTcpNumber}, kGame});
+  ASSERT_FALSE(blocked.result.has_value()) << "the rule of the user before it denies the port";
+  EXPECT_EQ(blocked.done, 1);
+  EXPECT_TRUE(blocked.result.error().text.contains(u"7005/tcp"_s))
+      << blocked.result.error().text.toStdString();
+  EXPECT_TRUE(Passes(SOCK_STREAM, 8080));
+  EXPECT_FALSE(Passes(SOCK_STREAM, 7005));
+
+  const QList<FirewallPorts> own = OwnPortsOf(Look());
+  EXPECT_EQ(own.size(), 6);
+  const FirewallChange removed = Change(false, own);
+  EXPECT_TRUE(removed.result.has_value()) << removed.result.error().text.toStdString();
+  EXPECT_EQ(removed.done, own.size());
+  EXPECT_EQ(Names(), QStringList({u"ssh"_s, u"chat"_s}));
+  EXPECT_FALSE(Passes(SOCK_STREAM, 8080));
+
+  // The numbered list does not say which ports an application has.
+  ASSERT_TRUE(ufw(u"allow Telnet comment 'qyl port 23'"_s));
+  const FirewallChange left = Change(false, OwnPortsOf(Look()));
+  ASSERT_FALSE(left.result.has_value());
+  EXPECT_EQ(left.done, 0);
+  EXPECT_TRUE(left.result.error().text.contains(u"23/tcp (Telnet)"_s))
+      << left.result.error().text.toStdString();
+}
+
 // A helper, and what asks for the password, that end as they are told; the test is no root then.
 TEST(FirewallRights, WhatIsRefusedOrMissingIsToldApartAndNothingIsAskedUnasked) {
   const QTemporaryDir folder;
@@ -98,7 +158,8 @@ TEST(FirewallRights, WhatIsRefusedOrMissingIsToldApartAndNothingIsAskedUnasked) 
   const Case cases[] = {
       {"the password dialog is closed", "exit 126", FirewallFault::kRefused, 0},
       {"the password is wrong", "exit 127", FirewallFault::kRefused, 0},
-      {"ufw is not installed", "exit 3", FirewallFault::kMissing, 0},
+      {"ufw is not installed", "exit 3", FirewallFault::kMissing, 0, "ufw"},
+      {"nothing filters", "exit 6", FirewallFault::kMissing, 0, ""},
       {"no pkexec", "", FirewallFault::kMissing, 0, "pkexec"},
       {"the second rule fails", "echo 0; echo 1; echo 'ERROR: no' >&2; exit 1",
        FirewallFault::kFailed, 1, "ERROR: no"},
@@ -109,7 +170,9 @@ TEST(FirewallRights, WhatIsRefusedOrMissingIsToldApartAndNothingIsAskedUnasked) 
         {.helper = write("helper", "exit 0"),
          .is_root = false,
          .pkexec = each.pkexec.isEmpty() ? QString() : write("pkexec", each.pkexec)},
-        {.ufw_settings = ufw_settings, .bus = u"unix:path=/nonexistent"_s});
+        {.ufw_settings = ufw_settings,
+         .ufw_programs = {ufw_settings},
+         .bus = u"unix:path=/nonexistent"_s});
     const auto run = [](Firewall* asked, FirewallChange* change,
                         std::expected<FirewallView, FirewallError>* quiet) -> Task<> {
       *quiet = co_await asked->Look(Firewall::Asking::kNever);
@@ -124,6 +187,29 @@ TEST(FirewallRights, WhatIsRefusedOrMissingIsToldApartAndNothingIsAskedUnasked) 
     EXPECT_EQ(change.result.error().fault, each.fault) << each.name;
     EXPECT_EQ(change.done, each.done) << each.name;
     EXPECT_EQ(change.result.error().text, QLatin1String(each.text)) << each.name;
+  }
+}
+
+TEST(FirewallRights, SettingsThatARemovedUfwLeftBehindDoNotCount) {
+  QTemporaryFile settings;
+  ASSERT_TRUE(settings.open());
+  settings.write("ENABLED=yes\n");
+  settings.close();
+  for (const bool is_installed : {true, false}) {
+    const QString program = is_installed ? settings.fileName() : u"/nonexistent"_s;
+    LinuxFirewall firewall({.helper = program, .is_root = false, .pkexec = program},
+                           {.ufw_settings = settings.fileName(),
+                            .ufw_programs = {program},
+                            .nft_programs = {settings.fileName()},
+                            .nft_services = {settings.fileName()},
+                            .bus = u"unix:path=/nonexistent"_s});
+    FirewallKind kind = FirewallKind::kNone;
+    const auto look = [](Firewall* asked, FirewallKind* seen) -> Task<> {
+      const auto view = co_await asked->Look(Firewall::Asking::kNever);
+      *seen = view ? view->kind : view.error().kind;
+    };
+    ASSERT_TRUE(RunTask(look(&firewall, &kind)));
+    EXPECT_EQ(kind, is_installed ? FirewallKind::kUfw : FirewallKind::kNftables);
   }
 }
 

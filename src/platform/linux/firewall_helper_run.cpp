@@ -55,7 +55,8 @@ class Run final {
   QPointer<QProcess> process_;
 };
 
-FirewallError ErrorOf(const QProcess& process, const QByteArray& words) {
+// `firewall` is the program that the helper starts.
+FirewallError ErrorOf(const QProcess& process, const QString& firewall, const QByteArray& words) {
   if (process.error() == QProcess::FailedToStart) {
     return {.fault = FirewallFault::kMissing, .text = process.program()};
   }
@@ -69,6 +70,7 @@ FirewallError ErrorOf(const QProcess& process, const QByteArray& words) {
     case static_cast<int>(HelperCode::kRights):
       return {.fault = FirewallFault::kRefused};
     case static_cast<int>(HelperCode::kMissing):
+      return {.fault = FirewallFault::kMissing, .text = firewall};
     case static_cast<int>(HelperCode::kNoFirewall):
       return {.fault = FirewallFault::kMissing};
     default:
@@ -111,6 +113,7 @@ Task<HelperEnd> RunFirewallHelper(HelperLaunch launch, QStringList arguments,
                               .text = program.isEmpty() ? QStringLiteral("pkexec") : program})};
     }
   }
+  const QString firewall = arguments.value(0);
   const Run run(launch, std::move(arguments));
   QProcess* const process = run.Process();
   QByteArray output;
@@ -132,8 +135,8 @@ Task<HelperEnd> RunFirewallHelper(HelperLaunch launch, QStringList arguments,
   const bool is_done = process->error() != QProcess::FailedToStart &&
                        process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;
   if (!is_done) {
-    co_return HelperEnd{.result =
-                            std::unexpected(ErrorOf(*process, process->readAllStandardError()))};
+    co_return HelperEnd{
+        .result = std::unexpected(ErrorOf(*process, firewall, process->readAllStandardError()))};
   }
   co_return HelperEnd{.result = {}, .output = output};
 }

@@ -10,8 +10,6 @@ namespace quayline {
 
 namespace {
 
-constexpr int kLastPort = 65535;
-
 void AddRows(const UfwRule& rule, FirewallView& view) {
   const QString name = rule.comment.isEmpty() ? rule.to : rule.comment;
   for (const FirewallPorts& ports : rule.ports) {
@@ -20,43 +18,21 @@ void AddRows(const UfwRule& rule, FirewallView& view) {
                        .last_port = ports.last,
                        .protocol = ports.protocol});
   }
-  if (rule.ports.isEmpty() && rule.protocol != 0) {
+  if (rule.ports.isEmpty() && rule.protocol > 0) {
     view.rules.append({.name = name, .protocol = rule.protocol});
   }
 }
 
-PortSet OpenPorts(const UfwStatus& status, int protocol) {
-  PortSet undecided = PortSet::All();
-  PortSet open;
-  for (const UfwRule& rule : status.rules) {
-    PortSet concerned;
-    for (const FirewallPorts& ports : rule.ports) {
-      if (ports.protocol == protocol) {
-        concerned.Fill(ports.first, ports.last);
-      }
-    }
-    if (rule.ports.isEmpty() && (rule.protocol == 0 || rule.protocol == protocol)) {
-      concerned.Fill(0, kLastPort);
-    }
-    // Who sends a packet is not known: a rule for some senders decides nothing.
-    if (rule.is_general) {
-      open = rule.allows ? open | (concerned & undecided) : open;
-      undecided = undecided - concerned;
-    }
-  }
-  return status.drops_rest ? open : open | undecided;
-}
-
 }  // namespace
 
-FirewallView UfwView(const QByteArray& text) {
+FirewallView UfwView(const QByteArray& text, const QString& interface) {
   const UfwStatus status = ReadUfwStatus(text);
   if (!status.is_active) {
     return {};
   }
   FirewallView view{.kind = FirewallKind::kUfw,
-                    .open_tcp = OpenPorts(status, kTcpNumber),
-                    .open_udp = OpenPorts(status, kUdpNumber)};
+                    .open_tcp = status.OpenPorts(kTcpNumber, interface),
+                    .open_udp = status.OpenPorts(kUdpNumber, interface)};
   for (const UfwRule& rule : status.rules) {
     if (rule.allows) {
       AddRows(rule, view);
@@ -71,13 +47,13 @@ QString HelperFirewall::Word() const {
 
 std::optional<FirewallView> HelperFirewall::Read(const QByteArray& output) const {
   if (kind_ == FirewallKind::kUfw) {
-    return UfwView(output);
+    return UfwView(output, interface_);
   }
   const std::optional<NftRuleset> ruleset = NftRuleset::Read(output);
   if (!ruleset) {
     return std::nullopt;
   }
-  return ruleset->IsInUse() ? NftView(*ruleset) : FirewallView();
+  return ruleset->IsInUse() ? NftView(*ruleset, interface_) : FirewallView();
 }
 
 Task<std::expected<FirewallView, FirewallError>> HelperFirewall::Look() const {

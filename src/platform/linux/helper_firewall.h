@@ -12,8 +12,9 @@ namespace quayline {
 // A firewall whose rules are read and changed by quayline-firewall-helper: nftables or ufw.
 class HelperFirewall final {
  public:
-  HelperFirewall(FirewallKind kind, HelperLaunch launch)
-      : kind_(kind), launch_(std::move(launch)) {}
+  // `interface` is that of the network; empty if it is not known.
+  HelperFirewall(FirewallKind kind, HelperLaunch launch, QString interface)
+      : kind_(kind), launch_(std::move(launch)), interface_(std::move(interface)) {}
 
   // Whether the user would be asked for a password.
   bool NeedsPassword() const { return !launch_.is_root; }
@@ -28,9 +29,10 @@ class HelperFirewall final {
 
   FirewallKind kind_;
   HelperLaunch launch_;
+  QString interface_;
 };
 
-// What ufw lets in: of its rules the first one that fits counts.
-FirewallView UfwView(const QByteArray& status);
+// What ufw lets in from the network at `interface`, if that is known.
+FirewallView UfwView(const QByteArray& status, const QString& interface = {});
 
 }  // namespace quayline

@@ -28,15 +28,18 @@ bool IsUfwEnabled(const QString& settings) {
          enabled.match(QString::fromUtf8(file.readAll())).hasMatch();
 }
 
-// Of the route to everywhere; empty without one. The columns are the interface and the destination.
+// Of the route to everywhere; empty without one. Its mask tells it from a half of all addresses,
+// which is how the route of a VPN begins too.
 QString InterfaceOfRouter(const QString& routes) {
   QFile file(routes);
   if (!file.open(QIODevice::ReadOnly)) {
     return {};
   }
+  constexpr int kDestination = 1;
+  constexpr int kMask = 7;
   for (const QByteArray& line : file.readAll().split('\n')) {
     const QList<QByteArray> columns = line.simplified().split(' ');
-    if (columns.value(1) == "00000000") {
+    if (columns.value(kDestination) == "00000000" && columns.value(kMask) == "00000000") {
       return QString::fromUtf8(columns.first());
     }
   }
@@ -44,6 +47,14 @@ QString InterfaceOfRouter(const QString& routes) {
 }
 
 }  // namespace
+
+QStringList InSystemFolders(const QString& program) {
+  QStringList paths;
+  for (const char* folder : {"/usr/sbin/", "/sbin/", "/usr/bin/", "/bin/"}) {
+    paths.append(QLatin1String(folder) + program);
+  }
+  return paths;
+}
 
 LinuxFirewall::LinuxFirewall(HelperLaunch launch, FirewallPlaces places)
     : launch_(std::move(launch)),
@@ -55,7 +66,8 @@ Task<FirewallKind> LinuxFirewall::Ruling() {
   if (has_firewalld) {
     co_return FirewallKind::kFirewalld;
   }
-  if (IsUfwEnabled(places_.ufw_settings)) {
+  // The settings stay when ufw is removed.
+  if (AnyExists(places_.ufw_programs) && IsUfwEnabled(places_.ufw_settings)) {
     co_return FirewallKind::kUfw;
   }
   co_return AnyExists(places_.nft_programs) ? FirewallKind::kNftables : FirewallKind::kNone;
@@ -63,7 +75,7 @@ Task<FirewallKind> LinuxFirewall::Ruling() {
 
 Task<std::expected<FirewallView, FirewallError>> LinuxFirewall::Look(Asking asking) {
   const FirewallKind kind = co_await Ruling();
-  const HelperFirewall firewall(kind, launch_);
+  const HelperFirewall firewall(kind, launch_, InterfaceOfRouter(places_.routes));
   if (kind == FirewallKind::kNone) {
     co_return FirewallView();
   }
@@ -88,7 +100,7 @@ Task<FirewallChange> LinuxFirewall::Add(QList<FirewallPorts> ports, Progress pro
   if (kind == FirewallKind::kFirewalld) {
     co_return co_await firewalld_.Add(std::move(ports), std::move(progress));
   }
-  const HelperFirewall firewall(kind, launch_);
+  const HelperFirewall firewall(kind, launch_, InterfaceOfRouter(places_.routes));
   co_return co_await firewall.Change(QStringLiteral("add"), std::move(ports), std::move(progress));
 }
 
@@ -100,7 +112,7 @@ Task<FirewallChange> LinuxFirewall::Remove(QList<FirewallPorts> ports, Progress 
   if (kind == FirewallKind::kFirewalld) {
     co_return co_await firewalld_.Remove(std::move(ports), std::move(progress));
   }
-  const HelperFirewall firewall(kind, launch_);
+  const HelperFirewall firewall(kind, launch_, InterfaceOfRouter(places_.routes));
   co_return co_await firewall.Change(QStringLiteral("remove"), std::move(ports),
                                      std::move(progress));
 }

@@ -11,10 +11,14 @@
 
 namespace quayline {
 
+// Where a program of the system may be.
+QStringList InSystemFolders(const QString& program);
+
 // Where a Linux system shows which firewall it uses.
 struct FirewallPlaces {
   QString ufw_settings = QStringLiteral("/etc/ufw/ufw.conf");
-  QStringList nft_programs{QStringLiteral("/usr/sbin/nft"), QStringLiteral("/sbin/nft")};
+  QStringList ufw_programs = InSystemFolders(QStringLiteral("ufw"));
+  QStringList nft_programs = InSystemFolders(QStringLiteral("nft"));
   // That the system loads rules of nftables when it starts.
   QStringList nft_services{
       QStringLiteral("/etc/systemd/system/sysinit.target.wants/nftables.service"),
@@ -23,8 +27,8 @@ struct FirewallPlaces {
   QString routes = QStringLiteral("/proc/net/route");
 };
 
-// The firewall that rules on a Linux system: firewalld if it runs, else ufw if it is enabled, else
-// nftables if it filters.
+// The firewall that rules on a Linux system: firewalld if it runs, else ufw if it is installed and
+// enabled, else nftables if it filters.
 class LinuxFirewall final : public Firewall {
  public:
   explicit LinuxFirewall(HelperLaunch launch = HelperLaunch::OfSystem(),

@@ -14,6 +14,8 @@ namespace quayline {
 
 namespace {
 
+constexpr int kLastPort = 65535;
+
 using PortNumbers = std::pair<int, int>;
 
 const QLatin1String kOwnTable("quayline");
@@ -28,10 +30,13 @@ bool HasPlainNames(const NftChain& chain) {
   return plain.match(chain.table).hasMatch() && plain.match(chain.name).hasMatch();
 }
 
-bool IsIn(const QJsonObject& rule, const NftChain& chain) {
+bool IsOfTable(const QJsonObject& rule, const NftChain& chain) {
   return rule[QStringLiteral("family")] == chain.family &&
-         rule[QStringLiteral("table")] == chain.table &&
-         rule[QStringLiteral("chain")] == chain.name;
+         rule[QStringLiteral("table")] == chain.table;
+}
+
+bool IsIn(const QJsonObject& rule, const NftChain& chain) {
+  return IsOfTable(rule, chain) && rule[QStringLiteral("chain")] == chain.name;
 }
 
 QString Place(const NftChain& chain) {
@@ -61,6 +66,22 @@ QList<PortNumbers> NumbersOf(const QJsonValue& value) {
                           : QList<PortNumbers>();
 }
 
+// Those that a match compares with, for example of "dport >= 1024". A range that is compared by
+// order has no meaning.
+QList<PortNumbers> NumbersOfMatch(const QJsonValue& match) {
+  const QString op = match[QStringLiteral("op")].toString();
+  const QJsonValue right = match[QStringLiteral("right")];
+  if (!op.startsWith(QLatin1Char('<')) && !op.startsWith(QLatin1Char('>'))) {
+    return NumbersOf(right);
+  }
+  if (!right.isDouble()) {
+    return {};
+  }
+  const int excluded = op.endsWith(QLatin1Char('=')) ? 0 : 1;
+  return {op.startsWith(QLatin1Char('<')) ? PortNumbers(0, right.toInt() - excluded)
+                                          : PortNumbers(right.toInt() + excluded, kLastPort)};
+}
+
 }  // namespace
 
 QList<FirewallPorts> NftPortsOfMatch(const QJsonValue& match) {
@@ -70,12 +91,12 @@ QList<FirewallPorts> NftPortsOfMatch(const QJsonValue& match) {
   }
   QList<FirewallPorts> ports;
   const QString protocol = payload[QStringLiteral("protocol")].toString();
-  for (const auto& [first, last] : NumbersOf(match[QStringLiteral("right")])) {
+  for (const auto& [first, last] : NumbersOfMatch(match)) {
     for (const int number : {kTcpNumber, kUdpNumber}) {
       const bool is_meant =
           protocol == QLatin1String("th") || protocol == ProtocolWord(number).toLower();
-      if (is_meant && first <= last) {
-        ports.append({.first = first, .last = last, .protocol = number});
+      if (is_meant && first <= last && last >= 1) {
+        ports.append({.first = std::max(first, 1), .last = last, .protocol = number});
       }
     }
   }
@@ -139,10 +160,17 @@ QList<NftOwnRule> NftRuleset::OwnRules() const {
   for (const QJsonValue object : objects_) {
     const QJsonObject rule = object[QStringLiteral("rule")].toObject();
     const QString name = rule[QStringLiteral("comment")].toString();
-    const auto chain = std::ranges::find_if(
-        chains, [&](const NftChain& candidate) { return IsIn(rule, candidate); });
-    if (IsOwnRuleName(name) && chain != chains.end() && HasPlainNames(*chain)) {
-      rules.append({.chain = *chain,
+    // Also rules of the chains to which those that see the packets jump.
+    const auto base = std::ranges::find_if(
+        chains, [&](const NftChain& candidate) { return IsOfTable(rule, candidate); });
+    if (!IsOwnRuleName(name) || base == chains.end()) {
+      continue;
+    }
+    const NftChain chain{.family = base->family,
+                         .table = base->table,
+                         .name = rule[QStringLiteral("chain")].toString()};
+    if (HasPlainNames(chain)) {
+      rules.append({.chain = chain,
                     .handle = rule[QStringLiteral("handle")].toInteger(),
                     .name = name,
                     .ports = NftPortsOf(rule)});

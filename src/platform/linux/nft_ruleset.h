@@ -25,7 +25,7 @@ struct NftChain {
   bool operator==(const NftChain&) const = default;
 };
 
-// A rule of the program in one of these chains.
+// A rule of the program in a table that has such a chain.
 struct NftOwnRule {
   NftChain chain;
   qint64 handle = 0;
@@ -33,8 +33,8 @@ struct NftOwnRule {
   QList<FirewallPorts> ports;
 };
 
-// The ports that a "tcp dport", "udp dport" or "th dport" match names: single ones, ranges, and
-// sets of them. Empty for any other match.
+// The ports that a "tcp dport", "udp dport" or "th dport" match names: single ones, ranges,
+// comparisons, and sets. Empty for any other match.
 QList<FirewallPorts> NftPortsOfMatch(const QJsonValue& match);
 // Those that the matches of a rule ask for.
 QList<FirewallPorts> NftPortsOf(const QJsonObject& rule);

@@ -32,10 +32,22 @@ bool Has(const QJsonValue& values, const QString& word) {
   return list == word;
 }
 
+// Whether a value names this interface: "eth0", "eth*".
+bool NamesInterface(const QJsonValue& values, const QString& interface) {
+  const QJsonValue list = values.isObject() ? values[QStringLiteral("set")] : values;
+  const QJsonArray all = list.isArray() ? list.toArray() : QJsonArray{list};
+  return std::ranges::any_of(all, [&](const QJsonValue& value) {
+    const QString name = value.toString();
+    return name.endsWith(QLatin1Char('*')) ? interface.startsWith(name.chopped(1))
+                                           : name == interface;
+  });
+}
+
 // Follows packets of one protocol through the chains of a base chain.
 class Walk final {
  public:
-  Walk(const NftRuleset& ruleset, int protocol) : protocol_(protocol) {
+  Walk(const NftRuleset& ruleset, int protocol, QString interface)
+      : protocol_(protocol), interface_(std::move(interface)) {
     for (const QJsonValue object : ruleset.Objects()) {
       const QJsonObject rule = object[QStringLiteral("rule")].toObject();
       if (!rule.isEmpty()) {
@@ -133,7 +145,7 @@ class Walk final {
     }
     const QString meta = left[QStringLiteral("meta")][QStringLiteral("key")].toString();
     if (meta == QLatin1String("iifname") || meta == QLatin1String("iif")) {
-      return Has(right, QStringLiteral("lo")) != is_equal;
+      return MeetsInterface(right) == is_equal;
     }
     if (meta == QLatin1String("l4proto")) {
       return (Has(right, word) || right == protocol_) == is_equal;
@@ -145,6 +157,12 @@ class Walk final {
       return Has(right, QStringLiteral("new")) == is_equal;
     }
     return false;
+  }
+
+  // Without a network, any interface but the computer's own may be that of the sender.
+  bool MeetsInterface(const QJsonValue& names) const {
+    return interface_.isEmpty() ? !NamesInterface(names, QStringLiteral("lo"))
+                                : NamesInterface(names, interface_);
   }
 
   bool MeetsPayload(const QJsonValue& match, bool is_equal, Step& step) const {
@@ -169,6 +187,7 @@ class Walk final {
   }
 
   int protocol_;
+  QString interface_;
   QHash<QString, QList<QJsonObject>> rules_;
   PortSet accepted_;
 };
@@ -224,11 +243,11 @@ void AddRows(const QJsonObject& rule, QList<FirewallRule>& rows) {
 
 }  // namespace
 
-FirewallView NftView(const NftRuleset& ruleset) {
+FirewallView NftView(const NftRuleset& ruleset, const QString& interface) {
   FirewallView view{.kind = FirewallKind::kNftables};
   const QList<NftChain> chains = ruleset.InputChains();
-  Walk tcp(ruleset, kTcpNumber);
-  Walk udp(ruleset, kUdpNumber);
+  Walk tcp(ruleset, kTcpNumber, interface);
+  Walk udp(ruleset, kUdpNumber, interface);
   for (const NftChain& chain : chains) {
     view.open_tcp = view.open_tcp & tcp.Passing(chain);
     view.open_udp = view.open_udp & udp.Passing(chain);

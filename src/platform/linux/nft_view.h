@@ -7,8 +7,9 @@
 
 namespace quayline {
 
-// What the rules of nftables let in of a new connection from another computer. A match that cannot
-// be judged without the packet (an address, a mark) counts as one that it does not meet.
-FirewallView NftView(const NftRuleset& ruleset);
+// What the rules of nftables let in of a new connection from another computer, over `interface` if
+// that is known. A match that cannot be judged without the packet (an address, a mark) counts as
+// one that it does not meet.
+FirewallView NftView(const NftRuleset& ruleset, const QString& interface = {});
 
 }  // namespace quayline
