@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
 #include "net/firewall_fixture.h"
 
@@ -128,6 +129,7 @@ class FirewalldDouble final : public QDBusVirtualObject {
   QStringList kept = now;
   QString failing;
   QString error;
+  QString interface;  // of which the zone was asked for
 
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
@@ -142,6 +144,10 @@ class FirewalldDouble final : public QDBusVirtualObject {
   QVariantList Answer(const QString& method, const QVariantList& arguments) {
     if (method == u"getDefaultZone"_s) {
       return {u"public"_s};
+    }
+    if (method == u"getZoneOfInterface"_s) {
+      interface = arguments.value(0).toString();
+      return {QString()};
     }
     if (method == u"getZones"_s) {
       return {QStringList{u"public"_s}};
@@ -171,6 +177,15 @@ TEST(FirewalldRights, AChangeThatFailsAnywhereLeavesTheRulesAsTheyWere) {
   if (bus.address.isEmpty()) {
     GTEST_SKIP() << "needs dbus-daemon";
   }
+  // A VPN has two routes to half of all addresses each.
+  QTemporaryFile routes;
+  ASSERT_TRUE(routes.open());
+  routes.write(
+      "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\t\tMTU\tWindow\tIRTT\n"
+      "tun0\t00000000\t0100080A\t0003\t0\t0\t0\t00000080\t0\t0\t0\n"
+      "eth0\t00000000\t0101A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n"
+      "tun0\t00000080\t0100080A\t0003\t0\t0\t0\t00000080\t0\t0\t0\n");
+  routes.close();
   const QString refusal = u"org.fedoraproject.FirewallD1.NotAuthorizedException"_s;
   const QString exception = u"org.fedoraproject.FirewallD1.Exception"_s;
   struct Case {
@@ -178,6 +193,7 @@ TEST(FirewalldRights, AChangeThatFailsAnywhereLeavesTheRulesAsTheyWere) {
     QString error;
     FirewallFault fault;
     QString text;
+    bool adds = true;
   };
   const Case cases[] = {
       {u"getRichRules"_s, refusal, FirewallFault::kRefused, {}},
@@ -185,26 +201,37 @@ TEST(FirewalldRights, AChangeThatFailsAnywhereLeavesTheRulesAsTheyWere) {
       {u"setZoneSettings2"_s, exception, FirewallFault::kFailed, u"INVALID_RULE: no"_s},
       {u"getZoneByName"_s, exception, FirewallFault::kFailed, u"INVALID_RULE: no"_s},
       {u"update2"_s, refusal, FirewallFault::kRefused, {}},
+      {u"getZones"_s, refusal, FirewallFault::kRefused, {}, false},
+      {u"getRichRules"_s, refusal, FirewallFault::kRefused, {}, false},
+      {u"update2"_s, exception, FirewallFault::kFailed, u"INVALID_RULE: no"_s, false},
       {{}, {}, {}, {}},
+      {{}, {}, {}, {}, false},
   };
   QDBusConnection served = QDBusConnection::connectToBus(bus.address, u"firewalld"_s);
   for (const Case& each : cases) {
     FirewalldDouble service;
+    const QStringList others = service.now;
+    if (!each.adds) {
+      service.now.append(OwnRichRule(kWeb));
+      service.kept = service.now;
+    }
     const QStringList before = service.now;
     service.failing = each.failing;
     service.error = each.error;
     ASSERT_TRUE(served.registerVirtualObject(u"/org/fedoraproject/FirewallD1"_s, &service,
                                              QDBusConnection::SubPath));
     ASSERT_TRUE(served.registerService(u"org.fedoraproject.FirewallD1"_s));
-    LinuxFirewall firewall({}, {.bus = bus.address, .routes = u"/nonexistent"_s});
+    LinuxFirewall firewall({}, {.bus = bus.address, .routes = routes.fileName()});
     FirewallChange change;
-    const auto add = [](Firewall* asked, FirewallChange* out) -> Task<> {
-      *out = co_await asked->Add({kWeb}, [](qsizetype) {});
+    const auto run = [](Firewall* asked, bool adds, FirewallChange* out) -> Task<> {
+      const auto ignore = [](qsizetype) {};
+      *out = adds ? co_await asked->Add({kWeb}, ignore) : co_await asked->Remove({kWeb}, ignore);
     };
-    ASSERT_TRUE(RunTask(add(&firewall, &change)));
-    EXPECT_EQ(change.result.has_value(), each.failing.isEmpty());
+    ASSERT_TRUE(RunTask(run(&firewall, each.adds, &change)));
+    ASSERT_EQ(change.result.has_value(), each.failing.isEmpty()) << each.failing.toStdString();
+    EXPECT_EQ(service.interface, each.adds ? u"eth0"_s : QString());
     if (each.failing.isEmpty()) {
-      EXPECT_EQ(service.now, before + QStringList(OwnRichRule(kWeb)));
+      EXPECT_EQ(service.now, each.adds ? others + QStringList(OwnRichRule(kWeb)) : others);
       EXPECT_EQ(service.kept, service.now);
     } else {
       EXPECT_EQ(change.result.error().fault, each.fault) << each.failing.toStdString();

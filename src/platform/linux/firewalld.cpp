@@ -9,7 +9,6 @@
 #include <QDBusPendingCallWatcher>
 
 #include <algorithm>
-#include <netdb.h>
 #include <unistd.h>
 
 #include "async/wait.h"
@@ -71,11 +70,6 @@ QList<std::pair<QString, QString>> PairsOf(const QVariant& value) {
   }
   argument.endArray();
   return pairs;
-}
-
-int ProtocolNumber(const QString& word) {
-  const protoent* found = getprotobyname(word.toLatin1().constData());
-  return found == nullptr ? word.toInt() : found->p_proto;
 }
 
 QList<FirewallRule> RulesOf(const QVariantMap& settings, const QString& name) {
@@ -231,6 +225,10 @@ Task<std::expected<FirewalldZone, QDBusError>> Firewalld::Settings(QString zone)
     const QList<FirewallRule> of_service = co_await RulesOfService(service);
     read.ports_and_services += of_service;
   }
+  for (const QString& service : ServicesOfRichRules(read.rich_rules)) {
+    const QList<FirewallRule> of_service = co_await RulesOfService(service);
+    read.services.insert(service, of_service);
+  }
   co_return read;
 }
 
@@ -350,18 +348,24 @@ Task<FirewallChange> Firewalld::Remove(QList<FirewallPorts> ports, Firewall::Pro
   for (qsizetype rule = 0; rule < ports.size(); ++rule) {
     progress(rule);
   }
+  // All zones are read before one is changed.
+  QMap<QString, QStringList> rules;
   for (const QString& zone : zones->value(0).toStringList()) {
-    const auto before = co_await RichRules(zone);
-    QStringList after = before.value_or(QStringList());
+    const auto of_zone = co_await RichRules(zone);
+    if (!of_zone) {
+      co_return Failure(of_zone.error());
+    }
+    rules[zone] = *of_zone;
+  }
+  for (const auto& [zone, before] : rules.asKeyValueRange()) {
+    QStringList after = before;
     const auto removed = after.removeIf([&](const QString& rule) {
       const std::optional<FirewallPorts> own = PortsOfOwnRichRule(rule);
       return own && ports.contains(*own);
     });
-    if (removed > 0) {
-      const Done done = co_await SetRichRules(zone, *before, after);
-      if (!done) {
-        co_return Failure(done.error());
-      }
+    const Done done = removed > 0 ? co_await SetRichRules(zone, before, after) : Done();
+    if (!done) {
+      co_return Failure(done.error());
     }
   }
   co_return FirewallChange{.kind = FirewallKind::kFirewalld, .done = ports.size()};

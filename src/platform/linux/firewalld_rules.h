@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -17,12 +18,19 @@ QString OwnRichRule(const FirewallPorts& ports);
 // The ports of a rule that OwnRichRule() made; nothing for any other rule.
 std::optional<FirewallPorts> PortsOfOwnRichRule(const QString& rule);
 
+// Of a name like "tcp", or of the number itself.
+int ProtocolNumber(const QString& word);
+
 // What a zone of firewalld lets in.
 struct FirewalldZone {
   QString target;
   QStringList rich_rules;
   QList<FirewallRule> ports_and_services;
+  QHash<QString, QList<FirewallRule>> services;  // that rich rules name, with their rules
 };
+
+// The services that rich rules name.
+QStringList ServicesOfRichRules(const QStringList& rules);
 
 FirewallView FirewalldView(const FirewalldZone& zone);
 
