@@ -159,8 +159,8 @@ class Reader final {
       return;
     }
     script_lines_.append(*text);
-    if (!text->trimmed().isEmpty()) {
-      seen_.append(*text);
+    for (const QString& seen : ScriptLines(*text)) {  // more than one: a written line feed
+      seen_.append(seen);
       seen_numbers_.append(line.number);
     }
   }

@@ -85,7 +85,7 @@ ForeignScript DescribeScripts(const RouterRecord& router, const ScriptOrigin& or
   for (const QString& script :
        {router.routercommands, router.routerportpage, router.routerremove}) {
     int number = 0;
-    for (const QString& line : script.split(QStringLiteral("\r\n"))) {
+    for (const QString& line : ScriptLines(script)) {
       ++number;
       NotePages(line, &described.pages);
       if (RunsJavaScript(line)) {

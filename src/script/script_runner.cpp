@@ -108,26 +108,39 @@ Task<> ScriptRunner::RunWhenFree(Task<> run) {
   co_await std::move(run);
 }
 
+// A script that cannot be looked up, because the databases are being updated or its row is gone,
+// is refused as well: nobody has seen it.
 Task<> ScriptRunner::AwaitPermission() {
-  const int router_id = context_.session.router_id;
+  const int router_id = Router().router_id;
   ForeignScripts scripts(context_.program_folder);
   const auto origin = scripts.OriginOf(router_id);
   is_confined_ = origin && !origin->IsSigned();
-  const auto router = origin ? context_.databases.FindRouter(router_id) : std::nullopt;
-  if (!router || scripts.IsAllowed(*router)) {
+  if (!origin) {
     co_return;
   }
-  OneShot<bool> answer;
-  questions_.AskForeignScript(DescribeScripts(*router, *origin), answer.Callback());
-  JobFlags& flags = context_.job_flags;
-  answer.GiveUpWhen(&flags, &JobFlags::changed, [&flags] { return flags.JobStopRequested(); });
-  const std::optional<bool> is_allowed = co_await answer;
-  if (is_allowed.value_or(false)) {
-    scripts.Allow(*router);
-  } else {
+  bool is_allowed = false;
+  if (const auto router = context_.databases.FindRouter(router_id)) {
+    is_allowed = scripts.IsAllowed(*router);
+    if (!is_allowed) {
+      is_allowed = co_await AskUser(DescribeScripts(*router, *origin));
+      if (is_allowed) {
+        scripts.Allow(*router);
+      }
+    }
+  }
+  if (!is_allowed) {
     log_.Append(LineBreak() + Text(script_text::kForeignScriptRefused));
     Stop();
   }
+}
+
+Task<bool> ScriptRunner::AskUser(ForeignScript script) {
+  OneShot<bool> answer;
+  questions_.AskForeignScript(script, answer.Callback());
+  JobFlags& flags = context_.job_flags;
+  answer.GiveUpWhen(&flags, &JobFlags::changed, [&flags] { return flags.JobStopRequested(); });
+  const std::optional<bool> is_allowed = co_await answer;
+  co_return is_allowed.value_or(false);
 }
 
 Task<> ScriptRunner::LockRouter() {

@@ -134,6 +134,7 @@ class ScriptRunner : public QObject, public PageQuestions {
   Task<> RunWhenFree(Task<> run);
   // Asks the user about a script of somebody else, and stops the run if he does not allow it.
   Task<> AwaitPermission();
+  Task<bool> AskUser(ForeignScript script);
   // Waits until no other program works on the router.
   Task<> LockRouter();
   // Releases the router once no page of the run is under way any more.

@@ -170,10 +170,10 @@ TEST_F(CheckTest, TheLintSeesEveryLineOfTheScriptsAsItIsStored) {
                             : QList<ScriptRemark>();
   };
   const QByteArray router =
-      QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y") +
+      QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y\\u000ahidden") +
       "[routerremove]\nnav(\"c\")\n";
   EXPECT_EQ(CheckRouter(router, lint), "routers/a.txt:16: No command.\n");
-  EXPECT_EQ(seen, (QStringList{u"routercommands:   nav(\"a\") |[x\\y"_s,
+  EXPECT_EQ(seen, (QStringList{u"routercommands:   nav(\"a\") |[x\\y|hidden"_s,
                                u"routerportpage: nav(\"b\")"_s, u"routerremove: nav(\"c\")"_s}));
 }
 

@@ -426,11 +426,44 @@ TEST_F(JobRunnerTest, AScriptOfSomebodyElseRunsWhenTheUserHasAllowedIt) {
   EXPECT_TRUE(is_allowed);
 }
 
+TEST_F(JobRunnerTest, AScriptOfSomebodyElseThatCannotBeLookedUpIsRefused) {
+  const RouterRecord router{.id = 1'000'000'000, .routername = u"Shared"_s};
+  const struct {
+    const char* name;
+    std::function<void()> meanwhile;
+    bool is_asked;
+  } cases[] = {
+      {"databases are closed for an update", [this] { context_.databases.Close(); }, false},
+      {"its row is gone", [this] { context_.session.router_id = 1'000'000'001; }, false},
+      {"another router is chosen", [this] { context_.session = {}; }, true},
+  };
+  ASSERT_TRUE(MakeTestDatabases(bare_.folder.path(), {router}));
+  ForeignScripts foreign(bare_.folder.path());
+  ASSERT_TRUE(foreign.Note(router.id, {.name = u"Bob"_s, .key = {}}));
+  ASSERT_TRUE(foreign.Note(router.id + 1, {.name = u"Bob"_s, .key = {}}));
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    ASSERT_TRUE(context_.databases.Open(bare_.folder.path()));
+    context_.session.router_id = router.id;
+    context_.session.chosen_router = router.routername;
+    context_.session.update_script = Lines({"nav(\"a.htm\")"});
+    questions_.asked.clear();
+    NextRunner();
+    runner_->Open();
+    each.meanwhile();
+    runner_->Run();
+    ASSERT_TRUE(Ends());
+    EXPECT_TRUE(runner_->Log().Text().contains(u"was not allowed to run"_s));
+    EXPECT_TRUE(runner_->Outcome().stopped);
+    EXPECT_EQ(pages_.calls, QStringList());
+    EXPECT_EQ(!questions_.asked.isEmpty(), each.is_asked);
+  }
+}
+
 TEST(ForeignScript, WhatItMayDoIsNamed) {
   const RouterRecord router{
       .routername = u"Shared"_s,
-      .routercommands =
-          u"nav(\"a.htm\")\r\ncomment\r\ncall_javascript(\"go()\")\r\nnav(\"a.htm\")"_s,
+      .routercommands = u"nav(\"a.htm\")\r\ncomment\ncall_javascript(\"go()\")\nnav(\"a.htm\")"_s,
       .routerportpage = u"nav(\"javascript:x()\")"_s,
       .routerremove = u"RUN_JAVASCRIPT(\"a, b\u202e\")\r\nclick_button(\"Delete\")"_s};
   ScriptOrigin origin{.author = {.name = u"Bob"_s, .key = {}}};
