@@ -17,9 +17,7 @@ constexpr int kMaxWaits = 4;  // each is twice as long as the one before, four s
 
 class NatPmpRouter final : public MappingRouter {
  public:
-  explicit NatPmpRouter(const QHostAddress& router)
-      : is_ready_(initnatpmp(&state_, 1, htonl(router.toIPv4Address())) == 0) {}
-  ~NatPmpRouter() override { closenatpmp(&state_); }
+  explicit NatPmpRouter(const QHostAddress& router) : router_(router) {}
   NatPmpRouter(const NatPmpRouter&) = delete;
   NatPmpRouter& operator=(const NatPmpRouter&) = delete;
 
@@ -27,7 +25,9 @@ class NatPmpRouter final : public MappingRouter {
 
   QString OutsideAddress() override {
     natpmpresp_t response = {};
-    if (!is_ready_ || sendpublicaddressrequest(&state_) < 0 || Await(response) != 0) {
+    const int error =
+        Request([](natpmp_t* link) { return sendpublicaddressrequest(link); }, response);
+    if (error != 0) {
       return {};
     }
     return QHostAddress(ntohl(response.pnu.publicaddress.addr.s_addr)).toString();
@@ -72,36 +72,56 @@ class NatPmpRouter final : public MappingRouter {
 
  private:
   // The protocol opens ports to the computer that asks, and to no other.
-  bool LeadsHere(const Mapping& mapping) const {
-    sockaddr_in own = {};
-    socklen_t size = sizeof(own);
-    return getsockname(state_.s, reinterpret_cast<sockaddr*>(&own), &size) == 0 &&
-           QHostAddress(ntohl(own.sin_addr.s_addr)) == mapping.to;
-  }
+  bool LeadsHere(const Mapping& mapping) const { return own_ == mapping.to; }
 
   int Ask(const Mapping& mapping, quint32 seconds, natpmpresp_t& response) {
-    const int protocol = mapping.udp ? NATPMP_PROTOCOL_UDP : NATPMP_PROTOCOL_TCP;
-    const int sent = sendnewportmappingrequest(&state_, protocol, mapping.port,
-                                               seconds == 0 ? 0 : mapping.port, seconds);
-    return sent < 0 ? sent : Await(response);
+    const auto send = [&](natpmp_t* link) {
+      const int protocol = mapping.udp ? NATPMP_PROTOCOL_UDP : NATPMP_PROTOCOL_TCP;
+      return sendnewportmappingrequest(link, protocol, mapping.port,
+                                       seconds == 0 ? 0 : mapping.port, seconds);
+    };
+    return Request(send, response);
   }
 
-  int Await(natpmpresp_t& response) {
+  // Each request has a socket of its own. A slow router is asked again and answers twice; the
+  // library would take the second answer for that to the next request.
+  template <typename Send>
+  int Request(Send send, natpmpresp_t& response) {
+    natpmp_t link = {};
+    int error = initnatpmp(&link, 1, htonl(router_.toIPv4Address()));
+    if (error == 0) {
+      own_ = OwnAddress(link);
+      const int sent = send(&link);
+      error = sent < 0 ? sent : Await(link, response);
+    }
+    closenatpmp(&link);
+    return error;
+  }
+
+  static QHostAddress OwnAddress(const natpmp_t& link) {
+    sockaddr_in own = {};
+    socklen_t size = sizeof(own);
+    return getsockname(link.s, reinterpret_cast<sockaddr*>(&own), &size) == 0
+               ? QHostAddress(ntohl(own.sin_addr.s_addr))
+               : QHostAddress();
+  }
+
+  static int Await(natpmp_t& link, natpmpresp_t& response) {
     int error = NATPMP_TRYAGAIN;
     for (int wait = 0; wait < kMaxWaits && error == NATPMP_TRYAGAIN; ++wait) {
       fd_set readable;
       FD_ZERO(&readable);
-      FD_SET(state_.s, &readable);
+      FD_SET(link.s, &readable);
       timeval time = {};
-      getnatpmprequesttimeout(&state_, &time);
-      select(state_.s + 1, &readable, nullptr, nullptr, &time);
-      error = readnatpmpresponseorretry(&state_, &response);
+      getnatpmprequesttimeout(&link, &time);
+      select(link.s + 1, &readable, nullptr, nullptr, &time);
+      error = readnatpmpresponseorretry(&link, &response);
     }
     return error;
   }
 
-  natpmp_t state_ = {};
-  bool is_ready_;
+  QHostAddress router_;
+  QHostAddress own_;  // of this computer towards the router, known from the first request on
 };
 
 }  // namespace
