@@ -42,6 +42,7 @@ struct SetupResult {
     kNotNeeded,   // the change is in effect, or nothing was changed
     kRolledBack,  // the change was made, and the former settings are in effect again
     kFailed,      // the change was made, and could not be taken back
+    kUnknown,     // no answer: the change may have been made, or may still be
   };
 
   SetupCode code = SetupCode::kDone;

@@ -12,6 +12,7 @@
 #include <QDBusVirtualObject>
 #include <QFile>
 #include <QProcess>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -198,16 +199,19 @@ TEST(NetworkManager, ChangesARealAdapter) {
   }
 }
 
-// NetworkManager with one device, whose method `failing` fails with `error`.
+// NetworkManager with one device, whose methods `failing` fail with `error`.
 class FakeNetworkManager final : public QDBusVirtualObject {
  public:
-  QString failing;
+  QStringList failing;
   QString error;
   QString message;
   quint32 state = 100;
   quint32 flags = 0;  // of the connection
   QString address = u"10.0.0.7"_s;
-  QStringList calls;  // without those that only read
+  QString gateway = u"10.0.0.1"_s;
+  AdapterAddresses reapplied{.address = u"10.0.0.200"_s, .gateway = u"10.0.0.1"_s};
+  std::chrono::milliseconds late{0};  // after which it takes a change back by itself, if it does
+  QStringList calls;                  // without those that only read
 
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& call, const QDBusConnection& connection) override {
@@ -215,18 +219,30 @@ class FakeNetworkManager final : public QDBusVirtualObject {
     if (method.startsWith(u"Checkpoint"_s) || method == u"Update"_s || method == u"Reapply"_s) {
       calls.append(method);
     }
-    if (method == failing) {
+    if (method == u"CheckpointRollback"_s && late.count() > 0) {
+      QTimer::singleShot(late, this, [this, connection] {
+        TakeBack();
+        connection.send(QDBusMessage::createSignal(
+            u"/device"_s, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s));
+      });
+    }
+    if (failing.contains(method)) {
       return connection.send(call.createErrorReply(error, message));
     }
     if (method == u"Reapply"_s) {
-      address = u"10.0.0.200"_s;
+      address = reapplied.address;
+      gateway = reapplied.gateway;
     } else if (method == u"CheckpointRollback"_s) {
-      address = u"10.0.0.7"_s;
+      TakeBack();
     }
     return connection.send(call.createReply(Answer(call)));
   }
 
  private:
+  void TakeBack() {
+    address = u"10.0.0.7"_s;
+    gateway = u"10.0.0.1"_s;
+  }
   static QVariant Path(const char* path) {
     return QVariant::fromValue(QDBusObjectPath(QLatin1String(path)));
   }
@@ -258,7 +274,8 @@ class FakeNetworkManager final : public QDBusVirtualObject {
       return {{u"Id"_s, u"Home"_s}, {u"Connection"_s, Path("/profile")}, {u"StateFlags"_s, flags}};
     }
     const QVariantMap own{{u"address"_s, address}, {u"prefix"_s, quint32{8}}};
-    return {{u"AddressData"_s, QVariant::fromValue(QList<QVariantMap>{own})}};
+    return {{u"AddressData"_s, QVariant::fromValue(QList<QVariantMap>{own})},
+            {u"Gateway"_s, gateway}};
   }
 };
 
@@ -340,6 +357,13 @@ TEST_F(FailingNetworkManager, EachFailureHasItsCodeAndLeavesNothingHalfDone) {
       {u"Update"_s, bus + u"NoMemory"_s, u""_s, SetupCode::kOutOfMemory, Undo::kNotNeeded, refused},
       {u"Update"_s, u"com.example.Odd"_s, u""_s, SetupCode::kUnknownFailure, Undo::kNotNeeded,
        refused},
+      // The password box may still be open, and the settings be written later.
+      {u"Update"_s,
+       bus + u"NoReply"_s,
+       u"late"_s,
+       SetupCode::kUnknownFailure,
+       Undo::kUnknown,
+       {u"CheckpointCreate"_s, u"Update"_s, u"CheckpointRollback"_s}},
       {u"Reapply"_s, manager + u"Device.IncompatibleConnection"_s, u"no"_s,
        SetupCode::kNotConfigurable, Undo::kRolledBack, taken_back},
       {u"CheckpointDestroy"_s,
@@ -352,7 +376,7 @@ TEST_F(FailingNetworkManager, EachFailureHasItsCodeAndLeavesNothingHalfDone) {
   };
   for (const auto& each : cases) {
     SCOPED_TRACE((each.method + u' ' + each.error).toStdString());
-    service_.failing = each.method;
+    service_.failing = {each.method};
     service_.error = each.error;
     service_.message = each.message;
     const SetupResult result = SetFixed();
@@ -367,6 +391,24 @@ TEST_F(FailingNetworkManager, EachFailureHasItsCodeAndLeavesNothingHalfDone) {
   EXPECT_TRUE(SetFixed().IsDone());
 }
 
+TEST_F(FailingNetworkManager, AChangeIsTakenBackWhenTheGatewayIsTheFormerOneAlsoIfThatIsLate) {
+  Serve();
+  NetworkManagerSetup setup(neighbours_, address_,
+                            {.fixed = 15s, .automatic = 500ms, .gateway = 1s, .unconfirmed = 1s});
+  service_.failing = {u"CheckpointDestroy"_s, u"CheckpointRollback"_s};
+  service_.error = u"org.freedesktop.DBus.Error.NoReply"_s;
+  service_.reapplied = {.address = service_.address, .gateway = u"10.0.0.9"_s};
+  const auto undo = [&] {
+    return Await(setup.SetFixed(static_cast<int>(if_nametoindex("lo")),
+                                Fixed("10.0.0.7", "10.0.0.9")))
+        .undo;
+  };
+  EXPECT_EQ(undo(), Undo::kFailed);
+  service_.gateway = u"10.0.0.1"_s;
+  service_.late = 800ms;
+  EXPECT_EQ(undo(), Undo::kRolledBack);
+}
+
 TEST_F(FailingNetworkManager, ADeviceThatIsNotItsOwnOrNotActiveIsLeftAlone) {
   Serve();
   service_.flags = 0x80;  // Something else has configured it.
@@ -376,7 +418,7 @@ TEST_F(FailingNetworkManager, ADeviceThatIsNotItsOwnOrNotActiveIsLeftAlone) {
   service_.state = 30;
   EXPECT_EQ(SetFixed().code, SetupCode::kNotEnabled);
   EXPECT_EQ(service_.calls, QStringList());
-  service_.failing = u"GetAll"_s;
+  service_.failing = {u"GetAll"_s};
   service_.error = u"org.freedesktop.DBus.Error.Failed"_s;
   EXPECT_EQ(SetFixed().code, SetupCode::kNotEnabled);
 }

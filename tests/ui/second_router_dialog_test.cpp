@@ -72,6 +72,10 @@ TEST_F(SecondRouterDialogTest, TheLogNamesEachRouterAndTheAnswerIsTheirNumber) {
   EXPECT_EQ(TextOf("count_label"), "1") << "the router has a public address itself";
   EXPECT_THAT(Log(), HasSubstr("198.51.100.4 is public"));
 
+  Find<QLineEdit>("outside_address_edit")->setText(u"198.51.100.444"_s);
+  ASSERT_TRUE(Check({silence, outer, silence}));
+  EXPECT_THAT(Log(), HasSubstr("\"198.51.100.444\" is not an address"));
+
   Find<QLineEdit>("outside_address_edit")->clear();
   ASSERT_TRUE(Check({{Kind::kForbidden, {}}}));
   EXPECT_EQ(TextOf("count_label"), "1");

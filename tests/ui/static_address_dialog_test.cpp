@@ -70,6 +70,7 @@ TEST_F(StaticAddressDialogTest, TheLastAddressComesBackInItsNetwork) {
 TEST_F(StaticAddressDialogTest, OfSeveralAdaptersTheUserChoosesOne) {
   Open(2);
   EXPECT_EQ(Find<QComboBox>("adapter_box")->currentIndex(), -1);
+  EXPECT_EQ(TextOf("status_label"), "") << "the adapters have been read";
   for (const char* button : {"enable_button", "disable_button", "random_button"}) {
     Do(button);
     EXPECT_EQ(prompts_.shown.back(), "Tell: Please Select An Adapter First");
@@ -116,6 +117,8 @@ TEST_F(StaticAddressDialogTest, EachResultHasItsText) {
       {{.code = static_cast<SetupCode>(72)}, "Status: Error! - Unknown."},
       {{.code = SetupCode::kInvalidGateway, .undo = SetupResult::Undo::kFailed, .detail = u"no"_s},
        "Status: Error! - Invalid gateway IP address.\n\nThe former settings could not be"},
+      {{.code = SetupCode::kUnknownFailure, .undo = SetupResult::Undo::kUnknown, .detail = u"no"_s},
+       "Status: Error! - Unknown failure.\n\nYour system did not answer in time"},
   };
   for (const auto& each : cases) {
     setup_.result = each.result;

@@ -63,6 +63,12 @@ std::unexpected<SetupResult> Failure(SetupCode code) {
   return std::unexpected(SetupResult{.code = code});
 }
 
+// The service may do it yet, for example while the user is asked for a password.
+bool IsWithoutAnswer(const QDBusError& error) {
+  const QDBusError::ErrorType type = error.type();
+  return type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut;
+}
+
 void MakeFixed(const FixedAddress& wanted, QVariantMap* ipv4) {
   for (const char* old : {"addresses", "dns-data", "ignore-auto-dns"}) {
     ipv4->remove(QLatin1String(old));
@@ -221,8 +227,6 @@ Task<SetupResult> NetworkManagerSetup::Apply(int adapter, Change change) {
   if (!addresses) {
     co_return addresses.error();
   }
-  const FixedAddress former{
-      .address = addresses->is_automatic ? 0 : ParseIpv4(addresses->address).value_or(0)};
   const auto created = co_await bus_.Call(
       kManager, {}, u"CheckpointCreate"_s,
       {QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(device->path)}),
@@ -239,6 +243,10 @@ Task<SetupResult> NetworkManagerSetup::Apply(int adapter, Change change) {
   if (result.IsDone()) {
     result = co_await CheckGateway(*device, change.wanted);
   }
+  if (result.undo == SetupResult::Undo::kUnknown) {
+    co_await bus_.Call(kManager, {}, u"CheckpointRollback"_s, {checkpoint});
+    co_return result;
+  }
   if (result.IsDone() || !is_changed) {
     const auto ended = co_await bus_.Call(kManager, {}, u"CheckpointDestroy"_s, {checkpoint});
     if (ended || !is_changed) {
@@ -246,7 +254,7 @@ Task<SetupResult> NetworkManagerSetup::Apply(int adapter, Change change) {
     }
     result = ResultOfError(ended.error());  // unconfirmed, the change would not last
   }
-  result.undo = co_await RollBack(checkpoint, *device, former);
+  result.undo = co_await RollBack(checkpoint, *device, *addresses);
   co_return result;
 }
 
@@ -258,7 +266,13 @@ Task<SetupResult> NetworkManagerSetup::WriteProfile(Device device, Change change
   change.edit(&(*profile)[u"ipv4"_s]);
   const auto reply = co_await bus_.Call(device.profile, u"Settings.Connection"_s, u"Update"_s,
                                         {QVariant::fromValue(*profile)});
-  co_return reply ? SetupResult() : ResultOfError(reply.error());
+  if (reply) {
+    co_return SetupResult();
+  }
+  SetupResult result = ResultOfError(reply.error());
+  result.undo =
+      IsWithoutAnswer(reply.error()) ? SetupResult::Undo::kUnknown : SetupResult::Undo::kNotNeeded;
+  co_return result;
 }
 
 Task<SetupResult> NetworkManagerSetup::TakeEffect(Device device, Change change) {
@@ -330,15 +344,15 @@ Task<SetupResult> NetworkManagerSetup::CheckGateway(Device device, FixedAddress 
 }
 
 Task<SetupResult::Undo> NetworkManagerSetup::RollBack(QVariant checkpoint, Device device,
-                                                      FixedAddress former) {
-  // Fails where NetworkManager has done it already, since the change took too long.
-  co_await bus_.Call(kManager, {}, u"CheckpointRollback"_s, {checkpoint});
-  const QDeadlineTimer deadline(limits_.automatic);
+                                                      AdapterAddresses former) {
+  const auto reply = co_await bus_.Call(kManager, {}, u"CheckpointRollback"_s, {checkpoint});
+  // Where this fails, NetworkManager does it by itself once the change is too old, or has done so.
+  const QDeadlineTimer deadline(reply ? limits_.automatic
+                                      : limits_.unconfirmed + limits_.automatic);
   while (!deadline.hasExpired()) {
     const quint64 seen = bus_.Changes();
-    const QVariantMap properties = co_await bus_.Properties(device.path, u"Device"_s);
-    const bool is_in_effect = co_await IsInEffect(properties, former);
-    if (is_in_effect) {
+    const bool is_back = co_await IsBack(device, former);
+    if (is_back) {
       co_return SetupResult::Undo::kRolledBack;
     }
     co_await Until([&] { return bus_.Changes() != seen; })
@@ -346,6 +360,17 @@ Task<SetupResult::Undo> NetworkManagerSetup::RollBack(QVariant checkpoint, Devic
         .AtMost(std::chrono::milliseconds(deadline.remainingTime()));
   }
   co_return SetupResult::Undo::kFailed;
+}
+
+Task<bool> NetworkManagerSetup::IsBack(Device device, AdapterAddresses former) {
+  if (former.is_automatic) {
+    const QVariantMap properties = co_await bus_.Properties(device.path, u"Device"_s);
+    const bool is_in_effect = co_await IsInEffect(properties, {});
+    co_return is_in_effect;
+  }
+  const auto now = co_await Read(device.index);
+  co_return now && now->address == former.address && now->mask == former.mask &&
+      now->gateway == former.gateway;
 }
 
 }  // namespace quayline

@@ -57,8 +57,9 @@ class NetworkManagerSetup final : public AddressSetup {
   Task<SetupResult> TakeEffect(Device device, Change change);
   Task<bool> IsInEffect(QVariantMap device, FixedAddress wanted);
   Task<SetupResult> CheckGateway(Device device, FixedAddress wanted);
-  // `former` is what has to be in effect again; all 0: whichever address the router gives.
-  Task<SetupResult::Undo> RollBack(QVariant checkpoint, Device device, FixedAddress former);
+  Task<SetupResult::Undo> RollBack(QVariant checkpoint, Device device, AdapterAddresses former);
+  // Whether the adapter has its former addresses, or, if the router gave them, any from it.
+  Task<bool> IsBack(Device device, AdapterAddresses former);
 
   Neighbours& neighbours_;
   NetworkManagerBus bus_;

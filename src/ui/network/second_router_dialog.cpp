@@ -65,6 +65,8 @@ void SecondRouterDialog::ShowCount(const RouterTrace& trace, const RouterCount& 
   if (count.outside != RouterCount::OutsideAddress::kUnknown) {
     const bool is_public = count.outside == RouterCount::OutsideAddress::kPublic;
     AddLine(Text(is_public ? message::kOutsideIsPublic : message::kOutsideIsPrivate).arg(outside));
+  } else if (!outside.isEmpty()) {
+    AddLine(Text(message::kOutsideIsNoAddress).arg(outside));
   }
   const QString shown = count.Shown();
   if (shown.isEmpty()) {

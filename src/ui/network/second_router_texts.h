@@ -23,6 +23,8 @@ inline constexpr Message kOutsideIsPublic{
 inline constexpr Message kOutsideIsPrivate{
     "Your router is not connected to the internet itself: its internet address %1 is private. "
     "Another router, which may be your provider's, shares a public address."};
+inline constexpr Message kOutsideIsNoAddress{
+    "\"%1\" is not an address like 203.0.113.7, so it was not used."};
 inline constexpr Message kOneRouterAdvice{"Nothing is wrong: ports are opened on this router."};
 inline constexpr Message kManyRoutersAdvice{
     "A port has to be opened on each of these routers. Or set the outer one to pass everything on "

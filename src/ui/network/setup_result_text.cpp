@@ -49,6 +49,8 @@ const Message& UndoMessage(SetupResult::Undo undo) {
       return message::kRolledBack;
     case SetupResult::Undo::kFailed:
       return message::kRollBackFailed;
+    case SetupResult::Undo::kUnknown:
+      return message::kChangeUnknown;
     case SetupResult::Undo::kNotNeeded:
       break;
   }

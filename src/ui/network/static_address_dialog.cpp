@@ -92,6 +92,7 @@ Task<> StaticAddressDialog::ListAdapters() {
   SetWorking(true, Text(message::kReadingAdapters));
   const auto adapters = co_await setup_.List();
   SetWorking(false);
+  ui_->status_label->clear();
   if (!adapters) {
     ui_->status_label->setText(SetupResultText(adapters.error(), context_.translator));
     co_return;

@@ -41,6 +41,9 @@ inline constexpr Message kRolledBack{
 inline constexpr Message kRollBackFailed{
     "The former settings could not be restored. Please open the network settings of your system "
     "and set them there."};
+inline constexpr Message kChangeUnknown{
+    "Your system did not answer in time, so the settings may have been changed. Please close its "
+    "password box if it is still open, and check the network settings of your system."};
 inline constexpr Message kNothingChanged{"Nothing was changed."};
 inline constexpr Message kNoNetworkService{
     "The network of this computer is not managed by NetworkManager, so Quayline cannot change its "
