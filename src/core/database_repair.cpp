@@ -4,7 +4,6 @@
 #include "core/database_repair.h"
 
 #include <QFileInfo>
-#include <QSqlQuery>
 
 #include <chrono>
 
@@ -25,6 +24,7 @@ constexpr Message kDamaged{"It is damaged."};
 constexpr Message kMissing{"It is missing.", "a file"};
 constexpr Message kNothingToDo{"Nothing to do."};
 constexpr Message kInUse{"Another Quayline is using it. Please close that first."};
+constexpr Message kUnreadable{"It cannot be read now. Another program may be using it."};
 constexpr Message kNotReplaced{"It could not be replaced. Is the disk full?"};
 constexpr Message kFromGoodCopy{"Rebuilt from its last good copy."};
 constexpr Message kFromShipped{"Replaced by the one that came with Quayline."};
@@ -46,15 +46,29 @@ UnopenedTable TableOf(const QString& folder, const QString& file_name) {
   Q_UNREACHABLE();
 }
 
-// Opening refuses what is no plain table; then it is safe to let SQLite read all of it.
-bool IsInOrder(const QString& path, const TableShape& shape) {
-  if (!QFileInfo::exists(path) || !TableFile::OpenStandIn(path, shape)) {
-    return false;
+enum class FileState { kInOrder, kDamaged, kMissing, kUnreadable };
+
+// A file that cannot be read at the moment, for example because another program writes to it, may
+// be in order. Where this program may write, SQLite first takes back what a crash has left half
+// done.
+FileState StateOf(const QString& path, const TableShape& shape, SqlAccess access) {
+  if (!QFileInfo::exists(path)) {
+    return FileState::kMissing;
   }
-  const SqlConnection connection(path, SqlAccess::kReadOnly);
-  QSqlQuery query(connection.Handle());
-  return query.exec(QStringLiteral("PRAGMA integrity_check(1)")) && query.next() &&
-         query.value(0).toString() == QLatin1String("ok");
+  if (!QFileInfo(path).isFile()) {
+    return FileState::kDamaged;
+  }
+  const auto opened = TableFile::OpenFile(path, shape, access);
+  const std::optional<DatabaseError> error =
+      opened ? (*opened)->CheckWhole() : std::optional(opened.error());
+  if (!error) {
+    return FileState::kInOrder;
+  }
+  return error->is_damaged ? FileState::kDamaged : FileState::kUnreadable;
+}
+
+bool IsInOrder(const QString& path, const TableShape& shape) {
+  return StateOf(path, shape, SqlAccess::kReadOnly) == FileState::kInOrder;
 }
 
 }  // namespace
@@ -65,12 +79,18 @@ QStringList DatabaseFiles() {
 }
 
 DatabaseState CheckDatabase(const QString& folder, const QString& file_name) {
-  const UnopenedTable table = TableOf(folder, file_name);
   const QString path = folder + QLatin1Char('/') + file_name;
-  if (IsInOrder(path, table.shape)) {
-    return {.is_good = true, .words = kInOrder};
+  switch (StateOf(path, TableOf(folder, file_name).shape, SqlAccess::kReadWrite)) {
+    case FileState::kInOrder:
+      return {.is_good = true, .words = kInOrder};
+    case FileState::kDamaged:
+      return {.can_be_rebuilt = true, .words = kDamaged};
+    case FileState::kMissing:
+      return {.can_be_rebuilt = true, .words = kMissing};
+    case FileState::kUnreadable:
+      break;
   }
-  return {.words = QFileInfo::exists(path) ? kDamaged : kMissing};
+  return {.words = kUnreadable};
 }
 
 DatabaseState RebuildDatabase(const QString& folder, const QString& shipped_folder,
@@ -82,8 +102,12 @@ DatabaseState RebuildDatabase(const QString& folder, const QString& shipped_fold
   if (!lock.IsLocked()) {
     return {.words = kInUse};
   }
-  if (IsInOrder(path, table.shape)) {
+  const FileState state = StateOf(path, table.shape, SqlAccess::kReadWrite);
+  if (state == FileState::kInOrder) {
     return {.is_good = true, .words = kNothingToDo};
+  }
+  if (state == FileState::kUnreadable) {
+    return {.words = kUnreadable};
   }
   const QString good = path + QStringLiteral(".good");
   const QString shipped = shipped_folder + QLatin1Char('/') + file_name;

@@ -15,8 +15,9 @@ QStringList DatabaseFiles();
 // Whether one of them is in order, or was put in order.
 struct DatabaseState {
   bool is_good = false;
-  Message words;    // a sentence
-  QString kept_as;  // the name of the damaged file, if it was replaced
+  bool can_be_rebuilt = false;  // damaged or missing
+  Message words;                // a sentence
+  QString kept_as;              // the name of the damaged file, if it was replaced
 };
 
 // Reads the whole file, also if it has not changed since it was good: a disk may have lost a part.
@@ -24,7 +25,7 @@ DatabaseState CheckDatabase(const QString& folder, const QString& file_name);
 
 // Replaces a file that is damaged or missing: by its last good copy, else by the one that came with
 // the program, else by an empty one. The damaged file is kept under another name; one that is in
-// order is not touched. The databases are closed meanwhile.
+// order, or cannot be read at the moment, is not touched. The databases are closed meanwhile.
 DatabaseState RebuildDatabase(const QString& folder, const QString& shipped_folder,
                               const QString& file_name);
 

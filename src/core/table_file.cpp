@@ -73,16 +73,16 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
 
 DatabaseError Failure(const QSqlError& error, const QString& path) {
   const int number = error.nativeErrorCode().toInt();
-  if (number == kNotADatabase) {
+  const int primary = number & kPrimaryPart;
+  if (primary == kNotADatabase) {
     return {number, QStringLiteral("The file \"%1\" is not a database.").arg(path), true};
   }
-  if (number == kBusy) {
+  if (primary == kBusy) {
     return {number,
             QStringLiteral("The file \"%1\" is in use by another program. Please close that one, "
                            "and start again.")
                 .arg(path)};
   }
-  const int primary = number & kPrimaryPart;
   return {number == 0 ? kCannotOpen : number,
           QStringLiteral("The file \"%1\" cannot be read as a database (%2).")
               .arg(path, error.databaseText()),
@@ -167,6 +167,11 @@ std::optional<DatabaseError> TableFile::Verify() {
   return CheckPages(query);
 }
 
+std::optional<DatabaseError> TableFile::CheckWhole() const {
+  QSqlQuery query(connection_.Handle());
+  return RunCheck(query, "integrity_check");
+}
+
 // Plain tables and indices are all that the program's own files have. Views, triggers, virtual
 // tables and expressions are code of an unknown author.
 std::optional<DatabaseError> TableFile::CheckSchema(QSqlQuery& query) const {
@@ -216,7 +221,11 @@ std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
   if (IsCopyOf(GoodCopyOf(path_), path_)) {
     return std::nullopt;
   }
-  if (!query.exec(QStringLiteral("PRAGMA quick_check(1)")) || !query.next()) {
+  return RunCheck(query, "quick_check");
+}
+
+std::optional<DatabaseError> TableFile::RunCheck(QSqlQuery& query, const char* check) const {
+  if (!query.exec(QStringLiteral("PRAGMA %1(1)").arg(QLatin1String(check))) || !query.next()) {
     return Failure(query.lastError(), NativePath(path_));
   }
   if (query.value(0).toString() != QLatin1String("ok")) {

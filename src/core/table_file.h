@@ -47,6 +47,8 @@ class TableFile final {
   // A file that stands in for another, and an empty table in memory. Both are only read.
   static Opened OpenStandIn(const QString& path, const TableShape& shape);
   static Opened OpenEmpty(const TableShape& shape);
+  // Reads all of the file, also if the good copy was made of it: a disk may have lost a part.
+  std::optional<DatabaseError> CheckWhole() const;
   // Copies the file, which is known to be good, unless the copy is of the same state already. Does
   // nothing for a file that stands in for another.
   void KeepGoodCopy() const;
@@ -78,6 +80,7 @@ class TableFile final {
   std::optional<DatabaseError> Verify();
   std::optional<DatabaseError> CheckSchema(QSqlQuery& query) const;
   std::optional<DatabaseError> CheckPages(QSqlQuery& query) const;
+  std::optional<DatabaseError> RunCheck(QSqlQuery& query, const char* check) const;
   bool ReadColumns(QSqlQuery& query, QString& id_type);
   QString SelectClause(const QStringList& fields) const;
   void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;

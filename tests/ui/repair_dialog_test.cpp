@@ -5,7 +5,9 @@
 
 #include <QAbstractItemModel>
 #include <QFile>
+#include <QSqlQuery>
 
+#include "core/sql_connection.h"
 #include "ui/network/cache_dialog.h"
 #include "ui/network/repair_plans.h"
 #include "ui/toolkit/controls.h"
@@ -70,6 +72,55 @@ TEST_F(RepairDialogTest, ADamagedDatabaseIsRebuiltFromItsLastGoodCopyAndTheOther
   EXPECT_THAT(Repair(), StartsWith("It is in order.|Nothing to do.")) << "pressed again";
 }
 
+TEST_F(RepairDialogTest, ADatabaseThatCannotBeReadNowKeepsItsRowsAndIsNotReplaced) {
+  folder_.WriteDatabases({RouterRow(7, u"Harbour"_s, u"admin"_s)});
+  ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
+  context_->databases.KeepGoodCopies();
+  EXPECT_TRUE(context_->databases.AddCustomPort({.appname = u"Web"_s}));  // not in the good copy
+  const SqlConnection other(folder_.Path("custom.mdb"), SqlAccess::kReadWrite);
+  ASSERT_TRUE(QSqlQuery(other.Handle()).exec(u"BEGIN EXCLUSIVE"_s));
+  Open(DatabaseRepair(*context_, false));
+  EXPECT_EQ(Repair(),
+            "It is in order.|Nothing to do.|It is in order.|Nothing to do.|It cannot be read now. "
+            "Another program may be using it.|It cannot be read now. Another program may be using "
+            "it.|Done");
+  EXPECT_EQ(TextOf("state_label"), "Repairing: 1 of 7 steps failed");
+  ASSERT_TRUE(QSqlQuery(other.Handle()).exec(u"COMMIT"_s));
+  EXPECT_FALSE(QFile::exists(folder_.Path("custom.mdb.damaged")));
+  EXPECT_TRUE(context_->databases.AddCustomPort({.appname = u"Game"_s}));
+  EXPECT_EQ(context_->databases.CustomPorts().size(), 2);
+}
+
+// As after a crash: SQLite takes a half-done change back, for which it has to write.
+TEST_F(RepairDialogTest, ADatabaseWithAJournalIsTakenBackAndNotReplaced) {
+  folder_.WriteDatabases({RouterRow(7, u"Harbour"_s, u"admin"_s)});
+  ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
+  context_->databases.KeepGoodCopies();
+  EXPECT_TRUE(context_->databases.AddCustomPort({.appname = u"Web"_s}));
+  context_->databases.Close();
+  const QString path = folder_.Path("custom.mdb");
+  const QString journal = path + u"-journal"_s;
+  {
+    const SqlConnection crashing(path, SqlAccess::kReadWrite);
+    QSqlQuery query(crashing.Handle());
+    for (const char* line : {"PRAGMA cache_size = 1", "BEGIN", "CREATE TABLE more (text)",
+                             "INSERT INTO more VALUES (hex(randomblob(100000)))"}) {
+      ASSERT_TRUE(query.exec(QLatin1String(line))) << line;
+    }
+    ASSERT_TRUE(QFile::copy(path, path + u".crashed"_s) && QFile::copy(journal, journal + u"x"_s));
+  }
+  ASSERT_TRUE(QFile::remove(path) && QFile::rename(path + u".crashed"_s, path) &&
+              QFile::rename(journal + u"x"_s, journal));
+  {
+    const SqlConnection reading(path, SqlAccess::kReadOnly);
+    EXPECT_FALSE(QSqlQuery(reading.Handle()).exec(u"SELECT * FROM sqlite_master"_s))
+        << "nothing has to be taken back: this test shows nothing";
+  }
+  Open(DatabaseRepair(*context_, false));
+  EXPECT_THAT(Repair(), EndsWith("It is in order.|Nothing to do.|Done"));
+  EXPECT_EQ(context_->databases.CustomPorts().size(), 1);
+}
+
 TEST_F(RepairDialogTest, AWindowThatIsClosedHalfwayLeavesTheDatabasesOpen) {
   folder_.WriteDatabases({RouterRow(7, u"Harbour"_s, u"admin"_s)});
   ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
@@ -113,6 +164,17 @@ TEST_F(RepairDialogTest, EachStepOfTheBrowserIsDoneAndWhatFailsIsCounted) {
   Open(BrowserRepair(context_->translator, {}, true));
   EXPECT_EQ(window_->windowTitle(), u"Repair Internet Explorer"_s);
   EXPECT_FALSE(Find("note_label")->isVisible());
+}
+
+TEST(RepairPlans, AProgramOfWineRegistersNothingOfThisSystem) {
+  const QTemporaryDir folder;
+  QFile program(folder.filePath(u"regsvr32"_s));
+  ASSERT_TRUE(program.open(QIODevice::WriteOnly));
+  program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", folder.path().toLocal8Bit());
+  EXPECT_FALSE(HasRegsvr32());
+  qputenv("PATH", path);
 }
 
 TEST_F(RepairDialogTest, TheCacheWindowSaysWhetherItWasEmptied) {

@@ -4,6 +4,9 @@
 #include "ui/network/repair_plans.h"
 
 #include <QStandardPaths>
+#include <QSysInfo>
+
+#include <algorithm>
 
 #include "core/database_repair.h"
 #include "net/repair_commands.h"
@@ -55,7 +58,20 @@ RepairPlan PlanHere(const Translator& translator, const Message& title, const Me
           .failed = translator.Text(message::kRepairFailed)};
 }
 
+bool IsUnreadable(const AppContext& context, const QString& file) {
+  const DatabaseState state = CheckDatabase(context.program_folder, file);
+  return !state.is_good && !state.can_be_rebuilt;
+}
+
+// What is open stays open if a file cannot be read now: its good copy would take its place, which
+// is older and can only be read.
 RepairResult Reopen(AppContext& context) {
+  const QStringList files = DatabaseFiles();
+  if (context.databases.IsOpen() && std::ranges::any_of(files, [&](const QString& file) {
+        return IsUnreadable(context, file);
+      })) {
+    return {.is_good = true};
+  }
   const auto opened = context.databases.Open(context.program_folder, context.shipped_folder);
   if (opened) {
     context.databases.KeepGoodCopies();
@@ -64,7 +80,7 @@ RepairResult Reopen(AppContext& context) {
 }
 
 RepairResult Rebuild(AppContext& context, const QString& file) {
-  if (!CheckDatabase(context.program_folder, file).is_good) {
+  if (CheckDatabase(context.program_folder, file).can_be_rebuilt) {
     context.databases.Close();
   }
   return ResultOf(RebuildDatabase(context.program_folder, context.shipped_folder, file),
@@ -73,7 +89,11 @@ RepairResult Rebuild(AppContext& context, const QString& file) {
 
 }  // namespace
 
-bool HasRegsvr32() { return !QStandardPaths::findExecutable(QStringLiteral("regsvr32")).isEmpty(); }
+// Wine has a program of this name too, but its components are not those of this system.
+bool HasRegsvr32() {
+  return QSysInfo::kernelType() == QLatin1String("winnt") &&
+         !QStandardPaths::findExecutable(QStringLiteral("regsvr32")).isEmpty();
+}
 
 RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool has_regsvr32) {
   if (has_regsvr32) {

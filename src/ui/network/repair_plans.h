@@ -22,7 +22,7 @@ RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool 
 // `context` outlives the plan. Its databases are closed while a file is replaced.
 RepairPlan DatabaseRepair(AppContext& context, bool has_regsvr32);
 
-// Whether this system has the program "regsvr32".
+// Whether this system is one whose components the program "regsvr32" registers, and has it.
 bool HasRegsvr32();
 
 }  // namespace quayline
