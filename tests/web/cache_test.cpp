@@ -72,6 +72,10 @@ TEST_F(CacheTest, WhatCannotBeEmptiedIsNoSuccess) {
   host->Navigate2(server.Address(u"/never"_s).toString(), {});
   ASSERT_TRUE(RunUntil([this] { return !server.requests.isEmpty(); }));
   EXPECT_FALSE(Clear()) << "a page is loading";
+  std::optional<bool> by_script;
+  host->ClearCache([&by_script](bool done) { by_script = done; });
+  EXPECT_TRUE(RunUntil([&by_script] { return by_script.has_value(); }));
+  EXPECT_FALSE(by_script.value_or(true));
   host.reset();
   EXPECT_TRUE(Clear()) << "the page has gone";
   // A link is removed, and not what it leads to.

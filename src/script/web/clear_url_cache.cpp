@@ -3,6 +3,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 #include "async/wait.h"
 #include "script/web/url_cache.h"
 #include "script/web/web_engine.h"
@@ -16,22 +18,21 @@ constexpr std::chrono::seconds kLoadLimit(2);
 
 }  // namespace
 
-Task<bool> ClearUrlCache() {
-  QList<QPointer<WebPageHost>> hosts;
-  for (WebPageHost* host : WebPageHost::All()) {
-    hosts.append(host);
+Task<bool> ClearCachesOf(QList<WebPageHost*> browsers) {
+  const QList<QPointer<WebPageHost>> hosts(browsers.begin(), browsers.end());
+  Until loaded([&hosts] {
+    return std::ranges::none_of(
+        hosts, [](const auto& host) { return host != nullptr && host->Navigation().busy; });
+  });
+  for (WebPageHost* host : browsers) {
+    std::move(loaded).WokenBy(host, &PageHost::navigationChanged);
+  }
+  const bool is_loaded = co_await std::move(loaded).AtMost(kLoadLimit);
+  if (!is_loaded) {
+    co_return false;
   }
   QList<std::shared_ptr<WebProfile>> profiles;
   for (const QPointer<WebPageHost>& host : hosts) {
-    if (host != nullptr && host->Navigation().busy) {
-      const bool is_loaded =
-          co_await Until([host] { return host == nullptr || !host->Navigation().busy; })
-              .WokenBy(host.data(), &PageHost::navigationChanged)
-              .AtMost(kLoadLimit);
-      if (!is_loaded) {
-        co_return false;
-      }
-    }
     if (host != nullptr && !profiles.contains(host->Profile())) {
       profiles.append(host->Profile());
     }
@@ -39,5 +40,7 @@ Task<bool> ClearUrlCache() {
   const bool cleared = co_await ClearCachesOf(std::move(profiles));
   co_return cleared;
 }
+
+Task<bool> ClearUrlCache() { return ClearCachesOf(WebPageHost::All()); }
 
 }  // namespace quayline

@@ -11,6 +11,7 @@
 
 namespace quayline {
 
+class WebPageHost;
 class WebProfile;
 
 // Removes what the engine keeps in a folder of the program. Whether nothing is left.
@@ -20,5 +21,8 @@ bool RemoveEngineFolder(QStandardPaths::StandardLocation place);
 // of them may be loading: the engine would never end its load. False if the engine does not report
 // the end, where it reports any, or a file cannot be removed.
 Task<bool> ClearCachesOf(QList<std::shared_ptr<WebProfile>> profiles);
+// Those of the profiles of these browsers, which it waits for first. False also if one of them is
+// still loading after a moment.
+Task<bool> ClearCachesOf(QList<WebPageHost*> browsers);
 
 }  // namespace quayline

@@ -332,7 +332,9 @@ void WebPageHost::ClearCache(std::function<void(bool)> done) {
 }
 
 Task<> WebPageHost::RunClearCache(std::function<void(bool)> done) {
-  const bool cleared = co_await ClearCachesOf({profile_});
+  QList<WebPageHost*> hosts = All();
+  hosts.removeIf([this](const WebPageHost* host) { return host->Profile() != profile_; });
+  const bool cleared = co_await ClearCachesOf(hosts);
   done(cleared);
 }
 
