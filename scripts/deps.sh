@@ -17,7 +17,7 @@ packages=(
   # what the program links
   qt6-base-dev qt6-webengine-dev 'qt6-svg-dev|libqt6svg6-dev' libqt6sql6-sqlite
   libcurl4-openssl-dev mdbtools-dev libglib2.0-dev libseccomp-dev
-  libminiupnpc-dev libnatpmp-dev libarchive-dev libsodium-dev
+  libminiupnpc-dev libnatpmp-dev libarchive-dev libsodium-dev libxcb1-dev
   # what it wants when it runs: certificates, and one font, without which windows show no text
   ca-certificates fontconfig fonts-dejavu-core
   # the tests; iproute2 and nftables build their networks, openssl their certificates, dbus-daemon

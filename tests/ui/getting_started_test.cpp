@@ -33,10 +33,13 @@ TEST_F(GettingStartedTest, StandsBesideTheMainWindowAtTheStartUnlessItIsUnwanted
     Start(wanted);
     ASSERT_TRUE(RunUntil([this] { return GuideIsShown(); }));
     const QRect room = main_->screen()->availableGeometry();
-    EXPECT_EQ(main_->x(), room.left());
-    EXPECT_EQ(Guide()->frameGeometry().right(), room.right());
-    EXPECT_EQ(Guide()->y(), main_->y());
+    EXPECT_EQ(main_->Surface().left(), room.left());
+    EXPECT_EQ(Guide()->Surface().right(), room.right());
+    EXPECT_EQ(Guide()->Surface().top(), main_->Surface().top());
+    QTest::keyClick(Guide(), Qt::Key_Escape);
+    EXPECT_FALSE(GuideIsShown());
   }
+  Trigger("getting_started_action");
   Child<QAbstractButton>(Guide(), "hide_check")->click();
   ExpectStored({{setting::kShowGettingStarted, "1"}});
   Start();
@@ -47,10 +50,28 @@ TEST_F(GettingStartedTest, StandsBesideTheMainWindowAtTheStartUnlessItIsUnwanted
   ExpectStored({{setting::kShowGettingStarted, "0"}});
 }
 
+TEST_F(GettingStartedTest, ComesAfterTheMainWindowAndAfterTheQuestionsOfTheStart) {
+  Make();
+  main_->Load();
+  const auto comes = [this](std::chrono::milliseconds limit) {
+    return RunUntil([this] { return GuideIsShown(); }, limit);
+  };
+  EXPECT_FALSE(comes(std::chrono::milliseconds(1500))) << "under the splash screen";
+  main_->show();
+  AwaitReady();
+  QDialog question(main_);
+  question.open();
+  EXPECT_FALSE(comes(std::chrono::milliseconds(1500)));
+  question.close();
+  EXPECT_TRUE(comes(std::chrono::seconds(30)));
+}
+
 TEST_F(GettingStartedTest, AStepHasItsTickUntilTheWindowIsClosed) {
   Start("showgettingstarted=1\r\n");
   Trigger("getting_started_action");
-  Do("router_button");
+  EXPECT_EQ(Guide()->focusWidget(), Child(Guide(), "practice_button"));
+  Child(Guide(), "router_button")->setFocus();
+  QTest::keyClick(Child(Guide(), "router_button"), Qt::Key_Return);
   EXPECT_TRUE(HasTick("router_tick"));
   EXPECT_FALSE(HasTick("ports_tick"));
   ASSERT_NE(windows_->dialog, nullptr);  // the list of routers

@@ -119,8 +119,8 @@ TEST_F(LanguageTest, TheDesktopsLanguageIsOfferedOnceInItsOwnWords) {
   } rows[] = {
       {"fr_FR", "", {}, {}, "English | English"},
       {"en_GB", "", {}, {}, "English | English"},
-      {"de_AT", "", {1}, {"Choose: Sprache: Quayline auf Deutsch?"}, "English | English"},
-      {"de_AT", "", {0}, {"Choose: Sprache: Quayline auf Deutsch?"}, "German | Deutsch"},
+      {"de_AT", "", {0}, {"Choose: Sprache: Quayline auf Deutsch?"}, "English | English"},
+      {"de_AT", "", {1}, {"Choose: Sprache: Quayline auf Deutsch?"}, "German | Deutsch"},
       {"de_AT", "language=English | English\r\n", {}, {}, "English | English"},
   };
   for (const auto& row : rows) {

@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QTimer>
@@ -167,7 +168,7 @@ TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
   EXPECT_THAT(
       prompts_.shown,
       ElementsAre(HasSubstr("for the router \"Alpha 1\" at 1.1.1.1"), HasSubstr("A job is running"),
-                  AllOf(StartsWith("Careful: "), HasSubstr("A (TCP 5-5)\nB (TCP 6-6)"))));
+                  AllOf(StartsWith("Careful: "), HasSubstr("A (TCP 5)\nB (TCP 6)"))));
   EXPECT_EQ(rules.size(), 3);
 
   const auto* model = Find<QTreeView>("entries_view")->model();
@@ -235,6 +236,8 @@ TEST_F(RunWindowTest, TheProgressIsThatOfEntriesAndTheirSteps) {
   }
   ASSERT_TRUE(ComesToSay("headline_label", "Finished"));
   EXPECT_EQ(TextOf("steps_label"), "");
+  EXPECT_EQ(Find<QProgressBar>("job_bar")->value(), 4);
+  EXPECT_TRUE(Find("job_bar")->isVisible());
 }
 
 TEST_F(RunWindowTest, TheEndIsNotifiedWhereTheWindowIsNotInFront) {
@@ -617,6 +620,37 @@ TEST_F(RunWindowTest, TheBoxOfAPageIsAnsweredTickedAndClosedWithItsWindow) {
   EXPECT_EQ(typed.typed, u"8080"_s);
   const PageBoxAnswer closed = answered([&](QDialog*) { boxes.CloseBoxes(window_); });
   EXPECT_FALSE(closed.accepted || closed.wants_no_more);
+}
+
+TEST_F(RunWindowTest, ASecondBoxOfAWindowWaitsForTheFirstOne) {
+  WindowPrompts boxes(context_->translator);
+  window_ = new QWidget;
+  window_->show();
+  const auto shown = [this] {
+    std::string texts;
+    for (const auto* box : window_->findChildren<QMessageBox*>()) {
+      texts += box->isVisible() ? box->text().toStdString() + ';' : "";
+    }
+    return texts;
+  };
+  const auto close = [this](const char* text) {
+    for (auto* box : window_->findChildren<QMessageBox*>()) {
+      if (box->text() == QLatin1String(text)) {
+        box->reject();
+      }
+    }
+  };
+  std::string answers;
+  boxes.Ask(window_, {}, u"first"_s, [&](bool yes) { answers += yes ? "yes " : "no "; });
+  boxes.Tell(window_, u"second"_s);
+  boxes.Ask(window_, {}, u"third"_s, [&](bool yes) { answers += yes ? "yes " : "no "; });
+  EXPECT_EQ(shown(), "first;");
+  close("first");
+  EXPECT_TRUE(RunUntil([&] { return shown() == "second;"; }));
+  boxes.CloseBoxes(window_);
+  EXPECT_TRUE(RunUntil([&] { return answers == "no no "; })) << answers;
+  boxes.Tell(window_, u"later"_s);
+  EXPECT_EQ(shown(), "later;");
 }
 
 TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHoldsNothing) {

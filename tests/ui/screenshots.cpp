@@ -219,7 +219,7 @@ class Photographer final {
     GettingStartedWindow guide({&step, &step, &step, &step, &step, &step, &step}, context.settings,
                                context.translator, nullptr);
     guide.setAttribute(Qt::WA_DeleteOnClose, false);
-    const QWidget main;
+    const SkinFrame main(TitleButtons::kClose, nullptr);
     guide.ShowBeside(main);
     guide.ShowSecondRouter(true);
     Click(&guide, "router_button");
@@ -238,7 +238,7 @@ class Photographer final {
     FakeWindows windows(context, prompts);
     MainFrame window(context, prompts, windows);
     window.Load();
-    window.setMinimumSize(980, 720);  // the screen of these pictures is smaller than a user's
+    window.setMinimumSize(1000, 740);  // the screen of these pictures is smaller than a user's
     window.show();
     bool is_ready = false;
     QObject::connect(&window.Main(), &MainWindow::ready, &window, [&] { is_ready = true; });

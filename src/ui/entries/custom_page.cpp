@@ -22,7 +22,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_entries, "quayline.ui.entries")
 
-constexpr int kMargin = 16;
+constexpr int kMargin = 8;
 
 }  // namespace
 

@@ -215,7 +215,10 @@ void JobWindow::ShowEnd() {
   ShowOutcome();
   ui_->waiting_label->clear();
   ui_->busy_bar->SetMoving(false);
-  SetCounted(false);
+  SetCounted(true);
+  if (!outcome.stopped) {
+    ui_->job_bar->setValue(ui_->job_bar->maximum());
+  }
   display_->DisableStop();
   ui_->again_button->setVisible(kind_ == JobKind::kUpdate &&
                                 context_.job_options.verify_after_update &&
@@ -368,6 +371,7 @@ void JobWindow::AskToTakeBack() {
   if (const QStringList names = runner_->Outcome().MaybeOld(); !names.isEmpty()) {
     question += QLatin1Char(' ') + Text(message::kMaybeOld).arg(names.join(QStringLiteral(", ")));
   }
+  question += QStringLiteral("\n\n") + Text(message::kDoContinue);
   prompts_.AskCarefully(this, Text(message::kTakeBackTitle), question, [this](bool yes) {
     if (yes) {
       TakeBack();

@@ -44,6 +44,7 @@ inline constexpr Message kTakeBackTitle{"Take Back?"};
 inline constexpr Message kTakeBackQuestion{
     "These rules, which this job added, are removed from your router:\n\n%1\n\nRules that were "
     "there before stay."};
+inline constexpr Message kDoContinue{"Do you want to continue?"};
 inline constexpr Message kMaybeOld{
     "It is not certain whether this job added these, so they stay as well: %1."};
 inline constexpr Message kTakeBackByHand{

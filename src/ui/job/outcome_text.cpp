@@ -39,8 +39,10 @@ QString OutcomeText(const JobOutcome& outcome, bool stopped_by_user, bool verifi
 QString RulesText(const QList<PortEntry>& rules) {
   QStringList lines;
   for (const PortEntry& rule : rules) {
-    lines.append(QStringLiteral("%1 (%2 %3-%4)")
-                     .arg(rule.app_name, rule.protocol, rule.start_port, rule.end_port));
+    const QString ports = rule.start_port == rule.end_port
+                              ? rule.start_port
+                              : rule.start_port + QLatin1Char('-') + rule.end_port;
+    lines.append(QStringLiteral("%1 (%2 %3)").arg(rule.app_name, rule.protocol, ports));
   }
   return lines.join(QLatin1Char('\n'));
 }

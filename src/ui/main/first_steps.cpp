@@ -3,6 +3,7 @@
 
 #include "ui/main/first_steps.h"
 
+#include <QApplication>
 #include <QScreen>
 
 #include <chrono>
@@ -25,11 +26,7 @@ FirstSteps::FirstSteps(AppContext& context, RouterListModel& routers, RouterSele
       prompts_(prompts),
       main_window_(main_window) {
   start_timer_.setSingleShot(true);
-  connect(&start_timer_, &QTimer::timeout, this, [this] {
-    QWidget* frame = main_window_->window();
-    frame->move(frame->screen()->availableGeometry().left(), frame->y());
-    Show();
-  });
+  connect(&start_timer_, &QTimer::timeout, this, &FirstSteps::ShowInTurn);
   connect(&practice_, &PracticeRouter::started, this, &FirstSteps::UsePracticeRouter);
   connect(&practice_, &PracticeRouter::failed, this, [this] {
     EndPractice();
@@ -43,14 +40,30 @@ void FirstSteps::ShowAtStart() {
   }
 }
 
+// A question of the start, such as which language to use, is answered first.
+void FirstSteps::ShowInTurn() {
+  if (QApplication::activeModalWidget() != nullptr) {
+    start_timer_.start(1000ms);
+    return;
+  }
+  const QScreen& screen = *main_window_->screen();
+  Frame().MoveSurface({screen.availableGeometry().left(), Frame().Surface().top()});
+  Show();
+}
+
+SkinFrame& FirstSteps::Frame() const {
+  auto* frame = qobject_cast<SkinFrame*>(main_window_->window());
+  Q_ASSERT(frame != nullptr);
+  return *frame;
+}
+
 void FirstSteps::Show() {
   if (window_ != nullptr) {
     window_->raise();
     window_->activateWindow();
     return;
   }
-  window_ = new GettingStartedWindow(actions_, context_.settings, context_.translator,
-                                     main_window_->window());
+  window_ = new GettingStartedWindow(actions_, context_.settings, context_.translator, &Frame());
   connect(window_, &GettingStartedWindow::practiceWanted, this, &FirstSteps::BeginPractice);
   connect(window_, &GettingStartedWindow::ownRouterWanted, this, &FirstSteps::EndPractice);
   connect(window_, &GettingStartedWindow::helpWanted, this, &FirstSteps::helpWanted);
@@ -63,7 +76,7 @@ void FirstSteps::Show() {
   QTimer::singleShot(250ms, window_, [this, window = window_.data()] {
     window->ShowSecondRouter(windows_.HasSecondRouter());
   });
-  window_->ShowBeside(*main_window_->window());
+  window_->ShowBeside(Frame());
 }
 
 void FirstSteps::Finish() {

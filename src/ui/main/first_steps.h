@@ -30,7 +30,8 @@ class FirstSteps final : public QObject {
 
   void SetActions(const GuideActions& actions) { actions_ = actions; }
   // Shows the guide after a second, beside the main window at the left edge of the screen, unless
-  // the user does not want it.
+  // the user does not want it. Boxes that are open by then come first. Called once the main window
+  // can be seen.
   void ShowAtStart();
   void Show();
   // Ends the timer and the practice router.
@@ -42,6 +43,8 @@ class FirstSteps final : public QObject {
   void helpWanted(const QString& page);
 
  private:
+  void ShowInTurn();
+  SkinFrame& Frame() const;
   void BeginPractice();
   void UsePracticeRouter();
   void EndPractice();

@@ -5,7 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QScreen>
 
 #include "ui/main/main_messages.h"
@@ -37,12 +37,17 @@ QList<StepRow> RowsOf(const Ui::GettingStartedWindow& ui, const GuideActions& ac
 
 GettingStartedWindow::GettingStartedWindow(const GuideActions& actions, Settings& settings,
                                            const Translator& translator, QWidget* parent)
-    : QWidget(parent, Qt::Window),
+    : SkinFrame(TitleButtons::kClose, parent),
       settings_(settings),
       translator_(translator),
       ui_(std::make_unique<Ui::GettingStartedWindow>()) {
-  ui_->setupUi(this);
+  setObjectName(QStringLiteral("GettingStartedWindow"));
   setAttribute(Qt::WA_DeleteOnClose);
+  auto* content = new QWidget(this);
+  ui_->setupUi(content);
+  SetContent(content);
+  setWindowTitle(content->windowTitle());
+  setProperty("helpPage", QStringLiteral("first-update"));
   ConnectSteps(actions);
   ConnectLinks();
   NameButtons();
@@ -53,6 +58,7 @@ GettingStartedWindow::GettingStartedWindow(const GuideActions& actions, Settings
     settings_.SetValue(setting::kShowGettingStarted, QString::number(checked ? 1 : 0));
   });
   connect(ui_->close_button, &QPushButton::clicked, this, &QWidget::close);
+  ui_->practice_button->setFocus();
 }
 
 GettingStartedWindow::~GettingStartedWindow() = default;
@@ -102,13 +108,19 @@ void GettingStartedWindow::NameButtons() {
   }
 }
 
-void GettingStartedWindow::ShowBeside(const QWidget& main) {
+void GettingStartedWindow::ShowBeside(const SkinFrame& main) {
+  PlaceBeside(main);
   show();
+  PlaceBeside(main);  // its texts have their lines, and with them their height, now
+}
+
+void GettingStartedWindow::PlaceBeside(const SkinFrame& main) {
+  constexpr int kUsualWidth = 420;
   const QRect room = main.screen()->availableGeometry();
-  const QSize wanted = minimumSizeHint().expandedTo(QSize(420, 0));
-  resize(wanted.boundedTo(room.size()));
-  const int right = room.right() + 1 - frameGeometry().width();
-  move(std::max(room.left(), right), std::max(room.top(), main.y()));
+  const QSize least = minimumSizeHint().shrunkBy(contentsMargins());
+  ResizeSurface(least.expandedTo(QSize(kUsualWidth, 0)).boundedTo(room.size()));
+  MoveSurface({std::max(room.left(), room.right() + 1 - Surface().width()),
+               std::max(room.top(), main.Surface().top())});
 }
 
 void GettingStartedWindow::ShowSecondRouter(bool found) {
@@ -127,8 +139,21 @@ void GettingStartedWindow::ShowPractice(const QString& address) {
                                     : translator_.Text(message::kPracticeOffer));
 }
 
+// As in a dialog.
+void GettingStartedWindow::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QAbstractButton*>(focusWidget());
+  if (event->key() == Qt::Key_Escape) {
+    close();
+  } else if (button != nullptr &&
+             (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+    button->click();
+  } else {
+    SkinFrame::keyPressEvent(event);
+  }
+}
+
 void GettingStartedWindow::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
+  SkinFrame::changeEvent(event);
   if (event->type() == QEvent::LanguageChange) {
     NameButtons();
     ShowPractice(practice_address_);

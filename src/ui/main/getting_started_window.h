@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QWidget>
-
 #include <memory>
 
 #include "core/settings.h"
 #include "i18n/translator.h"
+#include "ui/toolkit/skin_frame.h"
 
 class QAction;
 
@@ -31,7 +30,7 @@ struct GuideActions {
 
 // The way to a successful update, step by step. A step that was begun has a tick until the window
 // is closed. It stands at the right edge of the screen, beside the main window, which stays usable.
-class GettingStartedWindow final : public QWidget {
+class GettingStartedWindow final : public SkinFrame {
   Q_OBJECT
 
  public:
@@ -40,7 +39,7 @@ class GettingStartedWindow final : public QWidget {
   ~GettingStartedWindow() override;
 
   // At the right edge of the screen of `main`, at its height.
-  void ShowBeside(const QWidget& main);
+  void ShowBeside(const SkinFrame& main);
   void ShowSecondRouter(bool found);
   // Hidden while there is no web site.
   void ShowForums(bool exists);
@@ -56,8 +55,10 @@ class GettingStartedWindow final : public QWidget {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void PlaceBeside(const SkinFrame& main);
   void ConnectSteps(const GuideActions& actions);
   void ConnectLinks();
   void NameButtons();

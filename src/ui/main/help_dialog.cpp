@@ -16,6 +16,8 @@ namespace quayline {
 
 namespace {
 
+constexpr qreal kMargin = 12;  // around the text
+
 // Of the program's language, or English.
 QString HelpFolder(const Translator& translator) {
   const QString code = LocaleOfLanguage(translator.Language()).name().section(u'_', 0, 0);
@@ -33,6 +35,7 @@ HelpDialog::HelpDialog(const Translator& translator, const QString& page, QWidge
   Ui::HelpDialog form;
   form.setupUi(this);
   QTextBrowser* view = form.help_view;
+  view->document()->setDocumentMargin(kMargin);
   view->setSource(
       QUrl(QStringLiteral("qrc") + HelpFolder(translator) + page + QStringLiteral(".md")),
       QTextDocument::MarkdownResource);

@@ -9,7 +9,6 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QTimer>
-#include <QVBoxLayout>
 
 #include <chrono>
 
@@ -18,20 +17,28 @@
 
 namespace quayline {
 
+namespace {
+
+constexpr QSize kUsualSize(960, 720);
+
+}  // namespace
+
 MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory& windows)
-    : context_(context),
+    : SkinFrame(TitleButtons::kMinimiseAndClose, nullptr),
+      context_(context),
       prompts_(prompts),
       area_(new QScrollArea(this)),
       main_(new MainWindow(context, prompts, windows, this)) {
   setObjectName(QStringLiteral("MainFrame"));
-  setWindowTitle(QStringLiteral("Quayline"));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
   // On a small screen, or at a large scale, "Update Router" would be beyond the window's edge.
   area_->setFrameShape(QFrame::NoFrame);
   area_->setWidgetResizable(true);
   area_->setWidget(main_);
-  layout->addWidget(area_);
+  // The frame's rounded surface is seen through both.
+  main_->setAutoFillBackground(false);
+  area_->viewport()->setAutoFillBackground(false);
+  SetContent(area_);
+  setWindowTitle(QStringLiteral("Quayline"));
   setMinimumSize(480, 360);
   connect(main_, &MainWindow::exitRequested, this, &QWidget::close);
 }
@@ -39,10 +46,10 @@ MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory& windo
 void MainFrame::Load() {
   const auto loaded = main_->Load();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(StoredSize()
-             .value_or(main_->sizeHint().expandedTo(QSize(960, 720)))
-             .boundedTo(screen.size()));
-  move(screen.center() - rect().center());
+  ResizeSurface(StoredSize()
+                    .value_or(kUsualSize.expandedTo(SurfaceAround(main_->sizeHint())))
+                    .boundedTo(screen.size()));
+  MoveSurface(screen.center() - QRect(QPoint(0, 0), Surface().size()).center());
   if (!loaded) {
     failed_ = true;
     Q_EMIT startFailed();
@@ -57,33 +64,33 @@ std::optional<QSize> MainFrame::StoredSize() const {
 }
 
 void MainFrame::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  main_->UseWidth(width() - area_->verticalScrollBar()->sizeHint().width());
+  SkinFrame::resizeEvent(event);
+  const int frame = SurfaceAround({0, 0}).width() + area_->verticalScrollBar()->sizeHint().width();
+  main_->UseWidth(Surface().width() - frame);
 }
 
 void MainFrame::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
+  SkinFrame::showEvent(event);
   constexpr auto kFrameWait = std::chrono::milliseconds(200);
   QTimer::singleShot(kFrameWait, this, &MainFrame::FitScreen);
 }
 
-// The system's frame, which has to be on the screen as well, is known some time after the window is
-// shown.
+// A window system may show the window elsewhere, or on a smaller screen.
 void MainFrame::FitScreen() {
   const QRect room = screen()->availableGeometry();
-  const QSize frame = frameGeometry().size() - size();
-  resize(size().boundedTo(room.size() - frame));
-  const QRect place = frameGeometry();
+  ResizeSurface(Surface().size().boundedTo(room.size()));
+  const QRect place = Surface();
   const QPoint most(room.right() - place.width() + 1, room.bottom() - place.height() + 1);
-  move(std::max(room.left(), std::min(place.left(), most.x())),
-       std::max(room.top(), std::min(place.top(), most.y())));
+  MoveSurface({std::max(room.left(), std::min(place.left(), most.x())),
+               std::max(room.top(), std::min(place.top(), most.y()))});
 }
 
 void MainFrame::closeEvent(QCloseEvent* event) {
   SettleFocus(this);
   if (!failed_ && !isMaximized()) {
-    context_.settings.SetValue(setting::kWindowSize,
-                               QStringLiteral("%1,%2").arg(width()).arg(height()));
+    context_.settings.SetValue(
+        setting::kWindowSize,
+        QStringLiteral("%1,%2").arg(Surface().width()).arg(Surface().height()));
   }
   hide();
   Q_EMIT leaving();

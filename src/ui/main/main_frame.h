@@ -3,18 +3,18 @@
 #pragma once
 
 #include <QScrollArea>
-#include <QWidget>
 
 #include <optional>
 
 #include "async/flow.h"
 #include "ui/main/main_window.h"
+#include "ui/toolkit/skin_frame.h"
 
 namespace quayline {
 
 // The main window as the desktop sees it: frame, title, place on the screen. It holds MainWindow,
 // and closing it ends the program.
-class MainFrame final : public QWidget {
+class MainFrame final : public SkinFrame {
   Q_OBJECT
 
  public:

@@ -7,6 +7,7 @@
 
 #include "ui/main/about_dialog.h"
 #include "ui/main/help_dialog.h"
+#include "ui/main/help_key.h"
 #include "ui/main/main_messages.h"
 #include "ui_main_window.h"
 
@@ -45,6 +46,7 @@ void MainMenus::ConnectOptions() {
 }
 
 void MainMenus::ConnectHelp() {
+  new HelpKey(context_.translator, this);
   connect(ui_.help_action, &QAction::triggered, this,
           [this] { ShowHelp(QStringLiteral("index")); });
   connect(ui_.about_action, &QAction::triggered, this,

@@ -73,7 +73,6 @@ std::expected<void, QString> MainWindow::Load() {
   menus_->ShowOptions();
   start_timer_.start(250ms);
   local_ip_timer_.start(500ms);
-  first_steps_->ShowAtStart();
   return {};
 }
 
@@ -115,9 +114,9 @@ void MainWindow::OfferDesktopLanguage() {
   const QString own_name = choices.at(offered).section(QStringLiteral(" | "), 1);
   prompts_.AskChoice(this, texts.Text(message::kLanguageTitle),
                      texts.Text(message::kLanguageQuestion).arg(own_name),
-                     {own_name, QStringLiteral("English")},
+                     {QStringLiteral("English"), own_name},
                      [this, choice = choices.at(offered)](qsizetype answer) {
-                       const QString used = answer == 0 ? choice : QString::fromLatin1(kEnglish);
+                       const QString used = answer == 1 ? choice : QString::fromLatin1(kEnglish);
                        ui_->language_box->setCurrentText(used);
                        UseLanguage(used);
                      });
@@ -340,6 +339,7 @@ void MainWindow::ConnectStartUp() {
       detector_->DetectSilently();
     }
     OfferDesktopLanguage();
+    first_steps_->ShowAtStart();
     Q_EMIT ready();
   });
 }

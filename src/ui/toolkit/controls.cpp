@@ -18,6 +18,7 @@ namespace quayline {
 namespace {
 
 constexpr int kGrid = 8;
+constexpr int kButtonHeight = 28;  // that of the other buttons
 constexpr int kCornerRadius = 6;
 constexpr int kBarHeight = 6;
 constexpr int kBarSteps = 100;
@@ -87,7 +88,7 @@ PrimaryButton::PrimaryButton(QWidget* parent) : QPushButton(parent) { setFont(Bo
 QSize PrimaryButton::sizeHint() const {
   const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
   const int icon = this->icon().isNull() ? 0 : iconSize().width() + kGrid;
-  return QSize(text.width() + icon + 6 * kGrid, std::max(5 * kGrid, text.height() + 2 * kGrid));
+  return QSize(text.width() + icon + 6 * kGrid, std::max(kButtonHeight, text.height() + kGrid));
 }
 
 void PrimaryButton::paintEvent(QPaintEvent*) {

@@ -33,6 +33,35 @@ QMessageBox* MakeBox(QWidget* window, QMessageBox::Icon icon, const QString& tit
   return box;
 }
 
+// A property of boxes that are open, or wait for that.
+constexpr char kIsAsked[] = "is_asked";
+
+// The boxes of a window come one after the other: each would cover the one before.
+void OpenInTurn(QMessageBox* box, const QWidget* window) {
+  const QMessageBox* last = nullptr;
+  for (const auto* other :
+       window->findChildren<QMessageBox*>(QString(), Qt::FindDirectChildrenOnly)) {
+    last = other->property(kIsAsked).toBool() ? other : last;
+  }
+  box->setProperty(kIsAsked, true);
+  QObject::connect(box, &QDialog::finished, box, [box] {
+    box->setProperty(kIsAsked, false);
+    box->deleteLater();  // one that was never open is not deleted by being closed
+  });
+  if (last == nullptr) {
+    box->open();
+    return;
+  }
+  const auto open = [box] {
+    if (!box->parentWidget()->isVisible()) {
+      box->reject();
+    } else if (box->property(kIsAsked).toBool()) {
+      box->open();
+    }
+  };
+  QObject::connect(last, &QDialog::finished, box, open, Qt::QueuedConnection);
+}
+
 void OpenQuestion(QWidget* window, const QString& title, const QString& text,
                   QMessageBox::StandardButton default_button,
                   std::function<void(bool yes)> answered) {
@@ -44,7 +73,7 @@ void OpenQuestion(QWidget* window, const QString& title, const QString& text,
       box, &QMessageBox::finished, window,
       [answer = std::move(answered)](int button) { answer(button == QMessageBox::Yes); },
       Qt::QueuedConnection);
-  box->open();
+  OpenInTurn(box, window);
 }
 
 QString ProgramTitle() { return QStringLiteral("Quayline"); }
@@ -68,11 +97,11 @@ void WindowPrompts::Tell(QWidget* window, const QString& text, std::function<voi
   QMessageBox* box =
       MakeBox(window, QMessageBox::Information, ProgramTitle(), text, QMessageBox::Ok);
   QObject::connect(box, &QMessageBox::finished, window, std::move(closed), Qt::QueuedConnection);
-  box->open();
+  OpenInTurn(box, window);
 }
 
 void WindowPrompts::TellTitled(QWidget* window, const QString& title, const QString& text) {
-  MakeBox(window, QMessageBox::Information, title, text, QMessageBox::Ok)->open();
+  OpenInTurn(MakeBox(window, QMessageBox::Information, title, text, QMessageBox::Ok), window);
 }
 
 void WindowPrompts::Notify(QWidget* window, const QString& text) {
@@ -110,7 +139,7 @@ void WindowPrompts::AskChoice(QWidget* window, const QString& title, const QStri
             window, [answer, chosen = chosen < 0 ? buttons.size() - 1 : chosen] { answer(chosen); },
             Qt::QueuedConnection);
       });
-  box->open();
+  OpenInTurn(box, window);
 }
 
 void WindowPrompts::AskLogin(QWidget* window, const QString& address,

@@ -31,6 +31,8 @@ constexpr QRgb kLinkOnDark = 0xff5cc3d4;
 constexpr QSize kWindowFrame(16, 48);
 constexpr int kControlHeight = 28;
 constexpr int kRowHeight = 24;
+constexpr int kRowPadding = 6;  // of rows with several lines
+constexpr int kCellMargin = 5;
 
 bool HasProblem(const QWidget* field) {
   return field != nullptr && field->property(kHasProblem).toBool();
@@ -111,12 +113,23 @@ class RoomyStyle final : public QProxyStyle {
         result = result.expandedTo(QSize(kControlHeight, kControlHeight));
         break;
       case CT_ItemViewItem:
-        result.setHeight(std::max(result.height(), kRowHeight));
+        result.setHeight(std::max(result.height() + kRowPadding, kRowHeight));
         break;
       default:
         break;
     }
     return result;
+  }
+
+  int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                  const QWidget* widget) const override {
+    switch (metric) {
+      case PM_FocusFrameHMargin:  // beside the text of a cell
+      case PM_HeaderMargin:
+        return kCellMargin;
+      default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
   }
 
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
