@@ -128,5 +128,20 @@ TEST_F(GettingStartedTest, ThePracticeRouterReplacesTheOwnOneWithoutBeingStored)
   ExpectStored({{setting::kRouterIp, "10.0.0.1"}, {setting::kRouterUsername, "you"}});
 }
 
+TEST_F(GettingStartedTest, OtherDatabasesEndThePractice) {
+  Start("showgettingstarted=1\r\nrouter=Alpha 1\r\nrouterip=10.0.0.1\r\n");
+  Trigger("getting_started_action");
+  Do("practice_button");
+  ASSERT_TRUE(RunUntil([this] { return TextOf("router_ip_edit") == "127.0.0.1"; }));
+  prompts_.answers = {true};
+  Trigger("update_databases_action");
+  ASSERT_TRUE(windows_->databases_updated);
+  windows_->databases_updated();
+  EXPECT_TRUE(RunUntil([this] { return TextOf("router_ip_edit") == "10.0.0.1"; }));
+  EXPECT_FALSE(Child(Guide(), "own_router_button")->isVisible());
+  Type("username_edit", "you");
+  ExpectStored({{setting::kRouterIp, "10.0.0.1"}, {setting::kRouterUsername, "you"}});
+}
+
 }  // namespace
 }  // namespace quayline::testing

@@ -153,7 +153,12 @@ TEST_F(MainWindowTest, OtherDatabasesAreShownAndTheChosenRouterStays) {
   EXPECT_THAT(prompts_.shown.back(), EndsWith("This will overwrite your current databases.\n"
                                               "Do you want to continue?"));
   EXPECT_FALSE(windows_->databases_updated) << "the answer was no";
-  prompts_.answers = {true};
+  prompts_.answers = {true, true};
+  context_->job_flags.is_running = true;
+  Trigger("update_databases_action");
+  EXPECT_THAT(prompts_.shown.back(), StartsWith("Tell: A job is running"));
+  EXPECT_FALSE(windows_->databases_updated);
+  context_->job_flags.is_running = false;
   Trigger("update_databases_action");
   ASSERT_TRUE(windows_->databases_updated);
   context_->databases.Close();

@@ -34,6 +34,8 @@ class FirstSteps final : public QObject {
   // can be seen.
   void ShowAtStart();
   void Show();
+  // The session is the user's own again. Does nothing where it is.
+  void EndPractice();
   // Ends the timer and the practice router.
   void Finish();
 
@@ -47,7 +49,6 @@ class FirstSteps final : public QObject {
   SkinFrame& Frame() const;
   void BeginPractice();
   void UsePracticeRouter();
-  void EndPractice();
 
   AppContext& context_;
   RouterListModel& routers_;

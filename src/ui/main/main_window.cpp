@@ -302,6 +302,10 @@ void MainWindow::ConnectUpdates() {
 }
 
 void MainWindow::UpdateDatabases() {
+  if (context_.job_flags.is_running) {  // it reads them
+    prompts_.Tell(this, Text(kJobRuns));
+    return;
+  }
   if (!FindUpdateSite(context_).Exists()) {
     prompts_.Tell(this, Text(message::kNoDatabaseSite));
     return;
@@ -362,7 +366,10 @@ void MainWindow::ConnectGuide() {
 void MainWindow::SetTimers() {
   start_timer_.setSingleShot(true);
   reload_timer_.setSingleShot(true);
-  connect(&reload_timer_, &QTimer::timeout, &start_up_, &StartUp::Reload);
+  connect(&reload_timer_, &QTimer::timeout, this, [this] {
+    first_steps_->EndPractice();  // the session becomes the one that is stored
+    start_up_.Reload();
+  });
   connect(&start_timer_, &QTimer::timeout, &start_up_, &StartUp::Begin);
   connect(&local_ip_timer_, &QTimer::timeout, this, &MainWindow::ShowLocalIp);
 }
