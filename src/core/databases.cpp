@@ -108,6 +108,10 @@ bool Databases::AddRouter(int id, const RouterRecord& record) {
   return store_ && store_->routers->Insert(ColumnNames<RouterRecord>(), TextsOf(record), id);
 }
 
+bool Databases::ChangeRouters(const std::function<bool()>& change) {
+  return store_ && store_->routers->Transact(change);
+}
+
 bool Databases::UpdateRouterScripts(int id, const QString& routercommands,
                                     const QString& routerportpage) {
   return store_ && store_->routers->Update(id, kScripts, {routercommands, routerportpage});

@@ -57,6 +57,9 @@ class Databases final {
   std::optional<RouterRecord> FindRouter(int id) const;
   // False when the ID is taken or the file cannot be written. record.id is ignored.
   bool AddRouter(int id, const RouterRecord& record);
+  // All that `change` does to the routers, or nothing of it if that returns false. No other program
+  // writes to them meanwhile. False when nothing was changed.
+  bool ChangeRouters(const std::function<bool()>& change);
   // False when the row is gone or the file cannot be written; the old scripts are unchanged then.
   bool UpdateRouterScripts(int id, const QString& routercommands, const QString& routerportpage);
 

@@ -56,6 +56,13 @@ bool ForeignScripts::Note(int router_id, const ScriptAuthor& author) {
                            {.section = section, .key = kAllowed, .value = QString()}});
 }
 
+bool ForeignScripts::Forget(int router_id) {
+  const QString section = SectionOf(router_id);
+  return !OriginOf(router_id) ||
+         store_.SetValues({{.section = section, .key = kOrigin, .value = QString()},
+                           {.section = section, .key = kAllowed, .value = QString()}});
+}
+
 bool ForeignScripts::IsAllowed(const RouterRecord& router) const {
   return store_.Value(SectionOf(router.id), kAllowed) == DigestOf(router);
 }

@@ -30,6 +30,7 @@ class ForeignScripts final {
   std::optional<ScriptOrigin> OriginOf(int router_id) const;
   // False if it could not be stored.
   bool Note(int router_id, const ScriptAuthor& author);
+  bool Forget(int router_id);
 
   // Whether the user has allowed exactly these scripts.
   bool IsAllowed(const RouterRecord& router) const;

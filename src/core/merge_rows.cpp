@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include "core/own_routers.h"
+
 namespace quayline {
 
 namespace {
@@ -73,7 +75,7 @@ class Merge final {
       shipped_names.insert(name);
       const auto users_row = users.find(name);
       if (users_row != users.end()) {
-        Take(WithId(IsUnchanged(*users_row) ? row : WithNewColumns(*users_row, row), row.at(id_)));
+        Take(IsUnchanged(*users_row) ? row : UsersRow(*users_row, row));
       } else if (!base_.contains(name)) {
         Take(row);
       }
@@ -98,12 +100,14 @@ class Merge final {
     return row;
   }
 
-  // The user cannot have changed what his file did not have.
-  QStringList WithNewColumns(QStringList users_row, const QStringList& shipped_row) const {
+  // The user cannot have changed what his file did not have. A router that he added or imported
+  // keeps its ID: who wrote its scripts is known by it.
+  QStringList UsersRow(QStringList users_row, const QStringList& shipped_row) const {
     for (const qsizetype column : new_columns_) {
       users_row[column] = shipped_row.at(column);
     }
-    return users_row;
+    const bool is_own = users_row.at(id_).toLongLong() >= kFirstOwnRouterId;
+    return is_own ? users_row : WithId(users_row, shipped_row.at(id_));
   }
 
   bool IsUnchanged(const QStringList& users_row) const {

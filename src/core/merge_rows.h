@@ -20,9 +20,10 @@ struct TableVersions {
 // that he removed stays away. A row that is new appears.
 //
 // Rows are the same when their texts in the column `name_column` are; the first of several counts.
-// The IDs do not matter: rows that are shipped get the IDs that they are shipped with, and others
-// keep theirs, or get new ones where these are taken. The result has the columns of the user's
-// table, followed by those that only the shipped one has; the user's rows get its texts there.
+// The IDs do not matter: rows that are shipped get the IDs that they are shipped with, but for
+// those of routers that the user added, and others keep theirs, or get new ones where these are
+// taken. The result has the columns of the user's table, followed by those that only the shipped
+// one has; the user's rows get its texts there.
 TableData MergeRows(const TableVersions& versions, const QString& name_column);
 
 }  // namespace quayline

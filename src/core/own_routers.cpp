@@ -37,25 +37,62 @@ std::unexpected<OwnRouterFault> Fault(OwnRouterError error, const QString& detai
   return std::unexpected(OwnRouterFault{.error = error, .detail = detail});
 }
 
-int NextId(const QList<RouterName>& names) {
-  const int highest = names.isEmpty() ? 0 : names.last().id;
-  return std::max(kFirstOwnRouterId - 1, highest) + 1;
+// Nothing where the IDs are used up.
+std::optional<int> NextId(const QList<RouterName>& names, qsizetype count) {
+  const int highest =
+      std::max(kFirstOwnRouterId - 1, names.isEmpty() ? kFirstOwnRouterId - 1 : names.last().id);
+  return count > std::numeric_limits<int>::max() - highest ? std::nullopt
+                                                           : std::optional(highest + 1);
+}
+
+// Adds the routers one after the other. Each ID is noted as that of `author`, or as the user's own,
+// before its row is there: an interrupted import may have noted it for another router.
+std::expected<QList<int>, OwnRouterFault> AddEach(Databases& databases, ForeignScripts& foreign,
+                                                  const QList<RouterRecord>& records,
+                                                  const std::optional<ScriptAuthor>& author) {
+  QList<RouterName> names = AllNames(databases);
+  std::optional<int> id = NextId(names, records.size());
+  QList<int> ids;
+  for (RouterRecord record : records) {
+    record.routername = record.routername.trimmed();
+    if (record.routername.isEmpty()) {
+      return Fault(OwnRouterError::kNoName);
+    }
+    if (IsTaken(names, record.routername)) {
+      return Fault(OwnRouterError::kNameTaken, record.routername);
+    }
+    if (!id || !(author ? foreign.Note(*id, *author) : foreign.Forget(*id)) ||
+        !databases.AddRouter(*id, record)) {
+      return Fault(OwnRouterError::kCannotWrite, record.routername);
+    }
+    names.append({.id = *id, .name = record.routername});
+    ids.append((*id)++);
+  }
+  return ids;
+}
+
+std::expected<QList<int>, OwnRouterFault> AddAll(Databases& databases, ForeignScripts& foreign,
+                                                 const QList<RouterRecord>& records,
+                                                 const std::optional<ScriptAuthor>& author) {
+  std::expected<QList<int>, OwnRouterFault> ids =
+      Fault(OwnRouterError::kCannotWrite, records.first().routername);
+  const auto add = [&] {
+    ids = AddEach(databases, foreign, records, author);
+    return ids.has_value();
+  };
+  if (!databases.ChangeRouters(add) && ids) {
+    return Fault(OwnRouterError::kCannotWrite, records.first().routername);
+  }
+  return ids;
 }
 
 }  // namespace
 
-std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, RouterRecord record) {
-  record.routername = record.routername.trimmed();
-  if (record.routername.isEmpty()) {
-    return Fault(OwnRouterError::kNoName);
-  }
-  const QList<RouterName> names = AllNames(databases);
-  if (IsTaken(names, record.routername)) {
-    return Fault(OwnRouterError::kNameTaken, record.routername);
-  }
-  const int id = NextId(names);
-  return databases.AddRouter(id, record) ? std::expected<int, OwnRouterFault>(id)
-                                         : Fault(OwnRouterError::kCannotWrite, record.routername);
+std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, ForeignScripts& foreign,
+                                                const RouterRecord& record,
+                                                const std::optional<ScriptAuthor>& author) {
+  const auto ids = AddAll(databases, foreign, {record}, author);
+  return ids ? std::expected<int, OwnRouterFault>(ids->first()) : std::unexpected(ids.error());
 }
 
 std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases,
@@ -73,33 +110,15 @@ std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases,
   if (HoldErrors(problems)) {
     return Fault(OwnRouterError::kCannotRead, FormatProblems(problems).trimmed());
   }
-  const QList<RouterName> names = AllNames(databases);
+  QList<RouterRecord> records;
   for (const RouterSource& router : routers) {
-    const QString name = router.record.routername.trimmed();
-    if (name.isEmpty()) {
-      return Fault(OwnRouterError::kNoName);
-    }
-    if (IsTaken(names, name)) {
-      return Fault(OwnRouterError::kNameTaken, name);
-    }
+    records.append(router.record);
   }
-  if (routers.isEmpty()) {
+  if (records.isEmpty()) {
     return Fault(OwnRouterError::kNoName);
   }
-  QList<int> ids;
-  for (const RouterSource& router : routers) {
-    // First, so that no script of somebody else is ever taken for one of the user's own.
-    const bool is_own = !author->key.isEmpty() && author->key == own_key;
-    if (!is_own && !foreign.Note(NextId(AllNames(databases)), *author)) {
-      return Fault(OwnRouterError::kCannotWrite, router.record.routername);
-    }
-    const auto id = AddOwnRouter(databases, router.record);
-    if (!id) {
-      return std::unexpected(id.error());
-    }
-    ids.append(*id);
-  }
-  return ids;
+  const bool is_own = !author->key.isEmpty() && author->key == own_key;
+  return AddAll(databases, foreign, records, is_own ? std::nullopt : std::optional(*author));
 }
 
 bool ExportRouter(const RouterRecord& record, const QString& file,

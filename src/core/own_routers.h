@@ -31,8 +31,11 @@ struct OwnRouterFault {
   QString detail;  // the name, or what is wrong with a file
 };
 
-// Adds the router under a new ID, which is returned.
-std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, RouterRecord record);
+// Adds the router under a new ID, which is returned. `author` is who wrote its scripts, if that was
+// somebody else; `foreign` keeps that.
+std::expected<int, OwnRouterFault> AddOwnRouter(Databases& databases, ForeignScripts& foreign,
+                                                const RouterRecord& record,
+                                                const std::optional<ScriptAuthor>& author = {});
 
 // Adds the routers of a file that ExportRouter() or a contributor has written, all or none. They
 // are noted in `foreign` unless they are signed with `own_key`.

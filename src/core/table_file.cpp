@@ -313,7 +313,7 @@ bool TableFile::Update(int id, const QStringList& fields, const QStringList& tex
 }
 
 // One statement, so that two copies of the program cannot take the same ID.
-bool TableFile::Insert(const QStringList& fields, const QStringList& texts, int least_id) {
+bool TableFile::Insert(const QStringList& fields, const QStringList& texts, std::optional<int> id) {
   QStringList columns = {QStringLiteral("[ID]")};
   QStringList values = {QStringLiteral("next")};
   QStringList kept;
@@ -324,12 +324,15 @@ bool TableFile::Insert(const QStringList& fields, const QStringList& texts, int 
       kept.append(texts.at(i));
     }
   }
+  const QString next =
+      id ? QStringLiteral("SELECT %1 AS next WHERE NOT EXISTS (SELECT 1 FROM [%2] WHERE %3 = %1)")
+               .arg(QString::number(*id), shape_.table, key_)
+         : QStringLiteral("SELECT coalesce(max(%1), 0) + 1 AS next FROM [%2] WHERE %3")
+               .arg(key_, shape_.table, is_seen_);
   QSqlQuery query(connection_.Handle());
-  query.prepare(QStringLiteral("INSERT INTO [%1] (%2) SELECT %3 FROM (SELECT "
-                               "max(coalesce(max(%4), 0) + 1, %6) AS next FROM [%1] WHERE %5) "
-                               "WHERE next <= 2147483647")
-                    .arg(shape_.table, columns.join(QLatin1Char(',')),
-                         values.join(QLatin1Char(',')), key_, is_seen_, QString::number(least_id)));
+  query.prepare(
+      QStringLiteral("INSERT INTO [%1] (%2) SELECT %3 FROM (%4) WHERE next <= 2147483647")
+          .arg(shape_.table, columns.join(QLatin1Char(',')), values.join(QLatin1Char(',')), next));
   for (const QString& text : std::as_const(kept)) {
     query.addBindValue(Stored(text));
   }
@@ -343,12 +346,16 @@ TableData TableFile::ReadAll() const {
 }
 
 bool TableFile::Rewrite(const std::function<TableData(const TableData&)>& change) {
+  return Transact([&] { return ReplaceRows(change(ReadAll())); });
+}
+
+bool TableFile::Transact(const std::function<bool()>& change) {
   QSqlQuery query(connection_.Handle());
   // Takes the right to write before anything is read.
   if (!query.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
     return false;
   }
-  if (ReplaceRows(change(ReadAll())) && query.exec(QStringLiteral("COMMIT"))) {
+  if (change() && query.exec(QStringLiteral("COMMIT"))) {
     return true;
   }
   query.exec(QStringLiteral("ROLLBACK"));

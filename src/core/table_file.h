@@ -64,9 +64,12 @@ class TableFile final {
   void ReadOne(const QStringList& fields, int id, const ReadRow& read_row) const;
   // False when there is no such row or the file cannot be written.
   bool Update(int id, const QStringList& fields, const QStringList& texts);
-  // Under the ID above the highest, which is `least_id` at least. Texts of fields that the file
-  // lacks are lost.
-  bool Insert(const QStringList& fields, const QStringList& texts, int least_id = 1);
+  // Under `id`, or else the ID above the highest. False when the ID is taken. Texts of fields that
+  // the file lacks are lost.
+  bool Insert(const QStringList& fields, const QStringList& texts, std::optional<int> id = {});
+  // All that `change` does to the file, or nothing of it if that returns false. No other program
+  // writes meanwhile. False when nothing was changed.
+  bool Transact(const std::function<bool()>& change);
 
   // All rows that are seen, with all columns of the file.
   TableData ReadAll() const;

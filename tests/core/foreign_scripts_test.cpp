@@ -110,6 +110,33 @@ TEST_F(ForeignScriptsTest, ScriptsOfOthersAreNotAllowedBeforeTheUserAllowsThem) 
   EXPECT_FALSE(later.IsAllowed(router)) << "it is another script now";
 }
 
+TEST_F(ForeignScriptsTest, AFileIsImportedAsAWholeOrNotAtAll) {
+  const QByteArray one = Export(u"One"_s, std::nullopt);
+  const auto named = [&one](const char* name) { return QByteArray(one).replace("One", name); };
+  const struct {
+    const char* name;
+    QByteArray bytes;
+    OwnRouterError error;
+  } cases[] = {
+      {"the same name twice", "[file a]\n" + one + "[file b]\n" + named("ONE"),
+       OwnRouterError::kNameTaken},
+      {"a name that exists", "[file a]\n" + one + "[file b]\n" + named("shipped "),
+       OwnRouterError::kNameTaken},
+      {"no name", "[file a]\n" + one + "[file b]\n" + named(" "), OwnRouterError::kNoName},
+      {"nothing", "", OwnRouterError::kNoName},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    const auto imported = Import(each.bytes);
+    ASSERT_FALSE(imported);
+    EXPECT_EQ(imported.error().error, each.error);
+    EXPECT_EQ(databases_.RouterCount(), 1);
+  }
+  ASSERT_TRUE(databases_.AddRouter(2'147'483'646, {.routername = u"Last but one"_s}));
+  EXPECT_FALSE(Import("[file a]\n" + one + "[file b]\n" + named("Two"))) << "no IDs are left";
+  EXPECT_TRUE(Import(one));
+}
+
 TEST_F(ForeignScriptsTest, TheKeyIsMadeOnceAndIsTheUsersAlone) {
   const QString path = folder_.filePath(u"author.key"_s);
   EXPECT_EQ(OwnAuthorKey(path).secret, own_.secret);

@@ -128,13 +128,17 @@ TEST_F(ShippedDatabases, RoutersOfTheUserStayWithTheirIds) {
   Ship({Router(1, u"One"_s, u"a"_s)});
   Start();
   RouterRecord own = Router(0, u" Mine "_s, u"m"_s);
+  ForeignScripts foreign(home_);
   const int first = kFirstOwnRouterId;
-  EXPECT_EQ(AddOwnRouter(databases_, own), first);
-  EXPECT_EQ(AddOwnRouter(databases_, own).error().error, OwnRouterError::kNameTaken);
+  EXPECT_TRUE(foreign.Note(first, {.name = u"Bob"_s, .key = {}})) << "of a router that is gone";
+  EXPECT_EQ(AddOwnRouter(databases_, foreign, own), first);
+  EXPECT_EQ(AddOwnRouter(databases_, foreign, own).error().error, OwnRouterError::kNameTaken);
   own.routername = u"Other"_s;
-  EXPECT_EQ(AddOwnRouter(databases_, own), first + 1);
+  EXPECT_EQ(AddOwnRouter(databases_, foreign, own), first + 1);
+  EXPECT_FALSE(foreign.OriginOf(first));
+  EXPECT_FALSE(databases_.AddRouter(first, own)) << "taken";
   databases_.Close();
-  Ship({Router(1, u"One"_s, u"b"_s), Router(2, u"New"_s, u"n"_s)});
+  Ship({Router(1, u"One"_s, u"b"_s), Router(2, u"New"_s, u"n"_s), Router(3, u"Mine"_s, u"t"_s)});
   Start();
   EXPECT_EQ(Routers(), (QStringList{u"1 One b"_s, u"2 New n"_s, u"%1 Mine m"_s.arg(first),
                                     u"%1 Other m"_s.arg(first + 1)}));

@@ -353,7 +353,7 @@ TEST_F(ScriptWindowTest, APageIsSavedForOthersWithoutWhatIsSecret) {
 TEST_F(RouterListTest, ARouterThatIsNotListedIsMadeOutOfAnother) {
   Open({u"Harbour HB-1"_s, u"Quay Q20"_s});
   Click("new_router_button");
-  const QPointer<QDialog> form = window_->findChild<NewRouterDialog*>();
+  QPointer<QDialog> form = window_->findChild<NewRouterDialog*>();
   ASSERT_FALSE(form.isNull());
   auto* name = Child<QLineEdit>(form, "name_edit");
   const auto create = [&] { Child<QAbstractButton>(form, "create_button")->click(); };
@@ -370,6 +370,16 @@ TEST_F(RouterListTest, ARouterThatIsNotListedIsMadeOutOfAnother) {
   EXPECT_EQ(made.routername, u"quay q20-B"_s);
   EXPECT_EQ(made.routercommands, context_->databases.FindRouter(11)->routercommands);
   EXPECT_TRUE(ComesToItsEnd());
+
+  ForeignScripts foreign(folder_.dir.path());
+  ASSERT_TRUE(foreign.Note(11, {.name = u"Bob"_s, .key = {}}));
+  Open({u"Harbour HB-1"_s, u"Quay Q20"_s});
+  Click("new_router_button");
+  form = window_->findChild<NewRouterDialog*>();
+  QTest::keyClicks(Child<QLineEdit>(form, "name_edit"), u"quay q20-C"_s);
+  Child<QAbstractButton>(form, "create_button")->click();
+  ASSERT_TRUE(foreign.OriginOf(chosen_)) << "a copy of a script of somebody else";
+  EXPECT_EQ(foreign.OriginOf(chosen_)->author.name, u"Bob"_s);
 }
 
 TEST_F(RouterListTest, ARouterGoesToOthersAsOneFile) {

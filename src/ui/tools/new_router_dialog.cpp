@@ -136,7 +136,11 @@ RouterRecord NewRouterDialog::Record() const {
 }
 
 void NewRouterDialog::accept() {
-  const auto id = AddOwnRouter(context_.databases, Record());
+  // A script of somebody else stays his, under whatever name.
+  ForeignScripts foreign(context_.program_folder);
+  const auto origin = foreign.OriginOf(model_.id);
+  const auto id = AddOwnRouter(context_.databases, foreign, Record(),
+                               origin ? std::optional(origin->author) : std::nullopt);
   if (!id) {
     prompts_.Tell(this, FaultText(id.error(), context_.translator));
     ui_->name_edit->setFocus();
