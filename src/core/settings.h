@@ -44,7 +44,6 @@ inline constexpr Setting kStaticIp{"staticip"};
 inline constexpr Setting kTestSite{"testsite"};  // the site that tests ports; empty: the maker's
 inline constexpr Setting kUpdateSite{"updatesite"};  // where updates come from; empty: the maker's
 inline constexpr Setting kUpdateKey{"updatekey"};    // whose signature that site's updates need
-inline constexpr Setting kUpdateSerial{"updateserial", "0"};      // of the last signed manifest
 inline constexpr Setting kUseInstaller{"useinstaller", "False"};  // in spite of a package manager
 inline constexpr Setting kListColumns{"listcolumns"};  // widths that the user gave: "120,,80"
 inline constexpr Setting kWindowSize{"windowsize"};    // of the main window: "960,720"

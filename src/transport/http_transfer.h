@@ -17,7 +17,6 @@ enum class TransferError {
   kNoConnection,  // the name is unknown, no answer comes, or it is not HTTP
   kNotTrusted,    // no certificate that this system trusts
   kTimeout,       // nothing has come for too long
-  kTooLarge,      // more bytes than allowed
   kCutOff,        // the connection ended before the body did
 };
 

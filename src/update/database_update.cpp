@@ -5,10 +5,9 @@
 
 #include <QLoggingCategory>
 
+#include "async/worker.h"
 #include "core/package_stream.h"
-#include "transport/curl_transfer.h"
 #include "update/database_package.h"
-#include "update/update_error.h"
 #include "update/update_site.h"
 
 namespace quayline {
@@ -17,27 +16,21 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_update, "quayline.update")
 
-constexpr qint32 kChunk = 64 << 10;
-constexpr Message kNoManifest{
-    "The description of updates cannot be fetched from the server, so nothing was updated."};
 constexpr Message kWrongPackage{
     "The file from the server is not the one that Quayline's makers published. Your databases stay "
     "as they are."};
 
 }  // namespace
 
-DatabaseUpdate::DatabaseUpdate(AppContext& context)
-    : context_(context), download_(std::make_unique<CurlTransfer>()) {
-  download_.options.CHUNK = kChunk;
-  download_.options.max_bytes = kMaxPackageBytes;
+DatabaseUpdate::DatabaseUpdate(AppContext& context) : context_(context), files_(context) {
   QFile::remove(Package());  // left by a program that was ended
-  connect(&download_, &Download::DLComplete, this, [this] { is_complete_ = true; });
+  connect(&files_, &SiteDownload::sizeKnown, this, &DatabaseUpdate::sizeKnown);
 }
 
 DatabaseUpdate::~DatabaseUpdate() {
   flow_.Cancel();
+  QFile::remove(Package());
   if (is_closed_) {
-    QFile::remove(Package());
     Open();
   }
 }
@@ -51,6 +44,8 @@ void DatabaseUpdate::Open() {
   }
 }
 
+void DatabaseUpdate::Fail(const std::optional<Message>& why) { Fail(why ? Text(*why) : QString()); }
+
 void DatabaseUpdate::Fail(const QString& why) {
   QFile::remove(Package());
   if (is_closed_) {
@@ -60,23 +55,25 @@ void DatabaseUpdate::Fail(const QString& why) {
 }
 
 Task<> DatabaseUpdate::Run() {
-  const bool may_go_on = co_await ReadDigest();
-  if (!may_go_on) {
+  const auto digest = co_await FetchDigest();
+  if (!digest) {
     co_return;
   }
   context_.databases.Close();
   is_closed_ = true;
-  const bool is_fetched = co_await Fetch();
+  const bool is_fetched =
+      co_await files_.Fetch(FindUpdateSite(context_).Databases(), Package(), kMaxPackageBytes);
   if (!is_fetched) {
-    const Message* why = TextOf(download_);
-    Fail(why != nullptr ? Text(*why) : QString());
-    co_return;
-  }
-  if (!HasDigest(Package(), digest_)) {
-    Fail(Text(kWrongPackage));
+    Fail(files_.Failure());
     co_return;
   }
   Q_EMIT installing();
+  const bool is_right = co_await RunInThread<bool>(
+      [package = Package(), digest = *digest] { return HasDigest(package, digest); });
+  if (!is_right) {
+    Fail(kWrongPackage);
+    co_return;
+  }
   const auto changes = co_await InstallPackage(
       Package(), {.users = context_.program_folder, .shipped = context_.shipped_folder});
   if (!changes) {
@@ -88,45 +85,18 @@ Task<> DatabaseUpdate::Run() {
   Q_EMIT installed(*changes);
 }
 
-// With a known key, only a package that a signed manifest names is installed.
-Task<bool> DatabaseUpdate::ReadDigest() {
-  const UpdateSite site = FindUpdateSite(context_);
-  if (site.key.isEmpty()) {
-    co_return true;
+// With a known key, only a package that a signed manifest names is installed. Without one any
+// package is, and the digest is empty. The package then takes the place of the manifest.
+Task<std::optional<QByteArray>> DatabaseUpdate::FetchDigest() {
+  if (FindUpdateSite(context_).key.isEmpty()) {
+    co_return QByteArray();
   }
-  if (!IsSafeToFetch(site.Manifest())) {
-    Fail(Text(kNoManifest));
-    co_return false;
-  }
-  const auto bytes =
-      co_await context_.http_fetch.Get(site.Manifest(), {.max_bytes = kMaxManifestBytes});
-  if (!bytes) {
-    Fail(Text(kNoManifest));
-    co_return false;
-  }
-  const auto manifest = ReadManifest(
-      *bytes, {.key = site.key,
-               .least_serial = context_.settings.Value(setting::kUpdateSerial).toLongLong(),
-               .today = QDate::currentDate()});
+  const auto manifest = co_await files_.FetchManifest(Package());
   if (!manifest) {
-    Fail(Text(TextOf(manifest.error())));
-    co_return false;
+    Fail(manifest.error());
+    co_return std::nullopt;
   }
-  NoteManifest(context_, *manifest);
-  digest_ = manifest->databases_digest;
-  co_return true;
-}
-
-Task<bool> DatabaseUpdate::Fetch() {
-  download_.options.URL = FindUpdateSite(context_).Databases().toString(QUrl::FullyEncoded);
-  download_.options.SaveLocation = Package();
-  co_await download_.GetFileInformation();
-  if (download_.FileSize() < 1) {
-    co_return false;
-  }
-  Q_EMIT sizeKnown(download_.FileSize());
-  co_await download_.DownLoad();
-  co_return is_complete_;
+  co_return manifest->databases_digest;
 }
 
 }  // namespace quayline

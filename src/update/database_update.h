@@ -7,7 +7,7 @@
 #include "async/flow.h"
 #include "core/app_context.h"
 #include "core/shipped_databases.h"
-#include "transport/download.h"
+#include "update/site_download.h"
 
 namespace quayline {
 
@@ -21,7 +21,7 @@ class DatabaseUpdate final : public QObject {
   explicit DatabaseUpdate(AppContext& context);
   ~DatabaseUpdate() override;
 
-  Download& Transfer() { return download_; }
+  Download& Transfer() { return files_.Transfer(); }
   bool IsRunning() const { return flow_.IsRunning(); }
   // Called once.
   void Start() { flow_.Start(Run()); }
@@ -38,17 +38,15 @@ class DatabaseUpdate final : public QObject {
 
  private:
   Task<> Run();
-  Task<bool> ReadDigest();
-  Task<bool> Fetch();
+  Task<std::optional<QByteArray>> FetchDigest();
   void Open();
+  void Fail(const std::optional<Message>& why);
   void Fail(const QString& why);
   QString Package() const { return context_.FileInFolder("databases.exe"); }
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
-  Download download_;
-  QByteArray digest_;
-  bool is_complete_ = false;
+  SiteDownload files_;
   bool is_closed_ = false;
   Flow flow_;
 };

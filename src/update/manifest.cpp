@@ -5,6 +5,7 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QThread>
 
 #include <optional>
 #include <sodium.h>
@@ -105,10 +106,19 @@ std::expected<Manifest, ManifestError> ReadManifest(const QByteArray& bytes,
 }
 
 bool HasDigest(const QString& file, const QByteArray& digest) {
+  constexpr qint64 kChunk = qint64{1} << 20;
+  if (digest.isEmpty()) {
+    return true;
+  }
   QFile opened(file);
   QCryptographicHash hash(QCryptographicHash::Sha256);
-  return digest.isEmpty() ||
-         (opened.open(QIODevice::ReadOnly) && hash.addData(&opened) && hash.result() == digest);
+  if (!opened.open(QIODevice::ReadOnly)) {
+    return false;
+  }
+  while (!opened.atEnd() && !QThread::currentThread()->isInterruptionRequested()) {
+    hash.addData(opened.read(kChunk));
+  }
+  return opened.error() == QFile::NoError && hash.result() == digest;
 }
 
 QByteArray DigestOf(const QByteArray& bytes) {

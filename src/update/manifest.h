@@ -57,7 +57,8 @@ struct ManifestTrust {
 std::expected<Manifest, ManifestError> ReadManifest(const QByteArray& bytes,
                                                     const ManifestTrust& trust);
 
-// Whether `file` has this SHA-256. An empty digest fits every file.
+// Whether `file` has this SHA-256. An empty digest fits every file. Takes seconds for a large file;
+// false where the thread is interrupted.
 bool HasDigest(const QString& file, const QByteArray& digest);
 QByteArray DigestOf(const QByteArray& bytes);
 

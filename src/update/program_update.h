@@ -6,8 +6,7 @@
 
 #include "async/flow.h"
 #include "core/app_context.h"
-#include "transport/download.h"
-#include "update/manifest.h"
+#include "update/site_download.h"
 #include "update/update_site.h"
 
 namespace quayline {
@@ -24,7 +23,7 @@ class ProgramUpdate final : public QObject {
   // What the last manifest says; empty before.
   const Manifest& Found() const { return manifest_; }
   bool HasSite() const { return FindUpdateSite(context_).Exists(); }
-  Download& Transfer() { return download_; }
+  Download& Transfer() { return files_.Transfer(); }
   bool IsRunning() const { return flow_.IsRunning(); }
 
   // Fetches the manifest. Nothing happens while something is fetched already.
@@ -51,15 +50,12 @@ class ProgramUpdate final : public QObject {
  private:
   Task<> Check();
   Task<> FetchFile();
-  Task<bool> Fetch(QUrl address, QString file, qint32 max_bytes);
-  void ReportFailure();
-  bool TakeManifest(const QString& file);
+  void Report(const std::optional<Message>& failure);
 
   AppContext& context_;
   QString local_version_;
   Manifest manifest_;
-  Download download_;
-  bool is_complete_ = false;
+  SiteDownload files_;
   std::function<void()> outcome_;  // emits the signal that the end of the task has
   Flow flow_;
 };

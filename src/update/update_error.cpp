@@ -44,8 +44,6 @@ const Message& TextOfTransfer(TransferError error) {
       return kNotTrusted;
     case TransferError::kTimeout:
       return kTimeout;
-    case TransferError::kTooLarge:
-      return kTooLarge;
     case TransferError::kCutOff:
       break;
   }

@@ -9,12 +9,16 @@ namespace {
 
 const QString kDayFormat = QStringLiteral("MM/dd/yyyy");
 constexpr qsizetype kKeyBytes = 32;
+// Of the settings: the serial of the last manifest that was signed with a key, by the key.
+const QString kSerials = QStringLiteral("updateserials");
 
 // A text that is no key is not the same as none: no signature fits it.
 QByteArray KeyOf(const QByteArray& hex) {
   const QByteArray key = QByteArray::fromHex(hex);
   return hex.isEmpty() || key.size() == kKeyBytes ? key : QByteArray("invalid");
 }
+
+QString SerialKey(const QByteArray& key) { return QString::fromLatin1(key.toHex()); }
 
 }  // namespace
 
@@ -50,9 +54,14 @@ bool TakeDailyCheck(AppContext& context, const QDate& today) {
 }
 
 void NoteManifest(AppContext& context, const Manifest& manifest) {
-  if (!FindUpdateSite(context).key.isEmpty()) {
-    context.settings.SetValue(setting::kUpdateSerial, QString::number(manifest.serial));
+  if (const QByteArray key = FindUpdateSite(context).key; !key.isEmpty()) {
+    context.settings.SetValues(
+        {{.section = kSerials, .key = SerialKey(key), .value = QString::number(manifest.serial)}});
   }
+}
+
+qint64 LeastSerial(const AppContext& context) {
+  return context.settings.Value(kSerials, SerialKey(FindUpdateSite(context).key)).toLongLong();
 }
 
 }  // namespace quayline

@@ -32,7 +32,9 @@ UpdateSite FindUpdateSite(const AppContext& context);
 // so once a day at most. Where there is no site nothing is noted.
 bool TakeDailyCheck(AppContext& context, const QDate& today);
 
-// Manifests with a lower serial are refused from now on, where they need a signature.
+// Where manifests need a signature, those with a lower serial are refused from now on. Each key has
+// a serial of its own: who tries another site gets back to that of the maker.
 void NoteManifest(AppContext& context, const Manifest& manifest);
+qint64 LeastSerial(const AppContext& context);
 
 }  // namespace quayline

@@ -3,9 +3,11 @@
 
 #include <QSignalSpy>
 
+#include <atomic>
 #include <gtest/gtest.h>
 
 #include "async/wait.h"
+#include "async/worker.h"
 #include "test_main.h"
 
 namespace quayline {
@@ -122,6 +124,32 @@ TEST(Until, TheTimeRunsOut) {
   EXPECT_TRUE(testing::RunTask(
       [](bool* out) -> Task<> { *out = co_await Until([] { return false; }).AtMost(5ms); }(&held)));
   EXPECT_FALSE(held);
+}
+
+TEST(Worker, TheEventLoopRunsMeanwhileAndACancelLeavesNothingBehind) {
+  std::atomic<bool> may_end = false;
+  std::atomic<bool> has_ended = false;
+  const std::function<int()> work = [&] {
+    while (!may_end && !QThread::currentThread()->isInterruptionRequested()) {
+      QThread::msleep(1);
+    }
+    has_ended = true;
+    return 42;
+  };
+  int result = 0;
+  const auto run = [](std::function<int()> done_there, int* out) -> Task<> {
+    *out = co_await RunInThread<int>(done_there);
+  };
+  Flow flow;
+  flow.Start(run(work, &result));
+  QTimer::singleShot(1, &flow, [&] { may_end = true; });
+  EXPECT_TRUE(testing::RunUntil([&] { return !flow.IsRunning(); }));
+  EXPECT_EQ(result, 42);
+
+  may_end = has_ended = false;
+  flow.Start(run(work, &result));
+  flow.Cancel();
+  EXPECT_TRUE(has_ended) << "it works on files that others use next";
 }
 
 }  // namespace

@@ -67,6 +67,12 @@ void ScriptedServer::Accept() {
   }
 }
 
+void ScriptedServer::Disconnect() {
+  for (QTcpSocket* client : listener_->findChildren<QTcpSocket*>()) {
+    client->disconnectFromHost();
+  }
+}
+
 void ScriptedServer::Read(QTcpSocket* client) {
   if (!client->peek(65536).contains("\r\n\r\n")) {
     return;

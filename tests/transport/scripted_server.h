@@ -43,6 +43,7 @@ class ScriptedServer final : public QObject {
 
   // Refuses connections, and takes them again on the same port.
   void GoAway() { listener_->close(); }
+  void Disconnect();  // everybody, in the middle of what they fetch
   bool ComeBack() { return listener_->listen(QHostAddress::LocalHost, port_); }
 
   QMap<QByteArray, Reply> replies;  // by path; others are answered with 404

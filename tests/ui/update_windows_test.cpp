@@ -10,6 +10,7 @@
 #include "transport/scripted_server.h"
 #include "ui/updates/database_update_dialog.h"
 #include "ui/updates/program_update_window.h"
+#include "update/update_site.h"
 #include "window_fixture.h"
 
 namespace quayline::testing {
@@ -41,9 +42,9 @@ class UpdateTest : public WindowTest {
                                  "\ndatabasessha256=" + DigestOf(package_).toHex() + "\nserial=" +
                                  QByteArray::number(serial) + "\nexpires=2999-01-01\n");
   }
-  void RequireSignatures() {
+  void RequireSignatures(const SigningKey& key = kKey) {
     context_->settings.SetValue(setting::kUpdateKey,
-                                QString::fromLatin1(kKey.for_everybody.toHex()));
+                                QString::fromLatin1(key.for_everybody.toHex()));
   }
   void Serve(const char* path, const QByteArray& bytes) {
     server_.replies[path] = Answer("200 OK", bytes);
@@ -153,12 +154,37 @@ TEST_F(ProgramUpdateTest, TheAutomaticCheckIsSeenOnlyForANewVersionThatIsWanted)
   EXPECT_TRUE(ComesToSay("error_label", "Error Code - [2] File Doesn't Exist!"));
   EXPECT_FALSE(window_->isVisible());
   EXPECT_THAT(prompts_.shown, IsEmpty());
+
+  // The user opens what is left of it, and checks himself.
+  Serve(kManifestPath, Manifest("3.0.0"));
+  window_->show();
+  EXPECT_TRUE(IsIdle());
+  Click("check_button");
+  EXPECT_TRUE(ComesToItsEnd());
+  EXPECT_THAT(prompts_.shown, ElementsAre("Tell: You Are Up To Date"));
+}
+
+TEST_F(ProgramUpdateTest, ASiteThatIsTriedDoesNotLockOutTheFormerOne) {
+  const SigningKey other = MakeSigningKey(QByteArray(32, 'x'));
+  const struct {
+    const SigningKey& key;
+    int serial;
+    const char* reason;
+  } cases[] = {
+      {kKey, 7, ""}, {other, 2000, ""}, {other, 1999, "older"}, {kKey, 6, "older"}, {kKey, 7, ""}};
+  for (const auto& c : cases) {
+    RequireSignatures(c.key);
+    Check(SignManifest(Complete("3.0.0", c.serial), c.key));
+    EXPECT_TRUE(RunUntil([&] {
+      return *c.reason == '\0' ? !prompts_.shown.empty()
+                               : TextOf("reason_label").find(c.reason) != std::string::npos;
+    })) << c.serial;
+  }
 }
 
 // Whatever the server does, nothing is opened, and the disk is as it was.
 TEST_F(ProgramUpdateTest, AHostileServerGetsNothingStarted) {
   RequireSignatures();
-  context_->settings.SetValue(setting::kUpdateSerial, u"5"_s);
   QByteArray other_file = Complete("4.0.0");
   other_file.replace(DigestOf(installer_).toHex(), QByteArray(64, 'a'));
   QByteArray old = Complete("4.0.0");
@@ -195,7 +221,7 @@ TEST_F(ProgramUpdateTest, AHostileServerGetsNothingStarted) {
   };
   const auto before = Disk();
   for (const auto& c : cases) {
-    context_->settings.SetValue(setting::kUpdateSerial, u"5"_s);
+    NoteManifest(*context_, {.serial = 5});
     prompts_.answers = {true};
     Check({});
     server_.replies[kManifestPath] = c.reply;
@@ -234,6 +260,26 @@ TEST_F(ProgramUpdateTest, AWindowWithATransferStaysUntilItIsCancelled) {
   EXPECT_EQ(Names(temp_.path()), QStringList());
   Click("close_button");
   EXPECT_TRUE(ComesToItsEnd());
+}
+
+TEST_F(ProgramUpdateTest, APauseEndsWithItsTransfer) {
+  prompts_.answers = {true};
+  server_.replies["/setup.exe"] = {
+      "HTTP/1.1 200 OK\r\nContent-Length: 900000\r\n\r\n" + QByteArray(300'000, 'b'),
+      Then::kSilence};
+  Check(Manifest("3.1.0"));
+  ASSERT_TRUE(RunUntil([this] { return Find<QProgressBar>("progress_bar")->value() > 262'000; }));
+  Click("pause_button");
+  server_.Disconnect();
+  EXPECT_TRUE(ComesToSay("error_label", "Error Code - [1] Uknown Error!"));
+  EXPECT_TRUE(IsIdle());
+  EXPECT_THAT(TextOf("status_label"), HasSubstr("Aborted"));
+  EXPECT_FALSE(Find<QAbstractButton>("pause_button")->isChecked());
+  Serve("/setup.exe", installer_);
+  prompts_.answers = {true};
+  Click("check_button");
+  EXPECT_TRUE(ComesToItsEnd()) << TextOf("status_label");
+  EXPECT_EQ(exits_, 1);
 }
 
 TEST_F(ProgramUpdateTest, TheBoxAndTheMissingSiteAreShown) {
@@ -360,6 +406,21 @@ TEST_F(DatabaseUpdateTest, AWindowThatIsClosedWhileNothingComesOpensTheDatabases
   EXPECT_TRUE(ComesToItsEnd());
   EXPECT_TRUE(context_->databases.IsOpen());
   EXPECT_EQ(context_->databases.RouterCount(), 1);
+}
+
+TEST_F(DatabaseUpdateTest, ACancelCountsAlsoWhileTheManifestIsFetched) {
+  RequireSignatures();
+  server_.replies[kManifestPath] = Answer("200 OK", SignManifest(Complete("3.0.0"), kKey));
+  server_.replies[kManifestPath].delay = std::chrono::milliseconds(500);
+  Open();
+  ASSERT_TRUE(RunUntil([this] { return HasAsked(kManifestPath); }));
+  Click("cancel_button");
+  EXPECT_TRUE(ComesToSay("error_label", "[4] Download Was Cancelled By User!"));
+  Click("close_button");
+  EXPECT_TRUE(ComesToItsEnd());
+  EXPECT_FALSE(HasAsked(kPackagePath));
+  EXPECT_EQ(context_->databases.RouterCount(), 1);
+  EXPECT_FALSE(QFileInfo::exists(folder_.Path("databases.exe")));
 }
 
 // The demo site as a user meets it: signed, with a newer program and one router more.

@@ -36,8 +36,8 @@ DatabaseUpdateDialog::DatabaseUpdateDialog(AppContext& context, Prompts& prompts
   connect(ui_->close_button, &QPushButton::clicked, this, &DatabaseUpdateDialog::reject);
   connect(&update_, &DatabaseUpdate::sizeKnown, panel, &TransferPanel::SetTotal);
   connect(&update_, &DatabaseUpdate::installing, this, [this, panel] {
-    SetInstalling(true);
     panel->End();
+    SetInstalling(true);
     panel->ShowReason(Text(message::kInstallingDatabases));
   });
   connect(&update_, &DatabaseUpdate::installed, this, &DatabaseUpdateDialog::ReportInstalled);
@@ -60,8 +60,10 @@ void DatabaseUpdateDialog::Start() {
 
 // What takes a moment only is not interrupted.
 void DatabaseUpdateDialog::SetInstalling(bool installing) {
-  is_installing_ = installing;
-  ui_->close_button->setEnabled(!installing);
+  if (std::exchange(is_installing_, installing) != installing) {
+    ui_->transfer_panel->SetBusy(installing);
+    ui_->close_button->setEnabled(!installing);
+  }
 }
 
 void DatabaseUpdateDialog::ReportFailed(const QString& why) {

@@ -58,6 +58,7 @@ void ProgramUpdateWindow::ConnectUpdate() {
 
 void ProgramUpdateWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
+  is_automatic_ = false;  // the user sees from now on what becomes of it
   if (!update_.HasSite()) {
     const QString command = context_.desktop.UpdateCommand();
     const QString advice = command.isEmpty()
@@ -70,7 +71,7 @@ void ProgramUpdateWindow::showEvent(QShowEvent* event) {
 }
 
 void ProgramUpdateWindow::CheckSilently() {
-  is_automatic_ = true;
+  is_automatic_ = !isVisible();
   Check();
 }
 
@@ -82,7 +83,7 @@ void ProgramUpdateWindow::Check() {
 }
 
 void ProgramUpdateWindow::ReportUpToDate() {
-  if (std::exchange(is_automatic_, false)) {
+  if (is_automatic_) {
     deleteLater();
     return;
   }
@@ -101,7 +102,7 @@ void ProgramUpdateWindow::OfferVersion() {
     if (!yes) {
       return;
     }
-    if (std::exchange(is_automatic_, false)) {
+    if (!isVisible()) {
       open();
     }
     ui_->transfer_panel->Begin();

@@ -51,10 +51,9 @@ void TransferPanel::Follow(Download& download, const Translator& translator) {
   connect(&download, &Download::DLECode, this, &TransferPanel::ShowCode);
   connect(ui_->cancel_button, &QPushButton::clicked, &download, [this, &download] {
     ui_->pause_button->setChecked(false);
-    download.Pause(false);
     download.Cancel();
   });
-  connect(ui_->pause_button, &QPushButton::clicked, &download,
+  connect(ui_->pause_button, &QPushButton::toggled, &download,
           [&download](bool checked) { download.Pause(checked); });
 }
 
@@ -73,7 +72,9 @@ void TransferPanel::ConnectNumbers(const Download& download) {
     ui_->time_label->setText(Labelled(message::kTimeRemaining, time));
   });
   connect(&download, &Download::Status, this, [this](const QString& status) {
-    ui_->status_label->setText(Labelled(message::kTransferStatus, status));
+    if (is_under_way_) {  // the end of a pause is no news any more
+      ui_->status_label->setText(Labelled(message::kTransferStatus, status));
+    }
   });
 }
 
@@ -82,6 +83,7 @@ QString TransferPanel::Labelled(const Message& caption, const QString& value) co
 }
 
 void TransferPanel::Begin() {
+  is_under_way_ = true;
   ui_->progress_bar->reset();
   ui_->progress_bar->setValue(0);
   ui_->error_label->setText(translator_->Text(message::kNoErrorYet));
@@ -97,10 +99,16 @@ void TransferPanel::SetTotal(qint32 bytes) {
 }
 
 void TransferPanel::End() {
+  is_under_way_ = false;
   for (QPushButton* button : {ui_->pause_button, ui_->cancel_button}) {
     button->setChecked(false);
     button->setEnabled(false);
   }
+}
+
+void TransferPanel::SetBusy(bool busy) {
+  ui_->progress_bar->setRange(0, busy ? 0 : 1);
+  ui_->progress_bar->setValue(busy ? 0 : 1);
 }
 
 void TransferPanel::ShowCode(int code) {

@@ -28,8 +28,10 @@ class TransferPanel final : public QWidget {
   // A new download begins: what the one before left is removed.
   void Begin();
   void SetTotal(qint32 bytes);
-  // Nothing runs any more.
+  // Nothing is transferred any more.
   void End();
+  // The bar moves while something else is done with the file.
+  void SetBusy(bool busy);
   // In words, below the error code.
   void ShowReason(const QString& reason);
 
@@ -43,6 +45,7 @@ class TransferPanel final : public QWidget {
   QString Labelled(const Message& caption, const QString& value) const;
 
   const Translator* translator_ = nullptr;
+  bool is_under_way_ = false;
   std::unique_ptr<Ui::TransferPanel> ui_;
 };
 
