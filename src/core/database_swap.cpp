@@ -8,9 +8,9 @@
 #include <QFileInfo>
 
 #include <chrono>
-#include <filesystem>
 
 #include "core/file_lock.h"
+#include "core/moved_file.h"
 
 namespace quayline {
 
@@ -22,9 +22,6 @@ constexpr std::chrono::milliseconds kLockWait = 2s;
 constexpr qint64 kAbandonedSeconds = 3600;
 const QString kPreparing = QStringLiteral("databases.preparing-");
 
-// What SQLite keeps beside a file, and would apply to a new one of the same name.
-constexpr const char* kSideFiles[] = {"-journal", "-wal", "-shm"};
-
 QString PathIn(const QString& folder, const QString& name) {
   return folder + QLatin1Char('/') + name;
 }
@@ -33,26 +30,8 @@ QString CompleteSet(const QString& folder) {
 }
 QString Previous(const QString& path) { return path + QStringLiteral(".previous"); }
 
-bool Move(const QString& from, const QString& to) {
-  std::error_code error;
-  std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), error);
-  return !error;
-}
-
 QStringList FilesOf(const QString& set) {
   return QDir(set).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Name);
-}
-
-// `path` is free afterwards; what was there has its name with ".previous".
-bool KeepPrevious(const QString& path) {
-  if (!QFileInfo::exists(path)) {
-    return true;  // a first file, or a swap that is completed
-  }
-  for (const char* side : kSideFiles) {
-    QFile::remove(Previous(path) + QLatin1String(side));
-    Move(path + QLatin1String(side), Previous(path) + QLatin1String(side));
-  }
-  return Move(path, Previous(path));
 }
 
 struct MovedFile {
@@ -60,29 +39,34 @@ struct MovedFile {
   bool has_previous;
 };
 
+// Old files come back; a new one goes only where there was no old one.
 void MoveBack(const QList<MovedFile>& moved) {
   for (const MovedFile& file : moved) {
-    if (!file.has_previous || !Move(Previous(file.path), file.path)) {
+    if (!file.has_previous) {
       QFile::remove(file.path);
+    } else if (MoveFile(Previous(file.path), file.path)) {
+      QFile::remove(Previous(file.path));  // is still there if the new file never came
+      MoveSideFiles(Previous(file.path), file.path);
     }
   }
 }
 
-// Moves what is left in `set`, and notes what was moved.
+// Moves what is left in `set`, and notes what was begun. A program that starts meanwhile always
+// finds a file under each name: the old one keeps its name until the new one takes it.
 bool MoveFiles(const QString& set, const QString& folder, QList<MovedFile>& moved) {
   for (const QString& name : FilesOf(set)) {
     const QString path = PathIn(folder, name);
     const bool has_old = QFileInfo::exists(path);
-    if (!KeepPrevious(path)) {
-      return false;
-    }
-    if (!Move(PathIn(set, name), path)) {
-      if (has_old) {
-        Move(Previous(path), path);
-      }
+    if (has_old && !LinkOrMoveFile(path, Previous(path))) {
       return false;
     }
     moved.append({path, has_old});
+    if (has_old) {
+      MoveSideFiles(path, Previous(path));
+    }
+    if (!MoveFile(PathIn(set, name), path)) {
+      return false;
+    }
   }
   return true;
 }
@@ -101,7 +85,7 @@ std::expected<void, QString> PutInPlace(const QString& set, const QString& folde
         QStringLiteral("Another Quayline is using the databases. Please close it, and try again."));
   }
   // From here on a crash leads to the new set.
-  if (!Move(set, complete)) {
+  if (!MoveFile(set, complete)) {
     return std::unexpected(QStringLiteral("The folder \"%1\" cannot be written.")
                                .arg(QDir::toNativeSeparators(folder)));
   }

@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 
 #include "core/file_lock.h"
+#include "core/moved_file.h"
 #include "core/reader_process.h"
 #include "core/save_file.h"
 #include "core/table_stream.h"
@@ -31,12 +31,6 @@ bool CopyFile(const QString& from, const QString& to) {
   }
   const QByteArray bytes = source.readAll();
   return source.error() == QFileDevice::NoError && SaveFile(to, bytes);
-}
-
-bool ReplaceFile(const QString& with, const QString& path) {
-  std::error_code error;
-  std::filesystem::rename(with.toStdU16String(), path.toStdU16String(), error);
-  return !error;
 }
 
 std::unexpected<JetError> Damaged(const QString& text) {
@@ -104,7 +98,7 @@ std::expected<void, JetError> ConvertJetFile(const QString& path, const QString&
     return std::unexpected(
         JetError{QStringLiteral("cannot be converted (%1)").arg(written.error())});
   }
-  if (!CopyFile(path, path + QStringLiteral(".jet")) || !ReplaceFile(converted, path)) {
+  if (!CopyFile(path, path + QStringLiteral(".jet")) || !MoveFile(converted, path)) {
     return std::unexpected(JetError{QStringLiteral("cannot be converted in its folder")});
   }
   return {};

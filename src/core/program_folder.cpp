@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "core/database_swap.h"
 #include "core/shipped_databases.h"
 
 namespace quayline {
@@ -21,6 +22,7 @@ std::expected<QString, QString> FindProgramFolder(const QString& executable_fold
   if (!QDir().mkpath(folder)) {
     return std::unexpected(QStringLiteral("The folder \"%1\" cannot be created.").arg(folder));
   }
+  CompleteSwap(folder);
   FollowShippedDatabases(shipped_folder, folder);
   return folder;
 }

@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QThread>
 
 #include <algorithm>
 
@@ -86,12 +87,13 @@ QString HelperPath(const QString& program) {
 }
 
 ReaderResult RunReader(const ReaderRequest& request) {
+  constexpr int kInterruptedWithin = 250;
   ReaderRun run(request);
-  while (run.GoesOn() && run.Process().waitForReadyRead(run.TimeLeft())) {
-  }
-  if (run.GoesOn()) {
-    run.Process().waitForFinished(run.TimeLeft());  // it has closed its output, and is about to end
-    run.GoesOn();
+  while (run.GoesOn() && !QThread::currentThread()->isInterruptionRequested()) {
+    const int step = std::min(run.TimeLeft(), kInterruptedWithin);
+    if (!run.Process().waitForReadyRead(step)) {
+      run.Process().waitForFinished(step);  // it may have closed its output, and be about to end
+    }
   }
   return run.Result();
 }

@@ -36,7 +36,7 @@ QString HelperPath(const QString& program);
 
 using ReaderResult = std::expected<QByteArray, ReaderError>;
 
-// Waits for the reader, without an event loop.
+// Waits for the reader, without an event loop, or until the thread is interrupted.
 ReaderResult RunReader(const ReaderRequest& request);
 
 // As RunReader(), but the event loop keeps running. Destroying the task ends the reader.

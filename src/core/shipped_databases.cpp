@@ -14,6 +14,7 @@
 #include "core/copied_file.h"
 #include "core/ini_file.h"
 #include "core/merge_rows.h"
+#include "core/own_routers.h"
 #include "core/table_file.h"
 
 namespace quayline {
@@ -97,11 +98,6 @@ bool NoteInstalled(const QString& shipped_folder, const QString& set) {
   return notes.isEmpty() || WriteIniValues(notes, set + QLatin1Char('/') + kNoteFile);
 }
 
-QString CannotWrite(const QString& folder) {
-  return QStringLiteral("The new databases cannot be written to \"%1\". Is the disk full?")
-      .arg(QDir::toNativeSeparators(folder));
-}
-
 QHash<QString, QStringList> RowsByName(const TableData& table, const QString& name_column) {
   const qsizetype name = table.columns.indexOf(name_column);
   const qsizetype id = table.columns.indexOf(QStringLiteral("id"));
@@ -135,6 +131,17 @@ RowChanges Compare(const TableData& before, const TableData& after, const QStrin
   return changes;
 }
 
+const QString kIsInUse =
+    QStringLiteral("Another Quayline is using the databases. Please close it, and try again.");
+
+// Many more than there are routers and programs. The rows are merged in memory.
+constexpr int kMostPackedRows = 100'000;
+
+// Of a table that is not empty. Its rows are in the order of their IDs.
+qlonglong HighestId(const TableData& table) {
+  return table.rows.last().at(table.columns.indexOf(QStringLiteral("id"))).toLongLong();
+}
+
 // The rows of a database of a package. None where a database that may be missing is.
 std::expected<TableData, QString> ReadPacked(const QString& package, const Shipped& database) {
   const QString name = database.shape.file_name;
@@ -145,7 +152,16 @@ std::expected<TableData, QString> ReadPacked(const QString& package, const Shipp
   if (!file) {
     return std::unexpected(file.error().description);
   }
+  if ((*file)->Count() > kMostPackedRows) {
+    return std::unexpected(QStringLiteral("The file \"%1\" has too many rows.").arg(name));
+  }
   TableData table = (*file)->ReadAll();
+  const bool has_own = !table.rows.isEmpty() && HighestId(table) >= kFirstOwnRouterId;
+  if (has_own && database.is_merged) {
+    return std::unexpected(
+        QStringLiteral("The file \"%1\" has numbers that are kept for routers that you add.")
+            .arg(name));
+  }
   for (const QString& column : database.columns) {
     if (!table.columns.contains(column)) {
       return std::unexpected(
@@ -174,7 +190,7 @@ std::expected<RowChanges, QString> PrepareFirst(const SetFiles& files, const Shi
 }
 
 std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Shipped& database,
-                                                 const TableData& packed) {
+                                                 const TableData& packed, HeldFiles& held) {
   const QString name = QLatin1Char('/') + database.shape.file_name;
   const QString made = files.set + name;
   auto users = TableFile::Open(files.folder, database.shape);
@@ -185,28 +201,42 @@ std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Sh
       return std::unexpected(why);
     }
   }
-  const TableData before =
-      users ? (*users)->ReadAll() : TableData{.name = packed.name, .columns = packed.columns};
   const TableData base = ReadTable(BaseOf(files.folder + name), database.shape);
+  const int version = users ? (*users)->Version() : 0;
   if (!(users ? (*users)->CopyTo(made) : CopyIfMissing(files.packed, made)) ||
       !CopyWithTime(files.packed, BaseOf(made))) {
     return std::unexpected(CannotWrite(files.set));
+  }
+  if (users && !(*users)->HoldSince(version)) {
+    return std::unexpected(kIsInUse);
   }
   const auto file = TableFile::OpenFile(made, database.shape, SqlAccess::kReadWrite);
   if (!file) {
     return std::unexpected(file.error().description);
   }
+  TableData before{.name = packed.name, .columns = packed.columns, .rows = {}};
   const bool is_merged = (*file)->Rewrite([&](const TableData& rows) {
-    return users ? MergeRows({.base = base, .shipped = packed, .users = rows}, database.name_column)
-                 : rows;
+    if (!users) {
+      return rows;
+    }
+    before = rows;
+    return MergeRows({.base = base, .shipped = packed, .users = rows}, database.name_column);
   });
   if (!is_merged) {
     return std::unexpected(CannotWrite(files.set));
+  }
+  if (users) {
+    held.push_back(std::move(*users));
   }
   return Compare(before, (*file)->ReadAll(), database.name_column);
 }
 
 }  // namespace
+
+QString CannotWrite(const QString& folder) {
+  return QStringLiteral("The new databases cannot be written to \"%1\". Is the disk full?")
+      .arg(QDir::toNativeSeparators(folder));
+}
 
 QString ShippedFolder(const QString& executable_folder) {
   const QString folder =
@@ -237,7 +267,7 @@ void FollowShippedDatabases(const QString& shipped_folder, const QString& folder
 
 std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, const QString& folder,
                                                      const QString& shipped_folder,
-                                                     const QString& set) {
+                                                     const QString& set, HeldFiles& held) {
   QList<RowChanges> changes;
   for (const Shipped& database : kShipped) {
     const auto packed = ReadPacked(package, database);
@@ -250,7 +280,7 @@ std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, con
     const SetFiles files = {.packed = package + QLatin1Char('/') + database.shape.file_name,
                             .folder = folder,
                             .set = set};
-    const auto merged = database.is_merged ? PrepareMerged(files, database, *packed)
+    const auto merged = database.is_merged ? PrepareMerged(files, database, *packed, held)
                                            : PrepareFirst(files, database);
     if (!merged) {
       return std::unexpected(merged.error());

@@ -6,9 +6,12 @@
 #include <QString>
 
 #include <expected>
+#include <memory>
 #include <optional>
+#include <vector>
 
 #include "core/records.h"
+#include "core/table_file.h"
 
 namespace quayline {
 
@@ -35,14 +38,22 @@ struct RowChanges {
   qsizetype gone = 0;
 };
 
+// The sentence for the user where the new set cannot be written to `folder`.
+QString CannotWrite(const QString& folder);
+
+using HeldFiles = std::vector<std::unique_ptr<TableFile>>;
+
 // Checks the databases in the folder `package`, which are untrusted, and prepares in the empty
 // folder `set` what PutInPlace() then moves into `folder`: the user's databases merged with them as
 // with shipped ones. Nothing in `folder` is changed. From then on they count as what was shipped;
 // `shipped_folder`, which is older, is only merged when an installation has changed it. The error
 // is a sentence.
+//
+// Other programs can write to the databases in `folder` again when the files in `held` are gone,
+// which is after PutInPlace(): what they write before would be lost. Takes seconds for large files.
 std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, const QString& folder,
                                                      const QString& shipped_folder,
-                                                     const QString& set);
+                                                     const QString& set, HeldFiles& held);
 
 // The router of this name as it was shipped when `folder` was last merged.
 std::optional<RouterRecord> FindShippedRouter(const QString& folder, const QString& name);

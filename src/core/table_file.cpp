@@ -10,6 +10,7 @@
 #include <QVariant>
 
 #include <chrono>
+#include <sys/stat.h>
 
 #include "core/copied_file.h"
 #include "core/file_lock.h"
@@ -69,6 +70,13 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
                          converted.error().is_damaged};
   }
   return std::nullopt;
+}
+
+std::pair<quint64, quint64> FileId(const QString& path) {
+  struct stat found{};
+  return stat(QFile::encodeName(path).constData(), &found) == 0
+             ? std::pair<quint64, quint64>(found.st_dev, found.st_ino)
+             : std::pair<quint64, quint64>();
 }
 
 DatabaseError Failure(const QSqlError& error, const QString& path) {
@@ -136,7 +144,11 @@ TableFile::Opened TableFile::OpenFile(const QString& path, const TableShape& sha
 }
 
 TableFile::TableFile(const QString& path, const TableShape& shape, SqlAccess access)
-    : shape_(shape), path_(path), connection_(path, access) {}
+    : shape_(shape),
+      path_(path),
+      connection_(path, access),
+      file_id_(FileId(path)),
+      is_writable_(access == SqlAccess::kReadWrite) {}
 
 std::optional<DatabaseError> TableFile::Verify() {
   const QSqlDatabase handle = connection_.Handle();
@@ -258,6 +270,19 @@ bool TableFile::CopyTo(const QString& copy) const {
   return is_copied;
 }
 
+int TableFile::Version() const {
+  QSqlQuery query(connection_.Handle());
+  return query.exec(QStringLiteral("PRAGMA data_version")) && query.next() ? query.value(0).toInt()
+                                                                           : -1;
+}
+
+// Not before the file is copied: where any handle of a file is closed, the system drops all locks
+// that the process has on it.
+bool TableFile::HoldSince(int version) const {
+  QSqlQuery query(connection_.Handle());
+  return !is_writable_ || (query.exec(QStringLiteral("BEGIN IMMEDIATE")) && Version() == version);
+}
+
 bool TableFile::ReadColumns(QSqlQuery& query, QString& id_type) {
   if (!query.exec(QStringLiteral("PRAGMA table_info([%1])").arg(shape_.table))) {
     return false;
@@ -309,7 +334,7 @@ bool TableFile::Update(int id, const QStringList& fields, const QStringList& tex
     query.addBindValue(Stored(text));
   }
   query.addBindValue(id);
-  return Execute(query) && query.numRowsAffected() > 0;
+  return IsInPlace() && Execute(query) && query.numRowsAffected() > 0;
 }
 
 // One statement, so that two copies of the program cannot take the same ID.
@@ -336,7 +361,7 @@ bool TableFile::Insert(const QStringList& fields, const QStringList& texts, std:
   for (const QString& text : std::as_const(kept)) {
     query.addBindValue(Stored(text));
   }
-  return Execute(query) && query.numRowsAffected() == 1;
+  return IsInPlace() && Execute(query) && query.numRowsAffected() == 1;
 }
 
 TableData TableFile::ReadAll() const {
@@ -355,7 +380,7 @@ bool TableFile::Transact(const std::function<bool()>& change) {
   if (!query.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
     return false;
   }
-  if (change() && query.exec(QStringLiteral("COMMIT"))) {
+  if (IsInPlace() && change() && query.exec(QStringLiteral("COMMIT"))) {
     return true;
   }
   query.exec(QStringLiteral("ROLLBACK"));
@@ -417,6 +442,9 @@ void TableFile::Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_ro
     read_row(query.value(0).toInt(), texts);
   }
 }
+
+// What is written to a file that has lost its name is lost.
+bool TableFile::IsInPlace() const { return FileId(path_) == file_id_; }
 
 bool TableFile::Execute(QSqlQuery& query) const {
   if (query.exec()) {

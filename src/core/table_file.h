@@ -29,8 +29,9 @@ TableShape ShapeOf() {
 }
 
 // The table of one database file, open as long as the object lives. Rows whose ID is not a whole
-// number of 32 bits are not seen. A row is given as its ID and the texts of the requested fields,
-// in their order; a null, and a field that the file lacks, is an empty text.
+// number of 32 bits are not seen. Nothing is written to a file that another program has replaced. A
+// row is given as its ID and the texts of the requested fields, in their order; a null, and a field
+// that the file lacks, is an empty text.
 class TableFile final {
  public:
   using ReadRow = std::function<void(int id, const QStringList& texts)>;
@@ -55,6 +56,11 @@ class TableFile final {
   // Writes a copy of the file, and keeps other programs from writing to it meanwhile. False when
   // that fails.
   bool CopyTo(const QString& copy) const;
+  // Changes when another program has written to the file.
+  int Version() const;
+  // No other program writes to the file any more as long as this object lives. False when one has
+  // since `version`, or is writing now.
+  bool HoldSince(int version) const;
 
   int Count() const;
   // The rows with an ID above `after_id`, or all, in the order of their IDs, up to `limit` (-1:
@@ -88,11 +94,14 @@ class TableFile final {
   QString SelectClause(const QStringList& fields) const;
   void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;
   bool Execute(QSqlQuery& query) const;
+  bool IsInPlace() const;
   bool ReplaceRows(const TableData& rows);
 
   TableShape shape_;
   QString path_;
   SqlConnection connection_;
+  std::pair<quint64, quint64> file_id_;  // device and number
+  bool is_writable_ = false;
   bool is_stand_in_ = false;
   QStringList columns_;  // of the file, in lower case
   QString key_;          // the ID as an expression that is a number in every row that is seen

@@ -8,11 +8,11 @@
 #include <QTemporaryDir>
 
 #include <chrono>
-#include <filesystem>
 #include <optional>
 
 #include "core/copied_file.h"
 #include "core/file_lock.h"
+#include "core/moved_file.h"
 #include "core/table_data.h"
 
 namespace quayline {
@@ -23,9 +23,6 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds kLockWait = 500ms;
 constexpr int kMaxDamaged = 20;  // files kept of one name
-
-// What SQLite keeps beside a file. It would be applied to a new file of the same name.
-constexpr const char* kSideFiles[] = {"-journal", "-wal", "-shm"};
 
 // The path of the shipped file; empty if there is none that can be used.
 QString ShippedFile(const UnopenedTable& table) {
@@ -45,12 +42,6 @@ bool MakeFile(const QString& path, const QString& shipped, const UnopenedTable& 
   return CopyIfMissing(shipped, path);
 }
 
-bool Move(const QString& from, const QString& to) {
-  std::error_code error;
-  std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), error);
-  return !error;
-}
-
 // Gives the damaged file a name of its own, which is returned. Nothing when that is not possible.
 std::optional<QString> MoveAside(const QString& path) {
   for (int number = 1; number <= kMaxDamaged; ++number) {
@@ -59,12 +50,10 @@ std::optional<QString> MoveAside(const QString& path) {
     if (QFileInfo::exists(aside)) {
       continue;
     }
-    if (!Move(path, aside)) {
+    if (!MoveFile(path, aside)) {
       return std::nullopt;
     }
-    for (const char* side : kSideFiles) {
-      Move(path + QLatin1String(side), aside + QLatin1String(side));
-    }
+    MoveSideFiles(path, aside);
     return aside;
   }
   return std::nullopt;
@@ -102,8 +91,9 @@ std::optional<QString> ReplaceTable(const UnopenedTable& table, const QString& s
     return std::nullopt;
   }
   auto aside = QFileInfo::exists(path) ? MoveAside(path) : std::optional(QString());
-  if (aside && !Move(made, path)) {
-    Move(*aside, path);
+  if (aside && !MoveFile(made, path)) {
+    MoveFile(*aside, path);
+    MoveSideFiles(*aside, path);
     return std::nullopt;
   }
   return aside;

@@ -8,6 +8,7 @@
 
 #include <chrono>
 
+#include "async/worker.h"
 #include "core/database_swap.h"
 #include "core/package_stream.h"
 #include "core/reader_process.h"
@@ -30,12 +31,32 @@ std::expected<void, QString> WriteFiles(const QByteArray& unpacked, const QStrin
   for (const PackedFile& file : *files) {
     if (!SaveFile(folder + QLatin1Char('/') + QString::fromLatin1(file.name), file.bytes,
                   kPrivateFile)) {
-      return std::unexpected(
-          QStringLiteral("The new databases cannot be written to \"%1\". Is the disk full?")
-              .arg(QDir::toNativeSeparators(folder)));
+      return std::unexpected(CannotWrite(folder));
     }
   }
   return {};
+}
+
+std::expected<QList<RowChanges>, QString> ReplaceDatabases(const QByteArray& unpacked,
+                                                           const DatabaseFolders& folders) {
+  const QTemporaryDir fresh(NewSetTemplate(folders.users));
+  const QTemporaryDir set(NewSetTemplate(folders.users));
+  if (!fresh.isValid() || !set.isValid()) {
+    return std::unexpected(QStringLiteral("The folder \"%1\" cannot be written.")
+                               .arg(QDir::toNativeSeparators(folders.users)));
+  }
+  if (const auto written = WriteFiles(unpacked, fresh.path()); !written) {
+    return std::unexpected(written.error());
+  }
+  HeldFiles held;
+  const auto changes = PrepareSet(fresh.path(), folders.users, folders.shipped, set.path(), held);
+  if (!changes) {
+    return changes;
+  }
+  if (const auto placed = PutInPlace(set.path(), folders.users); !placed) {
+    return std::unexpected(placed.error());
+  }
+  return changes;
 }
 
 }  // namespace
@@ -51,23 +72,9 @@ Task<std::expected<QList<RowChanges>, QString>> InstallPackage(QString package,
     co_return std::unexpected(
         QStringLiteral("The file from the server %1.").arg(unpacked.error().text));
   }
-  const QTemporaryDir fresh(NewSetTemplate(folders.users));
-  QTemporaryDir set(NewSetTemplate(folders.users));
-  if (!fresh.isValid() || !set.isValid()) {
-    co_return std::unexpected(QStringLiteral("The folder \"%1\" cannot be written.")
-                                  .arg(QDir::toNativeSeparators(folders.users)));
-  }
-  if (const auto written = WriteFiles(*unpacked, fresh.path()); !written) {
-    co_return std::unexpected(written.error());
-  }
-  const auto changes = PrepareSet(fresh.path(), folders.users, folders.shipped, set.path());
-  if (!changes) {
-    co_return changes;
-  }
-  if (const auto placed = PutInPlace(set.path(), folders.users); !placed) {
-    co_return std::unexpected(placed.error());
-  }
-  co_return changes;
+  // Parsing, merging and writing take seconds for large files.
+  co_return co_await RunInThread<std::expected<QList<RowChanges>, QString>>(
+      [unpacked = *unpacked, folders] { return ReplaceDatabases(unpacked, folders); });
 }
 
 }  // namespace quayline

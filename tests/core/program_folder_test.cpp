@@ -147,6 +147,18 @@ TEST_F(ShippedDatabases, RoutersOfTheUserStayWithTheirIds) {
   EXPECT_EQ(NearestRouter(names, u"Qu"_s), -1);
 }
 
+TEST_F(ShippedDatabases, ASetThatWasBeingPutInPlaceComesBeforeAShippedFile) {
+  Ship({Router(1, u"One"_s, u"a"_s)});
+  Start();
+  EXPECT_TRUE(databases_.UpdateRouterScripts(1, u"new"_s, {}));
+  databases_.Close();
+  QDir().mkpath(home_ + u"/databases.complete"_s);
+  ASSERT_TRUE(
+      QFile::rename(home_ + u"/routers.mdb"_s, home_ + u"/databases.complete/routers.mdb"_s));
+  Start();
+  EXPECT_EQ(Routers(), QStringList(u"1 One new"_s));
+}
+
 TEST_F(ShippedDatabases, AMergeThatWasCutOffOrCannotBeDoneChangesNothingForGood) {
   Ship({Router(1, u"One"_s, u"a"_s), Router(2, u"Two"_s, u"b"_s)});
   Start();

@@ -3,11 +3,14 @@
 
 #include "update/database_package.h"
 
+#include <QSqlQuery>
+
 #include <gtest/gtest.h>
 
 #include "core/database_swap.h"
 #include "core/databases.h"
 #include "core/files.h"
+#include "core/sql_connection.h"
 #include "core/table_data.h"
 #include "core/test_databases.h"
 #include "demo/update_package.h"
@@ -145,9 +148,19 @@ TEST_F(DatabasePackage, WhateverIsWrongWithItChangesNothing) {
   ASSERT_TRUE(testing::MakeTestDatabases(theirs_, {}, {}, {}));
   const PackedFile no_rows{"routers.mdb", Theirs("routers.mdb")};
   const QString other = folder_.filePath(u"other"_s);
-  ASSERT_TRUE(WriteTables(
-      {{.name = u"routers"_s, .columns = {u"ID"_s, u"routername"_s}, .rows = {{u"1"_s, u"One"_s}}}},
-      other));
+  const auto with_rows = [&](const QStringList& ids) {
+    TableData table{.name = u"routers"_s, .columns = {u"ID"_s, u"routername"_s}, .rows = {}};
+    for (const QString& id : ids) {
+      table.rows.append({id, u"R"_s + id});
+    }
+    QFile::remove(other);
+    EXPECT_TRUE(WriteTables({table}, other));
+    return with(0, {"routers.mdb", ReadBytes(other)});
+  };
+  QStringList many;
+  for (int id = 1; id <= 100'001; ++id) {
+    many.append(QString::number(id));
+  }
   const struct {
     const char* fault;
     QByteArray package;
@@ -168,7 +181,9 @@ TEST_F(DatabasePackage, WhateverIsWrongWithItChangesNothing) {
       {"no database", with(0, {"routers.mdb", "text"}), "not a database"},
       {"no rows", with(0, no_rows), "is empty"},
       {"programs for routers", with(0, {"routers.mdb", good[1].bytes}), "no table"},
-      {"no scripts", with(0, {"routers.mdb", ReadBytes(other)}), "no field"},
+      {"no scripts", with_rows({u"1"_s}), "no field"},
+      {"a row of the user", with_rows({u"1"_s, u"1000000000"_s}), "routers that you add"},
+      {"far too many rows", with_rows(many), "too many rows"},
   };
   const auto before = UsersFiles();
   for (const auto& c : cases) {
@@ -176,8 +191,27 @@ TEST_F(DatabasePackage, WhateverIsWrongWithItChangesNothing) {
         << c.fault << ": " << Install(c.package).toStdString();
     EXPECT_EQ(UsersFiles(), before) << c.fault;
   }
+  {
+    const SqlConnection other_program(users_ + u"/ports.mdb"_s, SqlAccess::kReadWrite);
+    ASSERT_TRUE(QSqlQuery(other_program.Handle()).exec(u"BEGIN IMMEDIATE"_s));
+    EXPECT_TRUE(Install(whole).contains(u"Another Quayline"_s));
+  }
+  EXPECT_EQ(UsersFiles(), before);
   EXPECT_TRUE(testing::OnFullDisk(4096, [&] { return Install(whole); }).contains(u"disk full"_s));
   EXPECT_EQ(UsersFiles(), before);
+}
+
+TEST_F(DatabasePackage, WhatAnotherProgramWritesIsRefusedWhileANewSetIsMade) {
+  const QString set = folder_.filePath(u"set"_s);
+  QDir().mkpath(set);
+  HeldFiles held;
+  ASSERT_TRUE(PrepareSet(theirs_, users_, shipped_, set, held));
+  ASSERT_TRUE(databases_.Open(users_));
+  EXPECT_FALSE(databases_.UpdateRouterScripts(2, u"lost"_s, {}));
+  held.clear();
+  EXPECT_TRUE(databases_.UpdateRouterScripts(2, u"kept"_s, {}));
+  ASSERT_TRUE(PutInPlace(set, users_));
+  EXPECT_FALSE(databases_.UpdateRouterScripts(2, u"lost"_s, {})) << "in the previous file";
 }
 
 TEST_F(DatabasePackage, ASwapIsCompletedByTheNextStartOrTakenBack) {
@@ -200,8 +234,10 @@ TEST_F(DatabasePackage, ASwapIsCompletedByTheNextStartOrTakenBack) {
   WriteBytes(next + u"/ports.mdb"_s, "new");
   WriteBytes(next + u"/routers.mdb"_s, "new");
   const QByteArray ports = ReadBytes(users_ + u"/ports.mdb"_s);
+  WriteBytes(users_ + u"/ports.mdb-journal"_s, "of ports");
   EXPECT_FALSE(PutInPlace(next, users_));
   EXPECT_EQ(ReadBytes(users_ + u"/ports.mdb"_s), ports);
+  EXPECT_EQ(ReadBytes(users_ + u"/ports.mdb-journal"_s), "of ports");
   EXPECT_FALSE(QFileInfo::exists(users_ + u"/a"_s));
   EXPECT_EQ(Routers().first(), u"1 One better"_s);
 }
