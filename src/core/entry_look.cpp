@@ -59,7 +59,7 @@ std::optional<ReachVerdict> ObstacleOf(const std::optional<ReachVerdict>& firewa
 
 EntryLook WithResult(EntryLook look, const EntryResult& result,
                      const std::optional<QDateTime>& looked_at) {
-  look.on_router = looked_at ? std::optional(result.state) : std::nullopt;
+  look.on_router = looked_at ? std::optional(result.own_row.value_or(result.state)) : std::nullopt;
   look.differs = result.differs;
   look.seen = result.seen;
   look.looked_at = looked_at.value_or(QDateTime());

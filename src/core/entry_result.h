@@ -31,6 +31,8 @@ struct EntryResult {
   bool existed = false;      // the rule was on the router before the job, as it is wanted
   // The job brought it: the router showed its rules before, and this one was not among them.
   bool is_new = false;
+  // Of a removal: what the page shows of the user's own row of the rule, which stays.
+  std::optional<EntryState> own_row;
   QStringList doubts;  // what went wrong meanwhile, in sentences
   // Whether a program waits for what the router forwards; nothing where it leads to another
   // computer, or the router was not looked at.

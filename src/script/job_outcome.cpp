@@ -34,20 +34,22 @@ bool JobOutcome::HasDoubts() const { return std::ranges::any_of(results, &EntryR
 bool JobOutcome::HasWrong() const { return std::ranges::any_of(results, &EntryResult::IsWrong); }
 
 // Others may be on the router, and would be there twice.
-QList<PortEntry> JobOutcome::ToTryAgain() const {
-  QList<PortEntry> rows;
-  for (qsizetype row = 0; row < results.size() && kind == JobKind::kUpdate; ++row) {
-    if (results[row].state == EntryState::kMissing || row >= entries) {
-      rows.append(results[row].entry);
+QList<qsizetype> JobOutcome::PlacesToTryAgain() const {
+  QList<qsizetype> places;
+  for (qsizetype place = 0; place < results.size() && kind == JobKind::kUpdate; ++place) {
+    if (results[place].state == EntryState::kMissing || place >= entries) {
+      places.append(place);
     }
   }
-  return rows;
+  return places;
 }
 
-bool JobOutcome::HasBegun(const PortEntry& entry) const {
-  const QList<EntryResult> begun = results.first(std::min<qsizetype>(entries, results.size()));
-  return std::ranges::any_of(begun,
-                             [&](const EntryResult& result) { return result.entry == entry; });
+QList<PortEntry> JobOutcome::ToTryAgain() const {
+  QList<PortEntry> rows;
+  for (const qsizetype place : PlacesToTryAgain()) {
+    rows.append(results[place].entry);
+  }
+  return rows;
 }
 
 QStringList JobOutcome::ToCheck() const {

@@ -31,8 +31,8 @@ struct JobOutcome {
   QString EndName() const;
   // Entries that are surely not on the router: it does not show them, or they were never begun.
   QList<PortEntry> ToTryAgain() const;
-  // Whether the turn of an entry of the list has come.
-  bool HasBegun(const PortEntry& entry) const;
+  // Their places in the results, from 0.
+  QList<qsizetype> PlacesToTryAgain() const;
   // Names of the entries that are to be checked on the router.
   QStringList ToCheck() const;
   // Names of the entries that are on the router, and may have been there before the job: they are

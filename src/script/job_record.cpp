@@ -8,16 +8,24 @@ namespace quayline {
 void JobRecord::Begin(JobKind kind, QList<PortEntry> rows) {
   rows_ = std::move(rows);
   turns_ = QList<Turn>(rows_.size());
+  for (int row = 1; row <= RowCount(); ++row) {
+    turns_[row - 1].number = row;
+  }
   outcome_ = {.kind = kind, .results = {}};
   is_again_ = false;
 }
 
 void JobRecord::BeginAgain() {
   const JobOutcome before = outcome_;
+  const QList<Turn> turns_before = turns_;
   Begin(JobKind::kUpdate, before.ToTryAgain());
   is_again_ = true;
-  for (qsizetype row = 0; row < rows_.size(); ++row) {
-    turns_[row].was_entered = before.HasBegun(rows_.at(row));
+  const QList<qsizetype> places = before.PlacesToTryAgain();
+  for (qsizetype row = 0; row < places.size(); ++row) {
+    const qsizetype place = places.at(row);
+    const Turn& turn_before = turns_before.at(place);
+    turns_[row].number = turn_before.number;
+    turns_[row].was_entered = turn_before.was_entered || place < before.entries;
   }
 }
 
@@ -73,12 +81,18 @@ void JobRecord::NoteBefore(const QList<RuleVerdict>& verdicts, const PageRows& p
 
 void JobRecord::NoteAfter(QList<RuleVerdict> verdicts, const PageRows& page) {
   outcome_.has_looked = !verdicts.isEmpty() && !context_.job_flags.JobStopRequested();
+  const QList<EntryResult> on_page = ResultsOf(verdicts, page);
   if (outcome_.kind == JobKind::kTakeBack) {
     for (RuleVerdict& verdict : verdicts) {
       verdict = added_.AfterRemoval(verdict, page);
     }
   }
   outcome_.results = ResultsOf(verdicts, page);
+  for (qsizetype row = 0; row < on_page.size(); ++row) {
+    if (on_page[row].state != outcome_.results[row].state) {
+      outcome_.results[row].own_row = on_page[row].state;
+    }
+  }
   NoteListening();
   if (journal_) {
     journal_->NoteAfter(outcome_.results, verdicts.isEmpty() ? PageRows() : page);
@@ -121,6 +135,26 @@ void JobRecord::NoteAdded(const PageRows& page) {
       added_.Add(result.entry);
     }
   }
+}
+
+int JobRecord::Number(int row) const { return turns_.at(row - 1).number; }
+
+bool JobRecord::IsFirst(int row) const {
+  for (int earlier = 1; earlier < row; ++earlier) {
+    if (IsToBeEntered(earlier)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool JobRecord::IsLast(int row) const {
+  for (int later = row + 1; later <= RowCount(); ++later) {
+    if (IsToBeEntered(later)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 bool JobRecord::IsToBeEntered(int row) const {

@@ -24,6 +24,8 @@ class JobRecord final {
  public:
   explicit JobRecord(AppContext& context) : context_(context) {}
 
+  // The rules that jobs of another record added, on the same router.
+  void TakeOverRules(const JobRecord& former) { added_ = former.added_; }
   void Begin(JobKind kind, QList<PortEntry> rows);
   // The job is for the entries that the one before did not get in.
   void BeginAgain();
@@ -47,13 +49,20 @@ class JobRecord final {
 
   // Not where a job before this one may have entered it already: it would be there twice.
   bool IsToBeEntered(int row) const;
+  // Whether no earlier, or no later, row is to be entered.
+  bool IsFirst(int row) const;
+  bool IsLast(int row) const;
+  // The row's number for the script: in the job that entered the whole list, so that a slot of the
+  // router that goes by the number stays the entry's own.
+  int Number(int row) const;
 
  private:
   struct Turn {
+    int number = 0;
     RuleVerdict before;
     QStringList doubts;
     std::optional<PassEnd> end;  // of its pass
-    bool was_entered = false;    // by a job before this one
+    bool was_entered = false;    // by any job before this one
   };
 
   QList<EntryResult> ResultsOf(const QList<RuleVerdict>& verdicts, const PageRows& page) const;

@@ -56,6 +56,12 @@ void JobRunner::Open() {
   Q_EMIT busyChanged(true);
 }
 
+void JobRunner::TakeOverRules(const JobRunner& former) {
+  if (former.router_ && former.IsRouterChosen() && IsRouterChosen()) {
+    record_.TakeOverRules(former.record_);
+  }
+}
+
 bool JobRunner::IsRouterChosen() const {
   return !router_ || (router_->chosen_router == context_.session.chosen_router &&
                       RouterKey(*router_) == RouterKey(context_.session));
@@ -123,7 +129,7 @@ Task<> JobRunner::TakeBackRows() {
   if (!outcome.stopped) {
     verdicts = co_await Look();
   }
-  record_.NoteAfter(verdicts, page_);
+  EndWith(verdicts);
   record_.EndJournal();
 }
 
@@ -202,6 +208,13 @@ Task<> JobRunner::EnterRows() {
   if (context_.job_options.verify_after_update && !outcome.stopped) {
     verdicts = co_await Look();
   }
+  EndWith(verdicts);
+}
+
+// The user may also have stopped the job after its last row.
+void JobRunner::EndWith(const QList<RuleVerdict>& verdicts) {
+  JobOutcome& outcome = record_.Outcome();
+  outcome.stopped = outcome.stopped || StoppedByUser();
   record_.NoteAfter(verdicts, page_);
 }
 
@@ -280,9 +293,9 @@ RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name
   }
   RunArguments arguments = RouterArguments();
   arguments.commands = Router().update_script;
-  arguments.entry_index = row;
-  arguments.is_first_entry = row == 1;
-  arguments.is_last_entry = row == record_.RowCount();
+  arguments.entry_index = record_.Number(row);
+  arguments.is_first_entry = record_.IsFirst(row);
+  arguments.is_last_entry = record_.IsLast(row);
   arguments.entry_name = entry.app_name;
   arguments.entry_protocol = entry.protocol;
   arguments.entry_start_port = entry.start_port;

@@ -42,6 +42,9 @@ class JobRunner final : public ScriptRunner {
   // is not touched.
   void TakeBack();
 
+  // The rules that jobs of `former` added count as added by this runner, if they are on its router.
+  void TakeOverRules(const JobRunner& former);
+
   // Whether the main window still has the router of this runner, at the same address.
   bool IsRouterChosen() const;
   // The router on which the jobs work.
@@ -78,6 +81,7 @@ class JobRunner final : public ScriptRunner {
   Task<RuleVerdict> LookAtRow(int row);
   Task<PassEnd> RemoveRow(int row, QStringList rows_to_keep);
   void SkipRow(int row);
+  void EndWith(const QList<RuleVerdict>& verdicts);
   Task<> RunRow(int row, QString& computer_name);
   // What the router shows of each row. Nothing where its rules were not read.
   Task<QList<RuleVerdict>> Look();

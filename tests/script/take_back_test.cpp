@@ -186,6 +186,8 @@ TEST_F(TakeBackTest, RemovesNoRowButThoseOfTheJob) {
     TakeBack();
     EXPECT_EQ(rules_, c.left);
     EXPECT_EQ(StateOfFirst(), c.state);
+    EXPECT_EQ(runner_->Outcome().results.value(0).own_row.has_value(), !c.before.isEmpty())
+        << "the list would say that the user's row is gone, or that the job's one stays";
     EXPECT_EQ(runner_->Added().isEmpty(), c.state == EntryState::kMissing);
   }
 }
@@ -307,6 +309,84 @@ TEST_F(TakeBackTest, TryingAgainEntersOnlyWhatIsMissing) {
     EXPECT_EQ(runner_->Outcome().entries, 1);
     EXPECT_TRUE(runner_->Outcome().ToTryAgain().isEmpty());
   }
+}
+
+TEST_F(TakeBackTest, TryingAgainKeepsTheNumbersAndKnowsTheFirstAndTheLastToBeEntered) {
+  context_.session.update_script =
+      Lines({"click_button_first_only(\"Login\")", "set_textbox_number(\"n,\")",
+             "click_button(\"Save\")", "click_button_last_only(\"Restart\")", "nav(\"saved\")"});
+  QList<PortEntry> entries;
+  for (const char* name : {"A", "B", "C", "D"}) {
+    entries.append(WebEntry(QLatin1String(name)));
+    entries.last().start_port = entries.last().end_port = QString::number(7000 + entries.size());
+  }
+  SetRows(entries);
+  const auto rule = [&entries](qsizetype number) {
+    const PortEntry& entry = entries.at(number - 1);
+    return entry.app_name + u" | "_s + entry.start_port + u" | 10.0.0.5 | TCP"_s;
+  };
+  rules_ = {rule(1)};
+  saved_.clear();
+  RunJob();
+  ASSERT_EQ(runner_->Outcome().ToTryAgain().size(), 3);
+  rules_ << rule(2) << rule(4);  // they came late
+  saved_ = {rule(3)};
+  pages_.calls.clear();
+  runner_->Open();
+  runner_->RunAgain();
+  ASSERT_TRUE(Ends());
+  pages_.calls.removeIf([](const QString& call) { return !call.contains(u'('); });
+  pages_.calls.removeIf([](const QString& call) { return call.startsWith(u"ReadRows"); });
+  EXPECT_EQ(pages_.calls, Lines({"ClickButton(Login)", "SetElementValue(n, 3, false)",
+                                 "ClickButton(Save)", "ClickButton(Restart)"}));
+}
+
+// The user may stop while the router's rules are being read, before the job and after it.
+TEST_F(TakeBackTest, AStopDuringALookIsAStopAndForgetsNothing) {
+  saved_.clear();
+  const auto stop_at_look = [this](int wanted) {
+    runner_->Open();
+    QObject::connect(runner_.get(), &JobRunner::lookStarted, runner_.get(),
+                     [this, wanted, looks = 0]() mutable {
+                       if (++looks == wanted) {
+                         runner_->Stop();
+                       }
+                     });
+  };
+  stop_at_look(2);
+  runner_->Run();
+  ASSERT_TRUE(Ends());
+  EXPECT_EQ(runner_->Outcome().entries, 1);
+  EXPECT_TRUE(runner_->Outcome().stopped) << "a stopped job is reported as done";
+
+  NextRunner();
+  RunJob();
+  stop_at_look(1);
+  runner_->RunAgain();
+  ASSERT_TRUE(Ends());
+  EXPECT_EQ(runner_->Outcome().entries, 0);
+  rules_.append(u"Web | 81 | 10.0.0.5 | TCP"_s);  // what the first job sent, and the router made
+  pages_.calls.clear();
+  runner_->Open();
+  runner_->RunAgain();
+  ASSERT_TRUE(Ends());
+  EXPECT_FALSE(pages_.calls.contains(u"ClickButton(Save)"_s)) << "it is entered twice";
+}
+
+TEST_F(TakeBackTest, TheNextWindowsJobsTakeBackTheRulesOfTheFormerOnTheSameRouter) {
+  RunJob();
+  const std::unique_ptr<JobRunner> former = std::move(runner_);
+  NextRunner();
+  context_.session.router_ip = u"192.168.9.9"_s;
+  runner_->TakeOverRules(*former);
+  EXPECT_EQ(AddedNames(), QString());
+  context_.session.router_ip = u"192.168.1.1"_s;
+  runner_->TakeOverRules(*former);
+  RunJob();
+  EXPECT_EQ(AddedNames(), u"Web"_s) << "the job counts its own rule as the user's";
+  rules_ = {web_};
+  TakeBack();
+  EXPECT_TRUE(rules_.isEmpty());
 }
 
 }  // namespace
