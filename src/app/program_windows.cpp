@@ -40,10 +40,17 @@ PageHostFactory ProgramWindows::Hosts() const {
   return WebPageHosts(context_.job_options, context_.translator, &context_.certificates);
 }
 
-QWidget* ProgramWindows::Job() {
+QWidget* ProgramWindows::Job(QWidget* former) {
   auto* window = new JobWindow(context_, prompts_, Hosts());
-  QObject::connect(window, &JobWindow::routerPageWanted, window,
-                   [this, window] { PageView(window)->open(); });
+  if (const auto* before = qobject_cast<JobWindow*>(former)) {
+    window->TakeOverRules(*before);
+  }
+  QObject::connect(window, &JobWindow::routerPageWanted, window, [this, window] {
+    // No other run may begin while the user works on the router.
+    QDialog* view = PageView(window);
+    view->setWindowModality(Qt::ApplicationModal);
+    view->show();
+  });
   OfferTest(window);
   return window;
 }

@@ -31,7 +31,7 @@ class ProgramWindows final : public WindowFactory {
   // Looks for a second router in the background, without a window.
   void SearchSecondRouter() { quiet_search_.Start(); }
 
-  QWidget* Job() override;
+  QWidget* Job(QWidget* former) override;
   QWidget* RouterCheck() override;
   QDialog* AddEntry(QWidget* parent, std::function<void()> changed) override;
   QDialog* EditEntry(QWidget* parent, int row, std::function<void()> changed) override;

@@ -18,8 +18,8 @@ BenchRunner::~BenchRunner() { CancelRun(); }
 
 void BenchRunner::Open() {
   OpenBrowsers([](const BrowserSet& browsers) { return browsers.Active(); });
-  context_.job_flags.is_running = false;  // until lines are run
   context_.job_flags.in_combo = false;
+  LetFlagsGo();  // until lines are run
 }
 
 void BenchRunner::RunLines(QStringList lines, const PortEntry& entry) {

@@ -109,6 +109,12 @@ void BrowserSet::ReportStop() {
   }
 }
 
+void BrowserSet::HandOver() {
+  for (const Member& member : members_) {
+    member.host->HandOver();
+  }
+}
+
 void BrowserSet::StopNavigation() {
   for (const Member& member : members_) {
     member.host->StopNavigation();

@@ -44,6 +44,8 @@ class BrowserSet final : public QObject {
   bool MaySave() const;
   // The user stopped the run: ends what is no save.
   void ReportStop();
+  // From now on the user acts on the pages, as a person does on any page.
+  void HandOver();
   // Ends what the pages load.
   void StopNavigation();
 

@@ -38,8 +38,8 @@ struct PageScript {
 struct NavigationState {
   quint64 starts = 0;  // raised whenever a navigation begins in any frame of the page
   bool busy = false;   // a navigation has begun and not ended yet
-  // There was a user action on the page since the script opened one: what the page sends may be a
-  // save.
+  // There was a user action on the page since the script opened one, or the user has the page: what
+  // the page sends may be a save.
   bool after_action = false;
 };
 
@@ -92,6 +92,8 @@ class PageHost : public QObject {
   // The user stopped the run: ends a load that no user action led to, the retries of one, and a
   // page whose script never ends. What may be a save continues.
   virtual void RunStopped() {}
+  // The user has the page from now on, and may act on it: NavigationState::after_action.
+  virtual void HandOver() = 0;
 
   virtual void SetLogin(const PageLogin& login) = 0;
 

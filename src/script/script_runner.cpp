@@ -42,10 +42,21 @@ ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQ
 
 ScriptRunner::~ScriptRunner() {
   flow_.Cancel();
-  if (browsers_ && browsers_->HoldsFlags()) {
+  if (HoldsFlags()) {
     context_.job_flags.is_running = false;
   }
 }
+
+bool ScriptRunner::HoldsFlags() const { return browsers_ != nullptr && browsers_->HoldsFlags(); }
+
+void ScriptRunner::LetFlagsGo() {
+  if (HoldsFlags()) {
+    context_.job_flags.is_running = false;
+    browsers_->LetFlagsGo();
+  }
+}
+
+void ScriptRunner::HandOver() { browsers_->HandOver(); }
 
 PageHost* ScriptRunner::ActiveHost() const { return browsers_ ? browsers_->Active() : nullptr; }
 
@@ -162,9 +173,8 @@ Task<> ScriptRunner::LockRouter() {
 
 void ScriptRunner::EndRun() {
   running_ = false;
-  context_.job_flags.is_running = false;
   // The window stays, and its pages may still load: what they do is no business of the next run.
-  browsers_->LetFlagsGo();
+  LetFlagsGo();
   UnlockWhenIdle();
 }
 
@@ -176,15 +186,23 @@ void ScriptRunner::UnlockWhenIdle() {
 
 void ScriptRunner::Stop() {
   stopped_by_user_ = true;
-  context_.job_flags.is_running = running_;
-  context_.job_flags.SetJobStopRequested(true);
+  if (HoldsFlags()) {
+    context_.job_flags.is_running = running_;
+    context_.job_flags.SetJobStopRequested(true);
+  }
   if (browsers_) {
     browsers_->ReportStop();
+  }
+  if (!running_) {
+    LetFlagsGo();
   }
 }
 
 void ScriptRunner::Leave() {
-  left_during_run_ = running_;
+  left_during_run_ = left_during_run_ || running_;
+  if (HoldsFlags()) {
+    context_.job_flags.SetPageErrorPending(true);
+  }
   Stop();
   if (!has_run_) {
     Q_EMIT left();
@@ -380,7 +398,7 @@ void ScriptRunner::OnNavigateError(const QString& url, int status) {
   const QString name = StatusText(status);
   const QString with_url = name + QStringLiteral(" (") + OnOneLine(url) + QLatin1Char(')');
   Q_EMIT errorAppended(Text(texts_.last_error) + QLatin1Char(' ') + with_url);
-  if (browsers_->HoldsFlags()) {
+  if (HoldsFlags()) {
     context_.job_flags.last_page_error = with_url;
     // Ahead of a stop that the error may cost: a wait that sees both takes the error first.
     context_.job_flags.SetPageErrorPending(true);

@@ -43,6 +43,8 @@ class ScriptRunner : public QObject, public PageQuestions {
   // The debug button: continues the run after the line at which it pauses, and ends its wait for a
   // page load that never ends.
   void ProceedToNextCommand();
+  // From now on the user acts on the pages himself: what they send may be a save.
+  void HandOver();
 
   bool IsRunning() const { return running_; }
   // Stop() was called; errors of pages can end a run as well.
@@ -89,6 +91,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   // of that run that may still save are kept until they have, and the next run waits for them. Each
   // line of a script drives the browser that `driven` names.
   void OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driven);
+  // Gives the flags back until StartRun(). OpenBrowsers() has taken them: no other run may begin in
+  // between.
+  void LetFlagsGo();
   // Runs `run`; ended() follows.
   void StartRun(Task<> run);
   // Ends the run where it stands, without ended(). For destructors: a run uses the whole object.
@@ -121,6 +126,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   JobLog log_;
 
  private:
+  // Whether the program's flags are those of this run. Other windows may run meanwhile, when this
+  // one's run is over.
+  bool HoldsFlags() const;
   // Pages of a run that is over, until their saves have been answered.
   struct OldPages {
     std::unique_ptr<BrowserSet> browsers;

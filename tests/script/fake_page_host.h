@@ -80,6 +80,7 @@ class FakePageHost final : public PageHost {
   void Navigate2(const QString& url, const QString& target_frame) override;
   void Refresh2() override;
   void StopNavigation() override;
+  void HandOver() override { navigation_.after_action = true; }
   void SetLogin(const PageLogin& login) override { pages_.logins.append(login); }
   void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override;
   void RunInPage(const PageScript& script, std::function<void(const QString&)> done) override;

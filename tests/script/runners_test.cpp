@@ -356,7 +356,8 @@ TEST_F(PageViewTest, EachViewForgivesOneErrorAndNeverEndsAJob) {
   EXPECT_FALSE(context_.job_flags.JobStopRequested());
 }
 
-// Two windows, one set of flags: the window whose run has ended must leave the other's alone.
+// Two windows, one set of flags: the window whose run has ended must leave the other's alone, also
+// when it is closed.
 TEST_F(PageViewTest, APageOfAnEndedJobDoesNotDisturbTheView) {
   FakePages job_pages;
   JobRunner job(context_, job_pages.Factory(), questions_);
@@ -366,12 +367,15 @@ TEST_F(PageViewTest, APageOfAnEndedJobDoesNotDisturbTheView) {
   ASSERT_TRUE(RunUntil([&] { return !job.IsRunning(); }));
   EXPECT_FALSE(context_.job_flags.is_running);
 
-  pages_.On({"nav"}, [&job_pages](FakePageHost& host) {
+  pages_.On({"nav"}, [this, &job, &job_pages](FakePageHost& host) {
     host.BeginNavigation();
     job_pages.Host(0).FailNavigation(u"http://x/"_s, 500);
     job_pages.Host(0).FailNavigation(u"http://x/"_s, 500);
     job_pages.Host(0).LoadPage();
     job_pages.Host(0).OpenPopup();
+    job.Stop();
+    job.Leave();
+    EXPECT_TRUE(context_.job_flags.is_running);
     host.Later([&host] { host.EndNavigation(); });
   });
   const QString log = Run({"nav(\"a\")", "set_name(\"n,\")"});

@@ -75,12 +75,14 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
   Click("update_button");
   EXPECT_EQ(windows_->jobs.size(), 1) << "a job that runs was dropped unasked";
   for (const bool is_running : {true, false}) {
+    const QPointer<QWidget> former = windows_->jobs.last();
+    const QWidget* const former_job = former;
     const qsizetype before = windows_->jobs.size();
     flags.is_running = is_running;
     Click("update_button");
     ASSERT_EQ(windows_->jobs.size(), before + 1);
-    const QWidget* former = windows_->jobs[before - 1];
     EXPECT_FALSE(former && former->isVisible());
+    EXPECT_EQ(windows_->former_job, former_job) << "its rules cannot be taken back any more";
   }
   EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Ask: Start again?"), StartsWith("Ask: ")));
 }

@@ -448,6 +448,17 @@ TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   EXPECT_FALSE(context_->job_flags.is_running) << "the next run would be refused";
 }
 
+TEST_P(EachRunWindowTest, WhatTheUserSavesByHandAfterTheRunIsNotCutOff) {
+  Open();
+  ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
+  page_->Save();
+  window_->close();
+  EXPECT_FALSE(RunUntil([this] { return page_.isNull(); }, std::chrono::milliseconds(300)));
+  page_->Arrive();
+  EXPECT_TRUE(ComesToItsEnd());
+  EXPECT_TRUE(page_.isNull());
+}
+
 TEST_P(EachRunWindowTest, TheSaveOfAWindowThatIsClosedComesAheadOfTheNextRun) {
   context_->job_flags.AddLeavingRuns(1);
   Open();

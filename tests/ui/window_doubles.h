@@ -212,8 +212,15 @@ class FakePage final : public PageHost {
     navigation_.busy = false;
     Q_EMIT navigationChanged();
   }
+  // The user saves by hand; Arrive() is the router's answer.
+  void Save() {
+    ++navigation_.starts;
+    navigation_.busy = true;
+    Q_EMIT navigationChanged();
+  }
   void Refresh2() override { Navigate2({}, {}); }
   void StopNavigation() override {}
+  void HandOver() override { navigation_.after_action = true; }
   void SetLogin(const PageLogin&) override {}
   void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override {
     if (asked) {
@@ -316,6 +323,7 @@ class FakeWindows final : public WindowFactory {
   FakeWindows(AppContext& app, Prompts& boxes) : entries_(app, boxes) {}
 
   QList<QPointer<QWidget>> jobs;
+  const QWidget* former_job = nullptr;  // of the last one
   bool has_second_router = false;
   int checks = 0;            // how many of them only look
   QPointer<QDialog> dialog;  // the last one that was opened
@@ -325,14 +333,15 @@ class FakeWindows final : public WindowFactory {
   std::function<void()> databases_updated;
   int update_checks = 0;  // silent ones
 
-  QWidget* Job() override {
+  QWidget* Job(QWidget* former) override {
+    former_job = former;
     jobs.append(new QWidget);
     jobs.last()->setAttribute(Qt::WA_DeleteOnClose);
     return jobs.last();
   }
   QWidget* RouterCheck() override {
     ++checks;
-    return Job();
+    return Job(nullptr);
   }
   QDialog* AddEntry(QWidget* parent, std::function<void()> changed) override {
     return entries_.windows.AddNew(parent, changed);

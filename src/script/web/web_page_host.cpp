@@ -256,6 +256,8 @@ void WebPageHost::RunStopped() {
   watchdog_.Hurry();
 }
 
+void WebPageHost::HandOver() { is_led_ = true; }
+
 void WebPageHost::SetLogin(const PageLogin& login) { profile_->SetLogin(login); }
 
 void WebPageHost::Call(const PageCall& call, std::function<void(PageAnswer)> answer) {

@@ -41,6 +41,7 @@ class WebPageHost final : public PageHost {
   void Refresh2() override;
   void StopNavigation() override;
   void RunStopped() override;
+  void HandOver() override;
   void SetLogin(const PageLogin& login) override;
   void Call(const PageCall& call, std::function<void(PageAnswer)> answer) override;
   void RunInPage(const PageScript& script, std::function<void(const QString& error)> done) override;
@@ -86,7 +87,7 @@ class WebPageHost final : public PageHost {
   bool is_popup_ = false;
   bool counts_as_open_ = false;  // among the popups
   bool is_renderer_gone_ = false;
-  bool is_led_ = false;  // the page has been acted on since we loaded one
+  bool is_led_ = false;  // the page has been acted on since we loaded one, or the user has it
   ScriptCalls calls_;
   PageScripts scripts_;
   PageKeys keys_;

@@ -353,6 +353,7 @@ void JobWindow::OpenAgain() {
   }
   firewall_look_.Cancel();
   ui_->stop_button->setEnabled(true);
+  ui_->headline_label->setText(Text(message::kLooking));
   runner_->Open();
   display_->ShowOpened();
 }
@@ -423,7 +424,6 @@ void JobWindow::closeEvent(QCloseEvent* event) {
     NoteLooks();
   }
   start_timer_.stop();
-  context_.job_flags.SetPageErrorPending(true);
   display_->Leave();
   event->accept();
 }

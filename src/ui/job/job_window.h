@@ -37,6 +37,9 @@ class JobWindow final : public QWidget {
             JobKind kind = JobKind::kUpdate);
   ~JobWindow() override;
 
+  // The rules that jobs of another window added can be taken back here, if this window's router is
+  // theirs. Before the job begins.
+  void TakeOverRules(const JobWindow& former) { runner_->TakeOverRules(*former.runner_); }
   // The firewall lets in what firewallWanted() asked for.
   void NoteFirewallOpened();
 

@@ -103,9 +103,9 @@ void PageViewWindow::closeEvent(QCloseEvent* event) {
 // Called however the window is closed.
 void PageViewWindow::done(int result) {
   start_timer_.stop();
-  context_.job_flags.SetPageErrorPending(true);
   display_->Leave();
   QDialog::done(result);
+  setParent(nullptr, windowFlags());  // the window that opened it may go during the last save
 }
 
 }  // namespace quayline

@@ -88,12 +88,18 @@ void RunDisplay::ConnectProgress() {
   connect(&runner_, &ScriptRunner::waitingFor, this, [this](const QString& what) {
     controls_.waiting->setText(what.isEmpty() ? QString() : Text(texts_.waiting_for).arg(what));
   });
-  connect(&runner_, &ScriptRunner::ended, controls_.waiting, &QLabel::clear);
+  connect(&runner_, &ScriptRunner::ended, this, [this] {
+    controls_.waiting->clear();
+    runner_.HandOver();
+  });
 }
 
 // Debug mode may be switched on during a run, which then pauses: the button to continue is shown.
 void RunDisplay::ConnectProceed() {
   connect(&runner_, &ScriptRunner::proceedEnabled, this, [this](bool enabled) {
+    if (enabled) {
+      runner_.HandOver();
+    }
     controls_.proceed->setVisible(enabled || controls_.proceed->isVisible());
     EnableProceed(enabled);
   });

@@ -520,6 +520,7 @@ void MainWindow::UpdateRouter() {
 }
 
 void MainWindow::StartUpdate() {
+  QWidget* former = job_window_;
   for (const QPointer<QWidget>& window : {job_window_, check_window_}) {
     if (window != nullptr && window->isVisible()) {
       window->close();
@@ -531,7 +532,7 @@ void MainWindow::StartUpdate() {
   }
   const UpdateVerdict verdict = CheckUpdate(entries, context_.session, context_.translator);
   if (verdict.accepted) {
-    ShowJob(job_window_, windows_.Job());
+    ShowJob(job_window_, windows_.Job(former));
   } else {
     ShowRefusal(verdict);
   }

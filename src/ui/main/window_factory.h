@@ -26,8 +26,10 @@ class WindowFactory {
  public:
   virtual ~WindowFactory() = default;
 
-  // A job window on the current list and router, which starts by itself when it is shown.
-  virtual QWidget* Job() = 0;
+  // A job window on the current list and router, which starts by itself when it is shown. The rules
+  // that jobs of `former`, the job window before, have added can be taken back in the new one if
+  // they are on the same router; null: there was no window.
+  virtual QWidget* Job(QWidget* former) = 0;
   // As Job(), for a look at the router that changes nothing there.
   virtual QWidget* RouterCheck() = 0;
   // Adds rows to the port list; `changed` is called after each addition.

@@ -82,7 +82,10 @@ void ScriptBench::ConnectRunner() {
   connect(runner_.get(), &ScriptRunner::noticeRequested, this,
           [this](const QString& text) { prompts_.Notify(window(), text); });
   connect(runner_.get(), &ScriptRunner::activeHostChanged, this, &ScriptBench::ShowHost);
-  connect(runner_.get(), &ScriptRunner::ended, this, &ScriptBench::ShowState);
+  connect(runner_.get(), &ScriptRunner::ended, this, [this] {
+    runner_->HandOver();
+    ShowState();
+  });
 }
 
 void ScriptBench::Run(bool only_line) {

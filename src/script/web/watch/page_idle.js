@@ -107,7 +107,10 @@ function installPageIdle(beacon, ask, reply, limits) {
     forgetTasksOfLoad();
     askWatches('arm');
   }
-  addEventListener('keydown', (event) => event.isTrusted && armWatches(), true);
+  // What the user does himself is an action, too.
+  for (const kind of ['keydown', 'pointerdown', 'click']) {
+    addEventListener(kind, (event) => event.isTrusted && armWatches(), true);
+  }
 
   // Called before an action.
   window.quaylineArm = armWatches;
