@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
+#include <QTest>
+
 #include <algorithm>
 
 #include "web/page_job.h"
@@ -206,6 +208,24 @@ TEST_F(PendingWork, OfAPageThatIsBusyForSecondsIsWaitedFor) {
   server_.replies["/page"] = Html(
       GO("setTimeout(function(){var end=Date.now()+2500;while(Date.now()<end);f.submit()},0)"));
   RunAndLeave({u"nav(\"page\")"_s, u"click_button(\"go\")"_s});
+  EXPECT_EQ(Saves(), 1);
+}
+
+TEST_F(PendingWork, OfTheUsersOwnClickIsFinishedWhenTheWindowIsLeftAfterTheRun) {
+  server_.replies["/page"] =
+      Html(FORM
+           "<input type=button style='position:fixed;width:100%;height:100%;left:0;top:0'"
+           " onclick=\"setTimeout(function(){" POST "},500)\">");
+  Start({u"nav(\"page\")"_s});
+  ASSERT_TRUE(Ends(20s));
+  runner_->HandOver();
+  QTest::mouseClick(runner_->ActiveHost()->Widget()->focusProxy(), Qt::LeftButton, {}, {99, 99});
+  RunUntil([] { return false; }, 200ms);  // the page gets the click
+  ASSERT_EQ(Saves(), 0);
+  bool left = false;
+  QObject::connect(runner_.get(), &JobRunner::left, runner_.get(), [&left] { left = true; });
+  runner_->Leave();
+  EXPECT_TRUE(RunUntil([&left] { return left; }, 20s));
   EXPECT_EQ(Saves(), 1);
 }
 
