@@ -195,10 +195,13 @@ std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Sh
   const QString made = files.set + name;
   auto users = TableFile::Open(files.folder, database.shape);
   if (!users && QFileInfo::exists(files.folder + name)) {
-    const QString why = users.error().description;
-    users = TableFile::OpenGoodCopy(files.folder, database.shape);
+    // A file that only cannot be read now has rows that the good copy may lack.
+    const DatabaseError error = users.error();
+    if (error.is_damaged) {
+      users = TableFile::OpenGoodCopy(files.folder, database.shape);
+    }
     if (!users) {
-      return std::unexpected(why);
+      return std::unexpected(error.description);
     }
   }
   const TableData base = ReadTable(BaseOf(files.folder + name), database.shape);
