@@ -101,19 +101,22 @@ std::expected<void, QString> PutInPlace(const QString& set, const QString& folde
 }
 
 void CompleteSwap(const QString& folder) {
+  const QString complete = CompleteSet(folder);
+  const QFileInfoList prepared = QDir(folder).entryInfoList(
+      {kPreparing + QLatin1Char('*')}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+  if (prepared.isEmpty() && !QFileInfo(complete).isDir()) {
+    return;  // as nearly always: a start waits for nobody
+  }
   const FileLock lock(folder, kLockWait);
   if (!lock.IsLocked()) {
     return;
   }
-  const QString complete = CompleteSet(folder);
   QList<MovedFile> moved;
   if (QFileInfo(complete).isDir() && MoveFiles(complete, folder, moved)) {
     QDir(complete).removeRecursively();
   }
   const QDateTime now = QDateTime::currentDateTime();
-  const QFileInfoList abandoned = QDir(folder).entryInfoList(
-      {kPreparing + QLatin1Char('*')}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
-  for (const QFileInfo& set : abandoned) {
+  for (const QFileInfo& set : prepared) {
     if (set.lastModified().secsTo(now) > kAbandonedSeconds) {
       QDir(set.filePath()).removeRecursively();
     }

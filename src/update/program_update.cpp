@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QLoggingCategory>
+#include <QScopeGuard>
 
 #include <utility>
 
@@ -78,13 +79,14 @@ Task<> ProgramUpdate::FetchFile() {
     Report(files_.Failure());
     co_return;
   }
+  auto unchecked = qScopeGuard([file] { QFile::remove(file); });
   const bool is_right = co_await RunInThread<bool>(
       [file, digest = manifest_.download_digest] { return HasDigest(file, digest); });
   if (!is_right) {
-    QFile::remove(file);
     Q_EMIT failed(kWrongInstaller);
     co_return;
   }
+  unchecked.dismiss();
   outcome_ = [this, file] { Q_EMIT installerReady(file); };
 }
 

@@ -3,6 +3,8 @@
 
 #include "update/site_download.h"
 
+#include <QScopeGuard>
+
 #include "transport/curl_transfer.h"
 #include "update/update_error.h"
 #include "update/update_site.h"
@@ -35,9 +37,10 @@ Task<bool> SiteDownload::Fetch(QUrl address, QString file, qint32 max_bytes) {
     co_return false;
   }
   Q_EMIT sizeKnown(download_.FileSize());
+  auto rest = qScopeGuard([file] { QFile::remove(file); });  // also where the task is ended
   co_await download_.DownLoad();
-  if (!is_complete_) {
-    QFile::remove(file);
+  if (is_complete_) {
+    rest.dismiss();
   }
   co_return is_complete_;
 }

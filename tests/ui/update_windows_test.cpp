@@ -260,6 +260,12 @@ TEST_F(ProgramUpdateTest, AWindowWithATransferStaysUntilItIsCancelled) {
   EXPECT_EQ(Names(temp_.path()), QStringList());
   Click("close_button");
   EXPECT_TRUE(ComesToItsEnd());
+
+  prompts_.answers = {true};
+  Check(Manifest("3.1.0"));
+  ASSERT_TRUE(RunUntil([this] { return Find<QProgressBar>("progress_bar")->value() > 200'000; }));
+  delete window_.data();  // as the program's end does
+  EXPECT_EQ(Names(temp_.path()), QStringList());
 }
 
 TEST_F(ProgramUpdateTest, APauseEndsWithItsTransfer) {
