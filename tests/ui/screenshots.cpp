@@ -277,7 +277,7 @@ class Photographer final {
       }
     }
     window.setMinimumSize(480, 360);
-    window.resize(800, 600);
+    window.ResizeSurface({800, 600});
     co_await Sleep(50ms);
     Save(window, QStringLiteral("main_small"));
   }

@@ -3,10 +3,8 @@
 
 #include "ui/job/entries_view.h"
 
-#include <QHeaderView>
-#include <QStyledItemDelegate>
-
 #include "ui/job/entry_states.h"
+#include "ui/toolkit/wrapped_column.h"
 
 namespace quayline {
 
@@ -14,34 +12,16 @@ namespace {
 
 constexpr int kMostWrappedRows = 500;  // the height of each of more rows would take too long
 
-// Cells as high as their text takes, wrapped at the width of their column.
-class WrappedCells final : public QStyledItemDelegate {
- public:
-  explicit WrappedCells(QTreeView* view) : QStyledItemDelegate(view), view_(*view) {}
-
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    QStyleOptionViewItem cell = option;
-    cell.rect = QRect(0, 0, view_.columnWidth(index.column()), QWIDGETSIZE_MAX);
-    return QStyledItemDelegate::sizeHint(cell, index);
-  }
-
- private:
-  const QTreeView& view_;
-};
-
 }  // namespace
 
 EntriesView::EntriesView(QWidget* parent) : QTreeView(parent) {}
 
 void EntriesView::Follow(EntryStates& states) {
-  setItemDelegateForColumn(EntryStates::kReason, new WrappedCells(this));
+  WrapColumn(*this, EntryStates::kReason);
   setModel(&states);
   const auto fit = [this, &states] { FitColumns(states); };
   connect(&states, &QAbstractItemModel::dataChanged, this, fit);
   connect(&states, &QAbstractItemModel::modelReset, this, fit);
-  // Rows are as high as their wrapped texts.
-  connect(header(), &QHeaderView::sectionResized, this, &QTreeView::doItemsLayout,
-          Qt::QueuedConnection);
   fit();
 }
 

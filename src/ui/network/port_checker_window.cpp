@@ -18,6 +18,7 @@
 #include "ui/toolkit/controls.h"
 #include "ui/toolkit/fields.h"
 #include "ui/toolkit/theme.h"
+#include "ui/toolkit/wrapped_column.h"
 #include "ui_port_checker_window.h"
 
 namespace quayline {
@@ -52,6 +53,7 @@ PortCheckerWindow::~PortCheckerWindow() { check_.reset(); }
 
 void PortCheckerWindow::SetUpControls() {
   ui_->ports_view->setModel(rows_);
+  WrapColumn(*ui_->ports_view, kOpen);
   rows_->setHorizontalHeaderLabels({Text(message::kPortColumn), QString(),
                                     Text(message::kStatusColumn), Text(message::kOpenColumn)});
   static const QRegularExpression digits(QStringLiteral("[0-9]*"));

@@ -68,17 +68,10 @@ void Card::resizeEvent(QResizeEvent* event) {
 }
 
 void Card::paintEvent(QPaintEvent*) {
-  const QColor window = palette().color(QPalette::Window);
-  const QColor text = palette().color(QPalette::WindowText);
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Mixed(window, text, 0.18));
-  painter.setBrush(
-      Mixed(window, IsDark(palette()) ? text : QColor(Qt::white), IsDark(palette()) ? 0.05 : 0.6));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
-                          kCornerRadius);
+  PaintCard(painter, rect(), palette());
   painter.setFont(Bold(font()));
-  painter.setPen(text);
+  painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(rect().adjusted(2 * kGrid, kGrid + kGrid / 2, -2 * kGrid, 0),
                    Qt::AlignTop | Qt::AlignLeft | Qt::TextShowMnemonic, title());
 }

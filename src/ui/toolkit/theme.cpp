@@ -31,6 +31,7 @@ constexpr QRgb kLinkOnDark = 0xff5cc3d4;
 constexpr QSize kWindowFrame(16, 48);
 constexpr int kControlHeight = 28;
 constexpr int kRowHeight = 24;
+constexpr int kCornerRadius = 6;
 constexpr int kRowPadding = 6;  // of rows with several lines
 constexpr int kCellMargin = 5;
 
@@ -82,6 +83,10 @@ class RoomyStyle final : public QProxyStyle {
  public:
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
+    if (element == PE_FrameGroupBox) {
+      PaintCard(*painter, option->rect, option->palette);
+      return;
+    }
     const bool is_field = element == PE_PanelLineEdit;
     if (is_field && option->state.testFlag(State_ReadOnly)) {
       return;
@@ -151,6 +156,18 @@ class RoomyStyle final : public QProxyStyle {
 };
 
 }  // namespace
+
+void PaintCard(QPainter& painter, const QRect& place, const QPalette& palette) {
+  const QColor window = palette.color(QPalette::Window);
+  const QColor text = palette.color(QPalette::WindowText);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Mixed(window, text, 0.18));
+  painter.setBrush(IsDark(palette) ? Mixed(window, text, 0.05) : Mixed(window, Qt::white, 0.6));
+  painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
+                          kCornerRadius);
+  painter.restore();
+}
 
 Theme::Theme(QApplication& application) : application_(application) {
   QApplication::setStyle(new RoomyStyle);     // which owns it, as the analyzer does not know:

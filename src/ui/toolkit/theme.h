@@ -10,6 +10,7 @@
 #include <QWidget>
 
 class QApplication;
+class QPainter;
 
 namespace quayline {
 
@@ -33,6 +34,8 @@ class Theme final : public QObject {
 bool IsDark(const QPalette& palette);
 // `share` of `over` (0 to 1) on `under`.
 QColor Mixed(const QColor& under, const QColor& over, qreal share);
+// The background of a group of controls.
+void PaintCard(QPainter& painter, const QRect& place, const QPalette& palette);
 // For a text about what is wrong, or a frame around it.
 QColor ErrorColor(const QPalette& palette);
 QColor WarningColor(const QPalette& palette);
