@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -120,6 +121,51 @@ TEST(Languages, ACompleteLanguageHasEveryText) {
     EXPECT_EQ(found.missing.join(u'\n').toStdString(), "") << qPrintable(name);
     EXPECT_EQ(found.unused.join(u'\n').toStdString(), "") << qPrintable(name);
     EXPECT_EQ(found.wrong.join(u'\n').toStdString(), "") << qPrintable(name);
+  }
+}
+
+// A caption without what the help leaves out: access keys, dots and colons, what follows a colon.
+QString NameInHelp(QString caption) {
+  static const QRegularExpression key(u"\\(&.\\)"_s);
+  static const QRegularExpression rest(u"(\\.\\.\\.|[:：].*)$"_s);
+  return caption.remove(key).remove(u'&').remove(rest);
+}
+
+// The help quotes the names of buttons, menus and columns: each has to be in the windows.
+TEST(Help, NamesOnlyWhatTheWindowsHaveAndLinksToItsOwnPages) {
+  const QString source = QStringLiteral(QUAYLINE_SOURCE_DIR);
+  const QStringList terms{u"settings.ini"_s, u"DMZ"_s,          u"bridge mode"_s, u"exposed host"_s,
+                          u"Bridge-Modus"_s, u"Exposed Host"_s, u"桥接模式"_s,    u"暴露主机"_s};
+  static const QRegularExpression quoted(u"„([^“]*)“|“([^”]*)”|\"([^\"]*)\""_s);
+  static const QRegularExpression link(u"\\]\\(([^)]*)\\)"_s);
+  const QDir english(source + u"/docs/help/en"_s);
+  for (const auto& [folder, language] :
+       {std::pair{u"en"_s, QString()}, {u"de"_s, u"German"_s}, {u"zh"_s, u"Chinese"_s}}) {
+    QStringList known = terms;
+    for (const ProgramText& text : ReadProgramTexts(source + u"/src"_s).texts) {
+      known.append(language.isEmpty() ? NameInHelp(text.english) : QString());
+    }
+    if (const auto file = ReadLanguageSource(source + u"/data/languages/%1.txt"_s.arg(language))) {
+      for (const LanguageRecord& record : file->records) {
+        known.append(NameInHelp(record.right_text));
+      }
+    }
+    const QDir pages(source + u"/docs/help/"_s + folder);
+    EXPECT_EQ(pages.entryList(QDir::Files), english.entryList(QDir::Files)) << qPrintable(folder);
+    for (const QString& page : pages.entryList(QDir::Files)) {
+      QFile file(pages.filePath(page));
+      ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+      QString text = QString::fromUtf8(file.readAll());
+      for (const auto& match : link.globalMatch(text)) {
+        EXPECT_TRUE(pages.exists(match.captured(1))) << qPrintable(page + match.captured(1));
+      }
+      text.remove(
+          QRegularExpression(u"^    .*$"_s, QRegularExpression::MultilineOption));  // scripts
+      for (const auto& match : quoted.globalMatch(text)) {
+        const QString name = match.captured(match.lastCapturedIndex()).simplified();
+        EXPECT_TRUE(known.contains(name)) << qPrintable(folder + u'/' + page + u": "_s + name);
+      }
+    }
   }
 }
 
