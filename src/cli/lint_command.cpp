@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 #include "core/text_bytes.h"
 #include "script/script_lint.h"
 
@@ -17,6 +19,7 @@ constexpr qint64 kMaxScriptBytes = qint64{4} << 20;
 
 // The lines of one script.
 struct Part {
+  QString heading;
   ScriptKind kind = ScriptKind::kUpdate;
   qsizetype lines_before = 0;
   QStringList lines;
@@ -34,8 +37,10 @@ QList<Part> PartsOf(const QString& text) {
     }
     const QRegularExpressionMatch heading = kHeading.match(line.trimmed());
     if (heading.hasMatch()) {
-      parts.append(
-          {.kind = ScriptKindOf(heading.captured(1)), .lines_before = number, .lines = {}});
+      parts.append({.heading = heading.captured(1),
+                    .kind = ScriptKindOf(heading.captured(1)),
+                    .lines_before = number,
+                    .lines = {}});
     } else {
       parts.last().lines.append(line);
     }
@@ -64,8 +69,11 @@ LintReport LintFile(const QString& file_name) {
     return Unreadable(file_name, QStringLiteral("it is larger than 4 MB"));
   }
   LintReport report;
-  for (const Part& part : PartsOf(FromUtf8OrWindows1252(bytes))) {
-    for (const ScriptFinding& found : LintScript(part.lines, part.kind)) {
+  const QList<Part> parts = PartsOf(FromUtf8OrWindows1252(bytes));
+  const auto update = std::ranges::find(parts, QLatin1String("routercommands"), &Part::heading);
+  for (const Part& part : parts) {
+    for (const ScriptFinding& found :
+         LintScript(part.lines, part.kind, update == parts.end() ? QStringList() : update->lines)) {
       const bool is_error = found.finding.severity == LintSeverity::kError;
       report.exit_status = is_error ? 1 : report.exit_status;
       report.output +=

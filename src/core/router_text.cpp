@@ -166,10 +166,16 @@ class Reader final {
   }
 
   void LintLines() {
+    if (!lint_) {
+      return;
+    }
+    const RouterSource& router = routers_.last();
     const QString name = QLatin1String(script_->name);
-    for (const ScriptRemark& remark : lint_ ? lint_(name, seen_) : QList<ScriptRemark>()) {
-      problems_.append(
-          {file_, seen_numbers_.value(remark.line - 1, 1), remark.sentence, remark.is_warning});
+    const SourceScript script{
+        .column = name, .lines = seen_, .update_lines = ScriptLines(router.record.routercommands)};
+    for (const ScriptRemark& remark : lint_(script)) {
+      const int line = seen_numbers_.value(remark.line - 1, router.lines.value(name, 1));
+      problems_.append({file_, line, remark.sentence, remark.is_warning});
     }
   }
 

@@ -21,9 +21,14 @@ struct ScriptRemark {
   int line = 1;  // of the script
 };
 
-// Sees the lines of a script that are not blank; `script` is the name of its column.
-using ScriptLint =
-    std::function<QList<ScriptRemark>(const QString& script, const QStringList& lines)>;
+// A script of a router's file.
+struct SourceScript {
+  QString column;            // its name
+  QStringList lines;         // those that are not blank
+  QStringList update_lines;  // of the router's update script, if that is above
+};
+
+using ScriptLint = std::function<QList<ScriptRemark>(const SourceScript& script)>;
 
 // A router as a file has it, with the places of its parts.
 struct RouterSource {

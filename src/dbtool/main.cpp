@@ -16,10 +16,10 @@ bool Print(const QString& text, std::FILE* stream) {
   return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
 }
 
-QList<quayline::ScriptRemark> Lint(const QString& script, const QStringList& lines) {
+QList<quayline::ScriptRemark> Lint(const quayline::SourceScript& script) {
   QList<quayline::ScriptRemark> remarks;
-  for (const quayline::ScriptFinding& found :
-       quayline::LintScript(lines, quayline::ScriptKindOf(script))) {
+  for (const quayline::ScriptFinding& found : quayline::LintScript(
+           script.lines, quayline::ScriptKindOf(script.column), script.update_lines)) {
     const quayline::LintFinding& finding = found.finding;
     remarks.append({.sentence = quayline::LintSentence(finding),
                     .is_warning = finding.severity == quayline::LintSeverity::kWarning,

@@ -53,9 +53,10 @@ struct CommandRow {
   using FlowHandler = Task<std::optional<RunEnd>> (*)(CommandCall&);
 
   std::string_view name;
-  // These four are for the lint of a whole script.
+  // These five are for the lint of a whole script.
   PageUse use = PageUse::kNone;
   bool uses_entry = false;  // its effect depends on the entry
+  bool logs_in = false;     // it types the router's password into a page
   Kept gives = Kept::kNothing;
   Kept needs = Kept::kNothing;
   Condition condition = Condition::kAlways;

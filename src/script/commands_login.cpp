@@ -90,6 +90,7 @@ constexpr CommandRow kSetValueByPosition{
 constexpr CommandRow kSetPasswordByPosition{
     .name = "set_password_by_position",
     .use = PageUse::kFills,
+    .logs_in = true,
     .fields = kElementNumber,
     .flow = SetPasswordByPosition,
     .help = "Gives the focus to an element by its number and types the router's password.",
@@ -136,6 +137,7 @@ constexpr CommandRow kLogin[] = {
     {
         .name = "set_password",
         .use = PageUse::kFills,
+        .logs_in = true,
         .condition = kFirst,
         .fields = command_field::kBoxPosition,
         .flow = SetPassword,
@@ -144,6 +146,7 @@ constexpr CommandRow kLogin[] = {
     {
         .name = "set_password_combine_value_to_name",
         .use = PageUse::kFills,
+        .logs_in = true,
         .condition = kFirst,
         .fields = kCombinedName,
         .flow = SetPasswordCombineValueToName,

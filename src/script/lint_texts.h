@@ -74,6 +74,14 @@ inline constexpr Message kNeverHere{
     "This line never runs: a script of this kind runs once, which is the first and the last time."};
 inline constexpr Message kNoPageYet{"No page is open yet: write a nav line first."};
 inline constexpr Message kOpensNothing{"The script opens no page."};
+inline constexpr Message kLeadsNowhere{
+    "The script opens no page, so nobody can see which rules the router has."};
+inline constexpr Message kNoLogin{
+    "The update script logs in on a page, and this one does not: it ends where the router asks for "
+    "the password, not at the table of the rules."};
+inline constexpr Message kEndsAtLogin{
+    "The script ends where the login leads. The update script goes on to another page from there: "
+    "open the page with the table of the rules."};
 inline constexpr Message kNoEntryHere{
     "This script runs without an entry: the line has nothing to work with."};
 inline constexpr Message kNeverSent{

@@ -67,20 +67,41 @@ std::optional<QString> FieldOf(const Command& command, FieldKind kind) {
   return std::nullopt;
 }
 
+bool Logs(const Command& command) { return command.row->logs_in; }
+
+// How many lines between the last login and the first field of a rule, or the end, open a page or
+// click: one is the login's own button.
+qsizetype StepsAfterLogin(const QList<Command>& commands) {
+  const auto login = std::ranges::find_if(commands.crbegin(), commands.crend(), Logs).base();
+  const auto form = std::find_if(login, commands.cend(), [](const Command& command) {
+    return command.row->uses_entry && command.row->use != PageUse::kReads;
+  });
+  return std::count_if(login, form, [](const Command& command) {
+    return command.row->use == PageUse::kOpens || command.row->use == PageUse::kActs;
+  });
+}
+
 class FlowLint final {
  public:
-  FlowLint(const QStringList& lines, ScriptKind kind)
-      : lines_(lines), kind_(kind), commands_(CommandsOf(lines)) {}
+  FlowLint(const QStringList& lines, ScriptKind kind, const QStringList& update_lines)
+      : lines_(lines),
+        kind_(kind),
+        commands_(CommandsOf(lines)),
+        update_commands_(CommandsOf(update_lines)) {}
 
   QList<ScriptFinding> Run() {
     if (commands_.isEmpty()) {
-      return {};
+      if (kind_ == ScriptKind::kView) {
+        Add(LintSeverity::kError, 1, lint_text::kLeadsNowhere);
+      }
+      return findings_;
     }
     LintNeeds();
     LintConditions();
     LintFirstPage();
     LintSending();
     LintShortWaits();
+    LintView();
     return findings_;
   }
 
@@ -105,10 +126,16 @@ class FlowLint final {
         given.insert(needed);
       }
       given.insert(row.gives);
-      if (kind_ == ScriptKind::kView && row.uses_entry) {
+      if (kind_ == ScriptKind::kView && (row.uses_entry || ReadsEntry(command))) {
         Add(LintSeverity::kError, command.line, lint_text::kNoEntryHere);
       }
     }
+  }
+
+  static bool ReadsEntry(const Command& command) {
+    return FieldOf(command, FieldKind::kJavaScript)
+        .value_or(QString())
+        .contains(QLatin1String("quayline."));
   }
 
   // A position without a name that could be inserted there.
@@ -218,9 +245,23 @@ class FlowLint final {
     }
   }
 
+  // Whether a view script gets as far as the update script does. A router may remember the login,
+  // so this is not certain.
+  void LintView() {
+    if (kind_ != ScriptKind::kView || std::ranges::none_of(update_commands_, Logs)) {
+      return;
+    }
+    if (std::ranges::none_of(commands_, Logs)) {
+      Add(LintSeverity::kWarning, commands_.first().line, lint_text::kNoLogin);
+    } else if (StepsAfterLogin(commands_) <= 1 && StepsAfterLogin(update_commands_) > 1) {
+      Add(LintSeverity::kWarning, commands_.last().line, lint_text::kEndsAtLogin);
+    }
+  }
+
   const QStringList& lines_;
   const ScriptKind kind_;
   const QList<Command> commands_;
+  const QList<Command> update_commands_;  // of a view script's router
   QList<ScriptFinding> findings_;
 };
 
@@ -233,14 +274,15 @@ ScriptKind ScriptKindOf(const QString& column) {
   return column == QLatin1String("routerportpage") ? ScriptKind::kView : ScriptKind::kUpdate;
 }
 
-QList<ScriptFinding> LintScript(const QStringList& lines, ScriptKind kind) {
+QList<ScriptFinding> LintScript(const QStringList& lines, ScriptKind kind,
+                                const QStringList& update_lines) {
   QList<ScriptFinding> findings;
   for (qsizetype i = 0; i < lines.size(); ++i) {
     for (const LintFinding& finding : LintScriptLine(lines.at(i))) {
       findings.append({.line = static_cast<int>(i) + 1, .finding = finding});
     }
   }
-  findings += FlowLint(lines, kind).Run();
+  findings += FlowLint(lines, kind, update_lines).Run();
   std::ranges::stable_sort(findings, {}, &ScriptFinding::line);
   return findings;
 }

@@ -50,8 +50,10 @@ QList<LintFinding> LintScriptLine(const QString& line);
 
 // The findings of each line, and what is wrong with the lines together: a line that needs an
 // earlier one, a condition that never holds, a page that is left before it sends what was filled
-// in. In the order of the lines.
-QList<ScriptFinding> LintScript(const QStringList& lines, ScriptKind kind);
+// in. A view script is also compared with the router's update script, if that is given: it has to
+// get past the same login. In the order of the lines.
+QList<ScriptFinding> LintScript(const QStringList& lines, ScriptKind kind,
+                                const QStringList& update_lines = {});
 
 // The finding as a sentence, in the user's language or in English.
 QString LintSentence(const LintFinding& finding, const Translator& translator);

@@ -164,10 +164,11 @@ TEST_F(CheckTest, AFaultOfTheRouterIsReportedOnceForAllItsModels) {
 
 TEST_F(CheckTest, TheLintSeesEveryLineOfTheScriptsAsItIsStored) {
   QStringList seen;
-  const ScriptLint lint = [&](const QString& script, const QStringList& lines) {
-    seen.append(script + u": "_s + lines.join(u'|'));
-    return lines.size() > 1 ? QList<ScriptRemark>{{.sentence = u"No command."_s, .line = 2}}
-                            : QList<ScriptRemark>();
+  const ScriptLint lint = [&](const SourceScript& script) {
+    seen.append(script.column + u": "_s + script.lines.join(u'|'));
+    EXPECT_EQ(script.update_lines.value(0).trimmed(), u"nav(\"a\")"_s) << "this router's own";
+    return script.lines.size() > 1 ? QList<ScriptRemark>{{.sentence = u"No command."_s, .line = 2}}
+                                   : QList<ScriptRemark>();
   };
   const QByteArray router =
       QByteArray(kRouter).replace("nav(\"a\")", "  nav(\"a\") \n\n\\\n\\[x\\\\y\\u000ahidden") +
@@ -178,7 +179,7 @@ TEST_F(CheckTest, TheLintSeesEveryLineOfTheScriptsAsItIsStored) {
 }
 
 TEST_F(CheckTest, AWarningIsReportedAndRefusesNothing) {
-  const ScriptLint lint = [](const QString&, const QStringList&) {
+  const ScriptLint lint = [](const SourceScript&) {
     return QList<ScriptRemark>{{.sentence = u"Odd."_s, .is_warning = true}};
   };
   const QByteArray told = CheckRouter(kRouter, lint);

@@ -203,11 +203,13 @@ TEST(ShippedScripts, TheLintFindsNothingInThem) {
     Problems problems;
     ReadRouters(
         ReadTextFile(routers.filePath(name), problems), name,
-        [&](const QString& script, const QStringList& lines) {
-          for (const ScriptFinding& found : LintScript(lines, ScriptKindOf(script))) {
-            const QString& line = lines[found.line - 1];
-            EXPECT_TRUE(IsNote(found.finding, line)) << qPrintable(
-                name + u", "_s + script + u", "_s + line + u": "_s + LintSentence(found.finding));
+        [&](const SourceScript& script) {
+          for (const ScriptFinding& found :
+               LintScript(script.lines, ScriptKindOf(script.column), script.update_lines)) {
+            const QString& line = script.lines[found.line - 1];
+            EXPECT_TRUE(IsNote(found.finding, line))
+                << qPrintable(name + u", "_s + script.column + u", "_s + line + u": "_s +
+                              LintSentence(found.finding));
           }
           return QList<ScriptRemark>();
         },

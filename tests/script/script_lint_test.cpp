@@ -178,9 +178,9 @@ TEST(ScriptLint, EveryCommandTakesAnArgumentOfItsOwnShape) {
 }
 
 // The findings of a script whose lines are fine each by itself: "3 error The sentence".
-QStringList LintLines(const QString& script, ScriptKind kind) {
+QStringList LintLines(const QString& script, ScriptKind kind, const QString& update = {}) {
   QStringList told;
-  for (const ScriptFinding& found : LintScript(script.split(u'\n'), kind)) {
+  for (const ScriptFinding& found : LintScript(script.split(u'\n'), kind, update.split(u'\n'))) {
     const bool is_error = found.finding.severity == LintSeverity::kError;
     told.append(QString::number(found.line) + (is_error ? u" error "_s : u" warning "_s) +
                 LintSentence(found.finding));
@@ -238,6 +238,39 @@ TEST(ScriptLint, LinesThatDoNotWorkTogether) {
   for (const auto& c : cases) {
     const QStringList told = LintLines(QString::fromUtf8(c.script), c.kind);
     SCOPED_TRACE(c.script.constData());
+    ASSERT_EQ(told.size(), c.finding == nullptr ? 0 : 1) << told.join(u'|').toStdString();
+    EXPECT_TRUE(told.join(u'|').startsWith(QLatin1String(c.finding))) << told[0].toStdString();
+  }
+}
+
+TEST(ScriptLint, AViewScriptThatDoesNotLeadToATable) {
+  const QByteArray login = "nav(\"\")\nset_password(\"p,\")\nclick_button(\"go\")\n";
+  const QByteArray form = "nav(\"rules\")\nset_name(\"n,\")\nclick_button(\"save\")";
+  const QByteArray menu = "click_link(\"rules\")\n" + form.mid(form.indexOf('\n') + 1);
+  const struct {
+    QByteArray view;
+    QByteArray update;
+    const char* finding = nullptr;  // how the only one begins
+  } cases[] = {
+      {"", form, "1 error The script opens no page"},
+      {"the table is below the form", form, "1 error The script opens no page"},
+      {"nav(\"rules\")", form},
+      {"clear_cache\nnav(\"rules\")", login + form, "1 warning The update script logs in"},
+      {"nav(\"rules\")\nset_password_by_position(\"3\")\npress_key(\",Enter\")",
+       "nav(\"rules\")\nset_password_by_position(\"3\")\npress_key(\",Enter\")\nset_name(\"n,\")\n"
+       "click_button(\"save\")"},
+      {login, login + form, "3 warning The script ends where the login leads"},
+      {login, login + menu, "3 warning The script ends where the login leads"},
+      {login + "nav(\"rules\")", login + form},
+      // The buttons of the form are no way to a page.
+      {login, login + "set_name(\"n,\")\nclick_button(\"save\")\nclick_button(\"apply\")"},
+      {"nav(\"rules\")\nrun_javascript(\"show(quayline.startPort)\")", form,
+       "2 error This script runs without an entry"},
+  };
+  for (const auto& c : cases) {
+    const QStringList told =
+        LintLines(QString::fromUtf8(c.view), ScriptKind::kView, QString::fromUtf8(c.update));
+    SCOPED_TRACE(c.view.constData());
     ASSERT_EQ(told.size(), c.finding == nullptr ? 0 : 1) << told.join(u'|').toStdString();
     EXPECT_TRUE(told.join(u'|').startsWith(QLatin1String(c.finding))) << told[0].toStdString();
   }

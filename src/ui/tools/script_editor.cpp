@@ -105,12 +105,16 @@ void ScriptEditor::ReplaceScript(const QStringList& lines) {
   cursor.insertText(lines.join(QLatin1Char('\n')) + QLatin1Char('\n'));
 }
 
-QList<ScriptFinding> ScriptEditor::Findings() const {
+QStringList ScriptEditor::Lines() const {
   QStringList lines;
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
     lines.append(block.text());
   }
-  return LintScript(lines, kind_);
+  return lines;
+}
+
+QList<ScriptFinding> ScriptEditor::Findings() const {
+  return LintScript(Lines(), kind_, update_lines_);
 }
 
 void ScriptEditor::GoToFinding(const ScriptFinding& found) {

@@ -25,12 +25,15 @@ class ScriptEditor final : public QPlainTextEdit {
 
   // What the script is for, as the lint has to know.
   void SetKind(ScriptKind kind) { kind_ = kind; }
+  // The lines of the router's update script, with which a view script is compared.
+  void SetUpdateScript(const QStringList& lines) { update_lines_ = lines; }
   // For the tool tips' language; it outlives the editor. English without.
   void SetTranslator(const Translator* translator) { translator_ = translator; }
 
   // The script as the database holds it: CR LF after each line but the last, which is empty where
   // the text ends with a line break. No character is replaced.
   QString Script() const;
+  QStringList Lines() const;
   void SetScript(const QStringList& lines);
   // As if the user had typed the lines: he can undo it.
   void ReplaceScript(const QStringList& lines);
@@ -59,6 +62,7 @@ class ScriptEditor final : public QPlainTextEdit {
   QString TypedName() const;
 
   ScriptKind kind_ = ScriptKind::kUpdate;
+  QStringList update_lines_;
   const Translator* translator_ = nullptr;
   ScriptHighlighter* highlighter_;
   QCompleter* completer_;
