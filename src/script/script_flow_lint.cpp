@@ -81,6 +81,15 @@ qsizetype StepsAfterLogin(const QList<Command>& commands) {
   });
 }
 
+// Whether the script logs in at the router's first page. Of a login anywhere else the router may
+// return to the page that was asked for.
+bool LogsInAtHome(const QList<Command>& commands) {
+  const auto login = std::ranges::find_if(commands, Logs);
+  const auto page = std::find_if(std::make_reverse_iterator(login), commands.crend(),
+                                 [](const Command& c) { return c.row->use == PageUse::kOpens; });
+  return page != commands.crend() && FieldOf(*page, FieldKind::kPath) == QString();
+}
+
 class FlowLint final {
  public:
   FlowLint(const QStringList& lines, ScriptKind kind, const QStringList& update_lines)
@@ -253,7 +262,8 @@ class FlowLint final {
     }
     if (std::ranges::none_of(commands_, Logs)) {
       Add(LintSeverity::kWarning, commands_.first().line, lint_text::kNoLogin);
-    } else if (StepsAfterLogin(commands_) <= 1 && StepsAfterLogin(update_commands_) > 1) {
+    } else if (LogsInAtHome(commands_) && StepsAfterLogin(commands_) <= 1 &&
+               StepsAfterLogin(update_commands_) > 1) {
       Add(LintSeverity::kWarning, commands_.last().line, lint_text::kEndsAtLogin);
     }
   }

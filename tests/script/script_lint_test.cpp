@@ -262,6 +262,8 @@ TEST(ScriptLint, AViewScriptThatDoesNotLeadToATable) {
       {login, login + form, "3 warning The script ends where the login leads"},
       {login, login + menu, "3 warning The script ends where the login leads"},
       {login + "nav(\"rules\")", login + form},
+      {"nav(\"rules\")" + login.mid(login.indexOf('\n')),
+       "nav(\"rules\")" + login.mid(login.indexOf('\n')) + form},
       // The buttons of the form are no way to a page.
       {login, login + "set_name(\"n,\")\nclick_button(\"save\")\nclick_button(\"apply\")"},
       {"nav(\"rules\")\nrun_javascript(\"show(quayline.startPort)\")", form,
