@@ -204,6 +204,24 @@ std::expected<CliArguments, QString> ParseCommands(const QStringList& words) {
       .commands = {.name = as_markdown ? QString() : name, .as_markdown = as_markdown}};
 }
 
+std::expected<CliArguments, QString> ParseRouters(const QStringList& words) {
+  QCommandLineParser parser;
+  parser.addOption({QStringLiteral("data"), QString(), QStringLiteral("value")});
+  if (!parser.parse(words)) {
+    return std::unexpected(parser.unknownOptionNames().isEmpty()
+                               ? parser.errorText()
+                               : QStringLiteral("\"%1\" is not an option of routers.")
+                                     .arg(parser.unknownOptionNames().first()));
+  }
+  const RoutersArguments routers{.data_folder = parser.value(QStringLiteral("data")),
+                                 .part = parser.positionalArguments().join(QLatin1Char(' '))};
+  if (routers.data_folder.isEmpty()) {
+    return std::unexpected(
+        QStringLiteral("Please say where the program's folder is: routers --data DIR."));
+  }
+  return CliArguments{.command = CliCommand::kRouters, .routers = routers};
+}
+
 std::expected<CliArguments, QString> ParseTry(const QStringList& words) {
   QCommandLineParser parser;
   for (const char* name : {"pages", "answers", "list", "timeout"}) {
@@ -267,14 +285,17 @@ std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words)
     return CliArguments{.command = CliCommand::kVersion};
   }
   if (words.isEmpty()) {
-    return std::unexpected(
-        QStringLiteral("Please say what to do: update, check, lint, try, commands, or --help."));
+    return std::unexpected(QStringLiteral(
+        "Please say what to do: update, check, routers, lint, try, commands, or --help."));
   }
   if (words.first() == QLatin1String("lint")) {
     if (words.size() != 2) {
       return std::unexpected(QStringLiteral("Please name one file: lint FILE."));
     }
     return CliArguments{.command = CliCommand::kLint, .lint_file = words[1]};
+  }
+  if (words.first() == QLatin1String("routers")) {
+    return ParseRouters(words);
   }
   if (words.first() == QLatin1String("try")) {
     return ParseTry(words);
@@ -299,6 +320,7 @@ QString CliHelp() {
 Usage:
   quayline-cli update --data DIR --list FILE [options]
   quayline-cli check --data DIR --list FILE [options]
+  quayline-cli routers --data DIR [PART OF A NAME]
   quayline-cli lint FILE
   quayline-cli try ROUTERFILE --pages DIR [--answers FILE] [--list FILE] [--timeout SECONDS]
   quayline-cli commands [NAME | --markdown]
@@ -331,6 +353,16 @@ Exit status:
   3  an entry ended in an error, or the job was stopped (Ctrl-C, --timeout), or another
      Quayline works on the router (--no-wait)
   4  all entries ran, and one is not on the router as it is wanted
+
+routers lists the routers that routers.mdb has scripts for, one a line, with tabs between the columns:
+the name as --router takes it; how the scripts were tried: "real" (on a real router), "rebuild" (on
+a faithful rebuild of its pages), "documentation" (written from documentation, not tried on a router
+yet) or "unknown"; and the firmware that they were written for.
+
+Exit status of routers:
+  0  at least one router is listed
+  1  no router has such a name
+  2  wrong usage, or a file that cannot be read
 
 lint judges the lines of a router script (or of a router's file with its two scripts) and writes
 what it finds to standard output, one "file:line: sentence" each. It knows every command: a

@@ -42,6 +42,12 @@ struct CommandsArguments {
   bool as_markdown = false;
 };
 
+// The options of `quayline-cli routers`.
+struct RoutersArguments {
+  QString data_folder;
+  QString part;  // of the names; empty: all routers
+};
+
 // The options of `quayline-cli try`.
 struct TryArguments {
   QString router_file;
@@ -51,13 +57,14 @@ struct TryArguments {
   std::optional<int> timeout_seconds;
 };
 
-enum class CliCommand { kHelp, kVersion, kUpdate, kLint, kCommands, kTry };
+enum class CliCommand { kHelp, kVersion, kUpdate, kLint, kCommands, kRouters, kTry };
 
 struct CliArguments {
   CliCommand command = CliCommand::kHelp;
   UpdateArguments update;
   QString lint_file;
   CommandsArguments commands;
+  RoutersArguments routers;
   TryArguments trial;
 };
 

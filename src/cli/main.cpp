@@ -12,6 +12,7 @@
 #include "cli/commands_command.h"
 #include "cli/lint_command.h"
 #include "cli/prepare_update.h"
+#include "cli/routers_command.h"
 #include "cli/terminal.h"
 #include "cli/try_run.h"
 #include "cli/update_run.h"
@@ -128,6 +129,13 @@ int RunLint(const QString& file) {
   return Print(report.output, report.exit_status);
 }
 
+int RunRouters(const quayline::RoutersArguments& arguments, int argc, char** argv) {
+  qInstallMessageHandler(DropMessage);
+  const QCoreApplication application(argc, argv);
+  const auto list = quayline::ListRouters(arguments);
+  return list ? Print(*list, 0) : Fail(list.error().exit, list.error().message);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -151,6 +159,8 @@ int main(int argc, char** argv) {
       return RunUpdate(arguments->update, argc, argv);
     case CliCommand::kTry:
       return RunTry(arguments->trial, argc, argv);
+    case CliCommand::kRouters:
+      return RunRouters(arguments->routers, argc, argv);
     case CliCommand::kLint:
       return RunLint(arguments->lint_file);
     case CliCommand::kCommands: {

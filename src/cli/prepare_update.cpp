@@ -58,8 +58,10 @@ std::expected<void, CliError> ChooseRouter(const UpdateArguments& arguments, App
   const std::optional<int> id = FindRouterId(context.databases, name);
   const std::optional<RouterRecord> record = id ? context.databases.FindRouter(*id) : std::nullopt;
   if (!record) {
-    return Failure(CliExit::kUsage, QStringLiteral("There is no router named \"%1\" in %2.")
-                                        .arg(name, context.FileInFolder("routers.mdb")));
+    return Failure(CliExit::kUsage,
+                   QStringLiteral("There is no router named \"%1\" in %2. \"quayline-cli routers\" "
+                                  "lists all names.")
+                       .arg(name, context.FileInFolder("routers.mdb")));
   }
   SelectRouter(context.session, *record);
   return {};

@@ -13,8 +13,10 @@ namespace quayline {
 
 namespace {
 
-const QStringList kScripts = {QStringLiteral("routercommands"), QStringLiteral("routerportpage")};
-const QStringList kRouterName = {QStringLiteral("routername")};
+const QStringList kScripts = {QStringLiteral("routercommands"), QStringLiteral("routerportpage"),
+                              QStringLiteral("routertested")};
+const QStringList kRouterName = {QStringLiteral("routername"), QStringLiteral("routertested"),
+                                 QStringLiteral("routerversions")};
 
 template <typename Record>
 QList<Record> ReadRecords(const TableFile& file, std::optional<int> after_id = {}, int limit = -1) {
@@ -87,7 +89,7 @@ QList<RouterName> Databases::RouterNames(int after_id, int limit) const {
   QList<RouterName> names;
   if (store_ && limit > 0) {
     store_->routers->Read(kRouterName, after_id, limit, [&](int id, const QStringList& texts) {
-      names.append({id, texts.first()});
+      names.append({id, texts.at(0), texts.at(1), texts.at(2)});
     });
   }
   return names;
@@ -113,8 +115,9 @@ bool Databases::ChangeRouters(const std::function<bool()>& change) {
 }
 
 bool Databases::UpdateRouterScripts(int id, const QString& routercommands,
-                                    const QString& routerportpage) {
-  return store_ && store_->routers->Update(id, kScripts, {routercommands, routerportpage});
+                                    const QString& routerportpage, const QString& routertested) {
+  return store_ &&
+         store_->routers->Update(id, kScripts, {routercommands, routerportpage, routertested});
 }
 
 int Databases::AppPortCount() const { return store_ ? store_->ports->Count() : 0; }

@@ -20,6 +20,8 @@ namespace quayline {
 struct RouterName {
   int id = 0;
   QString name;
+  QString tested = {};    // routertested
+  QString versions = {};  // routerversions
 };
 
 // The three databases of the program's folder, open for the whole run. "routers.mdb", "ports.mdb"
@@ -60,8 +62,10 @@ class Databases final {
   // All that `change` does to the routers, or nothing of it if that returns false. No other program
   // writes to them meanwhile. False when nothing was changed.
   bool ChangeRouters(const std::function<bool()>& change);
-  // False when the row is gone or the file cannot be written; the old scripts are unchanged then.
-  bool UpdateRouterScripts(int id, const QString& routercommands, const QString& routerportpage);
+  // `routertested`: how these scripts were tried. False when the row is gone or the file cannot be
+  // written; the old scripts are unchanged then.
+  bool UpdateRouterScripts(int id, const QString& routercommands, const QString& routerportpage,
+                           const QString& routertested = {});
 
   int AppPortCount() const;
   QList<AppPortRecord> AppPorts() const;

@@ -23,6 +23,8 @@ void SelectRouter(RouterSession& session, const RouterRecord& record) {
   session.max_port = record.routermaxport;
   session.picture_path = record.routerpic;
   session.picture_path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+  session.tested = record.routertested;
+  session.versions = record.routerversions;
   session.update_script = ScriptLines(record.routercommands);
   session.view_script = ScriptLines(record.routerportpage);
   session.remove_script = ScriptLines(record.routerremove);

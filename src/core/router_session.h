@@ -39,6 +39,8 @@ struct RouterSession {
   QString min_port;             // routerminport
   QString max_port;             // routermaxport
   QString picture_path;         // routerpic with "/" for every "\"
+  QString tested;               // routertested
+  QString versions;             // routerversions
   QStringList update_script;
   QStringList view_script;
   QStringList remove_script;  // empty: it has none

@@ -324,13 +324,17 @@ void TableFile::ReadOne(const QStringList& fields, int id, const ReadRow& read_r
 
 bool TableFile::Update(int id, const QStringList& fields, const QStringList& texts) {
   QStringList settings;
-  for (const QString& field : fields) {
-    settings.append(Quoted(field) + QStringLiteral(" = ?"));
+  QStringList kept;
+  for (qsizetype i = 0; i < fields.size(); ++i) {
+    if (columns_.contains(fields.at(i).toLower())) {
+      settings.append(Quoted(fields.at(i)) + QStringLiteral(" = ?"));
+      kept.append(texts.at(i));
+    }
   }
   QSqlQuery query(connection_.Handle());
   query.prepare(QStringLiteral("UPDATE [%1] SET %2 WHERE %3 AND %4 = ?")
                     .arg(shape_.table, settings.join(QLatin1Char(',')), is_seen_, key_));
-  for (const QString& text : texts) {
+  for (const QString& text : std::as_const(kept)) {
     query.addBindValue(Stored(text));
   }
   query.addBindValue(id);

@@ -68,7 +68,8 @@ class TableFile final {
   void Read(const QStringList& fields, std::optional<int> after_id, int limit,
             const ReadRow& read_row) const;
   void ReadOne(const QStringList& fields, int id, const ReadRow& read_row) const;
-  // False when there is no such row or the file cannot be written.
+  // Texts of fields that the file lacks are lost. False when there is no such row or the file
+  // cannot be written.
   bool Update(int id, const QStringList& fields, const QStringList& texts);
   // Under `id`, or else the ID above the highest. False when the ID is taken. Texts of fields that
   // the file lacks are lost.

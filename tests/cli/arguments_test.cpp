@@ -38,6 +38,8 @@ TEST(CliArguments, WrongWordsAreNamed) {
       {"update --data d --list l --allow-host r:", "\"r:\""},
       {"update --data d --list l --allow-host r:0", "\"r:0\""},
       {"update --data d --list l --allow-host u@r", "\"u@r\""},
+      {"routers", "--data"},
+      {"routers --data d --all", "\"all\""},
       {"try", "ROUTERFILE"},
       {"try f", "--pages"},
       {"try f g --pages d", "one file"},

@@ -53,6 +53,8 @@ class CliProgram : public ::testing::Test {
     bare.id = 2;
     bare.routername = u"Bare"_s;
     bare.routercommands = u" \r\n"_s;
+    bare.routertested = u"documentation"_s;
+    bare.routerversions = u"2.0\tto 3"_s;
     EXPECT_TRUE(MakeTestDatabases(folder_.path(), {record, bare}));
     Write("one.qyl", "Web|192.168.1.5(Desk)|80|80|TCP|Web\r\n");
   }
@@ -150,6 +152,24 @@ TEST_F(CliProgram, AScriptIsTriedOnSavedPagesWithoutARouter) {
                                u"--answers"_s, Path("answers.json")});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_TRUE(outcome.errors.contains(u"answer is not a known key"_s));
+}
+
+TEST_F(CliProgram, TheRoutersAreListedWithHowTheirScriptsWereTried) {
+  const struct {
+    QStringList words;
+    int status;
+    const char* output;
+  } cases[] = {
+      {{}, 0, "Form\tunknown\t\nBare\tdocumentation\t2.0\u2409to 3\n"},
+      {{u"FO"_s}, 0, "Form\tunknown\t\n"},
+      {{u"gone"_s}, 1, ""},
+  };
+  for (const auto& row : cases) {
+    const Outcome outcome = Run(QStringList{u"routers"_s, u"--data"_s, folder_.path()} + row.words);
+    EXPECT_EQ(outcome.status, row.status) << qPrintable(outcome.errors);
+    EXPECT_EQ(outcome.output, QString::fromUtf8(row.output));
+  }
+  EXPECT_EQ(Run({u"routers"_s, u"--data"_s, Path("gone")}).status, 2);
 }
 
 TEST_F(CliProgram, AnUpdateFillsTheRouterAndWritesTheLog) {

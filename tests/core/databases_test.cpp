@@ -277,6 +277,15 @@ TEST_F(DatabasesTest, RoutersAndProgramsComeInStepsInTheOrderOfTheirIds) {
   EXPECT_EQ(databases_.AppPorts(8, 2), QList<AppPortRecord>());
 }
 
+TEST_F(DatabasesTest, ScriptsAreStoredInAFileFromBeforeANewerColumn) {
+  MakeAndOpen({Router(1, "A")});
+  databases_.Close();
+  ASSERT_TRUE(Run("routers.mdb", U("ALTER TABLE routers DROP COLUMN routertested")));
+  ASSERT_TRUE(Open());
+  EXPECT_TRUE(databases_.UpdateRouterScripts(1, U("new"), U("list"), U("rebuild")));
+  EXPECT_EQ(databases_.FindRouter(1)->routerportpage, U("list"));
+}
+
 TEST_F(DatabasesTest, AWriteThatFailsLeavesTheOldScripts) {
   MakeAndOpen({Router(1, "A")});
   EXPECT_TRUE(databases_.UpdateRouterScripts(1, U("new"), {}));

@@ -54,6 +54,22 @@ TEST_F(MainWindowTest, TheStoredLoginWinsOverTheRoutersDefaultInWindowAndFile) {
   EXPECT_TRUE(Find<QAction>("throttle_action")->isChecked()) << "garbage keeps the design state";
 }
 
+TEST_F(MainWindowTest, TheChosenRouterShowsHowItsScriptsWereTried) {
+  RouterRecord tried = RouterRow(3, u"Alpha 1"_s, u"admin"_s);
+  tried.routertested = u"rebuild"_s;
+  tried.routerversions = u"1.x"_s;
+  folder_.WriteDatabases({tried, RouterRow(7, u"Beta 2"_s, u"root"_s)});
+  Start();
+  EXPECT_FALSE(Find("tested_label")->isVisible()) << "no router is chosen";
+  Choose("router_box", 1);
+  EXPECT_EQ(TextOf("tested_label"), "Tried on a faithful rebuild of its pages.\nFirmware: 1.x");
+  EXPECT_TRUE(Find("tested_label")->isVisible());
+  Choose("router_box", 2);
+  EXPECT_EQ(TextOf("tested_label"), "It is not known whether anybody has tried it.");
+  Choose("router_box", 0);
+  EXPECT_FALSE(Find("tested_label")->isVisible());
+}
+
 TEST_F(MainWindowTest, AStoredRouterThatIsGoneStaysAsTextAndSelectsNothing) {
   Start("router=Gone 9\r\nrouterusername=me\r\n");
   EXPECT_EQ(TextOf("router_box"), "Gone 9");

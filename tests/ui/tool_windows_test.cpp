@@ -117,6 +117,41 @@ TEST_F(RouterListTest, EveryWayOfChoosingPassesTheKeyOfTheRow) {
   }
 }
 
+TEST_F(RouterListTest, EachRouterHasAMarkOfHowItWasTriedThatIsAlsoRead) {
+  QList<RouterRecord> rows;
+  for (const char* way : {"real", "rebuild", "documentation", "", "made up"}) {
+    rows.append(RouterRow(10 + static_cast<int>(rows.size()), u"R"_s + QLatin1String(way), {}));
+    rows.last().routertested = QLatin1String(way);
+  }
+  rows[1].routerversions = u"1.0 to 2.0"_s;
+  context_->databases.Close();
+  folder_.WriteDatabases(rows);
+  ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
+  Reopen();
+  const struct {
+    const char* label;
+    const char* read;
+    int same_mark_as;
+  } cases[] = {{"Tried on a real router.", "Rreal. Tried on a real router.", 0},
+               {"Tried on a faithful rebuild of its pages.\nFirmware: 1.0 to 2.0",
+                "Rrebuild. Tried on a faithful rebuild of its pages.", 1},
+               {"Written from documentation; not tried on a real router yet.",
+                "Rdocumentation. Written from documentation; not tried on a real router yet.", 2},
+               {"It is not known whether anybody has tried it.",
+                "R. It is not known whether anybody has tried it.", 3},
+               {"It is not known whether anybody has tried it.",
+                "Rmade up. It is not known whether anybody has tried it.", 3}};
+  QList<QImage> marks;
+  for (int row = 0; row < 5; ++row) {
+    const QModelIndex index = list_->model()->index(row, 0);
+    list_->setCurrentIndex(index);
+    EXPECT_EQ(TextOf("tested_label"), cases[row].label);
+    EXPECT_EQ(index.data(Qt::AccessibleTextRole).toString().toStdString(), cases[row].read);
+    marks.append(index.data(Qt::DecorationRole).value<QIcon>().pixmap(16, 16).toImage());
+    EXPECT_EQ(marks.indexOf(marks.last()), cases[row].same_mark_as);
+  }
+}
+
 TEST_F(RouterListTest, AnEmptyTableIsNothingToSearchIn) {
   Open({});
   EXPECT_EQ(TextOf("router_count_edit"), "Routers Loaded: (0)");
@@ -227,6 +262,22 @@ TEST_F(ScriptWindowTest, TheShippedScriptComesBackIntoTheEditorAndCanBeUndone) {
   EXPECT_EQ(writes_, 0);
   Find<QTabWidget>("script_pages")->setCurrentIndex(1);
   EXPECT_FALSE(restore->isEnabled());
+}
+
+TEST_F(ScriptWindowTest, AScriptOfTheUsersOwnIsNotTheOneThatWasTried) {
+  RouterRecord row = RouterRow(3, u"Alpha 1"_s, u"admin"_s);
+  row.routertested = u"rebuild"_s;
+  context_->databases.Close();
+  folder_.WriteDatabases({row});
+  QFile::copy(folder_.Path("routers.mdb"), folder_.Path("routers.mdb.shipped"));
+  ASSERT_TRUE(context_->databases.Open(folder_.dir.path()));
+  Open();
+  for (const auto& [script, tested] :
+       {std::pair(u"mine"_s, u""_s), {u"nav(\"one\")\nnav(\"two\")"_s, u"rebuild"_s}}) {
+    update_->setPlainText(script);
+    Click("save_update_script_button");
+    EXPECT_EQ(context_->databases.FindRouter(3)->routertested, tested);
+  }
 }
 
 TEST_F(ScriptWindowTest, ChangesAreNotThrownAwayUnasked) {

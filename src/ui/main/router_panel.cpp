@@ -9,8 +9,10 @@
 #include <QLocale>
 
 #include "core/router_address.h"
+#include "core/router_tested.h"
 #include "ui/main/main_messages.h"
 #include "ui/toolkit/fields.h"
+#include "ui/toolkit/tested_icon.h"
 #include "ui/toolkit/theme.h"
 #include "ui_router_panel.h"
 
@@ -109,6 +111,17 @@ void RouterPanel::Show() {
     ui_->router_box->setEditText(name);
   }
   ShowAddress();
+  ShowTested();
+}
+
+// How much the user may expect of the scripts of the chosen router.
+void RouterPanel::ShowTested() {
+  const bool is_chosen = session_.router_id != 0 && !IsAtPlaceholder();
+  ui_->tested_icon_label->setVisible(is_chosen);
+  ui_->tested_label->setVisible(is_chosen);
+  constexpr QSize kMark(20, 20);
+  ui_->tested_icon_label->setPixmap(TestedIcon(session_.tested).pixmap(kMark, devicePixelRatioF()));
+  ui_->tested_label->setText(TestedText(session_.tested, session_.versions, translator_));
 }
 
 void RouterPanel::ShowAddress() {
@@ -181,6 +194,7 @@ void RouterPanel::OnRowChosen(int row) {
   if (row <= 0) {
     session_.router_name = session_.router_id == 0 ? QString() : routers_.Placeholder();
     session_.is_name_unknown = false;
+    ShowTested();
   }
   Q_EMIT routerChosen(row);
 }

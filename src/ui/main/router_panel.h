@@ -62,6 +62,7 @@ class RouterPanel final : public QWidget {
   void OnRowChosen(int row);
   void OnNameLeft();
   void ShowAddress();
+  void ShowTested();
   int ChosenRow() const { return routers_.RowOf(session_.router_id); }
 
   RouterSession& session_;

@@ -6,12 +6,13 @@
 #include <QFile>
 #include <QLocale>
 #include <QShortcut>
-#include <QStringListModel>
 
+#include <algorithm>
 #include <limits>
 
 #include "async/wait.h"
 #include "core/own_routers.h"
+#include "core/router_tested.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/new_router_dialog.h"
 #include "ui/tools/tool_texts.h"
@@ -35,12 +36,16 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
       prompts_(prompts),
       chosen_(std::move(chosen)),
       ui_(std::make_unique<Ui::RouterListDialog>()),
-      list_(new QStringListModel(this)) {
+      list_(new RouterNamesModel(context.translator, this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   OpenOver(*this, {520, 560});
   ui_->router_list_view->setModel(list_);
+  connect(ui_->router_list_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          &RouterListDialog::ShowTested);
   ui_->find_next_button->setIcon(ThemeIcon(QStringLiteral("search")));
+  constexpr int kMostLines = 3;  // the list keeps its size whatever is selected
+  ui_->tested_label->setMinimumHeight(kMostLines * fontMetrics().lineSpacing());
   ui_->choose_button->setEnabled(false);
   connect(ui_->search_edit, &QLineEdit::textChanged, this, &RouterListDialog::SearchWhileTyping);
   connect(ui_->find_next_button, &QPushButton::clicked, this, &RouterListDialog::FindNext);
@@ -73,7 +78,7 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
 RouterListDialog::~RouterListDialog() = default;
 
 Task<> RouterListDialog::LoadRouters() {
-  QStringList names;
+  QList<RouterName> routers;
   ui_->progress_bar->setMaximum(std::max(1, context_.databases.RouterCount()));
   int last_id = std::numeric_limits<int>::min();
   while (true) {
@@ -83,14 +88,13 @@ Task<> RouterListDialog::LoadRouters() {
     }
     last_id = step.last().id;
     for (const RouterName& router : step) {
-      names.append(router.name);
       names_.Append(router.name);
-      ids_.append(router.id);
     }
-    ui_->progress_bar->setValue(static_cast<int>(names.size()));
+    routers += step;
+    ui_->progress_bar->setValue(static_cast<int>(routers.size()));
     co_await Sleep(0ms);
   }
-  list_->setStringList(names);
+  list_->SetRouters(routers);
   ShowLoaded();
 }
 
@@ -103,10 +107,11 @@ void RouterListDialog::ShowLoaded() {
   ui_->router_count_edit->setMinimumWidth(
       ui_->router_count_edit->fontMetrics().horizontalAdvance(ui_->router_count_edit->text()) +
       kTextMargins);
-  const qsizetype chosen = ids_.indexOf(context_.session.router_id);
+  const auto& routers = list_->Routers();
+  const auto chosen = std::ranges::find(routers, context_.session.router_id, &RouterName::id);
   if (names_.Count() > 0) {
     ui_->router_list_view->setCurrentIndex(
-        list_->index(static_cast<int>(std::max<qsizetype>(chosen, 0))));
+        list_->index(chosen == routers.end() ? 0 : static_cast<int>(chosen - routers.begin())));
     ui_->router_list_view->scrollTo(ui_->router_list_view->currentIndex(),
                                     QAbstractItemView::PositionAtCenter);
   }
@@ -114,6 +119,12 @@ void RouterListDialog::ShowLoaded() {
   ui_->new_router_button->setEnabled(names_.Count() > 0);
   ui_->export_button->setEnabled(names_.Count() > 0);
   ui_->import_button->setEnabled(true);
+}
+
+void RouterListDialog::ShowTested() {
+  const RouterName router = list_->Routers().value(ui_->router_list_view->currentIndex().row());
+  ui_->tested_label->setText(
+      router.id == 0 ? QString() : TestedText(router.tested, router.versions, context_.translator));
 }
 
 // A message box in the middle of a word would take the keys that follow: it is delayed until the
@@ -152,7 +163,7 @@ void RouterListDialog::ReportNotFound() {
 }
 
 int RouterListDialog::SelectedId() const {
-  return ids_.value(ui_->router_list_view->currentIndex().row());
+  return list_->Routers().value(ui_->router_list_view->currentIndex().row()).id;
 }
 
 void RouterListDialog::Choose() {
@@ -163,13 +174,8 @@ void RouterListDialog::Choose() {
 }
 
 void RouterListDialog::OpenNewRouter() {
-  QList<RouterName> routers;
-  const QStringList names = list_->stringList();
-  for (qsizetype i = 0; i < ids_.size(); ++i) {
-    routers.append({.id = ids_.at(i), .name = names.value(i)});
-  }
   auto* dialog =
-      new NewRouterDialog(context_, prompts_, routers, this,
+      new NewRouterDialog(context_, prompts_, list_->Routers(), this,
                           [this](int id, const QString& like) { TakeOwnRouter(id, like); });
   dialog->open();
 }

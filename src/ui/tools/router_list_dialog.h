@@ -13,8 +13,7 @@
 #include "core/app_context.h"
 #include "core/fuzzy_name.h"
 #include "ui/toolkit/prompts.h"
-
-class QStringListModel;
+#include "ui/tools/router_names_model.h"
 
 namespace Ui {
 class RouterListDialog;
@@ -35,6 +34,7 @@ class RouterListDialog final : public QDialog {
  private:
   Task<> LoadRouters();
   void ShowLoaded();
+  void ShowTested();
   void SearchWhileTyping();
   void FindNext();
   bool Search();
@@ -56,9 +56,8 @@ class RouterListDialog final : public QDialog {
   Prompts& prompts_;
   std::function<void(int router_id)> chosen_;
   std::unique_ptr<Ui::RouterListDialog> ui_;
-  QStringListModel* list_;
+  RouterNamesModel* list_;
   FuzzyNames names_;
-  QList<int> ids_;
   QTimer not_found_timer_;
   Flow flow_;
 };

@@ -166,6 +166,7 @@ void ScriptDialog::AskToRestore() {
 void ScriptDialog::ShowFindings() {
   const QStringList shipped = ShippedLines();
   ui_->restore_button->setEnabled(!shipped.isEmpty() && ScriptLines(Editor()->Script()) != shipped);
+  ui_->view_script_editor->SetUpdateScript(ui_->update_script_editor->Lines());
   findings_ = Editor()->Findings();
   ui_->findings_list->clear();
   const qsizetype shown = std::min(findings_.size(), kMaxFindingsShown);
@@ -202,15 +203,20 @@ void ScriptDialog::Save(ScriptEditor* editor, QPushButton* save, QString RouterR
   ui_->saved_label->setText(Text(message::kScriptSaved));
 }
 
-// The other script stays as it is in the database, not as its editor shows it.
+// The other script stays as it is in the database, not as its editor shows it. Only the scripts
+// that came with the program were tried by its makers.
 bool ScriptDialog::Write(const QString& script, QString RouterRecord::* field) {
   auto record = context_.databases.FindRouter(router_id_);
   if (!record) {
     return false;
   }
   (*record).*field = script;
+  const bool is_shipped =
+      shipped_ && ScriptLines(record->routercommands) == ScriptLines(shipped_->routercommands) &&
+      ScriptLines(record->routerportpage) == ScriptLines(shipped_->routerportpage);
   return context_.databases.UpdateRouterScripts(router_id_, record->routercommands,
-                                                record->routerportpage);
+                                                record->routerportpage,
+                                                is_shipped ? shipped_->routertested : QString());
 }
 
 // Called however the window is closed.
