@@ -159,6 +159,33 @@ TEST_F(ShippedDatabases, ASetThatWasBeingPutInPlaceComesBeforeAShippedFile) {
   EXPECT_EQ(Routers(), QStringList(u"1 One new"_s));
 }
 
+// What a user has made goes to another computer without a loss.
+TEST_F(ShippedDatabases, ARouterOfTheUsersOwnComesBackFromItsFileAsItWas) {
+  Ship({Router(1, u"One"_s, u"a"_s)});
+  Start();
+  RouterRecord own;
+  int number = 0;
+  for (const Column<RouterRecord>& column : kRouterColumns) {
+    own.*(column.member) = u" \\ ; [x] \u00e9 %1 "_s.arg(++number);
+    if (column.kind == ColumnKind::kScript) {
+      own.*(column.member) = u"\r\n[nav]\r\n  nav(\"%1\")\r\n\r\n# \\x\r\n"_s.arg(number);
+    }
+  }
+  own.routername = u"# own: [1]"_s;
+  ForeignScripts scripts(home_);
+  const auto id = AddOwnRouter(databases_, scripts, own);
+  const RouterRecord made = *databases_.FindRouter(id.value_or(0));
+  const QString file = shipped_ + u"/own.txt"_s;
+  ASSERT_TRUE(ExportRouter(made, file));
+  databases_.Close();
+  QDir(home_).removeRecursively();  // another computer
+  Start();
+  ForeignScripts foreign(home_);
+  const auto ids = ImportRouters(databases_, foreign, {}, file);
+  ASSERT_TRUE(ids) << qPrintable(ids.error().detail);
+  EXPECT_EQ(databases_.FindRouter(ids->first()), made);
+}
+
 TEST_F(ShippedDatabases, AMergeThatWasCutOffOrCannotBeDoneChangesNothingForGood) {
   Ship({Router(1, u"One"_s, u"a"_s), Router(2, u"Two"_s, u"b"_s)});
   Start();
