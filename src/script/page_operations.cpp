@@ -54,6 +54,7 @@ constexpr Operation kOpenNextPage{"OpenNextPage", kClick, IfGone::kFailed};
 constexpr Operation kReadComplaints{"ReadComplaints", kQuestion, IfGone::kEmptyList};
 constexpr Operation kDescribeElementAt{"DescribeElementAt", kQuestion, IfGone::kEmptyText};
 constexpr Operation kDescribePage{"DescribePage", kQuestion, IfGone::kEmptyList};
+constexpr Operation kFetchPart{"FetchPart", kQuestion, IfGone::kEmptyText};
 constexpr Operation kReadMarkupState{"ReadMarkupState", kQuestion, IfGone::kEmptyText};
 
 QJsonValue ResultIfGone(IfGone if_gone) {
@@ -177,6 +178,8 @@ PageCall ReadComplaints() { return Call(kReadComplaints, {}); }
 PageCall DescribeElementAt(int x, int y) { return Call(kDescribeElementAt, {x, y}); }
 
 PageCall DescribePage() { return Call(kDescribePage, {}); }
+
+PageCall FetchPart(const QString& address) { return Call(kFetchPart, {address}); }
 
 PageCall ReadMarkupState() { return Call(kReadMarkupState, {}); }
 

@@ -95,6 +95,8 @@ PageCall ReadComplaints();
 PageCall DescribeElementAt(int x, int y);
 // Answers an array of objects, one for each document of the page: see script/saved_page.h.
 PageCall DescribePage();
+// A file that the page uses, at an address of the page's own server.
+PageCall FetchPart(const QString& address);
 
 // Answers a text that changes whenever the markup of the document's body does; empty for an empty
 // body.

@@ -56,34 +56,53 @@ QString WithoutAddresses(const QString& text) {
     return IsHomeAddress(match.captured()) ? match.captured() : u"203.0.113.1"_s;
   });
   cleaned.replace(kIp6, u"2001:db8::1"_s);
-  return Replaced(cleaned, kHardware, [](const QRegularExpressionMatch& match) {
+  cleaned = Replaced(cleaned, kHardware, [](const QRegularExpressionMatch& match) {
     return u"02"_s + (match.captured(1) + u"00"_s).repeated(5);
   });
+  // The same without anything between the digits: a whole value, or a whole text.
+  static const QRegularExpression kBareHardware(
+      u"(?<=[\"'>=])(?=[0-9]*[a-f])[0-9a-f]{12}(?=[\"'<&\\\\])"_s, kAnyCase);
+  return cleaned.replace(kBareHardware, u"020000000000"_s);
 }
 
-// Names of what is secret, in scripts and in data: wpa_psk = "...", "serial": "...".
-QString WithoutKeys(const QString& text) {
-  static const QRegularExpression kSecret(
-      u"((?:pass(?:word|wd|phrase|key)?|pwd|psk|wpa|wep|secret|token|csrf|serial|imei|pin|ssid|"
-      "(?:private|public|pre_?shared|shared|network|wlan|wifi|auth|encrypt\\w*)[-_]?key)"
-      "\\w*[\"']?\\s*[:=]\\s*)([\"'])(?:(?!\\2).){1,200}\\2"_s,
-      kAnyCase);
-  return Replaced(text, kSecret, [](const QRegularExpressionMatch& match) {
+// How fields and variables are called that hold what is secret, or tell who the owner is.
+constexpr char16_t kSecretNames[] =
+    u"(?:pass(?:word|wd|phrase|key)?|pwd|psk|wpa|wep|secret|token|csrf|nonce|session|serial|imei|"
+    u"imsi|"
+    "iccid|pin|ssid|ppp\\w*user|e?mail|ddns|"
+    "(?:private|public|pre_?shared|shared|network|wlan|wifi|auth|encrypt\\w*)[-_]?key)\\w*";
+
+QRegularExpression SecretPattern(const QString& before, const QString& after) {
+  return QRegularExpression(before + QString::fromUtf16(kSecretNames) + after, kAnyCase);
+}
+
+// By their names, in scripts and in data: wpa_psk = "...", "serial": "...", in JSON inside a text,
+// <PreSharedKey>...</PreSharedKey>, &pwd=...
+QString WithoutKeys(QString text) {
+  static const QRegularExpression kQuoted =
+      SecretPattern(u"("_s, u"\\\\?[\"']?\\s*[:=]\\s*)(\\\\?[\"'])(?:(?!\\2).){1,200}\\2"_s);
+  static const QRegularExpression kElement = SecretPattern(u"(<\\w*"_s, u">)[^<]{1,200}(?=</)"_s);
+  static const QRegularExpression kArgument =
+      SecretPattern(u"([?&](?:amp;)?\\w*"_s, u"=)[^&\"'\\s<>]{1,200}"_s);
+  text = Replaced(text, kQuoted, [](const QRegularExpressionMatch& match) {
     return match.captured(1) + match.captured(2) + u"removed"_s + match.captured(2);
   });
+  text.replace(kElement, u"\\1removed"_s);
+  return text.replace(kArgument, u"\\1removed"_s);
 }
 
-// The value of an input that is a password box, or is named like something secret.
-QString WithoutSecretValues(const QString& markup) {
-  static const QRegularExpression kInput(u"<input\\b[^>]*>"_s, kAnyCase);
-  static const QRegularExpression kIsSecret(
-      u"type\\s*=\\s*[\"']?password|(?:name|id)\\s*=\\s*[\"']?[^\"'\\s>]*"
-      "(?:pass|pwd|psk|secret|token|csrf|serial|nonce|session|key|ssid)"_s,
-      kAnyCase);
-  static const QRegularExpression kValue(u"(\\bvalue\\s*=\\s*)(?:\"[^\"]*\"|'[^']*'|[^\\s>\"']+)"_s,
-                                         kAnyCase);
-  return Replaced(markup, kInput, [](const QRegularExpressionMatch& input) {
-    QString tag = input.captured();
+// The value of a field that is a password box, or is named like something secret.
+QString WithoutSecretValues(QString markup) {
+  static const QRegularExpression kField(u"<(?:input|meta)\\b[^>]*>"_s, kAnyCase);
+  static const QRegularExpression kIsSecret = SecretPattern(
+      u"type\\s*=\\s*[\"']?password|(?:name|id)\\s*=\\s*[\"']?[^\"'\\s>]*(?:key|"_s, u")"_s);
+  static const QRegularExpression kValue(
+      u"(\\b(?:value|content)\\s*=\\s*)(?:\"[^\"]*\"|'[^']*'|[^\\s>\"']+)"_s, kAnyCase);
+  static const QRegularExpression kArea = SecretPattern(
+      u"(<textarea\\b[^>]*(?:name|id)\\s*=\\s*[\"']?[^\"'\\s>]*"_s, u"[^>]*>)[^<]*"_s);
+  markup.replace(kArea, u"\\1removed"_s);
+  return Replaced(markup, kField, [](const QRegularExpressionMatch& field) {
+    QString tag = field.captured();
     return tag.contains(kIsSecret) ? tag.replace(kValue, u"\\1\"removed\""_s) : tag;
   });
 }
@@ -102,18 +121,6 @@ QString WithoutLogin(QString text, const PageSecrets& secrets) {
     }
   }
   return text;
-}
-
-QString FileName(const QString& path) {
-  QString name = path.endsWith(u'/') ? path + u"index.html"_s : path;
-  QStringList parts;
-  for (const QString& part : name.split(u'/', Qt::SkipEmptyParts)) {
-    static const QRegularExpression kOther(u"[^\\w.()-]"_s);
-    QString kept = part;
-    kept.replace(kOther, u"_"_s);
-    parts.append(kept.startsWith(u'.') ? u'_' + kept : kept);
-  }
-  return parts.isEmpty() ? u"index.html"_s : parts.join(u'/');
 }
 
 // What the pages of the form send for a member of a rule.
@@ -165,13 +172,25 @@ QString CleanedPage(QString markup, const PageSecrets& secrets) {
       WithoutKeys(WithoutSecretValues(WithoutLogin(std::move(markup), secrets))));
 }
 
+QString FileNameOf(const QString& path) {
+  QString name = path.endsWith(u'/') ? path + u"index.html"_s : path;
+  QStringList parts;
+  for (const QString& part : name.split(u'/', Qt::SkipEmptyParts)) {
+    static const QRegularExpression kOther(u"[^\\w.()@~+=,%-]"_s);
+    QString kept = part;
+    kept.replace(kOther, u"_"_s);
+    parts.append(kept.startsWith(u'.') ? u'_' + kept : kept);
+  }
+  return parts.isEmpty() ? u"index.html"_s : parts.join(u'/');
+}
+
 QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecrets& secrets) {
   QMap<QString, QByteArray> files;
   QJsonArray answers;
   for (const auto& value : documents) {
     const QJsonObject document = value.toObject();
     const QString path = document.value("path"_L1).toString();
-    files.insert(FileName(path),
+    files.insert(FileNameOf(path),
                  CleanedPage(document.value("markup"_L1).toString(), secrets).toUtf8());
     for (const auto& form : document.value("forms"_L1).toArray()) {
       const QJsonObject row = RowFor(form.toObject(), path);
@@ -189,9 +208,10 @@ bool IsForSavedPages(const QString& folder) {
          (QFileInfo(folder).isDir() && QDir(folder).isEmpty());
 }
 
-bool WriteSavedPage(const QString& folder, const QJsonArray& documents,
-                    const PageSecrets& secrets) {
+bool WriteSavedPage(const QString& folder, const QJsonArray& documents, const PageSecrets& secrets,
+                    const QMap<QString, QByteArray>& parts) {
   QMap<QString, QByteArray> files = SavedPage(documents, secrets);
+  files.insert(parts);
   const QString name = u"answers.json"_s;
   QFile known(folder + u'/' + name);
   if (known.open(QIODevice::ReadOnly)) {
@@ -212,18 +232,6 @@ bool WriteSavedPage(const QString& folder, const QJsonArray& documents,
     }
   }
   return true;
-}
-
-QStringList PartsOf(const QJsonArray& documents) {
-  QStringList parts;
-  for (const auto& document : documents) {
-    for (const auto& part : document.toObject().value("parts"_L1).toArray()) {
-      if (!parts.contains(part.toString())) {
-        parts.append(part.toString());
-      }
-    }
-  }
-  return parts;
 }
 
 }  // namespace quayline

@@ -386,19 +386,53 @@ TEST_F(ScriptWindowTest, AnElementIsPickedOnThePageAndItsLineWritten) {
   EXPECT_FALSE(Find<QAbstractButton>("pick_button")->isChecked());
 }
 
-TEST_F(ScriptWindowTest, APageIsSavedForOthersWithoutWhatIsSecret) {
+TEST_F(ScriptWindowTest, APageIsSavedForOthersAsItLooksWithoutWhatIsSecret) {
   Click("bench_button");
   context_->session.password = u"s3cret"_s;
-  page_->documents = {QJsonObject{{u"path"_s, u"/fw.asp"_s},
-                                  {u"markup"_s, u"<p>s3cret</p>"_s},
-                                  {u"parts"_s, QJsonArray{u"menu.js"_s}}}};
+  const auto part = [](const char* address, const char* kind) {
+    return QJsonObject{{u"address"_s, QLatin1String(address)}, {u"kind"_s, QLatin1String(kind)}};
+  };
+  page_->documents = {QJsonObject{
+      {u"address"_s, u"http://router/adv/fw.asp"_s},
+      {u"path"_s, u"/adv/fw.asp"_s},
+      {u"markup"_s, u"<p style=\"background:url(&quot;dots.gif&quot;)\">s3cret</p>"_s},
+      {u"parts"_s,
+       QJsonArray{part("http://router/look.css", "picture"),
+                  part("http://router/menu.js?v=1", "script"),
+                  part("http://elsewhere/a.png", "picture"), part("data:image/png,A", "picture"),
+                  part("http://router/gone.png", "picture")}}}};
+  const auto file = [](const char* type, const QByteArray& bytes) {
+    return QJsonObject{{u"type"_s, QLatin1String(type)},
+                       {u"bytes"_s, QLatin1String(bytes.toBase64())}};
+  };
+  const QByteArray styles = "@import 'more.css'; p{background:url(img/p.png)}";
+  page_->parts = {
+      {u"http://router/look.css"_s, file("text/css", styles)},
+      {u"http://router/more.css"_s, file("text/css", "b{}")},
+      {u"http://router/img/p.png"_s, file("image/png", "\x89PNG")},
+      {u"http://router/adv/dots.gif"_s, file("image/gif", "GIF")},
+      {u"http://router/menu.js?v=1"_s, file("text/javascript", "wpa_psk='one', p='s3cret'")},
+      {u"http://router/gone.png"_s, file("text/html", "the login page")}};
   const QString folder = folder_.Path("saved");
   prompts_.files = {folder};
   Click("save_page_button");
-  EXPECT_EQ(ReadBytes(folder + u"/fw.asp"_s), "<p>removed</p>");
+  ASSERT_TRUE(RunUntil([this] { return !prompts_.shown.empty(); }));
+  const std::pair<const char*, QByteArray> files[] = {
+      {"/adv/fw.asp", "<p style=\"background:url(&quot;dots.gif&quot;)\">removed</p>"},
+      {"/look.css", styles},
+      {"/more.css", "b{}"},
+      {"/img/p.png", "\x89PNG"},
+      {"/adv/dots.gif", "GIF"},
+      {"/menu.js.txt", "wpa_psk='removed', p='removed'"},
+      {"/menu.js", ""},
+      {"/gone.png", ""}};
+  for (const auto& [name, bytes] : files) {
+    EXPECT_EQ(ReadBytes(folder + QLatin1String(name)), bytes) << name;
+  }
   EXPECT_TRUE(QFile::exists(folder + u"/answers.json"_s));
   EXPECT_THAT(prompts_.shown.back(),
-              AllOf(StartsWith("Tell: The page is in the folder"), HasSubstr("menu.js")));
+              AllOf(StartsWith("Tell: The page is in the folder"),
+                    EndsWith(":\nhttp://elsewhere/a.png\nhttp://router/gone.png")));
 }
 
 TEST_F(RouterListTest, ARouterThatIsNotListedIsMadeOutOfAnother) {

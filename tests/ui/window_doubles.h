@@ -187,10 +187,11 @@ class FakePage final : public PageHost {
 
   PageQuestions& questions;
   bool hangs = false;
-  QJsonObject rows;      // what the page shows
-  QJsonObject element;   // what is under the mouse pointer
-  QJsonArray documents;  // what the page is made of
-  QStringList opened;    // addresses
+  QJsonObject rows;                      // what the page shows
+  QJsonObject element;                   // what is under the mouse pointer
+  QJsonArray documents;                  // what the page is made of
+  std::map<QString, QJsonObject> parts;  // the files that it uses, by their addresses
+  QStringList opened;                    // addresses
   // Called before a question is answered.
   std::function<void(FakePage& page, const PageCall& call)> asked;
 
@@ -229,6 +230,7 @@ class FakePage final : public PageHost {
     const std::map<QString, QJsonValue> answers{{u"ReadRows"_s, rows},
                                                 {u"DescribeElementAt"_s, element},
                                                 {u"DescribePage"_s, documents},
+                                                {u"FetchPart"_s, Part(call)},
                                                 {u"ClickInRow"_s, u"(Successful)"_s}};
     const auto found = answers.find(call.operation);
     answer({.answered = true,
@@ -243,6 +245,11 @@ class FakePage final : public PageHost {
   QWidget* Widget() override { return view_; }
 
  private:
+  QJsonValue Part(const PageCall& call) const {
+    const auto found = parts.find(call.arguments.at(0).toString());
+    return found == parts.end() ? QJsonValue() : QJsonValue(found->second);
+  }
+
   QPointer<QWidget> view_;
   NavigationState navigation_;
 };

@@ -67,7 +67,16 @@ TEST_F(WebTest, APageIsDescribedWithItsFramesAndForms) {
   EXPECT_EQ(form["action"_L1], u"/apply.cgi"_s);
   EXPECT_EQ(form["method"_L1], u"post"_s);
   EXPECT_EQ(form["fields"_L1][1]["name"_L1], u"desc"_s);
-  EXPECT_TRUE(documents[0]["parts"_L1].toArray().contains(u"missing.js"_s));
+  const QJsonObject part = documents[0]["parts"_L1][0].toObject();
+  EXPECT_EQ(part["kind"_L1], u"script"_s);
+  const QString address = part["address"_L1].toString();
+  EXPECT_TRUE(address.endsWith(u"/missing.js"_s)) << qPrintable(address);
+  EXPECT_EQ(Ask(FetchPart(address)), QJsonValue(QJsonValue::Null));
+  const QByteArray bytes("\x89PNG\0\xff", 6);
+  server.replies["/logo.png"] = Answer("200 OK", bytes, "Content-Type: image/png\r\n");
+  const QJsonObject picture = Ask(FetchPart(server.Address(u"/logo.png"_s).toString())).toObject();
+  EXPECT_EQ(picture["type"_L1], u"image/png"_s);
+  EXPECT_EQ(QByteArray::fromBase64(picture["bytes"_L1].toString().toLatin1()), bytes);
   EXPECT_TRUE(documents[1]["markup"_L1].toString().contains(u"id=\"inner\""_s));
 }
 

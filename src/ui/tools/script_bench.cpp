@@ -9,7 +9,7 @@
 
 #include "core/update_command.h"
 #include "script/page_operations.h"
-#include "script/saved_page.h"
+#include "script/page_saving.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/tool_texts.h"
 #include "ui_script_bench.h"
@@ -210,37 +210,29 @@ void ScriptBench::ShowElement(const PickedElement& element) {
 void ScriptBench::AskForFolder() {
   prompts_.AskSaveFile(window(),
                        {.title = Text(message::kSavePageTitle), .filter = {}, .default_suffix = {}},
-                       [this](const QString& folder) { SavePage(folder); });
+                       [this](const QString& folder) { StartSaving(folder); });
 }
 
-void ScriptBench::SavePage(const QString& folder) {
-  PageHost* host = runner_->ActiveHost();
-  if (host == nullptr) {
-    return;
-  }
+void ScriptBench::StartSaving(const QString& folder) {
   if (!IsForSavedPages(folder)) {
     prompts_.Tell(window(), Text(message::kFolderInUse).arg(folder));
-    return;
+  } else if (!saving_.IsRunning()) {
+    saving_.Start(SavePage(folder));
   }
-  const QPointer<ScriptBench> self(this);
-  host->Call(page_operation::DescribePage(), [self, folder](const PageAnswer& answer) {
-    if (self.isNull()) {
-      return;
-    }
-    const QJsonArray documents = answer.value.toArray();
-    const RouterSession& session = self->context_.session;
-    const bool is_saved = !documents.isEmpty() && WriteSavedPage(folder, documents,
-                                                                 {.username = session.username,
-                                                                  .password = session.password});
-    const QString parts = PartsOf(documents).join(u"\n"_s);
-    self->prompts_.Tell(
-        self->window(),
-        is_saved ? self->Text(message::kPageSaved).arg(folder) +
-                       (parts.isEmpty()
-                            ? QString()
-                            : u"\n\n"_s + self->Text(message::kPartsNotSaved) + u'\n' + parts)
-                 : self->Text(message::kCannotSavePage).arg(folder));
-  });
+}
+
+Task<> ScriptBench::SavePage(QString folder) {
+  const RouterSession& session = context_.session;
+  const SavingReport report =
+      co_await quayline::SavePage(QPointer<PageHost>(runner_->ActiveHost()), folder,
+                                  {.username = session.username, .password = session.password});
+  const QString missing = report.missing.join(u"\n"_s);
+  QString told =
+      Text(report.is_written ? message::kPageSaved : message::kCannotSavePage).arg(folder);
+  if (report.is_written && !missing.isEmpty()) {
+    told += u"\n\n"_s + Text(message::kPartsNotSaved) + u'\n' + missing;
+  }
+  prompts_.Tell(window(), told);
 }
 
 }  // namespace quayline

@@ -58,7 +58,8 @@ class ScriptBench final : public QWidget {
   void Describe(bool is_picked);
   void ShowElement(const PickedElement& element);
   void AskForFolder();
-  void SavePage(const QString& folder);
+  void StartSaving(const QString& folder);
+  Task<> SavePage(QString folder);
   bool IsOnPage(const QObject* watched) const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
@@ -70,6 +71,7 @@ class ScriptBench final : public QWidget {
   std::unique_ptr<BenchRunner> runner_;
   QTimer describe_timer_;  // the page is not asked at every movement of the mouse
   QPoint pointer_;         // in the page's view
+  Flow saving_;
 };
 
 }  // namespace quayline
