@@ -82,6 +82,9 @@ inline constexpr Message kNoLogin{
 inline constexpr Message kEndsAtLogin{
     "The script ends where the login leads. The update script goes on to another page from there: "
     "open the page with the table of the rules."};
+inline constexpr Message kLoginForEach{
+    "The password above is typed for the first entry only, and this line runs for every one. Use "
+    "its form that ends with _first_only."};
 inline constexpr Message kNoEntryHere{
     "This script runs without an entry: the line has nothing to work with."};
 inline constexpr Message kNeverSent{

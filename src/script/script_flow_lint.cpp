@@ -110,6 +110,7 @@ class FlowLint final {
     LintFirstPage();
     LintSending();
     LintShortWaits();
+    LintLogin();
     LintView();
     return findings_;
   }
@@ -250,6 +251,22 @@ class FlowLint final {
       });
       if (next == commands_.cend() || next->row->use == PageUse::kOpens) {
         Add(LintSeverity::kWarning, click->line, lint_text::kShortWait, {QString::number(time)});
+      }
+    }
+  }
+
+  // A login that is sent for every entry, and typed for the first one only.
+  void LintLogin() {
+    if (kind_ == ScriptKind::kView) {
+      return;
+    }
+    for (auto login = commands_.cbegin(); login != commands_.cend(); ++login) {
+      const auto next = std::find_if(login, commands_.cend(), [](const Command& c) {
+        return c.row->use == PageUse::kOpens || c.row->use == PageUse::kActs;
+      });
+      if (Logs(*login) && login->row->condition == Condition::kFirst && next != commands_.cend() &&
+          next->row->use == PageUse::kActs && AlwaysRuns(*next->row)) {
+        Add(LintSeverity::kWarning, next->line, lint_text::kLoginForEach);
       }
     }
   }
