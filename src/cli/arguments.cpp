@@ -377,10 +377,12 @@ Exit status of lint:
 
 try runs the scripts of a router's file without the router: DIR has its pages, and FILE (answers.json
 in DIR) says what the router does with what they send. Each line is reported with what it found and
-what was sent; passwords are not shown. Without --list two sample entries are entered.
+what was sent; passwords are not shown. Without --list two sample entries are entered. What was entered is
+removed again where the file has a script for that. Without --timeout a trial is stopped after 300 seconds.
 
 Exit status of try:
-  0  the router has the rules of the entries as they are wanted, and its page shows them
+  0  the router had the rules of the entries as they are wanted, its page showed them, and the script
+     that removes them left all others
   others as for update
 
 commands writes how the commands of router scripts are written, one command with its fields, or the

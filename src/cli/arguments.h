@@ -34,6 +34,7 @@ struct UpdateArguments {
   bool no_verify = false;  // the router's rules are not read before and after
   bool as_json = false;
   bool only_looks = false;  // `check`: the entries are looked up, and nothing is entered
+  bool is_trial = false;    // `try`: what is entered is removed again, and the log holds everything
 };
 
 // What `quayline-cli commands` is to print.

@@ -106,8 +106,11 @@ std::expected<std::unique_ptr<TryRun>, CliError> TryRun::Prepare(const TryArgume
     return Failure(CliExit::kRefused, verdict.message);
   }
   context.port_list.SetEntries(std::move(entries));
+  // A script that waits for words which never appear would wait forever, with nobody to stop it.
+  constexpr int kLongestTrial = 300;
   UpdateArguments update;
-  update.timeout_seconds = arguments.timeout_seconds;
+  update.is_trial = true;
+  update.timeout_seconds = arguments.timeout_seconds.value_or(kLongestTrial);
   return std::unique_ptr<TryRun>(
       new TryRun(*std::move(router), context, std::move(make_host), update));
 }
@@ -118,8 +121,11 @@ TryRun::TryRun(std::unique_ptr<StubRouter> router, AppContext& context, PageHost
       router_(std::move(router)),
       run_(std::make_unique<UpdateRun>(context, std::move(make_host), arguments)) {
   connect(router_.get(), &StubRouter::exchanged, this, &TryRun::ReportExchange);
-  connect(run_.get(), &UpdateRun::finished, this,
-          [this](int exit_status) { Q_EMIT finished(Judge(exit_status)); });
+  connect(run_.get(), &UpdateRun::entered, this,
+          [this](int exit_status) { entered_ = JudgeEntered(exit_status); });
+  connect(run_.get(), &UpdateRun::finished, this, [this](int exit_status) {
+    Q_EMIT finished(entered_ ? JudgeRemoved(exit_status) : JudgeEntered(exit_status));
+  });
 }
 
 void TryRun::ReportExchange(const StubExchange& exchange) {
@@ -143,26 +149,54 @@ void TryRun::ReportExchange(const StubExchange& exchange) {
   }
 }
 
-// What the router kept counts beside what its page shows.
-int TryRun::Judge(int exit_status) {
+int TryRun::Judge(int exit_status, const QList<PortEntry>& wanted) {
   const QStringList differences =
-      DifferencesFrom(context_.port_list.Entries(), router_->FirstRules(), router_->KeptRules());
+      DifferencesFrom(wanted, router_->FirstRules(), router_->KeptRules());
   for (const QString& difference : differences) {
     WriteLines(difference + u'\n');
   }
   if (router_->HasPendingChanges()) {
     WriteLines(u"Changes were sent and never applied.\n"_s);
   }
+  const bool is_wrong = exit_status == static_cast<int>(CliExit::kDone) && !differences.isEmpty();
+  return is_wrong ? static_cast<int>(CliExit::kNotAsWanted) : exit_status;
+}
+
+// What the router kept counts beside what its page shows.
+int TryRun::JudgeEntered(int exit_status) {
+  const int judged = Judge(exit_status, context_.port_list.Entries());
   const QList<EntryResult>& results = run_->Outcome().results;
   const bool is_seen = std::ranges::all_of(
       results, [](const EntryResult& result) { return result.state == EntryState::kOnRouter; });
-  if (exit_status == static_cast<int>(CliExit::kDone) && (!is_seen || !differences.isEmpty())) {
+  if (judged != static_cast<int>(CliExit::kDone)) {
+    return judged;
+  }
+  if (!is_seen) {
+    WriteLines(
+        u"The page that the script [routerportpage] leads to does not show the rules. Does it end "
+        u"at "
+        "the table?\n"_s);
     return static_cast<int>(CliExit::kNotAsWanted);
   }
-  if (exit_status == static_cast<int>(CliExit::kDone)) {
-    WriteLines(u"The router has every rule as it is wanted, and its page shows it.\n"_s);
+  WriteLines(u"The router has every rule as it is wanted, and its page shows it.\n"_s);
+  if (!context_.session.remove_script.isEmpty() && !run_->TakesBack()) {
+    WriteLines(
+        u"The script [routerremove] was not tried: what the page showed before the entries does "
+        u"not "
+        "tell which rules are new.\n"_s);
   }
-  return exit_status;
+  return judged;
+}
+
+int TryRun::JudgeRemoved(int exit_status) {
+  const int judged = Judge(exit_status, {});
+  if (*entered_ != static_cast<int>(CliExit::kDone)) {
+    return *entered_;
+  }
+  if (judged == static_cast<int>(CliExit::kDone)) {
+    WriteLines(u"The script [routerremove] has removed every rule again, and no other.\n"_s);
+  }
+  return judged;
 }
 
 }  // namespace quayline

@@ -37,11 +37,16 @@ class TryRun final : public QObject {
          const UpdateArguments& arguments);
 
   void ReportExchange(const StubExchange& exchange);
-  int Judge(int exit_status);
+  // The exit status with what the router kept. `wanted`: the rules that it should have besides its
+  // first ones.
+  int Judge(int exit_status, const QList<PortEntry>& wanted);
+  int JudgeEntered(int exit_status);
+  int JudgeRemoved(int exit_status);
 
   AppContext& context_;
   std::unique_ptr<StubRouter> router_;
   std::unique_ptr<UpdateRun> run_;
+  std::optional<int> entered_;  // the exit status after the entries were entered
 };
 
 // The router of a file; an error is for the user.

@@ -37,7 +37,8 @@ UpdateRun::UpdateRun(AppContext& context, PageHostFactory make_host,
                  &Report),
       runner_(context, std::move(make_host), questions_),
       as_json_(arguments.as_json),
-      only_looks_(arguments.only_looks) {
+      only_looks_(arguments.only_looks),
+      is_trial_(arguments.is_trial) {
   timeout_.setSingleShot(true);
   if (arguments.timeout_seconds) {
     timeout_.setInterval(std::chrono::seconds(*arguments.timeout_seconds));
@@ -52,13 +53,18 @@ void UpdateRun::ConnectReports() {
   if (!as_json_) {
     connect(&runner_.Log(), &JobLog::appended, this, &WriteLog);
   }
-  connect(&runner_, &JobRunner::statusAppended, this, [](const QString& line, StatusKind kind) {
-    if (kind == StatusKind::kNotable) {
-      Report(OnOneLine(line));
-    }
-  });
-  connect(&runner_, &JobRunner::errorAppended, this,
-          [](const QString& line) { Report(OnOneLine(line)); });
+  // In a trial they belong to the step above them.
+  const auto report = [is_trial = is_trial_](const QString& line) {
+    is_trial ? WriteLog(LineBreak() + QStringLiteral("    ") + OnOneLine(line))
+             : Report(OnOneLine(line));
+  };
+  connect(&runner_, &JobRunner::statusAppended, this,
+          [report](const QString& line, StatusKind kind) {
+            if (kind == StatusKind::kNotable) {
+              report(line);
+            }
+          });
+  connect(&runner_, &JobRunner::errorAppended, this, report);
   connect(&runner_, &JobRunner::noticeRequested, this, &ReportLines);
   connect(&runner_, &JobRunner::waitingFor, this, &UpdateRun::ReportWait);
 }
@@ -68,10 +74,29 @@ void UpdateRun::ConnectEnd() {
     if (!as_json_) {
       WriteLog(LineBreak());
     }
-    runner_.Leave();
+    if (TakesBack()) {
+      QMetaObject::invokeMethod(this, &UpdateRun::TakeBack, Qt::QueuedConnection);
+    } else {
+      runner_.Leave();
+    }
   });
-  connect(&runner_, &JobRunner::left, this,
-          [this] { Q_EMIT finished(static_cast<int>(WriteResults())); });
+  connect(&runner_, &JobRunner::left, this, [this] {
+    const CliExit exit = WriteResults();
+    Q_EMIT finished(static_cast<int>(exit_of_update_ == CliExit::kDone ? exit : exit_of_update_));
+  });
+}
+
+bool UpdateRun::TakesBack() const {
+  return is_trial_ && runner_.Outcome().kind == JobKind::kUpdate && !runner_.Outcome().stopped &&
+         runner_.HasRemoveScript() && !runner_.Added().isEmpty();
+}
+
+void UpdateRun::TakeBack() {
+  exit_of_update_ = WriteResults();
+  Q_EMIT entered(static_cast<int>(exit_of_update_));
+  runner_.Open();
+  ShowUnseen(runner_.ActiveHost());
+  runner_.TakeBack();
 }
 
 CliExit UpdateRun::WriteResults() {
@@ -79,7 +104,7 @@ CliExit UpdateRun::WriteResults() {
   CliExit exit = CliExit::kDone;
   if (outcome.stopped || outcome.entries_failed > 0) {
     exit = CliExit::kFailed;
-  } else if (outcome.HasWrong()) {
+  } else if (outcome.kind != JobKind::kTakeBack && outcome.HasWrong()) {
     exit = CliExit::kNotAsWanted;
   }
   const bool has_looked = context_.job_options.verify_after_update || only_looks_;

@@ -26,17 +26,22 @@ class UpdateRun final : public QObject {
             QObject* parent = nullptr);
 
   void Start();
+  // Of a trial: the update that has ended is followed by the removal of what it entered.
+  bool TakesBack() const;
   const JobOutcome& Outcome() const { return runner_.Outcome(); }
   // For a signal: ends the job where it is. A save that is on its way to the router is waited for,
   // as long as it takes.
   void Stop();
 
  Q_SIGNALS:
+  // Of a trial, before the entries are removed again.
+  void entered(int exit_status);
   void finished(int exit_status);
 
  private:
   void ConnectReports();
   void ConnectEnd();
+  void TakeBack();
   CliExit WriteResults();
   void OnTimeout();
   void ReportWait(const QString& what);
@@ -46,6 +51,8 @@ class UpdateRun final : public QObject {
   JobRunner runner_;
   const bool as_json_;
   const bool only_looks_;
+  const bool is_trial_;
+  CliExit exit_of_update_ = CliExit::kDone;  // of a trial
   QTimer timeout_;
   QString last_wait_;
   bool is_stopping_ = false;

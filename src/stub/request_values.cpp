@@ -98,6 +98,10 @@ QString JsonText(const QJsonValue& value) {
 }
 
 RequestValues::RequestValues(const HttpRequest& request) : headers_(request.headers) {
+  int number = 0;
+  for (const QString& part : request.path.split(u'/', Qt::SkipEmptyParts)) {
+    names_.insert(u"path:%1"_s.arg(++number), part);
+  }
   json_ = ParseBody(request.body);
   if (json_.isUndefined()) {
     fields_ = FormFields(request.body).All();

@@ -133,7 +133,10 @@ TEST_F(CliProgram, AScriptIsTriedOnSavedPagesWithoutARouter) {
     int status;
     const char* said;
   } cases[] = {
-      {"all is well", "", "", 0, "added Web TCP 8080 to 192.168.1.100"},
+      {"all is well", "", "", 0, "has removed every rule again, and no other"},
+      {"a removal takes another rule", "click_in_entry_row(\"button,Delete\")",
+       "run_javascript(\"document.querySelector('#rules button').click()\")", 4,
+       "The router does not have this rule"},
       {"the button has another name", "\"commit\"", "\"comit\"", 4, "never applied"},
       {"no view script leads to the rules", "nav(\"forward.html\")\n\n", "\n", 4, "cannot tell"},
       {"no router's file", "id: 1", "id 1", 2, "This is neither"},
@@ -147,11 +150,46 @@ TEST_F(CliProgram, AScriptIsTriedOnSavedPagesWithoutARouter) {
     EXPECT_TRUE(all.contains(QLatin1String(row.said))) << qPrintable(all);
     EXPECT_FALSE(all.contains(u"secret"_s)) << "the password is shown";
   }
-  Write("answers.json", "{\"answer\": []}");
-  const Outcome outcome = Run({u"try"_s, family + u"/router.txt"_s, u"--pages"_s, family,
-                               u"--answers"_s, Path("answers.json")});
-  EXPECT_EQ(outcome.status, 2);
-  EXPECT_TRUE(outcome.errors.contains(u"answer is not a known key"_s));
+}
+
+TEST_F(CliProgram, ATrialOnAnyFolderEndsWithAReason) {
+  const QString family = QStringLiteral(QUAYLINE_SOURCE_DIR "/tests/families/example");
+  const QByteArray circle =
+      R"({"answers": [{"on": "GET /login.html", "answer": {"redirect": "/login.html"}}]})";
+  const struct {
+    const char* fault;
+    const char* page;  // a file of the folder; nullptr: there is no folder
+    QByteArray bytes;
+    QByteArray answers;
+    int status;
+    const char* said;
+  } cases[] = {
+      {"no folder", nullptr, "", "{}", 2, "There is no folder"},
+      {"answers of another shape", "a.html", "", "{\"answer\": []}", 2,
+       "answer is not a known key"},
+      {"answers that are no text", "a.html", "", QByteArray("\x00\xff{", 3), 2, "answers.json"},
+      {"answers without an end", "a.html", "", QByteArray(100'000, '['), 2, "answers.json"},
+      {"no page", "a.html", "", "{}", 3, "404, no such page"},
+      {"a page that redirects to itself", "login.html", "x", circle, 3, "REDIRECTING"},
+      {"a page of anything", "login.html", QByteArray("\x00\xff<{{each\x1b[2J}}", 15), "{}", 3,
+       "PROBLEM: "},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.fault);
+    const QString pages = Path("pages");
+    QDir(pages).removeRecursively();
+    if (row.page != nullptr) {
+      QDir().mkpath(pages);
+      EXPECT_TRUE(WriteBytes(pages + u'/' + QLatin1String(row.page), row.bytes));
+    }
+    Write("answers.json", row.answers);
+    const Outcome outcome = Run({u"try"_s, family + u"/router.txt"_s, u"--pages"_s, pages,
+                                 u"--answers"_s, Path("answers.json"), u"--timeout"_s, u"60"_s});
+    const QString all = outcome.output + outcome.errors;
+    EXPECT_EQ(outcome.status, row.status) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QLatin1String(row.said))) << qPrintable(all);
+    EXPECT_FALSE(all.contains(u'\x1b')) << "the cursor is moved";
+  }
 }
 
 TEST_F(CliProgram, TheRoutersAreListedWithHowTheirScriptsWereTried) {
