@@ -16,9 +16,13 @@ namespace quayline {
 namespace {
 
 // What the table says of an entry.
-QString StateText(const EntryResult& result) {
+QString StateText(const EntryResult& result, JobKind kind) {
+  const bool is_removal = kind == JobKind::kTakeBack;
   switch (result.state) {
     case EntryState::kOnRouter:
+      if (is_removal) {
+        return QStringLiteral("STILL THERE");
+      }
       return result.existed ? QStringLiteral("on the router, as before")
                             : QStringLiteral("on the router");
     case EntryState::kDifferent: {
@@ -29,7 +33,7 @@ QString StateText(const EntryResult& result) {
       return QStringLiteral("DIFFERENT (%1)").arg(fields.join(QStringLiteral(", ")));
     }
     case EntryState::kMissing:
-      return QStringLiteral("NOT THERE");
+      return is_removal ? QStringLiteral("removed") : QStringLiteral("NOT THERE");
     case EntryState::kUnknown:
       return QStringLiteral("cannot tell");
     case EntryState::kToCheck:
@@ -56,15 +60,15 @@ QString ResultTable(const JobOutcome& outcome) {
   qsizetype widest_listening = 0;
   for (const EntryResult& result : outcome.results) {
     widest_name = std::max(widest_name, result.entry.app_name.size());
-    widest_state = std::max(widest_state, StateText(result).size());
+    widest_state = std::max(widest_state, StateText(result, outcome.kind).size());
     widest_listening = std::max(widest_listening, ListenText(result).size());
   }
   QString table;
   for (const EntryResult& result : outcome.results) {
     const QString why = result.seen.isEmpty() ? result.doubts.join(QLatin1Char(' ')) : result.seen;
-    QString line = OnOneLine(result.entry.app_name).leftJustified(widest_name) +
-                   QStringLiteral("  ") + StateText(result).leftJustified(widest_state) +
-                   QStringLiteral("  ");
+    QString line =
+        OnOneLine(result.entry.app_name).leftJustified(widest_name) + QStringLiteral("  ") +
+        StateText(result, outcome.kind).leftJustified(widest_state) + QStringLiteral("  ");
     if (widest_listening > 0) {
       line += ListenText(result).leftJustified(widest_listening) + QStringLiteral("  ");
     }
