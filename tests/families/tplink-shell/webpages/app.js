@@ -111,10 +111,23 @@
         var tools = make("td", "su-table__cell", "", row);
         make("i", "su-icon icon-edit", "", tools);
         make("i", "su-icon icon-trash", "", tools).onclick = function () {
-          call("admin/nat?form=vs", {operation: "remove", index: index}).then(function () { again(content); });
+          askToDelete(function () {
+            call("admin/nat?form=vs", {operation: "remove", index: index}).then(function () { again(content); });
+          });
         };
       });
     });
+  }
+  function askToDelete(remove) {
+    var mask = make("div", "su-mask", "", document.body);
+    var dialog = make("div", "su-dialog", "", mask);
+    make("div", "su-dialog__title", "Are you sure you want to delete this entry?", dialog);
+    var buttons = make("div", "su-dialog__footer", "", dialog);
+    make("button", "su-button", "CANCEL", buttons).onclick = function () { mask.remove(); };
+    make("button", "su-button", "DELETE", buttons).onclick = function () {
+      mask.remove();
+      remove();
+    };
   }
   function again(content) {
     content.textContent = "";
