@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFile>
+#include <QGroupBox>
 #include <QIconEngine>
 #include <QPainter>
 #include <QProxyStyle>
@@ -84,7 +85,8 @@ class RoomyStyle final : public QProxyStyle {
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
     if (element == PE_FrameGroupBox) {
-      PaintCard(*painter, option->rect, option->palette);
+      PaintCard(*painter, option->rect.adjusted(0, RoomForTitle(*option, widget), 0, 0),
+                option->palette);
       return;
     }
     const bool is_field = element == PE_PanelLineEdit;
@@ -145,6 +147,17 @@ class RoomyStyle final : public QProxyStyle {
   }
 
  private:
+  // The title of a group is above its frame.
+  int RoomForTitle(const QStyleOption& option, const QWidget* widget) const {
+    constexpr int kGap = 3;
+    const auto* group = qobject_cast<const QGroupBox*>(widget);
+    return group == nullptr || group->title().isEmpty()
+               ? 0
+               : std::max(pixelMetric(PM_IndicatorHeight, &option, widget),
+                          option.fontMetrics.height()) +
+                     kGap;
+  }
+
   static void PaintErrorFrame(QPainter& painter, const QStyleOption& option) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
