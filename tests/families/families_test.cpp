@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+#include <map>
 
 #include "core/router_text.h"
 #include "script/bare_context.h"
@@ -131,10 +132,32 @@ class RouterFamilies : public ::testing::TestWithParam<Family> {
     return entries;
   }
 
+  // One with the first port or the largest range of ports that the file allows, as far as no rule
+  // of the router is in it (some pages refuse that), and one with the last port.
+  QList<PortEntry> EntriesAtTheLimits() const {
+    const int last = record_.routermaxport.toInt();
+    std::map<int, int> taken{{last, last}};  // the ends of the ranges, by their beginnings
+    for (const StubRule& rule : router_->FirstRules()) {
+      int& end = taken[rule.value(u"start"_s).toInt()];
+      end = std::max(end, rule.value(u"end"_s).toInt());
+    }
+    std::pair<int, int> widest{0, -1};
+    int first = record_.routerminport.toInt();
+    for (const auto& [start, end] : taken) {
+      const int free_end = std::min(first + record_.routermaxrange.toInt(), start - 1);
+      if (free_end - first > widest.second - widest.first) {
+        widest = {first, free_end};
+      }
+      first = std::max(first, end + 1);
+    }
+    return {Entry("LongestNam", "192.168.1.110(FrontDesk)", widest.first, widest.second, "TCP"),
+            Entry("Last", "192.168.1.123(Attic)", last, last, "UDP")};
+  }
+
   enum class Job { kUpdate, kCheck };
 
   // Runs a job to its end. What it should leave on the router are the rules of `wanted`.
-  void Run(Job job, const QList<PortEntry>& wanted) {
+  void Run(Job job, const QList<PortEntry>& wanted, int failed = 0) {
     exchanges_.clear();
     runner_.reset();
     runner_ = OpenShownJob(context_.app, questions_);
@@ -142,7 +165,7 @@ class RouterFamilies : public ::testing::TestWithParam<Family> {
     const bool ends = RunUntil([this] { return !runner_->IsRunning(); }, 120s);
     const QString log = runner_->Log().Text() + exchanges_;
     ASSERT_TRUE(ends) << qPrintable(log);
-    EXPECT_EQ(runner_->Outcome().entries_failed, 0);
+    EXPECT_EQ(runner_->Outcome().entries_failed, failed);
     EXPECT_FALSE(runner_->Outcome().stopped);
     EXPECT_EQ(DifferencesFrom(wanted, router_->FirstRules(), router_->KeptRules()), QStringList());
     EXPECT_FALSE(router_->HasPendingChanges());
@@ -156,6 +179,34 @@ class RouterFamilies : public ::testing::TestWithParam<Family> {
       EXPECT_EQ(result.existed, existed) << qPrintable(result.seen);
     }
     ASSERT_FALSE(HasFailure()) << qPrintable(runner_->Log().Text() + exchanges_);
+  }
+
+  // The page of the view script shows the rules of `there` and none of `gone`: nor rules that
+  // differ from one of them in a port only, or in the computer, where the page shows it.
+  void ExpectShown(const QList<PortEntry>& there, const QList<PortEntry>& gone) {
+    QList<PortEntry> list = there + gone;
+    for (const PortEntry& entry : there) {
+      list += {entry, entry};
+      PortEntry& moved = list[list.size() - 2];
+      moved.start_port = QString::number(entry.start_port.toInt() - 1);
+      moved.end_port = QString::number(entry.end_port.toInt() - 1);
+      list.last().forwarded_to = u"192.168.1.177(Cellar)"_s;
+    }
+    context_.app.port_list.SetEntries(list);
+    ASSERT_NO_FATAL_FAILURE(Run(Job::kCheck, there));
+    const QList<EntryResult>& results = runner_->Outcome().results;
+    ASSERT_EQ(results.size(), list.size());
+    for (qsizetype i = 0; i < results.size(); ++i) {
+      const EntryResult& result = results.at(i);
+      const bool is_elsewhere = result.entry.forwarded_to.endsWith(u"(Cellar)"_s);
+      if (!is_elsewhere || result.seen.contains(u"FrontDesk"_s) ||
+          result.seen.contains(u"Attic"_s) || result.seen.contains(u"110"_s) ||
+          result.seen.contains(u"123"_s)) {
+        EXPECT_EQ(result.state == EntryState::kOnRouter, i < there.size())
+            << qPrintable(result.entry.app_name + u' ' + result.entry.start_port + u' ' +
+                          result.entry.forwarded_to + u": "_s + result.seen);
+      }
+    }
   }
 
   BareContext context_;
@@ -174,19 +225,29 @@ TEST_P(RouterFamilies, TheRulesAreEnteredOnceSeenAndRemoved) {
   ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries));
   ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, false));
 
-  ASSERT_NO_FATAL_FAILURE(Run(Job::kCheck, entries));
-  ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, false));
+  ASSERT_NO_FATAL_FAILURE(ExpectShown(entries, {}));
 
+  context_.app.port_list.SetEntries(entries);
   ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries));
   ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, true));
 
-  if (record_.routerremove.isEmpty()) {
-    return;
-  }
+  ASSERT_FALSE(record_.routerremove.isEmpty());
   context_.app.session.update_script = ScriptLines(record_.routerremove);
   context_.app.job_options.verify_after_update = false;
-  context_.app.port_list.SetEntries(entries.first(1));
-  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries.sliced(1)));
+  const QList<PortEntry> gone = entries.first(2);
+  const QList<PortEntry> left = entries.sliced(2);
+  context_.app.port_list.SetEntries(gone);
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, left));
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, left, 2)) << "there is no row to remove";
+  ASSERT_NO_FATAL_FAILURE(ExpectShown(left, gone));
+}
+
+TEST_P(RouterFamilies, TheLimitsOfTheFileAreThoseOfThePages) {
+  ASSERT_NO_FATAL_FAILURE(Open());
+  const QList<PortEntry> entries = EntriesAtTheLimits();
+  context_.app.port_list.SetEntries(entries);
+  ASSERT_NO_FATAL_FAILURE(Run(Job::kUpdate, entries));
+  ASSERT_NO_FATAL_FAILURE(ExpectStates(EntryState::kOnRouter, false));
 }
 
 // A note about a command whose name says something else is not a fault.
