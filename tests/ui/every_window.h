@@ -35,6 +35,7 @@ class EveryWindowTest : public MainWindowTest {
   EveryWindowTest() {
     folder_.WriteFile("list.qyl", "Ftp|192.168.1.20()|21|21|TCP|Files\r\n");
     setup_.adapters = {{.description = u"Wired (enp3s0)"_s, .index = 2}};
+    firewall_.view.rules = {{.name = u"filter input"_s, .first_port = 22, .last_port = 22}};
   }
 
   // Calls `look` with each window, shown in the language.

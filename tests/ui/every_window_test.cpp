@@ -3,6 +3,7 @@
 
 #include "every_window.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
@@ -117,6 +118,23 @@ TEST_F(EveryWindowTest, TabComesBackToWhereItBegan) {
                   visited.contains(widget->parentWidget()))
           << Named(name, *widget);
     }
+  });
+}
+
+// Keys have to do something: they go to a field, a button, or a list with rows.
+bool TakesKeys(const QWidget* widget) {
+  const auto* list = qobject_cast<const QAbstractItemView*>(widget);
+  return widget != nullptr && widget->isEnabled() && widget->isVisible() &&
+         (list == nullptr || (list->model() != nullptr && list->model()->rowCount() > 0));
+}
+
+TEST_F(EveryWindowTest, OpensWithTheFocusOnWhatTakesKeys) {
+  ForEach(u"English"_s, [](const char* name, QWidget& window) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window)) << name;
+    // Some lists are filled soon after their window has opened.
+    EXPECT_TRUE(RunUntil([&] { return TakesKeys(window.focusWidget()); }, std::chrono::seconds(5)))
+        << name;
   });
 }
 

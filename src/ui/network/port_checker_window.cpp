@@ -46,6 +46,7 @@ PortCheckerWindow::PortCheckerWindow(AppContext& context, Prompts& prompts,
   if (context.maker_site.TestSite().isValid()) {
     page_->Open(context.maker_site.PortTest(false));  // so that the first test finds it loaded
   }
+  (check_->tests.isEmpty() ? static_cast<QWidget*>(ui_->port_edit) : ui_->begin_button)->setFocus();
 }
 
 // The check listens on a port and uses the page.
