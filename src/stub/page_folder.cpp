@@ -100,10 +100,13 @@ std::optional<PageFolder::File> PageFolder::Read(const QString& name) const {
     return std::nullopt;
   }
   const QByteArray bytes = device.read(kMaxFileBytes + 1);
-  if (device.error() != QFile::NoError || bytes.size() > kMaxFileBytes) {
+  if (device.error() != QFile::NoError) {
     return std::nullopt;
   }
   const FileType& type = TypeOf(name);
+  if (bytes.size() > kMaxFileBytes) {
+    return File{.name = name, .bytes = {}, .type = type.type, .is_too_large = true};
+  }
   return File{.name = name, .bytes = bytes, .type = type.type, .is_text = type.is_text};
 }
 

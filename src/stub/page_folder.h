@@ -17,8 +17,9 @@ class PageFolder final {
   struct File {
     QString name;  // below the folder
     QByteArray bytes;
-    QByteArray type;       // as Content-Type has it
-    bool is_text = false;  // a page, script, style or data file: may be a template
+    QByteArray type;            // as Content-Type has it
+    bool is_text = false;       // a page, script, style or data file: may be a template
+    bool is_too_large = false;  // more than kMaxFileBytes, which are not read
   };
 
   static constexpr qint64 kMaxFileBytes = qint64{16} << 20;

@@ -369,6 +369,10 @@ HttpResponse StubRouter::ServeFile(const QString& path, const RequestValues& val
     return ErrorPage(kNotFound, "There is no such page.");
   }
   exchange.answer = file->name;
+  if (file->is_too_large) {
+    exchange.problems.append(u"The file is larger than 16 MB, and is not served."_s);
+    return ErrorPage(kServerError, "The page is too large.");
+  }
   HttpResponse response;
   response.content_type = file->type;
   response.body = file->bytes;

@@ -170,6 +170,8 @@ TEST_F(CliProgram, ATrialOnAnyFolderEndsWithAReason) {
       {"answers that are no text", "a.html", "", QByteArray("\x00\xff{", 3), 2, "answers.json"},
       {"answers without an end", "a.html", "", QByteArray(100'000, '['), 2, "answers.json"},
       {"no page", "a.html", "", "{}", 3, "404, no such page"},
+      {"a page without an end", "login.html", QByteArray(17 << 20, 'x'), "{}", 3,
+       "larger than 16 MB"},
       {"a page that redirects to itself", "login.html", "x", circle, 3, "REDIRECTING"},
       {"a page of anything", "login.html", QByteArray("\x00\xff<{{each\x1b[2J}}", 15), "{}", 3,
        "PROBLEM: "},
