@@ -157,6 +157,10 @@ class Photographer final {
     QList<RouterRecord> routers;
     for (int i = 1; i <= 1200; ++i) {
       routers.append(RouterRow(i, QStringLiteral("Harbour HB-%1").arg(i), QStringLiteral("admin")));
+      const QStringList ways{QStringLiteral("rebuild"), QStringLiteral("documentation"),
+                             QStringLiteral("real"), QString()};
+      routers.last().routertested = ways.at(i % ways.size());
+      routers.last().routerversions = QStringLiteral("1.0 to 2.4");
     }
     QStringList many;
     for (int port = 20000; port < 20400; port += 4) {

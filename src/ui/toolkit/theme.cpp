@@ -57,7 +57,8 @@ class PaletteIconEngine final : public QIconEngine {
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     const QPalette palette = QGuiApplication::palette();
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-    const QColor color = palette.color(group, role_);
+    const QColor color =
+        palette.color(group, mode == QIcon::Selected ? QPalette::HighlightedText : role_);
     QByteArray svg = svg_;
     svg.replace("#000000", color.name().toLatin1());
     QSvgRenderer renderer(svg);
