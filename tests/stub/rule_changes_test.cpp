@@ -36,6 +36,7 @@ QString After(const char* row, const QByteArray& body) {
     return answers.error().join(u' ');
   }
   HttpRequest request;
+  request.path = u"/api/rules/b"_s;
   request.body = body;
   int next_id = 0;
   const RuleChange change =
@@ -57,6 +58,8 @@ TEST(RuleChanges, RequestsOfManyShapesChangeTheRules) {
     const char* body;
     QString rules;
   } cases[] = {
+      {R"("do": "remove", "match": {"id": "$path:3"})", "", web},
+      {R"("do": "remove", "match": {"id": "$path:4"})", "", both + u" PROBLEM"_s},
       {R"("do": "add", "rule": {"name": "$n", "start": "$p", "end": "$q", "address": "10.0.0.${h}",
           "protocol": {"field": "${t}/${u}", "map": {"1/": "TCP", "/1": "UDP", "1/1": "TCP/UDP"}},
           "enabled": {"field": "$on", "otherwise": "no"}})",
