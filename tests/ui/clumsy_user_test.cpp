@@ -118,6 +118,23 @@ TEST_F(MainWindowTest, AWebAddressMayBePastedAndACommandSettlesTheFieldThatHasTh
   }
 }
 
+TEST_F(MainWindowTest, EnterPressesTheButtonThatHasTheFocusAndNoOther) {
+  Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
+  Activate();
+  for (const char* control : {"show_password_check", "username_edit", "language_box"}) {
+    Find(control)->setFocus();
+    QTest::keyClick(Find(control), Qt::Key_Return);
+  }
+  EXPECT_THAT(prompts_.shown, IsEmpty());
+  EXPECT_FALSE(Find<QAbstractButton>("show_password_check")->isChecked());
+  for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+    prompts_.shown.clear();
+    Find("check_button")->setFocus();
+    QTest::keyClick(Find("check_button"), key);
+    EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("list is empty")));
+  }
+}
+
 TEST_F(MainWindowTest, AClickIntoTheRoutersReplacesTheNameAndOneLetterSuggests) {
   Start("router=Alpha 1\r\n");
   Activate();

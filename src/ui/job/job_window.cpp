@@ -13,6 +13,7 @@
 #include "ui/job/outcome_text.h"
 #include "ui/job/result_texts.h"
 #include "ui/job/run_display.h"
+#include "ui/toolkit/enter_key.h"
 #include "ui/toolkit/theme.h"
 #include "ui_job_window.h"
 
@@ -399,7 +400,7 @@ void JobWindow::CloseAfterAsking() {
 void JobWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     CloseAfterAsking();
-  } else {
+  } else if (!PressByEnter(*this, *event)) {
     QWidget::keyPressEvent(event);
   }
 }

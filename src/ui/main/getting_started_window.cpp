@@ -139,14 +139,9 @@ void GettingStartedWindow::ShowPractice(const QString& address) {
                                     : translator_.Text(message::kPracticeOffer));
 }
 
-// As in a dialog.
 void GettingStartedWindow::keyPressEvent(QKeyEvent* event) {
-  auto* button = qobject_cast<QAbstractButton*>(focusWidget());
   if (event->key() == Qt::Key_Escape) {
     close();
-  } else if (button != nullptr &&
-             (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-    button->click();
   } else {
     SkinFrame::keyPressEvent(event);
   }

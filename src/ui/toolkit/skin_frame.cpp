@@ -11,6 +11,7 @@
 #include <QWindow>
 
 #include "platform/compositor.h"
+#include "ui/toolkit/enter_key.h"
 #include "ui/toolkit/theme.h"
 
 namespace quayline {
@@ -157,6 +158,12 @@ Qt::Edges SkinFrame::EdgesAt(const QPoint& place) const {
   edges.setFlag(Qt::TopEdge, place.y() < surface.top() + kCornerZone);
   edges.setFlag(Qt::BottomEdge, place.y() > surface.bottom() - kCornerZone);
   return edges;
+}
+
+void SkinFrame::keyPressEvent(QKeyEvent* event) {
+  if (!PressByEnter(*this, *event)) {
+    QWidget::keyPressEvent(event);
+  }
 }
 
 void SkinFrame::mouseMoveEvent(QMouseEvent* event) {
