@@ -94,7 +94,7 @@ Task<> StaticAddressDialog::ListAdapters() {
   SetWorking(false);
   ui_->status_label->clear();
   if (!adapters) {
-    ui_->status_label->setText(SetupResultText(adapters.error(), context_.translator));
+    ShowNothingToDo(SetupResultText(adapters.error(), context_.translator));
     co_return;
   }
   for (const SetupAdapter& adapter : *adapters) {
@@ -102,12 +102,22 @@ Task<> StaticAddressDialog::ListAdapters() {
   }
   ui_->adapter_box->setCurrentIndex(adapters->size() == 1 ? 0 : -1);
   if (adapters->isEmpty()) {
-    ui_->status_label->setText(Text(message::kNoAdapters));
+    ShowNothingToDo(Text(message::kNoAdapters));
   }
   if (adapters->size() == 1) {
     co_await ShowAdapter();
     ui_->address_edit->setText(
         OfferedAddress(ui_->address_edit->text(), context_.settings.Value(setting::kStaticIp)));
+  }
+}
+
+// Without an adapter each button would only ask for one.
+void StaticAddressDialog::ShowNothingToDo(const QString& why) {
+  ui_->status_label->setText(why);
+  ui_->close_button->setFocus();
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{ui_->page, ui_->enable_button, ui_->disable_button}) {
+    control->setEnabled(false);
   }
 }
 

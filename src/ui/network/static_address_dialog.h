@@ -39,6 +39,7 @@ class StaticAddressDialog final : public QDialog {
   void ConnectButtons();
   void ConnectHelp(QAbstractButton* button, QList<Message> lines);
   Task<> ListAdapters();
+  void ShowNothingToDo(const QString& why);
   Task<> ShowAdapter();
   void ShowCurrent(const AdapterAddresses& current);
   bool HasAdapter();
