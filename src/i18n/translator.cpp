@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include "i18n/language_locale.h"
+
 namespace quayline {
 
 namespace {
@@ -22,6 +24,13 @@ QString WithoutAccessKey(QString text) {
   return text.replace(QStringLiteral("&&"), kKept)
       .remove(mark)
       .replace(kKept, QStringLiteral("&&"));
+}
+
+// U+2068 and U+2069: what is between them is ordered by itself, in the direction of its first
+// letter.
+QString WithIsolatedValues(QString text) {
+  static const QRegularExpression placeholder(QStringLiteral("(%\\d)"));
+  return text.replace(placeholder, QStringLiteral("\u2068\\1\u2069"));
 }
 
 bool IsSame(const QString& a, const QString& b) { return a.compare(b, Qt::CaseInsensitive) == 0; }
@@ -66,6 +75,7 @@ void Translator::SetLanguage(const QString& name) {
   if (!records.isEmpty()) {
     records_ = std::move(records);
   }
+  is_right_to_left_ = LocaleOfLanguage(Language()).textDirection() == Qt::RightToLeft;
   IndexRecords();
   Q_EMIT languageChanged();
 }
@@ -121,7 +131,7 @@ QString Translator::TranslateLines(const QString& english) const {
   QStringList lines = english.split(u'\n');
   for (QString& line : lines) {
     QString text = line.isEmpty() ? line : Translate(line);
-    if (text.isEmpty() && !return_left_ && line.contains(u'&')) {
+    if (text.isEmpty() && line.contains(u'&')) {
       text = Translate(WithoutAccessKey(line));
     }
     if (!text.isEmpty()) {
@@ -142,12 +152,26 @@ QString Translator::Text(const QString& english) const {
   if (const auto known = texts_.constFind(english); known != texts_.cend()) {
     return *known;
   }
-  const QString found = TranslateLines(english);
-  // A copy with data of its own: two English texts may have one translation.
-  const QString text(found.constData(), found.size());
+  // Texts that differ in case only share a record, but not their English.
+  const QString found = return_left_ ? english : TranslateLines(english);
+  const QString text = Keep(is_right_to_left_ ? WithIsolatedValues(found) : found, english);
   texts_.insert(english, text);
-  given_.insert(text.constData(), {text, english});
   return text;
+}
+
+QString Translator::GivenAs(const QString& text, const QString& english) const {
+  QString& variant = variants_[{english, text}];
+  if (variant.isNull()) {
+    variant = Keep(text, english);
+  }
+  return variant;
+}
+
+// A copy with data of its own: two English texts may have one translation.
+QString Translator::Keep(const QString& text, const QString& english) const {
+  const QString kept(text.constData(), text.size());
+  given_.insert(kept.constData(), {kept, english});
+  return kept;
 }
 
 std::optional<QString> Translator::EnglishOf(const QString& text) const {

@@ -55,6 +55,8 @@ class Translator final : public QObject {
   // The language that a line of the language list names: by its first field, or, where a list has
   // the fields the other way round, by the second.
   QString LanguageOf(const QString& choice) const;
+  // Whether the current language is not the default one.
+  bool IsTranslated() const { return !return_left_; }
   // The current language's name.
   QString Language() const;
 
@@ -62,8 +64,12 @@ class Translator final : public QObject {
   QString Translate(const QString& key) const;
   // The text in the current language; what has no translation stays English. Each line of a text of
   // several lines is a record of its own. A file may leave out the mark of an access key ("&").
+  // In a language that is read from right to left, what replaces %1 is read on its own: addresses
+  // and names with brackets would be shown in a wrong order otherwise.
   QString Text(const Message& message) const;
   QString Text(const QString& english) const;
+  // `text` as a string that counts as given for `english`: a translation with another access key.
+  QString GivenAs(const QString& text, const QString& english) const;
   // The English text, if `text` is a string that Text() has given, and not just an equal one.
   std::optional<QString> EnglishOf(const QString& text) const;
 
@@ -79,6 +85,7 @@ class Translator final : public QObject {
     QString english;
   };
 
+  QString Keep(const QString& text, const QString& english) const;
   void IndexRecords();
   QString FindFile(const QString& name) const;
   QString TranslateLines(const QString& english) const;
@@ -89,10 +96,12 @@ class Translator final : public QObject {
   QString default_language_ = QStringLiteral("English");
   LookupMode mode_ = LookupMode::kLeftText;
   bool return_left_ = true;
+  bool is_right_to_left_ = false;
   QList<LanguageRecord> records_;
   QHash<QString, qsizetype> by_key_;              // in one case; the first record of each key
   mutable QHash<QString, QString> texts_;         // what Text() gives in this language
   mutable QHash<const QChar*, GivenText> given_;  // by the data of the string
+  mutable QHash<std::pair<QString, QString>, QString> variants_;  // by English text and variant
 };
 
 }  // namespace quayline

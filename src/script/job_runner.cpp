@@ -6,6 +6,7 @@
 #include <QScopeGuard>
 
 #include "core/text_bytes.h"
+#include "i18n/isolated.h"
 #include "script/command_call.h"
 #include "script/interpreter.h"
 #include "script/job_texts.h"
@@ -278,7 +279,8 @@ void JobRunner::LogRowHead(int row) {
               OnOneLine(Text(job_text::kAdding) + blank + entry.app_name + QStringLiteral(" (") +
                         entry.protocol + QStringLiteral(") ") + Text(job_text::kForPorts) + blank +
                         entry.start_port + QLatin1Char('-') + entry.end_port + blank +
-                        Text(job_text::kTo) + blank + entry.forwarded_to) +
+                        Text(job_text::kTo) + blank +
+                        Isolated(entry.forwarded_to, context_.translator)) +
               LineBreak());
   Q_EMIT entryStarted(row, record_.RowCount(), entry.app_name);
 }

@@ -10,7 +10,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "i18n/isolated.h"
 #include "i18n/language_locale.h"
+#include "i18n/sentence.h"
 #include "test_main.h"
 
 namespace quayline {
@@ -176,6 +178,52 @@ TEST_F(TranslatorTest, AStringShowsWhichTextItIs) {
   EXPECT_EQ(translator_.EnglishOf(show), u"Show"_s);
   EXPECT_EQ(translator_.EnglishOf(u"Öffnen"_s), std::nullopt);  // what a user typed
   EXPECT_EQ(translator_.EnglishOf({}), std::nullopt);
+}
+
+TEST_F(TranslatorTest, TextsThatDifferInCaseShareATranslationButNotTheirEnglish) {
+  WriteLanguage(u"German"_s, {u"\"Unknown\"|\"Unbekannt\""_s});
+  translator_.SetLanguage(u"German"_s);
+  EXPECT_EQ(Text("unknown"), "Unbekannt");
+  translator_.SetLanguage(u"English"_s);
+  EXPECT_EQ(Text("unknown"), "unknown");
+}
+
+TEST_F(TranslatorTest, AVariantIsTheSameTextInTheNextLanguage) {
+  WriteLanguage(u"German"_s, {u"\"&Open\"|\"&Öffnen\""_s});
+  translator_.SetLanguage(u"German"_s);
+  const QString variant = translator_.GivenAs(u"Öff&nen"_s, u"&Open"_s);
+  EXPECT_EQ(translator_.EnglishOf(variant), u"&Open"_s);
+  EXPECT_EQ(variant.constData(), translator_.GivenAs(u"Öff&nen"_s, u"&Open"_s).constData());
+}
+
+TEST_F(TranslatorTest, ValuesInATextFromRightToLeftAreIsolated) {
+  const QStringList lines{u"\"%1 of %2\"|\"%2 / %1\""_s};
+  WriteLanguage(u"German"_s, lines);
+  WriteLanguage(u"Arabic"_s, lines);
+  translator_.SetLanguage(u"German"_s);
+  EXPECT_EQ(Text("%1 of %2"), "%2 / %1");
+  EXPECT_EQ(Isolated(u"10.0.0.1(Desk)"_s, translator_), u"10.0.0.1(Desk)"_s);
+  translator_.SetLanguage(u"Arabic"_s);
+  EXPECT_EQ(Text("%1 of %2"), "\u2068%2\u2069 / \u2068%1\u2069");
+  EXPECT_EQ(Isolated(u"10.0.0.1(Desk)"_s, translator_), u"\u206610.0.0.1(Desk)\u2069"_s);
+  translator_.SetLanguage(u"English"_s);
+  EXPECT_EQ(Text("%1 of %2"), "%1 of %2");
+}
+
+TEST(Sentences, ValuesAreShownAsTheyAre) {
+  const struct {
+    const char* english;
+    QStringList values;
+    const char* text;
+  } rows[] = {{"%2 of %1, %1", {u"a"_s, u"b"_s}, "b of a, a"},
+              {"%1 and %2", {u"%2"_s, u"%1"_s}, "%2 and %1"},
+              {"%1 and %2", {u"a"_s}, "a and %2"},
+              {"100% %0 %", {u"a"_s}, "100% %0 %"},
+              {"%1", {QString()}, ""}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(EnglishOf(Sentence{{row.english}, row.values}).toStdString(), row.text);
+  }
+  EXPECT_EQ(EnglishOf(QList<Sentence>{{{"One."}}, {{"%1."}, {u"Two"_s}}}), u"One. Two."_s);
 }
 
 TEST_F(TranslatorTest, TenThousandRecordsTakeNoVisibleTime) {

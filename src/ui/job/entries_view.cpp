@@ -4,6 +4,7 @@
 #include "ui/job/entries_view.h"
 
 #include "ui/job/entry_states.h"
+#include "ui/toolkit/readable_cells.h"
 #include "ui/toolkit/wrapped_column.h"
 
 namespace quayline {
@@ -14,7 +15,9 @@ constexpr int kMostWrappedRows = 500;  // the height of each of more rows would 
 
 }  // namespace
 
-EntriesView::EntriesView(QWidget* parent) : QTreeView(parent) {}
+EntriesView::EntriesView(QWidget* parent) : QTreeView(parent) {
+  setItemDelegate(new ReadableCells(this));
+}
 
 void EntriesView::Follow(EntryStates& states) {
   WrapColumn(*this, EntryStates::kReason);

@@ -9,6 +9,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QLibraryInfo>
+#include <QPointer>
 #include <QTabWidget>
 #include <QThread>
 #include <QTreeView>
@@ -16,6 +17,7 @@
 #include <functional>
 
 #include "i18n/language_locale.h"
+#include "ui/toolkit/access_keys.h"
 
 namespace quayline {
 
@@ -97,9 +99,15 @@ void ApplyToItems(QObject& object, const Translator& translator) {
 
 void ApplyLanguage(QWidget& window, const Translator& translator) {
   ApplyToProperties(window, translator);
+  QList<QPointer<QObject>> children;
   for (QObject* each : window.findChildren<QObject*>()) {
-    ApplyToProperties(*each, translator);
-    ApplyToItems(*each, translator);
+    children.append(each);
+  }
+  for (const QPointer<QObject>& each : std::as_const(children)) {
+    if (each != nullptr) {  // a label with another text makes its inner objects again
+      ApplyToProperties(*each, translator);
+      ApplyToItems(*each, translator);
+    }
   }
 }
 
@@ -109,6 +117,7 @@ WindowLanguage::WindowLanguage(QApplication& application, const Translator& tran
       form_texts_(std::make_unique<FormTexts>(translator)) {
   QCoreApplication::installTranslator(form_texts_.get());
   connect(&translator, &Translator::languageChanged, this, &WindowLanguage::Apply);
+  application.installEventFilter(this);
   FollowLanguage();
 }
 
@@ -133,7 +142,18 @@ void WindowLanguage::Apply() {
   for (QWidget* window : windows) {
     QEvent event(QEvent::LanguageChange);
     QCoreApplication::sendEvent(window, &event);
+    SettleAccessKeys(*window, translator_);
   }
+}
+
+bool WindowLanguage::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Show && watched->isWidgetType()) {
+    auto& widget = static_cast<QWidget&>(*watched);
+    if (widget.isWindow()) {
+      SettleAccessKeys(widget, translator_);
+    }
+  }
+  return QObject::eventFilter(watched, event);
 }
 
 }  // namespace quayline

@@ -20,7 +20,8 @@ namespace quayline {
 // language; what the user entered and what code has put together is not touched. Every widget then
 // gets QEvent::LanguageChange, in which it sets the texts again that it puts together.
 //
-// The layout direction follows the language. One object, owned by main().
+// The layout direction follows the language. Access keys are unique in each window. One object,
+// owned by main().
 class WindowLanguage final : public QObject {
   Q_OBJECT
 
@@ -28,6 +29,8 @@ class WindowLanguage final : public QObject {
   // Both outlive it.
   WindowLanguage(QApplication& application, const Translator& translator);
   ~WindowLanguage() override;
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Apply();

@@ -3,6 +3,7 @@
 
 #include "ui/tools/script_dialog.h"
 
+#include <QEvent>
 #include <QScreen>
 #include <QTextBlock>
 
@@ -10,6 +11,7 @@
 
 #include "core/router_session.h"
 #include "core/shipped_databases.h"
+#include "i18n/isolated.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/script_bench.h"
 #include "ui/tools/tool_texts.h"
@@ -37,7 +39,7 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, PageHostFactor
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
-  setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") + context.session.router_name);
+  ShowTitle();
   OpenOver(*this, {820, 640});
   ui_->splitter->setSizes({460, 120});
   ui_->view_script_editor->SetKind(ScriptKind::kView);
@@ -67,6 +69,18 @@ ScriptDialog::ScriptDialog(AppContext& context, Prompts& prompts, PageHostFactor
 }
 
 ScriptDialog::~ScriptDialog() = default;
+
+void ScriptDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    ShowTitle();
+  }
+}
+
+void ScriptDialog::ShowTitle() {
+  setWindowTitle(Text(message::kScriptsFor) + QStringLiteral(" - ") +
+                 Isolated(context_.session.router_name, context_.translator));
+}
 
 void ScriptDialog::ShowBench(bool shown) {
   if (shown && context_.job_flags.is_running) {

@@ -38,7 +38,11 @@ class ScriptDialog final : public QDialog {
   void reject() override;
   void done(int result) override;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void ShowTitle();
   void ShowScript();
   void ConnectEditor(ScriptEditor* editor, QPushButton* save, QLabel* shape);
   void Save(ScriptEditor* editor, QPushButton* save, QString RouterRecord::* field);
