@@ -45,7 +45,7 @@ std::expected<QList<PackedFile>, QString> ReadDatabases(const QString& folder) {
   }
   Databases databases;
   if (const auto opened = databases.Open(work.path()); !opened) {
-    return std::unexpected(opened.error().description);
+    return std::unexpected(EnglishOf(opened.error().description));
   }
   const bool is_added = databases.AddRouter(
       kDemoRouterId, {.routername = QStringLiteral("Demo Router (from the update)"),

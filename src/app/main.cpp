@@ -15,8 +15,10 @@
 #include "app/program_windows.h"
 #include "app/single_instance.h"
 #include "core/app_context.h"
+#include "core/ini_file.h"
 #include "core/program_folder.h"
 #include "core/shipped_databases.h"
+#include "i18n/language_locale.h"
 #include "platform/linux/linux_adapters.h"
 #include "platform/linux/linux_desktop.h"
 #include "platform/linux/linux_echoes.h"
@@ -93,23 +95,50 @@ bool AsksForText(int argc, char** argv) {
   return false;
 }
 
-// The settings, and with them the language, are in the folder: this is shown in English.
 constexpr Message kNoFolder{"There is no folder \"%1\"."};
 
-std::expected<QString, QString> ChooseFolder(const QString& wanted) {
+std::expected<QString, Sentence> ChooseFolder(const QString& wanted) {
   if (wanted.isEmpty()) {
     const QString executable_folder = QCoreApplication::applicationDirPath();
     return FindProgramFolder(executable_folder, ShippedFolder(executable_folder));
   }
   if (!QDir(wanted).exists()) {
-    return std::unexpected(QString::fromUtf8(kNoFolder.english).arg(wanted));
+    return std::unexpected(Sentence{kNoFolder, {wanted}});
   }
   return QDir(wanted).absolutePath();
 }
 
-int ShowFailure(const QString& text) {
-  std::fprintf(stderr, "quayline: %s\n", qPrintable(text));
-  QMessageBox box(QMessageBox::Critical, QStringLiteral("Quayline"), text);
+// The user's own language files come before those that came with the program.
+void FindLanguages(Translator& translator) {
+  if (translator.LanguageFiles().isEmpty()) {
+    translator.SetFolder(ShippedFolder(QCoreApplication::applicationDirPath()) +
+                         QStringLiteral("/Languages"));
+  }
+}
+
+// The language that the settings in `folder` name. Without a folder it is not known which one the
+// user chose: the desktop's.
+void ChooseLanguage(Translator& translator, const QString& folder) {
+  FindLanguages(translator);
+  if (!folder.isEmpty()) {
+    translator.Choose(ReadIniValue(QStringLiteral("main"), QLatin1String(setting::kLanguage.key),
+                                   folder + QStringLiteral("/settings.ini")));
+    return;
+  }
+  QStringList names;
+  for (const QString& choice : translator.AvailableLanguages()) {
+    names.append(translator.LanguageOf(choice));
+  }
+  translator.Choose(LanguageOfDesktop(QLocale::system(), names));
+}
+
+// Ends a start without a main window. `folder` is that of the program, or empty.
+int ShowFailure(QApplication& application, const Sentence& why, const QString& folder) {
+  std::fprintf(stderr, "quayline: %s\n", qPrintable(EnglishOf(why)));
+  Translator translator(folder);
+  ChooseLanguage(translator, folder);
+  const WindowLanguage window_language(application, translator);
+  QMessageBox box(QMessageBox::Critical, QStringLiteral("Quayline"), TextOf(why, translator));
   QObject::connect(&box, &QMessageBox::finished, qApp, &QCoreApplication::quit,
                    Qt::QueuedConnection);
   box.open();
@@ -184,28 +213,18 @@ void WarnOfRoot(Prompts& prompts, const Translator& texts, MainWindow& main,
   prompts.Tell(&main, texts.Text(kStartedAsRoot), go_on);
 }
 
-// The user's own language files come before those that came with the program.
-void ChooseLanguage(AppContext& context) {
-  Translator& translator = context.translator;
-  if (translator.LanguageFiles().isEmpty()) {
-    translator.SetFolder(ShippedFolder(QCoreApplication::applicationDirPath()) +
-                         QStringLiteral("/Languages"));
-  }
-  translator.Choose(context.settings.Value(setting::kLanguage));
-}
-
 int Run(QApplication& application, const Options& options, StopSignals& signals) {
   // The main window's end is the program's, whatever else is open.
   QGuiApplication::setQuitOnLastWindowClosed(false);
   const Theme theme(application);
   const auto folder = ChooseFolder(options.data_folder);
   if (!folder) {
-    return ShowFailure(folder.error());
+    return ShowFailure(application, folder.error(), {});
   }
   SingleInstance instance(*folder);
   InstanceState state = instance.TryAcquire();
   if (state == InstanceState::kRunning && options.run_update) {
-    return ShowFailure(QString::fromUtf8(kRunsAlready.english));
+    return ShowFailure(application, {kRunsAlready}, *folder);
   }
   if (state == InstanceState::kRunning) {
     if (instance.HandOver(options.list_file)) {
@@ -219,7 +238,7 @@ int Run(QApplication& application, const Options& options, StopSignals& signals)
   if (options.data_folder.isEmpty()) {
     context.shipped_folder = ShippedFolder(QCoreApplication::applicationDirPath());
   }
-  ChooseLanguage(context);
+  ChooseLanguage(context.translator, *folder);
   const WindowLanguage window_language(application, context.translator);
   context.router_locks = RouterLocks(RouterLocks::SystemFolders());
   context.journals = JobJournals(JobJournals::SystemFolder());

@@ -115,10 +115,10 @@ std::expected<void, CliError> PrepareUpdate(const UpdateArguments& arguments,
   }
   RemoveUnfinishedWrites(context.program_folder);
   if (const auto opened = context.databases.Open(context.program_folder); !opened) {
-    return Failure(CliExit::kUsage, opened.error().description);
+    return Failure(CliExit::kUsage, EnglishOf(opened.error().description));
   }
-  for (const QString& notice : context.databases.Notices()) {
-    Report(QStringLiteral("quayline-cli: ") + notice);
+  for (const Notice& notice : context.databases.Notices()) {
+    Report(QStringLiteral("quayline-cli: ") + EnglishOf(notice));
   }
   const auto list = LoadPortList(arguments.list_file);
   if (!list) {

@@ -44,7 +44,7 @@ QString StateText(const EntryResult& result, JobKind kind) {
 
 // Empty for an entry that leads to another computer.
 QString ListenText(const EntryResult& result) {
-  return result.listening ? OnOneLine(ListeningText(*result.listening)) : QString();
+  return result.listening ? OnOneLine(EnglishOf(ListeningText(*result.listening))) : QString();
 }
 
 QString Line(const QJsonObject& object) {

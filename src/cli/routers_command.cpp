@@ -32,7 +32,7 @@ std::expected<QString, CliError> ListRouters(const RoutersArguments& arguments) 
   }
   Databases databases;
   if (const auto opened = databases.Open(arguments.data_folder); !opened) {
-    return failure(CliExit::kUsage, opened.error().description);
+    return failure(CliExit::kUsage, EnglishOf(opened.error().description));
   }
   constexpr int kStep = 1000;
   QString lines;

@@ -2,15 +2,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
+#include "i18n/sentence.h"
 
 namespace quayline {
 
-// Why the databases could not be opened; `description` names the file and says what is wrong in a
-// sentence for the user.
+// What was done about a database that could not be opened.
+using Notice = QList<Sentence>;
+
+// Why the databases could not be opened; `description` names the file and says what is wrong.
 struct DatabaseError {
   int number = 0;
-  QString description;
+  QList<Sentence> description;
   bool is_damaged = false;  // the content is at fault, not the access to it
 };
 

@@ -16,6 +16,11 @@ namespace quayline {
 
 namespace {
 
+constexpr Message kIsInUse{
+    "Another Quayline is using the databases. Please close it, and try again."};
+constexpr Message kCannotWrite{"The folder \"%1\" cannot be written."};
+constexpr Message kCannotReplace{"The files in \"%1\" cannot be replaced."};
+
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds kLockWait = 2s;
@@ -77,24 +82,21 @@ QString NewSetTemplate(const QString& folder) {
   return PathIn(folder, kPreparing + QStringLiteral("XXXXXX"));
 }
 
-std::expected<void, QString> PutInPlace(const QString& set, const QString& folder) {
+std::expected<void, Sentence> PutInPlace(const QString& set, const QString& folder) {
   const FileLock lock(folder, kLockWait);
   const QString complete = CompleteSet(folder);
   if (!lock.IsLocked()) {
-    return std::unexpected(
-        QStringLiteral("Another Quayline is using the databases. Please close it, and try again."));
+    return std::unexpected(Sentence{kIsInUse});
   }
   // From here on a crash leads to the new set.
   if (!MoveFile(set, complete)) {
-    return std::unexpected(QStringLiteral("The folder \"%1\" cannot be written.")
-                               .arg(QDir::toNativeSeparators(folder)));
+    return std::unexpected(Sentence{kCannotWrite, {QDir::toNativeSeparators(folder)}});
   }
   QList<MovedFile> moved;
   if (!MoveFiles(complete, folder, moved)) {
     MoveBack(moved);
     QDir(complete).removeRecursively();
-    return std::unexpected(QStringLiteral("The files in \"%1\" cannot be replaced.")
-                               .arg(QDir::toNativeSeparators(folder)));
+    return std::unexpected(Sentence{kCannotReplace, {QDir::toNativeSeparators(folder)}});
   }
   QDir(complete).removeRecursively();
   return {};

@@ -7,6 +7,8 @@
 
 #include <expected>
 
+#include "i18n/sentence.h"
+
 namespace quayline {
 
 // Puts a new set of databases in the place of the old one, by renames only. A set is in place when
@@ -17,9 +19,9 @@ namespace quayline {
 QString NewSetTemplate(const QString& folder);
 
 // Moves the files of `set`, a folder in `folder`, into `folder`. A file that is replaced is kept
-// with ".previous" added to its name. On failure the old files are back in place; the error is a
-// sentence. The databases are closed meanwhile.
-std::expected<void, QString> PutInPlace(const QString& set, const QString& folder);
+// with ".previous" added to its name. On failure the old files are back in place. The
+// databases are closed meanwhile.
+std::expected<void, Sentence> PutInPlace(const QString& set, const QString& folder);
 
 // Completes what PutInPlace() had begun when the program was ended, and removes what an interrupted
 // preparation left an hour ago or earlier. To be called before the databases are opened.

@@ -28,7 +28,7 @@ QList<Record> ReadRecords(const TableFile& file, std::optional<int> after_id = {
 
 template <typename Record>
 TableFile::Opened OpenTable(const QString& folder, const QString& shipped_folder,
-                            QStringList& notices) {
+                            QList<Notice>& notices) {
   auto opened = TableFile::Open(folder, ShapeOf<Record>());
   return opened ? std::move(opened)
                 : OpenStandIn({.folder = folder,

@@ -43,8 +43,8 @@ class Databases final {
   // the files contain.
   std::expected<void, DatabaseError> Open(const QString& folder,
                                           const QString& shipped_folder = {});
-  // A sentence for each file that Open() replaced.
-  const QStringList& Notices() const { return notices_; }
+  // One for each file that Open() replaced.
+  const QList<Notice>& Notices() const { return notices_; }
   // Copies what is open and has changed since the last copy. Takes a moment for large files, so it
   // is called after the window is shown.
   void KeepGoodCopies() const;
@@ -79,7 +79,7 @@ class Databases final {
  private:
   class Store;
   std::unique_ptr<Store> store_;
-  QStringList notices_;
+  QList<Notice> notices_;
 };
 
 }  // namespace quayline

@@ -40,27 +40,27 @@ std::optional<EntryFirewall> FirewallOf(const PortEntry& entry, const QStringLis
   return firewall;
 }
 
-ReachVerdict FirewallVerdict(const EntryFirewall& firewall, const Translator& translator) {
+ReachVerdict FirewallVerdict(const EntryFirewall& firewall) {
   if (firewall.kind == FirewallKind::kNone) {
-    return {.works = true, .words = {}};
+    return {.works = true};
   }
   if (firewall.lets_in == true) {
-    return {.works = true, .words = translator.Text(kFirewallLetsIn)};
+    return {.works = true, .words = {kFirewallLetsIn}};
   }
   return {.works = firewall.lets_in,
-          .words = translator.Text(firewall.lets_in ? kFirewallBlocks : kFirewallMayBlock)
-                       .arg(FirewallName(firewall.kind))};
+          .words = {firewall.lets_in ? kFirewallBlocks : kFirewallMayBlock,
+                    {FirewallName(firewall.kind)}}};
 }
 
 FirewallLooks FirewallLooksOf(const QList<SeenEntry>& entries, const QStringList& own_addresses,
-                              const FirewallAnswer& answer, const Translator& translator) {
+                              const FirewallAnswer& answer) {
   FirewallLooks looks;
   for (SeenEntry seen : entries) {
     const auto firewall = FirewallOf(seen.entry, own_addresses, answer);
     if (!firewall) {
       continue;
     }
-    seen.look.firewall = FirewallVerdict(*firewall, translator);
+    seen.look.firewall = FirewallVerdict(*firewall);
     looks.seen.append(seen);
     for (const FirewallPorts& ports : firewall->blocked) {
       if (!looks.blocked.contains(ports)) {

@@ -30,7 +30,7 @@ std::optional<EntryFirewall> FirewallOf(const PortEntry& entry, const QStringLis
                                         const FirewallAnswer& answer);
 
 // "ufw blocks it", "ufw may block it", "ufw lets it in"; without a firewall nothing is said.
-ReachVerdict FirewallVerdict(const EntryFirewall& firewall, const Translator& translator);
+ReachVerdict FirewallVerdict(const EntryFirewall& firewall);
 
 // What is to be noted of entries, and the ports to open for those that lead to this computer.
 struct FirewallLooks {
@@ -38,7 +38,7 @@ struct FirewallLooks {
   QList<FirewallPorts> blocked;  // each once
 };
 FirewallLooks FirewallLooksOf(const QList<SeenEntry>& entries, const QStringList& own_addresses,
-                              const FirewallAnswer& answer, const Translator& translator);
+                              const FirewallAnswer& answer);
 
 // "firewalld", "ufw", "nftables"; empty for none.
 QString FirewallName(FirewallKind kind);

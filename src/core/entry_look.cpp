@@ -13,9 +13,10 @@ constexpr Message kNotThere{"Not on the router"};
 constexpr Message kCannotTell{"Cannot tell"};
 constexpr Message kToBeChecked{"To be checked"};
 
-constexpr Message kPortDiffers{"port"};
-constexpr Message kAddressDiffers{"address"};
-constexpr Message kProtocolDiffers{"protocol"};
+// In a list after "Different:". A caption "Port" would share its translation with "port".
+constexpr Message kPortDiffers{"the port"};
+constexpr Message kAddressDiffers{"the address"};
+constexpr Message kProtocolDiffers{"the protocol"};
 constexpr Message kIsDisabled{"switched off"};
 
 constexpr Message kStateAt{"%1, %2", "a state, and the time at which it was seen"};
@@ -95,7 +96,7 @@ QString LookText(const EntryLook& look, const Translator& translator) {
   QStringList others;
   for (const auto& verdict : {look.listening, ObstacleOf(look.firewall), look.outside}) {
     if (verdict) {
-      others.append(verdict->words);
+      others.append(TextOf(verdict->words, translator));
     }
   }
   const QString router = RouterText(look, translator);
@@ -115,13 +116,13 @@ QString LookToolTip(const EntryLook& look, const Translator& translator) {
     lines.append(translator.Text(kRouterShows).arg(look.seen));
   }
   if (look.listening) {
-    lines.append(translator.Text(kOnThisComputer).arg(look.listening->words));
+    lines.append(translator.Text(kOnThisComputer).arg(TextOf(look.listening->words, translator)));
   }
-  if (look.firewall && !look.firewall->words.isEmpty()) {
-    lines.append(translator.Text(kOnThisComputer).arg(look.firewall->words));
+  if (look.firewall && look.firewall->words.message.english != nullptr) {
+    lines.append(translator.Text(kOnThisComputer).arg(TextOf(look.firewall->words, translator)));
   }
   if (look.outside) {
-    lines.append(translator.Text(kFromOutside).arg(look.outside->words));
+    lines.append(translator.Text(kFromOutside).arg(TextOf(look.outside->words, translator)));
   }
   return lines.join(QLatin1Char('\n'));
 }

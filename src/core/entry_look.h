@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "core/entry_result.h"
+#include "i18n/sentence.h"
 #include "i18n/translator.h"
 
 namespace quayline {
@@ -14,7 +15,7 @@ namespace quayline {
 // Whether an entry works, as seen from another place than the router's page.
 struct ReachVerdict {
   std::optional<bool> works;  // nothing: it cannot be told
-  QString words;              // for the user: "sshd listens"
+  Sentence words = {};        // for the user: "sshd listens"
 
   bool operator==(const ReachVerdict&) const = default;
 };
@@ -43,7 +44,7 @@ struct SeenEntry {
 EntryLook WithResult(EntryLook look, const EntryResult& result,
                      const std::optional<QDateTime>& looked_at);
 
-// The state in the words of the lists: "On the router", "Different: port".
+// The state in the words of the lists: "On the router", "Different: the port".
 QString StateText(EntryState state, const QList<RuleField>& differs, const Translator& translator);
 // A look on one line: "On the router, 14:05 (sshd listens)". Empty where nothing was looked at.
 QString LookText(const EntryLook& look, const Translator& translator);

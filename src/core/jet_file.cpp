@@ -24,6 +24,13 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kLockWait = 10s;  // another copy may convert the same file
 constexpr qsizetype kMaxTableBytes = qsizetype{256} << 20;
 
+// Of a file that was named before.
+constexpr Message kDamaged{"Its content is damaged."};
+constexpr Message kFolderReadOnly{"It has to be converted, but its folder cannot be written."};
+constexpr Message kNoTable{"It has no table \"%1\"."};
+constexpr Message kCannotConvert{"It cannot be converted (%1)."};
+constexpr Message kCannotReplace{"It cannot be converted in its folder."};
+
 bool CopyFile(const QString& from, const QString& to) {
   QFile source(from);
   if (!source.open(QIODevice::ReadOnly)) {
@@ -33,8 +40,8 @@ bool CopyFile(const QString& from, const QString& to) {
   return source.error() == QFileDevice::NoError && SaveFile(to, bytes);
 }
 
-std::unexpected<JetError> Damaged(const QString& text) {
-  return std::unexpected(JetError{.text = text, .is_damaged = true});
+std::unexpected<JetError> Damaged(const Sentence& reason) {
+  return std::unexpected(JetError{.reason = reason, .is_damaged = true});
 }
 
 std::expected<QList<TableData>, JetError> ReadTables(const QString& path) {
@@ -44,16 +51,16 @@ std::expected<QList<TableData>, JetError> ReadTables(const QString& path) {
                                         .max_output = kMaxTableBytes});
   if (!bytes) {
     return std::unexpected(
-        JetError{.text = bytes.error().text, .is_damaged = bytes.error().is_input});
+        JetError{.reason = bytes.error().reason, .is_damaged = bytes.error().is_input});
   }
   auto tables = DecodeTables(*bytes);
   if (!tables) {
-    return Damaged(QStringLiteral("is damaged"));
+    return Damaged({kDamaged});
   }
   return std::move(*tables);
 }
 
-QString AsSentence(const QString& path, const QString& part) {
+QString ForCommandLine(const QString& path, const QString& part) {
   return QStringLiteral("%1 %2.").arg(path, part);
 }
 
@@ -77,8 +84,7 @@ std::expected<void, JetError> ConvertJetFile(const QString& path, const QString&
   const FileLock lock(path, kLockWait);
   const QTemporaryDir work(path + QStringLiteral(".XXXXXX"));
   if (!lock.IsLocked() || !work.isValid()) {
-    return std::unexpected(
-        JetError{QStringLiteral("has to be converted, but its folder cannot be written")});
+    return std::unexpected(JetError{{kFolderReadOnly}});
   }
   if (!IsJetFile(path)) {
     return {};
@@ -91,44 +97,44 @@ std::expected<void, JetError> ConvertJetFile(const QString& path, const QString&
     return data.name.compare(table, Qt::CaseInsensitive) == 0;
   };
   if (std::ranges::none_of(*tables, is_table)) {
-    return Damaged(QStringLiteral("has no table \"%1\"").arg(table));
+    return Damaged({kNoTable, {table}});
   }
   const QString converted = work.filePath(QStringLiteral("converted"));
   if (const auto written = WriteTables(*tables, converted); !written) {
-    return std::unexpected(
-        JetError{QStringLiteral("cannot be converted (%1)").arg(written.error())});
+    return std::unexpected(JetError{{kCannotConvert, {written.error()}}});
   }
   if (!CopyFile(path, path + QStringLiteral(".jet")) || !MoveFile(converted, path)) {
-    return std::unexpected(JetError{QStringLiteral("cannot be converted in its folder")});
+    return std::unexpected(JetError{{kCannotReplace}});
   }
   return {};
 }
 
 std::expected<QList<TableData>, QString> ImportJetFile(const QString& path, const QString& out) {
   if (!QFile::exists(path)) {
-    return std::unexpected(QStringLiteral("There is no file %1.").arg(path));
+    return std::unexpected(ForCommandLine(path, QStringLiteral("does not exist")));
   }
   if (!IsJetFile(path)) {
-    return std::unexpected(AsSentence(path, QStringLiteral("is not a Jet file")));
+    return std::unexpected(ForCommandLine(path, QStringLiteral("is not a Jet file")));
   }
   if (QFile::exists(out)) {
-    return std::unexpected(AsSentence(out, QStringLiteral("exists already")));
+    return std::unexpected(ForCommandLine(out, QStringLiteral("exists already")));
   }
   auto tables = ReadTables(path);
   if (!tables) {
-    return std::unexpected(AsSentence(path, tables.error().text));
+    return std::unexpected(path + QStringLiteral(": ") + EnglishOf(tables.error().reason));
   }
   if (tables->isEmpty()) {
-    return std::unexpected(AsSentence(path, QStringLiteral("has no tables")));
+    return std::unexpected(ForCommandLine(path, QStringLiteral("has no tables")));
   }
   const QTemporaryDir work(out + QStringLiteral(".XXXXXX"));
   const QString converted = work.filePath(QStringLiteral("converted"));
   if (const auto written = WriteTables(*tables, converted); !work.isValid() || !written) {
     const QString reason = work.isValid() ? written.error() : work.errorString();
-    return std::unexpected(AsSentence(out, QStringLiteral("cannot be written (%1)").arg(reason)));
+    return std::unexpected(
+        ForCommandLine(out, QStringLiteral("cannot be written (%1)").arg(reason)));
   }
   if (!QFile::rename(converted, out)) {  // does not replace a file
-    return std::unexpected(AsSentence(out, QStringLiteral("cannot be written")));
+    return std::unexpected(ForCommandLine(out, QStringLiteral("cannot be written")));
   }
   return std::move(*tables);
 }

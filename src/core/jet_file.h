@@ -7,16 +7,16 @@
 #include <expected>
 
 #include "core/table_data.h"
+#include "i18n/sentence.h"
 
 namespace quayline {
 
 // The databases that come from the maker's server may be Jet files, which are read but never
 // written.
 
-// Why a Jet file was not converted; `text` is a part of a sentence that says what the file is or
-// does ("is damaged").
+// Why a Jet file was not converted; `reason` says of "it" what the file is or does.
 struct JetError {
-  QString text;
+  Sentence reason;
   bool is_damaged = false;  // the content is at fault
 };
 

@@ -13,6 +13,20 @@ namespace {
 // A long list of ports without a program says no more than its beginning.
 constexpr qsizetype kMostShown = 3;
 
+constexpr Message kNobody{"nothing listens on %1", "%1 are ports"};
+constexpr Message kElsewhere{"listens on %1 only", "%1 is an address of this computer"};
+constexpr Message kNotKnown{"unknown", "whether a program listens"};
+
+// On one or both of two protocols, and on all or some of the ports.
+constexpr Message kNamedListens[2][2] = {
+    {{"%1 listens", "%1 is a program"}, {"%1 listens, not on %2", "a program; ports"}},
+    {{"%1 listens (%2 only)", "a program; TCP or UDP"},
+     {"%1 listens (%2 only), not on %3", "a program; TCP or UDP; ports"}}};
+constexpr Message kSomeListens[2][2] = {
+    {{"a program listens"}, {"a program listens, not on %1", "%1 are ports"}},
+    {{"a program listens (%1 only)", "%1 is TCP or UDP"},
+     {"a program listens (%1 only), not on %2", "TCP or UDP; ports"}}};
+
 // Whether the router reaches the listener at `address`.
 bool IsReachable(const Listener& listener, const QString& address) {
   return listener.address == address || listener.address == QLatin1String("0.0.0.0") ||
@@ -113,27 +127,25 @@ std::optional<Listening> ListeningOf(const PortEntry& entry, const QStringList& 
   return listening;
 }
 
-QString ListeningText(const Listening& listening) {
+Sentence ListeningText(const Listening& listening) {
   switch (listening.state) {
     case ListenState::kNobody:
-      return QStringLiteral("nothing listens on %1").arg(RangesText(listening.ports));
+      return {kNobody, {RangesText(listening.ports)}};
     case ListenState::kElsewhere:
-      return QStringLiteral("listens on %1 only").arg(listening.address);
+      return {kElsewhere, {listening.address}};
     case ListenState::kListens: {
-      QString text = listening.program.isEmpty()
-                         ? QStringLiteral("a program listens")
-                         : QStringLiteral("%1 listens").arg(listening.program);
-      if (!listening.only_protocol.isEmpty()) {
-        text += QStringLiteral(" (%1 only)").arg(listening.only_protocol);
-      }
-      return listening.lacking.isEmpty()
-                 ? text
-                 : text + QStringLiteral(", not on %1").arg(RangesText(listening.lacking));
+      const bool is_named = !listening.program.isEmpty();
+      const bool is_half = !listening.only_protocol.isEmpty();
+      const bool is_whole = listening.lacking.isEmpty();
+      QStringList values{listening.program, listening.only_protocol, RangesText(listening.lacking)};
+      values.removeAll(QString());
+      const auto& texts = is_named ? kNamedListens : kSomeListens;
+      return {texts[is_half ? 1 : 0][is_whole ? 0 : 1], values};
     }
     case ListenState::kUnknown:
-      return QStringLiteral("unknown");
+      break;
   }
-  return {};
+  return {kNotKnown};
 }
 
 }  // namespace quayline

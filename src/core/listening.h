@@ -10,6 +10,7 @@
 
 #include "core/port_entry.h"
 #include "core/port_range.h"
+#include "i18n/sentence.h"
 #include "platform/listeners.h"
 
 namespace quayline {
@@ -40,6 +41,6 @@ std::optional<Listening> ListeningOf(const PortEntry& entry, const QStringList& 
                                      const std::optional<QList<Listener>>& listeners);
 
 // "nothing listens on 8080", "listens on 127.0.0.1 only", "sshd listens", "unknown".
-QString ListeningText(const Listening& listening);
+Sentence ListeningText(const Listening& listening);
 
 }  // namespace quayline

@@ -12,15 +12,21 @@
 
 namespace quayline {
 
-std::expected<QString, QString> FindProgramFolder(const QString& executable_folder,
-                                                  const QString& shipped_folder) {
+namespace {
+
+constexpr Message kCannotCreate{"The folder \"%1\" cannot be created."};
+
+}  // namespace
+
+std::expected<QString, Sentence> FindProgramFolder(const QString& executable_folder,
+                                                   const QString& shipped_folder) {
   if (QFileInfo(executable_folder + QStringLiteral("/routers.mdb")).isFile()) {
     return executable_folder;
   }
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                          QStringLiteral("/quayline");
   if (!QDir().mkpath(folder)) {
-    return std::unexpected(QStringLiteral("The folder \"%1\" cannot be created.").arg(folder));
+    return std::unexpected(Sentence{kCannotCreate, {folder}});
   }
   CompleteSwap(folder);
   FollowShippedDatabases(shipped_folder, folder);

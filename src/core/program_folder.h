@@ -6,14 +6,15 @@
 
 #include <expected>
 
+#include "i18n/sentence.h"
+
 namespace quayline {
 
 // The folder of settings, list, databases, picture and languages: the executable's own folder if
 // "routers.mdb" is there (portable), else "quayline" in the user's data folder ($XDG_DATA_HOME),
 // which is created. A portable folder is the user's alone; to the other the databases of
-// `shipped_folder` are copied, and merged after an update (see shipped_databases.h). A failure is a
-// sentence for the user.
-std::expected<QString, QString> FindProgramFolder(const QString& executable_folder,
-                                                  const QString& shipped_folder);
+// `shipped_folder` are copied, and merged after an update (see shipped_databases.h).
+std::expected<QString, Sentence> FindProgramFolder(const QString& executable_folder,
+                                                   const QString& shipped_folder);
 
 }  // namespace quayline

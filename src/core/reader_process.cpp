@@ -17,7 +17,25 @@ namespace quayline {
 
 namespace {
 
-constexpr int kMaxErrorLetters = 200;
+constexpr Message kNoReader{
+    "The program \"%1\", which reads it, is missing. Please install Quayline again."};
+constexpr Message kTooMuch{"It contains too much."};
+constexpr Message kTooSlow{"It takes too long to read."};
+constexpr Message kDamaged{"Its content is damaged."};
+
+// What the reader reports; whatever else it says is a fault of the reader itself.
+constexpr Message kReports[] = {{"It contains a text of more than a million letters."},
+                                {"It contains other files than the databases."},
+                                {"It is encrypted."},
+                                {"It contains a file that is too large."},
+                                {"It is not a package of databases."},
+                                {"It contains a file twice."}};
+
+Message ReportOf(const QByteArray& output) {
+  const auto* const found =
+      std::ranges::find_if(kReports, [&](const Message& each) { return output == each.english; });
+  return found == std::end(kReports) ? kDamaged : *found;
+}
 
 // One run of the reader. Ends it when it is destroyed.
 class ReaderRun final {
@@ -50,24 +68,18 @@ class ReaderRun final {
 
   ReaderResult Result() {
     if (process_.error() == QProcess::FailedToStart) {
-      return std::unexpected(ReaderError{
-          .text = QStringLiteral("cannot be read: the program \"%1\" is missing").arg(program_),
-          .is_input = false});
+      return std::unexpected(ReaderError{.reason = {kNoReader, {program_}}, .is_input = false});
     }
     if (output_.size() > max_output_) {
-      return std::unexpected(ReaderError{QStringLiteral("holds too much")});
+      return std::unexpected(ReaderError{{kTooMuch}});
     }
     if (process_.state() != QProcess::NotRunning) {
-      return std::unexpected(ReaderError{QStringLiteral("takes too long to read")});
+      return std::unexpected(ReaderError{{kTooSlow}});
     }
     if (process_.exitStatus() == QProcess::NormalExit && process_.exitCode() == 0) {
       return output_;
     }
-    const QString told = QString::fromUtf8(output_).left(kMaxErrorLetters).simplified();
-    const bool is_sentence = process_.exitStatus() == QProcess::NormalExit &&
-                             process_.exitCode() == 1 && !told.isEmpty() &&
-                             std::ranges::all_of(told, [](QChar c) { return c.isPrint(); });
-    return std::unexpected(ReaderError{is_sentence ? told : QStringLiteral("is damaged")});
+    return std::unexpected(ReaderError{{ReportOf(output_)}});
   }
 
  private:

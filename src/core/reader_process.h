@@ -10,6 +10,7 @@
 #include <expected>
 
 #include "async/task.h"
+#include "i18n/sentence.h"
 
 namespace quayline {
 
@@ -23,9 +24,9 @@ struct ReaderRequest {
   QString program = QStringLiteral("quayline-reader");
 };
 
-// `text` is a part of a sentence about the file: "is damaged", "takes too long to read".
+// `reason` says of "it" what the file is or does: "It is encrypted."
 struct ReaderError {
-  QString text;
+  Sentence reason;
   bool is_input = true;  // the file is at fault, and not that there is no reader
 };
 

@@ -21,6 +21,17 @@ namespace quayline {
 
 namespace {
 
+constexpr Message kCannotWrite{"The new databases cannot be written to \"%1\". Is the disk full?"};
+constexpr Message kNoField{"The file \"%1\" has no field \"%2\"."};
+constexpr Message kTooManyRows{"The file \"%1\" has too many rows."};
+constexpr Message kHasOwnNumbers{
+    "The file \"%1\" has numbers that are kept for routers that you add."};
+constexpr Message kIsInUse{
+    "Another Quayline is using the databases. Please close it, and try again."};
+constexpr Message kIsEmpty{"The file \"%1\" is empty."};
+
+using Why = QList<Sentence>;
+
 struct Shipped {
   TableShape shape;
   QString name_column;
@@ -131,9 +142,6 @@ RowChanges Compare(const TableData& before, const TableData& after, const QStrin
   return changes;
 }
 
-const QString kIsInUse =
-    QStringLiteral("Another Quayline is using the databases. Please close it, and try again.");
-
 // Many more than there are routers and programs. The rows are merged in memory.
 constexpr int kMostPackedRows = 100'000;
 
@@ -143,7 +151,7 @@ qlonglong HighestId(const TableData& table) {
 }
 
 // The rows of a database of a package. None where a database that may be missing is.
-std::expected<TableData, QString> ReadPacked(const QString& package, const Shipped& database) {
+std::expected<TableData, Why> ReadPacked(const QString& package, const Shipped& database) {
   const QString name = database.shape.file_name;
   if (!QFileInfo::exists(package + QLatin1Char('/') + name) && !database.is_merged) {
     return TableData{};
@@ -153,23 +161,20 @@ std::expected<TableData, QString> ReadPacked(const QString& package, const Shipp
     return std::unexpected(file.error().description);
   }
   if ((*file)->Count() > kMostPackedRows) {
-    return std::unexpected(QStringLiteral("The file \"%1\" has too many rows.").arg(name));
+    return std::unexpected(Why{{kTooManyRows, {name}}});
   }
   TableData table = (*file)->ReadAll();
   const bool has_own = !table.rows.isEmpty() && HighestId(table) >= kFirstOwnRouterId;
   if (has_own && database.is_merged) {
-    return std::unexpected(
-        QStringLiteral("The file \"%1\" has numbers that are kept for routers that you add.")
-            .arg(name));
+    return std::unexpected(Why{{kHasOwnNumbers, {name}}});
   }
   for (const QString& column : database.columns) {
     if (!table.columns.contains(column)) {
-      return std::unexpected(
-          QStringLiteral("The file \"%1\" has no field \"%2\".").arg(name, column));
+      return std::unexpected(Why{{kNoField, {name, column}}});
     }
   }
   if (table.rows.isEmpty() && database.is_merged) {
-    return std::unexpected(QStringLiteral("The file \"%1\" is empty.").arg(name));
+    return std::unexpected(Why{{kIsEmpty, {name}}});
   }
   return table;
 }
@@ -181,7 +186,7 @@ struct SetFiles {
 };
 
 // The user's own programs stay; where he has no file yet he gets the one of the package.
-std::expected<RowChanges, QString> PrepareFirst(const SetFiles& files, const Shipped& database) {
+std::expected<RowChanges, Why> PrepareFirst(const SetFiles& files, const Shipped& database) {
   const QString name = QLatin1Char('/') + database.shape.file_name;
   if (!QFileInfo::exists(files.folder + name) && !CopyIfMissing(files.packed, files.set + name)) {
     return std::unexpected(CannotWrite(files.set));
@@ -189,8 +194,8 @@ std::expected<RowChanges, QString> PrepareFirst(const SetFiles& files, const Shi
   return RowChanges{};
 }
 
-std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Shipped& database,
-                                                 const TableData& packed, HeldFiles& held) {
+std::expected<RowChanges, Why> PrepareMerged(const SetFiles& files, const Shipped& database,
+                                             const TableData& packed, HeldFiles& held) {
   const QString name = QLatin1Char('/') + database.shape.file_name;
   const QString made = files.set + name;
   auto users = TableFile::Open(files.folder, database.shape);
@@ -211,7 +216,7 @@ std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Sh
     return std::unexpected(CannotWrite(files.set));
   }
   if (users && !(*users)->HoldSince(version)) {
-    return std::unexpected(kIsInUse);
+    return std::unexpected(Why{{kIsInUse}});
   }
   const auto file = TableFile::OpenFile(made, database.shape, SqlAccess::kReadWrite);
   if (!file) {
@@ -236,9 +241,8 @@ std::expected<RowChanges, QString> PrepareMerged(const SetFiles& files, const Sh
 
 }  // namespace
 
-QString CannotWrite(const QString& folder) {
-  return QStringLiteral("The new databases cannot be written to \"%1\". Is the disk full?")
-      .arg(QDir::toNativeSeparators(folder));
+QList<Sentence> CannotWrite(const QString& folder) {
+  return {{kCannotWrite, {QDir::toNativeSeparators(folder)}}};
 }
 
 QString ShippedFolder(const QString& executable_folder) {
@@ -268,9 +272,9 @@ void FollowShippedDatabases(const QString& shipped_folder, const QString& folder
   }
 }
 
-std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, const QString& folder,
-                                                     const QString& shipped_folder,
-                                                     const QString& set, HeldFiles& held) {
+std::expected<QList<RowChanges>, Why> PrepareSet(const QString& package, const QString& folder,
+                                                 const QString& shipped_folder, const QString& set,
+                                                 HeldFiles& held) {
   QList<RowChanges> changes;
   for (const Shipped& database : kShipped) {
     const auto packed = ReadPacked(package, database);

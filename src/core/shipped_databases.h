@@ -12,6 +12,7 @@
 
 #include "core/records.h"
 #include "core/table_file.h"
+#include "i18n/sentence.h"
 
 namespace quayline {
 
@@ -39,21 +40,21 @@ struct RowChanges {
 };
 
 // The sentence for the user where the new set cannot be written to `folder`.
-QString CannotWrite(const QString& folder);
+QList<Sentence> CannotWrite(const QString& folder);
 
 using HeldFiles = std::vector<std::unique_ptr<TableFile>>;
 
 // Checks the databases in the folder `package`, which are untrusted, and prepares in the empty
 // folder `set` what PutInPlace() then moves into `folder`: the user's databases merged with them as
 // with shipped ones. Nothing in `folder` is changed. From then on they count as what was shipped;
-// `shipped_folder`, which is older, is only merged when an installation has changed it. The error
-// is a sentence.
+// `shipped_folder`, which is older, is only merged when an installation has changed it.
 //
 // Other programs can write to the databases in `folder` again when the files in `held` are gone,
 // which is after PutInPlace(): what they write before would be lost. Takes seconds for large files.
-std::expected<QList<RowChanges>, QString> PrepareSet(const QString& package, const QString& folder,
-                                                     const QString& shipped_folder,
-                                                     const QString& set, HeldFiles& held);
+std::expected<QList<RowChanges>, QList<Sentence>> PrepareSet(const QString& package,
+                                                             const QString& folder,
+                                                             const QString& shipped_folder,
+                                                             const QString& set, HeldFiles& held);
 
 // The router of this name as it was shipped when `folder` was last merged.
 std::optional<RouterRecord> FindShippedRouter(const QString& folder, const QString& name);

@@ -34,6 +34,20 @@ constexpr qint64 kMaxBytes = qint64{512} << 20;
 
 constexpr QLatin1String kIdColumn("id");
 
+constexpr Message kMissing{"The file \"%1\" is missing."};
+constexpr Message kNoFile{"\"%1\" is not a file."};
+constexpr Message kCannotRead{"The file \"%1\" cannot be read."};
+constexpr Message kTooLarge{"The file \"%1\" is too large."};
+constexpr Message kCannotUse{"The file \"%1\" cannot be used."};
+constexpr Message kNoDatabase{"The file \"%1\" is not a database."};
+constexpr Message kIsInUse{
+    "The file \"%1\" is in use by another program. Please close that one, and start again."};
+constexpr Message kUnreadable{"The file \"%1\" cannot be read as a database (%2)."};
+constexpr Message kNoTable{"The file \"%1\" has no table \"%2\" with a column \"ID\"."};
+constexpr Message kNotPlain{"The file \"%1\" contains more than plain tables."};
+constexpr Message kEndMissing{"The end of the file \"%1\" is missing."};
+constexpr Message kDamaged{"The file \"%1\" is damaged."};
+
 QString Quoted(const QString& column) { return QLatin1Char('[') + column + QLatin1Char(']'); }
 
 // A null text would be stored as a null.
@@ -53,20 +67,20 @@ std::optional<DatabaseError> CheckFile(const QString& path, const QString& table
   const QFileInfo file(path);
   const QString name = QDir::toNativeSeparators(path);
   if (!file.exists()) {
-    return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" is missing.").arg(name)};
+    return DatabaseError{kCannotOpen, {{kMissing, {name}}}};
   }
   if (!file.isFile()) {
-    return DatabaseError{kCannotOpen, QStringLiteral("\"%1\" is not a file.").arg(name), true};
+    return DatabaseError{kCannotOpen, {{kNoFile, {name}}}, true};
   }
   if (!file.isReadable()) {
-    return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" cannot be read.").arg(name)};
+    return DatabaseError{kCannotOpen, {{kCannotRead, {name}}}};
   }
   if (file.size() > kMaxBytes) {
-    return DatabaseError{kCannotOpen, QStringLiteral("The file \"%1\" is too large.").arg(name)};
+    return DatabaseError{kCannotOpen, {{kTooLarge, {name}}}};
   }
   if (const auto converted = ConvertJetFile(path, table); !converted) {
     return DatabaseError{kCannotOpen,
-                         QStringLiteral("The file \"%1\" %2.").arg(name, converted.error().text),
+                         {{kCannotUse, {name}}, converted.error().reason},
                          converted.error().is_damaged};
   }
   return std::nullopt;
@@ -83,17 +97,13 @@ DatabaseError Failure(const QSqlError& error, const QString& path) {
   const int number = error.nativeErrorCode().toInt();
   const int primary = number & kPrimaryPart;
   if (primary == kNotADatabase) {
-    return {number, QStringLiteral("The file \"%1\" is not a database.").arg(path), true};
+    return {number, {{kNoDatabase, {path}}}, true};
   }
   if (primary == kBusy) {
-    return {number,
-            QStringLiteral("The file \"%1\" is in use by another program. Please close that one, "
-                           "and start again.")
-                .arg(path)};
+    return {number, {{kIsInUse, {path}}}};
   }
   return {number == 0 ? kCannotOpen : number,
-          QStringLiteral("The file \"%1\" cannot be read as a database (%2).")
-              .arg(path, error.databaseText()),
+          {{kUnreadable, {path, error.databaseText()}}},
           primary == kSqlError || primary == kCorrupt};
 }
 
@@ -164,10 +174,7 @@ std::optional<DatabaseError> TableFile::Verify() {
     return Failure(query.lastError(), NativePath(path_));
   }
   if (!columns_.contains(kIdColumn)) {
-    return DatabaseError{kSqlError,
-                         QStringLiteral("The file \"%1\" has no table \"%2\" with a column \"ID\".")
-                             .arg(NativePath(path_), shape_.table),
-                         true};
+    return DatabaseError{kSqlError, {{kNoTable, {NativePath(path_), shape_.table}}}, true};
   }
   // Only the plain column can be looked up in an index; a column of text has to be made a number,
   // or "10" would come before "9".
@@ -209,10 +216,7 @@ std::optional<DatabaseError> TableFile::CheckSchema(QSqlQuery& query) const {
     return Failure(query.lastError(), NativePath(path_));
   }
   if (!is_plain || query.value(0).toInt() > 0) {
-    return DatabaseError{
-        kSqlError,
-        QStringLiteral("The file \"%1\" holds more than plain tables.").arg(NativePath(path_)),
-        true};
+    return DatabaseError{kSqlError, {{kNotPlain, {NativePath(path_)}}}, true};
   }
   return std::nullopt;
 }
@@ -226,9 +230,7 @@ std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
   // SQLite itself notices that whole pages are missing, but reads the missing part of the last one
   // as zeros.
   if (QFileInfo(path_).size() % query.value(0).toLongLong() != 0) {
-    return DatabaseError{
-        kCorrupt, QStringLiteral("The end of the file \"%1\" is missing.").arg(NativePath(path_)),
-        true};
+    return DatabaseError{kCorrupt, {{kEndMissing, {NativePath(path_)}}}, true};
   }
   if (IsCopyOf(GoodCopyOf(path_), path_)) {
     return std::nullopt;
@@ -241,8 +243,7 @@ std::optional<DatabaseError> TableFile::RunCheck(QSqlQuery& query, const char* c
     return Failure(query.lastError(), NativePath(path_));
   }
   if (query.value(0).toString() != QLatin1String("ok")) {
-    return DatabaseError{
-        kCorrupt, QStringLiteral("The file \"%1\" is damaged.").arg(NativePath(path_)), true};
+    return DatabaseError{kCorrupt, {{kDamaged, {NativePath(path_)}}}, true};
   }
   return std::nullopt;
 }

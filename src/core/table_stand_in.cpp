@@ -24,6 +24,14 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kLockWait = 500ms;
 constexpr int kMaxDamaged = 20;  // files kept of one name
 
+// Of a file that was named before.
+constexpr Message kKeptAs{"It is kept as \"%1\".", "a damaged file"};
+constexpr Message kReplacedByEmpty{"An empty one takes its place."};
+constexpr Message kReplacedByShipped{"The one that came with Quayline takes its place."};
+constexpr Message kGoodCopyUsed{"Its last good copy is used for now."};
+constexpr Message kEmptyUsed{"An empty one is used for now, and cannot be changed."};
+constexpr Message kShippedUsed{"The one that came with Quayline is used for now."};
+
 // The path of the shipped file; empty if there is none that can be used.
 QString ShippedFile(const UnopenedTable& table) {
   const QString path = table.shipped_folder + QLatin1Char('/') + table.shape.file_name;
@@ -60,7 +68,7 @@ std::optional<QString> MoveAside(const QString& path) {
 }
 
 TableFile::Opened OpenReplaced(const UnopenedTable& table, const QString& shipped,
-                               QStringList& notices) {
+                               QList<Notice>& notices) {
   // Two copies of the program must not both replace it.
   const FileLock lock(table.folder, kLockWait);
   if (!lock.IsLocked()) {
@@ -73,10 +81,9 @@ TableFile::Opened OpenReplaced(const UnopenedTable& table, const QString& shippe
   if (!aside) {
     return std::unexpected(table.error);
   }
-  notices.append(QStringLiteral("%1 It is kept as \"%2\". %3 takes its place.")
-                     .arg(table.error.description, QFileInfo(*aside).fileName(),
-                          shipped.isEmpty() ? QStringLiteral("An empty one")
-                                            : QStringLiteral("The one that came with Quayline")));
+  notices.append(table.error.description +
+                 Notice{{kKeptAs, {QFileInfo(*aside).fileName()}},
+                        {shipped.isEmpty() ? kReplacedByEmpty : kReplacedByShipped}});
   return TableFile::Open(table.folder, table.shape);
 }
 
@@ -99,12 +106,12 @@ std::optional<QString> ReplaceTable(const UnopenedTable& table, const QString& s
   return aside;
 }
 
-TableFile::Opened OpenStandIn(const UnopenedTable& table, QStringList& notices) {
-  const QString description = table.error.description;
+TableFile::Opened OpenStandIn(const UnopenedTable& table, QList<Notice>& notices) {
+  const Notice& why = table.error.description;
   const bool is_missing =
       !QFileInfo::exists(table.folder + QLatin1Char('/') + table.shape.file_name);
   if (auto copy = TableFile::OpenGoodCopy(table.folder, table.shape); copy && !is_missing) {
-    notices.append(description + QStringLiteral(" Its last good copy is used for now."));
+    notices.append(why + Notice{{kGoodCopyUsed}});
     return copy;
   }
   const QString shipped = ShippedFile(table);
@@ -117,11 +124,10 @@ TableFile::Opened OpenStandIn(const UnopenedTable& table, QStringList& notices) 
     }
   }
   if (shipped.isEmpty()) {
-    notices.append(description +
-                   QStringLiteral(" An empty one is used for now, and cannot be changed."));
+    notices.append(why + Notice{{kEmptyUsed}});
     return TableFile::OpenEmpty(table.shape);
   }
-  notices.append(description + QStringLiteral(" The one that came with Quayline is used for now."));
+  notices.append(why + Notice{{kShippedUsed}});
   return TableFile::OpenStandIn(shipped, table.shape);
 }
 

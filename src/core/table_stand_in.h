@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -26,9 +27,9 @@ struct UnopenedTable {
 //   2. If the content is at fault: the shipped file, or an empty one. It gets the name of the
 //      damaged file, which is kept with ".damaged" added to its name.
 //   3. The shipped file, or an empty table. Both are only read.
-// Adds a sentence for the user to `notices`. Fails only for a file that is missing in both folders:
+// Adds what happened to `notices`. Fails only for a file that is missing in both folders:
 // it has been taken away, and is not replaced unasked.
-TableFile::Opened OpenStandIn(const UnopenedTable& table, QStringList& notices);
+TableFile::Opened OpenStandIn(const UnopenedTable& table, QList<Notice>& notices);
 
 // Puts a copy of `source`, or, where that is empty, a table without rows in the place of the
 // table's file. The answer is the path under which that is kept, or an empty text if there was

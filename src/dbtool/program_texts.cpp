@@ -5,6 +5,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 #include <QXmlStreamReader>
@@ -22,34 +23,34 @@ using Tokens = QList<CodeToken>;
 
 constexpr QLatin1String kMessage("Message");
 
-// Folders whose sentences a user of the windows may read.
-constexpr const char* kShownFolders[] = {"ui/", "app/", "core/", "net/", "platform/", "script/"};
+// Folders whose sentences a user of the windows may read. The others are of the command line.
+constexpr const char* kShownFolders[] = {"ui/",     "app/",    "core/",      "net/", "platform/",
+                                         "script/", "update/", "transport/", "i18n/"};
+// Files without a sentence that the windows show, or with English ones on purpose.
 constexpr const char* kEnglishFiles[] = {
-    "script/command",           // the help of script commands, and their reference
-    "script/status_text",       // the words of the protocol
-    "core/native_programs",     // names of programs, and what their settings look like
-    "core/program_sources",     //
-    "core/row_evidence",        // words on the pages of routers
-    "core/text_form",           // what quayline-dbtool reports of a file
-    "core/router_text",         //
-    "core/jet_file",            // faults of the program's own files
-    "core/program_folder",      //
-    "core/table_file",          //
-    "core/table_stand_in",      //
-    "core/shipped_databases",   //
-    "core/database_swap",       //
-    "ui/main/start_up",         //
-    "script/web/web_profile",   //
-    "net/port_listener",        // lines of a log for helpers
-    "ui/job/job_report",        //
-    "net/port_mapper",          // what another program reports
-    "platform/command_runner",  //
-    "platform/linux",           //
-    "ui/main/list_commands",    // the title of the dialog to save a list
+    "script/command",            // the help of script commands, and their reference
+    "script/status_text",        // the words of the protocol
+    "script/saved_page",         // the language of pages
+    "script/web/",               //
+    "core/native_programs",      // names of programs, and what their settings look like
+    "core/program_sources",      //
+    "core/row_evidence",         // words on the pages of routers
+    "core/cell_text",            //
+    "core/records",              // fields of databases
+    "core/text_form",            // what quayline-dbtool reports of a file
+    "core/router_text",          //
+    "transport/http_",           // the language of servers
+    "transport/sock_error",      // errors of sockets, which only the log has
+    "platform/linux/nft_",       // the language of a firewall
+    "platform/linux/ufw_",       //
+    "platform/linux/firewalld",  //
+    "net/repair_commands",       // commands of systems
+    "platform/linux/linux_desktop",
 };
 
-// Calls whose texts are for developers.
+// Calls whose texts are for developers and for the command line.
 constexpr const char* kDeveloperCalls[] = {"qCDebug",
+                                           "qFatal",
                                            "qCInfo",
                                            "qCWarning",
                                            "qWarning",
@@ -60,6 +61,9 @@ constexpr const char* kDeveloperCalls[] = {"qCDebug",
                                            "Q_LOGGING_CATEGORY",
                                            "setApplicationDescription",
                                            "addPositionalArgument",
+                                           "ForCommandLine",
+                                           "QDBusError",
+                                           "DLError",
                                            "Execute",
                                            "Query"};
 
@@ -139,10 +143,12 @@ class CodeReader final {
     }
   }
 
-  // A capital letter, and a word in small letters somewhere after a blank.
+  // A word or a value, and a word in small letters after a blank: no keyword of a query, and no
+  // pattern.
   void FindSentences() {
     static const QRegularExpression sentence(
-        QStringLiteral("^(?!SELECT|PRAGMA|INSERT|\\^)[^A-Za-z]*[A-Z].* [a-z]{2,}"),
+        QStringLiteral("^(?!SELECT|PRAGMA|INSERT|UPDATE|CREATE|\\^|\\\\).*"
+                       "(?:%\\d|[A-Za-z]{2,})[,.;:]? [a-z]{2,}"),
         QRegularExpression::DotMatchesEverythingOption);
     const auto begins = [this](const char* path) { return place_.startsWith(QLatin1String(path)); };
     if (std::ranges::none_of(kShownFolders, begins) || std::ranges::any_of(kEnglishFiles, begins)) {
@@ -248,7 +254,7 @@ ProgramTexts ReadProgramTexts(const QString& source_folder) {
     structs += FindMessageStructs(QString::fromUtf8(ReadAll(file)));
   }
   ProgramTexts all;
-  QSet<QString> seen;
+  QHash<QString, qsizetype> seen;
   for (const QString& file : files) {
     const QString place = QDir(QDir(source_folder).absolutePath()).relativeFilePath(file);
     const QByteArray bytes = ReadAll(file);
@@ -256,13 +262,19 @@ ProgramTexts ReadProgramTexts(const QString& source_folder) {
                                    ? ReadForm(bytes, place)
                                    : ReadCode(QString::fromUtf8(bytes), place, structs);
     for (const ProgramText& text : found.texts) {
-      if (const QString key = text.english.toCaseFolded(); !seen.contains(key)) {
-        seen.insert(key);
+      const QString key = text.english.toCaseFolded();
+      if (const auto first = seen.constFind(key); first == seen.cend()) {
+        seen.insert(key, all.texts.size());
         all.texts.append(text);
+      } else if (ProgramText& shared = all.texts[*first]; shared.english != text.english) {
+        shared.note += QStringLiteral(" Also used for \"%1\" in %2.").arg(text.english, place);
       }
     }
     all.unreachable += found.unreachable;
   }
+  // The text of a class that knows no languages, which the window that shows it translates.
+  all.unreachable.removeIf(
+      [&](const ProgramText& text) { return seen.contains(text.english.toCaseFolded()); });
   return all;
 }
 

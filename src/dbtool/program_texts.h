@@ -10,7 +10,7 @@ namespace quayline::dbtool {
 // A text that the user reads, as the sources have it.
 struct ProgramText {
   QString english;
-  QString note;   // for translators
+  QString note;   // for translators; also which other case the text is written in
   QString place;  // the file, relative to the folder of the sources
 };
 

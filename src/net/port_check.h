@@ -62,7 +62,7 @@ class PortCheck final : public QObject {
   // The site is asked for the result.
   void waitingForResult();
   // Something arrived on a port.
-  void heard(const QString& line);
+  void heard(const quayline::Sentence& line);
   void ended();
 
   void loadEnded(QPrivateSignal);

@@ -13,6 +13,9 @@ namespace {
 constexpr std::size_t kMaxCallers = 16;
 constexpr int kMaxReports = 50;
 
+constexpr Message kArrival{"Attempted connection from %1 on port %2 %3 at %4 %5",
+                           "address, port, a number of the protocol, date and time"};
+
 }  // namespace
 
 PortListener::PortListener(SockProtocol protocol, int port, const QString& address,
@@ -79,11 +82,11 @@ void PortListener::LogArrival() {
   }
   ++reported_;
   const QDateTime now = QDateTime::currentDateTime();
-  Q_EMIT heard(QStringLiteral("Attempted connection from %1 on port %2 %3 at %4 %5")
-                   .arg(socket_.RemoteHostIP(), QString::number(socket_.LocalPort()),
-                        QString::number(static_cast<int>(socket_.Protocol())),
-                        QLocale().toString(now.date(), QLocale::ShortFormat),
-                        QLocale().toString(now.time(), QLocale::LongFormat)));
+  Q_EMIT heard({kArrival,
+                {socket_.RemoteHostIP(), QString::number(socket_.LocalPort()),
+                 QString::number(static_cast<int>(socket_.Protocol())),
+                 QLocale().toString(now.date(), QLocale::ShortFormat),
+                 QLocale().toString(now.time(), QLocale::LongFormat)}});
 }
 
 void PortListener::Arrive() {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "i18n/sentence.h"
 #include "transport/unisock.h"
 
 namespace quayline {
@@ -31,7 +32,7 @@ class PortListener final : public QObject {
 
  Q_SIGNALS:
   // Something came; a line about it for the user. Not for each of very many.
-  void heard(const QString& line);
+  void heard(const quayline::Sentence& line);
   // The probe came. The port is closed.
   void arrived();
 

@@ -10,17 +10,22 @@ namespace quayline {
 
 namespace {
 
-Task<RepairResult> RunLine(QString line) {
-  const QString error = co_await RunCommand(std::move(line));
-  co_return RepairResult{.is_good = error.isEmpty(), .words = error};
+constexpr Message kCommandLine{"%1"};
+constexpr Message kNotStarted{"Error: CreateProcess failed. %1", "%1 is a number"};
+
+Task<RepairResult> RunLine(QString line, const Translator& translator) {
+  const std::optional<int> error = co_await RunCommand(std::move(line));
+  co_return RepairResult{.is_good = !error,
+                         .words = error ? translator.Text(kNotStarted).arg(*error) : QString()};
 }
 
 }  // namespace
 
-QList<RepairStep> CommandSteps(const QStringList& lines) {
+QList<RepairStep> CommandSteps(const QStringList& lines, const Translator& translator) {
   QList<RepairStep> steps;
   for (const QString& line : lines) {
-    steps.append({.line = line, .run = [line] { return RunLine(line); }});
+    steps.append({.line = {kCommandLine, {line}},
+                  .run = [line, &translator] { return RunLine(line, translator); }});
   }
   return steps;
 }
@@ -28,7 +33,7 @@ QList<RepairStep> CommandSteps(const QStringList& lines) {
 Task<> RepairRun::Run(QList<RepairStep> steps) {
   int failed = 0;
   for (int step = 0; step < steps.size(); ++step) {
-    Q_EMIT stepStarted(step, steps[step].line);
+    Q_EMIT stepStarted(step);
     co_await Sleep(std::chrono::milliseconds(0));  // the window shows the line first
     const RepairResult result = co_await steps[step].run();
     failed += result.is_good ? 0 : 1;

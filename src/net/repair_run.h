@@ -10,6 +10,8 @@
 #include <functional>
 
 #include "async/flow.h"
+#include "i18n/sentence.h"
+#include "i18n/translator.h"
 
 namespace quayline {
 
@@ -20,12 +22,12 @@ struct RepairResult {
 };
 
 struct RepairStep {
-  QString line;  // what the user sees of it
+  Sentence line;  // what the user sees of it
   std::function<Task<RepairResult>()> run;
 };
 
-// Each command line as a step, which lasts three seconds at most.
-QList<RepairStep> CommandSteps(const QStringList& lines);
+// Each command line as a step, which lasts three seconds at most. `translator` outlives them.
+QList<RepairStep> CommandSteps(const QStringList& lines, const Translator& translator);
 
 // Does steps one after the other. None of them ends it early.
 class RepairRun final : public QObject {
@@ -41,7 +43,7 @@ class RepairRun final : public QObject {
   bool IsRunning() const { return flow_.IsRunning(); }
 
  Q_SIGNALS:
-  void stepStarted(int step, const QString& line);  // from 0
+  void stepStarted(int step);  // from 0
   void stepEnded(int step, const quayline::RepairResult& result);
   void ended(int failed);
 

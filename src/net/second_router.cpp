@@ -11,6 +11,11 @@ namespace quayline {
 
 namespace {
 
+constexpr Message kFirst{"%1st", "1st, between \"Possible\" and \"Router:\""};
+constexpr Message kSecond{"%1nd", "2nd, between \"Possible\" and \"Router:\""};
+constexpr Message kThird{"%1rd", "3rd, between \"Possible\" and \"Router:\""};
+constexpr Message kOther{"%1th", "4th, between \"Possible\" and \"Router:\""};
+
 using namespace std::chrono_literals;
 
 const QString kTarget = QStringLiteral("208.67.222.222");
@@ -27,20 +32,21 @@ bool IsIn(const QString& address, std::initializer_list<const char*> networks) {
 
 }  // namespace
 
-QString OrdinalSuffix(int number) {
+Sentence OrdinalText(int number) {
+  const QStringList value{QString::number(number)};
   switch (number) {
     case 1:
     case 21:
     case 31:
-      return QStringLiteral("st");
+      return {kFirst, value};
     case 2:
     case 22:
-      return QStringLiteral("nd");
+      return {kSecond, value};
     case 3:
     case 23:
-      return QStringLiteral("rd");
+      return {kThird, value};
     default:
-      return QStringLiteral("th");
+      return {kOther, value};
   }
 }
 

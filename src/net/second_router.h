@@ -8,13 +8,14 @@
 #include <chrono>
 
 #include "async/flow.h"
+#include "i18n/sentence.h"
 #include "platform/adapters.h"
 #include "platform/echoes.h"
 
 namespace quayline {
 
-// "st", "nd", "rd" or "th" for a number up to 100.
-QString OrdinalSuffix(int number);
+// "1st", "2nd", "3rd", "4th": the place of a router on the way out.
+Sentence OrdinalText(int number);
 
 // Whether a router with this address is one of a home, or one that shares a public address. Some
 // private networks do not count, since providers use them within their own: of 10.0.0.0/8 only what

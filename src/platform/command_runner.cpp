@@ -10,7 +10,7 @@
 
 namespace quayline {
 
-Task<QString> RunCommand(QString line, std::chrono::milliseconds limit) {
+Task<std::optional<int>> RunCommand(QString line, std::chrono::milliseconds limit) {
   const QStringList words = QProcess::splitCommand(line);
   // Has no owner: it may outlive the wait for it.
   auto* const process = new QProcess;
@@ -29,9 +29,9 @@ Task<QString> RunCommand(QString line, std::chrono::milliseconds limit) {
       .AtMost(limit);
   if (running != nullptr && running->error() == QProcess::FailedToStart) {
     running->deleteLater();
-    co_return QStringLiteral("Error: CreateProcess failed. ") + QString::number(running->error());
+    co_return static_cast<int>(QProcess::FailedToStart);
   }
-  co_return QString();
+  co_return std::nullopt;
 }
 
 }  // namespace quayline

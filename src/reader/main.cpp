@@ -55,7 +55,7 @@ int RunPicture() {
   }
   const QByteArray bytes = input.read(kMaxBytes);
   const auto picture = ReadPicture(bytes);
-  return picture ? Write(*picture, 0) : Write("is not a picture", kFailed);
+  return picture ? Write(*picture, 0) : Write("It is not a picture.", kFailed);
 }
 
 int RunPackage(const char* file) {

@@ -23,7 +23,7 @@ namespace {
 
 // libmdb silently cuts a value at this size.
 constexpr int kMaxValueBytes = 1 << 20;
-const QString kDamaged = QStringLiteral("is damaged");
+const QString kDamaged = QStringLiteral("Its content is damaged.");
 
 struct CloseMdb {
   void operator()(MdbHandle* handle) const { mdb_close(handle); }
@@ -121,7 +121,8 @@ std::expected<TableData, QString> ReadTable(MdbCatalogEntry* entry) {
     for (const auto& value : values) {
       row.append(QString::fromUtf8(value.data()));
       if (qstrnlen(value.data(), kMaxValueBytes) >= kMaxValueBytes - 1) {
-        return std::unexpected(QStringLiteral("holds a text of more than a million letters"));
+        return std::unexpected(
+            QStringLiteral("It contains a text of more than a million letters."));
       }
     }
     data.rows.append(row);

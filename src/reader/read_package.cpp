@@ -28,24 +28,24 @@ std::expected<PackedFile, QString> ReadFile(archive* opened, archive_entry* entr
   const char* name = archive_entry_pathname(entry);
   PackedFile file{.name = name == nullptr ? QByteArray() : QByteArray(name), .bytes = {}};
   if (!IsKnown(file.name) || archive_entry_filetype(entry) != AE_IFREG) {
-    return std::unexpected(QStringLiteral("contains other files than the databases"));
+    return std::unexpected(QStringLiteral("It contains other files than the databases."));
   }
   if (archive_entry_is_encrypted(entry) != 0) {
-    return std::unexpected(QStringLiteral("is encrypted"));
+    return std::unexpected(QStringLiteral("It is encrypted."));
   }
   while (true) {
     const qsizetype before = file.bytes.size();
     file.bytes.resize(before + static_cast<qsizetype>(kBlockBytes));
     const auto count = archive_read_data(opened, file.bytes.data() + before, kBlockBytes);
     if (count < 0) {
-      return std::unexpected(QStringLiteral("is damaged"));
+      return std::unexpected(QStringLiteral("Its content is damaged."));
     }
     file.bytes.resize(before + count);
     if (count == 0) {
       return file;
     }
     if (file.bytes.size() > kMaxPackedFileBytes) {
-      return std::unexpected(QStringLiteral("contains a file that is too large"));
+      return std::unexpected(QStringLiteral("It contains a file that is too large."));
     }
   }
 }
@@ -58,7 +58,7 @@ std::expected<QList<PackedFile>, QString> ReadPackage(const QString& path) {
   archive_read_support_format_zip_seekable(opened.get());
   if (archive_read_open_filename(opened.get(), QFile::encodeName(path).constData(), kBlockBytes) !=
       ARCHIVE_OK) {
-    return std::unexpected(QStringLiteral("is not a package of databases"));
+    return std::unexpected(QStringLiteral("It is not a package of databases."));
   }
   QList<PackedFile> files;
   while (true) {
@@ -68,8 +68,8 @@ std::expected<QList<PackedFile>, QString> ReadPackage(const QString& path) {
       break;
     }
     if (result != ARCHIVE_OK) {
-      return std::unexpected(files.isEmpty() ? QStringLiteral("is not a package of databases")
-                                             : QStringLiteral("is damaged"));
+      return std::unexpected(files.isEmpty() ? QStringLiteral("It is not a package of databases.")
+                                             : QStringLiteral("Its content is damaged."));
     }
     auto file = ReadFile(opened.get(), entry);
     if (!file) {
@@ -77,7 +77,7 @@ std::expected<QList<PackedFile>, QString> ReadPackage(const QString& path) {
     }
     if (std::ranges::any_of(files,
                             [&](const PackedFile& each) { return each.name == file->name; })) {
-      return std::unexpected(QStringLiteral("contains a file twice"));
+      return std::unexpected(QStringLiteral("It contains a file twice."));
     }
     files.append(std::move(*file));
   }

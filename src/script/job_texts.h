@@ -16,7 +16,7 @@ inline constexpr Message kAdding{"Adding", "before the name of an entry"};
 inline constexpr Message kRemoving{"Removing", "before the name of an entry"};
 inline constexpr Message kNotEnteredAgain{"Not Entered Again:", "before the name of an entry"};
 inline constexpr Message kForPorts{"For Ports"};
-inline constexpr Message kTo{"To", "between a start port and an end port"};
+inline constexpr Message kTo{"To", "after ports, before the address that they lead to"};
 inline constexpr Message kFinishedAdding{"Finished Adding"};
 inline constexpr Message kDone{"DONE! (All Commands Finished)"};
 

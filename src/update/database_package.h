@@ -20,8 +20,8 @@ struct DatabaseFolders {
 // Puts the databases of a package that the maker's server sent in place of those in the user's
 // folder, merged with them row by row: what the user changed or added stays. The package is
 // untrusted: it is unpacked by quayline-reader, and nothing in it is run. The databases are closed
-// meanwhile. On failure nothing has changed; the error is a sentence for the user.
-Task<std::expected<QList<RowChanges>, QString>> InstallPackage(QString package,
-                                                               DatabaseFolders folders);
+// meanwhile. On failure nothing has changed.
+Task<std::expected<QList<RowChanges>, QList<Sentence>>> InstallPackage(QString package,
+                                                                       DatabaseFolders folders);
 
 }  // namespace quayline

@@ -40,7 +40,7 @@ void DatabaseUpdate::Open() {
   is_closed_ = false;
   const auto opened = context_.databases.Open(context_.program_folder, context_.shipped_folder);
   if (!opened) {
-    qCWarning(log_update).noquote() << opened.error().description;
+    qCWarning(log_update).noquote() << EnglishOf(opened.error().description);
   }
 }
 
@@ -77,7 +77,7 @@ Task<> DatabaseUpdate::Run() {
   const auto changes = co_await InstallPackage(
       Package(), {.users = context_.program_folder, .shipped = context_.shipped_folder});
   if (!changes) {
-    Fail(changes.error());
+    Fail(TextOf(changes.error(), context_.translator));
     co_return;
   }
   QFile::remove(Package());

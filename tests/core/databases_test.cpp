@@ -61,7 +61,7 @@ class DatabasesTest : public ::testing::Test {
                      const QByteArray& bytes) {
     ASSERT_FALSE(opened);
     EXPECT_NE(opened.error().number, 0);
-    EXPECT_TRUE(opened.error().description.contains(Path(file)));
+    EXPECT_TRUE(EnglishOf(opened.error().description).contains(Path(file)));
     EXPECT_EQ(ReadBytes(Path(file)), bytes);
     EXPECT_FALSE(databases_.IsOpen());
     EXPECT_EQ(databases_.RouterCount(), 0);
@@ -81,7 +81,7 @@ class DatabasesTest : public ::testing::Test {
     const QString aside = Path(file) + U(".damaged");
     ASSERT_TRUE(databases_.Open(folder_.path(), has_shipped ? Shipped() : QString()));
     EXPECT_EQ(databases_.Notices().size(), 1);
-    EXPECT_TRUE(databases_.Notices().value(0).contains(Path(file)));
+    EXPECT_TRUE(EnglishOf(databases_.Notices().value(0)).contains(Path(file)));
     EXPECT_TRUE(QFileInfo::exists(aside));
     EXPECT_EQ(ReadBytes(aside), spoiled);
     const bool is_routers = Path(file) == Path("routers.mdb");
@@ -91,7 +91,7 @@ class DatabasesTest : public ::testing::Test {
         has_shipped ? 3 : 2);
     EXPECT_TRUE(databases_.AddCustomPort({}));
     EXPECT_TRUE(Open());
-    EXPECT_EQ(databases_.Notices(), QStringList()) << "the next start finds nothing amiss";
+    EXPECT_TRUE(databases_.Notices().isEmpty()) << "the next start finds nothing amiss";
     databases_.Close();
     EXPECT_TRUE(QFile::remove(aside) || QDir(aside).removeRecursively());
   }
@@ -153,7 +153,7 @@ TEST_F(DatabasesTest,
     EXPECT_EQ(Names(9), U(row.fault)) << "the file that was replaced while closed is read";
     databases_.KeepGoodCopies();
     EXPECT_TRUE(Open());
-    EXPECT_EQ(databases_.Notices(), QStringList());
+    EXPECT_TRUE(databases_.Notices().isEmpty());
     databases_.Close();
     row.spoil(Path(row.file));
     const QByteArray spoiled = ReadBytes(Path(row.file));
@@ -165,7 +165,7 @@ TEST_F(DatabasesTest,
     ASSERT_TRUE(Open());
     EXPECT_EQ(databases_.FindRouter(1), router);
     ASSERT_EQ(databases_.Notices().size(), 1);
-    EXPECT_TRUE(databases_.Notices().first().contains(Path(row.file)));
+    EXPECT_TRUE(EnglishOf(databases_.Notices().first()).contains(Path(row.file)));
     databases_.KeepGoodCopies();
     EXPECT_EQ(ReadBytes(Path(row.file)), spoiled);
     databases_.Close();
@@ -226,7 +226,7 @@ TEST_F(DatabasesTest, AFileThatAnotherProgramHoldsIsReadFromItsGoodCopy) {
   ASSERT_TRUE(query.exec(U("BEGIN EXCLUSIVE")));
   ASSERT_TRUE(Open());
   EXPECT_EQ(Names(1), U("A"));
-  EXPECT_TRUE(databases_.Notices().value(0).contains(U("in use by another program")));
+  EXPECT_TRUE(EnglishOf(databases_.Notices().value(0)).contains(U("in use by another program")));
   EXPECT_FALSE(databases_.UpdateRouterScripts(1, U("x"), U("x"))) << "the copy is only read";
 }
 
@@ -334,7 +334,7 @@ TEST_F(DatabasesTest, AJetFileIsConvertedOnceAndItsOriginalKept) {
   ASSERT_TRUE(WriteBytes(Path("routers.mdb"), JetFile()));
   for (int opening = 0; opening < 2; ++opening) {
     const auto opened = Open();
-    ASSERT_TRUE(opened) << qPrintable(opened.error().description);
+    ASSERT_TRUE(opened) << qPrintable(EnglishOf(opened.error().description));
     EXPECT_EQ(Names(1), U("Grüße Ж Harbour 20"));
     const RouterRecord long_script = *databases_.FindRouter(20);
     EXPECT_EQ(ScriptLines(long_script.routercommands).size(), 1500);

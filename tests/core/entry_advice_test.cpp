@@ -82,7 +82,6 @@ TEST(EntryFirewallTest, EntriesOfThisComputerThatAreNotLetInAreFound) {
       std::unexpected(FirewallError{FirewallFault::kFailed, FirewallKind::kUfw, {}}),
   };
   const QList<FirewallPorts> both{{80, 81, kTcpNumber}, {80, 81, kUdpNumber}};
-  const Translator translator{QString()};
   struct Case {
     const char* fault;
     QString words;
@@ -100,7 +99,7 @@ TEST(EntryFirewallTest, EntriesOfThisComputerThatAreNotLetInAreFound) {
     ASSERT_TRUE(firewall) << cases[i].fault;
     EXPECT_EQ(firewall->lets_in, cases[i].lets_in) << cases[i].fault;
     EXPECT_EQ(firewall->blocked, cases[i].blocked) << cases[i].fault;
-    EXPECT_EQ(FirewallVerdict(*firewall, translator).words, cases[i].words);
+    EXPECT_EQ(EnglishOf(FirewallVerdict(*firewall).words), cases[i].words);
     EXPECT_FALSE(FirewallOf(entry, {u"10.0.0.8"_s}, answers[i])) << "it is another computer's";
   }
   EXPECT_FALSE(FirewallOf(entry, {u"10.0.0.7"_s}, answers[3])) << "nothing is known";
@@ -108,7 +107,7 @@ TEST(EntryFirewallTest, EntriesOfThisComputerThatAreNotLetInAreFound) {
   ASSERT_TRUE(half);
   EXPECT_EQ(half->lets_in, false) << "one port of a range is shut";
   EXPECT_EQ(half->blocked, (QList<FirewallPorts>{{80, 81, kUdpNumber}}));
-  EXPECT_EQ(FirewallVerdict(*half, translator).words, u"the firewall (ufw) blocks it"_s);
+  EXPECT_EQ(EnglishOf(FirewallVerdict(*half).words), u"the firewall (ufw) blocks it"_s);
 }
 
 }  // namespace

@@ -73,9 +73,11 @@ TEST(Listening, SaysWhoWaitsForWhatTheRouterForwards) {
   const QStringList own{u"10.0.0.5"_s, u"10.0.0.6"_s};
   for (const auto& row : rows) {
     const auto listening = ListeningOf(row.entry, own, row.listeners);
-    EXPECT_EQ(listening ? ListeningText(*listening) : QString(), QLatin1String(row.text));
+    EXPECT_EQ(listening ? EnglishOf(ListeningText(*listening)) : QString(),
+              QLatin1String(row.text));
   }
-  EXPECT_EQ(ListeningText(*ListeningOf(Entry("80", "80", "TCP"), own, std::nullopt)), u"unknown"_s);
+  EXPECT_EQ(EnglishOf(ListeningText(*ListeningOf(Entry("80", "80", "TCP"), own, std::nullopt))),
+            u"unknown"_s);
 }
 
 }  // namespace

@@ -290,8 +290,8 @@ TEST(EntryLook, IsShownOnOneLineWithItsTime) {
   const Translator english{QString()};
   const QDateTime now(QDate::currentDate(), QTime(14, 5));
   const QDateTime before(QDate(2026, 1, 2), QTime(9, 0));
-  const ReachVerdict listens{true, U("sshd listens")};
-  const ReachVerdict closed{false, U("not reached")};
+  const ReachVerdict listens{true, {{"%1 listens"}, {U("sshd")}}};
+  const ReachVerdict closed{false, {{"not reached"}}};
   const struct {
     EntryLook look;
     const char* text;
@@ -305,7 +305,7 @@ TEST(EntryLook, IsShownOnOneLineWithItsTime) {
         .looked_at = now,
         .listening = listens,
         .outside = closed},
-       "Different: port, switched off, 14:05 (sshd listens, not reached)"},
+       "Different: the port, switched off, 14:05 (sshd listens, not reached)"},
       {{.listening = listens}, "sshd listens"},
   };
   for (const auto& row : rows) {

@@ -67,7 +67,7 @@ TEST_F(ProgramFolder, AFolderThatCannotBeMadeIsNamedAndAFullDiskIsInNobodysWay) 
   WriteBytes(data_, "a file where the folder should be");
   const auto no_folder = FindProgramFolder(bin_, shipped_);
   ASSERT_FALSE(no_folder);
-  EXPECT_TRUE(no_folder.error().contains(home_));
+  EXPECT_TRUE(EnglishOf(no_folder.error()).contains(home_));
   QFile::remove(data_);
   QDir().mkpath(home_);
   const auto full = testing::OnFullDisk(3, [&] { return FindProgramFolder(bin_, shipped_); });

@@ -235,29 +235,30 @@ TEST_F(RoundTripTest, WhatIsNoWholeJetFileIsNotImported) {
     QByteArray bytes;
     QString error;  // after the name of the file
   } cases[] = {
-      {"empty", "", u"is not a Jet file"_s},
-      {"another database", "SQLite format 3" + QByteArray(4096, '\0'), u"is not a Jet file"_s},
-      {"the head alone", jet.first(64), u"is damaged"_s},
-      {"cut within a page", jet.chopped(100), u"is damaged"_s},
-      {"cut at the end of a page", jet.chopped(4096), u"is damaged"_s},
+      {"empty", "", u" is not a Jet file."_s},
+      {"another database", "SQLite format 3" + QByteArray(4096, '\0'), u" is not a Jet file."_s},
+      {"the head alone", jet.first(64), u": Its content is damaged."_s},
+      {"cut within a page", jet.chopped(100), u": Its content is damaged."_s},
+      {"cut at the end of a page", jet.chopped(4096), u": Its content is damaged."_s},
       {"catalog overwritten", QByteArray(jet).replace(8192, 4096, QByteArray(4096, '\xff')),
-       u"is damaged"_s},
+       u": Its content is damaged."_s},
       {"a page of a long text lost",
-       QByteArray(jet).replace(9 * 4096, 4096, QByteArray(4096, '\0')), u"is damaged"_s},
+       QByteArray(jet).replace(9 * 4096, 4096, QByteArray(4096, '\0')),
+       u": Its content is damaged."_s},
       {"all but the head overwritten", jet.first(4096) + QByteArray(jet.size() - 4096, '\x01'),
-       u"is damaged"_s},
+       u": Its content is damaged."_s},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.name);
     ASSERT_TRUE(WriteBytes(path, each.bytes));
     const Result imported = RunCommand({u"import"_s, path, out});
     EXPECT_EQ(imported.exit_code, kExitFailed);
-    EXPECT_EQ(imported.error, path + u' ' + each.error + u".\n"_s);
+    EXPECT_EQ(imported.error, path + each.error + u'\n');
     EXPECT_EQ(QDir(folder_.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
               QStringList{u"old.mdb"_s});
   }
   EXPECT_EQ(RunCommand({u"import"_s, Path(u"none"_s), out}).error,
-            u"There is no file %1.\n"_s.arg(Path(u"none"_s)));
+            Path(u"none"_s) + u" does not exist.\n"_s);
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ TEST(ProgramTexts, EveryKindOfMessageIsFound) {
     const std::array<Message, 2> both{{{R"x(Raw "text")x"}, {"%1 (%2)"}}};
     const char c = '"'; const int big = 1'000; auto text = Message{"On the spot"};
     void Show(const Message& message) { Tell(QStringLiteral("The user reads this one.")); }
-    void Log() { qCWarning(log) << "The user never reads it"; Use("lower case", "Word"); }
+    void Log() { qCWarning(log) << "The user never reads it"; Use("%1 listens", "Word"); Query("SELECT a from b"); }
   )~"_s;
   const QStringList structs = FindMessageStructs(code);
   EXPECT_EQ(structs, QStringList(u"Row"_s));
@@ -54,7 +54,8 @@ TEST(ProgramTexts, EveryKindOfMessageIsFound) {
               ElementsAre("One text \"of\" three", "First", "Second", "In a row", "Designated",
                           "Raw \"text\"", "On the spot"));
   EXPECT_EQ(found.texts[0].note, u"a note, for translators"_s);
-  EXPECT_THAT(English(found.unreachable), ElementsAre("Third | line", "The user reads this one."));
+  EXPECT_THAT(English(found.unreachable),
+              ElementsAre("Third | line", "The user reads this one.", "%1 listens"));
   EXPECT_THAT(ReadCode(code, u"demo/a.cpp"_s, structs).unreachable, ::testing::SizeIs(1));
 }
 

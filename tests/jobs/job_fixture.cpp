@@ -54,7 +54,7 @@ JobTest::JobTest() : context_(folder_->path(), adapters_, desktop_) {
   context_.job_options.throttle = false;
   questions_.trusts = [](const ShownCertificate& shown) { return !shown.is_changed; };
   const auto opened = context_.databases.Open(folder_->path());
-  EXPECT_TRUE(opened.has_value()) << opened.error().description.toStdString();
+  EXPECT_TRUE(opened.has_value()) << EnglishOf(opened.error().description).toStdString();
 }
 
 std::map<QString, QString> JobTest::RoutersByModel() {

@@ -84,7 +84,8 @@ class PortCheckTest : public ::testing::Test {
     const quint16 port = FreePort();
     page_.while_loading = [&] { while_loading_(port); };
     PortCheck check(page_, site_);
-    QObject::connect(&check, &PortCheck::heard, [&](const QString& line) { heard_.append(line); });
+    QObject::connect(&check, &PortCheck::heard,
+                     [&](const Sentence& line) { heard_.append(EnglishOf(line)); });
     check.tests = {{.port = QString::number(port), .protocol = protocol}};
     check.Begin(u"127.0.0.1"_s);
     EXPECT_TRUE(RunUntil([&] { return !check.IsRunning(); }, 5s));

@@ -47,15 +47,18 @@ TEST(RepairCommands, FoldersTakeThePlaceOfTheMarkerAfterTheFirstQuote) {
 TEST(RepairRunTest, EveryLineRunsWithoutAShellAndASlowOneIsLeftRunning) {
   const QTemporaryDir folder;
   const QString late = folder.filePath(u"late"_s);
+  const Translator translator{QString()};
   QList<RepairStep> steps = CommandSteps(
       {u"mkdir \"%1/a  b;c\""_s.arg(folder.path()), u"/nonexistent/regsvr32 a.dll"_s, u"false"_s,
-       u"sh -c \"sleep 4; touch %1\""_s.arg(late), u"mkdir %1/end"_s.arg(folder.path())});
+       u"sh -c \"sleep 4; touch %1\""_s.arg(late), u"mkdir %1/end"_s.arg(folder.path())},
+      translator);
   RepairRun run;
   QStringList lines;
   QStringList errors;
   int failed = -1;
-  QObject::connect(&run, &RepairRun::stepStarted, &run,
-                   [&](int, const QString& line) { lines.append(line.section(u' ', 0, 0)); });
+  QObject::connect(&run, &RepairRun::stepStarted, &run, [&](int step) {
+    lines.append(EnglishOf(steps[step].line).section(u' ', 0, 0));
+  });
   QObject::connect(&run, &RepairRun::stepEnded, &run,
                    [&](int, const RepairResult& result) { errors.append(result.words); });
   QObject::connect(&run, &RepairRun::ended, &run, [&](int count) { failed = count; });

@@ -49,10 +49,10 @@ TEST(SecondRouterTest, HomeAddressesAreCountedAndTheOutsideAddressDecides) {
     EXPECT_EQ(count.Shown(), QLatin1String(c.shown)) << c.addresses;
     EXPECT_EQ(count.HasSecondRouter(), c.count > 1 && c.count < 6) << c.addresses;
   }
-  EXPECT_EQ(OrdinalSuffix(2), u"nd"_s);
-  EXPECT_EQ(OrdinalSuffix(11), u"th"_s);
-  EXPECT_EQ(OrdinalSuffix(23), u"rd"_s);
-  EXPECT_EQ(OrdinalSuffix(101), u"th"_s);
+  for (const auto& [number, text] :
+       {std::pair(2, "2nd"), {11, "11th"}, {21, "21st"}, {23, "23rd"}, {101, "101th"}}) {
+    EXPECT_EQ(EnglishOf(OrdinalText(number)), QLatin1String(text));
+  }
 }
 
 class SecondRouterChainTest : public ::testing::Test {

@@ -115,7 +115,7 @@ TEST_F(EntryStatesTest, ARowIsSpokenWhole) {
   result.differs = {RuleField::kPort, RuleField::kDisabled};
   model_.SetResults({result}, 1);
   EXPECT_EQ(model_.index(0, 0).data(Qt::AccessibleTextRole).toString(),
-            u"Web: Different: port, switched off. the row. Please correct this rule on your "
+            u"Web: Different: the port, switched off. the row. Please correct this rule on your "
             "router's page, or remove it there and try again."_s);
 }
 

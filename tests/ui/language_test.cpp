@@ -10,6 +10,7 @@
 #include <QTreeView>
 
 #include "main_fixture.h"
+#include "ui/toolkit/access_keys.h"
 #include "ui/toolkit/window_language.h"
 
 namespace quayline::testing {
@@ -31,6 +32,10 @@ class LanguageTest : public MainWindowTest {
     QApplication::setLayoutDirection(Qt::LeftToRight);
   }
 
+  // Without the access key, which the program chooses where the file has none.
+  std::string Caption(const char* button) const {
+    return QString::fromStdString(TextOf(button)).remove(u'&').toStdString();
+  }
   std::string Header(int column) const {
     return Find<QTreeView>("port_list_view")
         ->model()
@@ -63,7 +68,7 @@ TEST_F(LanguageTest, TheMainWindowFollowsTheLanguageAndComesBackToEnglish) {
     const auto text = [german](const char* own, const char* english) {
       return std::string(german ? own : english);
     };
-    EXPECT_EQ(TextOf("update_button"), text("Router einrichten", "&Update Router"));
+    EXPECT_EQ(Caption("update_button"), text("Router einrichten", "Update Router"));
     EXPECT_EQ(Find<QMenu>("file_menu")->title().toStdString(), text("&Datei", "&File"));
     EXPECT_EQ(Find<QAction>("exit_action")->text().toStdString(), text("Beenden", "Exit Program"));
     EXPECT_EQ(Find("port_list_view")->toolTip().toStdString(),
@@ -94,14 +99,44 @@ TEST_F(LanguageTest, TheMainWindowFollowsTheLanguageAndComesBackToEnglish) {
   ExpectStored({{setting::kLanguage, "German | Deutsch"}});
 }
 
+// The third caption has one letter, which the first one gives up; the fourth has its key in
+// brackets.
+TEST_F(LanguageTest, EachCaptionOfAWindowHasAnAccessKeyOfItsOwn) {
+  WriteLanguage(u"German"_s, {u"\"&One\"|\"&Ab\""_s, u"\"&Two\"|\"&Ac\""_s, u"\"&Three\"|\"A\""_s,
+                              u"\"&Four\"|\"文(&A)\""_s, u"\"Five\"|\"Fünf\""_s});
+  Translator translator(folder_.dir.path());
+  translator.SetLanguage(u"German"_s);
+  QWidget window;
+  QList<QPushButton*> buttons;
+  for (const char* english : {"&One", "&Two", "&Three", "&Four", "Five"}) {
+    buttons.append(new QPushButton(translator.Text(QString::fromLatin1(english)), &window));
+  }
+  buttons.append(new QPushButton(u"&Fritz"_s, &window));  // typed by the user
+  const auto captions = [&] {
+    QStringList texts;
+    for (const QPushButton* button : std::as_const(buttons)) {
+      texts.append(button->text());
+    }
+    return texts.join(u' ').toStdString();
+  };
+  for (int time = 0; time < 2; ++time) {
+    SettleAccessKeys(window, translator);
+    EXPECT_EQ(captions(), "A&b A&c &A 文(&O) Fünf &Fritz");
+  }
+  translator.SetLanguage(u"English"_s);
+  ApplyLanguage(window, translator);
+  SettleAccessKeys(window, translator);
+  EXPECT_EQ(captions(), "&One &Two &Three &Four Five &Fritz");
+}
+
 TEST_F(LanguageTest, ALanguageFromRightToLeftTurnsTheWindowsRound) {
   WriteLanguage(u"Arabic"_s, {u"\"Update Router\"|\"تحديث الموجه\""_s});
   Start("");
   EXPECT_EQ(main_->layoutDirection(), Qt::LeftToRight);
   Choose("language_box", 2);
   EXPECT_EQ(main_->layoutDirection(), Qt::RightToLeft);
-  EXPECT_EQ(TextOf("update_button"), "تحديث الموجه");
-  EXPECT_EQ(TextOf("check_button"), "Chec&k Router");
+  EXPECT_EQ(Caption("update_button"), "تحديث الموجه");
+  EXPECT_EQ(Caption("check_button"), "Check Router");
   Choose("language_box", 0);
   EXPECT_EQ(main_->layoutDirection(), Qt::LeftToRight);
 }
@@ -132,8 +167,9 @@ TEST_F(LanguageTest, TheDesktopsLanguageIsOfferedOnceInItsOwnWords) {
     Show();
     AwaitReady();
     EXPECT_EQ(prompts_.shown, row.asked) << row.desktop;
-    ExpectTexts({{"language_box", row.language},
-                 {"update_button", *row.language == 'G' ? "Router einrichten" : "&Update Router"}});
+    EXPECT_EQ(TextOf("language_box"), row.language);
+    EXPECT_EQ(Caption("update_button"),
+              *row.language == 'G' ? "Router einrichten" : "Update Router");
     // Asked once: the answer is stored.
     EXPECT_EQ(context_->settings.IsSet(setting::kLanguage),
               !row.asked.empty() || *row.settings != '\0');

@@ -285,7 +285,8 @@ TEST_F(RunWindowTest, WhatElseIsKnownOfTheEntriesIsShownOnceItIsKnown) {
   EXPECT_TRUE(view->isColumnHidden(EntryStates::kListening));
   EXPECT_TRUE(view->isColumnHidden(EntryStates::kOutside));
   context_->port_list.NoteLooks(
-      {{context_->port_list.Entries()[1], {.listening = ReachVerdict{true, u"sshd listens"_s}}}});
+      {{context_->port_list.Entries()[1],
+        {.listening = ReachVerdict{true, {{"%1 listens"}, {u"sshd"_s}}}}}});
   EXPECT_FALSE(view->isColumnHidden(EntryStates::kListening));
   EXPECT_TRUE(view->isColumnHidden(EntryStates::kOutside));
   EXPECT_EQ(view->model()->index(1, EntryStates::kListening).data(), u"sshd listens"_s);

@@ -65,7 +65,7 @@ class DatabasePackage : public ::testing::Test {
     QString error = u"never ended"_s;
     const auto install = [&]() -> Task<> {
       const auto result = co_await InstallPackage(path, {users_, shipped_});
-      error = result ? QString() : result.error();
+      error = result ? QString() : EnglishOf(result.error());
       changes_ = result.value_or(QList<RowChanges>());
     };
     EXPECT_TRUE(testing::RunTask(install(), 60s));

@@ -4,6 +4,7 @@
 #include "ui/entries/program_page.h"
 
 #include <QAbstractItemView>
+#include <QEvent>
 #include <QLineEdit>
 #include <QLocale>
 
@@ -102,8 +103,8 @@ Task<> ProgramPage::LoadPrograms() {
   co_await programs_->Load();
   ui_->loading_area->hide();
   ui_->program_box->setEnabled(true);
-  program_note_->SetHint(Text(message::kProgramsLoaded) +
-                         InBrackets(QLocale(QLocale::English).toString(ui_->program_box->count())));
+  is_loaded_ = true;
+  ShowCounts();
   if (isVisible()) {
     ui_->program_box->setFocus();
   }
@@ -148,9 +149,26 @@ void ProgramPage::ForgetProgram() {
 }
 
 void ProgramPage::ShowEntriesRequired(int entries) {
-  ui_->entries_required_label->setText(Text(message::kEntriesRequired) +
-                                       InBrackets(QString::number(entries)));
+  entries_required_ = entries;
+  ShowCounts();
   Q_EMIT programChanged();
+}
+
+void ProgramPage::ShowCounts() {
+  ui_->entries_required_label->setText(Text(message::kEntriesRequired) +
+                                       InBrackets(QString::number(entries_required_)));
+  if (is_loaded_) {
+    program_note_->SetHint(
+        Text(message::kProgramsLoaded) +
+        InBrackets(QLocale(QLocale::English).toString(ui_->program_box->count())));
+  }
+}
+
+void ProgramPage::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    ShowCounts();
+  }
 }
 
 void ProgramPage::Discover(const QString& program) {

@@ -45,8 +45,12 @@ class ProgramPage final : public QWidget {
   // Another program is shown, or none.
   void programChanged();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void ConnectPrograms();
+  void ShowCounts();
   Task<> LoadPrograms();
   // Moves the programs that have settings on this computer to the top of their list.
   Task<> ListInstalled();
@@ -66,7 +70,9 @@ class ProgramPage final : public QWidget {
   FieldNote* program_note_ = nullptr;
   FieldNote* address_note_ = nullptr;
   std::optional<AppPortRecord> program_;  // what Add() adds
-  QTimer loading_timer_;                  // lets the window appear before its programs
+  int entries_required_ = 0;
+  bool is_loaded_ = false;  // the list of programs
+  QTimer loading_timer_;    // lets the window appear before its programs
   Flow loading_;
 };
 

@@ -181,14 +181,14 @@ QString EntryStates::CellText(int row, int column) const {
 QString EntryStates::ReachText(int row, Column column) const {
   const EntryLook look = looks_.value(row);
   if (column == kOutside) {
-    return look.outside ? look.outside->words : QString();
+    return look.outside ? TextOf(look.outside->words, translator_) : QString();
   }
   QStringList words;
   if (look.listening) {
-    words.append(look.listening->words);
+    words.append(TextOf(look.listening->words, translator_));
   }
   if (look.firewall && look.firewall->works != true) {
-    words.append(look.firewall->words);
+    words.append(TextOf(look.firewall->words, translator_));
   }
   return words.join(QStringLiteral(", "));
 }

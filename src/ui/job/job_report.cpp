@@ -7,10 +7,20 @@
 #include <QSysInfo>
 
 #include "core/private_text.h"
+#include "i18n/sentence.h"
 
 namespace quayline {
 
 namespace {
+
+constexpr Message kHeading{"Report of a Quayline job"};
+constexpr Message kRouterLine{"Router: %1, %2", "in a report: a name, and http:// or https://"};
+constexpr Message kOutcomeLine{"Outcome: %1", "in a report"};
+constexpr Message kEntryLine{"%1: %2 %3-%4 to %5", "a name, TCP, two ports, an address"};
+constexpr Message kEntries{"Entries", "a heading of a report"};
+constexpr Message kLog{"Log", "a heading of a report"};
+constexpr Message kBrowserStatus{"Browser status", "a heading of a report"};
+constexpr Message kPageErrors{"Page errors", "a heading of a report"};
 
 // A part with a heading; line ends become those of the file.
 QString Part(const QString& heading, QString text) {
@@ -19,11 +29,12 @@ QString Part(const QString& heading, QString text) {
       .arg(heading, QString(heading.size(), QLatin1Char('-')), text.trimmed());
 }
 
-QString EntryLines(const JobReport::Entry& reported) {
+QString EntryLines(const JobReport::Entry& reported, const Translator& translator) {
   const PortEntry& entry = reported.entry;
-  QString lines = QStringLiteral("%1: %2 %3-%4 to %5\n    %6\n")
-                      .arg(entry.app_name, entry.protocol, entry.start_port, entry.end_port,
-                           entry.forwarded_to, reported.state);
+  const Sentence line{
+      kEntryLine,
+      {entry.app_name, entry.protocol, entry.start_port, entry.end_port, entry.forwarded_to}};
+  QString lines = QStringLiteral("%1\n    %2\n").arg(TextOf(line, translator), reported.state);
   if (!reported.reason.isEmpty()) {
     lines += QStringLiteral("    %1\n").arg(reported.reason);
   }
@@ -32,22 +43,22 @@ QString EntryLines(const JobReport::Entry& reported) {
 
 }  // namespace
 
-// In English, whatever the language of the windows: those who help are not the user.
-QString ReportText(const JobReport& report, const QList<Login>& logins) {
-  QString text = QStringLiteral("Report of a Quayline job\n\n");
+QString ReportText(const JobReport& report, const QList<Login>& logins,
+                   const Translator& translator) {
+  QString text = translator.Text(kHeading) + QStringLiteral("\n\n");
   text += QStringLiteral("Quayline %1, Qt %2, %3, %4\n")
               .arg(QCoreApplication::applicationVersion(), QString::fromLatin1(qVersion()),
                    report.engine, QSysInfo::prettyProductName());
-  text += QStringLiteral("Router: %1, %2\n").arg(report.router_name, report.http_type);
-  text += QStringLiteral("Outcome: %1\n").arg(report.outcome);
+  text += TextOf(Sentence{kRouterLine, {report.router_name, report.http_type}}, translator) +
+          u'\n' + TextOf(Sentence{kOutcomeLine, {report.outcome}}, translator) + u'\n';
   QString entries;
   for (const JobReport::Entry& entry : report.entries) {
-    entries += EntryLines(entry);
+    entries += EntryLines(entry, translator);
   }
-  text += Part(QStringLiteral("Entries"), entries);
-  text += Part(QStringLiteral("Log"), report.log);
-  text += Part(QStringLiteral("Browser status"), report.states);
-  text += Part(QStringLiteral("Page errors"), report.errors);
+  text += Part(translator.Text(kEntries), entries);
+  text += Part(translator.Text(kLog), report.log);
+  text += Part(translator.Text(kBrowserStatus), report.states);
+  text += Part(translator.Text(kPageErrors), report.errors);
   return WithoutLogins(WithoutOutsideAddresses(WithoutHost(text, report.router_host)), logins);
 }
 

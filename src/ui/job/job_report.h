@@ -7,6 +7,7 @@
 
 #include "core/entry_result.h"
 #include "core/router_session.h"
+#include "i18n/translator.h"
 
 namespace quayline {
 
@@ -30,6 +31,7 @@ struct JobReport {
 
 // The report as a file for people who help. None of `logins` is in it, however a page writes it, no
 // address of the internet, and not the router's own one.
-QString ReportText(const JobReport& report, const QList<Login>& logins);
+QString ReportText(const JobReport& report, const QList<Login>& logins,
+                   const Translator& translator);
 
 }  // namespace quayline

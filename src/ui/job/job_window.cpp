@@ -246,9 +246,8 @@ Task<> JobWindow::LookAtFirewall() {
 }
 
 void JobWindow::ShowFirewall(const FirewallAnswer& answer) {
-  const FirewallLooks looks =
-      FirewallLooksOf(context_.port_list.SeenOf(entry_states_.Entries()),
-                      context_.adapters.AddressTable(), answer, context_.translator);
+  const FirewallLooks looks = FirewallLooksOf(context_.port_list.SeenOf(entry_states_.Entries()),
+                                              context_.adapters.AddressTable(), answer);
   context_.port_list.NoteLooks(looks.seen);
   ShowLooks();
   blocked_ = looks.blocked;
@@ -323,7 +322,7 @@ QString JobWindow::Report() const {
                            .state = text(EntryStates::kState),
                            .reason = text(EntryStates::kReason)});
   }
-  return ReportText(report, logins_ + questions_.TypedLogins());
+  return ReportText(report, logins_ + questions_.TypedLogins(), context_.translator);
 }
 
 bool JobWindow::CanGoOn() {

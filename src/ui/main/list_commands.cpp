@@ -17,10 +17,10 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_list, "quayline.ui.list")
 
-QString FileFilter() { return QStringLiteral("Quayline File (*.qyl);;All Files (*)"); }
-
-FileQuestion QuestionOf(const QString& title) {
-  return {.title = title, .filter = FileFilter(), .default_suffix = QStringLiteral("qyl")};
+FileQuestion ListQuestion(const Translator& translator) {
+  return {.title = translator.Text(message::kSelectFile),
+          .filter = translator.Text(message::kListFilter),
+          .default_suffix = QStringLiteral("qyl")};
 }
 
 const Message& WhyNot(ListFileError error) {
@@ -117,8 +117,7 @@ void ListCommands::SaveAs() {
     prompts_.Tell(window_, Text(message::kNothingToSave));
     return;
   }
-  // This title stays English, unlike that of the open dialog.
-  prompts_.AskSaveFile(window_, QuestionOf(QStringLiteral("Select a file")),
+  prompts_.AskSaveFile(window_, ListQuestion(context_.translator),
                        [this](const QString& file) { SaveFile(file); });
 }
 
@@ -132,7 +131,7 @@ void ListCommands::SaveFile(const QString& file) {
 }
 
 void ListCommands::Open() {
-  prompts_.AskOpenFile(window_, QuestionOf(Text(message::kSelectFile)),
+  prompts_.AskOpenFile(window_, ListQuestion(context_.translator),
                        [this](const QString& file) { OpenFile(file); });
 }
 

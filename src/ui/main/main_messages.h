@@ -15,6 +15,7 @@ inline constexpr Message kHeaderEndPort{"End Port"};
 inline constexpr Message kHeaderOnRouter{"On Router"};
 inline constexpr Message kHeaderDescription{"Description"};
 inline constexpr Message kMaxEntries{"Max Router Can Hold:"};
+inline constexpr Message kNoMaxEntries{"NA", "not available: how many entries the router can hold"};
 inline constexpr Message kChooseRouter{"(((Please Choose A Router)))"};
 inline constexpr Message kDeleteEntry{"Are You Sure You Want To Delete This Entry?"};
 inline constexpr Message kConfirmDelete{"Confirm Delete:"};
@@ -24,11 +25,15 @@ inline constexpr Message kThrottleHelp2{
     "If ports are missing on your router after an update, turn it on and update again."};
 inline constexpr Message kThrottleHelp3{"Without it an update takes less time."};
 inline constexpr Message kLocalIp{"(Current Local IP):"};
+inline constexpr Message kCannotStart{
+    "ERROR: %1\n%2\n\nLooks like the program had trouble getting started!\n"
+    "Please check for help or report this error at %3\n\nThe Program Will Now Close."};
 inline constexpr Message kStartAgainTitle{"Start again?"};
 inline constexpr Message kStartAgainQuestion{
     "A job is running. Stop it and start again with the first entry?"};
 inline constexpr Message kNothingToSave{"The list is empty, there is nothing to save."};
 inline constexpr Message kSelectFile{"Select a file"};
+inline constexpr Message kListFilter{"Quayline File (*.qyl);;All Files (*)"};
 inline constexpr Message kLoginHelp1{
     "Enter the user name and the password with which you log in to your router's own pages."};
 inline constexpr Message kLoginHelp2{

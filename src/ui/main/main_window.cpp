@@ -123,6 +123,16 @@ void MainWindow::OfferDesktopLanguage() {
 }
 
 // Not before the window can be seen: a write of the first half of the start may have failed.
+void MainWindow::ReportReplacedDatabases() {
+  QStringList notices;
+  for (const Notice& notice : context_.databases.Notices()) {
+    notices.append(TextOf(notice, context_.translator));
+  }
+  if (!notices.isEmpty()) {
+    prompts_.Notify(this, notices.join(QStringLiteral("\n\n")));
+  }
+}
+
 void MainWindow::ReportFailedWrites() {
   const auto report = [this] { prompts_.Tell(this, Text(message::kCannotKeepSettings)); };
   if (!context_.settings.StorePending()) {
@@ -336,9 +346,7 @@ void MainWindow::ConnectStartUp() {
   connect(&start_up_, &StartUp::finished, this, [this] {
     SetInputsEnabled(true);
     router_panel_->FocusRouter();
-    if (const QStringList& notices = context_.databases.Notices(); !notices.isEmpty()) {
-      prompts_.Notify(this, notices.join(QStringLiteral("\n\n")));
-    }
+    ReportReplacedDatabases();
     if (router_panel_->IsAtPlaceholder()) {
       detector_->DetectSilently();
     }

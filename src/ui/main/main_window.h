@@ -84,6 +84,7 @@ class MainWindow final : public QMainWindow {
   void OfferDesktopLanguage();
   void UseLanguage(const QString& choice);
   void ReportFailedWrites();
+  void ReportReplacedDatabases();
 
   void ChooseRouter(int id);
   void ShowSession();

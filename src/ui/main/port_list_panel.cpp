@@ -120,9 +120,9 @@ void PortListPanel::AddListAction(QAction* action, const QList<QKeySequence>& ke
 
 void PortListPanel::ShowMaxEntries() {
   const QString& entries = context_.session.max_entries;
-  ui_->max_entries_label->setText(
-      QStringLiteral("%1 (%2)").arg(context_.translator.Text(message::kMaxEntries),
-                                    entries.isEmpty() ? QStringLiteral("NA") : entries));
+  ui_->max_entries_label->setText(QStringLiteral("%1 (%2)").arg(
+      context_.translator.Text(message::kMaxEntries),
+      entries.isEmpty() ? context_.translator.Text(message::kNoMaxEntries) : entries));
 }
 
 void PortListPanel::SelectRow(int row) {

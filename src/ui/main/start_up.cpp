@@ -35,12 +35,11 @@ std::expected<void, QString> StartUp::Prepare() {
   context_.job_options.throttle = context_.settings.Boolean(setting::kScriptThrottle);
   if (const auto opened = context_.databases.Open(context_.program_folder, context_.shipped_folder);
       !opened) {
-    return std::unexpected(
-        QStringLiteral("ERROR: %1\n%2\n\nLooks like the program had trouble getting started!\n"
-                       "Please check for help or report this error at %3\n\n"
-                       "The Program Will Now Close.")
-            .arg(QString::number(opened.error().number), opened.error().description,
-                 context_.maker_site.Forums().toString()));
+    return std::unexpected(TextOf(Sentence{message::kCannotStart,
+                                           {QString::number(opened.error().number),
+                                            TextOf(opened.error().description, context_.translator),
+                                            context_.maker_site.Forums().toString()}},
+                                  context_.translator));
   }
   return {};
 }

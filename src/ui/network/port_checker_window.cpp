@@ -93,8 +93,9 @@ void PortCheckerWindow::ConnectCheck() {
   connect(check_.get(), &PortCheck::changed, this, &PortCheckerWindow::OnChanged);
   connect(check_.get(), &PortCheck::waitingForResult, this,
           [this] { AddLine(*ui_->status_edit, Text(message::kWaitingForResults)); });
-  connect(check_.get(), &PortCheck::heard, this,
-          [this](const QString& line) { ui_->arrivals_edit->appendPlainText(line); });
+  connect(check_.get(), &PortCheck::heard, this, [this](const Sentence& line) {
+    ui_->arrivals_edit->appendPlainText(TextOf(line, context_.translator));
+  });
   connect(check_.get(), &PortCheck::ended, this, [this] {
     ui_->working_label->setText(Text(message::kCheckDone));
     SetWorking(false);
@@ -250,11 +251,11 @@ ReachVerdict PortCheckerWindow::VerdictOf(const PortEntry& entry, const PortTest
   const bool is_open = test.state == PortTestState::kOpen;
   const QString protocol = ProtocolName(test.protocol);
   if (entry.start_port == entry.end_port && entry.protocol.toUpper() == protocol) {
-    return {.works = is_open, .words = Text(is_open ? message::kReached : message::kNotReached)};
+    return {.works = is_open, .words = {is_open ? message::kReached : message::kNotReached}};
   }
   const Message& words = is_open ? message::kPartReached : message::kPartNotReached;
   return {.works = is_open ? std::nullopt : std::optional(false),
-          .words = Text(words).arg(protocol + QLatin1Char(' ') + test.port)};
+          .words = {words, {protocol + QLatin1Char(' ') + test.port}}};
 }
 
 Task<> PortCheckerWindow::LookAtFirewall() {
@@ -262,7 +263,7 @@ Task<> PortCheckerWindow::LookAtFirewall() {
     const FirewallAnswer answer = co_await context_.firewall->Look(Firewall::Asking::kNever);
     context_.port_list.NoteLooks(
         FirewallLooksOf(context_.port_list.SeenOf(context_.port_list.Entries()),
-                        context_.adapters.AddressTable(), answer, context_.translator)
+                        context_.adapters.AddressTable(), answer)
             .seen);
   }
   Advise();

@@ -3,6 +3,7 @@
 
 #include "ui/network/repair_dialog.h"
 
+#include <QEvent>
 #include <QStandardItemModel>
 
 #include "ui/network/repair_texts.h"
@@ -19,18 +20,13 @@ RepairDialog::RepairDialog(RepairPlan plan, const Translator& translator, QWidge
       rows_(new QStandardItemModel(this)) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  setWindowTitle(plan_.title);
   OpenOver(*this, {600, 420});
-  ui_->explanation_label->setText(plan_.explanation);
-  ui_->note_label->setText(plan_.note);
-  ui_->note_label->setVisible(!plan_.note.isEmpty());
-  ui_->state_label->setText(plan_.doing + QLatin1Char(' '));
-  rows_->setHorizontalHeaderLabels({Text(message::kStepColumn), Text(message::kResultColumn)});
+  ui_->note_label->setVisible(plan_.note.has_value());
   ui_->steps_view->setModel(rows_);
-  for (const RepairStep& step : plan_.steps) {
-    rows_->appendRow({new QStandardItem(step.line), new QStandardItem});
+  for (int step = 0; step < plan_.steps.size(); ++step) {
+    rows_->appendRow({new QStandardItem, new QStandardItem});
   }
-  ui_->steps_view->SizeColumns();
+  ShowTexts();
   connect(&run_, &RepairRun::stepStarted, this, &RepairDialog::ShowStep);
   connect(&run_, &RepairRun::stepEnded, this, &RepairDialog::ShowResult);
   connect(&run_, &RepairRun::ended, this, &RepairDialog::ShowEnd);
@@ -45,7 +41,40 @@ RepairDialog::~RepairDialog() {
   }
 }
 
+void RepairDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    ShowTexts();
+  }
+}
+
+void RepairDialog::ShowTexts() {
+  setWindowTitle(Text(plan_.title));
+  ui_->explanation_label->setText(Text(plan_.explanation));
+  ui_->note_label->setText(plan_.note ? TextOf(*plan_.note, translator_) : QString());
+  rows_->setHorizontalHeaderLabels({Text(message::kStepColumn), Text(message::kResultColumn)});
+  for (int step = 0; step < plan_.steps.size(); ++step) {
+    rows_->item(step, 0)->setText(TextOf(plan_.steps[step].line, translator_));
+  }
+  ui_->steps_view->SizeColumns();
+  ShowState();
+}
+
+void RepairDialog::ShowState() {
+  if (failed_steps_.value_or(0) > 0 && plan_.failed) {
+    const Sentence end{*plan_.failed,
+                       {QString::number(*failed_steps_), QString::number(plan_.steps.size())}};
+    ui_->state_label->setText(TextOf(end, translator_));
+  } else if (failed_steps_) {
+    ui_->state_label->setText(Text(plan_.done));
+  } else {
+    const QString line = step_ < 0 ? QString() : TextOf(plan_.steps[step_].line, translator_);
+    ui_->state_label->setText(Text(plan_.doing) + QLatin1Char(' ') + line);
+  }
+}
+
 void RepairDialog::Begin() {
+  failed_steps_.reset();
   for (int row = 0; row < rows_->rowCount(); ++row) {
     rows_->item(row, 1)->setText(QString());
   }
@@ -55,8 +84,9 @@ void RepairDialog::Begin() {
   run_.Start(plan_.steps);
 }
 
-void RepairDialog::ShowStep(int step, const QString& line) {
-  ui_->state_label->setText(plan_.doing + QLatin1Char(' ') + line);
+void RepairDialog::ShowStep(int step) {
+  step_ = step;
+  ShowState();
   ui_->steps_view->scrollTo(rows_->index(step, 0));
 }
 
@@ -68,10 +98,8 @@ void RepairDialog::ShowResult(int step, const RepairResult& result) {
 }
 
 void RepairDialog::ShowEnd(int failed) {
-  ui_->state_label->setText(
-      failed == 0 || plan_.failed.isEmpty()
-          ? plan_.done
-          : plan_.failed.arg(QString::number(failed), QString::number(plan_.steps.size())));
+  failed_steps_ = failed;
+  ShowState();
   ui_->repair_button->setEnabled(true);
   ui_->repair_button->setFocus();
 }

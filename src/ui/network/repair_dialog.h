@@ -5,6 +5,7 @@
 #include <QDialog>
 
 #include <memory>
+#include <optional>
 
 #include "i18n/translator.h"
 #include "net/repair_run.h"
@@ -19,14 +20,14 @@ namespace quayline {
 
 // What a repair window repairs, and with which steps.
 struct RepairPlan {
-  QString title;
-  QString explanation;
-  QString note;  // empty: none
+  Message title;
+  Message explanation;
+  std::optional<Sentence> note = {};
   QList<RepairStep> steps;
-  QString doing;                 // before the line of each step
-  QString done;                  // at the end
-  QString failed;                // at the end, if steps failed; "%1" of "%2". Empty: as `done`
-  std::function<void()> closed;  // the window is closed, maybe after any step; may be empty
+  Message doing;                       // before the line of each step
+  Message done;                        // at the end
+  std::optional<Message> failed = {};  // at the end, if steps failed; "%1" of "%2"
+  std::function<void()> closed;        // the window is closed, maybe after any step; may be empty
 };
 
 // Does the steps of a repair, each shown with its result, as often as the button is pressed.
@@ -39,9 +40,14 @@ class RepairDialog final : public QDialog {
   RepairDialog(RepairPlan plan, const Translator& translator, QWidget* parent);
   ~RepairDialog() override;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void ShowTexts();
+  void ShowState();
   void Begin();
-  void ShowStep(int step, const QString& line);
+  void ShowStep(int step);
   void ShowResult(int step, const RepairResult& result);
   void ShowEnd(int failed);
   QString Text(const Message& message) const { return translator_.Text(message); }
@@ -49,6 +55,8 @@ class RepairDialog final : public QDialog {
   const RepairPlan plan_;
   const Translator& translator_;
   RepairRun run_;
+  int step_ = -1;                    // that is done; -1 before the first
+  std::optional<int> failed_steps_;  // of a repair that has ended
   std::unique_ptr<Ui::RepairDialog> ui_;
   QStandardItemModel* rows_;
 };

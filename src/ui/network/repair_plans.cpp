@@ -40,22 +40,22 @@ RepairPlan RegisterPlan(const Translator& translator, const Message& title,
   for (const QString& command : commands) {
     lines.append(WithCommonFolders(command, folders));
   }
-  return {.title = translator.Text(title),
-          .explanation = translator.Text(explanation),
-          .steps = CommandSteps(lines),
-          .doing = translator.Text(message::kRegistering),
-          .done = translator.Text(message::kRegisteringDone)};
+  return {.title = title,
+          .explanation = explanation,
+          .steps = CommandSteps(lines, translator),
+          .doing = message::kRegistering,
+          .done = message::kRegisteringDone};
 }
 
-RepairPlan PlanHere(const Translator& translator, const Message& title, const Message& explanation,
-                    const char* other, QList<RepairStep> steps) {
-  return {.title = translator.Text(title),
-          .explanation = translator.Text(explanation),
-          .note = translator.Text(message::kOtherSystem).arg(QLatin1String(other)),
+RepairPlan PlanHere(const Message& title, const Message& explanation, const char* other,
+                    QList<RepairStep> steps) {
+  return {.title = title,
+          .explanation = explanation,
+          .note = Sentence{message::kOtherSystem, {QLatin1String(other)}},
           .steps = std::move(steps),
-          .doing = translator.Text(message::kRepairing),
-          .done = translator.Text(message::kRepairingDone),
-          .failed = translator.Text(message::kRepairFailed)};
+          .doing = message::kRepairing,
+          .done = message::kRepairingDone,
+          .failed = message::kRepairFailed};
 }
 
 bool IsUnreadable(const AppContext& context, const QString& file) {
@@ -76,7 +76,8 @@ RepairResult Reopen(AppContext& context) {
   if (opened) {
     context.databases.KeepGoodCopies();
   }
-  return {.is_good = opened.has_value(), .words = opened ? QString() : opened.error().description};
+  return {.is_good = opened.has_value(),
+          .words = opened ? QString() : TextOf(opened.error().description, context.translator)};
 }
 
 RepairResult Rebuild(AppContext& context, const QString& file) {
@@ -101,17 +102,17 @@ RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool 
                         BrowserRepairCommands());
   }
   QList<RepairStep> steps;
-  steps.append({translator.Text(message::kClearCacheStep),
-                [clear = tools.clear_cache] { return AsResult(clear(), {}); }});
-  steps.append({translator.Text(message::kRemoveProfileStep),
+  steps.append(
+      {{message::kClearCacheStep}, [clear = tools.clear_cache] { return AsResult(clear(), {}); }});
+  steps.append({{message::kRemoveProfileStep},
                 [remove = tools.remove_files] { return AtOnce({.is_good = remove()}); }});
   steps.append(
-      {translator.Text(message::kNewProfileStep),
+      {{message::kNewProfileStep},
        [start = tools.try_new_browser, failure = translator.Text(message::kNewProfileFailed)] {
          return AsResult(start(), failure);
        }});
-  return PlanHere(translator, message::kRepairBrowserTitle, message::kRepairBrowserHere,
-                  "Internet Explorer", std::move(steps));
+  return PlanHere(message::kRepairBrowserTitle, message::kRepairBrowserHere, "Internet Explorer",
+                  std::move(steps));
 }
 
 RepairPlan DatabaseRepair(AppContext& context, bool has_regsvr32) {
@@ -123,19 +124,18 @@ RepairPlan DatabaseRepair(AppContext& context, bool has_regsvr32) {
   QList<RepairStep> steps;
   for (const QString& file : DatabaseFiles()) {
     // What is damaged is no failure yet: the next step repairs it.
-    steps.append({translator.Text(message::kCheckStep).arg(file), [&context, file] {
+    steps.append({{message::kCheckStep, {file}}, [&context, file] {
                     RepairResult result =
                         ResultOf(CheckDatabase(context.program_folder, file), context.translator);
                     result.is_good = true;
                     return AtOnce(result);
                   }});
-    steps.append({translator.Text(message::kRebuildStep).arg(file),
+    steps.append({{message::kRebuildStep, {file}},
                   [&context, file] { return AtOnce(Rebuild(context, file)); }});
   }
-  steps.append(
-      {translator.Text(message::kReopenStep), [&context] { return AtOnce(Reopen(context)); }});
-  RepairPlan plan = PlanHere(translator, message::kRepairDatabasesTitle,
-                             message::kRepairDatabasesHere, "MDAC & MS Jet", std::move(steps));
+  steps.append({{message::kReopenStep}, [&context] { return AtOnce(Reopen(context)); }});
+  RepairPlan plan = PlanHere(message::kRepairDatabasesTitle, message::kRepairDatabasesHere,
+                             "MDAC & MS Jet", std::move(steps));
   plan.closed = [&context] {
     if (!context.databases.IsOpen()) {
       Reopen(context);

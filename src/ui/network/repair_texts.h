@@ -13,7 +13,7 @@ inline constexpr Message kRegisterDatabasesTitle{"Repair MDAC & MS Jet"};
 inline constexpr Message kRegisterBrowser{
     "The repair IE tool will reregister all of Internet Explorer's files."};
 inline constexpr Message kRegisterDatabases{
-    "The Repair MDAC &MS Jet tool will reregister all of MDAC &MS Jet files. You may want to "
+    "The Repair MDAC & MS Jet tool will reregister all of MDAC & MS Jet files. You may want to "
     "restart the computer afterwards."};
 inline constexpr Message kRepairBrowserHere{
     "This empties the cache of the browser that works through your router's pages, removes the "

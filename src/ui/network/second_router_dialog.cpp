@@ -52,8 +52,8 @@ void SecondRouterDialog::ShowCount(const RouterTrace& trace, const RouterCount& 
   int number = 0;
   for (const QString& router : count.routers) {
     ++number;
-    AddLine(QStringLiteral("%1 %2%3 %4 %5")
-                .arg(Text(message::kPossibleRouter), QString::number(number), OrdinalSuffix(number),
+    AddLine(QStringLiteral("%1 %2 %3 %4")
+                .arg(Text(message::kPossibleRouter), TextOf(OrdinalText(number), translator_),
                      Text(message::kRouterAt), router));
   }
   if (trace.is_forbidden) {

@@ -4,21 +4,22 @@
 #include "ui/toolkit/wrapped_column.h"
 
 #include <QHeaderView>
-#include <QStyledItemDelegate>
 #include <QTreeView>
+
+#include "ui/toolkit/readable_cells.h"
 
 namespace quayline {
 
 namespace {
 
-class WrappedCells final : public QStyledItemDelegate {
+class WrappedCells final : public ReadableCells {
  public:
-  explicit WrappedCells(QTreeView* view) : QStyledItemDelegate(view), view_(*view) {}
+  explicit WrappedCells(QTreeView* view) : ReadableCells(view), view_(*view) {}
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     QStyleOptionViewItem cell = option;
     cell.rect = QRect(0, 0, view_.columnWidth(index.column()), QWIDGETSIZE_MAX);
-    return QStyledItemDelegate::sizeHint(cell, index);
+    return ReadableCells::sizeHint(cell, index);
   }
 
  private:

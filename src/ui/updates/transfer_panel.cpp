@@ -3,6 +3,8 @@
 
 #include "ui/updates/transfer_panel.h"
 
+#include <QEvent>
+
 #include "ui/updates/update_texts.h"
 #include "ui_transfer_panel.h"
 
@@ -59,27 +61,61 @@ void TransferPanel::Follow(Download& download, const Translator& translator) {
 
 void TransferPanel::ConnectNumbers(const Download& download) {
   connect(&download, &Download::Percent, this, [this](qint32 percent) {
-    ui_->percent_label->setText(Labelled(message::kPercentComplete, QString::number(percent)));
+    Show(ui_->percent_label, message::kPercentComplete, QString::number(percent));
   });
   connect(&download, &Download::RecievedBytes, this, [this](qint32 total) {
-    ui_->bytes_label->setText(Labelled(message::kBytesRead, QString::number(total)));
+    Show(ui_->bytes_label, message::kBytesRead, QString::number(total));
     ui_->progress_bar->setValue(total);
   });
-  connect(&download, &Download::Rate, this, [this](const QString& rate) {
-    ui_->rate_label->setText(Labelled(message::kTransferRate, rate));
-  });
-  connect(&download, &Download::TimeLeft, this, [this](const QString& time) {
-    ui_->time_label->setText(Labelled(message::kTimeRemaining, time));
-  });
+  connect(&download, &Download::Rate, this,
+          [this](const QString& rate) { Show(ui_->rate_label, message::kTransferRate, rate); });
+  connect(&download, &Download::TimeLeft, this,
+          [this](const QString& time) { Show(ui_->time_label, message::kTimeRemaining, time); });
   connect(&download, &Download::Status, this, [this](const QString& status) {
     if (is_under_way_) {  // the end of a pause is no news any more
-      ui_->status_label->setText(Labelled(message::kTransferStatus, status));
+      Show(ui_->status_label, message::kTransferStatus, status);
     }
   });
 }
 
-QString TransferPanel::Labelled(const Message& caption, const QString& value) const {
-  return translator_->Text(caption) + QStringLiteral(" - ") + value;
+// A download knows no languages: its texts are found as captions are, by the English ones.
+QString TransferPanel::StatusText(const QString& status) const {
+  const QString opening = QString::fromUtf8(message::kOpeningFile.english);
+  const QString begin = opening.section(QStringLiteral("%1"), 0, 0);
+  const QString end = opening.section(QStringLiteral("%1"), 1);
+  return status.startsWith(begin) && status.endsWith(end)
+             ? translator_->Text(message::kOpeningFile)
+                   .arg(status.sliced(begin.size()).chopped(end.size()))
+             : translator_->Text(status);
+}
+
+QString TransferPanel::WithUnits(const QString& measured) const {
+  QStringList words = measured.split(u' ');
+  for (QString& word : words) {
+    word = word.isEmpty() || word.at(0).isDigit() ? word : translator_->Text(word);
+  }
+  return words.join(u' ');
+}
+
+void TransferPanel::Show(QLabel* label, const Message& caption, const QString& value) {
+  shown_.insert(label, {caption, value});
+  ShowAgain(label);
+}
+
+void TransferPanel::ShowAgain(QLabel* label) {
+  const Shown& shown = shown_[label];
+  const bool is_measured = !shown.value.isEmpty() && shown.value.at(0).isDigit();
+  const QString value = is_measured ? WithUnits(shown.value) : StatusText(shown.value);
+  label->setText(translator_->Text(shown.caption) + QStringLiteral(" - ") + value);
+}
+
+void TransferPanel::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    for (QLabel* label : shown_.keys()) {
+      ShowAgain(label);
+    }
+  }
 }
 
 void TransferPanel::Begin() {
@@ -94,7 +130,7 @@ void TransferPanel::Begin() {
 void TransferPanel::SetTotal(qint32 bytes) {
   ui_->progress_bar->setMaximum(bytes);
   ui_->progress_bar->setValue(0);
-  ui_->total_bytes_label->setText(Labelled(message::kTotalBytes, QString::number(bytes)));
+  Show(ui_->total_bytes_label, message::kTotalBytes, QString::number(bytes));
   ui_->pause_button->setEnabled(true);
 }
 

@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QWidget>
 
 #include <memory>
 
 #include "i18n/translator.h"
 #include "transport/download.h"
+
+class QLabel;
 
 namespace Ui {
 class TransferPanel;
@@ -39,13 +42,26 @@ class TransferPanel final : public QWidget {
   // no error.
   bool MayClose() const;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  // What a label shows, in English.
+  struct Shown {
+    Message caption;
+    QString value;
+  };
+
   void ConnectNumbers(const Download& download);
   void ShowCode(int code);
-  QString Labelled(const Message& caption, const QString& value) const;
+  void Show(QLabel* label, const Message& caption, const QString& value);
+  void ShowAgain(QLabel* label);
+  QString StatusText(const QString& status) const;
+  QString WithUnits(const QString& measured) const;
 
   const Translator* translator_ = nullptr;
   bool is_under_way_ = false;
+  QHash<QLabel*, Shown> shown_;
   std::unique_ptr<Ui::TransferPanel> ui_;
 };
 

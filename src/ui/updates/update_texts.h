@@ -24,6 +24,29 @@ inline constexpr Message kTransferStatus{"Status"};
 inline constexpr Message kTimeRemaining{"Time Remaining"};
 inline constexpr Message kTotalBytes{"Total Bytes"};
 
+// What a download reports as its status, which is translated when it is shown.
+inline constexpr Message kDownloadStatus[] = {{"Initiating Connection."},
+                                              {"Connection Accepted, Retrieving File Information."},
+                                              {"Retrieving File Information Complete!"},
+                                              {"Recieving File..."},
+                                              {"Download Successful!"},
+                                              {"Paused."},
+                                              {"Unpausing"},
+                                              {"Cancelling.."},
+                                              {"Cancelled."},
+                                              {"Download aborted, no connection present!"},
+                                              {"Download Aborted Due To Error In Download!"},
+                                              {"Error Reading File Headers!"},
+                                              {"File Not Found!"},
+                                              {"Unauthorized Access, Download Terminated!"},
+                                              {"Access Denied, Download Terminated!"},
+                                              {"Resume File Not Found, Aborting Download!"},
+                                              {"Resume NotSupported, Aborting Download!"}};
+inline constexpr Message kOpeningFile{"Opening %1...", "the status of a download; a path"};
+// In "5 min 20 sec".
+inline constexpr Message kTransferUnits[] = {{"Bytes/s"}, {"KB/s"}, {"MB/s"},
+                                             {"hr"},      {"min"},  {"sec"}};
+
 inline constexpr Message kUpToDate{"You Are Up To Date"};
 inline constexpr Message kNewVersion{"There is a new version available - v", "followed by: 3.1.0"};
 inline constexpr Message kDownloadNow{"Would you like to download the update now?"};
