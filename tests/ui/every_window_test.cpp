@@ -6,11 +6,15 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QRadioButton>
 #include <QTabBar>
+#include <QXmlStreamReader>
 
 #include "dbtool/language_source.h"
 #include "i18n/complete_languages.h"
@@ -35,6 +39,16 @@ bool HasWords(const QString& text) {
   return std::ranges::any_of(text, [](QChar c) { return c.isLower(); });
 }
 
+// Also of the menus that they open.
+void AddActions(QStringList& texts, const QList<QAction*>& actions) {
+  for (const QAction* action : actions) {
+    if (action->isVisible()) {
+      texts.append(action->text());
+      AddActions(texts, action->menu() ? action->menu()->actions() : QList<QAction*>());
+    }
+  }
+}
+
 // What a user sees, hears or points at of a widget and its actions.
 QStringList ShownTexts(const QWidget& widget) {
   QStringList texts{widget.windowTitle(), widget.toolTip(), widget.accessibleName()};
@@ -43,9 +57,7 @@ QStringList ShownTexts(const QWidget& widget) {
       texts.append(widget.property(property).toString());
     }
   }
-  for (const QAction* action : widget.actions()) {
-    texts.append(action->isVisible() ? action->text() : QString());
-  }
+  AddActions(texts, widget.actions());
   if (const auto* tabs = qobject_cast<const QTabBar*>(&widget)) {
     for (int tab = 0; tab < tabs->count(); ++tab) {
       texts.append(tabs->tabText(tab));
@@ -76,22 +88,86 @@ std::string Named(const char* window, const QWidget& widget) {
          widget.objectName().toStdString();
 }
 
+std::string ShownTextsOf(QWidget& window) {
+  QStringList texts;
+  for (const QWidget* widget : VisibleWidgets(window)) {
+    texts += ShownTexts(*widget);
+  }
+  return texts.join(u'\n').toStdString();
+}
+
+void ExpectReached(const char* name, QWidget& window) {
+  for (const QWidget* widget : VisibleWidgets(window)) {
+    for (const QString& text : ShownTexts(*widget)) {
+      EXPECT_TRUE(!HasWords(text) || text.contains(kMark) || IsData(text))
+          << Named(name, *widget) << ": " << text.toStdString();
+    }
+  }
+}
+
+// The names of the controls in a form, without the one that is the window itself.
+QStringList ControlsOf(const QString& form) {
+  QXmlStreamReader reader(ReadBytes(form));
+  QStringList names;
+  while (!reader.atEnd()) {
+    if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == u"widget") {
+      names.append(reader.attributes().value(QLatin1String("name")).toString());
+    }
+  }
+  return names.sliced(std::min<qsizetype>(1, names.size()));
+}
+
+// A window that is added to the program is added to these tests as well.
+TEST_F(EveryWindowTest, EachFormIsShown) {
+  QHash<QString, QStringList> forms;
+  QDirIterator files(QStringLiteral(QUAYLINE_SOURCE_DIR "/src/ui"), {u"*.ui"_s}, QDir::Files,
+                     QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QString form = files.next();
+    forms.insert(form, ControlsOf(form));
+  }
+  ASSERT_FALSE(forms.isEmpty());
+  ForEach(u"English"_s, [&](const char*, QWidget& window) {
+    forms.removeIf([&](const std::pair<const QString&, QStringList&>& form) {
+      return std::ranges::all_of(form.second, [&](const QString& control) {
+        return window.findChild<QWidget*>(control) != nullptr;
+      });
+    });
+  });
+  EXPECT_EQ(forms.keys(), QStringList());
+}
+
 TEST_F(EveryWindowTest, ALanguageFileReachesEveryText) {
   QDir().mkpath(folder_.Path("Languages"));
   ASSERT_TRUE(WriteBytes(folder_.Path("Languages/Marked.lng"), LanguageFileBytes(MarkedTexts())));
-  ForEach(u"Marked"_s, [](const char* name, QWidget& window) {
-    for (const QWidget* widget : VisibleWidgets(window)) {
-      for (const QString& text : ShownTexts(*widget)) {
-        EXPECT_TRUE(!HasWords(text) || text.contains(kMark) || IsData(text))
-            << Named(name, *widget) << ": " << text.toStdString();
-      }
+  ForEach(u"Marked"_s, ExpectReached);
+}
+
+// Also one that was open before, and when the windows are turned round.
+TEST_F(EveryWindowTest, AnOpenWindowFollowsTheLanguageAndComesBackToEnglish) {
+  QDir().mkpath(folder_.Path("Languages"));
+  ASSERT_TRUE(WriteBytes(folder_.Path("Languages/Arabic.lng"), LanguageFileBytes(MarkedTexts())));
+  ForEach(u"English"_s, [this](const char* name, QWidget& window) {
+    if (window.isModal()) {
+      return;  // keeps the user from the box of languages
     }
+    context_->translator.SetLanguage(u"English"_s);  // what comes late is shown now
+    const std::string english = ShownTextsOf(window);
+    context_->translator.SetLanguage(u"Arabic"_s);
+    EXPECT_EQ(window.layoutDirection(), Qt::RightToLeft) << name;
+    ExpectReached(name, window);
+    context_->translator.SetLanguage(u"English"_s);
+    EXPECT_EQ(window.layoutDirection(), Qt::LeftToRight) << name;
+    EXPECT_EQ(ShownTextsOf(window), english) << name;
   });
 }
 
 // Tab goes through all controls, and comes back to the first one.
 TEST_F(EveryWindowTest, TabComesBackToWhereItBegan) {
   ForEach(u"English"_s, [](const char* name, QWidget& window) {
+    if (window.windowType() == Qt::SplashScreen) {
+      return;  // takes no keys
+    }
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window)) << name;
     ASSERT_NE(window.focusWidget(), nullptr) << name;
@@ -130,6 +206,9 @@ bool TakesKeys(const QWidget* widget) {
 
 TEST_F(EveryWindowTest, OpensWithTheFocusOnWhatTakesKeys) {
   ForEach(u"English"_s, [](const char* name, QWidget& window) {
+    if (window.windowType() == Qt::SplashScreen) {
+      return;
+    }
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window)) << name;
     // Some lists are filled soon after their window has opened.
@@ -198,18 +277,75 @@ void ExpectApart(const char* window, const QWidgetList& widgets) {
   }
 }
 
-// In English and each fitting language: names for screen readers, nothing cut, nothing over
-// something else, and a size that fits a small screen.
+// No key stands for two of `captions`.
+void ExpectOwnKeys(const char* window, const QStringList& captions) {
+  QHash<QKeySequence, QString> users;
+  for (const QString& caption : captions) {
+    if (const QKeySequence key = QKeySequence::mnemonic(caption); !key.isEmpty()) {
+      EXPECT_EQ(users.value(key, caption), caption) << window;
+      users.insert(key, caption);
+    }
+  }
+}
+
+QStringList TextsOf(const QList<QAction*>& actions) {
+  QStringList texts;
+  for (const QAction* action : actions) {
+    texts.append(action->isVisible() ? action->text() : QString());
+  }
+  return texts;
+}
+
+// Each button has an access key, but for those of a message, which Qt makes, and the one that Enter
+// presses.
+void ExpectAccessKeys(const char* name, QWidget& window, bool is_english) {
+  QStringList captions;
+  QWidgetList with_label;
+  for (const QWidget* widget : VisibleWidgets(window)) {
+    const auto* label = qobject_cast<const QLabel*>(widget);
+    if (label != nullptr && label->buddy() != nullptr) {
+      captions.append(label->text());
+      with_label.append(label->buddy());
+    }
+  }
+  for (QWidget* widget : VisibleWidgets(window)) {
+    const auto* button = qobject_cast<const QAbstractButton*>(widget);
+    if (button != nullptr) {
+      captions.append(button->text());
+      const bool needs_key =
+          qobject_cast<const QPushButton*>(widget) && !with_label.contains(widget) &&
+          !qobject_cast<const QPushButton*>(widget)->isDefault() &&
+          qobject_cast<const QDialogButtonBox*>(widget->parentWidget()) == nullptr;
+      EXPECT_TRUE(!needs_key || !QKeySequence::mnemonic(button->text()).isEmpty())
+          << Named(name, *widget) << ": " << button->text().toStdString();
+    } else if (const auto* tabs = qobject_cast<const QTabBar*>(widget)) {
+      for (int tab = 0; tab < tabs->count(); ++tab) {
+        captions.append(tabs->tabText(tab));
+      }
+    } else if (const auto* bar = qobject_cast<const QMenuBar*>(widget)) {
+      captions += TextsOf(bar->actions());
+    }
+  }
+  ExpectOwnKeys(name, captions);
+  // Two English items of a menu have the same first letter.
+  for (const auto* menu : window.findChildren<QMenu*>()) {
+    ExpectOwnKeys(name, is_english ? QStringList() : TextsOf(menu->actions()));
+  }
+}
+
+// In English and each fitting language: names for screen readers, access keys that no
+// other control has, nothing cut, nothing over something else, and a size that fits a small screen.
 TEST_F(EveryWindowTest, IsWholeAndReadableInEachLanguage) {
   const auto made =
       dbtool::WriteLanguages(QStringLiteral(QUAYLINE_SOURCE_DIR "/data"), folder_.dir.path());
   ASSERT_TRUE(made) << made.error().toStdString();
   for (const QString& language : QStringList{u"English"_s} + kFittingLanguages) {
     SCOPED_TRACE(language.toStdString());
-    ForEach(language, [](const char* name, QWidget& window) {
+    ForEach(language, [&](const char* name, QWidget& window) {
       for (int pass = 0; pass < 3; ++pass) {
         QCoreApplication::sendPostedEvents();  // the layout follows the texts
       }
+      ExpectAccessKeys(name, window, language == u"English"_s);
       ExpectNamed(name, *QAccessible::queryAccessibleInterface(&window));
       const QWidgetList widgets = VisibleWidgets(window);
       ExpectApart(name, widgets);
