@@ -166,6 +166,11 @@ void RowReader::Row::ReadText(const PageCell& cell, ColumnRole role) {
 }
 
 void RowReader::Row::ReadProtocols(const PageCell& cell, const QString& text, ColumnRole role) {
+  // Boxes of a protocol without a port often have a nought: "UDP 0".
+  static const QRegularExpression no_port = Words("^\\W*(?:tcp|udp)\\W+0(?:\\W+0)*\\W*$");
+  if (Has(text, no_port)) {
+    return;
+  }
   const SeenProtocols seen = ProtocolsIn(text, role == ColumnRole::kProtocol);
   (role == ColumnRole::kName ? of_name_ : evidence_.protocols).Add(seen);
   // Some tables have a column of ports for each protocol.

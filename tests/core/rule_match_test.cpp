@@ -81,6 +81,7 @@ TEST(RuleMatch, FindsARuleHoweverThePageWritesIt) {
       {kWeb, "From Port | To Port | Forward to\n80 | 80 | 192.168.1. 5"},
       {kWeb, "Application | Start | End | IP Address\nWeb | 80 to | 80 | 192.168.1. 5"},
       {kWeb, "Name | Local IP | TCP Port | UDP Port\nWeb | 192.168.1.5 | 80-80 | N/A"},
+      {kWeb, "A | B | C | D\nName Web | TCP 80 | UDP 0 | IP Address 192.168.1.5"},
       {kGame, "Name | Local IP | TCP Port | UDP Port\nX | 192.168.1.5 | 6000-6010 | 6000-6010"},
       {kGame, "Application | Start | End | IP Address\nX | 6000 to | 6010 | 192.168.1. 5"},
       {kWeb, "Name | Port | Status\nWeb | 80 | Enabled"},

@@ -60,6 +60,16 @@ QByteArray Row(const char* name, int start, int end, const char* ip, bool enable
       .toUtf8();
 }
 
+// A rule that takes two lines of a table.
+QByteArray TwoLines(const char* name, const char* ports, const char* address) {
+  return QStringLiteral(
+             "<tr><td rowspan=2><input type=checkbox name=on_1 checked><td>Name<br><input "
+             "name=name_1 value=%1><td>TCP<br><input name=tcp_1 value=%2></tr><tr><td>IP "
+             "Address<br><input name=ip_1 value=%3><td>UDP<br><input name=udp_1></tr>")
+      .arg(QLatin1String(name), QLatin1String(ports), QLatin1String(address))
+      .toUtf8();
+}
+
 TEST_F(RuleReading, OfPagesOfAllKinds) {
   const QByteArray web = Row("Web", 80, 90, "10.0.0.5");
   const QByteArray others = Row("Mail", 25, 25, "10.0.0.5") + Row("Cam", 80, 90, "10.0.0.9");
@@ -81,6 +91,14 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        "</tr><tr><td rowspan=2>Web<td>70<td>70<td rowspan=2>10.0.0.5</tr><tr><td>80<td>90</tr>"
        "</table>",
        "on-router"},
+      {"two lines a rule",
+       "<table>" + TwoLines("Cam", "70", "10.0.0.9") + TwoLines("Web", "80-90", "10.0.0.5") +
+           "</table>",
+       "on-router"},
+      {"two lines a rule, and the address of another computer in the second",
+       "<table>" + TwoLines("Cam", "70", "10.0.0.5") + TwoLines("Web", "80-90", "10.0.0.9") +
+           "</table>",
+       "different address"},
       {"boxes in the rows, and the last part of the address",
        "<table><tr><td>Name<td>Ports<td>IP Address<td>TCP<td>UDP</tr>" +
            Boxes("Web", "80", "90", "5") + Boxes("", "", "", "") + "</table>",

@@ -114,6 +114,13 @@ function captionOfTick(control) {
     textOf(control, 'title') || textOf(control, 'name') || textOf(control, 'id');
 }
 
+// The caption of boxes that are all empty says nothing of the rule: "UDP" beside no port.
+function isLeftEmpty(place) {
+  const boxes = Array.from(queryElement(place, CONTROL));
+  return boxes.length > 0 &&
+    boxes.every((box) => fits(box, TYPED) && textOf(box, 'value') === '');
+}
+
 // The cells that one place of a row makes: its words, and each of its check boxes. What is not
 // chosen of several radio buttons says nothing.
 function cellsOf(place, heading) {
@@ -125,7 +132,7 @@ function cellsOf(place, heading) {
     text: '',
     checked: isTicked(tick),
   }));
-  const words = wordsOf(place);
+  const words = isLeftEmpty(place) ? '' : wordsOf(place);
   if (words !== '' || cells.length === 0) {
     cells.unshift({heading, text: words});
   }

@@ -43,6 +43,27 @@ function isHeading(cells) {
     !/\d/.test(wordsOf(cell))) && own.some((cell) => wordsOf(cell) !== '');
 }
 
+// How many lines of the table the rule at line `r` takes. A box or button that spans several lines,
+// which have different boxes each, belongs to all of them. Beside words, or boxes that are the same in
+// each line, it belongs to a group of rules.
+function linesOfRule(rows, grid, r) {
+  const spans = (cell) => cell && spanOf(cell, 'rowSpan') > 1 &&
+    queryElement(cell, CONTROL + ',button').length > 0;
+  const shared = Array.from(grid[r]).find((cell) =>
+    spans(cell) && (r === 0 || !grid[r - 1].includes(cell)));
+  const shapes = shapeOf(rows[r]);
+  let lines = 1;
+  while (shared && r + lines < grid.length && grid[r + lines].includes(shared)) {
+    const shape = shapeOf(rows[r + lines]);
+    if (shape.length === 0 || shape.some((box) => shapes.includes(box))) {
+      return 1;
+    }
+    shapes.push(...shape);
+    lines += 1;
+  }
+  return lines;
+}
+
 function readTable(rows, found) {
   const grid = gridOf(rows);
   let first = 0;
@@ -74,18 +95,21 @@ function readTable(rows, found) {
   if (named.length > 0 && (shown.length === 0 || shown.length > forms.size)) {
     found.headings.push(named);
   }
-  for (let r = first; r < grid.length; r += 1) {
+  for (let r = first, lines = 1; r < grid.length; r += lines) {
+    lines = linesOfRule(rows, grid, r);
     if (!isShown(rows[r])) {
       continue;
     }
     const cells = [];
-    let before = null;
-    grid[r].forEach((cell, column) => {
-      if (cell !== before) {
-        cells.push(...cellsOf(cell, named[column] || ''));
-      }
-      before = cell;
-    });
+    const read = new Set();
+    for (const line of grid.slice(r, r + lines)) {
+      line.forEach((cell, column) => {
+        if (!read.has(cell)) {
+          read.add(cell);
+          cells.push(...cellsOf(cell, named[column] || ''));
+        }
+      });
+    }
     addRow(found, rows[r], cells, {title, form: forms.has(rows[r])});
   }
 }
