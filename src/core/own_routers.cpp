@@ -51,7 +51,7 @@ std::expected<QList<int>, OwnRouterFault> AddEach(Databases& databases, ForeignS
                                                   const QList<RouterRecord>& records,
                                                   const std::optional<ScriptAuthor>& author) {
   QList<RouterName> names = AllNames(databases);
-  std::optional<int> id = NextId(names, records.size());
+  const std::optional<int> first = NextId(names, records.size());
   QList<int> ids;
   for (RouterRecord record : records) {
     record.routername = record.routername.trimmed();
@@ -61,12 +61,13 @@ std::expected<QList<int>, OwnRouterFault> AddEach(Databases& databases, ForeignS
     if (IsTaken(names, record.routername)) {
       return Fault(OwnRouterError::kNameTaken, record.routername);
     }
-    if (!id || !(author ? foreign.Note(*id, *author) : foreign.Forget(*id)) ||
-        !databases.AddRouter(*id, record)) {
+    const int id = first.value_or(0) + static_cast<int>(ids.size());
+    if (!first || !(author ? foreign.Note(id, *author) : foreign.Forget(id)) ||
+        !databases.AddRouter(id, record)) {
       return Fault(OwnRouterError::kCannotWrite, record.routername);
     }
-    names.append({.id = *id, .name = record.routername});
-    ids.append((*id)++);
+    names.append({.id = id, .name = record.routername});
+    ids.append(id);
   }
   return ids;
 }
