@@ -66,7 +66,6 @@ void MainMenus::ConnectPages() {
   const MakerSite& site = context_.maker_site;
   const std::pair<QAction*, QUrl> pages[] = {
       {ui_.forwarding_fails_action, site.ForwardingFails()},
-      {ui_.request_router_action, site.RouterRequest()},
       {ui_.wrong_image_action, site.WrongPicture()},
       {ui_.website_action, site.Website()},
       {ui_.forums_action, site.Forums()},

@@ -186,16 +186,15 @@ void MainWindow::ConnectPanels() {
   });
   connect(login_panel_, &LoginPanel::defaultLoginsWanted, this,
           [this] { menus_->OpenPage(context_.maker_site.DefaultLogins()); });
-  connect(router_panel_, &RouterPanel::routerRequestWanted, this,
-          [this] { menus_->OpenPage(context_.maker_site.RouterRequest()); });
   connect(&selection_, &RouterSelection::routerRead, this, &MainWindow::ShowSession);
   connect(&selection_, &RouterSelection::pictureChanged, router_panel_, &RouterPanel::ShowPicture);
   connect(ui_->language_box, &QComboBox::textActivated, this, &MainWindow::UseLanguage);
 }
 
 void MainWindow::ConnectRouterWindows() {
-  connect(router_panel_, &RouterPanel::routerListWanted, this,
-          [this] { windows_.RouterList(this, [this](int id) { ChooseRouter(id); })->open(); });
+  connect(router_panel_, &RouterPanel::routerListWanted, this, &MainWindow::ListRouters);
+  connect(router_panel_, &RouterPanel::routerRequestWanted, this, &MainWindow::RequestRouter);
+  connect(ui_->request_router_action, &QAction::triggered, this, &MainWindow::RequestRouter);
   connect(router_panel_, &RouterPanel::adaptersWanted, this, [this] {
     const auto take = [this](const QString& gateway) {
       context_.session.router_ip = gateway;
@@ -221,6 +220,19 @@ void MainWindow::ConnectRouterWindows() {
   addAction(ui_->update_action);
   connect(ui_->check_button, &QPushButton::clicked, this, &MainWindow::CheckRouter);
   connect(ui_->check_action, &QAction::triggered, this, &MainWindow::CheckRouter);
+}
+
+void MainWindow::ListRouters() {
+  windows_.RouterList(this, [this](int id) { ChooseRouter(id); })->open();
+}
+
+// Without a site that takes requests, the user can make the router himself, from the list.
+void MainWindow::RequestRouter() {
+  if (context_.maker_site.Exists()) {
+    menus_->OpenPage(context_.maker_site.RouterRequest());
+  } else {
+    ListRouters();
+  }
 }
 
 void MainWindow::ConnectComputerWindows() {

@@ -72,6 +72,8 @@ class MainWindow final : public QMainWindow {
   void ConnectPanels();
   void ConnectRouterWindows();
   void ConnectComputerWindows();
+  void ListRouters();
+  void RequestRouter();
   void ConnectDetection();
   void ConnectList();
   void ConnectListMenu();

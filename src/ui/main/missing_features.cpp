@@ -20,10 +20,8 @@ struct Feature {
 
 // A feature that works now is not in this table.
 constexpr Feature kMissing[] = {
-    {"router_request_link", Needs::kMakerSite},
     {"default_logins_button", Needs::kMakerSite},
     {"forwarding_fails_action", Needs::kMakerSite},
-    {"request_router_action", Needs::kMakerSite},
     {"wrong_image_action", Needs::kMakerSite},
     {"website_action", Needs::kMakerSite},
     {"forums_action", Needs::kMakerSite},
