@@ -11,6 +11,7 @@
 
 #include "main_fixture.h"
 #include "ui/toolkit/access_keys.h"
+#include "ui/toolkit/readable_cells.h"
 #include "ui/toolkit/window_language.h"
 
 namespace quayline::testing {
@@ -139,6 +140,25 @@ TEST_F(LanguageTest, ALanguageFromRightToLeftTurnsTheWindowsRound) {
   EXPECT_EQ(Caption("check_button"), "Check Router");
   Choose("language_box", 0);
   EXPECT_EQ(main_->layoutDirection(), Qt::LeftToRight);
+}
+
+TEST_F(LanguageTest, CellsOfATurnedListKeepAddressesAndNamesInOrder) {
+  const ReadableCells cells;
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  const struct {
+    QString text;
+    bool is_kept;
+  } rows[] = {{u"192.168.1.10(FrontDesk)"_s, true},
+              {u"192.168.1.10(مكتب)"_s, true},
+              {u"C:\\Games (2)"_s, true},
+              {u"\u2068على الموجّه\u2069, \u206814:05\u2069"_s, false},
+              {u"منفذ 21"_s, false}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(cells.displayText(row.text, QLocale()).startsWith(QChar(0x2066)), row.is_kept)
+        << row.text.toStdString();
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(cells.displayText(rows[0].text, QLocale()), rows[0].text);
 }
 
 TEST_F(LanguageTest, TheDesktopsLanguageIsOfferedOnceInItsOwnWords) {

@@ -5,11 +5,19 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
+
 #include "i18n/isolated.h"
 
 namespace quayline {
 
 namespace {
+
+// Also one whose letters are all in values that are isolated.
+bool HasTurnedLetters(const QString& text) {
+  return std::ranges::any_of(
+      text, [](QChar c) { return c.direction() == QChar::DirR || c.direction() == QChar::DirAL; });
+}
 
 // A computer may have a name in another direction than its address: "192.168.1.10(...)".
 bool BeginsWithNumber(const QString& text) {
@@ -21,7 +29,8 @@ bool BeginsWithNumber(const QString& text) {
 QString ReadableCells::displayText(const QVariant& value, const QLocale& locale) const {
   const QString text = QStyledItemDelegate::displayText(value, locale);
   const bool is_turned = QGuiApplication::layoutDirection() == Qt::RightToLeft;
-  return is_turned && (!text.isRightToLeft() || BeginsWithNumber(text)) ? LeftToRight(text) : text;
+  return is_turned && (!HasTurnedLetters(text) || BeginsWithNumber(text)) ? LeftToRight(text)
+                                                                          : text;
 }
 
 }  // namespace quayline
