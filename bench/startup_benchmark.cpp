@@ -70,7 +70,7 @@ void Tell(const char* what, double value) {
 // The main window opens no other one in this benchmark.
 class NoWindows final : public WindowFactory {
  public:
-  QWidget* Job() override { return nullptr; }
+  QWidget* Job(QWidget*) override { return nullptr; }
   QWidget* RouterCheck() override { return nullptr; }
   QDialog* AddEntry(QWidget*, std::function<void()>) override { return nullptr; }
   QDialog* EditEntry(QWidget*, int, std::function<void()>) override { return nullptr; }
