@@ -42,6 +42,8 @@ int main(int argc, char** argv) {
   qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
   QuaylinePrepareTestBinary();
   testing::InitGoogleTest(&argc, argv);
+  // A test may start its own program again, which is not to write a report beside this one's.
+  qunsetenv("GTEST_OUTPUT");
   QApplication application(argc, argv);
   return RUN_ALL_TESTS();
 }
