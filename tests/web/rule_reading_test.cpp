@@ -99,6 +99,10 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        "<table>" + TwoLines("Cam", "70", "10.0.0.5") + TwoLines("Web", "80-90", "10.0.0.9") +
            "</table>",
        "different address"},
+      {"the address of another computer beside an empty box",
+       "<table><tr><th>Name<th>Port<th>IP<th>Protocol<tr><td>Web<td>80-90<td>10.0.0.9 <input "
+       "name=note><td>TCP</table>",
+       "different address"},
       {"boxes in the rows, and the last part of the address",
        "<table><tr><td>Name<td>Ports<td>IP Address<td>TCP<td>UDP</tr>" +
            Boxes("Web", "80", "90", "5") + Boxes("", "", "", "") + "</table>",

@@ -114,10 +114,11 @@ function captionOfTick(control) {
     textOf(control, 'title') || textOf(control, 'name') || textOf(control, 'id');
 }
 
-// The caption of boxes that are all empty says nothing of the rule: "UDP" beside no port.
-function isLeftEmpty(place) {
+// The caption of boxes that are all empty says nothing of the rule: "UDP" beside no port. Words with
+// a number are no caption: an address beside a box for a note.
+function isEmptyBox(place, words) {
   const boxes = Array.from(queryElement(place, CONTROL));
-  return boxes.length > 0 &&
+  return boxes.length > 0 && !/\d/.test(words) &&
     boxes.every((box) => fits(box, TYPED) && textOf(box, 'value') === '');
 }
 
@@ -132,7 +133,8 @@ function cellsOf(place, heading) {
     text: '',
     checked: isTicked(tick),
   }));
-  const words = isLeftEmpty(place) ? '' : wordsOf(place);
+  const shown = wordsOf(place);
+  const words = isEmptyBox(place, shown) ? '' : shown;
   if (words !== '' || cells.length === 0) {
     cells.unshift({heading, text: words});
   }
