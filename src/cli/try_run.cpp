@@ -106,7 +106,7 @@ std::expected<std::unique_ptr<TryRun>, CliError> TryRun::Prepare(const TryArgume
     return Failure(CliExit::kRefused, verdict.message);
   }
   context.port_list.SetEntries(std::move(entries));
-  // A script that waits for words which never appear would wait forever, with nobody to stop it.
+  // A script that waits for words which never appear would wait forever: no user is there to stop it.
   constexpr int kLongestTrial = 300;
   UpdateArguments update;
   update.is_trial = true;

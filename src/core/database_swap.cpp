@@ -107,7 +107,7 @@ void CompleteSwap(const QString& folder) {
   const QFileInfoList prepared = QDir(folder).entryInfoList(
       {kPreparing + QLatin1Char('*')}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
   if (prepared.isEmpty() && !QFileInfo(complete).isDir()) {
-    return;  // as nearly always: a start waits for nobody
+    return;  // as nearly always: then no start waits for a lock
   }
   const FileLock lock(folder, kLockWait);
   if (!lock.IsLocked()) {

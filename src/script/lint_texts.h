@@ -75,7 +75,7 @@ inline constexpr Message kNeverHere{
 inline constexpr Message kNoPageYet{"No page is open yet: write a nav line first."};
 inline constexpr Message kOpensNothing{"The script opens no page."};
 inline constexpr Message kLeadsNowhere{
-    "The script opens no page, so nobody can see which rules the router has."};
+    "The script opens no page, so the router's rules cannot be seen."};
 inline constexpr Message kNoLogin{
     "The update script logs in on a page, and this one does not: it ends where the router asks for "
     "the password, not at the table of the rules."};

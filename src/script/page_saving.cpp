@@ -93,7 +93,7 @@ class PartsOfPage final {
   const QStringList& Missing() const { return missing_; }
 
  private:
-  // Only the router is asked: another server is none of a script's business.
+  // Only the router is asked: a page may name any other server.
   void Add(const Part& part) {
     const QUrl address = part.address.adjusted(QUrl::RemoveFragment);
     if (!address.isValid() || address.scheme() == "data"_L1 || known_.contains(address)) {

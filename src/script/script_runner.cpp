@@ -120,7 +120,7 @@ Task<> ScriptRunner::RunWhenFree(Task<> run) {
 }
 
 // A script that cannot be looked up, because the databases are being updated or its row is gone,
-// is refused as well: nobody has seen it.
+// is refused as well: the user cannot have seen it.
 Task<> ScriptRunner::AwaitPermission() {
   const int router_id = Router().router_id;
   ForeignScripts scripts(context_.program_folder);

@@ -88,6 +88,14 @@ class ProgramUpdateTest : public UpdateTest {
     window_->show();
     Click("check_button");
   }
+  // Of the installer, a third comes.
+  void BeginEndlessDownload() {
+    prompts_.answers = {true};
+    server_.replies["/setup.exe"] = {
+        "HTTP/1.1 200 OK\r\nContent-Length: 900000\r\n\r\n" + QByteArray(300'000, 'b'),
+        Then::kSilence};
+    Check(Manifest("3.1.0"));
+  }
   bool IsIdle() const {
     return RunUntil([this] { return !Find("cancel_button")->isEnabled(); });
   }
@@ -243,11 +251,7 @@ TEST_F(ProgramUpdateTest, AHostileServerGetsNothingStarted) {
 }
 
 TEST_F(ProgramUpdateTest, AWindowWithATransferStaysUntilItIsCancelled) {
-  prompts_.answers = {true};
-  server_.replies["/setup.exe"] = {
-      "HTTP/1.1 200 OK\r\nContent-Length: 900000\r\n\r\n" + QByteArray(300'000, 'b'),
-      Then::kSilence};
-  Check(Manifest("3.1.0"));
+  BeginEndlessDownload();
   ASSERT_TRUE(RunUntil([this] { return Find<QProgressBar>("progress_bar")->value() > 200'000; }));
   EXPECT_THAT(TextOf("total_bytes_label"), "Total Bytes - 900000");
   EXPECT_THAT(TextOf("bytes_label"), StartsWith("Current Bytes Read - "));
@@ -269,11 +273,7 @@ TEST_F(ProgramUpdateTest, AWindowWithATransferStaysUntilItIsCancelled) {
 }
 
 TEST_F(ProgramUpdateTest, APauseEndsWithItsTransfer) {
-  prompts_.answers = {true};
-  server_.replies["/setup.exe"] = {
-      "HTTP/1.1 200 OK\r\nContent-Length: 900000\r\n\r\n" + QByteArray(300'000, 'b'),
-      Then::kSilence};
-  Check(Manifest("3.1.0"));
+  BeginEndlessDownload();
   ASSERT_TRUE(RunUntil([this] { return Find<QProgressBar>("progress_bar")->value() > 262'000; }));
   Click("pause_button");
   server_.Disconnect();

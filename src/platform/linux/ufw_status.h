@@ -33,7 +33,7 @@ struct UfwStatus {
 
   // The general rule for exactly these ports; null if it is missing.
   const UfwRule* Find(const FirewallPorts& ports) const;
-  // A rule of the program that lets these ports in; null if there is none.
+  // A rule of the program that lets these ports in; null without such a rule.
   const UfwRule* FindOwn(const FirewallPorts& ports) const;
   // What is let in: the first rule that fits counts. The network is at `interface`, if that is
   // known.

@@ -102,7 +102,7 @@ Object.assign(operations, {
     return {...describe(meant), frame};
   },
 
-  // A file that the page uses, as {type, bytes in base64}; null where there is none.
+  // A file that the page uses, as {type, bytes in base64}; null where it could not be read.
   FetchPart(document_, address) {
     return attempt(() => fetchNow(address)) || null;
   },
