@@ -94,8 +94,8 @@ struct WaitLimits {
   Time answered_frame{1000};
   // Keys that no document takes.
   Time keys{250};
-  // The engine reports no end of emptying its cache.
-  Time cache_clearing{50};
+  // The engine reports no end of emptying its cache. On a busy machine 50 ms were too few.
+  Time cache_clearing{250};
   // A page is asked again to report that it is idle: its document was written again meanwhile.
   Time report_lost{1000};
   // The interval at which a page that gives no answer is checked, and the same after a stop.

@@ -46,6 +46,10 @@ void RequestGuard::interceptRequest(QWebEngineUrlRequestInfo& request) {
     // Most routers then end the connection with the answer, and no second request is sent on it.
     request.setHttpHeader("Connection", "close");
   }
+  if (renewed_ && request.requestMethod() == "GET" && !renewed_->contains(url)) {
+    renewed_->insert(url);
+    request.setHttpHeader("Cache-Control", "no-cache");
+  }
   if (url.scheme() == QLatin1String("https") && MayChange(request)) {
     RouterGate::Instance().ExpectChange(origin);
   }

@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <QWebEngineUrlRequestInterceptor>
 
+#include <optional>
+
 #include "script/web/page_requests.h"
 #include "script/web/router_gate.h"
 
@@ -25,6 +27,8 @@ class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   // Lets another origin be asked as well, until another router is set.
   void Allow(const SiteOrigin& origin);
   const QSet<SiteOrigin>& Allowed() const { return allowed_; }
+  // From now on the first request of each address is answered by its server, not from the cache.
+  void BypassCacheOnce() { renewed_.emplace(); }
 
   void interceptRequest(QWebEngineUrlRequestInfo& request) override;
 
@@ -44,6 +48,7 @@ class RequestGuard final : public QWebEngineUrlRequestInterceptor {
   SiteOrigin router_;
   QSet<SiteOrigin> allowed_;
   QSet<SiteOrigin> reported_;
+  std::optional<QSet<QUrl>> renewed_;  // the addresses requested since the cache was emptied
   PageRequests requests_;
 };
 

@@ -15,6 +15,8 @@ namespace quayline {
 namespace {
 
 Task<bool> ClearMemory(std::shared_ptr<WebProfile> profile) {
+  // What a request is still reading stays in the cache, and would be the answer to the next one.
+  profile->BypassCacheOnce();
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
   constexpr std::chrono::seconds kClearLimit(10);
   OneShot<bool> ended;

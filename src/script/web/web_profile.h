@@ -43,6 +43,8 @@ class WebProfile final : public QObject, private LoginWatch {
   TrustedCertificates* Certificates() const { return certificates_; }
   QString Text(const Message& message) const { return translator_.Text(message); }
   const RequestGuard& Guard() const { return guard_; }
+  // As RequestGuard.
+  void BypassCacheOnce() { guard_.BypassCacheOnce(); }
 
   // Marks the messages of our scripts on a page's console. No page can know it.
   const QString& Beacon() const { return beacon_; }
