@@ -7,8 +7,9 @@
 const MOST_COMPLAINTS = 10;
 const MOST_PLACES = 200;
 const COMPLAINT_PARTS = ['err', 'alert', 'warn', 'invalid', 'messag', 'msg', 'fail'];
-const COMPLAINT_PLACE = COMPLAINT_PARTS.flatMap((part) =>
-  ['class', 'id', 'role'].map((attribute) => `[${attribute}*=${part} i]`)).join(',');
+// Most elements have none of the three attributes, and are passed over at once.
+const COMPLAINT_PLACE = ['class', 'id', 'role'].map((attribute) => `[${attribute}]:is(` +
+  COMPLAINT_PARTS.map((part) => `[${attribute}*=${part} i]`).join(',') + ')').join(',');
 const COMPLAINT_NAME =
   /[Ee]rror|ERROR|[Aa]lert|ALERT|[Ww]arn|[Ii]nvalid|[Mm]essag|[Ff]ail|(?:^|[-_ ])(?:err|msg)|Err|Msg/;
 

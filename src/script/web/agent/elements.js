@@ -113,6 +113,10 @@ function collapse(text) {
 // The shadow roots of a document as last found: looking for them takes time.
 let knownRoots = null;
 
+// All elements but the many of a table or a form: these can have no shadow root that is open.
+const MAY_HAVE_ROOT = ':not(tr,td,th,table,tbody,thead,input,select,option,textarea,button,label,' +
+  'form,a,b,i,br,ul,ol,li,img,script,style,link,meta)';
+
 // Called when a page may have changed.
 function forgetShadowRoots() {
   knownRoots = null;
@@ -129,11 +133,11 @@ function shadowRootsOf(document_) {
       const root = shadowRootOf(element);
       if (root) {
         roots.push(root);
-        gather(queryRoot(root, '*'));
+        gather(queryRoot(root, MAY_HAVE_ROOT));
       }
     }
   };
-  gather(elementsOf(document_, '*'));
+  gather(queryDocument(document_, MAY_HAVE_ROOT));
   knownRoots = {document_, roots};
   return roots;
 }
