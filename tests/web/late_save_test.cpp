@@ -164,13 +164,14 @@ TEST_F(LateSave, TheNextPageIsRequestedAgainOnlyWhereThatIsSafe) {
       {"it hangs up", "fine", Reply{.bytes = {}}, 9, 1, false},
       {"it resets the connection", "fine", Reply{.bytes = {}, .then = Then::kReset}, 9, 1, false},
   };
+  limits_.load_pauses = {100ms, 200ms, 400ms, 800ms, 1600ms, 3200ms};
   for (const auto& row : cases) {
     SCOPED_TRACE(row.fault);
     int failures = row.failures;
     server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
       if (request.startsWith("GET /save") && !row.reply) {
         QTimer::singleShot(0, &server_, [this] { server_.GoAway(); });
-        QTimer::singleShot(1s, &server_, [this] { server_.ComeBack(); });
+        QTimer::singleShot(500ms, &server_, [this] { server_.ComeBack(); });
       }
       return request.startsWith("GET /fine") && row.reply && failures-- > 0 ? row.reply
                                                                             : std::nullopt;
@@ -196,13 +197,14 @@ TEST_F(LateSave, NothingIsRequestedAgainAfterAStop) {
                                            : std::nullopt;
   };
   server_.replies["/page"] = Html(GO("f.submit()"));
+  limits_.load_pauses[1] = 500ms;
   Start(
       {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s, u"nav(\"fine\")"_s});
   ASSERT_TRUE(RunUntil([&] { return PositionOf("GET /fine") >= 0; }, 10s));
   runner_->Stop();
-  EXPECT_TRUE(Ends(1s));
+  EXPECT_TRUE(Ends(10s));
   const qsizetype requests = server_.requests.size();
-  RunUntil([] { return false; }, 2500ms);
+  RunUntil([] { return false; }, 1200ms);
   EXPECT_EQ(server_.requests.size(), requests);
 }
 

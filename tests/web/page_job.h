@@ -24,7 +24,7 @@ class PageJob : public ::testing::Test {
   void Open(const QStringList& script) {
     context_.session.update_script = script;
     runner_.reset();
-    runner_ = OpenShownJob(context_, questions_);
+    runner_ = OpenShownJob(context_, questions_, [](JobRunner&) {}, limits_);
   }
   void Start(const QStringList& script) {
     Open(script);
@@ -44,6 +44,7 @@ class PageJob : public ::testing::Test {
   AppContext& context_ = bare_.app;
   FakeQuestions questions_;
   std::unique_ptr<JobRunner> runner_;
+  WaitLimits limits_;  // of the pages; shorter in a test that waits for one of them
 };
 
 }  // namespace quayline::testing

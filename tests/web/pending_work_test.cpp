@@ -143,6 +143,7 @@ TEST_F(PendingWork, ThatIsPeriodicHidesNoSave) {
       "(function draw(){requestAnimationFrame(draw)})()",
       "setInterval(function(){fetch('/data',{method:'POST',body:'status'})},100)",
   };
+  limits_.held_request = 1s;
   server_.replies["/data"] = Answer("200 OK", "1");
   server_.special = [](const QByteArray& request) -> std::optional<Reply> {
     return request.startsWith("GET /data?") || request.startsWith("POST /data")

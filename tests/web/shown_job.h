@@ -26,9 +26,10 @@ inline void ShowPage(PageHost* host) {
 // runner before it does anything.
 inline std::unique_ptr<JobRunner> OpenShownJob(
     AppContext& context, PageQuestions& questions,
-    const std::function<void(JobRunner&)>& listen = [](JobRunner&) {}) {
+    const std::function<void(JobRunner&)>& listen = [](JobRunner&) {},
+    const WaitLimits& limits = {}) {
   auto runner = std::make_unique<JobRunner>(
-      context, WebPageHosts(context.job_options, context.translator, &context.certificates),
+      context, WebPageHosts(context.job_options, context.translator, &context.certificates, limits),
       questions);
   QObject::connect(runner.get(), &JobRunner::activeHostChanged, runner.get(), ShowPage);
   listen(*runner);

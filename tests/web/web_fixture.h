@@ -98,8 +98,8 @@ class WebTest : public ::testing::Test {
   QString Read(const char* expression);
   void RunInPage(const char* code);
 
-  // Each case on a page of its own: as it is, and with 10,000 elements behind it. `state_script` is
-  // read in the page's own world.
+  // Each case on a page of its own, the first one also with 10,000 elements after it.
+  // `state_script` is read in the page's own world.
   void Check(const char* state_script, std::initializer_list<ActionCase> cases);
   void Check(std::initializer_list<QuestionCase> cases);
 
@@ -111,6 +111,7 @@ class WebTest : public ::testing::Test {
 
   testing::ScriptedServer server;
   JobOptions options;
+  WaitLimits limits;  // of the next browser
   const Translator translator{QString()};
   FakeQuestions questions;
   std::unique_ptr<QWidget> window;
@@ -125,7 +126,8 @@ class WebTest : public ::testing::Test {
   int completed = 0;
 
  private:
-  void CheckOne(const QuestionCase& row, const char* state_script, const char* state);
+  void CheckOnLargePage(const ActionCase& row, const char* state_script);
+  void CheckOne(const ActionCase& row, const char* state_script);
 };
 
 }  // namespace quayline::testing

@@ -72,11 +72,11 @@ Task<> IdleReports::Wait(PendingWork work, bool is_led, std::function<void(IdleR
     }
     co_await Until([&] { return got || is_pending; })
         .WokenBy(this, &IdleReports::taken)
-        .AtMost(WaitLimits().report_lost);
+        .AtMost(profile_.Limits().report_lost);
     if (is_pending) {
       co_await Until([&got] { return got.has_value(); })
           .WokenBy(this, &IdleReports::taken)
-          .AtMost(WaitLimits().save + WaitLimits().report_lost);
+          .AtMost(profile_.Limits().save + profile_.Limits().report_lost);
     }
   }
   // Brings in what all this has announced meanwhile, and is the second look at the markup.

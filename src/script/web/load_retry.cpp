@@ -8,13 +8,9 @@
 
 #include <utility>
 
-#include "script/wait_limits.h"
-
 namespace quayline {
 
 namespace {
-
-constexpr WaitLimits kLimits;
 
 bool IsAway(const QWebEngineLoadingInfo& failed, int net_error) {
   constexpr int kComeAgain = 503;
@@ -34,7 +30,7 @@ bool IsShort(const QWebEngineLoadingInfo& failed) {
 
 }  // namespace
 
-LoadRetry::LoadRetry(QObject* parent) : QObject(parent) {
+LoadRetry::LoadRetry(const WaitLimits& limits, QObject* parent) : QObject(parent), limits_(limits) {
   pause_.setSingleShot(true);
   connect(&pause_, &QTimer::timeout, this, [this] { Q_EMIT again(url_); });
 }
@@ -48,16 +44,16 @@ void LoadRetry::NoteLoad(const QUrl& url) {
 }
 
 bool LoadRetry::TryAgain(const QWebEngineLoadingInfo& failed, int net_error) {
-  if (!since_load_.isValid() || url_.hasQuery() || tries_ >= kLimits.load_pauses.size() ||
+  if (!since_load_.isValid() || url_.hasQuery() || tries_ >= limits_.load_pauses.size() ||
       !failed.url().matches(url_, QUrl::RemoveFragment)) {
     NoteEnd();
     return false;
   }
-  const WaitLimits::Time pause = kLimits.load_pauses.at(tries_);
+  const WaitLimits::Time pause = limits_.load_pauses.at(tries_);
   const bool is_first_short = IsShort(failed) && !std::exchange(was_short_, true);
   const bool is_after_action =
-      since_action_.isValid() && !since_action_.hasExpired(kLimits.action_memory.count());
-  const bool is_in_time = since_load_.elapsed() + pause.count() <= kLimits.absence.count();
+      since_action_.isValid() && !since_action_.hasExpired(limits_.action_memory.count());
+  const bool is_in_time = since_load_.elapsed() + pause.count() <= limits_.absence.count();
   if (!is_first_short && !(is_after_action && is_in_time && IsAway(failed, net_error))) {
     NoteEnd();
     return false;

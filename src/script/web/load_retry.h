@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "script/wait_limits.h"
+
 class QWebEngineLoadingInfo;
 
 namespace quayline {
@@ -22,7 +24,7 @@ class LoadRetry final : public QObject {
   Q_OBJECT
 
  public:
-  explicit LoadRetry(QObject* parent = nullptr);
+  explicit LoadRetry(const WaitLimits& limits, QObject* parent = nullptr);
 
   // There was a user action on the page.
   void NoteAction() { since_action_.start(); }
@@ -40,6 +42,7 @@ class LoadRetry final : public QObject {
   void again(const QUrl& url);
 
  private:
+  const WaitLimits limits_;
   QElapsedTimer since_action_;
   QElapsedTimer since_load_;
   QTimer pause_;

@@ -5,17 +5,10 @@
 
 #include <utility>
 
-#include "script/wait_limits.h"
-
 namespace quayline {
 
-namespace {
-
-constexpr WaitLimits kLimits;
-
-}  // namespace
-
-NavigationWatch::NavigationWatch(QObject* parent) : QObject(parent) {
+NavigationWatch::NavigationWatch(const WaitLimits& limits, QObject* parent)
+    : QObject(parent), limits_(limits) {
   frame_guard_.setSingleShot(true);
   start_guard_.setSingleShot(true);
   connect(&frame_guard_, &QTimer::timeout, this, &NavigationWatch::FrameEndedWithoutPage);
@@ -32,7 +25,7 @@ void NavigationWatch::LoadAsked(bool within_page) {
   asked_ = true;
   within_page_ = within_page;
   if (!loading_) {  // a load that takes the place of another one has no start of its own
-    start_guard_.start(within_page ? kLimits.move_in_page : kLimits.load_start);
+    start_guard_.start(within_page ? limits_.move_in_page : limits_.load_start);
   }
   Update(true);
 }
@@ -124,9 +117,9 @@ void NavigationWatch::GuardFrames() {
   if (frames_.isEmpty() || any_under_way_) {
     frame_guard_.stop();
   } else {
-    frame_guard_.start(any_answered_ && !any_created_ ? kLimits.answered_frame
-                       : frame_is_form_               ? kLimits.form_in_frame
-                                                      : kLimits.frame);
+    frame_guard_.start(any_answered_ && !any_created_ ? limits_.answered_frame
+                       : frame_is_form_               ? limits_.form_in_frame
+                                                      : limits_.frame);
   }
 }
 

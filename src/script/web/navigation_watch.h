@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "script/page_host.h"
+#include "script/wait_limits.h"
 
 namespace quayline {
 
@@ -24,7 +25,7 @@ class NavigationWatch final : public QObject {
   Q_OBJECT
 
  public:
-  explicit NavigationWatch(QObject* parent = nullptr);
+  explicit NavigationWatch(const WaitLimits& limits, QObject* parent = nullptr);
 
   NavigationState State() const { return state_; }
   bool IsLoading() const { return loading_; }
@@ -59,6 +60,7 @@ class NavigationWatch final : public QObject {
   void Update(bool begun);
   void GuardFrames();
 
+  const WaitLimits limits_;
   NavigationState state_;
   bool asked_ = false;
   bool within_page_ = false;

@@ -29,9 +29,11 @@ PageLoads::PageLoads(WebProfile& profile, std::function<WebPage*()> make_page,
     : QObject(parent),
       profile_(profile),
       questions_(profile, std::move(ask_login), std::move(ask_address), nullptr),
+      watch_(profile.Limits()),
       request_(profile, nullptr),
       parts_(profile, std::move(make_page), nullptr),
-      frames_(profile, watch_, questions_, nullptr) {
+      frames_(profile, watch_, questions_, nullptr),
+      retry_(profile.Limits()) {
   connect(&watch_, &NavigationWatch::changed, this, &PageLoads::changed);
   connect(&watch_, &NavigationWatch::neverStarted, this, [this] {
     is_ours_asked_ = false;

@@ -11,8 +11,6 @@
 #include <csignal>
 #include <unistd.h>
 
-#include "script/wait_limits.h"
-
 namespace quayline {
 
 namespace {
@@ -41,10 +39,11 @@ milliseconds ProcessorTime(qint64 pid) {
 
 }  // namespace
 
-ScriptWatchdog::ScriptWatchdog(std::function<bool()> is_needed, QObject* parent)
-    : QObject(parent), is_needed_(std::move(is_needed)) {
+ScriptWatchdog::ScriptWatchdog(const WaitLimits& limits, std::function<bool()> is_needed,
+                               QObject* parent)
+    : QObject(parent), limits_(limits), is_needed_(std::move(is_needed)) {
   connect(&timer_, &QTimer::timeout, this, &ScriptWatchdog::Look);
-  timer_.start(WaitLimits().silence_look);
+  timer_.start(limits_.silence_look);
 }
 
 void ScriptWatchdog::SetPage(QWebEnginePage* page) {
@@ -54,7 +53,7 @@ void ScriptWatchdog::SetPage(QWebEnginePage* page) {
 
 void ScriptWatchdog::Hurry() {
   is_hurried_ = true;
-  timer_.start(WaitLimits().silence_look_after_stop);
+  timer_.start(limits_.silence_look_after_stop);
   if (page_ != nullptr && IsAnswered()) {
     Ping();
   }
@@ -67,16 +66,15 @@ void ScriptWatchdog::Look() {
   if (IsAnswered()) {
     if (is_hurried_) {
       is_hurried_ = false;
-      timer_.start(WaitLimits().silence_look);
+      timer_.start(limits_.silence_look);
     } else if (is_needed_()) {
       Ping();
     }
     return;
   }
-  const WaitLimits limits;
   const milliseconds silence(since_ping_.elapsed());
   const milliseconds used = ProcessorTime(page_->renderProcessPid()) - used_at_ping_;
-  if (silence >= (is_hurried_ ? limits.silence_after_stop : limits.silence) &&
+  if (silence >= (is_hurried_ ? limits_.silence_after_stop : limits_.silence) &&
       used * kBusyPart > silence && (is_hurried_ || is_needed_())) {
     asked_ = *answered_;
     kill(static_cast<pid_t>(page_->renderProcessPid()), SIGKILL);

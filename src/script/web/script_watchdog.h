@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 
+#include "script/wait_limits.h"
+
 class QWebEnginePage;
 
 namespace quayline {
@@ -24,7 +26,7 @@ class ScriptWatchdog final : public QObject {
 
  public:
   // `is_needed` is whether the page is waited for.
-  ScriptWatchdog(std::function<bool()> is_needed, QObject* parent);
+  ScriptWatchdog(const WaitLimits& limits, std::function<bool()> is_needed, QObject* parent);
 
   void SetPage(QWebEnginePage* page);
   // The run was stopped: a silent page is given WaitLimits::silence_after_stop from now on.
@@ -35,6 +37,7 @@ class ScriptWatchdog final : public QObject {
   void Ping();
   bool IsAnswered() const { return asked_ == *answered_; }
 
+  const WaitLimits limits_;
   std::function<bool()> is_needed_;
   QPointer<QWebEnginePage> page_;
   QTimer timer_;

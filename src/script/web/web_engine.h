@@ -7,6 +7,7 @@
 #include "core/trusted_certificates.h"
 #include "i18n/translator.h"
 #include "script/page_host.h"
+#include "script/wait_limits.h"
 
 // What the programs need of the web engine. This header does not include it.
 namespace quayline {
@@ -15,9 +16,10 @@ namespace quayline {
 // cookies end with the job. The engine starts with the first host. `options` outlives the hosts;
 // whether silent mode is on is looked at each time. `translator` outlives them as well, and so does
 // `certificates`, which knows which certificate of the router the user trusts; without it none is
-// trusted.
+// trusted. `limits` are those of the pages; what a run waits for is limited by PageWait.
 PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
-                             TrustedCertificates* certificates = nullptr);
+                             TrustedCertificates* certificates = nullptr,
+                             const WaitLimits& limits = {});
 
 // Empties the caches of all browsers of the program, in memory and on the disk. Whether it did: a
 // page that is still loading prevents it.

@@ -38,6 +38,7 @@ WebPageHost::WebPageHost(std::shared_ptr<WebProfile> profile, PageQuestions& que
           [this](const auto&... question) { AskForAddress(question...); }, nullptr),
       // A page whose dialog the user has before him says nothing.
       watchdog_(
+          profile_->Limits(),
           [this] { return !page_->IsAsking() && (loads_.State().busy || calls_.HasOpenCalls()); },
           nullptr),
       idle_reports_(*profile_, calls_, nullptr) {
@@ -383,12 +384,12 @@ void WebPageHost::AskForLogin(const QString& address,
 QString WebPageHost::Text(const Message& message) const { return profile_->Text(message); }
 
 PageHostFactory WebPageHosts(const JobOptions& options, const Translator& translator,
-                             TrustedCertificates* certificates) {
+                             TrustedCertificates* certificates, const WaitLimits& limits) {
   auto profile = std::make_shared<std::shared_ptr<WebProfile>>();
-  return [profile, &options, &translator, certificates](PageQuestions& questions,
-                                                        QObject* parent) -> PageHost* {
+  return [profile, &options, &translator, certificates, limits](PageQuestions& questions,
+                                                                QObject* parent) -> PageHost* {
     if (*profile == nullptr) {
-      *profile = std::make_shared<WebProfile>(options, translator, certificates);
+      *profile = std::make_shared<WebProfile>(options, translator, certificates, limits);
     }
     return new WebPageHost(*profile, questions, parent);
   };

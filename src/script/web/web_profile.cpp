@@ -67,10 +67,11 @@ QString Called(const char* function, std::initializer_list<const char*> files,
 }  // namespace
 
 WebProfile::WebProfile(const JobOptions& options, const Translator& translator,
-                       TrustedCertificates* certificates)
+                       TrustedCertificates* certificates, const WaitLimits& limits)
     : options_(options),
       translator_(translator),
       certificates_(certificates),
+      limits_(limits),
       beacon_(Secret() + QLatin1Char(' ')) {
   RouterGate* const gate = &RouterGate::Instance();
   gate->AdmitAll(this);
@@ -113,7 +114,7 @@ void WebProfile::InstallScripts() {
   const QString reply = Secret();
   const QString watch_ask = Secret();
   const QString watch_reply = Secret();
-  const QJsonObject limits = PageScriptLimits(WaitLimits());
+  const QJsonObject limits = PageScriptLimits(limits_);
   Install(
       QStringLiteral("agent"), QWebEngineScript::ApplicationWorld,
       Called("installPageIdle", {"watch/page_idle.js"}, {beacon_, watch_ask, watch_reply, limits}) +

@@ -15,6 +15,7 @@
 #include "core/trusted_certificates.h"
 #include "i18n/translator.h"
 #include "script/page_host.h"
+#include "script/wait_limits.h"
 #include "script/web/login_tries.h"
 #include "script/web/login_watch.h"
 #include "script/web/request_guard.h"
@@ -36,10 +37,11 @@ class WebProfile final : public QObject, private LoginWatch {
  public:
   // `certificates` may be null: then no certificate is trusted.
   WebProfile(const JobOptions& options, const Translator& translator,
-             TrustedCertificates* certificates);
+             TrustedCertificates* certificates, const WaitLimits& limits = {});
 
   QWebEngineProfile& Engine() { return engine_; }
   const JobOptions& Options() const { return options_; }
+  const WaitLimits& Limits() const { return limits_; }
   TrustedCertificates* Certificates() const { return certificates_; }
   QString Text(const Message& message) const { return translator_.Text(message); }
   const RequestGuard& Guard() const { return guard_; }
@@ -104,6 +106,7 @@ class WebProfile final : public QObject, private LoginWatch {
   const JobOptions& options_;
   const Translator& translator_;
   TrustedCertificates* certificates_;
+  const WaitLimits limits_;
   QSet<SiteOrigin> asked_;  // the user was asked for these
   RequestGuard guard_;      // outlives the engine that asks it
   QWebEngineProfile engine_;

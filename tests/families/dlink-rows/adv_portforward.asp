@@ -77,7 +77,7 @@ function do_submit() {
     arg += "&pfRule_UDPOpenPorts_1.1." + i + ".0=" + (is_used ? value("udp_ports") : "0");
   }
   new ccpObject().get_config_obj({url: "get_set.ccp", arg: arg});
-  wait(3);
+  wait(1);
 }
 // The settings are in use after some seconds.
 function wait(seconds) {

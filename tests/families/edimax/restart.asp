@@ -1,6 +1,6 @@
 <html>
 <head><script>
-var left = 3;
+var left = 1;
 function count() {
   document.getElementById("time").innerHTML = left;
   if (left === 0) {

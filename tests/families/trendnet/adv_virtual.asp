@@ -4,7 +4,7 @@
 <script src="js/ccpObject.js"></script>
 <script>
 var rule_max_num = 24;
-var wait_seconds = 3;
+var wait_seconds = 1;
 var words = ["TCP", "UDP", "Both"];
 var rules = [];
 var submit_button_flag = 0;

@@ -121,8 +121,8 @@ function uci_apply(token) {
       fetch('/cgi-bin/luci/admin/uci/confirm?token=' + token, {method: 'POST'}).then(function() {
         clearTimeout(clock);
         uci_status('Configuration has been applied.');
-        setTimeout(function() { location.href = '/cgi-bin/luci/admin/network/firewall/forwards'; }, 1000);
+        setTimeout(function() { location.href = '/cgi-bin/luci/admin/network/firewall/forwards'; }, 300);
       });
-    }, 2000);
+    }, 1000);
   });
 }

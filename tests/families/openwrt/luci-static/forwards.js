@@ -1,8 +1,8 @@
 // The page of the port forwards. Changes are kept by the router until they are applied, which is
 // confirmed some seconds later: so the router can take back a change that cuts off the browser.
 const ROLLBACK_SECONDS = 90;
-const HOLDOFF_MS = 4000;
-const DISPLAY_MS = 1000;
+const HOLDOFF_MS = 3000;
+const DISPLAY_MS = 300;
 const NAMES = {tcp: 'TCP', udp: 'UDP', icmp: 'ICMP', all: 'Any'};
 
 let redirects = [];
