@@ -3,22 +3,17 @@
 
 #include "ui/main/main_window.h"
 
-#include <QDate>
-#include <QDialog>
 #include <QDragEnterEvent>
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
-#include "i18n/language_locale.h"
+#include "ui/main/list_menu.h"
 #include "ui/main/main_messages.h"
 #include "ui/main/missing_features.h"
 #include "ui/main/version.h"
 #include "ui/toolkit/fields.h"
 #include "ui/toolkit/theme.h"
 #include "ui_main_window.h"
-#include "update/update_site.h"
 
 namespace quayline {
 
@@ -36,7 +31,6 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
     : QMainWindow(parent),
       context_(context),
       prompts_(prompts),
-      windows_(windows),
       ui_(std::make_unique<Ui::MainWindow>()),
       selection_(context),
       router_panel_(new RouterPanel(context.session, routers_, context.translator, this)),
@@ -44,6 +38,7 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
       list_panel_(new PortListPanel(context, prompts, windows, this)),
       detector_(new RouterDetector(context, routers_, prompts, this)),
       first_steps_(new FirstSteps(context, routers_, selection_, windows, prompts, this)),
+      runs_(new RouterRuns(context, prompts, windows, *router_panel_, *list_panel_, this)),
       start_up_(context, list_panel_->Commands(), routers_, selection_) {
   setWindowFlags(Qt::Widget);  // the frame is that of the window around it
   ui_->setupUi(this);
@@ -51,14 +46,14 @@ MainWindow::MainWindow(AppContext& context, Prompts& prompts, WindowFactory& win
   SettleFieldsBeforeCommands(this);
   ShareUndoKeys(this);
   menus_ = new MainMenus(context, prompts, *ui_, this);
+  new ListMenu(*ui_, context.port_list, *list_panel_, this);
+  languages_ = new LanguageChoice(context, prompts, ui_->language_box, this);
+  opener_ = new WindowOpener(context, prompts, windows, *ui_, *runs_, this);
   HideMissingFeatures(*this, context.maker_site);
   ConnectPanels();
-  ConnectRouterWindows();
-  ConnectComputerWindows();
+  ConnectRuns();
+  ConnectWindows();
   ConnectDetection();
-  ConnectList();
-  ConnectListMenu();
-  ConnectUpdates();
   ConnectStartUp();
   ConnectGuide();
   SetTimers();
@@ -87,39 +82,6 @@ void MainWindow::changeEvent(QEvent* event) {
     ShowTotals();
     ShowLocalIp();
   }
-}
-
-void MainWindow::UseLanguage(const QString& choice) {
-  context_.settings.SetValue(setting::kLanguage, choice);
-  context_.translator.Choose(choice);
-}
-
-// The question and its answers are in the language that is offered.
-void MainWindow::OfferDesktopLanguage() {
-  if (context_.settings.IsSet(setting::kLanguage)) {
-    return;
-  }
-  const QStringList choices = context_.translator.AvailableLanguages();
-  QStringList names;
-  for (const QString& choice : choices) {
-    names.append(context_.translator.LanguageOf(choice));
-  }
-  const qsizetype offered = names.indexOf(LanguageOfDesktop(context_.desktop_locale, names));
-  if (offered <= 0) {
-    return;  // unknown, or English
-  }
-  Translator texts{QString()};
-  texts.SetFolder(context_.translator.Folder());
-  texts.SetLanguage(names.at(offered));
-  const QString own_name = choices.at(offered).section(QStringLiteral(" | "), 1);
-  prompts_.AskChoice(this, texts.Text(message::kLanguageTitle),
-                     texts.Text(message::kLanguageQuestion).arg(own_name),
-                     {QStringLiteral("English"), own_name},
-                     [this, choice = choices.at(offered)](qsizetype answer) {
-                       const QString used = answer == 1 ? choice : QString::fromLatin1(kEnglish);
-                       ui_->language_box->setCurrentText(used);
-                       UseLanguage(used);
-                     });
 }
 
 // Not before the window can be seen: a write of the first half of the start may have failed.
@@ -152,8 +114,7 @@ void MainWindow::Unload() {
   context_.settings.StorePending();
   context_.certificates.StorePending();
   List().Finish();
-  delete check_window_.data();
-  delete job_window_.data();
+  runs_->Finish();
   context_.databases.Close();
 }
 
@@ -188,33 +149,12 @@ void MainWindow::ConnectPanels() {
           [this] { menus_->OpenPage(context_.maker_site.DefaultLogins()); });
   connect(&selection_, &RouterSelection::routerRead, this, &MainWindow::ShowSession);
   connect(&selection_, &RouterSelection::pictureChanged, router_panel_, &RouterPanel::ShowPicture);
-  connect(ui_->language_box, &QComboBox::textActivated, this, &MainWindow::UseLanguage);
+  connect(list_panel_, &PortListPanel::totalsChanged, this, &MainWindow::ShowTotals);
+  setAcceptDrops(true);
 }
 
-void MainWindow::ConnectRouterWindows() {
-  connect(router_panel_, &RouterPanel::routerListWanted, this, &MainWindow::ListRouters);
-  connect(router_panel_, &RouterPanel::routerRequestWanted, this, &MainWindow::RequestRouter);
-  connect(ui_->request_router_action, &QAction::triggered, this, &MainWindow::RequestRouter);
-  connect(router_panel_, &RouterPanel::adaptersWanted, this, [this] {
-    const auto take = [this](const QString& gateway) {
-      context_.session.router_ip = gateway;
-      ShowSession();
-      StoreSession();
-    };
-    windows_.Adapters(this, take)->open();
-  });
-  connect(ui_->view_scripts_action, &QAction::triggered, this, [this] {
-    if (IsRouterKnown()) {
-      windows_.Scripts(this, [this] { ChooseRouter(context_.session.router_id); })->open();
-    }
-  });
-  connect(ui_->test_ports_action, &QAction::triggered, this,
-          [this] { windows_.PortChecker(this)->open(); });
-  connect(ui_->static_ip_action, &QAction::triggered, this,
-          [this] { windows_.StaticAddress(this)->open(); });
-  connect(ui_->quick_ports_action, &QAction::triggered, this,
-          [this] { windows_.QuickPorts(this)->open(); });
-  connect(ui_->view_ports_button, &QPushButton::clicked, this, &MainWindow::ViewPorts);
+void MainWindow::ConnectRuns() {
+  connect(ui_->view_ports_button, &QPushButton::clicked, runs_, &RouterRuns::ViewPorts);
   connect(ui_->update_button, &QPushButton::clicked, this, &MainWindow::UpdateRouter);
   connect(ui_->update_action, &QAction::triggered, this, &MainWindow::UpdateRouter);
   addAction(ui_->update_action);
@@ -222,8 +162,33 @@ void MainWindow::ConnectRouterWindows() {
   connect(ui_->check_action, &QAction::triggered, this, &MainWindow::CheckRouter);
 }
 
-void MainWindow::ListRouters() {
-  windows_.RouterList(this, [this](int id) { ChooseRouter(id); })->open();
+void MainWindow::UpdateRouter() {
+  if (ui_->update_button->isEnabled()) {
+    runs_->Update();
+  }
+}
+
+void MainWindow::CheckRouter() {
+  if (ui_->check_button->isEnabled()) {
+    runs_->Check();
+  }
+}
+
+void MainWindow::ConnectWindows() {
+  connect(router_panel_, &RouterPanel::routerListWanted, opener_, &WindowOpener::ListRouters);
+  connect(router_panel_, &RouterPanel::adaptersWanted, opener_, &WindowOpener::ListAdapters);
+  connect(router_panel_, &RouterPanel::routerRequestWanted, this, &MainWindow::RequestRouter);
+  connect(ui_->request_router_action, &QAction::triggered, this, &MainWindow::RequestRouter);
+  connect(opener_, &WindowOpener::routerChosen, this, &MainWindow::ChooseRouter);
+  connect(opener_, &WindowOpener::gatewayChosen, this, [this](const QString& gateway) {
+    context_.session.router_ip = gateway;
+    ShowSession();
+    StoreSession();
+  });
+  connect(opener_, &WindowOpener::databasesUpdated, this, [this] { reload_timer_.start(1000ms); });
+  connect(opener_, &WindowOpener::exitRequested, this, &MainWindow::exitRequested);
+  connect(this, &MainWindow::ready, opener_, &WindowOpener::CheckForUpdate);
+  connect(ui_->exit_action, &QAction::triggered, this, &MainWindow::exitRequested);
 }
 
 // Without a site that takes requests, the user can make the router himself, from the list.
@@ -231,126 +196,19 @@ void MainWindow::RequestRouter() {
   if (context_.maker_site.Exists()) {
     menus_->OpenPage(context_.maker_site.RouterRequest());
   } else {
-    ListRouters();
+    opener_->ListRouters();
   }
-}
-
-void MainWindow::ConnectComputerWindows() {
-  const std::pair<QAction*, ComputerWindow> windows[] = {
-      {ui_->add_exceptions_action, ComputerWindow::kAddExceptions},
-      {ui_->remove_exceptions_action, ComputerWindow::kRemoveExceptions},
-      {ui_->show_exceptions_action, ComputerWindow::kShowExceptions},
-  };
-  for (const auto& [action, window] : windows) {
-    connect(action, &QAction::triggered, this,
-            [this, wanted = window] { windows_.OfComputer(this, wanted)->open(); });
-  }
-  // A page that loads meanwhile would never arrive, and a job reads the databases.
-  const std::pair<QAction*, ComputerWindow> repairs[] = {
-      {ui_->clear_cache_action, ComputerWindow::kClearCache},
-      {ui_->repair_browser_action, ComputerWindow::kRepairBrowser},
-      {ui_->repair_databases_action, ComputerWindow::kRepairDatabases},
-  };
-  for (const auto& [action, window] : repairs) {
-    connect(action, &QAction::triggered, this, [this, wanted = window] {
-      if (context_.job_flags.is_running) {
-        prompts_.Tell(this, Text(kJobRuns));
-      } else {
-        windows_.OfComputer(this, wanted)->open();
-      }
-    });
-  }
-  connect(ui_->open_firewall_action, &QAction::triggered, this, [this] {
-    if (context_.firewall == nullptr || !context_.firewall->OpenSettings()) {
-      prompts_.Tell(this, Text(message::kNoFirewallProgram));
-    }
-  });
 }
 
 void MainWindow::ConnectDetection() {
-  connect(ui_->detect_routers_action, &QAction::triggered, this,
-          [this] { windows_.SecondRouter(this)->open(); });
   connect(router_panel_, &RouterPanel::detectionWanted, detector_, &RouterDetector::DetectForUser);
   connect(detector_, &RouterDetector::found, this, [this](int row) { router_panel_->Choose(row); });
   connect(detector_, &RouterDetector::shown, router_panel_, &RouterPanel::FocusRouter);
 }
 
-void MainWindow::ConnectList() {
-  connect(list_panel_, &PortListPanel::totalsChanged, this, &MainWindow::ShowTotals);
-  connect(list_panel_, &PortListPanel::menuWanted, ui_->list_menu,
-          [this](const QPoint& place) { ui_->list_menu->popup(place); });
-  connect(list_panel_, &PortListPanel::rowsChanged, this, [this] {
-    const bool has_rows = context_.port_list.rowCount() > 0;
-    for (QAction* action : {ui_->edit_entry_action, ui_->remove_entry_action,
-                            ui_->remove_ports_action, ui_->remove_all_action}) {
-      action->setEnabled(has_rows);
-    }
-    ui_->undo_action->setEnabled(List().CanUndo());
-    ui_->redo_action->setEnabled(List().CanRedo());
-  });
-  setAcceptDrops(true);
-}
-
-void MainWindow::ConnectListMenu() {
-  for (QAction* action : {ui_->add_ports_action, ui_->add_entry_action}) {
-    connect(action, &QAction::triggered, list_panel_, &PortListPanel::AddEntries);
-  }
-  for (QAction* action : {ui_->remove_ports_action, ui_->remove_entry_action}) {
-    connect(action, &QAction::triggered, list_panel_, &PortListPanel::RemoveSelected);
-  }
-  connect(ui_->edit_entry_action, &QAction::triggered, list_panel_, &PortListPanel::EditEntry);
-  connect(ui_->remove_all_action, &QAction::triggered, &List(), &ListCommands::RemoveAll);
-  connect(ui_->undo_action, &QAction::triggered, &List(), &ListCommands::Undo);
-  connect(ui_->redo_action, &QAction::triggered, &List(), &ListCommands::Redo);
-  connect(ui_->open_action, &QAction::triggered, &List(), &ListCommands::Open);
-  connect(ui_->save_action, &QAction::triggered, &List(), &ListCommands::SaveAs);
-  connect(ui_->exit_action, &QAction::triggered, this, &MainWindow::exitRequested);
-  list_panel_->AddListAction(ui_->add_entry_action, {QKeySequence(Qt::Key_Insert)});
-  list_panel_->AddListAction(ui_->edit_entry_action,
-                             {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
-  list_panel_->AddListAction(ui_->remove_entry_action, {QKeySequence(QKeySequence::Delete)});
-}
-
-void MainWindow::ConnectUpdates() {
-  const auto exit = [this] { Q_EMIT exitRequested(); };
-  connect(ui_->check_updates_action, &QAction::triggered, this,
-          [this, exit] { windows_.ProgramUpdate(this, exit)->open(); });
-  connect(ui_->update_databases_action, &QAction::triggered, this, &MainWindow::UpdateDatabases);
-  connect(this, &MainWindow::ready, this, [this, exit] {
-    if (TakeDailyCheck(context_, QDate::currentDate())) {
-      windows_.CheckForUpdate(this, exit);
-    }
-  });
-}
-
-void MainWindow::UpdateDatabases() {
-  if (context_.job_flags.is_running) {  // it reads them
-    prompts_.Tell(this, Text(kJobRuns));
-    return;
-  }
-  if (!FindUpdateSite(context_).Exists()) {
-    prompts_.Tell(this, Text(message::kNoDatabaseSite));
-    return;
-  }
-  const auto update = [this](bool yes) {
-    if (yes) {
-      windows_.DatabaseUpdate(this, [this] { reload_timer_.start(1000ms); })->open();
-    }
-  };
-  prompts_.Ask(
-      this, QStringLiteral("Quayline"),
-      Text(message::kOverwriteDatabases) + QLatin1Char('\n') + Text(message::kContinueQuestion),
-      update);
-}
-
 void MainWindow::ConnectStartUp() {
   SetInputsEnabled(false);
-  connect(&start_up_, &StartUp::languagesRead, this,
-          [this](const QStringList& languages, const QString& current) {
-            ui_->language_box->clear();
-            ui_->language_box->addItems(languages);
-            ui_->language_box->setCurrentText(current);
-          });
+  connect(&start_up_, &StartUp::languagesRead, languages_, &LanguageChoice::Show);
   connect(&start_up_, &StartUp::routersProgress, router_panel_, &RouterPanel::ShowProgress);
   connect(&start_up_, &StartUp::routersLoaded, router_panel_, &RouterPanel::ShowRouterCount);
   connect(&start_up_, &StartUp::sessionRead, this, &MainWindow::ShowSession);
@@ -362,7 +220,7 @@ void MainWindow::ConnectStartUp() {
     if (router_panel_->IsAtPlaceholder()) {
       detector_->DetectSilently();
     }
-    OfferDesktopLanguage();
+    languages_->OfferDesktopLanguage();
     first_steps_->ShowAtStart();
     Q_EMIT ready();
   });
@@ -463,129 +321,6 @@ void MainWindow::ShowLocalIp() {
     address = context_.adapters.LocalAddress(QString());
   }
   ui_->local_ip_label->setText(Text(message::kLocalIp) + QLatin1Char(' ') + address);
-}
-
-// What is done with a router is done with the chosen one, whatever is typed in its place.
-bool MainWindow::IsRouterKnown() {
-  if (context_.session.is_name_unknown) {
-    prompts_.Tell(this, Text(kNoSuchRouter).arg(context_.session.router_name));
-    router_panel_->FocusRouter();
-  }
-  return !context_.session.is_name_unknown;
-}
-
-bool MainWindow::CanOpenRouter() {
-  if (!IsRouterKnown()) {
-    return false;
-  }
-  if (context_.session.router_ip.startsWith(QLatin1Char('0'))) {
-    prompts_.Tell(this, Text(kSetRouterIp));
-    router_panel_->FocusAddress();
-    return false;
-  }
-  if (context_.job_flags.is_running) {
-    prompts_.Tell(this, Text(kJobRuns));
-    return false;
-  }
-  return true;
-}
-
-void MainWindow::ViewPorts() {
-  if (!CanOpenRouter()) {
-    return;
-  }
-  context_.job_flags.SetJobStopRequested(false);
-  context_.job_flags.SetJobDebugMode(false);
-  context_.job_flags.view_error_grace = 1;
-  windows_.PageView(this)->open();
-}
-
-void MainWindow::CheckRouter() {
-  if (!ui_->check_button->isEnabled() || !CanOpenRouter()) {
-    return;
-  }
-  if (context_.port_list.rowCount() == 0) {
-    prompts_.Tell(this, Text(message::kNothingToCheck));
-    return;
-  }
-  if (context_.session.update_script.isEmpty() && context_.session.view_script.isEmpty()) {
-    prompts_.Tell(this, Text(message::kChooseRouterToCheck));
-    router_panel_->FocusRouter();
-    return;
-  }
-  // The window of an update stays: its rules may be taken back, and its report saved.
-  if (check_window_ != nullptr && check_window_->isVisible()) {
-    check_window_->close();
-  }
-  ShowJob(check_window_, windows_.RouterCheck());
-}
-
-void MainWindow::UpdateRouter() {
-  if (!ui_->update_button->isEnabled()) {
-    return;
-  }
-  const bool is_job_open = std::ranges::any_of(
-      std::array{job_window_, check_window_},
-      [](const QPointer<QWidget>& window) { return window != nullptr && window->isVisible(); });
-  if (is_job_open && context_.job_flags.is_running) {
-    prompts_.Ask(this, Text(message::kStartAgainTitle), Text(message::kStartAgainQuestion),
-                 [this](bool yes) {
-                   if (yes) {
-                     StartUpdate();
-                   }
-                 });
-    return;
-  }
-  StartUpdate();
-}
-
-void MainWindow::StartUpdate() {
-  QWidget* former = job_window_;
-  for (const QPointer<QWidget>& window : {job_window_, check_window_}) {
-    if (window != nullptr && window->isVisible()) {
-      window->close();
-    }
-  }
-  QList<PortEntry> entries = context_.port_list.Entries();
-  for (const int row : ClampPorts(entries, context_.session)) {
-    context_.port_list.Replace(row, entries.at(row));
-  }
-  const UpdateVerdict verdict = CheckUpdate(entries, context_.session, context_.translator);
-  if (verdict.accepted) {
-    ShowJob(job_window_, windows_.Job(former));
-  } else {
-    ShowRefusal(verdict);
-  }
-}
-
-void MainWindow::ShowRefusal(const UpdateVerdict& verdict) {
-  prompts_.Tell(this, verdict.message);
-  if (verdict.row >= 0) {
-    list_panel_->SelectRow(verdict.row);
-  }
-  switch (verdict.focus) {
-    case UpdateFocus::kRouter:
-      router_panel_->FocusRouter();
-      break;
-    case UpdateFocus::kRouterIp:
-      router_panel_->FocusAddress();
-      break;
-    case UpdateFocus::kPortList:
-      list_panel_->FocusList();
-      break;
-    case UpdateFocus::kNone:
-      break;
-  }
-}
-
-void MainWindow::ShowJob(QPointer<QWidget>& place, QWidget* window) {
-  context_.job_flags.SetJobStopRequested(false);
-  context_.job_flags.SetJobDebugMode(false);
-  context_.job_flags.job_error_grace = 1;
-  place = window;
-  window->show();
-  window->raise();
-  window->activateWindow();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

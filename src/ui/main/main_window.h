@@ -3,24 +3,25 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QPointer>
 #include <QTimer>
 
 #include <expected>
 #include <memory>
 
 #include "core/app_context.h"
-#include "core/update_command.h"
 #include "ui/main/first_steps.h"
+#include "ui/main/language_choice.h"
 #include "ui/main/login_panel.h"
 #include "ui/main/main_menus.h"
 #include "ui/main/port_list_panel.h"
 #include "ui/main/router_detector.h"
 #include "ui/main/router_list_model.h"
 #include "ui/main/router_panel.h"
+#include "ui/main/router_runs.h"
 #include "ui/main/router_selection.h"
 #include "ui/main/start_up.h"
 #include "ui/main/window_factory.h"
+#include "ui/main/window_opener.h"
 #include "ui/toolkit/prompts.h"
 
 namespace Ui {
@@ -47,10 +48,8 @@ class MainWindow final : public QMainWindow {
   // Ends what the window runs, its timers, and the job window. Called once, at the end.
   void Unload();
 
-  // As pressing "Update Router". While a job runs, the user is asked first.
+  // As pressing "Update Router".
   void UpdateRouter();
-  // Looks what is on the router, and changes nothing there.
-  void CheckRouter();
   ListCommands& List() { return list_panel_->Commands(); }
   const PortTotals& Totals() const { return list_panel_->Totals(); }
   // Puts router and login below each other where `width` is too small for both.
@@ -70,21 +69,15 @@ class MainWindow final : public QMainWindow {
  private:
   void AddPanels();
   void ConnectPanels();
-  void ConnectRouterWindows();
-  void ConnectComputerWindows();
-  void ListRouters();
+  void ConnectRuns();
+  void ConnectWindows();
   void RequestRouter();
+  void CheckRouter();
   void ConnectDetection();
-  void ConnectList();
-  void ConnectListMenu();
-  void ConnectUpdates();
   void ConnectStartUp();
   void ConnectGuide();
   void SetTimers();
   void SetInputsEnabled(bool enabled);
-  // At the first start: asks whether the program shall use the desktop's language.
-  void OfferDesktopLanguage();
-  void UseLanguage(const QString& choice);
   void ReportFailedWrites();
   void ReportReplacedDatabases();
 
@@ -93,36 +86,27 @@ class MainWindow final : public QMainWindow {
   void StoreSession();
   void ShowTotals();
   void ShowLocalIp();
-  void ViewPorts();
-  void UpdateDatabases();
-  bool IsRouterKnown();
-  void ShowRefusal(const UpdateVerdict& verdict);
-  // Checks the list and opens the job window. The one before is closed as by its Close button.
-  void StartUpdate();
-  void ShowJob(QPointer<QWidget>& place, QWidget* window);
-  // Whether what the router's page needs is known; the user is told what is missing.
-  bool CanOpenRouter();
   void ForgetLooksOfOtherRouter();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
   Prompts& prompts_;
-  WindowFactory& windows_;
   std::unique_ptr<Ui::MainWindow> ui_;
   RouterListModel routers_;
   RouterSelection selection_;
   RouterPanel* router_panel_;
   LoginPanel* login_panel_;
   PortListPanel* list_panel_;
-  MainMenus* menus_ = nullptr;
   RouterDetector* detector_;
   FirstSteps* first_steps_;
+  RouterRuns* runs_;
+  MainMenus* menus_ = nullptr;
+  LanguageChoice* languages_ = nullptr;
+  WindowOpener* opener_ = nullptr;
   StartUp start_up_;
   QTimer start_timer_;   // the slow half of the start
   QTimer reload_timer_;  // the same, after the databases were updated
   QTimer local_ip_timer_;
-  QPointer<QWidget> job_window_;
-  QPointer<QWidget> check_window_;
   QString looked_router_;  // to which the looks in the list belong
 };
 
