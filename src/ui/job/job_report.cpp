@@ -43,6 +43,20 @@ QString EntryLines(const JobReport::Entry& reported, const Translator& translato
 
 }  // namespace
 
+QList<JobReport::Entry> ReportEntries(const EntryStates& states) {
+  const QList<PortEntry> entries = states.Entries();
+  const auto text = [&states](int row, EntryStates::Column column) {
+    return states.index(row, column).data().toString();
+  };
+  QList<JobReport::Entry> reported;
+  for (int row = 0; row < states.rowCount(); ++row) {
+    reported.append({.entry = entries.at(row),
+                     .state = text(row, EntryStates::kState),
+                     .reason = text(row, EntryStates::kReason)});
+  }
+  return reported;
+}
+
 QString ReportText(const JobReport& report, const QList<Login>& logins,
                    const Translator& translator) {
   QString text = translator.Text(kHeading) + QStringLiteral("\n\n");

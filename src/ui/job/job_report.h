@@ -5,9 +5,9 @@
 #include <QList>
 #include <QString>
 
-#include "core/entry_result.h"
 #include "core/router_session.h"
 #include "i18n/translator.h"
+#include "ui/job/entry_states.h"
 
 namespace quayline {
 
@@ -28,6 +28,9 @@ struct JobReport {
   QString states;  // what the browser reported
   QString errors;
 };
+
+// The entries as the job window shows them.
+QList<JobReport::Entry> ReportEntries(const EntryStates& states);
 
 // The report as a file for people who help. None of `logins` is in it, however a page writes it, no
 // address of the internet, and not the router's own one.

@@ -8,7 +8,8 @@
 #include <QDir>
 
 #include "core/save_file.h"
-#include "core/update_command.h"
+#include "ui/job/follow_up_jobs.h"
+#include "ui/job/job_progress.h"
 #include "ui/job/job_window_texts.h"
 #include "ui/job/outcome_text.h"
 #include "ui/job/result_texts.h"
@@ -45,10 +46,10 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
                     .http_type = context.session.http_type}),
       questions_(*this, prompts, context.translator, kRunnerTexts),
       runner_(std::make_unique<JobRunner>(context, std::move(make_host), questions_)),
-      entry_states_(context.translator) {
+      entry_states_(context.translator),
+      looks_(context, entry_states_) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  setWindowTitle(Title());
   const bool has_details =
       context.settings.Boolean(setting::kJobDetails) || context.job_options.debug_mode;
   ShowDetails(has_details);
@@ -59,6 +60,10 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
   title.setBold(true);
   ui_->headline_label->setFont(title);
 
+  progress_ =
+      new JobProgress(*ui_, *runner_, entry_states_, context.translator,
+                      kind == JobKind::kCheck ? message::kCheckTitle : message::kJobTitle, *this);
+  follow_ups_ = new FollowUpJobs(context, prompts, *runner_, *this);
   display_ =
       new RunDisplay(*this, *runner_, questions_, context, prompts, kRunnerTexts, ControlsOf(*ui_));
   ConnectEntries();
@@ -76,12 +81,13 @@ JobWindow::JobWindow(AppContext& context, Prompts& prompts, PageHostFactory make
 void JobWindow::ConnectEntries() {
   entry_states_.Begin(kind_, context_.port_list.Entries());
   ui_->entries_view->Follow(entry_states_);
-  ShowLooks();
-  connect(&context_.port_list, &QAbstractItemModel::dataChanged, this, &JobWindow::ShowLooks);
-  connect(runner_.get(), &JobRunner::begun, this, &JobWindow::ShowBegun);
-  connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::ShowEntry);
-  connect(runner_.get(), &JobRunner::stepStarted, this, &JobWindow::ShowStep);
-  connect(runner_.get(), &JobRunner::lookStarted, this, &JobWindow::ShowLook);
+  looks_.Show();
+  connect(runner_.get(), &JobRunner::begun, this, [this] {
+    entry_states_.Begin(runner_->Outcome().kind, runner_->Rows());
+    looks_.Show();
+  });
+  connect(runner_.get(), &JobRunner::entryStarted, this, &JobWindow::NoteLogin);
+  connect(runner_.get(), &JobRunner::lookStarted, this, &JobWindow::NoteLogin);
 }
 
 void JobWindow::ConnectButtons() {
@@ -96,65 +102,23 @@ void JobWindow::ConnectButtons() {
     }
   });
   connect(ui_->stop_button, &QPushButton::clicked, this, &JobWindow::Stop);
-  connect(ui_->again_button, &QPushButton::clicked, this, &JobWindow::TryAgain);
+  connect(ui_->again_button, &QPushButton::clicked, follow_ups_, &FollowUpJobs::TryAgain);
   connect(ui_->test_button, &QPushButton::clicked, this, &JobWindow::testWanted);
   connect(ui_->firewall_button, &QPushButton::clicked, this,
-          [this] { Q_EMIT firewallWanted(blocked_); });
-  connect(ui_->take_back_button, &QPushButton::clicked, this, &JobWindow::AskToTakeBack);
+          [this] { Q_EMIT firewallWanted(looks_.Blocked()); });
+  connect(&looks_, &JobLooks::firewallShown, this,
+          [this] { ui_->firewall_button->setVisible(!looks_.Blocked().isEmpty()); });
+  connect(ui_->take_back_button, &QPushButton::clicked, follow_ups_, &FollowUpJobs::AskToTakeBack);
+  connect(follow_ups_, &FollowUpJobs::beginning, this, &JobWindow::OpenAgain);
+  connect(follow_ups_, &FollowUpJobs::routerPageWanted, this, &JobWindow::routerPageWanted);
   connect(ui_->report_button, &QPushButton::clicked, this, &JobWindow::SaveReport);
   connect(ui_->close_button, &QPushButton::clicked, this, &JobWindow::CloseAfterAsking);
 }
 
-QString JobWindow::Title() const {
-  return Text(kind_ == JobKind::kCheck ? message::kCheckTitle : message::kJobTitle);
-}
-
 // The job is destroyed first: its browsers use this window's widgets.
 JobWindow::~JobWindow() {
-  firewall_look_.Cancel();
+  looks_.CancelFirewallLook();
   runner_.reset();
-}
-
-void JobWindow::ShowBegun() {
-  entry_states_.Begin(runner_->Outcome().kind, runner_->Rows());
-  ShowLooks();
-}
-
-void JobWindow::ShowEntry(int row, int rows, const QString& app_name) {
-  row_ = row;
-  rows_ = rows;
-  NoteLogin();
-  ui_->headline_label->setText(Text(runner_->Outcome().kind == JobKind::kTakeBack
-                                        ? message::kRemovingEntry
-                                        : message::kEntryOf)
-                                   .arg(QString::number(row), QString::number(rows), app_name));
-  setWindowTitle(
-      QStringLiteral("%1 (%2/%3)").arg(Title(), QString::number(row), QString::number(rows)));
-  ui_->busy_bar->SetMoving(true);
-  SetCounted(true);
-  entry_states_.SetRunning(row - 1);
-  ui_->entries_view->scrollTo(entry_states_.index(row - 1, 0));
-}
-
-void JobWindow::ShowStep(int step, int steps) {
-  ui_->job_bar->setMaximum(rows_ * steps);
-  ui_->job_bar->setValue((row_ - 1) * steps + step - 1);
-  ui_->steps_label->setText(Text(message::kStepOf)
-                                .arg(QString::number(row_), QString::number(rows_),
-                                     QString::number(step), QString::number(steps)));
-}
-
-void JobWindow::ShowLook() {
-  NoteLogin();
-  SetCounted(false);
-  entry_states_.SetRowDone();
-  ui_->headline_label->setText(Text(message::kLooking));
-}
-
-void JobWindow::SetCounted(bool counted) {
-  ui_->job_bar->setVisible(counted);
-  ui_->busy_bar->setVisible(!counted);
-  ui_->steps_label->clear();
 }
 
 // The login may be changed in the main window during the job.
@@ -208,29 +172,22 @@ void JobWindow::ShowEnd() {
   const JobOutcome& outcome = runner_->Outcome();
   const bool has_checked =
       outcome.kind == JobKind::kCheck && !outcome.stopped && !outcome.results.isEmpty();
-  NoteLooks();
+  looks_.Note(*runner_);
   entry_states_.SetResults(outcome.results,
                            has_checked ? entry_states_.rowCount() : outcome.entries);
-  ShowLooks();
+  looks_.Show();
   ui_->entries_view->scrollTo(entry_states_.FirstToLookAt());
   ShowOutcome();
   ui_->waiting_label->clear();
-  ui_->busy_bar->SetMoving(false);
-  SetCounted(true);
-  if (!outcome.stopped) {
-    ui_->job_bar->setValue(ui_->job_bar->maximum());
-  }
+  progress_->ShowEnd();
   display_->DisableStop();
-  ui_->again_button->setVisible(kind_ == JobKind::kUpdate &&
-                                context_.job_options.verify_after_update &&
-                                !outcome.ToTryAgain().isEmpty());
-  ui_->take_back_button->setVisible(!runner_->Added().isEmpty());
+  ui_->again_button->setVisible(kind_ == JobKind::kUpdate && follow_ups_->CanTryAgain());
+  ui_->take_back_button->setVisible(follow_ups_->CanTakeBack());
   ui_->test_button->setVisible(!outcome.results.isEmpty());
   ui_->report_button->show();
-  setWindowTitle(Title());
   NotifyOfEnd();
-  if (context_.firewall != nullptr && outcome.kind != JobKind::kTakeBack) {
-    firewall_look_.Start(LookAtFirewall());
+  if (outcome.kind != JobKind::kTakeBack) {
+    looks_.LookAtFirewall();
   }
 }
 
@@ -238,45 +195,6 @@ void JobWindow::ShowOutcome() {
   ui_->headline_label->setText(OutcomeText(runner_->Outcome(), runner_->StoppedByUser(),
                                            context_.job_options.verify_after_update, entry_states_,
                                            context_.translator));
-}
-
-Task<> JobWindow::LookAtFirewall() {
-  const FirewallAnswer answer = co_await context_.firewall->Look(Firewall::Asking::kNever);
-  ShowFirewall(answer);
-}
-
-void JobWindow::ShowFirewall(const FirewallAnswer& answer) {
-  const FirewallLooks looks = FirewallLooksOf(context_.port_list.SeenOf(entry_states_.Entries()),
-                                              context_.adapters.AddressTable(), answer);
-  context_.port_list.NoteLooks(looks.seen);
-  ShowLooks();
-  blocked_ = looks.blocked;
-  ui_->firewall_button->setVisible(!blocked_.isEmpty());
-}
-
-void JobWindow::NoteFirewallOpened() { ShowFirewall(FirewallView()); }
-
-// An entry that was entered and not looked at afterwards may have changed on the router.
-void JobWindow::NoteLooks() {
-  const JobOutcome& outcome = runner_->Outcome();
-  if (!runner_->IsRouterChosen()) {
-    return;
-  }
-  const auto looked_at =
-      outcome.has_looked ? std::optional(QDateTime::currentDateTime()) : std::nullopt;
-  const QList<PortEntry>& rows = runner_->Rows();
-  const QList<EntryLook> looks = context_.port_list.LooksOf(rows);
-  QList<SeenEntry> seen;
-  for (qsizetype row = 0; row < rows.size(); ++row) {
-    if (looked_at || row < outcome.entries) {
-      seen.append({rows.at(row), WithResult(looks.at(row), outcome.results.value(row), looked_at)});
-    }
-  }
-  context_.port_list.NoteLooks(seen);
-}
-
-void JobWindow::ShowLooks() {
-  entry_states_.SetLooks(context_.port_list.LooksOf(entry_states_.Entries()));
 }
 
 void JobWindow::NotifyOfEnd() {
@@ -313,36 +231,8 @@ QString JobWindow::Report() const {
   report.log = ui_->log_edit->toPlainText();
   report.states = ui_->status_edit->toPlainText();
   report.errors = ui_->errors_edit->toPlainText();
-  const QList<PortEntry> entries = entry_states_.Entries();
-  for (int row = 0; row < entry_states_.rowCount(); ++row) {
-    const auto text = [this, row](EntryStates::Column column) {
-      return entry_states_.index(row, column).data().toString();
-    };
-    report.entries.append({.entry = entries.at(row),
-                           .state = text(EntryStates::kState),
-                           .reason = text(EntryStates::kReason)});
-  }
+  report.entries = ReportEntries(entry_states_);
   return ReportText(report, logins_ + questions_.TypedLogins(), context_.translator);
-}
-
-bool JobWindow::CanGoOn() {
-  if (context_.job_flags.is_running) {
-    prompts_.Tell(this, Text(kJobRuns));
-    return false;
-  }
-  if (!runner_->IsRouterChosen()) {
-    const RouterSession& router = runner_->Router();
-    prompts_.Tell(this, Text(message::kOtherRouter).arg(router.router_name, RouterHost(router)));
-    return false;
-  }
-  return true;
-}
-
-void JobWindow::TryAgain() {
-  if (CanGoOn()) {
-    OpenAgain();
-    runner_->RunAgain();
-  }
 }
 
 void JobWindow::OpenAgain() {
@@ -351,41 +241,11 @@ void JobWindow::OpenAgain() {
                                        ui_->firewall_button, ui_->report_button}) {
     button->hide();
   }
-  firewall_look_.Cancel();
+  looks_.CancelFirewallLook();
   ui_->stop_button->setEnabled(true);
   ui_->headline_label->setText(Text(message::kLooking));
   runner_->Open();
   display_->ShowOpened();
-}
-
-void JobWindow::AskToTakeBack() {
-  if (!CanGoOn()) {
-    return;
-  }
-  const QString list = RulesText(runner_->Added());
-  if (!runner_->HasRemoveScript()) {
-    prompts_.Tell(this, Text(message::kTakeBackByHand).arg(list),
-                  [this] { Q_EMIT routerPageWanted(); });
-    return;
-  }
-  QString question = Text(message::kTakeBackQuestion).arg(list);
-  if (const QStringList names = runner_->Outcome().MaybeOld(); !names.isEmpty()) {
-    question += QLatin1Char(' ') + Text(message::kMaybeOld).arg(names.join(QStringLiteral(", ")));
-  }
-  question += QStringLiteral("\n\n") + Text(message::kDoContinue);
-  prompts_.AskCarefully(this, Text(message::kTakeBackTitle), question, [this](bool yes) {
-    if (yes) {
-      TakeBack();
-    }
-  });
-}
-
-// Another router may have been chosen while the question was shown.
-void JobWindow::TakeBack() {
-  if (CanGoOn()) {
-    OpenAgain();
-    runner_->TakeBack();
-  }
 }
 
 void JobWindow::CloseAfterAsking() {
@@ -409,8 +269,8 @@ void JobWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::LanguageChange && !ui_->report_button->isHidden()) {
     ShowOutcome();
-    setWindowTitle(Title());
-    ShowLooks();
+    progress_->ShowTitle();
+    looks_.Show();
   }
 }
 
@@ -421,7 +281,7 @@ void JobWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   if (IsWorking()) {
-    NoteLooks();
+    looks_.Note(*runner_);
   }
   start_timer_.stop();
   display_->Leave();

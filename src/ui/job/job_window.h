@@ -7,10 +7,9 @@
 
 #include <memory>
 
-#include "async/flow.h"
-#include "core/entry_firewall.h"
 #include "script/job_runner.h"
 #include "ui/job/entry_states.h"
+#include "ui/job/job_looks.h"
 #include "ui/job/job_report.h"
 #include "ui/toolkit/prompts.h"
 #include "ui/toolkit/run_questions.h"
@@ -21,6 +20,8 @@ class JobWindow;
 
 namespace quayline {
 
+class FollowUpJobs;
+class JobProgress;
 class RunDisplay;
 
 // The window of a job: what becomes of each entry, and, as details that the user opens, the
@@ -41,7 +42,7 @@ class JobWindow final : public QWidget {
   // theirs. Before the job begins.
   void TakeOverRules(const JobWindow& former) { runner_->TakeOverRules(*former.runner_); }
   // The firewall lets in what firewallWanted() asked for.
-  void NoteFirewallOpened();
+  void NoteFirewallOpened() { looks_.ShowFirewall(FirewallView()); }
 
  Q_SIGNALS:
   // The user is to remove rules by hand.
@@ -61,42 +62,20 @@ class JobWindow final : public QWidget {
  private:
   void ConnectEntries();
   void ConnectButtons();
-  void ShowBegun();
-  void ShowEntry(int row, int rows, const QString& app_name);
-  void ShowStep(int step, int steps);
-  void ShowLook();
   void NoteLogin();
-  // Whether the progress can be counted now.
-  void SetCounted(bool counted);
   void ShowDetails(bool open);
   void ShowEnd();
   void ShowOutcome();
-  // Puts what the job saw into the port list.
-  void NoteLooks();
-  // Shows what else the port list knows of the entries.
-  void ShowLooks();
   void NotifyOfEnd();
-  // Whether the firewall lets in the entries that lead to this computer, without asking the user.
-  Task<> LookAtFirewall();
-  void ShowFirewall(const FirewallAnswer& answer);
   bool IsInFront() const;
   void SaveReport();
   QString Report() const;
-  // Asks, and removes the rules that the job added; where the router has no script for that, says
-  // which they are and asks for the router's page.
-  void AskToTakeBack();
-  void TakeBack();
-  // Whether another job can begin now, on the router of this window. If not, says why.
-  bool CanGoOn();
   // Makes the window ready for another job of its runner.
   void OpenAgain();
-  // Enters those entries again that are surely not on the router.
-  void TryAgain();
   void Stop();
   bool IsWorking() const { return start_timer_.isActive() || runner_->IsRunning(); }
   // Closes the window, after asking where that ends the job.
   void CloseAfterAsking();
-  QString Title() const;
   QString Text(const Message& message) const { return context_.translator.Text(message); }
 
   AppContext& context_;
@@ -107,12 +86,11 @@ class JobWindow final : public QWidget {
   RunQuestions questions_;
   std::unique_ptr<JobRunner> runner_;
   EntryStates entry_states_;
-  RunDisplay* display_ = nullptr;  // a child of this window
+  JobLooks looks_;
+  JobProgress* progress_ = nullptr;
+  FollowUpJobs* follow_ups_ = nullptr;
+  RunDisplay* display_ = nullptr;
   QTimer start_timer_;
-  int row_ = 0;  // that is being entered, from 1
-  int rows_ = 0;
-  QList<FirewallPorts> blocked_;  // by the firewall, of entries of the job
-  Flow firewall_look_;
   QList<Login> logins_;  // that the job may have used; they are kept out of the report
 };
 
