@@ -63,17 +63,17 @@ function check(box) {
 <table width="700" border="0" class="footBorder"><tr align="center"><td><script>dw("NO")</script></td><td><script>dw("Computername")</script></td><td><script>dw("PrivateIP")</script></td><td><script>dw("Type")</script></td><td><script>dw("PortRange")</script></td><td><script>dw("Comment")</script></td><td><script>dw("select")</script></td></tr></table>
 <table width="700" border="0" class="footBorder">
 {{each rules}}
-<tr align="center"><td>{{number}}</td><td>&ndash;</td><td>{{rule.address}}</td><td>{{rule.protocol|TCP/UDP=TCP+UDP}}</td><td>{{rule.start}}-{{rule.end}}</td><td>{{rule.name}}</td><td><input type="checkbox" name="select{{number}}" value="ON"></td></tr>
+<tr align="center"><td>{{number}}</td><td>&ndash;</td><td>{{rule.address}}</td><td>{{rule.protocol|TCP/UDP=TCP+UDP}}</td><td>{{rule.ports}}</td><td>&nbsp;{{rule.name}}</td><td><input type="checkbox" name="select{{number}}" value="ON"></td></tr>
 {{end}}
 </table>
-<input type="submit" value="Delete Selected" name="deleteSelPortFw" onClick="return confirm('Do you really want to delete the selected entry?')"><input type="submit" value="Delete All" name="deleteAllPortFw" onClick="return confirm('Do you really want to delete all entries?')">
+<input type="submit" value="Delete Selected" name="deleteSelPortFw" onClick=""><input type="submit" value="Delete All" name="deleteAllPortFw" onClick="return confirm('Do you really want to delete all entries?')">
 <input type="hidden" value="/adv_portforward.asp" name="submit-url">
 </form>
 <form action="/goform/formPortFw" method="POST" name="formPortFwApply">
 <input type="hidden" name="enabled" value="ON">
 <input type="button" value="Save Settings" name="save" onclick="return saveChanges(0)">
-<script>if ("{{request.save}}" === "1") { document.write('<p class="save-itemText">Save settings successfully! You may <a href="#" onClick="return saveChanges(1)">click here to restart</a> the router for the settings to take effect.</p>'); }</script>
-<input type="hidden" value="" name="isApply"><input type="hidden" value="1" name="save"><input type="hidden" value="/adv_portforward.asp" name="submit-url">
+<script>if ("{{request.submit-url}}" !== "") { document.write('<p class="save-itemText">Save settings successfully! You may <a href="#" onClick="return saveChanges(1)">click here to restart</a> the router for the settings to take effect.</p>'); }</script>
+<input type="hidden" value="" name="isApply"><input type="hidden" value="/adv_portforward.asp" name="submit-url">
 </form>
 </blockquote>
 </body>

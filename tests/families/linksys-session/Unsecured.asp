@@ -1,0 +1,1 @@
+<HTML><HEAD><TITLE>Session</TITLE></HEAD><BODY>The session has ended. <A href="/">Log in again</A></BODY></HTML>
