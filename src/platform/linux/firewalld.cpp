@@ -4,55 +4,13 @@
 #include "platform/linux/firewalld.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
+#include <QDBusObjectPath>
 
 #include <algorithm>
-#include <unistd.h>
-
-#include "async/wait.h"
-
-namespace quayline {
-
-// Who asks, as polkit takes it.
-struct PolkitSubject {
-  QString kind;
-  QVariantMap details;
-};
-
-static QDBusArgument& operator<<(QDBusArgument& out, const PolkitSubject& subject) {
-  out.beginStructure();
-  out << subject.kind << subject.details;
-  out.endStructure();
-  return out;
-}
-
-static const QDBusArgument& operator>>(const QDBusArgument& in, PolkitSubject& subject) {
-  in.beginStructure();
-  in >> subject.kind >> subject.details;
-  in.endStructure();
-  return in;
-}
-
-}  // namespace quayline
-
-Q_DECLARE_METATYPE(quayline::PolkitSubject)
 
 namespace quayline {
 
 namespace {
-
-using namespace std::chrono_literals;
-using PolkitDetails = QMap<QString, QString>;
-
-const QString kService = QStringLiteral("org.fedoraproject.FirewallD1");
-const QString kMainPath = QStringLiteral("/org/fedoraproject/FirewallD1");
-const QString kConfigPath = QStringLiteral("/org/fedoraproject/FirewallD1/config");
-constexpr std::chrono::milliseconds kLongestCall = 5min;  // the user may have to type a password
-
-QString Interface(const char* name) { return kService + QLatin1Char('.') + QLatin1String(name); }
-
 // "8080-8090", "tcp" of each struct in an array of them.
 QList<std::pair<QString, QString>> PairsOf(const QVariant& value) {
   QList<std::pair<QString, QString>> pairs;
@@ -110,91 +68,17 @@ FirewallChange Failure(const QDBusError& error) {
 }  // namespace
 
 Firewalld::Firewalld(QString bus_address, std::function<QString()> interface)
-    : bus_address_(std::move(bus_address)), interface_(std::move(interface)) {}
-
-QDBusConnection& Firewalld::Bus() {
-  if (!bus_) {
-    qDBusRegisterMetaType<PolkitSubject>();
-    qDBusRegisterMetaType<PolkitDetails>();
-    bus_ = bus_address_.isEmpty() ? QDBusConnection::systemBus()
-                                  : QDBusConnection::connectToBus(bus_address_, bus_address_);
-  }
-  return *bus_;
-}
-
-Task<Firewalld::Reply> Firewalld::Send(QDBusMessage call) {
-  if (!Bus().isConnected()) {
-    co_return std::unexpected(QDBusError(QDBusError::Disconnected, QString()));
-  }
-  call.setAutoStartService(false);
-  OneShot<QDBusMessage> answer;
-  QDBusPendingCallWatcher watcher(Bus().asyncCall(call, static_cast<int>(kLongestCall.count())));
-  QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &watcher,
-                   [deliver = answer.Callback()](const QDBusPendingCallWatcher* ended) {
-                     deliver(ended->reply());
-                   });
-  const std::optional<QDBusMessage> reply = co_await answer;
-  if (!reply || reply->type() == QDBusMessage::ErrorMessage) {
-    co_return std::unexpected(reply ? QDBusError(*reply) : QDBusError());
-  }
-  co_return reply->arguments();
-}
-
-Task<Firewalld::Reply> Firewalld::Call(QString path, QString interface, QString method,
-                                       QVariantList arguments) {
-  const QString service = interface.startsWith(kService) ? kService : interface;
-  QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
-  call.setArguments(arguments);
-  call.setInteractiveAuthorizationAllowed(true);
-  return Send(std::move(call));
-}
-
-Task<Firewalld::Reply> Firewalld::CallMain(QString interface, QString method,
-                                           QVariantList arguments) {
-  return Call(kMainPath, interface, method, arguments);
-}
-
-Task<bool> Firewalld::IsRunning() {
-  const QString bus = QStringLiteral("org.freedesktop.DBus");
-  const Reply reply = co_await Call(QStringLiteral("/org/freedesktop/DBus"), bus,
-                                    QStringLiteral("NameHasOwner"), {kService});
-  co_return reply && reply->value(0).toBool();
-}
-
-// The service asks for a password wherever its policy wants one, so polkit is asked before it.
-Task<bool> Firewalld::MayReadUnasked() {
-  if (geteuid() == 0) {
-    co_return true;
-  }
-  const PolkitSubject us{.kind = QStringLiteral("system-bus-name"),
-                         .details = {{QStringLiteral("name"), Bus().baseService()}}};
-  constexpr quint32 kNoQuestion = 0;
-  QDBusMessage call = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.PolicyKit1"),
-      QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
-      QStringLiteral("org.freedesktop.PolicyKit1.Authority"), QStringLiteral("CheckAuthorization"));
-  call.setArguments({QVariant::fromValue(us), Interface("config.info"),
-                     QVariant::fromValue(PolkitDetails()), kNoQuestion, QString()});
-  const Reply reply = co_await Send(call);
-  if (!reply || reply->value(0).metaType() != QMetaType::fromType<QDBusArgument>()) {
-    co_return false;
-  }
-  const auto result = reply->value(0).value<QDBusArgument>();
-  bool is_authorized = false;
-  result.beginStructure();
-  result >> is_authorized;
-  co_return is_authorized;
-}
+    : bus_(std::move(bus_address)), interface_(std::move(interface)) {}
 
 Task<std::expected<QString, QDBusError>> Firewalld::Zone() {
   if (const QString interface = interface_(); !interface.isEmpty()) {
-    const Reply of_interface =
-        co_await CallMain(Interface("zone"), QStringLiteral("getZoneOfInterface"), {interface});
+    const BusReply of_interface = co_await bus_.Call(
+        QStringLiteral("zone"), QStringLiteral("getZoneOfInterface"), {interface});
     if (of_interface && !of_interface->value(0).toString().isEmpty()) {
       co_return of_interface->value(0).toString();
     }
   }
-  const Reply standard = co_await CallMain(kService, QStringLiteral("getDefaultZone"), {});
+  const BusReply standard = co_await bus_.Call({}, QStringLiteral("getDefaultZone"), {});
   if (!standard) {
     co_return std::unexpected(standard.error());
   }
@@ -202,7 +86,7 @@ Task<std::expected<QString, QDBusError>> Firewalld::Zone() {
 }
 
 Task<QList<FirewallRule>> Firewalld::RulesOfService(QString service) {
-  const Reply reply = co_await CallMain(kService, QStringLiteral("getServiceSettings2"), {service});
+  const BusReply reply = co_await bus_.Call({}, QStringLiteral("getServiceSettings2"), {service});
   if (!reply) {
     co_return QList<FirewallRule>();
   }
@@ -212,8 +96,8 @@ Task<QList<FirewallRule>> Firewalld::RulesOfService(QString service) {
 }
 
 Task<std::expected<FirewalldZone, QDBusError>> Firewalld::Settings(QString zone) {
-  const Reply reply =
-      co_await CallMain(Interface("zone"), QStringLiteral("getZoneSettings2"), {zone});
+  const BusReply reply =
+      co_await bus_.Call(QStringLiteral("zone"), QStringLiteral("getZoneSettings2"), {zone});
   if (!reply) {
     co_return std::unexpected(reply.error());
   }
@@ -233,7 +117,8 @@ Task<std::expected<FirewalldZone, QDBusError>> Firewalld::Settings(QString zone)
 }
 
 Task<std::expected<QStringList, QDBusError>> Firewalld::RichRules(QString zone) {
-  const Reply reply = co_await CallMain(Interface("zone"), QStringLiteral("getRichRules"), {zone});
+  const BusReply reply =
+      co_await bus_.Call(QStringLiteral("zone"), QStringLiteral("getRichRules"), {zone});
   if (!reply) {
     co_return std::unexpected(reply.error());
   }
@@ -242,7 +127,7 @@ Task<std::expected<QStringList, QDBusError>> Firewalld::RichRules(QString zone) 
 
 Task<QStringList> Firewalld::OwnRulesElsewhere(QString but_not_of) {
   QStringList rules;
-  const Reply zones = co_await CallMain(Interface("zone"), QStringLiteral("getZones"), {});
+  const BusReply zones = co_await bus_.Call(QStringLiteral("zone"), QStringLiteral("getZones"), {});
   for (const QString& zone : zones ? zones->value(0).toStringList() : QStringList()) {
     const auto of_zone = co_await RichRules(zone);
     if (zone != but_not_of && of_zone) {
@@ -255,7 +140,7 @@ Task<QStringList> Firewalld::OwnRulesElsewhere(QString but_not_of) {
 
 Task<std::expected<FirewallView, FirewallError>> Firewalld::Look(Firewall::Asking asking) {
   if (asking == Firewall::Asking::kNever) {
-    const bool may_read = co_await MayReadUnasked();
+    const bool may_read = co_await bus_.MayReadUnasked();
     if (!may_read) {
       co_return std::unexpected(
           FirewallError{.fault = FirewallFault::kRefused, .kind = FirewallKind::kFirewalld});
@@ -277,14 +162,15 @@ Task<std::expected<FirewallView, FirewallError>> Firewalld::Look(Firewall::Askin
 }
 
 Task<Firewalld::Done> Firewalld::SetKept(QString zone, QStringList before, QStringList after) {
-  const Reply path =
-      co_await Call(kConfigPath, Interface("config"), QStringLiteral("getZoneByName"), {zone});
+  const BusReply path =
+      co_await bus_.CallAt(QLatin1String(FirewalldBus::kConfigPath), QStringLiteral("config"),
+                           QStringLiteral("getZoneByName"), {zone});
   if (!path) {
     co_return std::unexpected(path.error());
   }
   const QString zone_path = path->value(0).value<QDBusObjectPath>().path();
-  const Reply settings =
-      co_await Call(zone_path, Interface("config.zone"), QStringLiteral("getSettings2"), {});
+  const BusReply settings = co_await bus_.CallAt(zone_path, QStringLiteral("config.zone"),
+                                                 QStringLiteral("getSettings2"), {});
   if (!settings) {
     co_return std::unexpected(settings.error());
   }
@@ -300,17 +186,17 @@ Task<Firewalld::Done> Firewalld::SetKept(QString zone, QStringList before, QStri
     }
   }
   kept[QStringLiteral("rules_str")] = rules;
-  const Reply changed =
-      co_await Call(zone_path, Interface("config.zone"), QStringLiteral("update2"), {kept});
+  const BusReply changed = co_await bus_.CallAt(zone_path, QStringLiteral("config.zone"),
+                                                QStringLiteral("update2"), {kept});
   co_return changed ? Done() : Done(std::unexpected(changed.error()));
 }
 
 Task<Firewalld::Done> Firewalld::SetRichRules(QString zone, QStringList before, QStringList after) {
   const auto set_now = [this, zone](const QStringList& rules) {
-    return CallMain(Interface("zone"), QStringLiteral("setZoneSettings2"),
-                    {zone, QVariantMap{{QStringLiteral("rules_str"), rules}}});
+    return bus_.Call(QStringLiteral("zone"), QStringLiteral("setZoneSettings2"),
+                     {zone, QVariantMap{{QStringLiteral("rules_str"), rules}}});
   };
-  const Reply now = co_await set_now(after);
+  const BusReply now = co_await set_now(after);
   const Done kept = now ? co_await SetKept(zone, before, after) : Done();
   if (now && kept) {
     co_return Done();
@@ -341,7 +227,7 @@ Task<FirewallChange> Firewalld::Add(QList<FirewallPorts> ports, Firewall::Progre
 }
 
 Task<FirewallChange> Firewalld::Remove(QList<FirewallPorts> ports, Firewall::Progress progress) {
-  const Reply zones = co_await CallMain(Interface("zone"), QStringLiteral("getZones"), {});
+  const BusReply zones = co_await bus_.Call(QStringLiteral("zone"), QStringLiteral("getZones"), {});
   if (!zones) {
     co_return Failure(zones.error());
   }

@@ -2,16 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusError>
-#include <QDBusMessage>
 #include <QStringList>
-#include <QVariantMap>
 
 #include <expected>
 #include <functional>
 
 #include "platform/firewall.h"
+#include "platform/linux/firewalld_bus.h"
 #include "platform/linux/firewalld_rules.h"
 
 namespace quayline {
@@ -25,21 +22,15 @@ class Firewalld final {
   Firewalld(QString bus_address, std::function<QString()> interface);
 
   // Whether the service runs, and so rules.
-  Task<bool> IsRunning();
+  Task<bool> IsRunning() { return bus_.IsRunning(); }
   Task<std::expected<FirewallView, FirewallError>> Look(Firewall::Asking asking);
   // All of the rules, or none. A change that cannot be kept over a restart is taken back.
   Task<FirewallChange> Add(QList<FirewallPorts> ports, Firewall::Progress progress);
   Task<FirewallChange> Remove(QList<FirewallPorts> ports, Firewall::Progress progress);
 
  private:
-  using Reply = std::expected<QVariantList, QDBusError>;
   using Done = std::expected<void, QDBusError>;
 
-  QDBusConnection& Bus();
-  Task<Reply> Send(QDBusMessage call);
-  Task<Reply> Call(QString path, QString interface, QString method, QVariantList arguments);
-  Task<Reply> CallMain(QString interface, QString method, QVariantList arguments);
-  Task<bool> MayReadUnasked();
   Task<std::expected<QString, QDBusError>> Zone();
   Task<std::expected<FirewalldZone, QDBusError>> Settings(QString zone);
   Task<QList<FirewallRule>> RulesOfService(QString service);
@@ -49,9 +40,8 @@ class Firewalld final {
   Task<Done> SetRichRules(QString zone, QStringList before, QStringList after);
   Task<Done> SetKept(QString zone, QStringList before, QStringList after);
 
-  QString bus_address_;
+  FirewalldBus bus_;
   std::function<QString()> interface_;
-  std::optional<QDBusConnection> bus_;
 };
 
 }  // namespace quayline

@@ -6,9 +6,8 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 
-#include "async/wait.h"
+#include "platform/linux/bus_call.h"
 
 namespace quayline {
 
@@ -40,38 +39,25 @@ void NetworkManagerBus::NoteChange() {
   Q_EMIT changed();
 }
 
-Task<NetworkManagerBus::Reply> NetworkManagerBus::Send(QString path, QString full_interface,
-                                                       QString method, QVariantList arguments) {
-  if (!Bus().isConnected()) {
-    co_return std::unexpected(
-        QDBusError(QDBusError::Disconnected, QStringLiteral("There is no message bus.")));
-  }
+Task<BusReply> NetworkManagerBus::Send(QString path, QString full_interface, QString method,
+                                       QVariantList arguments) {
   QDBusMessage call = QDBusMessage::createMethodCall(kService, path, full_interface, method);
   call.setArguments(arguments);
   call.setInteractiveAuthorizationAllowed(true);
-  OneShot<QDBusMessage> answer;
-  QDBusPendingCallWatcher watcher(Bus().asyncCall(call, static_cast<int>(kLongestCall.count())));
-  QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &watcher,
-                   [deliver = answer.Callback()](const QDBusPendingCallWatcher* call_watcher) {
-                     deliver(call_watcher->reply());
-                   });
-  const std::optional<QDBusMessage> reply = co_await answer;
-  if (!reply || reply->type() == QDBusMessage::ErrorMessage) {
-    co_return std::unexpected(reply ? QDBusError(*reply) : QDBusError());
-  }
-  co_return reply->arguments();
+  BusReply reply = co_await CallBus(Bus(), call, kLongestCall);
+  co_return reply;
 }
 
-Task<NetworkManagerBus::Reply> NetworkManagerBus::Call(QString path, QString interface,
-                                                       QString method, QVariantList arguments) {
+Task<BusReply> NetworkManagerBus::Call(QString path, QString interface, QString method,
+                                       QVariantList arguments) {
   const QString full = interface.isEmpty() ? kService : kService + u'.' + interface;
-  Reply reply = co_await Send(path, full, method, arguments);
+  BusReply reply = co_await Send(path, full, method, arguments);
   co_return reply;
 }
 
 Task<QVariantMap> NetworkManagerBus::Properties(QString path, QString interface) {
-  const Reply reply = co_await Send(path, kPropertyInterface, QStringLiteral("GetAll"),
-                                    {kService + u'.' + interface});
+  const BusReply reply = co_await Send(path, kPropertyInterface, QStringLiteral("GetAll"),
+                                       {kService + u'.' + interface});
   co_return reply ? qdbus_cast<QVariantMap>(reply->value(0)) : QVariantMap();
 }
 

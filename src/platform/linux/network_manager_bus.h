@@ -2,16 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusError>
 #include <QMap>
 #include <QObject>
 #include <QVariantMap>
 
-#include <expected>
 #include <optional>
 
-#include "async/task.h"
+#include "platform/linux/bus_call.h"
 
 namespace quayline {
 
@@ -23,14 +20,12 @@ class NetworkManagerBus final : public QObject {
   Q_OBJECT
 
  public:
-  using Reply = std::expected<QVariantList, QDBusError>;
-
   // Of a message bus; empty for the system's.
   explicit NetworkManagerBus(QString address) : address_(std::move(address)) {}
 
   // A method of the object at `path`; `interface` without the common beginning, empty for the main
   // one. Lets the service ask the user for a password.
-  Task<Reply> Call(QString path, QString interface, QString method, QVariantList arguments);
+  Task<BusReply> Call(QString path, QString interface, QString method, QVariantList arguments);
   // All properties of an object; empty if there are none.
   Task<QVariantMap> Properties(QString path, QString interface);
   // Grows with every property of NetworkManager's objects that changes.
@@ -43,7 +38,7 @@ class NetworkManagerBus final : public QObject {
  private:
   Q_SLOT void NoteChange();
   QDBusConnection& Bus();
-  Task<Reply> Send(QString path, QString full_interface, QString method, QVariantList arguments);
+  Task<BusReply> Send(QString path, QString full_interface, QString method, QVariantList arguments);
 
   QString address_;
   std::optional<QDBusConnection> bus_;
