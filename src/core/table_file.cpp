@@ -3,7 +3,6 @@
 
 #include "core/table_file.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSqlError>
@@ -14,7 +13,7 @@
 
 #include "core/copied_file.h"
 #include "core/file_lock.h"
-#include "core/jet_file.h"
+#include "core/table_check.h"
 
 namespace quayline {
 
@@ -22,38 +21,12 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_core, "quayline.core")
 
-// SQLite's numbers for these errors.
-constexpr int kSqlError = 1;
-constexpr int kBusy = 5;
-constexpr int kCorrupt = 11;
-constexpr int kCannotOpen = 14;
-constexpr int kNotADatabase = 26;
-constexpr int kPrimaryPart = 0xff;  // the rest of a number only refines it
-
-constexpr qint64 kMaxBytes = qint64{512} << 20;
-
 constexpr QLatin1String kIdColumn("id");
-
-constexpr Message kMissing{"The file \"%1\" is missing."};
-constexpr Message kNoFile{"\"%1\" is not a file."};
-constexpr Message kCannotRead{"The file \"%1\" cannot be read."};
-constexpr Message kTooLarge{"The file \"%1\" is too large."};
-constexpr Message kCannotUse{"The file \"%1\" cannot be used."};
-constexpr Message kNoDatabase{"The file \"%1\" is not a database."};
-constexpr Message kIsInUse{
-    "The file \"%1\" is in use by another program. Please close that one, and start again."};
-constexpr Message kUnreadable{"The file \"%1\" cannot be read as a database (%2)."};
-constexpr Message kNoTable{"The file \"%1\" has no table \"%2\" with a column \"ID\"."};
-constexpr Message kNotPlain{"The file \"%1\" contains more than plain tables."};
-constexpr Message kEndMissing{"The end of the file \"%1\" is missing."};
-constexpr Message kDamaged{"The file \"%1\" is damaged."};
 
 QString Quoted(const QString& column) { return QLatin1Char('[') + column + QLatin1Char(']'); }
 
 // A null text would be stored as a null.
 QVariant Stored(const QString& text) { return text.isNull() ? QStringLiteral("") : text; }
-
-QString NativePath(const QString& path) { return QDir::toNativeSeparators(path); }
 
 QString GoodCopyOf(const QString& path) { return path + QStringLiteral(".good"); }
 
@@ -63,48 +36,11 @@ SqlAccess AccessTo(const QString& path) {
                                                                           : SqlAccess::kReadOnly;
 }
 
-std::optional<DatabaseError> CheckFile(const QString& path, const QString& table) {
-  const QFileInfo file(path);
-  const QString name = QDir::toNativeSeparators(path);
-  if (!file.exists()) {
-    return DatabaseError{kCannotOpen, {{kMissing, {name}}}};
-  }
-  if (!file.isFile()) {
-    return DatabaseError{kCannotOpen, {{kNoFile, {name}}}, true};
-  }
-  if (!file.isReadable()) {
-    return DatabaseError{kCannotOpen, {{kCannotRead, {name}}}};
-  }
-  if (file.size() > kMaxBytes) {
-    return DatabaseError{kCannotOpen, {{kTooLarge, {name}}}};
-  }
-  if (const auto converted = ConvertJetFile(path, table); !converted) {
-    return DatabaseError{kCannotOpen,
-                         {{kCannotUse, {name}}, converted.error().reason},
-                         converted.error().is_damaged};
-  }
-  return std::nullopt;
-}
-
 std::pair<quint64, quint64> FileId(const QString& path) {
   struct stat found{};
   return stat(QFile::encodeName(path).constData(), &found) == 0
              ? std::pair<quint64, quint64>(found.st_dev, found.st_ino)
              : std::pair<quint64, quint64>();
-}
-
-DatabaseError Failure(const QSqlError& error, const QString& path) {
-  const int number = error.nativeErrorCode().toInt();
-  const int primary = number & kPrimaryPart;
-  if (primary == kNotADatabase) {
-    return {number, {{kNoDatabase, {path}}}, true};
-  }
-  if (primary == kBusy) {
-    return {number, {{kIsInUse, {path}}}};
-  }
-  return {number == 0 ? kCannotOpen : number,
-          {{kUnreadable, {path, error.databaseText()}}},
-          primary == kSqlError || primary == kCorrupt};
 }
 
 }  // namespace
@@ -136,7 +72,7 @@ TableFile::Opened TableFile::OpenEmpty(const TableShape& shape) {
   QSqlQuery query(file->connection_.Handle());
   if (!query.exec(QStringLiteral("CREATE TABLE [%1] (ID INTEGER PRIMARY KEY)").arg(shape.table)) ||
       !query.exec(QStringLiteral("PRAGMA query_only = ON"))) {
-    return std::unexpected(Failure(query.lastError(), memory));
+    return std::unexpected(SqlFailure(query.lastError(), memory));
   }
   if (const auto error = file->Verify()) {
     return std::unexpected(*error);
@@ -163,18 +99,18 @@ TableFile::TableFile(const QString& path, const TableShape& shape, SqlAccess acc
 std::optional<DatabaseError> TableFile::Verify() {
   const QSqlDatabase handle = connection_.Handle();
   if (!handle.isOpen()) {
-    return Failure(handle.lastError(), NativePath(path_));
+    return SqlFailure(handle.lastError(), path_);
   }
   QSqlQuery query(handle);
-  if (const auto error = CheckSchema(query)) {
+  if (const auto error = CheckSchema(query, path_, shape_.table)) {
     return error;
   }
   QString id_type;
   if (!ReadColumns(query, id_type)) {
-    return Failure(query.lastError(), NativePath(path_));
+    return SqlFailure(query.lastError(), path_);
   }
   if (!columns_.contains(kIdColumn)) {
-    return DatabaseError{kSqlError, {{kNoTable, {NativePath(path_), shape_.table}}}, true};
+    return NoTable(path_, shape_.table);
   }
   // Only the plain column can be looked up in an index; a column of text has to be made a number,
   // or "10" would come before "9".
@@ -183,69 +119,18 @@ std::optional<DatabaseError> TableFile::Verify() {
              : QStringLiteral("CAST([ID] AS INTEGER)");
   is_seen_ = QStringLiteral(
       "[ID] = CAST([ID] AS INTEGER) AND CAST([ID] AS INTEGER) BETWEEN -2147483648 AND 2147483647");
-  return CheckPages(query);
+  if (const auto error = CheckEnd(query, path_)) {
+    return error;
+  }
+  // The search reads the whole file, but a file with pages that refer to each other in a circle can
+  // only be read after it.
+  return IsCopyOf(GoodCopyOf(path_), path_) ? std::nullopt
+                                            : CheckContent(query, ContentCheck::kQuick, path_);
 }
 
 std::optional<DatabaseError> TableFile::CheckWhole() const {
   QSqlQuery query(connection_.Handle());
-  return RunCheck(query, "integrity_check");
-}
-
-// Plain tables and indices are all that the program's own files have. Views, triggers, virtual
-// tables and expressions are code of an unknown author.
-std::optional<DatabaseError> TableFile::CheckSchema(QSqlQuery& query) const {
-  if (!query.exec(QStringLiteral("PRAGMA ignore_check_constraints = ON")) ||
-      !query.exec(QStringLiteral("SELECT type, sql FROM sqlite_master WHERE tbl_name = '%1' "
-                                 "COLLATE NOCASE OR type NOT IN ('table', 'index')")
-                      .arg(shape_.table))) {
-    return Failure(query.lastError(), NativePath(path_));
-  }
-  bool is_plain = true;
-  while (query.next()) {
-    const QString type = query.value(0).toString();
-    const QString sql = query.value(1).toString();
-    is_plain = is_plain && (type == QLatin1String("index") ||
-                            (type == QLatin1String("table") &&
-                             sql.startsWith(QLatin1String("CREATE TABLE"), Qt::CaseInsensitive)));
-  }
-  if (!query.exec(QStringLiteral("SELECT (SELECT count(*) FROM pragma_table_xinfo('%1') WHERE "
-                                 "hidden <> 0) + (SELECT count(*) FROM pragma_index_list('%1') AS "
-                                 "list, pragma_index_xinfo(list.name) AS part WHERE part.cid < -1)")
-                      .arg(shape_.table)) ||
-      !query.next()) {
-    return Failure(query.lastError(), NativePath(path_));
-  }
-  if (!is_plain || query.value(0).toInt() > 0) {
-    return DatabaseError{kSqlError, {{kNotPlain, {NativePath(path_)}}}, true};
-  }
-  return std::nullopt;
-}
-
-// The search reads the whole file, but a file with pages that refer to each other in a circle can
-// only be read after it.
-std::optional<DatabaseError> TableFile::CheckPages(QSqlQuery& query) const {
-  if (!query.exec(QStringLiteral("PRAGMA page_size")) || !query.next()) {
-    return Failure(query.lastError(), NativePath(path_));
-  }
-  // SQLite itself notices that whole pages are missing, but reads the missing part of the last one
-  // as zeros.
-  if (QFileInfo(path_).size() % query.value(0).toLongLong() != 0) {
-    return DatabaseError{kCorrupt, {{kEndMissing, {NativePath(path_)}}}, true};
-  }
-  if (IsCopyOf(GoodCopyOf(path_), path_)) {
-    return std::nullopt;
-  }
-  return RunCheck(query, "quick_check");
-}
-
-std::optional<DatabaseError> TableFile::RunCheck(QSqlQuery& query, const char* check) const {
-  if (!query.exec(QStringLiteral("PRAGMA %1(1)").arg(QLatin1String(check))) || !query.next()) {
-    return Failure(query.lastError(), NativePath(path_));
-  }
-  if (query.value(0).toString() != QLatin1String("ok")) {
-    return DatabaseError{kCorrupt, {{kDamaged, {NativePath(path_)}}}, true};
-  }
-  return std::nullopt;
+  return CheckContent(query, ContentCheck::kWhole, path_);
 }
 
 void TableFile::KeepGoodCopy() const {

@@ -88,9 +88,6 @@ class TableFile final {
   TableFile(const QString& path, const TableShape& shape, SqlAccess access);
 
   std::optional<DatabaseError> Verify();
-  std::optional<DatabaseError> CheckSchema(QSqlQuery& query) const;
-  std::optional<DatabaseError> CheckPages(QSqlQuery& query) const;
-  std::optional<DatabaseError> RunCheck(QSqlQuery& query, const char* check) const;
   bool ReadColumns(QSqlQuery& query, QString& id_type);
   QString SelectClause(const QStringList& fields) const;
   void Fetch(QSqlQuery& query, qsizetype fields, const ReadRow& read_row) const;
