@@ -72,6 +72,4 @@ struct CliArguments {
 // Reads the words after the program's name. An error is a sentence for the user.
 std::expected<CliArguments, QString> ParseCliArguments(const QStringList& words);
 
-QString CliHelp();
-
 }  // namespace quayline

@@ -10,6 +10,7 @@
 
 #include "cli/arguments.h"
 #include "cli/commands_command.h"
+#include "cli/help.h"
 #include "cli/lint_command.h"
 #include "cli/prepare_update.h"
 #include "cli/routers_command.h"
