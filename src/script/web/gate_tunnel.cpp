@@ -3,11 +3,9 @@
 
 #include "script/web/gate_tunnel.h"
 
-#include <QHostInfo>
-
-#include <algorithm>
-#include <cerrno>
 #include <utility>
+
+#include "script/web/request_login.h"
 
 namespace quayline {
 
@@ -17,7 +15,6 @@ using std::chrono::milliseconds;
 
 constexpr char kTlsHandshake = 22;
 
-constexpr milliseconds kRoundPauses[] = {milliseconds(20), milliseconds(80), milliseconds(300)};
 // A connection that the engine opened for a request is used at once.
 constexpr milliseconds kPrompt(20);
 constexpr milliseconds kTlsAnswerPause(500);
@@ -28,25 +25,6 @@ constexpr qsizetype kMaxUnsent = qsizetype{1} << 20;
 
 // Between two questions whether the login that another request tries is right.
 constexpr milliseconds kLoginPause(20);
-
-// The engine's numbers for a connection that could not be made.
-int NetErrorOf(int error) {
-  switch (error) {
-    case ECONNREFUSED:
-      return -102;
-    case ETIMEDOUT:
-      return -118;
-    case ENETUNREACH:
-    case EHOSTUNREACH:
-    case EADDRNOTAVAIL:
-      return -109;
-    case ECONNRESET:
-    case ECONNABORTED:
-      return -101;
-    default:
-      return -104;
-  }
-}
 
 }  // namespace
 
@@ -60,8 +38,10 @@ GateTunnel::GateTunnel(int client, RouterGate& gate) : QObject(&gate), gate_(gat
   connect(&router_, &TcpStream::allSent, this, [this] { client_.SetReading(true); });
   login_pause_.setSingleShot(true);
   connect(&login_pause_, &QTimer::timeout, this, &GateTunnel::TakePlace);
-  pause_.setSingleShot(true);
-  connect(&pause_, &QTimer::timeout, this, &GateTunnel::Connect);
+  connect(&connector_, &RouterConnector::nameNotFound, this, [this] {
+    constexpr int kNameNotFound = -105;
+    Fail(kNameNotFound);
+  });
   silence_.setSingleShot(true);
   connect(&silence_, &QTimer::timeout, this, &GateTunnel::OnSilence);
   traffic_.setSingleShot(true);
@@ -174,7 +154,7 @@ void GateTunnel::TakePlace() {
   place_ = gate_.Limit().Take(origin_, [this] {
     state_ = State::kConnecting;
     NoteTraffic();
-    LookUp();
+    connector_.Connect(origin_);
   });
 }
 
@@ -192,33 +172,6 @@ void GateTunnel::Retire(const SiteOrigin& origin) {
   }
 }
 
-void GateTunnel::LookUp() {
-  const QHostAddress address(origin_.host);
-  if (!address.isNull()) {
-    addresses_ = {address};
-    Connect();
-    return;
-  }
-  QHostInfo::lookupHost(origin_.host, this, [this](const QHostInfo& info) {
-    if (state_ != State::kConnecting) {
-      return;
-    }
-    addresses_ = info.addresses();
-    // Routers are reached by IPv4; an IPv6 address without a route would hold the page up.
-    std::ranges::stable_sort(addresses_, {}, [](const QHostAddress& found) {
-      return found.protocol() == QAbstractSocket::IPv4Protocol ? 0 : 1;
-    });
-    if (addresses_.isEmpty()) {
-      constexpr int kNameNotFound = -105;
-      Fail(kNameNotFound);
-    } else {
-      Connect();
-    }
-  });
-}
-
-void GateTunnel::Connect() { router_.ConnectTo(addresses_.at(next_address_), origin_.port); }
-
 void GateTunnel::OnConnected() {
   gate_.NoteConnected(origin_);
   state_ = State::kPassing;
@@ -227,21 +180,15 @@ void GateTunnel::OnConnected() {
 }
 
 LoginWatch::Pass GateTunnel::JudgeLogin() {
-  const qsizetype head = std::min(watch_->RequestHead().size(), buffer_.size());
-  const QByteArray lines = buffer_.first(head).toLower();
-  const qsizetype basic = lines.indexOf("\nauthorization: basic ");
-  const qsizetype login = basic >= 0 ? basic : lines.indexOf("\nauthorization: digest ");
-  if (login < 0) {
+  const auto login = FindLogin(buffer_, watch_->RequestHead().size());
+  if (!login) {
     return LoginWatch::Pass::kSend;
   }
-  const qsizetype end = lines.indexOf('\n', login + 1);
-  const qsizetype value = lines.indexOf(':', login) + 1;
-  const QByteArray credentials = buffer_.sliced(value, end - value).trimmed();
-  const LoginWatch::Pass pass = gate_.JudgeLogin(AddressOf(watch_->Target()), credentials);
+  const LoginWatch::Pass pass = gate_.JudgeLogin(AddressOf(watch_->Target()), login->credentials);
   if (pass == LoginWatch::Pass::kSend) {
-    credentials_ = credentials;
+    credentials_ = login->credentials;
   } else if (pass == LoginWatch::Pass::kWithoutLogin) {
-    buffer_.remove(login, end - login);
+    buffer_.remove(login->begin, login->size);
   }
   return pass;
 }
@@ -253,19 +200,13 @@ void GateTunnel::NoteLoginAnswer(std::optional<int> status) {
 }
 
 bool GateTunnel::ConnectAgain(int error) {
-  if (next_address_ + 1 < addresses_.size() && state_ == State::kConnecting) {
-    ++next_address_;
-    Connect();
+  if (state_ == State::kConnecting && connector_.TryNextAddress()) {
     return true;
   }
-  const bool is_worth_it =
-      error == 0 || error == ECONNRESET || (error == ECONNREFUSED && gate_.WasThereLately(origin_));
-  if (!is_worth_it || !can_repeat_ || rounds_ >= std::ssize(kRoundPauses)) {
+  if (!can_repeat_ || !connector_.TryAgain(error, gate_.WasThereLately(origin_))) {
     return false;
   }
   state_ = State::kConnecting;
-  next_address_ = 0;
-  pause_.start(kRoundPauses[rounds_++]);
   return true;
 }
 
@@ -279,7 +220,7 @@ void GateTunnel::Fail(int net_error) {
 void GateTunnel::OnRouterEnded(int error) {
   if (state_ == State::kConnecting) {
     if (!ConnectAgain(error)) {
-      Fail(NetErrorOf(error));
+      Fail(NetErrorOfSocket(error));
     }
     return;
   }
@@ -288,7 +229,8 @@ void GateTunnel::OnRouterEnded(int error) {
   }
   if (watch_->Requests() == 1 && !watch_->IsAnswered() && is_change_ && was_idle_) {
     constexpr int kEmptyAnswer = -324;
-    gate_.NoteLost(origin_, watch_->RequestHead(), error == 0 ? kEmptyAnswer : NetErrorOf(error));
+    gate_.NoteLost(origin_, watch_->RequestHead(),
+                   error == 0 ? kEmptyAnswer : NetErrorOfSocket(error));
   }
   NoteLoginAnswer(0);
   if (error == 0) {
@@ -409,7 +351,7 @@ void GateTunnel::Finish() {
   state_ = State::kOver;
   NoteLoginAnswer(std::nullopt);
   NoteOver();
-  pause_.stop();
+  connector_.Cancel();
   client_.CloseWhenSent();
   router_.CloseWhenSent(ConnectionLimit::kClosing);
   // The last bytes may still be on their way to a browser that is busy.

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "script/web/exchange_watch.h"
+#include "script/web/router_connector.h"
 #include "script/web/router_gate.h"
 #include "script/web/socks_handshake.h"
 #include "script/web/tcp_stream.h"
@@ -45,8 +46,6 @@ class GateTunnel final : public QObject {
   void ReadHandshake(const QByteArray& bytes);
   bool HasHead() const;
   void BeginExchange();
-  void LookUp();
-  void Connect();
   void OnConnected();
   void TakePlace();
   // Takes a login out of the request that may not have it.
@@ -77,6 +76,7 @@ class GateTunnel final : public QObject {
   RouterGate& gate_;
   TcpStream client_{this};
   TcpStream router_{this};
+  RouterConnector connector_{router_};
   State state_ = State::kHandshake;
   SocksHandshake handshake_;
   SiteOrigin origin_;
@@ -92,13 +92,9 @@ class GateTunnel final : public QObject {
   bool is_change_ = false;      // the request may change something
   bool is_discarding_ = false;  // the browser has gone, the answer is read all the same
   std::unique_ptr<ExchangeWatch> watch_;
-  QList<QHostAddress> addresses_;
-  qsizetype next_address_ = 0;
-  int rounds_ = 0;
   qint64 answer_bytes_ = 0;  // to the last request
   QTimer traffic_;           // ends when nothing was sent or received for a time
   QTimer login_pause_;
-  QTimer pause_;    // before another round of connecting
   QTimer silence_;  // of the router: over TLS the end of an answer; of a browser that has gone
   quint64 id_ = 0;
   QUrl url_;
