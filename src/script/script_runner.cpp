@@ -3,27 +3,13 @@
 
 #include "script/script_runner.h"
 
-#include <QDeadlineTimer>
-#include <QScopeGuard>
 #include <QUrl>
 
 #include "async/wait.h"
-#include "core/foreign_scripts.h"
 #include "core/text_bytes.h"
-#include "script/foreign_script.h"
 #include "script/script_texts.h"
-#include "script/status_text.h"
 
 namespace quayline {
-
-namespace {
-
-using namespace std::chrono_literals;
-
-// Nothing signals that another program has let go of the router.
-constexpr auto kLockPoll = 250ms;
-
-}  // namespace
 
 ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQuestions& questions,
                            const RunnerTexts& texts, int& active_index, QObject* parent)
@@ -31,8 +17,15 @@ ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQ
       context_(context),
       make_host_(std::move(make_host)),
       questions_(questions),
-      texts_(texts),
-      active_index_(active_index) {
+      active_index_(active_index),
+      admission_(context, questions, texts),
+      reports_(context, log_, texts, [this] { return LogsPages(); }),
+      unfinished_(context.job_flags) {
+  connect(&admission_, &RunAdmission::waitingFor, this, &ScriptRunner::waitingFor);
+  connect(&reports_, &PageReports::statusAppended, this, &ScriptRunner::statusAppended);
+  connect(&reports_, &PageReports::errorAppended, this, &ScriptRunner::errorAppended);
+  connect(&reports_, &PageReports::noticeRequested, this, &ScriptRunner::noticeRequested);
+  connect(&unfinished_, &UnfinishedPages::gone, this, &ScriptRunner::UnlockWhenIdle);
   connect(&flow_, &Flow::ended, this, [this] {
     EndRun();
     Q_EMIT busyChanged(false);
@@ -86,9 +79,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
       .show_step = [this](int step, int steps) { Q_EMIT stepStarted(step, steps); }});
 
   stopped_by_user_ = false;
-  messages_shown_ = 0;
-  notices_shown_.clear();
-  page_faults_ = 0;
+  reports_.Forget();
   flags.is_running = true;
   flags.SetJobStopRequested(false);
   flags.SetPageErrorPending(false);
@@ -105,70 +96,15 @@ void ScriptRunner::StartRun(Task<> run) {
   flow_.Start(RunWhenFree(std::move(run)));
 }
 
-// A router serves one run at a time, and the run before may still have a save under way.
 Task<> ScriptRunner::RunWhenFree(Task<> run) {
-  JobFlags& flags = context_.job_flags;
-  const auto is_free = [&flags] { return flags.LeavingRuns() == 0 || flags.JobStopRequested(); };
-  if (!is_free()) {
-    Q_EMIT waitingFor(RouterHost(Router()));
-    co_await Until(is_free).WokenBy(&flags, &JobFlags::changed);
-    Q_EMIT waitingFor({});
-  }
-  co_await AwaitPermission();
-  co_await LockRouter();
-  co_await std::move(run);
-}
-
-// A script that cannot be looked up, because the databases are being updated or its row is gone,
-// is refused as well: the user cannot have seen it.
-Task<> ScriptRunner::AwaitPermission() {
-  const int router_id = Router().router_id;
-  ForeignScripts scripts(context_.program_folder);
-  const auto origin = scripts.OriginOf(router_id);
-  is_confined_ = origin && !origin->IsSigned();
-  if (!origin) {
-    co_return;
-  }
-  bool is_allowed = false;
-  if (const auto router = context_.databases.FindRouter(router_id)) {
-    is_allowed = scripts.IsAllowed(*router);
-    if (!is_allowed) {
-      is_allowed = co_await AskUser(DescribeScripts(*router, *origin));
-      if (is_allowed) {
-        scripts.Allow(*router);
-      }
-    }
-  }
+  co_await admission_.AwaitOtherRuns(RouterHost(Router()));
+  const bool is_allowed = co_await admission_.AskPermission(Router().router_id);
   if (!is_allowed) {
     log_.Append(LineBreak() + Text(script_text::kForeignScriptRefused));
     Stop();
   }
-}
-
-Task<bool> ScriptRunner::AskUser(ForeignScript script) {
-  OneShot<bool> answer;
-  questions_.AskForeignScript(script, answer.Callback());
-  JobFlags& flags = context_.job_flags;
-  answer.GiveUpWhen(&flags, &JobFlags::changed, [&flags] { return flags.JobStopRequested(); });
-  const std::optional<bool> is_allowed = co_await answer;
-  co_return is_allowed.value_or(false);
-}
-
-Task<> ScriptRunner::LockRouter() {
-  JobFlags& flags = context_.job_flags;
-  const QString router = RouterKey(Router());
-  router_lock_ = context_.router_locks.TryTake(router);
-  if (router_lock_ != nullptr) {
-    co_return;
-  }
-  Q_EMIT waitingFor(Text(texts_.other_program).arg(RouterHost(Router())));
-  while (router_lock_ == nullptr && !flags.JobStopRequested()) {
-    co_await Until([&flags] { return flags.JobStopRequested(); })
-        .WokenBy(&flags, &JobFlags::changed)
-        .AtMost(kLockPoll);
-    router_lock_ = context_.router_locks.TryTake(router);
-  }
-  Q_EMIT waitingFor({});
+  co_await admission_.LockRouter(Router());
+  co_await std::move(run);
 }
 
 void ScriptRunner::EndRun() {
@@ -179,8 +115,9 @@ void ScriptRunner::EndRun() {
 }
 
 void ScriptRunner::UnlockWhenIdle() {
-  if (!running_ && !leaving_.IsRunning() && old_pages_.empty() && !browsers_->Navigation().busy) {
-    router_lock_.reset();
+  if (!running_ && !leaving_.IsRunning() && unfinished_.IsEmpty() &&
+      !browsers_->Navigation().busy) {
+    admission_.Unlock();
   }
 }
 
@@ -215,8 +152,10 @@ void ScriptRunner::Leave() {
 }
 
 Task<> ScriptRunner::LeavePages() {
-  co_await FinishSaves(*browsers_, *pages_);
-  co_await Until([this] { return old_pages_.empty(); }).WokenBy(this, &ScriptRunner::oldPagesGone);
+  co_await unfinished_.FinishSaves(*browsers_, *pages_, RouterHost(Router()));
+  co_await Until([this] {
+    return unfinished_.IsEmpty();
+  }).WokenBy(&unfinished_, &UnfinishedPages::gone);
   Q_EMIT left();
 }
 
@@ -233,45 +172,7 @@ void ScriptRunner::KeepUntilSaved() {
   for (PageHost* host : browsers_->findChildren<PageHost*>(Qt::FindDirectChildrenOnly)) {
     host->disconnect(this);
   }
-  auto old = std::make_unique<OldPages>();
-  old->browsers = std::move(browsers_);
-  old->pages = std::move(pages_);
-  connect(&old->flow, &Flow::ended, this, [this, ended = old.get()] {
-    std::erase_if(old_pages_, [ended](const auto& each) { return each.get() == ended; });
-    UnlockWhenIdle();
-    Q_EMIT oldPagesGone();
-  });
-  old_pages_.push_back(std::move(old));
-  OldPages& kept = *old_pages_.back();
-  kept.flow.Start(FinishSaves(*kept.browsers, *kept.pages));
-}
-
-// A page that was only opened is left at once. One that was acted on may have a save under way, and
-// is left when it is idle, and soon where no request that may be a save is under way; one that
-// gives no answer, when its navigation has ended.
-Task<> ScriptRunner::FinishSaves(BrowserSet& browsers, PageWait& pages) {
-  JobFlags& flags = context_.job_flags;
-  flags.AddLeavingRuns(1);
-  const auto gone = qScopeGuard([&flags] { flags.AddLeavingRuns(-1); });
-  // The engine's call that asked would return to a page that is gone.
-  co_await Until([this] {
-    return dialogs_open_ == 0;
-  }).WokenBy(this, &ScriptRunner::dialogAnswered);
-  if (!browsers.MaySave()) {
-    browsers.StopNavigation();
-  } else {
-    const WaitLimits& limits = pages.Limits();
-    const QDeadlineTimer any_work(limits.work_after_stop);
-    WaitScope scope{.shown_as = RouterHost(Router()), .heeds_flags = false};
-    scope.asks_page = co_await pages.Answers(limits.silence_after_stop);
-    scope.limit = WaitLimits::Time(any_work.remainingTime());
-    const WaitEnd end = co_await pages.UntilIdle(scope);
-    if (end == WaitEnd::kPending) {
-      scope.work = PendingWork::kSaves;
-      scope.limit = flags.ends_by_signal ? std::nullopt : std::optional(limits.after_stop);
-      co_await pages.UntilIdle(scope);
-    }
-  }
+  unfinished_.Keep(std::move(browsers_), std::move(pages_), RouterHost(Router()));
 }
 
 void ScriptRunner::ProceedToNextCommand() {
@@ -303,35 +204,9 @@ void ScriptRunner::GiveLogin() {
 }
 
 void ScriptRunner::ConnectHost(PageHost* host) {
-  JobFlags& flags = context_.job_flags;
   connect(host, &PageHost::navigateError, this, &ScriptRunner::OnNavigateError);
   connect(host, &PageHost::progressChanged, this, &ScriptRunner::progressChanged);
-  connect(host, &PageHost::statusTextChanged, this,
-          [this, &flags](const QString& text, StatusKind kind) {
-            if (!text.isEmpty() && text != flags.last_router_status) {
-              flags.last_router_status = text;
-              Q_EMIT statusAppended(Text(texts_.router_status) + QLatin1Char(' ') + text, kind);
-            }
-          });
-  connect(host, &PageHost::noted, this, [this](const QString& text) {
-    if (LogsPages()) {
-      log_.Append(LineBreak() + OnOneLine(text));
-    }
-  });
-  connect(host, &PageHost::pageMessage, this, &ScriptRunner::ShowPageMessage);
-  connect(host, &PageHost::resourceFailed, this,
-          [this](const QString& url) { NotePageFault(script_text::kResourceFailed, url); });
-  connect(host, &PageHost::scriptError, this,
-          [this](const QString& description, const QString&, int, bool is_answered) {
-            if (is_answered) {
-              ++page_faults_;  // logged by the line that ran the script
-            } else {
-              NotePageFault(script_text::kPageScriptFailed, description);
-            }
-            if (!context_.job_options.silent_mode) {
-              ShowPageMessage(description);
-            }
-          });
+  reports_.Follow(host);
 }
 
 void ScriptRunner::AskForeignScript(const ForeignScript& script,
@@ -351,7 +226,7 @@ void ScriptRunner::AskLogin(const QString& address,
 
 void ScriptRunner::AskOtherAddress(const OtherAddress& other,
                                    std::function<void(bool allowed)> answer) {
-  if (is_confined_) {
+  if (admission_.IsConfined()) {
     log_.Append(LineBreak() + Text(script_text::kOtherHostBlocked).arg(OnOneLine(other.target)));
     answer(false);
     return;
@@ -362,76 +237,22 @@ void ScriptRunner::AskOtherAddress(const OtherAddress& other,
 std::optional<PageDialogAnswer> ScriptRunner::AnswerDialog(const PageDialog& dialog) {
   const bool is_working = running_ && !environment_->is_paused;
   if (is_working || left_during_run_) {
-    constexpr qsizetype kMostWords = 5;
-    constexpr qsizetype kLongest = 200;
-    if (page_words_.size() < kMostWords) {
-      page_words_.append(OnOneLine(dialog.text.left(kLongest)));
-    }
+    reports_.NoteWords(dialog.text);
     return std::nullopt;
   }
-  ++dialogs_open_;
-  const auto answered = qScopeGuard([this] {
-    --dialogs_open_;
-    Q_EMIT dialogAnswered();
-  });
-  return questions_.AnswerDialog(dialog);
-}
-
-// A page whose script failed may have sent the rules without the new one. One that fails for ever
-// is noted a few times.
-void ScriptRunner::NotePageFault(const Message& fault, const QString& detail) {
-  constexpr int kMaxNoted = 20;
-  if (LogsPages() && ++page_faults_ <= kMaxNoted) {
-    log_.Append(LineBreak() + Text(fault).arg(OnOneLine(detail)));
-  }
-}
-
-// A page that has something to say for ever is heard a few times.
-void ScriptRunner::ShowPageMessage(const QString& text) {
-  constexpr int kMaxShown = 5;
-  if (++messages_shown_ <= kMaxShown) {
-    Q_EMIT noticeRequested(text);
-  }
+  return unfinished_.DuringDialog([this, &dialog] { return questions_.AnswerDialog(dialog); });
 }
 
 void ScriptRunner::OnNavigateError(const QString& url, int status) {
-  const QString name = StatusText(status);
-  const QString with_url = name + QStringLiteral(" (") + OnOneLine(url) + QLatin1Char(')');
-  Q_EMIT errorAppended(Text(texts_.last_error) + QLatin1Char(' ') + with_url);
+  const QString error = reports_.NoteError(url, status);
   if (HoldsFlags()) {
-    context_.job_flags.last_page_error = with_url;
-    // Ahead of a stop that the error may cost: a wait that sees both takes the error first.
+    context_.job_flags.last_page_error = error;
+    // Before a stop that the error may cause: a wait that sees both takes the error first.
     context_.job_flags.SetPageErrorPending(true);
     CountError();
   }
   Q_EMIT busyChanged(false);
-  const StatusNotice notice = NoticeOfStatus(name);
-  if (notices_shown_.contains(notice)) {
-    return;
-  }
-  notices_shown_.append(notice);
-  switch (notice) {
-    case StatusNotice::kAccessDenied:
-      Q_EMIT noticeRequested(
-          Notice(texts_.access_denied,
-                 {texts_.check_login, texts_.check_router_ip, texts_.log_in_by_hand}));
-      break;
-    case StatusNotice::kNotFound:
-      Q_EMIT noticeRequested(
-          Notice(texts_.not_found,
-                 {texts_.check_router, texts_.check_router_ip_again, texts_.check_http_type}));
-      break;
-    case StatusNotice::kNone:
-      break;
-  }
-}
-
-QString ScriptRunner::Notice(const Message& what, std::initializer_list<Message> steps) const {
-  QString text = Text(what) + QStringLiteral("\n\n") + Text(texts_.try_steps);
-  for (const Message& step : steps) {
-    text += QLatin1Char('\n') + Text(step);
-  }
-  return text;
+  reports_.Advise(status);
 }
 
 }  // namespace quayline

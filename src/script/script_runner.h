@@ -5,7 +5,6 @@
 #include <QObject>
 
 #include <memory>
-#include <vector>
 
 #include "async/flow.h"
 #include "async/task.h"
@@ -13,11 +12,13 @@
 #include "script/browser_set.h"
 #include "script/job_log.h"
 #include "script/page_host.h"
+#include "script/page_reports.h"
 #include "script/page_wait.h"
+#include "script/run_admission.h"
 #include "script/run_environment.h"
 #include "script/runner_texts.h"
 #include "script/script_run.h"
-#include "script/status_text.h"
+#include "script/unfinished_pages.h"
 
 namespace quayline {
 
@@ -76,10 +77,6 @@ class ScriptRunner : public QObject, public PageQuestions {
   void ended();
   // Nothing is lost any more when the runner goes.
   void left();
-  // Pages of an earlier run have saved, and are gone.
-  void oldPagesGone();
-  // The user has answered a dialog of a page.
-  void dialogAnswered();
 
  protected:
   // `questions` answers what the pages ask, and outlives the runner. `active_index` is where the
@@ -112,10 +109,10 @@ class ScriptRunner : public QObject, public PageQuestions {
   virtual bool LogsPages() const { return running_; }
 
   // How many scripts and other parts of pages have failed during the run.
-  int PageFaults() const { return page_faults_; }
+  int PageFaults() const { return reports_.Faults(); }
   // What pages said in dialogs that were answered for the user, since ForgetPageWords().
-  const QStringList& PageWords() const { return page_words_; }
-  void ForgetPageWords() { page_words_.clear(); }
+  const QStringList& PageWords() const { return reports_.Words(); }
+  void ForgetPageWords() { reports_.ForgetWords(); }
 
   BrowserSet& Browsers() { return *browsers_; }
   PageWait& Pages() { return *pages_; }
@@ -129,22 +126,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   // Whether the program's flags are those of this run. Other windows may run meanwhile, when this
   // one's run is over.
   bool HoldsFlags() const;
-  // Pages of a run that is over, until their saves have been answered.
-  struct OldPages {
-    std::unique_ptr<BrowserSet> browsers;
-    std::unique_ptr<PageWait> pages;
-    Flow flow;
-  };
-
   void KeepUntilSaved();
-  Task<> FinishSaves(BrowserSet& browsers, PageWait& pages);
   Task<> LeavePages();
   Task<> RunWhenFree(Task<> run);
-  // Asks the user about a script of somebody else, and stops the run if he does not allow it.
-  Task<> AwaitPermission();
-  Task<bool> AskUser(ForeignScript script);
-  // Waits until no other program works on the router.
-  Task<> LockRouter();
   // Releases the router once no page of the run is under way any more.
   void UnlockWhenIdle();
   void EndRun();
@@ -158,31 +142,22 @@ class ScriptRunner : public QObject, public PageQuestions {
   void AskOtherAddress(const OtherAddress& other,
                        std::function<void(bool allowed)> answer) override;
   std::optional<PageDialogAnswer> AnswerDialog(const PageDialog& dialog) override;
-  void ShowPageMessage(const QString& text);
-  void NotePageFault(const Message& fault, const QString& detail);
   void OnNavigateError(const QString& url, int status);
-  QString Notice(const Message& what, std::initializer_list<Message> steps) const;
 
   PageHostFactory make_host_;
   PageQuestions& questions_;
-  const RunnerTexts& texts_;
   int& active_index_;
   std::unique_ptr<BrowserSet> browsers_;
   std::unique_ptr<PageWait> pages_;
   std::unique_ptr<RunEnvironment> environment_;
-  std::shared_ptr<const RouterLock> router_lock_;
   bool stopped_by_user_ = false;
   bool running_ = false;
   bool has_run_ = false;
   bool left_during_run_ = false;
-  bool is_confined_ = false;  // to the router: an unsigned script of somebody else runs
-  int dialogs_open_ = 0;      // the engine's own calls are on the stack below them
-  int messages_shown_ = 0;
-  QList<StatusNotice> notices_shown_;  // what the user knows already
-  int page_faults_ = 0;
-  QStringList page_words_;
+  RunAdmission admission_;
+  PageReports reports_;
   // These last: their frames use what is above.
-  std::vector<std::unique_ptr<OldPages>> old_pages_;
+  UnfinishedPages unfinished_;
   Flow leaving_;
   Flow flow_;
 };
