@@ -74,7 +74,7 @@ struct Fit {
       return false;
     }
     const bool is_named = has_address || name == NameMatch::kWhole || name == NameMatch::kCut;
-    return has_unknown_host || (is_ambiguous && is_named) ||
+    return has_unknown_host || (!ports_are_sure && is_named) ||
            (ports_are_sure && name == NameMatch::kPossible);
   }
 };
@@ -252,7 +252,9 @@ class Matcher final {
     for (qsizetype i = 0; i < rows_.size(); ++i) {
       const RowEvidence& row = rows_.at(i);
       const Fit fit = FitOf(rule, row);
-      const bool is_unread = row.has_unread_ports && !fit.has_other_address;
+      const bool shows_none = row.ports.isEmpty() && fit.name == NameMatch::kWhole;
+      const bool is_unread = (row.has_unread_ports && !fit.has_other_address) ||
+                             (shows_none && fit.has_address);
       if (!taken_.contains(i) && (fit.MayBe() || is_unread)) {
         return i;
       }

@@ -216,6 +216,22 @@ TEST(RuleMatch, TakesNothingElseForTheRule) {
   PageRows partial = Page("Name | Port | IP\nFTP | 21 | 192.168.1.5");
   partial.is_partial = true;
   EXPECT_EQ(Words(MatchRules({kWeb}, partial).first()), u"unknown"_s);
+  // The page shows rules somewhere, and a row of which not all can be read.
+  const struct {
+    const char* row;
+    const char* verdict;
+  } beside[] = {
+      {"\n0 | 192.168.1.5 | 80 | 80", "unknown"},
+      {"\n0 | 192.168.1.9 | 80 | 80", "missing"},
+      {"\n0 | 192.168.1.5 | 81 | 81", "missing"},
+      {"\nWeb | 192.168.1.5", "unknown"},
+      {"\nWeb | 192.168.1.9", "missing"},
+  };
+  for (const auto& row : beside) {
+    PageRows page = Page(row.row);
+    page.headings.append(QStringList{u"IP"_s, u"Port"_s});
+    EXPECT_EQ(Words(MatchRules({kWeb}, page).first()), QLatin1String(row.verdict)) << row.row;
+  }
 }
 
 TEST(RuleMatch, BoxesForANewRuleAndOtherTablesShowNoRule) {

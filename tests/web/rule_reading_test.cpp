@@ -91,6 +91,16 @@ TEST_F(RuleReading, OfPagesOfAllKinds) {
        "</tr><tr><td rowspan=2>Web<td>70<td>70<td rowspan=2>10.0.0.5</tr><tr><td>80<td>90</tr>"
        "</table>",
        "on-router"},
+      {"headings that stay while the rows scroll",
+       "<style>table { table-layout: fixed } td, th { width: 90px }</style><table><tr><th>From port"
+       "<th>To port<th>IP<th></table><div><table><tr><td>80<td>90<td>10.0.0.5</table></div>",
+       "on-router"},
+      {"headings of other columns, above",
+       "<style>table { table-layout: fixed } th { width: 30px }</style><table><tr><th>From port"
+       "<th>To port<th>IP</table><table style='width: 600px'><tr><td>80<td>90<td>10.0.0.5</table>",
+       "unknown"},
+      {"headings of a table that is hidden",
+       "<div hidden>" + Table("") + "</div><table><tr><td>Mail<td>10.0.0.9</table>", "unknown"},
       {"two lines a rule",
        "<table>" + TwoLines("Cam", "70", "10.0.0.9") + TwoLines("Web", "80-90", "10.0.0.5") +
            "</table>",

@@ -64,7 +64,21 @@ function linesOfRule(rows, grid, r) {
   return lines;
 }
 
-function readTable(rows, found) {
+// The names of the columns below `head`, a table of nothing but headings: where rows scroll below a
+// fixed head, the two are different tables. The head may have one column more, above the scroll bar.
+function namesFrom(head, cells) {
+  const isBelow = (cell, column) => {
+    const {left, right} = head.cells[column].getBoundingClientRect();
+    const own = cell.getBoundingClientRect();
+    const middle = (own.left + own.right) / 2;
+    return left < middle && middle < right;
+  };
+  const more = head === null ? -1 : head.cells.length - cells.length;
+  return (more === 0 || more === 1) && cells.every(isBelow) ? head.names : [];
+}
+
+// Returns its headings, if the table has nothing else, as the `head` of the following one.
+function readTable(rows, found, head) {
   const grid = gridOf(rows);
   let first = 0;
   // A title above the headings is one cell that spans the table.
@@ -85,14 +99,17 @@ function readTable(rows, found) {
       break;
     }
   }
-  const named = Array.from(headings, (heading) => heading || '');
+  const own = Array.from(headings, (heading) => heading || '');
+  const isHead = first > 0 && first === rows.length && isShown(rows[first - 1]);
+  const named = own.length > 0 || first === rows.length ? own : namesFrom(head, grid[first]);
   const table = closestOf(rows[0], 'table,[role=table],[role=grid]') || rows[0];
   const title = first > 0 && new Set(grid[0]).size < 2 ? wordsOf(grid[0][0] || table)
     : titleOf(table);
   const shown = rows.slice(first).filter(isShown);
   const forms = new Set(shown.filter((row) => isEntryForm(row, shown)));
   // Above nothing but boxes, headings are those of a form.
-  if (named.length > 0 && (shown.length === 0 || shown.length > forms.size)) {
+  const hasRules = shown.length > forms.size;
+  if (named.length > 0 && (hasRules || (shown.length === 0 && rows.slice(0, first).some(isShown)))) {
     found.headings.push(named);
   }
   for (let r = first, lines = 1; r < grid.length; r += lines) {
@@ -112,6 +129,7 @@ function readTable(rows, found) {
     }
     addRow(found, rows[r], cells, {title, form: forms.has(rows[r])});
   }
+  return isHead ? {names: own, cells: grid[first - 1]} : null;
 }
 
 function addRow(found, element, cells, {title = '', form = false} = {}) {

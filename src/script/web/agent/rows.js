@@ -48,8 +48,9 @@ function readPage(document_) {
   const found = {rows: [], places: [], headings: [], isPartial: false, hasNext: false};
   for (const each of documentsBelow(document_)) {
     const styled = new Set(styledRows(each));
+    let head = null;
     for (const rows of tablesOf(each, styled)) {
-      readTable(rows, found);
+      head = readTable(rows, found, head);
     }
     readLists(each, found, styled);
     readDefinitions(each, found);
