@@ -253,8 +253,8 @@ class Matcher final {
       const RowEvidence& row = rows_.at(i);
       const Fit fit = FitOf(rule, row);
       const bool shows_none = row.ports.isEmpty() && fit.name == NameMatch::kWhole;
-      const bool is_unread = (row.has_unread_ports && !fit.has_other_address) ||
-                             (shows_none && fit.has_address);
+      const bool is_unread =
+          (row.has_unread_ports && !fit.has_other_address) || (shows_none && fit.has_address);
       if (!taken_.contains(i) && (fit.MayBe() || is_unread)) {
         return i;
       }

@@ -221,10 +221,8 @@ TEST(RuleMatch, TakesNothingElseForTheRule) {
     const char* row;
     const char* verdict;
   } beside[] = {
-      {"\n0 | 192.168.1.5 | 80 | 80", "unknown"},
-      {"\n0 | 192.168.1.9 | 80 | 80", "missing"},
-      {"\n0 | 192.168.1.5 | 81 | 81", "missing"},
-      {"\nWeb | 192.168.1.5", "unknown"},
+      {"\n0 | 192.168.1.5 | 80 | 80", "unknown"}, {"\n0 | 192.168.1.9 | 80 | 80", "missing"},
+      {"\n0 | 192.168.1.5 | 81 | 81", "missing"}, {"\nWeb | 192.168.1.5", "unknown"},
       {"\nWeb | 192.168.1.9", "missing"},
   };
   for (const auto& row : beside) {

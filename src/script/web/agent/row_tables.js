@@ -77,6 +77,36 @@ function namesFrom(head, cells) {
   return (more === 0 || more === 1) && cells.every(isBelow) ? head.names : [];
 }
 
+// Whether the list makes further rows when it is scrolled: there is room for them in an element that
+// scrolls these rows and nothing else.
+function hasRowsToCome(rows) {
+  const LEVELS = 6;
+  const filled = rows.filter((row) => collapse(textContentOf(row)) !== '');
+  if (filled.length === 0) {
+    return false;
+  }
+  const own = new Set(rows);
+  let inner = filled.at(-1);
+  // Those above may be a head that does not scroll.
+  const scrolled = filled.filter((row) => parentOf(row) === parentOf(inner));
+  for (let level = 0; level < LEVELS && parentOf(inner); level += 1) {
+    const outer = parentOf(inner);
+    const isOther = (other) => other !== inner && !own.has(other) && isShown(other) &&
+      collapse(textContentOf(other)) !== '';
+    if (Array.from(childrenOf(outer)).some(isOther)) {
+      return false;
+    }
+    if (outer.scrollHeight > outer.clientHeight + 1 &&
+        /auto|scroll/.test(getComputedStyle(outer).overflowY)) {
+      const height = scrolled.at(-1).getBoundingClientRect().bottom -
+        scrolled[0].getBoundingClientRect().top;
+      return outer.scrollHeight - height > 2 * height / scrolled.length;
+    }
+    inner = outer;
+  }
+  return false;
+}
+
 // Returns its headings, if the table has nothing else, as the `head` of the following one.
 function readTable(rows, found, head) {
   const grid = gridOf(rows);
@@ -106,6 +136,7 @@ function readTable(rows, found, head) {
   const title = first > 0 && new Set(grid[0]).size < 2 ? wordsOf(grid[0][0] || table)
     : titleOf(table);
   const shown = rows.slice(first).filter(isShown);
+  found.isPartial = found.isPartial || hasRowsToCome(rows.filter(isShown));
   const forms = new Set(shown.filter((row) => isEntryForm(row, shown)));
   // Above nothing but boxes, headings are those of a form.
   const hasRules = shown.length > forms.size;

@@ -3,28 +3,36 @@
 
 // The rows of the whole page, and work on one of them.
 
-// What leads to the following page of a table.
-const NEXT_PAGE = /^(?:next(?: page)?|>|\u203a|\u00bb)$/i;
+// What leads to the following page of a table. Many pagers show an arrow without a text.
+const NEXT_PAGE = /^(?:(?:go to )?next(?: page)?|>|\u203a|\u00bb|\u4e0b\u4e00?\u9875)$/i;
+const NEXT_MARK = /(?:^|[-_\s])next(?:$|[-_\s])/i;
 
 // A wizard has a button "Next" as well: one for the pages of a table has a way back beside it, or
 // says so by its name.
 const PREVIOUS_PAGE = /^(?:prev(?:ious)?(?: page)?|<|\u2039|\u00ab)$/i;
-const PAGER = /pag(?:e|er|ing|ination)\b|pagination/i;
+const PAGER = /paginat|paging|pager|page[-_]?(?:nav|num|item|link|bar|btn|button|next)|\bpage\b/i;
 
-function captionOf(control) {
-  return collapse(textContentOf(control) || textOf(control, 'value'));
+function markOf(element) {
+  return `${attributeOf(element, 'class') || ''} ${attributeOf(element, 'id') || ''}`;
 }
 
 function isOfPager(control) {
   for (let element = control, level = 0; element !== null && level < 4;
     element = parentOf(element), ++level) {
-    if (PAGER.test(`${attributeOf(element, 'class') || ''} ${attributeOf(element, 'id') || ''}`) ||
+    if (PAGER.test(markOf(element)) ||
       Array.from(queryElement(element, 'a,button,input,[role=button],span,li')).some((other) =>
-        PREVIOUS_PAGE.test(captionOf(other)))) {
+        captionsOf(other).some((caption) => PREVIOUS_PAGE.test(caption)))) {
       return true;
     }
   }
   return false;
+}
+
+function leadsToNextPage(control) {
+  const captions = captionsOf(control).filter((caption) => NEXT_PAGE.test(caption));
+  const isSure = captions.some((caption) => /page|\u9875/i.test(caption)) ||
+    (captions.length > 0 && fits(control, 'a[href]'));
+  return isSure || ((captions.length > 0 || NEXT_MARK.test(markOf(control))) && isOfPager(control));
 }
 
 function nextPageControl(document_) {
@@ -32,9 +40,17 @@ function nextPageControl(document_) {
     [control, parentOf(control)].some((element) => element !== null &&
       (attributeOf(element, 'aria-disabled') === 'true' ||
         /\bdisabled\b/i.test(attributeOf(element, 'class') || '')));
-  return all(document_, 'a[href],button,input[type=button i],[role=button]').find((control) =>
-    isShown(control) && !isDisabled(control) && NEXT_PAGE.test(captionOf(control)) &&
-    (fits(control, 'a') || /page/i.test(captionOf(control)) || isOfPager(control))) || null;
+  const CONTROLS = 'a,button,input[type=button i],[role=button],[role=link],li[title],li[class*=next]';
+  return all(document_, CONTROLS).find((control) =>
+    leadsToNextPage(control) && isShown(control) && !isDisabled(control)) || null;
+}
+
+// Long tables often have only those rows that can be seen, and say how many there are.
+function isCutShort(table) {
+  const total = Number(attributeOf(table, 'aria-rowcount'));
+  const rows = Array.from(queryElement(table, 'tr,[role=row]'));
+  const numbers = new Set(rows.map((row) => attributeOf(row, 'aria-rowindex')));
+  return total > (numbers.size > 1 ? numbers.size : rows.length);
 }
 
 // Only a link that fetches a page is followed: whatever else a control does may change the router.
@@ -55,6 +71,7 @@ function readPage(document_) {
     readLists(each, found, styled);
     readDefinitions(each, found);
     readBlocks(each, found, styled);
+    found.isPartial = found.isPartial || all(each, '[aria-rowcount]').some(isCutShort);
     const next = nextPageControl(each);
     found.hasNext = found.hasNext || (next !== null && isPlainLink(next));
     found.isPartial = found.isPartial || (next !== null && !isPlainLink(next));
