@@ -120,8 +120,7 @@ QDialog* ProgramWindows::OfComputer(QWidget* parent, ComputerWindow window) {
     case ComputerWindow::kClearCache:
       return new CacheDialog(ClearUrlCache, context_.translator, parent);
     case ComputerWindow::kRepairBrowser:
-      return new RepairDialog(BrowserRepair(context_.translator,
-                                            {.clear_cache = ClearUrlCache,
+      return new RepairDialog(BrowserRepair({.clear_cache = ClearUrlCache,
                                              .remove_files = RemoveBrowserFiles,
                                              .try_new_browser = TryNewBrowser},
                                             HasRegsvr32()),

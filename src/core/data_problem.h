@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include "i18n/sentence.h"
+
 namespace quayline {
 
 // Something that is wrong in the text files, and where.
@@ -12,7 +14,7 @@ struct DataProblem {
   QString file;
   int line =
       1;  // counted from 1; a problem of the whole file or router is reported at its first line
-  QString sentence;
+  Sentence sentence;
   bool is_warning = false;  // a hint that does not refuse the data
 };
 
@@ -21,8 +23,8 @@ using Problems = QList<DataProblem>;
 // Whether the data must be refused.
 bool HoldErrors(const Problems& problems);
 
-// "file:line: sentence" lines, in the order of files and lines. The sentence of a warning begins
-// with "warning: ".
+// "file:line: sentence" lines in English, in the order of files and lines. The sentence of a
+// warning begins with "warning: ".
 QString FormatProblems(Problems problems);
 
 }  // namespace quayline

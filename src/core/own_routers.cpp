@@ -33,8 +33,8 @@ bool IsTaken(const QList<RouterName>& names, const QString& name) {
   });
 }
 
-std::unexpected<OwnRouterFault> Fault(OwnRouterError error, const QString& detail = {}) {
-  return std::unexpected(OwnRouterFault{.error = error, .detail = detail});
+std::unexpected<OwnRouterFault> Fault(OwnRouterError error, const QString& name = {}) {
+  return std::unexpected(OwnRouterFault{.error = error, .name = name});
 }
 
 // Nothing where the IDs are used up.
@@ -104,12 +104,13 @@ std::expected<QList<int>, OwnRouterFault> ImportRouters(Databases& databases,
   opened.open(QIODevice::ReadOnly);
   const auto author = ReadAuthor(opened.read(kMaxTextFileBytes));
   if (!author) {
-    return Fault(OwnRouterError::kWrongSignature, file);
+    return Fault(OwnRouterError::kWrongSignature);
   }
   Problems problems;
   const QList<RouterSource> routers = ReadRouters(ReadTextFile(file, problems), file, {}, problems);
   if (HoldErrors(problems)) {
-    return Fault(OwnRouterError::kCannotRead, FormatProblems(problems).trimmed());
+    return std::unexpected(
+        OwnRouterFault{.error = OwnRouterError::kCannotRead, .problems = problems});
   }
   QList<RouterRecord> records;
   for (const RouterSource& router : routers) {

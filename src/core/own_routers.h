@@ -8,6 +8,7 @@
 #include <expected>
 #include <optional>
 
+#include "core/data_problem.h"
 #include "core/databases.h"
 #include "core/foreign_scripts.h"
 #include "core/records.h"
@@ -28,7 +29,8 @@ enum class OwnRouterError {
 
 struct OwnRouterFault {
   OwnRouterError error = OwnRouterError::kNoName;
-  QString detail;  // the name, or what is wrong with a file
+  QString name = {};       // of the router
+  Problems problems = {};  // what is wrong with a file
 };
 
 // Adds the router under a new ID, which is returned. `author` is who wrote its scripts, if that was

@@ -23,6 +23,16 @@ const RouterColumn* FindColumn(const QString& name, bool is_script) {
 constexpr QLatin1String kLineEnd("\r\n");
 constexpr QLatin1String kFileHeading("[file ");
 constexpr QLatin1String kModels("models");
+
+constexpr Message kUnknownHeading{
+    "The heading %1 is not known. In a script, write a \"\\\" before a line that begins with "
+    "\"[\"."};
+constexpr Message kSecondHeading{"The heading [%1] appears a second time."};
+constexpr Message kNoModel{"This line should be \"ID; name\"."};
+constexpr Message kNoField{"This line is neither \"field: value\" nor a heading."};
+constexpr Message kSecondField{"The field %1 appears a second time."};
+constexpr Message kUnknownField{"There is no field \"%1\"."};
+
 constexpr QLatin1Char kCellEnd(';');
 
 QString WrittenScriptLine(const QString& line) {
@@ -60,7 +70,7 @@ class Reader final {
   }
 
  private:
-  void Report(const TextLine& line, const QString& sentence) {
+  void Report(const TextLine& line, const Sentence& sentence) {
     problems_.append({file_, line.number, sentence});
   }
 
@@ -119,14 +129,12 @@ class Reader final {
     const QString name = is_closed ? heading.sliced(1).chopped(1) : QString();
     const RouterColumn* script = FindColumn(name, true);
     if (script == nullptr && name != kModels) {
-      Report(line, QStringLiteral("The heading %1 is not known. A script line that begins with "
-                                  "\"[\" has a \"\\\" in front.")
-                       .arg(heading));
+      Report(line, {kUnknownHeading, {heading}});
       in_unknown_part_ = true;
       return;
     }
     if (router.lines.contains(name)) {
-      Report(line, QStringLiteral("The heading [%1] is here for the second time.").arg(name));
+      Report(line, {kSecondHeading, {name}});
       in_unknown_part_ = true;
       return;
     }
@@ -141,11 +149,11 @@ class Reader final {
     const auto id = ReadId(id_text);
     const auto name = ReadValue(line.text.mid(end + 1).trimmed());
     if (end < 0) {
-      Report(line, QStringLiteral("A model is \"ID; name\"."));
+      Report(line, {kNoModel});
     } else if (!id) {
       Report(line, IdSentence(id_text));
     } else if (!name) {
-      Report(line, QLatin1String(kEscapeSentence));
+      Report(line, {kEscapeSentence});
     } else {
       models_.append({.id = *id, .name = *name, .line = line.number});
     }
@@ -155,7 +163,7 @@ class Reader final {
     const auto text = ReadWritten(line.text);
     const bool is_needless = text && *text != line.text && WrittenScriptLine(*text) == *text;
     if (!text || is_needless) {
-      Report(line, QLatin1String(kEscapeSentence));
+      Report(line, {kEscapeSentence});
       return;
     }
     script_lines_.append(*text);
@@ -175,7 +183,7 @@ class Reader final {
         .column = name, .lines = seen_, .update_lines = ScriptLines(router.record.routercommands)};
     for (const ScriptRemark& remark : lint_(script)) {
       const int line = seen_numbers_.value(remark.line - 1, router.lines.value(name, 1));
-      problems_.append({file_, line, remark.sentence, remark.is_warning});
+      problems_.append({file_, line, AsItIs(remark.sentence), remark.is_warning});
     }
   }
 
@@ -185,13 +193,13 @@ class Reader final {
     const QString name = line.text.left(std::max<qsizetype>(colon, 0)).trimmed();
     const auto value = ReadValue(line.text.mid(colon + 1).trimmed());
     if (colon < 0) {
-      Report(line, QStringLiteral("This is neither \"field: value\" nor a heading."));
+      Report(line, {kNoField});
     } else if (router.lines.contains(name)) {
-      Report(line, QStringLiteral("The field %1 stands here for the second time.").arg(name));
+      Report(line, {kSecondField, {name}});
     } else if (!value) {
-      Report(line, QLatin1String(kEscapeSentence));
+      Report(line, {kEscapeSentence});
     } else if (!Set(router, name, *value, line)) {
-      Report(line, QStringLiteral("There is no field \"%1\".").arg(name));
+      Report(line, {kUnknownField, {name}});
     }
   }
 

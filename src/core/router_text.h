@@ -16,7 +16,7 @@ namespace quayline {
 
 // The finding about one line of a script.
 struct ScriptRemark {
-  QString sentence;
+  QString sentence;  // in English
   bool is_warning = false;
   int line = 1;  // of the script
 };

@@ -15,6 +15,13 @@ namespace {
 
 constexpr QLatin1Char kMark('\\');
 
+constexpr Message kNotUtf8{"This line is not UTF-8."};
+constexpr Message kControlCharacter{
+    "This line has a control character: write it as \"\\u\" and four hex digits."};
+constexpr Message kFileUnreadable{"The file cannot be read: %1."};
+constexpr Message kFileTooLarge{"The file is larger than 4 MB."};
+constexpr Message kNoId{"\"%1\" is not an ID: an ID is a number from 1 on."};
+
 bool IsControl(QChar c) { return c.category() == QChar::Other_Control; }
 
 }  // namespace
@@ -25,14 +32,14 @@ bool HoldErrors(const Problems& problems) {
 
 QString FormatProblems(Problems problems) {
   std::ranges::sort(problems, {}, [](const DataProblem& problem) {
-    return std::tie(problem.file, problem.line, problem.sentence);
+    return std::make_tuple(problem.file, problem.line, EnglishOf(problem.sentence));
   });
   QString text;
   for (const DataProblem& problem : problems) {
-    text +=
-        QStringLiteral("%1:%2: %3%4\n")
-            .arg(problem.file, QString::number(problem.line),
-                 problem.is_warning ? QStringLiteral("warning: ") : QString(), problem.sentence);
+    text += QStringLiteral("%1:%2: %3%4\n")
+                .arg(problem.file, QString::number(problem.line),
+                     problem.is_warning ? QStringLiteral("warning: ") : QString(),
+                     EnglishOf(problem.sentence));
   }
   return text;
 }
@@ -51,11 +58,9 @@ QList<TextLine> ReadLines(const QByteArray& bytes, const QString& file, Problems
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(line);
     if (decoder.hasError()) {
-      problems.append({file, number, QStringLiteral("This line is not UTF-8.")});
+      problems.append({file, number, {kNotUtf8}});
     } else if (HasControlCharacter(text)) {
-      problems.append({file, number,
-                       QStringLiteral("This line holds a control character: write it as \"\\u\" "
-                                      "and four hex digits.")});
+      problems.append({file, number, {kControlCharacter}});
     } else {
       lines.append({number, text});
     }
@@ -66,18 +71,16 @@ QList<TextLine> ReadLines(const QByteArray& bytes, const QString& file, Problems
 QList<TextLine> ReadTextFile(const QString& file, Problems& problems) {
   QFile device(file);
   if (!device.open(QIODevice::ReadOnly)) {
-    problems.append(
-        {file, 1, QStringLiteral("The file cannot be read: %1.").arg(device.errorString())});
+    problems.append({file, 1, {kFileUnreadable, {device.errorString()}}});
     return {};
   }
   const QByteArray bytes = device.read(kMaxTextFileBytes + 1);
   if (device.error() != QFile::NoError) {
-    problems.append(
-        {file, 1, QStringLiteral("The file cannot be read: %1.").arg(device.errorString())});
+    problems.append({file, 1, {kFileUnreadable, {device.errorString()}}});
     return {};
   }
   if (bytes.size() > kMaxTextFileBytes) {
-    problems.append({file, 1, QStringLiteral("The file is larger than 4 MB.")});
+    problems.append({file, 1, {kFileTooLarge}});
     return {};
   }
   return ReadLines(bytes, file, problems);
@@ -160,8 +163,6 @@ std::optional<int> ReadId(const QString& text) {
   return id && *id > 0 ? id : std::nullopt;
 }
 
-QString IdSentence(const QString& text) {
-  return QStringLiteral("\"%1\" is no ID: give a number from 1 on.").arg(text);
-}
+Sentence IdSentence(const QString& text) { return {kNoId, {text}}; }
 
 }  // namespace quayline

@@ -48,14 +48,13 @@ std::optional<QString> ReadWritten(const QString& written);
 // whoever typed "\files" meant the backslash.
 std::optional<QString> ReadValue(const QString& written, QChar separator = {});
 
-inline constexpr char kEscapeSentence[] =
-    "Behind a leading backslash only \"\\\\\" and \"\\uHHHH\" follow a backslash. A text that "
-    "begins "
-    "with a backslash is written with three.";
+inline constexpr Message kEscapeSentence{
+    "In a text that begins with a backslash, each further one must be \"\\\\\" or \"\\uHHHH\". A "
+    "backslash at the beginning of the text itself is written as three."};
 
 // A key: digits only, from 1 to the largest 32-bit number.
 std::optional<int> ReadId(const QString& text);
-QString IdSentence(const QString& text);
+Sentence IdSentence(const QString& text);
 
 // Digits only, up to `most`.
 std::optional<int> ReadNumber(const QString& text, int most);

@@ -38,8 +38,8 @@ class Uniqueness final {
     }
     if (const auto first = places_.constFind(key); first != places_.cend()) {
       problems_.append({file, line,
-                        QStringLiteral("The %1 \"%2\" stands in %3 already.")
-                            .arg(QLatin1String(what_), value, *first)});
+                        AsItIs(QStringLiteral("The %1 \"%2\" stands in %3 already.")
+                                   .arg(QLatin1String(what_), value, *first))});
       return;
     }
     places_.insert(key, QStringLiteral("%1:%2").arg(file, QString::number(line)));
@@ -91,7 +91,7 @@ class RouterCheck final {
  private:
   void Report(const char* field, const QString& sentence) {
     const int line = source_.lines.value(QLatin1String(field), source_.line);
-    problems_.append({source_.file, line, sentence});
+    problems_.append({source_.file, line, AsItIs(sentence)});
   }
 
   bool Has(const char* name) const { return source_.lines.contains(QLatin1String(name)); }
@@ -233,9 +233,11 @@ class ProgramCheck final {
   }
 
  private:
-  void Report(const QString& sentence) { problems_.append({source_.file, source_.line, sentence}); }
+  void Report(const QString& sentence) {
+    problems_.append({source_.file, source_.line, AsItIs(sentence)});
+  }
   void Warn(const QString& sentence) {
-    problems_.append({source_.file, source_.line, sentence, true});
+    problems_.append({source_.file, source_.line, AsItIs(sentence), true});
   }
 
   static QString Text(const PortRange& range) {
@@ -278,7 +280,7 @@ class ProgramCheck final {
 void CheckCustom(const CustomSource& source, Problems& problems) {
   const CustomPortRecord& record = source.record;
   const auto report = [&](const QString& sentence) {
-    problems.append({source.file, source.line, sentence});
+    problems.append({source.file, source.line, AsItIs(sentence)});
   };
   if (record.appname.trimmed().isEmpty() || record.appname.size() > kMaxCustomName) {
     report(QStringLiteral("The name \"%1\" should have 1 to 10 characters.").arg(record.appname));

@@ -37,8 +37,6 @@ constexpr const char* kEnglishFiles[] = {
     "core/row_evidence",         // words on the pages of routers
     "core/cell_text",            //
     "core/records",              // fields of databases
-    "core/text_form",            // what quayline-dbtool reports of a file
-    "core/router_text",          //
     "transport/http_",           // the language of servers
     "transport/sock_error",      // errors of sockets, which only the log has
     "platform/linux/nft_",       // the language of a firewall

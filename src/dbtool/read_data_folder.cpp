@@ -29,17 +29,18 @@ ProgramData ReadDataFolder(const QString& folder, const ScriptLint& lint, Proble
     const QList<RouterSource> read =
         ReadRouters(ReadTextFile(file, problems), file, lint, problems);
     if (read.isEmpty() && problems.size() == known_problems) {
-      problems.append({file, 1, QStringLiteral("There is no router in this file.")});
+      problems.append({file, 1, AsItIs(QStringLiteral("There is no router in this file."))});
     }
     data.routers += read;
   }
   if (data.routers.isEmpty() && problems.isEmpty()) {
-    problems.append({routers.path(), 1, QStringLiteral("There is no router file here.")});
+    problems.append({routers.path(), 1, AsItIs(QStringLiteral("There is no router file here."))});
   }
   const QDir ports(root.filePath(QStringLiteral("ports")));
   const QStringList port_files = TextFiles(ports);
   if (port_files.isEmpty()) {
-    problems.append({ports.path(), 1, QStringLiteral("There is no file of programs here.")});
+    problems.append(
+        {ports.path(), 1, AsItIs(QStringLiteral("There is no file of programs here."))});
   }
   for (const QString& file : port_files) {
     data.ports += ReadPorts(ReadTextFile(file, problems), file, problems);

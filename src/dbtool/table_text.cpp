@@ -70,13 +70,13 @@ std::expected<Sourced<Record>, QString> ReadRecord(const QString& line) {
   Record& record = source.record;
   record.id = ReadId(cells.first().trimmed()).value_or(0);
   if (record.id == 0) {
-    return std::unexpected(IdSentence(cells.first().trimmed()));
+    return std::unexpected(EnglishOf(IdSentence(cells.first().trimmed())));
   }
   qsizetype next = 1;
   for (const Column<Record>& column : columns) {
     const auto text = ReadCell(column, cells.at(next++).trimmed());
     if (!text) {
-      return std::unexpected(QLatin1String(kEscapeSentence));
+      return std::unexpected(EnglishOf({kEscapeSentence}));
     }
     record.*(column.member) = *text;
   }
@@ -100,7 +100,7 @@ QList<Sourced<Record>> ReadTable(const QList<TextLine>& lines, const QString& fi
       source->line = line.number;
       sources.append(*source);
     } else {
-      problems.append({file, line.number, source.error()});
+      problems.append({file, line.number, AsItIs(source.error())});
     }
   }
   return sources;

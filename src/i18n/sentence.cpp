@@ -39,6 +39,11 @@ QString WithValues(const QString& text, const QStringList& values) {
   return result;
 }
 
+Sentence AsItIs(const QString& text) {
+  constexpr Message kText{"%1"};
+  return {kText, {text}};
+}
+
 QString TextOf(const Sentence& sentence, const Translator& translator) {
   return WithValues(translator.Text(sentence.message), sentence.values);
 }

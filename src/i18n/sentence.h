@@ -21,6 +21,9 @@ struct Sentence {
   bool operator==(const Sentence& other) const;
 };
 
+// A text that is the same in every language, or that only developers read.
+Sentence AsItIs(const QString& text);
+
 QString TextOf(const Sentence& sentence, const Translator& translator);
 // For the command line, whose texts are English, and for the log.
 QString EnglishOf(const Sentence& sentence);

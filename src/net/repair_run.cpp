@@ -10,22 +10,23 @@ namespace quayline {
 
 namespace {
 
-constexpr Message kCommandLine{"%1"};
 constexpr Message kNotStarted{"Error: CreateProcess failed. %1", "%1 is a number"};
 
-Task<RepairResult> RunLine(QString line, const Translator& translator) {
+Task<RepairResult> RunLine(QString line) {
   const std::optional<int> error = co_await RunCommand(std::move(line));
-  co_return RepairResult{.is_good = !error,
-                         .words = error ? translator.Text(kNotStarted).arg(*error) : QString()};
+  RepairResult result{.is_good = !error};
+  if (error) {
+    result.words.append({kNotStarted, {QString::number(*error)}});
+  }
+  co_return result;
 }
 
 }  // namespace
 
-QList<RepairStep> CommandSteps(const QStringList& lines, const Translator& translator) {
+QList<RepairStep> CommandSteps(const QStringList& lines) {
   QList<RepairStep> steps;
   for (const QString& line : lines) {
-    steps.append({.line = {kCommandLine, {line}},
-                  .run = [line, &translator] { return RunLine(line, translator); }});
+    steps.append({.line = AsItIs(line), .run = [line] { return RunLine(line); }});
   }
   return steps;
 }

@@ -11,14 +11,13 @@
 
 #include "async/flow.h"
 #include "i18n/sentence.h"
-#include "i18n/translator.h"
 
 namespace quayline {
 
 // What a step of a repair did.
 struct RepairResult {
   bool is_good = true;
-  QString words;  // for the user; may be empty
+  QList<Sentence> words = {};  // for the user; may be empty
 };
 
 struct RepairStep {
@@ -26,8 +25,8 @@ struct RepairStep {
   std::function<Task<RepairResult>()> run;
 };
 
-// Each command line as a step, which lasts three seconds at most. `translator` outlives them.
-QList<RepairStep> CommandSteps(const QStringList& lines, const Translator& translator);
+// Each command line as a step, which lasts three seconds at most.
+QList<RepairStep> CommandSteps(const QStringList& lines);
 
 // Does steps one after the other. None of them ends it early.
 class RepairRun final : public QObject {

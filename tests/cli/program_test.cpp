@@ -139,7 +139,7 @@ TEST_F(CliProgram, AScriptIsTriedOnSavedPagesWithoutARouter) {
        "The router does not have this rule"},
       {"the button has another name", "\"commit\"", "\"comit\"", 4, "never applied"},
       {"no view script leads to the rules", "nav(\"forward.html\")\n\n", "\n", 4, "cannot tell"},
-      {"no router's file", "id: 1", "id 1", 2, "This is neither"},
+      {"no router's file", "id: 1", "id 1", 2, "This line is neither"},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.fault);

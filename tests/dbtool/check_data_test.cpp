@@ -73,14 +73,14 @@ TEST_F(CheckTest, EachFaultOfARouterIsReportedWithItsLine) {
     const char* problem;  // its beginning
   } kRows[] = {
       {"id: 1\n", "", "a.txt:1: The router has no field id."},
-      {"id: 1", "id: 0", "a.txt:1: \"0\" is no ID"},
-      {"id: 1", "id: 2147483648", "a.txt:1: \"2147483648\" is no ID"},
-      {"id: 1", "id: +1", "a.txt:1: \"+1\" is no ID"},
+      {"id: 1", "id: 0", "a.txt:1: \"0\" is not an ID"},
+      {"id: 1", "id: 2147483648", "a.txt:1: \"2147483648\" is not an ID"},
+      {"id: 1", "id: +1", "a.txt:1: \"+1\" is not an ID"},
       {"Example 100", " ", "a.txt:2: The router has no name."},
       {"routerusername: admin", "routername: x", "a.txt:3: The field routername stands here for"},
       {"routerusername", "Routerusername", "a.txt:3: There is no field \"Routerusername\"."},
-      {"routerpassword:", "routerpassword", "a.txt:4: This is neither"},
-      {"routerpassword:", "routerpassword: \\\\x", "a.txt:4: Behind a leading"},
+      {"routerpassword:", "routerpassword", "a.txt:4: This line is neither"},
+      {"routerpassword:", "routerpassword: \\\\x", "a.txt:4: In a text that begins"},
       {"both: No", "both: maybe", "a.txt:5: routersupportsboth is \"maybe\""},
       {"both: No", "both:", "a.txt:5: routersupportsboth is \"\""},
       {"name: yes", "name: 1", "a.txt:6: routerneedscomputername is \"1\""},
@@ -93,17 +93,17 @@ TEST_F(CheckTest, EachFaultOfARouterIsReportedWithItsLine) {
       {"65535", "65536", "a.txt:10: routermaxport is \"65536\""},
       {"minport: 1\nroutermaxport: 65535", "minport: 9\nroutermaxport: 8",
        "a.txt:10: routermaxport is below routerminport."},
-      {"pics\\example.jpg", "\\x.jpg", "a.txt:11: Behind a leading"},
-      {"pics\\example.jpg", "\\\\u00", "a.txt:11: Behind a leading"},
+      {"pics\\example.jpg", "\\x.jpg", "a.txt:11: In a text that begins"},
+      {"pics\\example.jpg", "\\\\u00", "a.txt:11: In a text that begins"},
       {"pics\\example.jpg", "..\\..\\passwd", "a.txt:11: routerpic is not a path"},
       {"pics\\example.jpg", "http://x/y", "a.txt:11: routerpic is not a path"},
       {"routerpic: pics\\example.jpg\n", "", "a.txt:1: The router has no field routerpic."},
       {"[routercommands]", "[commands]", "a.txt:12: The heading [commands] is not known."},
       {"nav(\"a\")", "", "a.txt:12: The script [routercommands] has no line."},
-      {"nav(\"a\")", "\\\\n", "a.txt:13: Behind a leading"},
-      {"nav(\"a\")", "\\nav", "a.txt:13: Behind a leading"},
-      {"nav(\"a\")", "nav\x01", "a.txt:13: This line holds a control character"},
-      {"nav(\"a\")", "nav\r(\"a\")", "a.txt:13: This line holds a control character"},
+      {"nav(\"a\")", "\\\\n", "a.txt:13: In a text that begins"},
+      {"nav(\"a\")", "\\nav", "a.txt:13: In a text that begins"},
+      {"nav(\"a\")", "nav\x01", "a.txt:13: This line has a control character"},
+      {"nav(\"a\")", "nav\r(\"a\")", "a.txt:13: This line has a control character"},
       {"nav(\"a\")", "nav(\"\xE4\")", "a.txt:13: This line is not UTF-8."},
       {"[routerportpage]", "[routercommands]",
        "a.txt:14: The heading [routercommands] is here for"},
@@ -113,8 +113,8 @@ TEST_F(CheckTest, EachFaultOfARouterIsReportedWithItsLine) {
        "a.txt:12: The script [routerremove] has no line."},
       {"[routercommands]", "[models]\n2; B\n[models]\n[routercommands]",
        "a.txt:14: The heading [models] is here for"},
-      {"[routercommands]", "[models]\n2\n[routercommands]", "a.txt:13: A model is"},
-      {"[routercommands]", "[models]\n; B\n[routercommands]", "a.txt:13: \"\" is no ID"},
+      {"[routercommands]", "[models]\n2\n[routercommands]", "a.txt:13: This line should"},
+      {"[routercommands]", "[models]\n; B\n[routercommands]", "a.txt:13: \"\" is not an ID"},
       {"[routercommands]", "[models]\n2;\n[routercommands]", "a.txt:13: The router has no name."},
       {"[routercommands]", "[models]\n# x\n1; B\n[routercommands]",
        "a.txt:14: The ID \"1\" stands in "},
@@ -203,9 +203,9 @@ TEST_F(CheckTest, EachFaultOfAProgramIsReportedWithItsLine) {
       {"1 ; A ; B ; ; 1-20000 ; ; IANA"},
       {"1 ; A ; B ; 80 ; ;", "The line has 6 cells"},
       {"1 ; A ; B ; 80 ; ; ; IANA ;", "The line has 8 cells"},
-      {"x ; A ; B ; 80 ; ; ; x", "\"x\" is no ID"},
-      {"0 ; A ; B ; 80 ; ; ; x", "\"0\" is no ID"},
-      {"1 ; \\q ; B ; 80 ; ; ; x", "Behind a leading"},
+      {"x ; A ; B ; 80 ; ; ; x", "\"x\" is not an ID"},
+      {"0 ; A ; B ; 80 ; ; ; x", "\"0\" is not an ID"},
+      {"1 ; \\q ; B ; 80 ; ; ; x", "In a text that begins"},
       {"1 ;  ; B ; 80 ; ; ; x", "The program has no name."},
       {"1 ; A ;  ; 80 ; ; ; x", "The short name \"\" should"},
       {"1 ; A ; Abcdefghi ; 80 ; ; ; x", "The short name \"Abcdefghi\" should"},
@@ -253,7 +253,7 @@ TEST_F(CheckTest, FilesThatAreNoDataAreReportedAndNeverTakenForEmptyOnes) {
   EXPECT_TRUE(CheckRouter("").startsWith("routers/a.txt:1: There is no router in this file."));
   EXPECT_TRUE(CheckRouter("# nothing\n").contains("There is no router in this file."));
   EXPECT_TRUE(CheckRouter(QByteArray(kMaxTextFileBytes + 1, '\n')).contains("larger than 4 MB"));
-  EXPECT_TRUE(CheckRouter(QByteArray(3000, '\0')).contains("a.txt:1: This line holds a control"));
+  EXPECT_TRUE(CheckRouter(QByteArray(3000, '\0')).contains("a.txt:1: This line has a control"));
   EXPECT_TRUE(CheckRouter("\xEF\xBB\xBF" + QByteArray(kRouter).replace("\n", "\r\n"))
                   .startsWith("Nothing"));
   QFile::remove(Path("ports/a.txt"));

@@ -47,11 +47,9 @@ TEST(RepairCommands, FoldersTakeThePlaceOfTheMarkerAfterTheFirstQuote) {
 TEST(RepairRunTest, EveryLineRunsWithoutAShellAndASlowOneIsLeftRunning) {
   const QTemporaryDir folder;
   const QString late = folder.filePath(u"late"_s);
-  const Translator translator{QString()};
   QList<RepairStep> steps = CommandSteps(
       {u"mkdir \"%1/a  b;c\""_s.arg(folder.path()), u"/nonexistent/regsvr32 a.dll"_s, u"false"_s,
-       u"sh -c \"sleep 4; touch %1\""_s.arg(late), u"mkdir %1/end"_s.arg(folder.path())},
-      translator);
+       u"sh -c \"sleep 4; touch %1\""_s.arg(late), u"mkdir %1/end"_s.arg(folder.path())});
   RepairRun run;
   QStringList lines;
   QStringList errors;
@@ -59,8 +57,9 @@ TEST(RepairRunTest, EveryLineRunsWithoutAShellAndASlowOneIsLeftRunning) {
   QObject::connect(&run, &RepairRun::stepStarted, &run, [&](int step) {
     lines.append(EnglishOf(steps[step].line).section(u' ', 0, 0));
   });
-  QObject::connect(&run, &RepairRun::stepEnded, &run,
-                   [&](int, const RepairResult& result) { errors.append(result.words); });
+  QObject::connect(&run, &RepairRun::stepEnded, &run, [&](int, const RepairResult& result) {
+    errors.append(EnglishOf(result.words));
+  });
   QObject::connect(&run, &RepairRun::ended, &run, [&](int count) { failed = count; });
   QElapsedTimer time;
   time.start();

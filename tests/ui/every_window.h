@@ -135,8 +135,7 @@ class EveryWindowTest : public MainWindowTest {
     LookAt("cache", new CacheDialog(clear, translator, nullptr), look);
     for (const bool has_regsvr32 : {false, true}) {
       LookAt("browser repair",
-             new RepairDialog(BrowserRepair(translator, {}, has_regsvr32), translator, nullptr),
-             look);
+             new RepairDialog(BrowserRepair({}, has_regsvr32), translator, nullptr), look);
       LookAt("database repair",
              new RepairDialog(DatabaseRepair(*context_, has_regsvr32), translator, nullptr), look);
     }

@@ -28,6 +28,9 @@ class RepairDialogTest : public WindowTest {
     Click("repair_button");
     EXPECT_FALSE(Find("repair_button")->isEnabled());
     EXPECT_TRUE(RunUntil([this] { return Find("repair_button")->isEnabled(); }));
+    return Results();
+  }
+  std::string Results() const {
     const auto* rows = Find<HintedList>("steps_view")->model();
     QStringList results;
     for (int row = 0; row < rows->rowCount(); ++row) {
@@ -149,8 +152,7 @@ TEST_F(RepairDialogTest, EachStepOfTheBrowserIsDoneAndWhatFailsIsCounted) {
       }(work);
     };
   };
-  Open(BrowserRepair(context_->translator,
-                     {.clear_cache = slow(tool("cache", false)),
+  Open(BrowserRepair({.clear_cache = slow(tool("cache", false)),
                       .remove_files = tool("files", true),
                       .try_new_browser = slow(tool("browser", false))},
                      false));
@@ -159,9 +161,14 @@ TEST_F(RepairDialogTest, EachStepOfTheBrowserIsDoneAndWhatFailsIsCounted) {
             "Failed|Done|It does not start. Please install the package of Qt WebEngine again.");
   EXPECT_EQ(done, QStringList({u"cache"_s, u"files"_s, u"browser"_s}));
   EXPECT_EQ(TextOf("state_label"), "Repairing: 2 of 3 steps failed");
+  SpeakGerman(
+      {u"\"Failed\"|\"Misslungen\""_s,
+       u"\"It does not start. Please install the package of Qt WebEngine again.\"|\"Er startet "
+       "nicht.\""_s});
+  EXPECT_EQ(Results(), "Misslungen|Done|Er startet nicht.");
   EXPECT_EQ(Find("progress_bar")->property("value").toInt(), 3);
 
-  Open(BrowserRepair(context_->translator, {}, true));
+  Open(BrowserRepair({}, true));
   EXPECT_EQ(window_->windowTitle(), u"Repair Internet Explorer"_s);
   EXPECT_FALSE(Find("note_label")->isVisible());
 }

@@ -487,7 +487,7 @@ class Photographer final {
     co_await Sleep(500ms);
     Save(*repair, QStringLiteral("repair_databases"));
     repair->close();
-    auto* browser = new RepairDialog(BrowserRepair(translator, {}, false), translator, nullptr);
+    auto* browser = new RepairDialog(BrowserRepair({}, false), translator, nullptr);
     browser->show();
     co_await Sleep(50ms);
     Save(*browser, QStringLiteral("repair_browser"));

@@ -471,12 +471,20 @@ TEST_F(RouterListTest, ARouterGoesToOthersAsOneFile) {
   Open({u"Harbour HB-1"_s, u"Quay Q20"_s});
   list_->setCurrentIndex(list_->model()->index(1, 0));
   const QString file = folder_.Path("q20.txt");
-  prompts_.files = {file, file, file};
+  prompts_.files = {file, file, file, file};
   Click("export_button");
-  ASSERT_TRUE(ReadBytes(file).startsWith("id: 11\nroutername: Quay Q20\n"));
+  const QByteArray exported = ReadBytes(file);
+  ASSERT_TRUE(exported.startsWith("id: 11\nroutername: Quay Q20\n"));
+  SpeakGerman({u"\"Line %1: %2\"|\"Zeile %1: %2\""_s,
+               u"\"There is no field \"%1\".\"|\"Kein Feld „%1“.\""_s});
+  ASSERT_TRUE(WriteBytes(file, "id: 11\ncolour: %1\n"));
+  Click("import_button");
+  EXPECT_THAT(prompts_.shown.back(), EndsWith(":\nZeile 2: Kein Feld „colour“."));
+  context_->translator.SetLanguage(u"English"_s);
+  ASSERT_TRUE(WriteBytes(file, exported));
   Click("import_button");
   EXPECT_THAT(prompts_.shown.back(), StartsWith("Tell: There is a router \"Quay Q20\""));
-  ASSERT_TRUE(WriteBytes(file, ReadBytes(file).replace("Quay Q20", "Quay Q21")));
+  ASSERT_TRUE(WriteBytes(file, QByteArray(exported).replace("Quay Q20", "Quay Q21")));
   Click("import_button");
   EXPECT_EQ(chosen_, kFirstOwnRouterId);
   EXPECT_EQ(context_->databases.FindRouter(chosen_)->routerportpage,

@@ -85,6 +85,15 @@ class WindowTest : public ::testing::Test {
     window_->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
   }
+  // From now on the texts of `records` are German.
+  void SpeakGerman(const QStringList& records) {
+    QDir().mkpath(folder_.Path("Languages"));
+    ASSERT_TRUE(WriteBytes(folder_.Path("Languages/German.lng"), LanguageFileBytes(records)));
+    context_->translator.SetFolder(folder_.Path("Languages"));
+    context_->translator.SetLanguage(QStringLiteral("German"));
+    QEvent changed(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(window_, &changed);
+  }
   bool ComesToItsEnd() {
     return RunUntil([this] { return window_.isNull(); });
   }

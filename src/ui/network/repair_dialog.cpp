@@ -28,7 +28,7 @@ RepairDialog::RepairDialog(RepairPlan plan, const Translator& translator, QWidge
   }
   ShowTexts();
   connect(&run_, &RepairRun::stepStarted, this, &RepairDialog::ShowStep);
-  connect(&run_, &RepairRun::stepEnded, this, &RepairDialog::ShowResult);
+  connect(&run_, &RepairRun::stepEnded, this, &RepairDialog::TakeResult);
   connect(&run_, &RepairRun::ended, this, &RepairDialog::ShowEnd);
   connect(ui_->repair_button, &QPushButton::clicked, this, &RepairDialog::Begin);
   connect(ui_->close_button, &QPushButton::clicked, this, &QDialog::reject);
@@ -56,7 +56,7 @@ void RepairDialog::ShowTexts() {
   for (int step = 0; step < plan_.steps.size(); ++step) {
     rows_->item(step, 0)->setText(TextOf(plan_.steps[step].line, translator_));
   }
-  ui_->steps_view->SizeColumns();
+  ShowResults();
   ShowState();
 }
 
@@ -75,9 +75,8 @@ void RepairDialog::ShowState() {
 
 void RepairDialog::Begin() {
   failed_steps_.reset();
-  for (int row = 0; row < rows_->rowCount(); ++row) {
-    rows_->item(row, 1)->setText(QString());
-  }
+  results_.clear();
+  ShowResults();
   ui_->repair_button->setEnabled(false);
   ui_->progress_bar->setMaximum(static_cast<int>(plan_.steps.size()));
   ui_->progress_bar->setValue(0);
@@ -90,11 +89,23 @@ void RepairDialog::ShowStep(int step) {
   ui_->steps_view->scrollTo(rows_->index(step, 0));
 }
 
-void RepairDialog::ShowResult(int step, const RepairResult& result) {
-  const QString word = Text(result.is_good ? message::kStepDone : message::kStepFailed);
-  rows_->item(step, 1)->setText(result.words.isEmpty() ? word : result.words);
-  ui_->steps_view->SizeColumns();
+void RepairDialog::TakeResult(int step, const RepairResult& result) {
+  results_.append(result);
+  ShowResults();
   ui_->progress_bar->setValue(step + 1);
+}
+
+void RepairDialog::ShowResults() {
+  for (int row = 0; row < rows_->rowCount(); ++row) {
+    QString text;
+    if (row < results_.size()) {
+      const auto& [is_good, words] = results_[row];
+      text = words.isEmpty() ? Text(is_good ? message::kStepDone : message::kStepFailed)
+                             : TextOf(words, translator_);
+    }
+    rows_->item(row, 1)->setText(text);
+  }
+  ui_->steps_view->SizeColumns();
 }
 
 void RepairDialog::ShowEnd(int failed) {

@@ -48,7 +48,8 @@ class RepairDialog final : public QDialog {
   void ShowState();
   void Begin();
   void ShowStep(int step);
-  void ShowResult(int step, const RepairResult& result);
+  void TakeResult(int step, const RepairResult& result);
+  void ShowResults();
   void ShowEnd(int failed);
   QString Text(const Message& message) const { return translator_.Text(message); }
 
@@ -57,6 +58,7 @@ class RepairDialog final : public QDialog {
   RepairRun run_;
   int step_ = -1;                    // that is done; -1 before the first
   std::optional<int> failed_steps_;  // of a repair that has ended
+  QList<RepairResult> results_;      // of the steps that have ended
   std::unique_ptr<Ui::RepairDialog> ui_;
   QStandardItemModel* rows_;
 };

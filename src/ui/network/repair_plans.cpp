@@ -19,21 +19,21 @@ namespace {
 // Steps that do not wait.
 Task<RepairResult> AtOnce(RepairResult result) { co_return result; }
 
-Task<RepairResult> AsResult(Task<bool> task, QString failure) {
+Task<RepairResult> AsResult(Task<bool> task, QList<Sentence> failure) {
   const bool is_good = co_await task;
-  co_return RepairResult{.is_good = is_good, .words = is_good ? QString() : failure};
+  co_return RepairResult{.is_good = is_good, .words = is_good ? QList<Sentence>() : failure};
 }
 
-RepairResult ResultOf(const DatabaseState& state, const Translator& translator) {
-  const QString words = translator.Text(state.words);
-  return {.is_good = state.is_good,
-          .words = state.kept_as.isEmpty()
-                       ? words
-                       : translator.Text(message::kDamagedFileKept).arg(words, state.kept_as)};
+RepairResult ResultOf(const DatabaseState& state) {
+  RepairResult result{.is_good = state.is_good, .words = {{state.words}}};
+  if (!state.kept_as.isEmpty()) {
+    result.words.append({message::kDamagedFileKept, {state.kept_as}});
+  }
+  return result;
 }
 
-RepairPlan RegisterPlan(const Translator& translator, const Message& title,
-                        const Message& explanation, const QStringList& commands) {
+RepairPlan RegisterPlan(const Message& title, const Message& explanation,
+                        const QStringList& commands) {
   const CommonFolders folders{.of_this_system = qEnvironmentVariable("CommonProgramFiles"),
                               .of_32_bits = qEnvironmentVariable("CommonProgramFiles(x86)")};
   QStringList lines;
@@ -42,7 +42,7 @@ RepairPlan RegisterPlan(const Translator& translator, const Message& title,
   }
   return {.title = title,
           .explanation = explanation,
-          .steps = CommandSteps(lines, translator),
+          .steps = CommandSteps(lines),
           .doing = message::kRegistering,
           .done = message::kRegisteringDone};
 }
@@ -77,15 +77,14 @@ RepairResult Reopen(AppContext& context) {
     context.databases.KeepGoodCopies();
   }
   return {.is_good = opened.has_value(),
-          .words = opened ? QString() : TextOf(opened.error().description, context.translator)};
+          .words = opened ? QList<Sentence>() : opened.error().description};
 }
 
 RepairResult Rebuild(AppContext& context, const QString& file) {
   if (CheckDatabase(context.program_folder, file).can_be_rebuilt) {
     context.databases.Close();
   }
-  return ResultOf(RebuildDatabase(context.program_folder, context.shipped_folder, file),
-                  context.translator);
+  return ResultOf(RebuildDatabase(context.program_folder, context.shipped_folder, file));
 }
 
 }  // namespace
@@ -96,9 +95,9 @@ bool HasRegsvr32() {
          !QStandardPaths::findExecutable(QStringLiteral("regsvr32")).isEmpty();
 }
 
-RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool has_regsvr32) {
+RepairPlan BrowserRepair(BrowserTools tools, bool has_regsvr32) {
   if (has_regsvr32) {
-    return RegisterPlan(translator, message::kRegisterBrowserTitle, message::kRegisterBrowser,
+    return RegisterPlan(message::kRegisterBrowserTitle, message::kRegisterBrowser,
                         BrowserRepairCommands());
   }
   QList<RepairStep> steps;
@@ -106,27 +105,23 @@ RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool 
       {{message::kClearCacheStep}, [clear = tools.clear_cache] { return AsResult(clear(), {}); }});
   steps.append({{message::kRemoveProfileStep},
                 [remove = tools.remove_files] { return AtOnce({.is_good = remove()}); }});
-  steps.append(
-      {{message::kNewProfileStep},
-       [start = tools.try_new_browser, failure = translator.Text(message::kNewProfileFailed)] {
-         return AsResult(start(), failure);
-       }});
+  steps.append({{message::kNewProfileStep}, [start = tools.try_new_browser] {
+                  return AsResult(start(), {{message::kNewProfileFailed}});
+                }});
   return PlanHere(message::kRepairBrowserTitle, message::kRepairBrowserHere, "Internet Explorer",
                   std::move(steps));
 }
 
 RepairPlan DatabaseRepair(AppContext& context, bool has_regsvr32) {
-  const Translator& translator = context.translator;
   if (has_regsvr32) {
-    return RegisterPlan(translator, message::kRegisterDatabasesTitle, message::kRegisterDatabases,
+    return RegisterPlan(message::kRegisterDatabasesTitle, message::kRegisterDatabases,
                         DatabaseRepairCommands());
   }
   QList<RepairStep> steps;
   for (const QString& file : DatabaseFiles()) {
     // What is damaged is no failure yet: the next step repairs it.
     steps.append({{message::kCheckStep, {file}}, [&context, file] {
-                    RepairResult result =
-                        ResultOf(CheckDatabase(context.program_folder, file), context.translator);
+                    RepairResult result = ResultOf(CheckDatabase(context.program_folder, file));
                     result.is_good = true;
                     return AtOnce(result);
                   }});

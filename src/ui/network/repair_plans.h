@@ -18,7 +18,7 @@ struct BrowserTools {
 
 // Where the system can register components again, the plans do that; elsewhere they repair what
 // does the work of these components here.
-RepairPlan BrowserRepair(const Translator& translator, BrowserTools tools, bool has_regsvr32);
+RepairPlan BrowserRepair(BrowserTools tools, bool has_regsvr32);
 // `context` outlives the plan. Its databases are closed while a file is replaced.
 RepairPlan DatabaseRepair(AppContext& context, bool has_regsvr32);
 

@@ -43,6 +43,6 @@ inline constexpr Message kNewProfileFailed{
 inline constexpr Message kCheckStep{"Check %1", "the name of a file"};
 inline constexpr Message kRebuildStep{"Rebuild %1", "the name of a file"};
 inline constexpr Message kReopenStep{"Open the databases"};
-inline constexpr Message kDamagedFileKept{"%1 The damaged file is kept as \"%2\"."};
+inline constexpr Message kDamagedFileKept{"The damaged file is kept as \"%1\"."};
 
 }  // namespace quayline::message

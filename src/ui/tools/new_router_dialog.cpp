@@ -18,6 +18,18 @@ bool IsYes(const QString& answer) {
 
 QString Answer(bool yes) { return yes ? QStringLiteral("yes") : QStringLiteral("no"); }
 
+// What is wrong with a file: its first lines, as many as a box can show.
+QString ProblemText(const Problems& problems, const Translator& translator) {
+  constexpr qsizetype kMostLines = 10;
+  QStringList lines;
+  for (const DataProblem& problem : problems.first(std::min(problems.size(), kMostLines))) {
+    const Sentence line{message::kProblemInLine,
+                        {QString::number(problem.line), TextOf(problem.sentence, translator)}};
+    lines.append(TextOf(line, translator));
+  }
+  return lines.join(u'\n');
+}
+
 }  // namespace
 
 QString FaultText(const OwnRouterFault& fault, const Translator& translator) {
@@ -25,9 +37,10 @@ QString FaultText(const OwnRouterFault& fault, const Translator& translator) {
     case OwnRouterError::kNoName:
       return translator.Text(message::kRouterNeedsName);
     case OwnRouterError::kNameTaken:
-      return translator.Text(message::kRouterNameTaken).arg(fault.detail);
+      return translator.Text(message::kRouterNameTaken).arg(fault.name);
     case OwnRouterError::kCannotRead:
-      return translator.Text(message::kCannotReadRouter).arg(fault.detail);
+      return TextOf({message::kCannotReadRouter, {ProblemText(fault.problems, translator)}},
+                    translator);
     case OwnRouterError::kWrongSignature:
       return translator.Text(message::kWrongSignature);
     case OwnRouterError::kCannotWrite:

@@ -51,6 +51,7 @@ inline constexpr Message kRouterNameTaken{
 inline constexpr Message kCannotAddRouter{
     "The router cannot be saved. Is the disk full, or may you not write in the program's folder?"};
 inline constexpr Message kCannotReadRouter{"This file is not a router that can be read:\n%1"};
+inline constexpr Message kProblemInLine{"Line %1: %2"};
 inline constexpr Message kRouterAdded{
     "Your router is in the list now, with the scripts of \"%1\". If its pages differ, adapt them: "
     "menu Advanced, View Current Scripts For The Selected Router. \"Try on a Page\" there shows "
