@@ -7,11 +7,14 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
+#include <QPainter>
+#include <QStyle>
 #include <QTreeView>
 
 #include "main_fixture.h"
 #include "ui/toolkit/access_keys.h"
-#include "ui/toolkit/readable_cells.h"
+#include "ui/toolkit/readable_text.h"
+#include "ui/toolkit/theme.h"
 #include "ui/toolkit/window_language.h"
 
 namespace quayline::testing {
@@ -142,8 +145,7 @@ TEST_F(LanguageTest, ALanguageFromRightToLeftTurnsTheWindowsRound) {
   EXPECT_EQ(main_->layoutDirection(), Qt::LeftToRight);
 }
 
-TEST_F(LanguageTest, CellsOfATurnedListKeepAddressesAndNamesInOrder) {
-  const ReadableCells cells;
+TEST_F(LanguageTest, ControlsOfATurnedWindowKeepAddressesAndNamesInOrder) {
   QApplication::setLayoutDirection(Qt::RightToLeft);
   const struct {
     QString text;
@@ -152,13 +154,26 @@ TEST_F(LanguageTest, CellsOfATurnedListKeepAddressesAndNamesInOrder) {
               {u"192.168.1.10(مكتب)"_s, true},
               {u"C:\\Games (2)"_s, true},
               {u"\u2068على الموجّه\u2069, \u206814:05\u2069"_s, false},
+              {u"http://"_s, true},
               {u"منفذ 21"_s, false}};
   for (const auto& row : rows) {
-    EXPECT_EQ(cells.displayText(row.text, QLocale()).startsWith(QChar(0x2066)), row.is_kept)
+    EXPECT_EQ(ReadableText(row.text).startsWith(QChar(0x2066)), row.is_kept)
         << row.text.toStdString();
   }
   QApplication::setLayoutDirection(Qt::LeftToRight);
-  EXPECT_EQ(cells.displayText(rows[0].text, QLocale()), rows[0].text);
+  EXPECT_EQ(ReadableText(rows[0].text), rows[0].text);
+  const Theme theme(*qApp);
+  const auto drawn = [](Qt::LayoutDirection direction, const QString& text) {
+    QApplication::setLayoutDirection(direction);
+    QImage image(100, 30, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QApplication::style()->drawItemText(&painter, image.rect(), Qt::AlignLeft | Qt::AlignAbsolute,
+                                        QPalette(Qt::gray), true, text);
+    return image;
+  };
+  EXPECT_EQ(drawn(Qt::RightToLeft, u"http://"_s), drawn(Qt::LeftToRight, u"http://"_s));
+  EXPECT_NE(drawn(Qt::RightToLeft, u"http://"_s), drawn(Qt::LeftToRight, u"//:http"_s));
 }
 
 TEST_F(LanguageTest, TheDesktopsLanguageIsOfferedOnceInItsOwnWords) {

@@ -4,7 +4,6 @@
 #include "ui/job/entries_view.h"
 
 #include "ui/job/entry_states.h"
-#include "ui/toolkit/readable_cells.h"
 #include "ui/toolkit/wrapped_column.h"
 
 namespace quayline {
@@ -15,9 +14,7 @@ constexpr int kMostWrappedRows = 500;  // the height of each of more rows would 
 
 }  // namespace
 
-EntriesView::EntriesView(QWidget* parent) : QTreeView(parent) {
-  setItemDelegate(new ReadableCells(this));
-}
+EntriesView::EntriesView(QWidget* parent) : QTreeView(parent) {}
 
 void EntriesView::Follow(EntryStates& states) {
   WrapColumn(*this, EntryStates::kReason);

@@ -223,10 +223,9 @@ class KeyOwners final {
 }  // namespace
 
 void SettleAccessKeys(QWidget& window, const Translator& translator) {
-  if (!translator.IsTranslated()) {
-    return;  // the English captions of each window have keys of their own
+  if (translator.IsTranslated()) {  // the English captions of each window have keys of their own
+    KeyOwners(CaptionsOf(window), translator).Settle();
   }
-  KeyOwners(CaptionsOf(window), translator).Settle();
   for (const auto* menu : window.findChildren<QMenu*>()) {
     Captions captions;
     AddActions(captions, menu->actions());

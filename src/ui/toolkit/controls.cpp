@@ -11,7 +11,6 @@
 #include <QStyleOptionFocusRect>
 #include <QTimerEvent>
 
-#include "ui/toolkit/readable_cells.h"
 #include "ui/toolkit/theme.h"
 
 namespace quayline {
@@ -252,7 +251,6 @@ HintedList::HintedList(QWidget* parent) : QTreeView(parent) {
   setAlternatingRowColors(true);
   setEditTriggers(NoEditTriggers);
   setSelectionBehavior(SelectRows);
-  setItemDelegate(new ReadableCells(this));
   connect(header(), &QHeaderView::sectionResized, this, &HintedList::OnSectionResized);
   connect(header(), &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
     kept_widths_.remove(column);

@@ -4,6 +4,7 @@
 #include "ui/toolkit/theme.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
 #include <QFile>
 #include <QGroupBox>
@@ -13,9 +14,12 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QStyleOption>
+#include <QStyledItemDelegate>
 #include <QSvgRenderer>
 
 #include <algorithm>
+
+#include "ui/toolkit/readable_text.h"
 
 // A static library's resources are linked in only where they are asked for, outside any namespace.
 static void InitToolkitResources() { Q_INIT_RESOURCE(toolkit); }
@@ -80,7 +84,8 @@ class PaletteIconEngine final : public QIconEngine {
 };
 
 // The system's style with a little more room: fields and buttons of one height, rows that are easy
-// to hit. A field that only shows its text has no frame, one with a problem has a red frame.
+// to hit. A field that only shows its text has no frame, one with a problem has a red frame. What
+// controls, cells and the lists of boxes show is drawn as a ReadableText().
 class RoomyStyle final : public QProxyStyle {
  public:
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -107,6 +112,38 @@ class RoomyStyle final : public QProxyStyle {
       PaintErrorFrame(*painter, *option);
     }
   }
+
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    if (const auto* cell = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
+      QStyleOptionViewItem readable = *cell;
+      readable.text = ReadableText(cell->text);
+      QProxyStyle::drawControl(element, &readable, painter, widget);
+    } else if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+               item != nullptr && !item->text.contains(u'\t')) {  // which begins its shortcut
+      QStyleOptionMenuItem readable = *item;
+      readable.text = ReadableText(item->text);
+      QProxyStyle::drawControl(element, &readable, painter, widget);
+    } else {
+      QProxyStyle::drawControl(element, option, painter, widget);
+    }
+  }
+
+  void drawItemText(QPainter* painter, const QRect& place, int flags, const QPalette& palette,
+                    bool is_enabled, const QString& text, QPalette::ColorRole role) const override {
+    QProxyStyle::drawItemText(painter, place, flags, palette, is_enabled, ReadableText(text), role);
+  }
+
+  // The list of a box with a field is drawn by cells of its own, which ask no style.
+  void polish(QWidget* widget) override {
+    QProxyStyle::polish(widget);
+    auto* box = qobject_cast<QComboBox*>(widget);
+    if (box != nullptr && qobject_cast<QStyledItemDelegate*>(box->itemDelegate()) == nullptr &&
+        box->isEditable()) {
+      box->setItemDelegate(new QStyledItemDelegate(box));
+    }
+  }
+  using QProxyStyle::polish;
 
   QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                          const QWidget* widget) const override {

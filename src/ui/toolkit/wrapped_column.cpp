@@ -4,22 +4,21 @@
 #include "ui/toolkit/wrapped_column.h"
 
 #include <QHeaderView>
+#include <QStyledItemDelegate>
 #include <QTreeView>
-
-#include "ui/toolkit/readable_cells.h"
 
 namespace quayline {
 
 namespace {
 
-class WrappedCells final : public ReadableCells {
+class WrappedCells final : public QStyledItemDelegate {
  public:
-  explicit WrappedCells(QTreeView* view) : ReadableCells(view), view_(*view) {}
+  explicit WrappedCells(QTreeView* view) : QStyledItemDelegate(view), view_(*view) {}
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     QStyleOptionViewItem cell = option;
     cell.rect = QRect(0, 0, view_.columnWidth(index.column()), QWIDGETSIZE_MAX);
-    return ReadableCells::sizeHint(cell, index);
+    return QStyledItemDelegate::sizeHint(cell, index);
   }
 
  private:

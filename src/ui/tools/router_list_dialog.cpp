@@ -13,7 +13,6 @@
 #include "async/wait.h"
 #include "core/own_routers.h"
 #include "core/router_tested.h"
-#include "ui/toolkit/readable_cells.h"
 #include "ui/toolkit/theme.h"
 #include "ui/tools/new_router_dialog.h"
 #include "ui/tools/tool_texts.h"
@@ -42,7 +41,6 @@ RouterListDialog::RouterListDialog(AppContext& context, Prompts& prompts, QWidge
   setAttribute(Qt::WA_DeleteOnClose);
   OpenOver(*this, {520, 560});
   ui_->router_list_view->setModel(list_);
-  ui_->router_list_view->setItemDelegate(new ReadableCells(this));
   connect(ui_->router_list_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           &RouterListDialog::ShowTested);
   ui_->find_next_button->setIcon(ThemeIcon(QStringLiteral("search")));

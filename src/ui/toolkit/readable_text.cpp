@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quayline authors
 // SPDX-License-Identifier: MIT
 
-#include "ui/toolkit/readable_cells.h"
+#include "ui/toolkit/readable_text.h"
 
 #include <QGuiApplication>
 
@@ -26,8 +26,7 @@ bool BeginsWithNumber(const QString& text) {
 
 }  // namespace
 
-QString ReadableCells::displayText(const QVariant& value, const QLocale& locale) const {
-  const QString text = QStyledItemDelegate::displayText(value, locale);
+QString ReadableText(const QString& text) {
   const bool is_turned = QGuiApplication::layoutDirection() == Qt::RightToLeft;
   return is_turned && (!HasTurnedLetters(text) || BeginsWithNumber(text)) ? LeftToRight(text)
                                                                           : text;
