@@ -26,8 +26,10 @@ constexpr Message kSignedByNew{
     "Signature: valid, of an author whose scripts you have not allowed before (key %1)"};
 constexpr Message kPagesOpened{"Pages of your router that it opens:"};
 constexpr Message kJavaScriptLines{"Lines that run JavaScript of the author on these pages:"};
-constexpr Message kNoOtherHosts{"Other hosts: none. They are blocked, and never get your login."};
-constexpr Message kAskedOtherHosts{"Other hosts: none, unless you allow one when you are asked."};
+constexpr Message kNoOtherHosts{
+    "Other addresses: none. They are blocked, and never get your login."};
+constexpr Message kAskedOtherHosts{
+    "Other addresses: none, unless you allow one when you are asked."};
 constexpr Message kNothing{"none"};
 
 constexpr qsizetype kMostShown = 12;

@@ -22,7 +22,8 @@ inline constexpr Message kDone{"DONE! (All Commands Finished)"};
 
 // What makes an entry doubtful, in sentences.
 inline constexpr Message kPageFailed{"A script or another part of the page failed."};
-inline constexpr Message kStepsNotFound{"Steps that did not find what they were for: %1."};
+inline constexpr Message kStepsNotFound{
+    "Steps that did not find what they look for on the page: %1."};
 inline constexpr Message kPageSaid{"The page said: \"%1\""};
 inline constexpr Message kPageShowed{"The page showed: \"%1\""};
 

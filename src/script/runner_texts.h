@@ -57,8 +57,8 @@ inline constexpr RunnerTexts kRunnerTexts = {
     .foreign_script_question = {"Do you want to run this script?"},
     .certificate_title = {"Is this your router?"},
     .certificate_question =
-        {"%1 shows a certificate that it made itself, as most routers do. Nobody else can vouch "
-         "for it. If you reach your own router in your own network here, you can trust it: "
+        {"%1 shows a certificate that it made itself, as most routers do. Nobody else has "
+         "confirmed it. If this is your own router in your own network, you can trust it: "
          "Quayline then remembers it, and warns you of any other one at this "
          "address.\n\nFingerprint (SHA-256):\n%2\n\nDo you trust this certificate?"},
     .changed_certificate =

@@ -479,7 +479,7 @@ TEST(ForeignScript, WhatItMayDoIsNamed) {
   const Translator english{QString()};
   const QString text = ForeignScriptText(described, english);
   for (const char* part : {"\"Shared\"", "Author: Bob", "Signature: none", "a.htm",
-                           "3: call_javascript", "Other hosts: none. They are blocked"}) {
+                           "3: call_javascript", "Other addresses: none. They are blocked"}) {
     EXPECT_TRUE(text.contains(QLatin1String(part))) << part;
   }
   EXPECT_FALSE(text.contains(u'\u202e')) << "would turn the text around";

@@ -35,7 +35,7 @@ TEST_F(EntryStatesTest, FollowsTheJob) {
                {{.app_name = u"Web"_s}, {.app_name = u"Mail"_s}, {.app_name = u"Dns"_s}});
   EXPECT_EQ(States(model_), u"Waiting|Waiting|Waiting"_s);
   model_.SetRunning(1);
-  EXPECT_EQ(States(model_), u"Entered, not looked up yet|Being entered|Waiting"_s);
+  EXPECT_EQ(States(model_), u"Entered, not checked yet|Being entered|Waiting"_s);
   model_.SetResults({Result("Web", EntryState::kUnknown), Result("Mail", EntryState::kUnknown),
                      Result("Dns", EntryState::kUnknown)},
                     2);
@@ -81,7 +81,7 @@ TEST_F(EntryStatesTest, EachKindOfJobHasItsOwnWords) {
   } rows[] = {
       {JobKind::kUpdate, kMissing, "Being entered",
        "Not on the router: Another rule has these ports: the row", "0 of 2", false},
-      {JobKind::kCheck, kUnknown, "Being looked up",
+      {JobKind::kCheck, kUnknown, "Being checked",
        "Cannot tell: Your router's page does not show whether it is there. Please look there.",
        "The router's page does not show whether these are there: Web, Mail.", false},
       {JobKind::kTakeBack, kMissing, "Being removed",

@@ -187,9 +187,9 @@ TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
   Click("take_back_button");
   ASSERT_TRUE(ComesToSay("headline_label", "2 of 2 rules were removed"));
   EXPECT_EQ(states.join(u' ').toStdString(),
-            "Waiting/Waiting Being removed/Waiting Removed, not looked up yet/Waiting "
-            "Removed, not looked up yet/Being removed "
-            "Removed, not looked up yet/Removed, not looked up yet Removed/Removed");
+            "Waiting/Waiting Being removed/Waiting Removed, not checked yet/Waiting "
+            "Removed, not checked yet/Being removed "
+            "Removed, not checked yet/Removed, not checked yet Removed/Removed");
   EXPECT_EQ(rules, QList<QStringList>{mail});
   EXPECT_FALSE(Find("take_back_button")->isVisible() || Find("again_button")->isVisible());
   EXPECT_EQ(model->index(0, EntryStates::kReason).data(), QString());

@@ -21,16 +21,18 @@ inline constexpr Message kRefusedCertificate{"Refused: the certificate of %1 can
 inline constexpr Message kCertificateOutOfDate{
     "The certificate of %1 has expired, or is not valid yet. Check the clock of the router."};
 inline constexpr Message kCertificateOfOther{"The certificate of %1 is for another host name."};
-inline constexpr Message kOldTls{"%1 offers only TLS versions that are too old to be safe."};
-inline constexpr Message kNoTls{"%1 does not speak HTTPS on this port."};
+inline constexpr Message kOldTls{
+    "%1 offers only old encryption (TLS), which is not safe any more."};
+inline constexpr Message kNoTls{
+    "%1 does not answer with HTTPS on this port. Please check the HTTP type and port in the main "
+    "window."};
 inline constexpr Message kFetchedWithoutForm{
     "The page is the answer to a form. It is opened again without sending the form."};
 inline constexpr Message kLoginPageStatus{"The login page came with the status %1."};
-inline constexpr Message kCertificateWait{"Waiting for a word on the certificate of %1"};
+inline constexpr Message kCertificateWait{"Waiting for your answer about the certificate of %1"};
 inline constexpr Message kCertificateNotStored{
-    "Your answer about the certificate of %1 cannot be stored. Is the disk full? It holds until "
-    "the "
-    "program ends, and is stored later where that is possible."};
+    "Your answer about the certificate of %1 cannot be stored. Is the disk full? It is used "
+    "until the program ends, and stored later if that is possible."};
 inline constexpr Message kPageSays{"The page says: %1"};
 inline constexpr Message kPageAsks{"The page asks: %1 (answered: %2)"};
 

@@ -68,9 +68,9 @@ inline constexpr Message kCloseViewQuestion{
     "is not cut off."};
 inline constexpr Message kLeadingToPage{"Going to the page where your router keeps its ports..."};
 inline constexpr Message kPageReached{
-    "The script has run. What you change on this page now is between you and your router."};
+    "The script has run. You can now change your router's settings on this page yourself."};
 inline constexpr Message kScriptEndedByPage{
-    "A page failed, so the script ended there. The log tells at which step."};
+    "A page failed, so the script ended there. The log shows at which step."};
 inline constexpr Message kViewStopped{"Stopped. You can go on by hand."};
 inline constexpr Message kNoViewScript{
     "There is no script that leads to this router's page of ports. Please choose a router, or "

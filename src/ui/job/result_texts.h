@@ -37,7 +37,7 @@ inline constexpr Message kRuleOfOther{"Another rule has these ports: %1"};
 
 inline constexpr StateTexts kUpdateStates = {
     .running = {"Being entered"},
-    .passed = {"Entered, not looked up yet"},
+    .passed = {"Entered, not checked yet"},
     .skipped = {"It was not entered, since the job ended before it."},
     .on_router = {"%1", "what the router shows of an entry"},
     .different = {"%1. Please correct this rule on your router's page, or remove it there and try "
@@ -49,9 +49,9 @@ inline constexpr StateTexts kUpdateStates = {
                      "there: %1. Please look at the router's page."}};
 
 inline constexpr StateTexts kCheckStates = {
-    .running = {"Being looked up"},
-    .passed = {"Being looked up"},
-    .skipped = {"It was not looked up, since the check ended before it."},
+    .running = {"Being checked"},
+    .passed = {"Being checked"},
+    .skipped = {"It was not checked, since the check ended before it."},
     .on_router = {"%1", "what the router shows of an entry"},
     .different = {"%1. Please correct this rule on your router's page, or remove it there and "
                   "press \"Update Router\"."},
@@ -62,7 +62,7 @@ inline constexpr StateTexts kCheckStates = {
 
 inline constexpr StateTexts kTakeBackStates = {
     .running = {"Being removed"},
-    .passed = {"Removed, not looked up yet"},
+    .passed = {"Removed, not checked yet"},
     .skipped = {"It was not removed, since the job ended before it."},
     .on_router = {"Still on your router: %1"},
     .different = {"Still on your router: %1"},
