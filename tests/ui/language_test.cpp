@@ -104,10 +104,10 @@ TEST_F(LanguageTest, TheMainWindowFollowsTheLanguageAndComesBackToEnglish) {
 }
 
 // The third caption has one letter, which the first one gives up; the fourth has its key in
-// brackets.
+// brackets, before a colon.
 TEST_F(LanguageTest, EachCaptionOfAWindowHasAnAccessKeyOfItsOwn) {
   WriteLanguage(u"German"_s, {u"\"&One\"|\"&Ab\""_s, u"\"&Two\"|\"&Ac\""_s, u"\"&Three\"|\"A\""_s,
-                              u"\"&Four\"|\"文(&A)\""_s, u"\"Five\"|\"Fünf\""_s});
+                              u"\"&Four\"|\"文(&A):\""_s, u"\"Five\"|\"Fünf\""_s});
   Translator translator(folder_.dir.path());
   translator.SetLanguage(u"German"_s);
   QWidget window;
@@ -125,7 +125,7 @@ TEST_F(LanguageTest, EachCaptionOfAWindowHasAnAccessKeyOfItsOwn) {
   };
   for (int time = 0; time < 2; ++time) {
     SettleAccessKeys(window, translator);
-    EXPECT_EQ(captions(), "A&b A&c &A 文(&O) Fünf &Fritz");
+    EXPECT_EQ(captions(), "A&b A&c &A 文(&O): Fünf &Fritz");
   }
   translator.SetLanguage(u"English"_s);
   ApplyLanguage(window, translator);

@@ -84,11 +84,22 @@ QString Candidates(const QString& text, const QString& english) {
   return QString(first + others).remove(u'&');
 }
 
+// Before the colon or the dots at the end of a caption.
+qsizetype EndOfWords(const QString& caption) {
+  qsizetype end = caption.size();
+  while (end > 0 && QStringLiteral(":.\u2026\uff1a").contains(caption.at(end - 1))) {
+    --end;
+  }
+  return end;
+}
+
 QString WithKey(const QString& text, QChar key) {
-  const QString plain = WithoutKey(text);
+  QString plain = WithoutKey(text);
   if (IsInBrackets(text)) {
-    const bool has_blank = KeyInBrackets().match(text).captured().startsWith(u' ');
-    return plain + QStringLiteral("%1(&%2)").arg(has_blank ? u" " : u"").arg(key.toUpper());
+    const QString old = KeyInBrackets().match(text).captured();
+    const QString brackets =
+        QStringLiteral("%1(&%2)").arg(old.startsWith(u' ') ? u" " : u"").arg(key.toUpper());
+    return plain.insert(EndOfWords(plain), brackets);
   }
   qsizetype place = -1;
   for (qsizetype at = 0; at < plain.size(); ++at) {
