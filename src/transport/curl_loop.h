@@ -53,4 +53,7 @@ class CurlLoop final : public QObject {
   std::map<CURL*, std::function<void(CURLcode)>> transfers_;
 };
 
+// What all transfers have: only HTTP and HTTPS, certificates that are checked, the program's name.
+void SetCommonOptions(CURL* transfer);
+
 }  // namespace quayline

@@ -100,8 +100,8 @@ void CurlTransfer::Request(const QUrl& url) {
 
 void CurlTransfer::SetOptions(const QUrl& url) {
   curl_easy_reset(curl_);
+  SetCommonOptions(curl_);
   curl_easy_setopt(curl_, CURLOPT_URL, url.toEncoded(QUrl::FullyEncoded).constData());
-  curl_easy_setopt(curl_, CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(curl_, CURLOPT_FOLLOWLOCATION, 0L);  // OnEnded() looks where it leads
   // The status line of a later version has other places.
   curl_easy_setopt(curl_, CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
@@ -111,12 +111,6 @@ void CurlTransfer::SetOptions(const QUrl& url) {
   if (IsOnThisComputer(url)) {
     curl_easy_setopt(curl_, CURLOPT_PROXY, "");
   }
-  curl_easy_setopt(curl_, CURLOPT_SSL_VERIFYPEER, 1L);
-  curl_easy_setopt(curl_, CURLOPT_SSL_VERIFYHOST, 2L);
-  curl_easy_setopt(curl_, CURLOPT_NOSIGNAL, 1L);
-  // Without it, stopping waits up to ten seconds for a name server that does not answer.
-  curl_easy_setopt(curl_, CURLOPT_QUICK_EXIT, 1L);
-  curl_easy_setopt(curl_, CURLOPT_USERAGENT, "Quayline");
   curl_easy_setopt(curl_, CURLOPT_HTTPHEADER, headers_);
   curl_easy_setopt(curl_, CURLOPT_BUFFERSIZE, kReceiveBytes);
   curl_easy_setopt(curl_, CURLOPT_HEADERFUNCTION, &CurlTransfer::OnHeader);

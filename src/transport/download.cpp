@@ -177,16 +177,23 @@ QString Download::TargetPath() const {
                           : options.SaveLocation;
 }
 
-Task<> Download::DownLoad() {
+bool Download::Prepare() {
   if (cancel_pending_) {
-    co_return;
+    return false;
   }
   if (options.OnlineCheck && !connected_) {
     ReportNoConnection();
     transfer_->Cancel();
-    co_return;
+    return false;
   }
   transfer_->SetUrl(QUrl(options.URL));
+  return true;
+}
+
+Task<> Download::DownLoad() {
+  if (!Prepare()) {
+    co_return;
+  }
   const QString path = TargetPath();
   QFile::remove(path);
   // Never a file that somebody else has put there in the meantime.
@@ -194,15 +201,9 @@ Task<> Download::DownLoad() {
 }
 
 Task<> Download::DLResume() {
-  if (cancel_pending_) {
+  if (!Prepare()) {
     co_return;
   }
-  if (options.OnlineCheck && !connected_) {
-    ReportNoConnection();
-    transfer_->Cancel();
-    co_return;
-  }
-  transfer_->SetUrl(QUrl(options.URL));
   const QString path = TargetPath();
   const QFileInfo file(path);
   if (!file.isFile()) {

@@ -96,6 +96,8 @@ class Download final : public QObject {
   using Clock = std::chrono::steady_clock;
 
   bool TestConnection();
+  // Whether a transfer can begin. If not, the reason is reported, unless it was cancelled.
+  bool Prepare();
   void ReportNoConnection();
   void Refuse(DownloadCode code, const QString& status, const QString& error, bool exists);
   void NoteTransferError();

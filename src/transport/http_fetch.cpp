@@ -19,7 +19,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(log_transport, "quayline.transport")
 
-constexpr char kProtocols[] = "http,https";
 constexpr long kMostRedirects = 5;
 constexpr long kOk = 200;
 
@@ -69,9 +68,9 @@ Transfer::~Transfer() {
 void Transfer::SetOptions(const QUrl& address, const FetchLimits& limits) {
   const auto most_ms = static_cast<qint64>(std::numeric_limits<int>::max());
   const auto timeout_ms = static_cast<qint64>(limits.timeout.count());
+  SetCommonOptions(curl_);
   curl_easy_setopt(curl_, CURLOPT_URL, address.toEncoded(QUrl::FullyEncoded).constData());
-  curl_easy_setopt(curl_, CURLOPT_PROTOCOLS_STR, kProtocols);
-  curl_easy_setopt(curl_, CURLOPT_REDIR_PROTOCOLS_STR, kProtocols);
+  curl_easy_setopt(curl_, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(curl_, CURLOPT_FOLLOWLOCATION, 1L);
   curl_easy_setopt(curl_, CURLOPT_MAXREDIRS, kMostRedirects);
   curl_easy_setopt(curl_, CURLOPT_FAILONERROR, 1L);
@@ -80,12 +79,6 @@ void Transfer::SetOptions(const QUrl& address, const FetchLimits& limits) {
   curl_easy_setopt(curl_, CURLOPT_TIMEOUT_MS,
                    static_cast<long>(std::clamp(timeout_ms, qint64{1}, most_ms)));
   curl_easy_setopt(curl_, CURLOPT_PROXY, "");
-  curl_easy_setopt(curl_, CURLOPT_SSL_VERIFYPEER, 1L);
-  curl_easy_setopt(curl_, CURLOPT_SSL_VERIFYHOST, 2L);
-  curl_easy_setopt(curl_, CURLOPT_NOSIGNAL, 1L);
-  // Without it, stopping waits up to ten seconds for a name server that does not answer.
-  curl_easy_setopt(curl_, CURLOPT_QUICK_EXIT, 1L);
-  curl_easy_setopt(curl_, CURLOPT_USERAGENT, "Quayline");
   curl_easy_setopt(curl_, CURLOPT_WRITEFUNCTION, &Transfer::OnData);
   curl_easy_setopt(curl_, CURLOPT_WRITEDATA, this);
 }
