@@ -42,17 +42,22 @@ void DropMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
   std::_Exit(static_cast<int>(CliExit::kFailed));
 }
 
-int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv) {
+// To be called before the application of a run is made.
+void PrepareRun() {
   std::signal(SIGPIPE, SIG_IGN);
-  const auto password = quayline::ReadPassword(arguments);
-  if (!password) {
-    return Fail(password.error().exit, password.error().message);
-  }
   quayline::StopSignals::HoldBack();
   // No window on any screen, whatever the desktop offers.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
   qInstallMessageHandler(DropMessage);
+}
+
+int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv) {
+  const auto password = quayline::ReadPassword(arguments);
+  if (!password) {
+    return Fail(password.error().exit, password.error().message);
+  }
+  PrepareRun();
   QApplication application(argc, argv);
   const quayline::StopSignals signals;
   quayline::LinuxAdapters adapters;
@@ -90,11 +95,7 @@ int RunUpdate(const quayline::UpdateArguments& arguments, int argc, char** argv)
 }
 
 int RunTry(const quayline::TryArguments& arguments, int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);
-  quayline::StopSignals::HoldBack();
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  quayline::PrepareWebEngine(quayline::PagesAre::kUnseen);
-  qInstallMessageHandler(DropMessage);
+  PrepareRun();
   QApplication application(argc, argv);
   const quayline::StopSignals signals;
   const QTemporaryDir folder;
