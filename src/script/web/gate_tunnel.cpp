@@ -289,8 +289,8 @@ void GateTunnel::OnRouterBytes(const QByteArray& bytes) {
 }
 
 void GateTunnel::OnClientEnded() {
-  // A save that was sent whole is heard out: many routers give up what nobody waits for. One that
-  // still waits for a connection is sent.
+  // The answer to a save that was sent whole is read to its end: many routers give up what nobody
+  // waits for. A save that still waits for a connection is sent.
   const bool is_waiting = state_ == State::kWaiting || state_ == State::kConnecting;
   const bool is_change = is_waiting ? IsChange() : state_ == State::kPassing && is_change_;
   if (is_change && watch_->IsRequestComplete() && !watch_->IsOver() && !watch_->IsOpenEnded()) {

@@ -90,7 +90,7 @@ std::optional<LoginWatch::Pass> LoginTries::Judge(const QUrl& full_url, bool is_
       return std::nullopt;
     }
     // It may need no login, so that its answer shows nothing; and the request that tries the login
-    // may be queued behind it.
+    // may be queued after it.
     const bool is_unsent = std::ranges::any_of(realms_, &Realm::is_unsent);
     const bool is_on_trial = std::ranges::any_of(realms_, &Realm::IsOnTrial);
     return is_on_trial && !is_unsent ? Pass::kWait : Pass::kWithoutLogin;

@@ -26,7 +26,7 @@ namespace quayline {
 // (the images of a page), the login has to be tried with a single one first. Over plain HTTP the
 // gate makes other requests that carry the login wait for the answer (Judge). Of those that were
 // asked for a login, the first one to reach the gate tries it: the engine has few connections to a
-// host, and the request that the login was given for may be queued behind the others.
+// host, and the request that the login was given for may be queued after the others.
 class LoginTries final {
  public:
   enum class Verdict {

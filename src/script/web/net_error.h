@@ -15,7 +15,7 @@ namespace quayline {
 // The number of an error by the name that the engine's error page shows ("ERR_EMPTY_RESPONSE").
 int NetErrorNamed(const QString& name);
 
-// What is behind a failed load, where its status does not say it. The text has a place for the
+// The cause of a failed load, where its status does not say it. The text has a place for the
 // host.
 std::optional<Message> CauseOfNetError(int net_error);
 

@@ -11,7 +11,7 @@ namespace quayline {
 QString ShownUrl(const QUrl& url) { return url.toString(QUrl::RemoveUserInfo); }
 
 // A name that ends in a number can only be an address. The engine says nothing at all of a load
-// from one that is none, such as 192.168.1.999.
+// from an invalid one, such as 192.168.1.999.
 bool IsHost(const QString& host) {
   static const QRegularExpression numeric(QStringLiteral("(^|\\.)([0-9]+|0[xX][0-9a-fA-F]*)\\.?$"));
   return !host.isEmpty() && !host.contains(QLatin1Char('%')) &&

@@ -105,7 +105,7 @@ class PageLoads final : public QObject {
   void FailUnlessLoginPage(const QUrl& url, int status);
   // False when there is no login to ask for, or nobody to ask.
   bool AskForLogin(const QUrl& url);
-  // A page was blocked because it is not of the router. False when that stands.
+  // A page was blocked because it is not of the router. False: it stays blocked.
   bool AskForAddress(const QUrl& url, int status);
   void NoteLoginsArrived();
   void Finish();

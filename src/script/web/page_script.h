@@ -14,7 +14,7 @@
 
 namespace quayline {
 
-// Runs scripts of ours in the page's own world, and tells their errors from those of the page.
+// Runs scripts of ours in the page's own world, and separates their errors from those of the page.
 // `var` and functions of a script become the page's, as they do in a script of the page; `let`,
 // `const` and `class` end with the script. `calls` outlives it.
 class PageScripts final : public QObject {

@@ -235,7 +235,7 @@ void WebPageHost::Navigate2(const QString& address, const QString& target_frame)
     return;
   }
   if (loads_.IsWithinPage(url)) {
-    // The page hears of it and may react, as to a click.
+    // The page gets an event for it and may react, as to a click.
     Ask(QStringLiteral("window.quaylineArm?.()"), QWebEngineScript::ApplicationWorld,
         [](const auto&) {});
   }
