@@ -4,6 +4,7 @@
 #include "script/bench_runner.h"
 
 #include "script/command_table.h"
+#include "script/entry_arguments.h"
 #include "script/interpreter.h"
 #include "script/script_line.h"
 
@@ -28,14 +29,7 @@ void BenchRunner::RunLines(QStringList lines, const PortEntry& entry) {
   flags.SetPageErrorPending(false);
   RunArguments arguments = RouterArguments();
   arguments.commands = std::move(lines);
-  arguments.entry_name = entry.app_name;
-  arguments.entry_protocol = entry.protocol;
-  arguments.entry_start_port = entry.start_port;
-  arguments.entry_end_port = entry.end_port;
-  arguments.entry_ip = entry.forwarded_to.section(QLatin1Char('('), 0, 0);
-  arguments.entry_computer_name =
-      entry.forwarded_to.section(QLatin1Char('('), 1)
-          .chopped(entry.forwarded_to.endsWith(QLatin1Char(')')) ? 1 : 0);
+  GiveEntry(arguments, entry);
   Q_EMIT busyChanged(true);
   StartRun(Run(std::move(arguments)));
 }

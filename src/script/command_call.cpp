@@ -46,6 +46,14 @@ void CommandCall::LogEntryExists() const {
   env.log.Append(LineBreak());
 }
 
+void CommandCall::LogEntrySkipped(const QString& why) const {
+  env.log.Append(LineBreak());
+  LogLine(why);
+  LogLine(Text(script_text::kEntrySkipped));
+  LogLine(LogSeparator());
+  env.log.Append(LineBreak());
+}
+
 void CommandCall::LogResult(const QJsonValue& result) const {
   const QString text = result.toString();
   run.was_found = result != QLatin1String(page_result::kFailed);

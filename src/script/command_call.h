@@ -39,6 +39,8 @@ class CommandCall final {
 
   // Logs that the entry is on the router, and is left out.
   void LogEntryExists() const;
+  // Logs that the entry ends as failed, and why.
+  void LogEntrySkipped(const QString& why) const;
 
   // Asks the page agent about the run's frame. If the page is gone or gives no answer, the call's
   // default answer is returned; a stop ends the wait. Check Stopped() before the answer is used. If

@@ -28,8 +28,8 @@ const Table& WholeTable() {
           JavaScriptCommands(), FirmwareCommands(), TimeoutCommands()}) {
       all.rows.insert(all.rows.end(), part.begin(), part.end());
     }
-    for (const auto part :
-         {NavigationExtensions(), PageElementExtensions(), JavaScriptExtensions()}) {
+    for (const auto part : {NavigationExtensions(), EntryRowExtensions(), PageElementExtensions(),
+                            JavaScriptExtensions()}) {
       all.rows.insert(all.rows.end(), part.begin(), part.end());
       all.extensions += part.size();
     }

@@ -129,6 +129,7 @@ std::span<const CommandRow> TimeoutCommands();
 
 // The themed parts of the extensions.
 std::span<const CommandRow> NavigationExtensions();
+std::span<const CommandRow> EntryRowExtensions();
 std::span<const CommandRow> PageElementExtensions();
 std::span<const CommandRow> JavaScriptExtensions();
 

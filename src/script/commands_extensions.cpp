@@ -3,13 +3,10 @@
 
 #include <QElapsedTimer>
 
-#include "core/added_rules.h"
-#include "core/rule_match.h"
 #include "script/command_fields.h"
 #include "script/command_table.h"
 #include "script/key_sequence.h"
 #include "script/page_operations.h"
-#include "script/rule_reader.h"
 #include "script/script_texts.h"
 
 // Commands for pages that scripts build: drop-downs made of plain elements, fields that a key
@@ -123,14 +120,6 @@ FlowResult WaitUntilElement(CommandCall& call) {
   co_return poll.end;
 }
 
-void LogSkipped(const CommandCall& call, const QString& why) {
-  call.env.log.Append(LineBreak());
-  call.LogLine(why);
-  call.LogLine(call.Text(script_text::kEntrySkipped));
-  call.LogLine(LogSeparator());
-  call.env.log.Append(LineBreak());
-}
-
 // A save that the router refuses answers with an ordinary page: only its text shows it.
 FlowResult ExpectPageText(CommandCall& call) {
   const QString text = call.run.argument.isEmpty() ? call.run.given.entry_name : call.run.argument;
@@ -140,83 +129,11 @@ FlowResult ExpectPageText(CommandCall& call) {
     co_return poll.end;
   }
   if (!poll.answer.toBool()) {
-    LogSkipped(call, call.Text(script_text::kTextMissing).arg(text));
+    call.LogEntrySkipped(call.Text(script_text::kTextMissing).arg(text));
     co_return RunEnd::kPageError;
   }
   call.LogLine(call.Text(script_text::kSuccessful));
   co_return std::nullopt;
-}
-
-PortEntry EntryOf(const RunArguments& given) {
-  return {.app_name = given.entry_name,
-          .forwarded_to =
-              given.entry_ip + QLatin1Char('(') + given.entry_computer_name + QLatin1Char(')'),
-          .start_port = given.entry_start_port,
-          .end_port = given.entry_end_port,
-          .protocol = given.entry_protocol,
-          .description = {}};
-}
-
-// Unlike the name of an entry, its rule cannot stand on the page for another reason; and some
-// routers keep no names.
-FlowResult CheckIfRuleExists(CommandCall& call) {
-  const QJsonObject answer = co_await AskForRows(call);
-  if (call.Stopped()) {
-    co_return RunEnd::kStopped;
-  }
-  PageRows page;
-  AddRows(answer, page);
-  if (MatchRules({EntryOf(call.run.given)}, page).first().state != RuleState::kOnRouter) {
-    co_return std::nullopt;
-  }
-  call.LogEntryExists();
-  co_return RunEnd::kEntryExists;
-}
-
-// The cells of the first row that is the entry, or a part of it.
-std::optional<QJsonArray> EntryRow(const RunArguments& given, const QJsonObject& answer) {
-  PageRows page;
-  AddRows(answer, page);
-  RowTexts texts;
-  for (const qsizetype row : MatchRules({EntryOf(given)}, page).first().rows) {
-    if (!given.rows_to_keep.contains(texts.Of(page.rows.at(row)))) {
-      return answer[QLatin1String("rows")].toArray().at(row)[QLatin1String("cells")].toArray();
-    }
-  }
-  return std::nullopt;
-}
-
-// The script must not go on without the row: its next line may remove whatever is chosen.
-FlowResult ClickInEntryRow(CommandCall& call) {
-  constexpr int kMostPages = 20;
-  const QString kind = call.run.argument;
-  const QString name = call.run.fields.value(1);
-  for (int page = 0; page < kMostPages; ++page) {
-    const QJsonObject answer = co_await AskForRows(call);
-    if (call.Stopped()) {
-      co_return RunEnd::kStopped;
-    }
-    const quint64 mark = call.MarkPage();
-    const auto cells = EntryRow(call.run.given, answer);
-    const bool has_next = answer[QLatin1String("hasNext")].toBool();
-    if (!cells && !has_next) {
-      break;
-    }
-    const QJsonValue result = co_await call.AskOnce(
-        cells ? page_operation::ClickInRow(*cells, kind, name) : page_operation::OpenNextPage());
-    if (result != QLatin1String(page_result::kSuccessful)) {
-      break;
-    }
-    if (cells) {
-      call.LogResult(result);
-    }
-    const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddress);
-    if (end || cells) {
-      co_return end;
-    }
-  }
-  LogSkipped(call, call.Text(script_text::kRowMissing));
-  co_return RunEnd::kPageError;
 }
 
 std::optional<PageCall> NamePasswordBoxes(CommandCall&) {
@@ -261,28 +178,7 @@ constexpr FieldSpec kElement[] = {
 constexpr FieldSpec kExpectedText[] = {
     {.name = "text", .help = "The text, in any case of letters; empty for the entry's name."}};
 
-constexpr FieldSpec kKindAndName[] = {
-    {.name = "kind",
-     .kind = FieldKind::kNeededText,
-     .help = "button, link, checkbox, or row for the row itself."},
-    {.name = "name",
-     .when_missing = WhenMissing::kUsesDefault,
-     .takes_rest = true,
-     .help = "Its caption, name, id or value, or a part of its address or onclick handler; empty "
-             "where the row has only one of the kind."}};
-
 constexpr CommandRow kExtensions[] = {
-    {
-        .name = "click_in_entry_row",
-        .use = PageUse::kActs,
-        .uses_entry = true,
-        .awaits_page = true,
-        .fields = kKindAndName,
-        .flow = ClickInEntryRow,
-        .help = "Finds the row of the page that is the entry, by its ports with its name or "
-                "address, and clicks a button, a link or a check box in it. Where no row is the "
-                "entry, or another row is checked as well, the entry ends as failed.",
-    },
     {
         .name = "set_ports",
         .use = PageUse::kFills,
@@ -324,15 +220,6 @@ constexpr CommandRow kExtensions[] = {
         .flow = ExpectPageText,
         .help = "Ends the entry as failed where a person cannot read the text on the page, after "
                 "waiting a few seconds for it.",
-    },
-    {
-        .name = "check_if_rule_exists",
-        .use = PageUse::kReads,
-        .uses_entry = true,
-        .flow = CheckIfRuleExists,
-        .help =
-            "Ends the entry if a row of the page that is shown is its rule, as it is wanted. To "
-            "be used before a rule is added: many routers take the same one twice.",
     },
     {
         .name = "give_names_to_password_boxes",

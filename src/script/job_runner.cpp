@@ -8,6 +8,7 @@
 #include "core/text_bytes.h"
 #include "i18n/isolated.h"
 #include "script/command_call.h"
+#include "script/entry_arguments.h"
 #include "script/interpreter.h"
 #include "script/job_texts.h"
 #include "script/rule_reader.h"
@@ -286,24 +287,13 @@ void JobRunner::LogRowHead(int row) {
 }
 
 RunArguments JobRunner::ArgumentsOf(int row, const QString& former_computer_name) const {
-  const PortEntry& entry = record_.Row(row);
-  const qsizetype parenthesis = entry.forwarded_to.indexOf(QLatin1Char('('));
-  QString computer_name = former_computer_name;
-  if (parenthesis >= 0) {
-    computer_name = entry.forwarded_to.mid(parenthesis + 1);
-    computer_name.chop(1);
-  }
   RunArguments arguments = RouterArguments();
   arguments.commands = Router().update_script;
   arguments.entry_index = record_.Number(row);
   arguments.is_first_entry = record_.IsFirst(row);
   arguments.is_last_entry = record_.IsLast(row);
-  arguments.entry_name = entry.app_name;
-  arguments.entry_protocol = entry.protocol;
-  arguments.entry_start_port = entry.start_port;
-  arguments.entry_end_port = entry.end_port;
-  arguments.entry_ip = entry.forwarded_to.left(parenthesis);
-  arguments.entry_computer_name = computer_name;
+  arguments.entry_computer_name = former_computer_name;
+  GiveEntry(arguments, record_.Row(row));
   return arguments;
 }
 
