@@ -88,7 +88,7 @@ class Filler final {
     return filled + text_.sliced(start, end - start);
   }
 
-  // `start` is after the mark, and moves behind the block.
+  // `start` is after the mark, and moves to the end of the block.
   QString FillEach(const QString& content, qsizetype& start) {
     static const QRegularExpression kEach(u"^each (rules|kept)(?: to (\\d{1,4}))?$"_s);
     const QRegularExpressionMatch each = kEach.match(content);

@@ -29,7 +29,8 @@ struct GuideActions {
 };
 
 // The way to a successful update, step by step. A step that was begun has a tick until the window
-// is closed. It stands at the right edge of the screen, beside the main window, which stays usable.
+// is closed. It is shown at the right edge of the screen, beside the main window, which stays
+// usable.
 class GettingStartedWindow final : public SkinFrame {
   Q_OBJECT
 

@@ -11,7 +11,8 @@
 
 namespace quayline {
 
-// Finds out which router it is, silently or for the user, who is told and may have to choose.
+// Finds out which router it is, silently or for the user, who is shown the result and may have to
+// choose.
 class RouterDetector final : public QObject {
   Q_OBJECT
 

@@ -235,7 +235,7 @@ void PortCheckerWindow::NoteResult(const PortTest& test) {
   const QString protocol = ProtocolName(test.protocol);
   QList<SeenEntry> seen;
   for (const PortEntry& entry : context_.port_list.Entries()) {
-    // What leads to another computer cannot be heard here.
+    // What leads to another computer does not arrive here.
     if (entry.start_port == test.port && AddressOf(entry.forwarded_to) == tested_address_ &&
         entry.protocol.contains(protocol, Qt::CaseInsensitive)) {
       EntryLook look = context_.port_list.LooksOf({entry}).first();

@@ -115,7 +115,7 @@ void NewRouterDialog::ShowModel() {
   is_filling_ = false;
 }
 
-// The model is guessed anew while the name is typed: what the user has changed by then stays.
+// The model is guessed again while the name is typed: what the user has changed by then stays.
 template <typename Field, typename Setter, typename Value>
 void NewRouterDialog::Fill(Field* field, Setter set, const Value& value) {
   if (!changed_.contains(field)) {
