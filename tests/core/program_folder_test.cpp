@@ -182,7 +182,7 @@ TEST_F(ShippedDatabases, ARouterOfTheUsersOwnComesBackFromItsFileAsItWas) {
   Start();
   ForeignScripts foreign(home_);
   const auto ids = ImportRouters(databases_, foreign, {}, file);
-  ASSERT_TRUE(ids) << qPrintable(ids.error().detail);
+  ASSERT_TRUE(ids) << qPrintable(FormatProblems(ids.error().problems));
   EXPECT_EQ(databases_.FindRouter(ids->first()), made);
 }
 
