@@ -8,7 +8,7 @@
 #include <optional>
 #include <span>
 
-#include "cli/arguments.h"
+#include "cli/update_arguments.h"
 
 namespace quayline {
 
