@@ -369,6 +369,36 @@ TEST_F(RuleReading, FindsOutWhatARouterMadeOfASave) {
   }
 }
 
+// Some routers let the browser keep their pages, and the lists that scripts fetch.
+TEST_F(RuleReading, IsOfTheRouterAsItIsNow) {
+  const QByteArray lasting =
+      "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\n"
+      "Cache-Control: max-age=3600\r\n\r\n";
+  context_.job_options.verify_after_update = true;
+  context_.session.view_script = {u"nav(\"rules\")"_s};
+  const QByteArray web = Table(Row("Web", 80, 90, "10.0.0.5"));
+  const QByteArray fetching =
+      "<div id=a></div><script>fetch('/list').then(r => r.text()).then(t => { a.innerHTML = t })"
+      "</script>";
+  for (const bool fetches : {false, true}) {
+    const QByteArray list = fetches ? "/list" : "/rules";
+    server_.replies["/rules"] = Html(fetching);
+    server_.replies[list] = {.bytes = lasting + Table("")};
+    server_.replies["/form"] =
+        Html("<form method=post action=/save><input type=submit name=go></form>");
+    server_.replies["/save"] = Html("Saved");
+    server_.special = [&](const QByteArray& request) -> std::optional<Reply> {
+      if (request.startsWith("POST /save")) {
+        server_.replies[list] = {.bytes = lasting + web};
+      }
+      return std::nullopt;
+    };
+    Start({u"nav(\"form\")"_s, u"click_button(\"go\")"_s});
+    ASSERT_TRUE(Ends(30s));
+    EXPECT_EQ(Words(), u"on-router"_s) << (fetches ? "fetched" : "a page");
+  }
+}
+
 TEST_F(RuleReading, AReadingThatFailsCostsTheJobNothing) {
   context_.job_options.verify_after_update = true;
   context_.session.view_script = {u"nav(\"gone\")"_s};

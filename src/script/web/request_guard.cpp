@@ -26,6 +26,12 @@ bool MayChange(const QWebEngineUrlRequestInfo& request) {
          (IsNavigation(request) && request.requestUrl().hasQuery());
 }
 
+// What a page shows of the router comes in documents, or is fetched by a script.
+bool ShowsTheRouter(const QWebEngineUrlRequestInfo& request) {
+  return IsNavigation(request) ||
+         request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeXhr;
+}
+
 }  // namespace
 
 void RequestGuard::SetRouter(const SiteOrigin& router) {
@@ -49,6 +55,9 @@ void RequestGuard::interceptRequest(QWebEngineUrlRequestInfo& request) {
   if (renewed_ && request.requestMethod() == "GET" && !renewed_->contains(url)) {
     renewed_->insert(url);
     request.setHttpHeader("Cache-Control", "no-cache");
+  } else if (request.requestMethod() == "GET" && ShowsTheRouter(request)) {
+    // A page that the router lets the browser keep would show the rules of before the save.
+    request.setHttpHeader("Cache-Control", "max-age=0");
   }
   if (url.scheme() == QLatin1String("https") && MayChange(request)) {
     RouterGate::Instance().ExpectChange(origin);
