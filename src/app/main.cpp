@@ -191,7 +191,7 @@ void EndOnSignals(StopSignals& signals, MainFrame& main_window, JobFlags& flags)
   signals.disconnect(qApp);
   QObject::connect(&signals, &StopSignals::first, &main_window, [&main_window, &flags] {
     flags.ends_by_signal = true;
-    main_window.close();
+    main_window.CloseWithoutAsking();
     if (flags.LeavingRuns() > 0) {
       std::fprintf(stderr,
                    "quayline: What is on its way to the router is waited for. The same signal once "

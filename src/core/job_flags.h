@@ -20,11 +20,13 @@ class JobFlags final : public QObject {
   bool PageErrorPending() const { return page_error_pending_; }
   bool PageLoaded() const { return page_loaded_; }
   bool JobDebugMode() const { return job_debug_mode_; }  // the run pauses after the next line
+  bool IsRunning() const { return is_running_; }  // a script runs, or is about to: it owns these
 
   void SetJobStopRequested(bool value) { Set(job_stop_requested_, value); }
   void SetPageErrorPending(bool value) { Set(page_error_pending_, value); }
   void SetPageLoaded(bool value) { Set(page_loaded_, value); }
   void SetJobDebugMode(bool value) { Set(job_debug_mode_, value); }
+  void SetRunning(bool value) { Set(is_running_, value); }
 
   // Runs whose windows are closed, and whose pages still finish a save.
   int LeavingRuns() const { return leaving_runs_; }
@@ -39,7 +41,6 @@ class JobFlags final : public QObject {
   bool in_combo = false;         // the entry was found in the page's list of rules
   int script_timer_ms = 0;       // interval of the scripts' timer, which is kept between jobs
   int job_error_grace = 1;       // 1: the job forgives its next navigation error
-  bool is_running = false;       // a script runs, or is about to: it owns these flags
   int active_browser_index = 0;  // the browser that the script drives; popups add to it
   int view_error_grace = 1;      // as job_error_grace, in the page view, which stops at nothing
   bool view_stop_requested = false;
@@ -62,6 +63,7 @@ class JobFlags final : public QObject {
   bool page_error_pending_ = false;
   bool page_loaded_ = true;
   bool job_debug_mode_ = false;
+  bool is_running_ = false;
   int leaving_runs_ = 0;
 };
 

@@ -36,7 +36,7 @@ ScriptRunner::ScriptRunner(AppContext& context, PageHostFactory make_host, PageQ
 ScriptRunner::~ScriptRunner() {
   flow_.Cancel();
   if (HoldsFlags()) {
-    context_.job_flags.is_running = false;
+    context_.job_flags.SetRunning(false);
   }
 }
 
@@ -44,7 +44,7 @@ bool ScriptRunner::HoldsFlags() const { return browsers_ != nullptr && browsers_
 
 void ScriptRunner::LetFlagsGo() {
   if (HoldsFlags()) {
-    context_.job_flags.is_running = false;
+    context_.job_flags.SetRunning(false);
     browsers_->LetFlagsGo();
   }
 }
@@ -76,11 +76,12 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
       .tell_wait = show_wait,
       .show_status =
           [this](const QString& text) { Q_EMIT statusAppended(text, StatusKind::kNotable); },
-      .show_step = [this](int step, int steps) { Q_EMIT stepStarted(step, steps); }});
+      .show_step = [this](int step, int steps) { Q_EMIT stepStarted(step, steps); },
+      .note_action = [this] { NoteAction(); }});
 
   stopped_by_user_ = false;
   reports_.Forget();
-  flags.is_running = true;
+  flags.SetRunning(true);
   flags.SetJobStopRequested(false);
   flags.SetPageErrorPending(false);
   flags.SetPageLoaded(true);
@@ -91,7 +92,7 @@ void ScriptRunner::OpenBrowsers(std::function<PageHost*(const BrowserSet&)> driv
 void ScriptRunner::StartRun(Task<> run) {
   running_ = true;
   has_run_ = true;
-  context_.job_flags.is_running = true;
+  context_.job_flags.SetRunning(true);
   browsers_->TakeFlags();
   flow_.Start(RunWhenFree(std::move(run)));
 }
@@ -124,7 +125,7 @@ void ScriptRunner::UnlockWhenIdle() {
 void ScriptRunner::Stop() {
   stopped_by_user_ = true;
   if (HoldsFlags()) {
-    context_.job_flags.is_running = running_;
+    context_.job_flags.SetRunning(running_);
     context_.job_flags.SetJobStopRequested(true);
   }
   if (browsers_) {

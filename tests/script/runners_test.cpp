@@ -363,9 +363,9 @@ TEST_F(PageViewTest, APageOfAnEndedJobDoesNotDisturbTheView) {
   JobRunner job(context_, job_pages.Factory(), questions_);
   job.Open();
   job.Run();
-  EXPECT_TRUE(context_.job_flags.is_running);
+  EXPECT_TRUE(context_.job_flags.IsRunning());
   ASSERT_TRUE(RunUntil([&] { return !job.IsRunning(); }));
-  EXPECT_FALSE(context_.job_flags.is_running);
+  EXPECT_FALSE(context_.job_flags.IsRunning());
 
   pages_.On({"nav"}, [this, &job, &job_pages](FakePageHost& host) {
     host.BeginNavigation();
@@ -375,7 +375,7 @@ TEST_F(PageViewTest, APageOfAnEndedJobDoesNotDisturbTheView) {
     job_pages.Host(0).OpenPopup();
     job.Stop();
     job.Leave();
-    EXPECT_TRUE(context_.job_flags.is_running);
+    EXPECT_TRUE(context_.job_flags.IsRunning());
     host.Later([&host] { host.EndNavigation(); });
   });
   const QString log = Run({"nav(\"a\")", "set_name(\"n,\")"});

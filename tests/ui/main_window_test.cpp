@@ -170,11 +170,11 @@ TEST_F(MainWindowTest, OtherDatabasesAreShownAndTheChosenRouterStays) {
                                               "Do you want to continue?"));
   EXPECT_FALSE(windows_->databases_updated) << "the answer was no";
   prompts_.answers = {true, true};
-  context_->job_flags.is_running = true;
+  context_->job_flags.SetRunning(true);
   Trigger("update_databases_action");
   EXPECT_THAT(prompts_.shown.back(), StartsWith("Tell: A job is running"));
   EXPECT_FALSE(windows_->databases_updated);
-  context_->job_flags.is_running = false;
+  context_->job_flags.SetRunning(false);
   Trigger("update_databases_action");
   ASSERT_TRUE(windows_->databases_updated);
   context_->databases.Close();
@@ -226,6 +226,51 @@ TEST_F(MainWindowTest, ClosingTakesTheJobTheDatabasesAndAllWindowsAlong) {
   EXPECT_FALSE(context_->databases.IsOpen());
   for (const QWidget* widget : QApplication::topLevelWidgets()) {
     EXPECT_FALSE(widget->isVisible()) << widget->objectName().toStdString();
+  }
+}
+
+TEST_F(MainWindowTest, AJobIsStoppedOnlyByAUserWhoWantsThat) {
+  Start();
+  JobFlags& flags = context_->job_flags;
+  prompts_.leaves_open = true;
+  flags.SetRunning(true);
+  window_->close();
+  Trigger("exit_action");
+  EXPECT_THAT(prompts_.shown, ElementsAre(AllOf(StartsWith("Careful: Stop the job?"),
+                                                HasSubstr("Stop it and close Quayline?"))));
+  EXPECT_TRUE(flags.IsRunning() && !flags.JobStopRequested());
+  flags.SetRunning(false);
+  EXPECT_FALSE(prompts_.IsOpen()) << "there is nothing to stop any more";
+  EXPECT_TRUE(window_->isVisible()) << "the result of the job is never seen";
+  for (const bool yes : {false, true}) {
+    flags.SetRunning(true);
+    window_->close();
+    prompts_.Answer(yes);
+    EXPECT_NE(window_->isVisible(), yes);
+  }
+  EXPECT_TRUE(RunUntil([this] { return closed_ == 1; }));
+}
+
+TEST_F(MainWindowTest, TheEndOfTheSessionAsksNothingAndCutsNoSaveOff) {
+  const std::function<void()> ends[] = {[this] { main_->CloseWithoutAsking(); },
+                                        [] {
+                                          QEvent quit(QEvent::Quit);
+                                          QCoreApplication::sendEvent(qApp, &quit);
+                                        }};
+  for (const auto& first : ends) {
+    Start();
+    closed_ = 0;
+    context_->job_flags.SetRunning(true);
+    context_->job_flags.AddLeavingRuns(1);
+    first();
+    EXPECT_FALSE(window_->isVisible());
+    for (const auto& again : ends) {
+      again();
+    }
+    EXPECT_FALSE(RunUntil([this] { return closed_ > 0; }, std::chrono::milliseconds(100)));
+    context_->job_flags.AddLeavingRuns(-1);
+    EXPECT_TRUE(RunUntil([this] { return closed_ == 1; }));
+    EXPECT_THAT(prompts_.shown, IsEmpty());
   }
 }
 

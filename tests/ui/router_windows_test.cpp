@@ -70,7 +70,7 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
   EXPECT_EQ(flags.job_error_grace, 1);
   EXPECT_EQ(Rows(), "A 1.1.1.1() 1-65535 TCP x");
   EXPECT_EQ(folder_.ReadFile("list.qyl"), list);
-  flags.is_running = true;
+  flags.SetRunning(true);
   prompts_.answers = {false, true};
   Click("update_button");
   EXPECT_EQ(windows_->jobs.size(), 1) << "a job that runs was dropped unasked";
@@ -78,13 +78,14 @@ TEST_F(RouterWindowsTest, AnAcceptedListIsClampedInTheViewAndNotInTheFile) {
     const QPointer<QWidget> former = windows_->jobs.last();
     const QWidget* const former_job = former;
     const qsizetype before = windows_->jobs.size();
-    flags.is_running = is_running;
+    flags.SetRunning(is_running);
     Click("update_button");
     ASSERT_EQ(windows_->jobs.size(), before + 1);
     EXPECT_FALSE(former && former->isVisible());
     EXPECT_EQ(windows_->former_job, former_job) << "its rules cannot be taken back any more";
   }
-  EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith("Ask: Start again?"), StartsWith("Ask: ")));
+  EXPECT_THAT(prompts_.shown,
+              ElementsAre(StartsWith("Careful: Start again?"), StartsWith("Careful: ")));
 }
 
 TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
@@ -93,14 +94,14 @@ TEST_F(RouterWindowsTest, ThePortsAreLookedAtOnlyWhereThereIsARouterAndNoJob) {
   Type("router_ip_edit", "0.0.0.0");
   Click("view_ports_button");
   Type("router_ip_edit", "192.168.1.1");
-  flags.is_running = true;
+  flags.SetRunning(true);
   Click("view_ports_button");
   EXPECT_THAT(prompts_.shown,
               ElementsAre("Tell: Please Set Router IP.", StartsWith("Tell: A job is running")));
   EXPECT_TRUE(windows_->dialog.isNull());
   EXPECT_FALSE(flags.JobStopRequested());
 
-  flags.is_running = false;
+  flags.SetRunning(false);
   flags.SetJobStopRequested(true);
   flags.view_error_grace = 0;
   Click("view_ports_button");

@@ -79,7 +79,7 @@ TEST_F(RunWindowTest, ARouterWithoutAScriptIsReportedAndNothingIsLoaded) {
   OpenView();
   EXPECT_TRUE(ComesToSay("headline_label", "There is no script"));
   EXPECT_EQ(TextOf("log_edit"), "");
-  EXPECT_FALSE(context_->job_flags.is_running);
+  EXPECT_FALSE(context_->job_flags.IsRunning());
 }
 
 TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
@@ -161,9 +161,9 @@ TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
   context_->session.router_ip = u"2.2.2.2"_s;
   Click("take_back_button");
   context_->session.router_ip = u"1.1.1.1"_s;
-  context_->job_flags.is_running = true;
+  context_->job_flags.SetRunning(true);
   Click("take_back_button");
-  context_->job_flags.is_running = false;
+  context_->job_flags.SetRunning(false);
   Click("take_back_button");
   EXPECT_THAT(
       prompts_.shown,
@@ -375,10 +375,10 @@ TEST_P(EachRunWindowTest, WhoeverClosesTheWindowOfARunIsAsked) {
   QTest::keyClick(window_, Qt::Key_Escape);
   press_the_frame();
   EXPECT_THAT(prompts_.shown, SizeIs(3));
-  EXPECT_TRUE(window_->isVisible() && context_->job_flags.is_running);
+  EXPECT_TRUE(window_->isVisible() && context_->job_flags.IsRunning());
   prompts_.answers = {true};
   QTest::keyClick(window_, Qt::Key_Escape);
-  EXPECT_FALSE(window_->isVisible() || context_->job_flags.is_running);
+  EXPECT_FALSE(window_->isVisible() || context_->job_flags.IsRunning());
   page_->Arrive();
   ASSERT_TRUE(ComesToItsEnd());
 
@@ -436,7 +436,7 @@ TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   hangs_ = true;
   Open();
   ASSERT_TRUE(ComesToSay("log_edit", "nav(\"one\")"));
-  EXPECT_TRUE(context_->job_flags.is_running);
+  EXPECT_TRUE(context_->job_flags.IsRunning());
   window_->close();
   EXPECT_TRUE(context_->job_flags.JobStopRequested());
   EXPECT_FALSE(RunUntil([this] { return page_.isNull(); }, std::chrono::milliseconds(300)));
@@ -446,7 +446,7 @@ TEST_P(EachRunWindowTest, ClosingInTheMiddleOfAPageEndsTheRunAndCutsNoSaveOff) {
   ASSERT_TRUE(ComesToItsEnd());
   EXPECT_TRUE(page_.isNull());
   EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
-  EXPECT_FALSE(context_->job_flags.is_running) << "the next run would be refused";
+  EXPECT_FALSE(context_->job_flags.IsRunning()) << "the next run would be refused";
 }
 
 TEST_P(EachRunWindowTest, WhatTheUserSavesByHandAfterTheRunIsNotCutOff) {
@@ -502,7 +502,7 @@ TEST_P(EachRunWindowTest, StopFreesTheRunAheadOfItsFirstStepAndInAHangingPage) {
     EXPECT_EQ(TextOf("log_edit").contains("Step 01"), !at_once);
     EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("2/2")));
     EXPECT_TRUE(window_->isVisible());
-    EXPECT_FALSE(context_->job_flags.is_running);
+    EXPECT_FALSE(context_->job_flags.IsRunning());
   }
 }
 

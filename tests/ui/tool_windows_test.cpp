@@ -360,10 +360,10 @@ TEST_F(ScriptWindowTest, LinesRunOnAPageBesideTheScript) {
   Click("run_to_caret_button");
   ASSERT_TRUE(RunUntil(ended));
   EXPECT_EQ(page_->opened, (QStringList{u"http://127.0.0.1/a"_s, u"http://127.0.0.1/b"_s}));
-  context_->job_flags.is_running = true;  // a job's window is open
+  context_->job_flags.SetRunning(true);  // a job's window is open
   Click("run_line_button");
   EXPECT_THAT(prompts_.shown.back(), StartsWith("Tell: A job works on the router."));
-  context_->job_flags.is_running = false;
+  context_->job_flags.SetRunning(false);
 }
 
 TEST_F(ScriptWindowTest, AnElementIsPickedOnThePageAndItsLineWritten) {

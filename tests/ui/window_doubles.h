@@ -38,6 +38,11 @@ class FakePrompts final : public Prompts {
   PageBoxAnswer page_answer;
   std::function<void()> on_page_box;
   int boxes_closed = 0;
+  bool leaves_open = false;  // what is asked for an asker, until Answer()
+
+  // The question that was left open.
+  bool IsOpen() const { return asker_ != nullptr; }
+  void Answer(bool yes) { std::exchange(open_, {})(yes); }
 
   void Tell(QWidget*, const QString& text, std::function<void()> closed) override {
     Note("Tell", {text});
@@ -56,6 +61,16 @@ class FakePrompts final : public Prompts {
                     std::function<void(bool yes)> answered) override {
     Note("Careful", {title, text});
     answered(!answers.isEmpty() && answers.takeFirst());
+  }
+  void AskFor(const QObject* asker, QWidget* window, const QString& title, const QString& text,
+              std::function<void(bool yes)> answered) override {
+    if (leaves_open) {
+      Note("Careful", {title, text});
+      asker_ = asker;
+      open_ = std::move(answered);
+    } else {
+      AskCarefully(window, title, text, std::move(answered));
+    }
   }
   void AskChoice(QWidget*, const QString& title, const QString& text, const QStringList& offered,
                  std::function<void(qsizetype chosen)> answered) override {
@@ -87,6 +102,9 @@ class FakePrompts final : public Prompts {
   }
 
  private:
+  QPointer<const QObject> asker_;
+  std::function<void(bool yes)> open_;
+
   void Note(const char* box, const QStringList& texts) {
     shown.push_back(std::string(box) + ": " + texts.join(QLatin1String(": ")).toStdString());
   }

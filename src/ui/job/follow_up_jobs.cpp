@@ -16,7 +16,7 @@ FollowUpJobs::FollowUpJobs(AppContext& context, Prompts& prompts, JobRunner& run
     : QObject(&window), context_(context), prompts_(prompts), runner_(runner), window_(window) {}
 
 bool FollowUpJobs::CanBegin() {
-  if (context_.job_flags.is_running) {
+  if (context_.job_flags.IsRunning()) {
     prompts_.Tell(&window_, Text(kJobRuns));
     return false;
   }

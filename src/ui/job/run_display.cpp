@@ -42,7 +42,8 @@ RunDisplay::RunDisplay(QWidget& window, ScriptRunner& runner, RunQuestions& ques
       context_(context),
       prompts_(prompts),
       texts_(texts),
-      controls_(controls) {
+      controls_(controls),
+      stop_question_(context.job_flags, prompts, window) {
   controls_.waiting->setForegroundRole(QPalette::PlaceholderText);
   controls_.proceed->setIcon(ThemeIcon(QStringLiteral("step")));
   controls_.stop->setIcon(ThemeIcon(QStringLiteral("stop")));
@@ -132,11 +133,7 @@ void RunDisplay::DisableStop() {
 }
 
 void RunDisplay::AskToClose(const Message& title, const Message& question) {
-  prompts_.Ask(&window_, Text(title), Text(question), [this](bool yes) {
-    if (yes) {
-      window_.close();
-    }
-  });
+  stop_question_.Ask(Text(title), Text(question), [this] { window_.close(); });
 }
 
 void RunDisplay::ShowHost(PageHost* host) {

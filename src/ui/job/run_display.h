@@ -8,6 +8,7 @@
 #include "ui/toolkit/controls.h"
 #include "ui/toolkit/prompts.h"
 #include "ui/toolkit/run_questions.h"
+#include "ui/toolkit/stop_question.h"
 
 class QFrame;
 class QLabel;
@@ -58,7 +59,7 @@ class RunDisplay final : public QObject {
   void ShowOpened();
   // The run is over or ends: nothing is left to stop or to step.
   void DisableStop();
-  // Closes the window if the user wants to end the run by that.
+  // Closes the window if the user agrees that this ends the run.
   void AskToClose(const Message& title, const Message& question);
   // To be called while the window closes: it is hidden at once, and deletes itself when a save
   // under way has arrived.
@@ -79,6 +80,7 @@ class RunDisplay final : public QObject {
   Prompts& prompts_;
   const RunnerTexts& texts_;
   const RunControls controls_;
+  StopQuestion stop_question_;
   bool is_stepping_ = false;  // the user works with the button, which is disabled for a moment
 };
 

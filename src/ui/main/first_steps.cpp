@@ -87,7 +87,7 @@ void FirstSteps::Finish() {
 
 // A job works with the session that it began with.
 void FirstSteps::BeginPractice() {
-  if (context_.job_flags.is_running) {
+  if (context_.job_flags.IsRunning()) {
     prompts_.Tell(main_window_, context_.translator.Text(kJobRuns));
     return;
   }

@@ -13,6 +13,7 @@
 #include <chrono>
 
 #include "async/wait.h"
+#include "ui/main/main_messages.h"
 #include "ui/toolkit/settle_focus.h"
 
 namespace quayline {
@@ -28,7 +29,8 @@ MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory& windo
       context_(context),
       prompts_(prompts),
       area_(new QScrollArea(this)),
-      main_(new MainWindow(context, prompts, windows, this)) {
+      main_(new MainWindow(context, prompts, windows, this)),
+      stop_question_(context.job_flags, prompts, *this) {
   setObjectName(QStringLiteral("MainFrame"));
   // On a small screen, or at a large scale, "Update Router" would be beyond the window's edge.
   area_->setFrameShape(QFrame::NoFrame);
@@ -41,6 +43,7 @@ MainFrame::MainFrame(AppContext& context, Prompts& prompts, WindowFactory& windo
   setWindowTitle(QStringLiteral("Quayline"));
   setMinimumSize(480, 360);
   connect(main_, &MainWindow::exitRequested, this, &QWidget::close);
+  qApp->installEventFilter(this);
 }
 
 void MainFrame::Load() {
@@ -85,8 +88,37 @@ void MainFrame::FitScreen() {
                std::max(room.top(), std::min(place.top(), most.y()))});
 }
 
+void MainFrame::CloseWithoutAsking() {
+  may_stop_job_ = true;
+  if (!ending_.IsRunning()) {
+    close();
+  }
+}
+
+// The desktop ends the session. Qt would end the program at once, and with it a save that is on its
+// way to the router.
+bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qApp && event->type() == QEvent::Quit && !has_ended_) {
+    CloseWithoutAsking();
+    return true;
+  }
+  return SkinFrame::eventFilter(watched, event);
+}
+
+void MainFrame::AskToClose() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  stop_question_.Ask(context_.translator.Text(message::kCloseProgramTitle),
+                     context_.translator.Text(message::kCloseProgramQuestion),
+                     [this] { CloseWithoutAsking(); });
+}
+
 void MainFrame::closeEvent(QCloseEvent* event) {
   SettleFocus(this);
+  if (context_.job_flags.IsRunning() && !may_stop_job_) {
+    event->ignore();
+    AskToClose();
+    return;
+  }
   if (!failed_ && !isMaximized()) {
     context_.settings.SetValue(
         setting::kWindowSize,
@@ -109,6 +141,7 @@ Task<> MainFrame::End() {
   JobFlags& flags = context_.job_flags;
   co_await Until([&flags] { return flags.LeavingRuns() == 0; }).WokenBy(&flags, &JobFlags::changed);
   main_->Unload();
+  has_ended_ = true;
   Q_EMIT closed();
 }
 

@@ -9,11 +9,12 @@
 #include "async/flow.h"
 #include "ui/main/main_window.h"
 #include "ui/toolkit/skin_frame.h"
+#include "ui/toolkit/stop_question.h"
 
 namespace quayline {
 
 // The main window as the desktop sees it: frame, title, place on the screen. It holds MainWindow,
-// and closing it ends the program.
+// and closing it ends the program. A user who closes it during a job is asked first.
 class MainFrame final : public SkinFrame {
   Q_OBJECT
 
@@ -24,6 +25,9 @@ class MainFrame final : public SkinFrame {
   // Gets everything ready, so that showing it is the last step. If the program cannot start, it
   // shows why, and closes after that.
   void Load();
+
+  // For the end of the desktop session, and for signals: nobody may be there to answer.
+  void CloseWithoutAsking();
 
   MainWindow& Main() { return *main_; }
   // True when the start failed.
@@ -40,8 +44,10 @@ class MainFrame final : public SkinFrame {
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void AskToClose();
   std::optional<QSize> StoredSize() const;
   void FitScreen();
   Task<> End();
@@ -50,7 +56,10 @@ class MainFrame final : public SkinFrame {
   Prompts& prompts_;
   QScrollArea* area_;
   MainWindow* main_;
+  StopQuestion stop_question_;
   bool failed_ = false;
+  bool may_stop_job_ = false;
+  bool has_ended_ = false;
   Flow ending_;
 };
 

@@ -31,6 +31,10 @@ inline constexpr Message kCannotStart{
 inline constexpr Message kStartAgainTitle{"Start again?"};
 inline constexpr Message kStartAgainQuestion{
     "A job is running. Stop it and start again with the first entry?"};
+inline constexpr Message kCloseProgramTitle{"Stop the job?"};
+inline constexpr Message kCloseProgramQuestion{
+    "A job is running. Stop it and close Quayline? What your router saved until now stays there, "
+    "and a save that is on its way is not cut off."};
 inline constexpr Message kNothingToSave{"The list is empty, there is nothing to save."};
 inline constexpr Message kSelectFile{"Select a file"};
 inline constexpr Message kListFilter{"Quayline File (*.qyl);;All Files (*)"};

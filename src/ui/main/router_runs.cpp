@@ -23,7 +23,8 @@ RouterRuns::RouterRuns(AppContext& context, Prompts& prompts, WindowFactory& win
       windows_(windows),
       router_panel_(router_panel),
       list_panel_(list_panel),
-      window_(window) {}
+      window_(window),
+      stop_question_(context.job_flags, prompts, *window) {}
 
 void RouterRuns::Finish() {
   delete check_window_.data();
@@ -48,7 +49,7 @@ bool RouterRuns::CanOpenRouter() {
     Focus(UpdateFocus::kRouterIp);
     return false;
   }
-  if (context_.job_flags.is_running) {
+  if (context_.job_flags.IsRunning()) {
     prompts_.Tell(window_, Text(kJobRuns));
     return false;
   }
@@ -86,13 +87,9 @@ void RouterRuns::Check() {
 }
 
 void RouterRuns::Update() {
-  if (context_.job_flags.is_running && (IsOpen(job_window_) || IsOpen(check_window_))) {
-    prompts_.Ask(window_, Text(message::kStartAgainTitle), Text(message::kStartAgainQuestion),
-                 [this](bool yes) {
-                   if (yes) {
-                     StartUpdate();
-                   }
-                 });
+  if (context_.job_flags.IsRunning() && (IsOpen(job_window_) || IsOpen(check_window_))) {
+    stop_question_.Ask(Text(message::kStartAgainTitle), Text(message::kStartAgainQuestion),
+                       [this] { StartUpdate(); });
     return;
   }
   StartUpdate();

@@ -11,6 +11,7 @@
 #include "ui/main/router_panel.h"
 #include "ui/main/window_factory.h"
 #include "ui/toolkit/prompts.h"
+#include "ui/toolkit/stop_question.h"
 
 namespace quayline {
 
@@ -50,6 +51,7 @@ class RouterRuns final : public QObject {
   RouterPanel& router_panel_;
   PortListPanel& list_panel_;
   QWidget* window_;
+  StopQuestion stop_question_;
   QPointer<QWidget> job_window_;
   QPointer<QWidget> check_window_;
 };

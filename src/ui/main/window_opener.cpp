@@ -73,7 +73,7 @@ bool WindowOpener::IsMet(Needs needs) {
   if (needs == Needs::kKnownRouter) {
     return runs_.IsRouterKnown();
   }
-  if (needs == Needs::kNoJob && context_.job_flags.is_running) {
+  if (needs == Needs::kNoJob && context_.job_flags.IsRunning()) {
     prompts_.Tell(main_window_, Text(kJobRuns));
     return false;
   }

@@ -62,7 +62,7 @@ void OpenInTurn(QMessageBox* box, const QWidget* window) {
   QObject::connect(last, &QDialog::finished, box, open, Qt::QueuedConnection);
 }
 
-void OpenQuestion(QWidget* window, const QString& title, const QString& text,
+void OpenQuestion(const QObject* asker, QWidget* window, const QString& title, const QString& text,
                   QMessageBox::StandardButton default_button,
                   std::function<void(bool yes)> answered) {
   QMessageBox* box =
@@ -70,9 +70,10 @@ void OpenQuestion(QWidget* window, const QString& title, const QString& text,
   box->setDefaultButton(default_button);
   box->setEscapeButton(QMessageBox::No);
   QObject::connect(
-      box, &QMessageBox::finished, window,
+      box, &QMessageBox::finished, asker,
       [answer = std::move(answered)](int button) { answer(button == QMessageBox::Yes); },
       Qt::QueuedConnection);
+  QObject::connect(asker, &QObject::destroyed, box, &QDialog::reject);
   OpenInTurn(box, window);
 }
 
@@ -113,12 +114,17 @@ void WindowPrompts::Notify(QWidget* window, const QString& text) {
 
 void WindowPrompts::Ask(QWidget* window, const QString& title, const QString& text,
                         std::function<void(bool yes)> answered) {
-  OpenQuestion(window, title, text, QMessageBox::Yes, std::move(answered));
+  OpenQuestion(window, window, title, text, QMessageBox::Yes, std::move(answered));
 }
 
 void WindowPrompts::AskCarefully(QWidget* window, const QString& title, const QString& text,
                                  std::function<void(bool yes)> answered) {
-  OpenQuestion(window, title, text, QMessageBox::No, std::move(answered));
+  AskFor(window, window, title, text, std::move(answered));
+}
+
+void WindowPrompts::AskFor(const QObject* asker, QWidget* window, const QString& title,
+                           const QString& text, std::function<void(bool yes)> answered) {
+  OpenQuestion(asker, window, title, text, QMessageBox::No, std::move(answered));
 }
 
 void WindowPrompts::AskChoice(QWidget* window, const QString& title, const QString& text,

@@ -35,6 +35,9 @@ class Prompts {
   // As Ask(), for what is risky: No is the button that Enter presses.
   virtual void AskCarefully(QWidget* window, const QString& title, const QString& text,
                             std::function<void(bool yes)> answered) = 0;
+  // The same, as long as `asker` exists: with it the box goes away, and no answer comes.
+  virtual void AskFor(const QObject* asker, QWidget* window, const QString& title,
+                      const QString& text, std::function<void(bool yes)> answered) = 0;
   // One of `choices`, by its index. A box that is closed otherwise answers the last one.
   virtual void AskChoice(QWidget* window, const QString& title, const QString& text,
                          const QStringList& choices,
@@ -69,6 +72,8 @@ class WindowPrompts final : public Prompts {
            std::function<void(bool yes)> answered) override;
   void AskCarefully(QWidget* window, const QString& title, const QString& text,
                     std::function<void(bool yes)> answered) override;
+  void AskFor(const QObject* asker, QWidget* window, const QString& title, const QString& text,
+              std::function<void(bool yes)> answered) override;
   void AskChoice(QWidget* window, const QString& title, const QString& text,
                  const QStringList& choices,
                  std::function<void(qsizetype chosen)> answered) override;

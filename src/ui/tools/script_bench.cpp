@@ -93,7 +93,7 @@ void ScriptBench::Run(bool only_line) {
   if (runner_->IsRunning() || place.line >= place.lines.size()) {
     return;
   }
-  if (context_.job_flags.is_running) {
+  if (context_.job_flags.IsRunning()) {
     prompts_.Tell(window(), Text(message::kJobRunsAlready));
     return;
   }

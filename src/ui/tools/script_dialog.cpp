@@ -83,7 +83,7 @@ void ScriptDialog::ShowTitle() {
 }
 
 void ScriptDialog::ShowBench(bool shown) {
-  if (shown && context_.job_flags.is_running) {
+  if (shown && context_.job_flags.IsRunning()) {
     ui_->bench_button->setChecked(false);
     prompts_.Tell(this, Text(message::kJobRunsAlready));
     return;
