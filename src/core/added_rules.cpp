@@ -29,8 +29,43 @@ QString RowTexts::Of(const PageRow& row) {
   return compared.Text();
 }
 
+void AddedRules::NoteEntering(const PortEntry& entry, const RuleVerdict& before) {
+  const bool can_be_new =
+      before.state == RuleState::kMissing || before.state == RuleState::kDifferent;
+  if (rows_before_ && can_be_new) {
+    unseen_.append({.entry = entry, .before = before});
+  }
+}
+
+void AddedRules::NoteNotEntered(const PortEntry& entry) {
+  if (!unseen_.isEmpty() && unseen_.last().entry == entry) {
+    unseen_.removeLast();
+  }
+}
+
+QList<PortEntry> AddedRules::Unseen() const {
+  QList<PortEntry> entries;
+  for (const UnseenRule& each : unseen_) {
+    entries.append(each.entry);
+  }
+  return entries;
+}
+
+// What this look does not show may be added by the user later.
+void AddedRules::TakeSeen(const PageRows& page) {
+  const QList<PortEntry> entries = Unseen();
+  const QList<RuleVerdict> verdicts = MatchRules(entries, page);
+  for (qsizetype i = 0; i < verdicts.size(); ++i) {
+    if (IsNew(unseen_.at(i).before, verdicts.at(i), page)) {
+      entries_.append(entries.at(i));
+    }
+  }
+  unseen_.clear();
+}
+
 // The rules that jobs have added stay the jobs' own.
 void AddedRules::NoteBefore(const PageRows& page) {
+  TakeSeen(page);
   QList<qsizetype> own;
   for (const RuleVerdict& verdict : MatchRules(entries_, page)) {
     own.append(verdict.rows);
@@ -47,6 +82,7 @@ void AddedRules::NoteBefore(const PageRows& page) {
 }
 
 void AddedRules::NoteAfter(const PageRows& page) {
+  TakeSeen(page);
   RowTexts texts;
   for (const PageRow& row : page.rows) {
     rows_after_.append(texts.Of(row));

@@ -25,18 +25,25 @@ class RowTexts final {
 };
 
 // The rules that jobs added to one router, and the rows that its page showed before them. What was
-// there before, or may have been, is never counted as added.
+// there before, or may have been, is never counted as added. A rule counts when the page shows it:
+// those of a job that was cut short at the next look, whoever takes it.
 class AddedRules final {
  public:
   // What the page shows before and after a job.
   void NoteBefore(const PageRows& page);
   void NoteAfter(const PageRows& page);
 
-  // Whether a job that has entered the rule added it. `before` and `after` are the verdicts on the
+  // A job works on the router's pages for this rule. `before` is the verdict on it before the job.
+  void NoteEntering(const PortEntry& entry, const RuleVerdict& before);
+  // The pass found that the router has the rule already.
+  void NoteNotEntered(const PortEntry& entry);
+  // Rules that may have been added since the last look.
+  QList<PortEntry> Unseen() const;
+
+  // Whether a job that was entering the rule added it. `before` and `after` are the verdicts on the
   // rule before and after the job, `now` is the page after it.
   bool IsNew(const RuleVerdict& before, const RuleVerdict& after, const PageRows& now) const;
 
-  void Add(const PortEntry& entry) { entries_.append(entry); }
   void Remove(const PortEntry& entry) { entries_.removeAll(entry); }
   // The oldest first.
   const QList<PortEntry>& Entries() const { return entries_; }
@@ -52,7 +59,15 @@ class AddedRules final {
   RuleVerdict AfterRemoval(const RuleVerdict& verdict, const PageRows& page) const;
 
  private:
+  struct UnseenRule {
+    PortEntry entry;
+    RuleVerdict before;
+  };
+
+  void TakeSeen(const PageRows& page);
+
   QList<PortEntry> entries_;
+  QList<UnseenRule> unseen_;                // that jobs were entering
   std::optional<QStringList> rows_before_;  // nothing: no page has been read
   QStringList rows_after_;
 };

@@ -105,6 +105,9 @@ Task<QJsonValue> CommandCall::AskOnce(PageCall call) const {
   call.frame = run.frame_number;
   run.inputs += call.kind == PageCallKind::kInput || call.kind == PageCallKind::kChoice ? 1 : 0;
   const bool was_settled = std::exchange(run.is_settled, false);
+  if (call.IsUserAction()) {
+    env.note_action();
+  }
   PageHost* const host = env.browser();
   OneShot<PageAnswer> answer;
   host->Call(call, answer.Callback());
@@ -128,11 +131,13 @@ void CommandCall::NoteComplaints(const QString& state,
 
 void CommandCall::SendKeys(const QString& keys) const {
   run.is_settled = false;
+  env.note_action();
   env.browser()->SendKeys(keys);
 }
 
 Task<QString> CommandCall::RunInPage(QString code) const {
   run.is_settled = false;
+  env.note_action();
   PageHost* const host = env.browser();
   OneShot<QString> ran;
   host->RunInPage({.code = code, .entry = EntryOfScript(run.given)}, ran.Callback());

@@ -127,16 +127,21 @@ QString MakeAddress(CommandCall& call) {
   return run.given.http_type + path;
 }
 
+// Some routers take a rule as parts of an address.
+void NoteSentValues(CommandCall& call, const QString& address) {
+  if (address.contains(QLatin1Char('?'))) {
+    call.env.note_action();
+    call.run.inputs += address.contains(call.run.given.entry_start_port) ? 1 : 0;
+  }
+}
+
 FlowResult Nav(CommandCall& call) {
   const QString address = MakeAddress(call);
   if (const auto end = co_await call.LeavePage()) {
     co_return end;
   }
   const quint64 mark = call.MarkPage();
-  // Some routers take a rule as parts of an address.
-  call.run.inputs +=
-      address.contains(QLatin1Char('?')) && address.contains(call.run.given.entry_start_port) ? 1
-                                                                                              : 0;
+  NoteSentValues(call, address);
   call.env.browser()->Navigate2(address, call.run.frame_name);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {
     co_return end;
@@ -179,6 +184,7 @@ FlowResult NavLink(CommandCall& call) {
     co_return end;
   }
   const quint64 mark = call.MarkPage();
+  NoteSentValues(call, call.run.url);
   call.env.browser()->Navigate2(call.run.url, call.run.frame_name);
   if (const auto end = co_await call.AwaitPage(mark, ErrorBlock::kAddressWithPageError)) {
     co_return end;

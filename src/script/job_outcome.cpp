@@ -57,6 +57,11 @@ QStringList JobOutcome::ToCheck() const {
                [](const EntryResult& result) { return result.state == EntryState::kToCheck; });
 }
 
+QStringList JobOutcome::Unclear() const {
+  return Names(results.first(std::min<qsizetype>(entries, results.size())),
+               [](const EntryResult& result) { return result.IsUnclear(); });
+}
+
 QStringList JobOutcome::MaybeOld() const {
   return Names(results, [](const EntryResult& result) {
     return result.state == EntryState::kOnRouter && !result.existed && !result.is_new;

@@ -35,6 +35,8 @@ struct JobOutcome {
   QList<qsizetype> PlacesToTryAgain() const;
   // Names of the entries that are to be checked on the router.
   QStringList ToCheck() const;
+  // Names of the entries that were entered, or begun, and of which the router's page says nothing.
+  QStringList Unclear() const;
   // Names of the entries that are on the router, and may have been there before the job: they are
   // not taken back.
   QStringList MaybeOld() const;

@@ -3,6 +3,8 @@
 
 #include "script/job_record.h"
 
+#include <utility>
+
 namespace quayline {
 
 void JobRecord::Begin(JobKind kind, QList<PortEntry> rows) {
@@ -57,9 +59,24 @@ void JobRecord::NotePass(int row) {
   }
 }
 
+void JobRecord::NoteAction() {
+  if (outcome_.kind != JobKind::kUpdate || outcome_.entries == 0) {
+    return;
+  }
+  Turn& turn = turns_[outcome_.entries - 1];
+  if (!std::exchange(turn.has_acted, true)) {
+    added_.NoteEntering(Row(outcome_.entries), turn.before);
+  }
+}
+
 void JobRecord::NotePassEnd(int row, PassEnd end, const QStringList& doubts) {
-  turns_[row - 1].end = end;
   turns_[row - 1].doubts = doubts;
+  if (end == PassEnd::kDone) {
+    NoteAction();  // a script that only opens addresses may have sent the rule with one
+  }
+  if (end == PassEnd::kExisted && std::exchange(turns_[row - 1].has_acted, false)) {
+    added_.NoteNotEntered(Row(row));
+  }
   outcome_.entries_failed += end == PassEnd::kFailed ? 1 : 0;
   outcome_.stopped = outcome_.stopped || end == PassEnd::kStopped;
   if (journal_) {
@@ -108,7 +125,7 @@ QList<EntryResult> JobRecord::ResultsOf(const QList<RuleVerdict>& verdicts,
     const RuleVerdict verdict = verdicts.value(row);
     const bool existed = turn.before.state == RuleState::kOnRouter;
     results.append(ResultOf(rows_.at(row), verdict, existed, turn.doubts));
-    results.last().is_new = turn.end == PassEnd::kDone && added_.IsNew(turn.before, verdict, page);
+    results.last().is_new = turn.has_acted && added_.IsNew(turn.before, verdict, page);
   }
   return results;
 }
@@ -131,8 +148,6 @@ void JobRecord::NoteAdded(const PageRows& page) {
   for (const EntryResult& result : std::as_const(outcome_.results)) {
     if (outcome_.kind == JobKind::kTakeBack && result.state == EntryState::kMissing) {
       added_.Remove(result.entry);
-    } else if (result.is_new) {
-      added_.Add(result.entry);
     }
   }
 }

@@ -41,6 +41,8 @@ class JobRecord final {
 
   void NoteLog(const QString& text);
   void NotePass(int row);
+  // The pass of the row whose turn it is works on the router's pages.
+  void NoteAction();
   void NotePassEnd(int row, PassEnd end, const QStringList& doubts);
   // What the page shows of each row before the passes, and after them. No verdicts: the page was
   // not read.
@@ -61,8 +63,8 @@ class JobRecord final {
     int number = 0;
     RuleVerdict before;
     QStringList doubts;
-    std::optional<PassEnd> end;  // of its pass
-    bool was_entered = false;    // by any job before this one
+    bool has_acted = false;    // its pass worked on the router's pages
+    bool was_entered = false;  // by any job before this one
   };
 
   QList<EntryResult> ResultsOf(const QList<RuleVerdict>& verdicts, const PageRows& page) const;

@@ -97,6 +97,8 @@ void JobRunner::Check() {
   StartRun(CheckRows());
 }
 
+void JobRunner::LookForAdded() { StartRun(LookAtUnseen()); }
+
 void JobRunner::TakeBack() {
   record_.Begin(JobKind::kTakeBack, QList<PortEntry>(Added().crbegin(), Added().crend()));
   Q_EMIT begun();
@@ -109,6 +111,13 @@ Task<> JobRunner::CheckRows() {
   outcome.stopped = context_.job_flags.JobStopRequested();
   outcome.entries_failed = verdicts.isEmpty() ? record_.RowCount() : 0;
   record_.NoteAfter(verdicts, page_);
+}
+
+Task<> JobRunner::LookAtUnseen() {
+  const QList<RuleVerdict> verdicts = co_await Look();
+  if (!verdicts.isEmpty()) {
+    record_.NoteAfter(verdicts, page_);
+  }
 }
 
 Task<> JobRunner::RunRows() {

@@ -37,6 +37,9 @@ class JobRunner final : public ScriptRunner {
   // After a new Open(): as Run(), for the entries of ToTryAgain(). One that the router shows by now
   // is not entered, nor one that was entered before and may be there.
   void RunAgain();
+  // After a new Open(): looks which of UnseenRules() the router has, and changes nothing. The
+  // outcome of the job before gets what was seen.
+  void LookForAdded();
   // After a new Open(): runs the script that removes a rule for each of Added(), the newest first,
   // and reads the router's rules before each and at the end. A row that was there before the jobs
   // is not touched.
@@ -52,6 +55,9 @@ class JobRunner final : public ScriptRunner {
   // The rules that jobs of this runner added and that are still there, the oldest first. Nothing
   // counts that the router may have had before, or that was not seen there afterwards.
   const QList<PortEntry>& Added() const { return record_.Added().Entries(); }
+  // Rules that a job was entering when it was stopped or failed, or that could not be looked up
+  // after it: whether it added them is not known until the next look.
+  QList<PortEntry> UnseenRules() const { return record_.Added().Unseen(); }
   bool HasRemoveScript() const { return !Router().remove_script.isEmpty(); }
 
   // The entries of the job, as they were when it began.
@@ -68,6 +74,7 @@ class JobRunner final : public ScriptRunner {
 
  protected:
   void CountError() override;
+  void NoteAction() override { record_.NoteAction(); }
   bool LogsPages() const override { return ScriptRunner::LogsPages() && !is_looking_; }
 
  private:
@@ -76,6 +83,7 @@ class JobRunner final : public ScriptRunner {
   Task<> RunRows();
   Task<> EnterRows();
   Task<> CheckRows();
+  Task<> LookAtUnseen();
   Task<> TakeBackRows();
   Task<> TakeBackRow(int row);
   Task<RuleVerdict> LookAtRow(int row);

@@ -31,6 +31,8 @@ struct RunEnvironment {
   std::function<void(const QString&)> show_status;
   // Reports that line `step` (from 1) of `steps` begins.
   std::function<void(int step, int steps)> show_step = [](int, int) {};
+  // Reports that the run works on a page: what it does may change something on the router.
+  std::function<void()> note_action = [] {};
   // How many steps have not found what they were for. Counted up by the run.
   int steps_not_found = 0;
   // Error texts that pages showed in reply to the run, in the words of the page. Added by the run.

@@ -105,6 +105,9 @@ class ScriptRunner : public QObject, public PageQuestions {
   // A navigation failed during the run: decides what that costs beside the page's error.
   virtual void CountError() = 0;
 
+  // The run works on a page.
+  virtual void NoteAction() {}
+
   // Whether what pages report belongs in the log.
   virtual bool LogsPages() const { return running_; }
 

@@ -29,6 +29,9 @@ class TakeBackTest : public RunnerTest<JobRunner> {
       if (!changed_.isEmpty()) {
         rules_.removeAll(changed_);
       }
+      if (after_save_) {
+        after_save_();
+      }
     });
     pages_.On({"ClickInRow"}, [this](FakePageHost&) {
       const auto clicked = std::ranges::find_if(rules_, [this](const QString& rule) {
@@ -72,19 +75,21 @@ class TakeBackTest : public RunnerTest<JobRunner> {
     runner_->TakeBack();
     ASSERT_TRUE(Ends());
   }
-  QString AddedNames() const {
+  static QString Names(const QList<PortEntry>& entries) {
     QStringList names;
-    for (const PortEntry& entry : runner_->Added()) {
+    for (const PortEntry& entry : entries) {
       names.append(entry.app_name);
     }
     return names.join(u' ');
   }
+  QString AddedNames() const { return Names(runner_->Added()); }
   EntryState StateOfFirst() const { return runner_->Outcome().results.value(0).state; }
 
   const QString web_ = u"Web | 80-90 | 10.0.0.5 | TCP"_s;
   QStringList rules_{u"Mail | 25 | 10.0.0.5 | TCP"_s};
   QStringList saved_{web_};
   QString changed_;  // a rule that a save replaces
+  std::function<void()> after_save_;
 };
 
 TEST_F(TakeBackTest, OnlyRulesThatTheJobSurelyAddedAreOffered) {
@@ -121,7 +126,13 @@ TEST_F(TakeBackTest, OnlyRulesThatTheJobSurelyAddedAreOffered) {
        nullptr,
        "",
        "Web"},
-      {"a pass that failed", {}, {web_}, {}, "nav http://192.168.1.1/saved", "", "Web"},
+      {"a pass that failed after its save",
+       {},
+       {web_},
+       {},
+       "nav http://192.168.1.1/saved",
+       "Web",
+       ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.fault);
@@ -371,6 +382,88 @@ TEST_F(TakeBackTest, AStopDuringALookIsAStopAndForgetsNothing) {
   runner_->RunAgain();
   ASSERT_TRUE(Ends());
   EXPECT_FALSE(pages_.calls.contains(u"ClickButton(Save)"_s)) << "it is entered twice";
+}
+
+TEST_F(TakeBackTest, WhatAJobAddedThatWasCutShortIsTakenBackOnceItIsSeen) {
+  const QString ftp = u"Ftp | 21 | 10.0.0.5 | TCP"_s;
+  const auto stop = [this] { runner_->Stop(); };
+  const auto fail = [this, ftp] {
+    Break("nav http://192.168.1.1/saved");
+    saved_ = {ftp};
+  };
+  const struct {
+    const char* fault;
+    std::function<void()> after_save;
+    Texts script;
+    QStringList saved;
+    bool can_look;
+    const char* unseen;
+    const char* added;
+    const char* unseen_later;
+  } cases[] = {
+      {"a saved rule is forgotten", stop, {}, {web_}, true, "Web", "Web", ""},
+      {"a rule that is not there", stop, {}, {}, true, "Web", "", ""},
+      {"a rule that was not seen", stop, {}, {web_}, false, "Web", "", "Web"},
+      {"a pass that did nothing",
+       {},
+       {"timeout(\"0\")", "click_button(\"Save\")"},
+       {web_},
+       true,
+       "",
+       "",
+       ""},
+      {"failed pages", fail, {}, {web_}, true, "Web Ftp", "Web Ftp", ""},
+  };
+  PortEntry second = WebEntry(u"Ftp"_s);
+  second.start_port = second.end_port = u"21"_s;
+  SetRows({WebEntry(u"Web"_s), second});
+  const QStringList usual = context_.session.update_script;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.fault);
+    rules_ = {u"Mail | 25 | 10.0.0.5 | TCP"_s};
+    saved_ = c.saved;
+    after_save_ = c.after_save;
+    context_.session.update_script = c.script.empty() ? usual : Lines(c.script);
+    context_.session.view_script = Lines({"nav(\"rules\")"});
+    NextRunner();
+    runner_->Open();
+    runner_->Run();
+    if (!c.after_save) {
+      ASSERT_TRUE(RunUntil([this] { return Count("timeout") > 0; }));
+      rules_.append(web_);  // by somebody else
+      runner_->Stop();
+    }
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(AddedNames(), QString()) << "nothing was seen";
+    EXPECT_EQ(Names(runner_->UnseenRules()), QLatin1String(c.unseen));
+    if (!c.can_look) {
+      context_.session.view_script = Lines({"nav(\"broken\")"});
+      Break("nav http://192.168.1.1/broken");
+    }
+    runner_->Open();
+    runner_->LookForAdded();
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(AddedNames(), QLatin1String(c.added));
+    EXPECT_EQ(Names(runner_->UnseenRules()), QLatin1String(c.unseen_later));
+    if (*c.added != '\0') {
+      TakeBack();
+      EXPECT_EQ(rules_, QStringList{u"Mail | 25 | 10.0.0.5 | TCP"_s});
+    }
+  }
+}
+
+TEST_F(TakeBackTest, TheNextJobTakesOverWhatTheOneBeforeHadNoTimeToSee) {
+  after_save_ = [this] { runner_->Leave(); };  // as a window that closes
+  runner_->Open();
+  runner_->Run();
+  ASSERT_TRUE(RunUntil([this] { return rules_.contains(web_) && !runner_->IsRunning(); }));
+  after_save_ = {};
+  saved_.clear();
+  const std::unique_ptr<JobRunner> former = std::move(runner_);
+  NextRunner();
+  runner_->TakeOverRules(*former);
+  RunJob();
+  EXPECT_EQ(AddedNames(), u"Web"_s) << "it counts as the user's from now on";
 }
 
 TEST_F(TakeBackTest, TheNextWindowsJobsTakeBackTheRulesOfTheFormerOnTheSameRouter) {

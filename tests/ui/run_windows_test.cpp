@@ -195,6 +195,60 @@ TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
   EXPECT_EQ(model->index(0, EntryStates::kReason).data(), QString());
 }
 
+TEST_F(RunWindowTest, OfAJobThatWasStoppedWhatItAddedIsLookedUpAndTakenBack) {
+  context_->job_options.verify_after_update = true;
+  context_->session.update_script = {u"click_button(\"Save\")"_s, u"nav(\"never\")"_s};
+  context_->session.remove_script = {u"click_in_entry_row(\"button,\")"_s};
+  const QStringList mail{u"Mail"_s, u"TCP"_s, u"25"_s, u"1.1.1.5"_s};
+  const struct {
+    QList<QStringList> saved;  // by a router that has the rules of others in `mail`
+    bool is_readable;
+    const char* says;
+  } cases[] = {
+      {{{u"A"_s, u"TCP"_s, u"5"_s, u"1.1.1.5"_s}}, true, "A (TCP 5)\n\nRules that were there"},
+      {{}, true, "shows no rule that this job added"},
+      {{{u"A"_s, u"TCP"_s, u"5"_s, u"1.1.1.5"_s}}, false, "not known which of these"},
+      {{{u"A"_s, u"TCP"_s, u"five"_s, u"1.1.1.5"_s}}, true, "does not show whether these"},
+  };
+  for (const auto& c : cases) {
+    QList<QStringList> rules{mail};
+    asked_ = [&](FakePage& page, const PageCall& call) {
+      if (call.operation == u"ClickButton"_s) {
+        rules += c.saved;
+        page.hangs = true;
+      } else if (call.operation == u"ClickInRow"_s) {
+        rules.removeLast();
+      }
+      page.rows = RuleTable(rules);
+    };
+    context_->session.view_script = {u"nav(\"rules\")"_s};
+    OpenJob();
+    ASSERT_TRUE(ComesToSay("log_edit", "nav(\"never\")"));
+    Click("stop_button");
+    ASSERT_TRUE(RunUntil([this] { return Find("take_back_button")->isVisible(); }));
+    EXPECT_THAT(TextOf("headline_label"), StartsWith("Stopped before the end"));
+    page_->Arrive();
+    prompts_.shown.clear();
+    hangs_ = false;
+    context_->session.view_script =
+        c.is_readable ? QStringList{u"nav(\"rules\")"_s} : QStringList();
+    context_->session.update_script = {};
+    Click("take_back_button");
+    ASSERT_TRUE(RunUntil([this] { return !prompts_.shown.empty(); }));
+    EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr(c.says)));
+    EXPECT_THAT(TextOf("headline_label"), StartsWith("Stopped before the end"));
+    context_->session.update_script = {u"click_button(\"Save\")"_s, u"nav(\"never\")"_s};
+    const bool can_take_back = !c.saved.isEmpty() && prompts_.shown.front().starts_with("Careful");
+    EXPECT_EQ(Find("take_back_button")->isVisible(), can_take_back || !c.is_readable);
+    if (can_take_back) {
+      prompts_.answers = {true};
+      Click("take_back_button");
+      ASSERT_TRUE(ComesToSay("headline_label", "1 of 1 rules were removed"));
+      EXPECT_EQ(rules, QList<QStringList>{mail});
+    }
+  }
+}
+
 TEST_F(RunWindowTest, DetailsAreClosedAtFirstAndThePageIsNeverHidden) {
   hangs_ = true;
   OpenJob();
@@ -382,10 +436,16 @@ TEST_P(EachRunWindowTest, WhoeverClosesTheWindowOfARunIsAsked) {
   page_->Arrive();
   ASSERT_TRUE(ComesToItsEnd());
 
-  hangs_ = false;
-  prompts_.shown.clear();
   Open();
+  ASSERT_TRUE(ComesToSay("log_edit", "Step 01"));
+  prompts_.leaves_open = true;
+  Click("close_button");
+  page_->hangs = false;
+  page_->Arrive();
   ASSERT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
+  EXPECT_FALSE(prompts_.IsOpen());
+  EXPECT_TRUE(window_->isVisible()) << "the user has not agreed";
+  prompts_.shown.clear();
   QTest::keyClick(window_, Qt::Key_Escape);
   EXPECT_TRUE(ComesToItsEnd());
   EXPECT_THAT(prompts_.shown, IsEmpty());
@@ -663,6 +723,37 @@ TEST_F(RunWindowTest, ASecondBoxOfAWindowWaitsForTheFirstOne) {
   EXPECT_TRUE(RunUntil([&] { return answers == "no no "; })) << answers;
   boxes.Tell(window_, u"later"_s);
   EXPECT_EQ(shown(), "later;");
+}
+
+TEST_F(RunWindowTest, AQuestionGoesAwayWithItsAskerAndEnterAnswersNo) {
+  WindowPrompts boxes(context_->translator);
+  window_ = new QWidget;
+  window_->show();
+  std::string answers;
+  const auto ask = [&](const QObject* asker) {
+    boxes.AskFor(asker, window_, {}, u"?"_s, [&](bool yes) { answers += yes ? "yes " : "no "; });
+  };
+  const auto open_box = [this]() -> QMessageBox* {
+    const auto boxes_there = window_->findChildren<QMessageBox*>();
+    const auto found = std::ranges::find_if(boxes_there, &QWidget::isVisible);
+    return found != boxes_there.end() ? *found : nullptr;
+  };
+  const auto is_open = [&] { return open_box() != nullptr; };
+  auto asker = std::make_unique<QObject>();
+  ask(asker.get());
+  EXPECT_TRUE(is_open());
+  asker = std::make_unique<QObject>();
+  EXPECT_FALSE(is_open());
+  boxes.Tell(window_, u"first"_s);
+  ask(asker.get());
+  asker.reset();
+  boxes.CloseBoxes(window_);
+  EXPECT_FALSE(RunUntil(is_open, std::chrono::milliseconds(50))) << "one that had to wait";
+  asker = std::make_unique<QObject>();
+  ask(asker.get());
+  ASSERT_TRUE(is_open());
+  QTest::keyClick(open_box(), Qt::Key_Return);
+  EXPECT_TRUE(RunUntil([&] { return answers == "no "; })) << answers;
 }
 
 TEST_P(EachRunWindowTest, ErrorsAndStatesAreListedWithoutRepeatingAndTheNoticeHoldsNothing) {

@@ -23,9 +23,21 @@ class FollowUpJobs final : public QObject {
   bool CanTryAgain() const;
   void TryAgain();
   // Asks, and removes the rules that the jobs added; where the router has no script for that, shows
-  // which they are and asks for the router's page.
-  bool CanTakeBack() const { return !runner_.Added().isEmpty(); }
-  void AskToTakeBack();
+  // which they are and asks for the router's page. After a job that was cut short it is looked up
+  // first which they are.
+  bool CanTakeBack() const {
+    return !runner_.Added().isEmpty() || !runner_.UnseenRules().isEmpty();
+  }
+  void TakeBack();
+
+  // To be called when a run has ended, before and after its end is shown. The second one asks what
+  // the look was for, if the run was one.
+  void NoteEnd();
+  void GoOn();
+  // Whether the run that ended was only a look at what the job before it added.
+  bool HasLooked() const { return has_looked_; }
+  // Whether the user stopped the last job.
+  bool WasStopped() const { return was_stopped_; }
 
  Q_SIGNALS:
   // A job is about to begin: the receiver opens the runner again.
@@ -34,7 +46,11 @@ class FollowUpJobs final : public QObject {
   void routerPageWanted();
 
  private:
-  void TakeBack();
+  void AskToTakeBack();
+  void ReportNothingToTakeBack();
+  void RemoveRules();
+  // What is said of the rules beside those that can be taken back.
+  QString OtherRules() const;
   // Whether another job can begin now, on the router of this window. If not, the user is shown why.
   bool CanBegin();
   QString Text(const Message& message) const { return context_.translator.Text(message); }
@@ -43,6 +59,9 @@ class FollowUpJobs final : public QObject {
   Prompts& prompts_;
   JobRunner& runner_;
   QWidget& window_;
+  bool is_looking_ = false;
+  bool has_looked_ = false;
+  bool was_stopped_ = false;
 };
 
 }  // namespace quayline

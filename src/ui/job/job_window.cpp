@@ -108,7 +108,7 @@ void JobWindow::ConnectButtons() {
           [this] { Q_EMIT firewallWanted(looks_.Blocked()); });
   connect(&looks_, &JobLooks::firewallShown, this,
           [this] { ui_->firewall_button->setVisible(!looks_.Blocked().isEmpty()); });
-  connect(ui_->take_back_button, &QPushButton::clicked, follow_ups_, &FollowUpJobs::AskToTakeBack);
+  connect(ui_->take_back_button, &QPushButton::clicked, follow_ups_, &FollowUpJobs::TakeBack);
   connect(follow_ups_, &FollowUpJobs::beginning, this, &JobWindow::OpenAgain);
   connect(follow_ups_, &FollowUpJobs::routerPageWanted, this, &JobWindow::routerPageWanted);
   connect(ui_->report_button, &QPushButton::clicked, this, &JobWindow::SaveReport);
@@ -170,6 +170,7 @@ void JobWindow::Stop() {
 
 void JobWindow::ShowEnd() {
   const JobOutcome& outcome = runner_->Outcome();
+  follow_ups_->NoteEnd();
   const bool has_checked =
       outcome.kind == JobKind::kCheck && !outcome.stopped && !outcome.results.isEmpty();
   looks_.Note(*runner_);
@@ -185,14 +186,17 @@ void JobWindow::ShowEnd() {
   ui_->take_back_button->setVisible(follow_ups_->CanTakeBack());
   ui_->test_button->setVisible(!outcome.results.isEmpty());
   ui_->report_button->show();
-  NotifyOfEnd();
+  if (!follow_ups_->HasLooked()) {
+    NotifyOfEnd();
+  }
   if (outcome.kind != JobKind::kTakeBack) {
     looks_.LookAtFirewall();
   }
+  follow_ups_->GoOn();
 }
 
 void JobWindow::ShowOutcome() {
-  ui_->headline_label->setText(OutcomeText(runner_->Outcome(), runner_->StoppedByUser(),
+  ui_->headline_label->setText(OutcomeText(runner_->Outcome(), follow_ups_->WasStopped(),
                                            context_.job_options.verify_after_update, entry_states_,
                                            context_.translator));
 }

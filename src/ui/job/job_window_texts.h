@@ -47,6 +47,16 @@ inline constexpr Message kTakeBackQuestion{
 inline constexpr Message kDoContinue{"Do you want to continue?"};
 inline constexpr Message kMaybeOld{
     "It is not certain whether this job added these, so they stay as well: %1."};
+inline constexpr Message kMaybeAdded{
+    "Your router's page does not show whether these are there, so nothing is done about them: %1."};
+inline constexpr Message kLookedLate{
+    "This is what your router shows now, some time after the job. If you have added one of these "
+    "rules yourself since then, it is removed as well."};
+inline constexpr Message kNothingToTakeBack{
+    "Your router shows no rule that this job added, so there is nothing to take back."};
+inline constexpr Message kCannotSeeAdded{
+    "The page with your router's rules could not be read, so it is not known which of these rules "
+    "this job added:\n\n%1\n\nPlease try again, or look at the router's page."};
 inline constexpr Message kTakeBackByHand{
     "Quayline cannot remove rules from a router of this model. Please remove these on its page, "
     "which opens now:\n\n%1"};
