@@ -106,7 +106,8 @@ std::expected<std::unique_ptr<TryRun>, CliError> TryRun::Prepare(const TryArgume
     return Failure(CliExit::kRefused, verdict.message);
   }
   context.port_list.SetEntries(std::move(entries));
-  // A script that waits for words which never appear would wait forever: no user is there to stop it.
+  // A script that waits for words which never appear would wait forever: no user is there to stop
+  // it.
   constexpr int kLongestTrial = 300;
   UpdateArguments update;
   update.is_trial = true;
@@ -168,6 +169,15 @@ int TryRun::JudgeEntered(int exit_status) {
   const QList<EntryResult>& results = run_->Outcome().results;
   const bool is_seen = std::ranges::all_of(
       results, [](const EntryResult& result) { return result.state == EntryState::kOnRouter; });
+  const bool is_taken =
+      DifferencesFrom(context_.port_list.Entries(), router_->FirstRules(), router_->KeptRules())
+          .isEmpty();
+  if (judged == static_cast<int>(CliExit::kNotAsWanted) && is_taken && !is_seen) {
+    WriteLines(
+        u"The router has taken every rule, but its page does not show them. A page that was saved "
+        "shows for ever what it showed then: write {{each rules}} into its list, as \"Writing a "
+        "router script\" describes.\n"_s);
+  }
   if (judged != static_cast<int>(CliExit::kDone)) {
     return judged;
   }

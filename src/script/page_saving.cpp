@@ -119,7 +119,8 @@ class PartsOfPage final {
       return;
     }
     size_ += bytes.size();
-    const QString name = FileNameOf(part.address.path()) + (part.is_script ? u".txt"_s : QString());
+    const QString name = FileNameOf(CleanedPage(part.address.path(), secrets_)) +
+                         (part.is_script ? u".txt"_s : QString());
     if (!part.is_script && !IsText(type)) {
       files_.insert(name, bytes);
       return;

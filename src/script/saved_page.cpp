@@ -67,8 +67,9 @@ QString WithoutAddresses(const QString& text) {
 
 // How fields and variables are called that hold what is secret, or tell who the owner is.
 constexpr char16_t kSecretNames[] =
-    u"(?:pass(?:word|wd|phrase|key)?|pwd|psk|wpa|wep|secret|token|csrf|nonce|session|serial|imei|"
-    u"imsi|"
+    u"(?:pass(?:word|wd|phrase|key)?|pwd|psk|wpa|wep|secret|token|stok|[cx]srf|nonce|sess(?:ion|id)"
+    u"|"
+    u"(?<![a-z])sid(?![a-z])|cookie|credential|serial|imei|imsi|"
     "iccid|pin|ssid|ppp\\w*user|e?mail|ddns|"
     "(?:private|public|pre_?shared|shared|network|wlan|wifi|auth|encrypt\\w*)[-_]?key)\\w*";
 
@@ -84,10 +85,19 @@ QString WithoutKeys(QString text) {
   static const QRegularExpression kElement = SecretPattern(u"(<\\w*"_s, u">)[^<]{1,200}(?=</)"_s);
   static const QRegularExpression kArgument =
       SecretPattern(u"([?&](?:amp;)?\\w*"_s, u"=)[^&\"'\\s<>]{1,200}"_s);
+  static const QRegularExpression kInPath =
+      SecretPattern(u"(;\\w*"_s, u"=)[^/&?;\"'\\s<>]{1,200}"_s);
+  static const QRegularExpression kNumber(
+      u"((?<![a-z])(?:wps_?)?(?:pin|psk|pass(?:word|wd)?|serial)(?:_?(?:code|no|number))?"
+      u"\\\\?[\"']?\\s*[:=]\\s*)\\d{4,}"_s,
+      kAnyCase);
   text = Replaced(text, kQuoted, [](const QRegularExpressionMatch& match) {
     return match.captured(1) + match.captured(2) + u"removed"_s + match.captured(2);
   });
   text.replace(kElement, u"\\1removed"_s);
+  text.replace(kInPath, u"\\1removed"_s);
+  text = Replaced(text, kNumber,
+                  [](const QRegularExpressionMatch& match) { return match.captured(1) + u'0'; });
   return text.replace(kArgument, u"\\1removed"_s);
 }
 
@@ -101,10 +111,38 @@ QString WithoutSecretValues(QString markup) {
   static const QRegularExpression kArea = SecretPattern(
       u"(<textarea\\b[^>]*(?:name|id)\\s*=\\s*[\"']?[^\"'\\s>]*"_s, u"[^>]*>)[^<]*"_s);
   markup.replace(kArea, u"\\1removed"_s);
+  // A hidden value that looks drawn by lot is the session's, whatever its name.
+  static const QRegularExpression kIsDrawn(
+      u"(?=.*type\\s*=\\s*[\"']?hidden).*\\bvalue\\s*=\\s*[\"']?"
+      u"(?=(?:[^\\d\"']*\\d){3})(?=[^\"']*[a-z])[\\w+/=-]{16,}[\"'\\s>/]"_s,
+      kAnyCase | QRegularExpression::DotMatchesEverythingOption);
   return Replaced(markup, kField, [](const QRegularExpressionMatch& field) {
     QString tag = field.captured();
-    return tag.contains(kIsSecret) ? tag.replace(kValue, u"\\1\"removed\""_s) : tag;
+    return tag.contains(kIsSecret) || tag.contains(kIsDrawn)
+               ? tag.replace(kValue, u"\\1\"removed\""_s)
+               : tag;
   });
+}
+
+// What a page shows beside a word for a key: "<td>Wi-Fi key</td><td>...</td>", "Wi-Fi key: ...".
+// Captions of buttons and links stay, and so does what is short or has blanks.
+QString WithoutShownKeys(QString markup) {
+  const QString label =
+      u"(>[^<>]{0,40}(?:pass(?:word|wd|phrase|key)|\\bkey\\b|\\bpsk\\b|\\bpin\\b|serial|kennwort|"
+      u"passwort|schl(?:ü|&uuml;)ssel|mot de passe|contrase(?:ñ|&ntilde;)a|\\bclave\\b|\\bsenha\\b|"
+      u"\\bchave\\b|wachtwoord|sleutel|has(?:ł|&lstrok;)o|пароль|ключ|şifre|密码|密钥|パスワード)"
+      u"[^<>]{0,30}"_s;
+  const QString end =
+      u"[^\\s<>]{8,}(?=\\s*</(?:td|dd|span|div|b|strong|em|p|code|font|tt|li)\\b)"_s;
+  static const QRegularExpression kInNextCell(
+      label +
+          u"<(?:/?(?:td|dt|dd|tr|th|span|div|b|strong|em|p|br|code|label|font|tt)\\b[^>]*>[\\s:]*<)"
+          u"{1,5}(?:td|dd|span|div|b|strong|em|p|code|font|tt)\\b[^>]*>\\s*)"_s +
+          end,
+      kAnyCase);
+  static const QRegularExpression kInSameText(label + u"[:=]\\s*)"_s + end, kAnyCase);
+  markup.replace(kInNextCell, u"\\1removed"_s);
+  return markup.replace(kInSameText, u"\\1removed"_s);
 }
 
 QString WithoutLogin(QString text, const PageSecrets& secrets) {
@@ -115,7 +153,10 @@ QString WithoutLogin(QString text, const PageSecrets& secrets) {
   }
   const QString basic =
       QString::fromLatin1((secrets.username + u':' + secrets.password).toUtf8().toBase64());
-  for (const QString& secret : {secrets.password, secrets.password.toHtmlEscaped(), basic}) {
+  const QByteArray bytes = secrets.password.toUtf8();
+  for (const QString& secret :
+       {secrets.password, secrets.password.toHtmlEscaped(), basic,
+        QString::fromLatin1(bytes.toBase64()), QString::fromLatin1(bytes.toPercentEncoding())}) {
     if (secret.size() >= kShortest) {
       text.replace(secret, u"removed"_s);
     }
@@ -145,7 +186,7 @@ std::optional<QString> MemberOf(const PickedElement& field) {
   return std::nullopt;
 }
 
-QJsonObject RowFor(const QJsonObject& form, const QString& path) {
+QJsonObject RowFor(const QJsonObject& form, const QString& path, const PageSecrets& secrets) {
   QJsonObject rule;
   for (const auto& value : form.value("fields"_L1).toArray()) {
     const PickedElement field = PickedElement::From(value.toObject());
@@ -154,7 +195,7 @@ QJsonObject RowFor(const QJsonObject& form, const QString& path) {
       rule.insert(*member, u'$' + field.name);
     }
   }
-  const QString action = form.value("action"_L1).toString();
+  const QString action = CleanedPage(form.value("action"_L1).toString(), secrets);
   const QString verb = form.value("method"_L1).toString() == "post"_L1 ? u"POST "_s : u"GET "_s;
   QJsonObject row{{u"on"_s, verb + (action.startsWith(u'/') ? action : path)},
                   {u"answer"_s, QJsonObject{{u"redirect"_s, path}}}};
@@ -169,7 +210,7 @@ QJsonObject RowFor(const QJsonObject& form, const QString& path) {
 
 QString CleanedPage(QString markup, const PageSecrets& secrets) {
   return WithoutAddresses(
-      WithoutKeys(WithoutSecretValues(WithoutLogin(std::move(markup), secrets))));
+      WithoutKeys(WithoutShownKeys(WithoutSecretValues(WithoutLogin(std::move(markup), secrets)))));
 }
 
 QString FileNameOf(const QString& path) {
@@ -184,16 +225,47 @@ QString FileNameOf(const QString& path) {
   return parts.isEmpty() ? u"index.html"_s : parts.join(u'/');
 }
 
+namespace {
+
+// A frame may show another page than the one that its page began with.
+QString WithShownFrames(const QString& markup, const QJsonArray& frames) {
+  static const QRegularExpression kFrame(u"<i?frame\\b[^>]*>"_s, kAnyCase);
+  static const QRegularExpression kSource(u"\\ssrc=\"([^\"]*)\""_s, kAnyCase);
+  qsizetype next = 0;
+  return Replaced(markup, kFrame, [&frames, &next](const QRegularExpressionMatch& match) {
+    QString tag = match.captured();
+    const QJsonObject frame = frames.at(next).toObject();
+    QString written = frame["src"_L1].toString();
+    written.replace(u'&', "&amp;"_L1).replace(u'"', "&quot;"_L1);
+    const QRegularExpressionMatch source = kSource.match(tag);
+    if (source.captured(1) != written) {
+      return tag;  // a text of a script
+    }
+    ++next;
+    const QString path = frame["path"_L1].toString();
+    if (!path.isEmpty()) {
+      tag.remove(kSource);
+      tag.insert(tag.size() - 1, u" src=\""_s + path.toHtmlEscaped() + u'"');
+    }
+    return tag;
+  });
+}
+
+}  // namespace
+
 QMap<QString, QByteArray> SavedPage(const QJsonArray& documents, const PageSecrets& secrets) {
   QMap<QString, QByteArray> files;
   QJsonArray answers;
   for (const auto& value : documents) {
     const QJsonObject document = value.toObject();
-    const QString path = document.value("path"_L1).toString();
+    const QString path = CleanedPage(document.value("path"_L1).toString(), secrets);
     files.insert(FileNameOf(path),
-                 CleanedPage(document.value("markup"_L1).toString(), secrets).toUtf8());
+                 CleanedPage(WithShownFrames(document.value("markup"_L1).toString(),
+                                             document.value("frames"_L1).toArray()),
+                             secrets)
+                     .toUtf8());
     for (const auto& form : document.value("forms"_L1).toArray()) {
-      const QJsonObject row = RowFor(form.toObject(), path);
+      const QJsonObject row = RowFor(form.toObject(), path, secrets);
       if (row.value("on"_L1).toString().startsWith("POST"_L1)) {
         answers.append(row);
       }

@@ -83,8 +83,16 @@ std::optional<PageFolder::File> PageFolder::Find(const QString& path) const {
   if (!std::ranges::all_of(segments, IsPlainName) || name == "answers.json"_L1) {
     return std::nullopt;
   }
-  std::optional<File> file = Read(name);
-  return file ? file : Read(name + u".html"_s);
+  for (const QString& each : {name, name + u".html"_s}) {
+    if (std::optional<File> file = Read(each)) {
+      return file;
+    }
+  }
+  // The page was saved as the script had made it, and the script to be read.
+  if (Read(name + u".txt"_s)) {
+    return File{.name = name, .bytes = {}, .type = TypeOf(name).type, .is_text = true};
+  }
+  return std::nullopt;
 }
 
 std::optional<PageFolder::File> PageFolder::Read(const QString& name) const {

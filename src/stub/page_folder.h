@@ -31,7 +31,7 @@ class PageFolder final {
   bool TakeTheRestFrom(const QString& sibling);
 
   // The file for a path that begins with "/"; "/" at its end stands for "index.html", and ".html"
-  // may be left out.
+  // may be left out. A file that is there with ".txt" after its name only is empty.
   std::optional<File> Find(const QString& path) const;
 
  private:

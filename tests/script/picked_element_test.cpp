@@ -87,12 +87,41 @@ TEST(SavedPage, WhatBelongsToTheOwnerIsTakenOutAndThePageStaysWhole) {
       {"<KeyPassphrase>one</KeyPassphrase><Port>80</Port>",
        "<KeyPassphrase>removed</KeyPassphrase><Port>80</Port>"},
       {"'set.cgi?wlan_pwd=one&port=80'", "'set.cgi?wlan_pwd=removed&port=80'"},
+      {"<p>Tr%3Cee7 VHI8ZWU3</p>", "<p>removed removed</p>"},
+      {"<a href=\"rules.htm?a=1&amp;sid=9f1c\">side</a> \"residence=2\"",
+       "<a href=\"rules.htm?a=1&amp;sid=removed\">side</a> \"residence=2\""},
+      {"<form action=/cgi-bin/;stok=9f1c/admin>", "<form action=/cgi-bin/;stok=removed/admin>"},
+      {"document.cookie = 'SID=9f1c; path=/'", "document.cookie = 'removed'"},
+      {"wps_pin: 12345670, ping: 12345, start: 8080", "wps_pin: 0, ping: 12345, start: 8080"},
+      {"<input type=hidden name=_t value=\"9f1c04aa73bd55e1\">",
+       "<input type=hidden name=_t value=\"removed\">"},
+      {"<input type=hidden name=do value=\"AddPortForwardRule\">",
+       "<input type=hidden name=do value=\"AddPortForwardRule\">"},
+      {"<tr><td>Wi-Fi key:</td> <td><b>sunshine</b></td></tr>",
+       "<tr><td>Wi-Fi key:</td> <td><b>removed</b></td></tr>"},
+      {"<p>Security key: Ab1Cd2Ef3</p>", "<p>Security key: removed</p>"},
+      {"<dt>WLAN-Schlüssel</dt><dd>Ab1-Cd2-Ef3</dd>", "<dt>WLAN-Schlüssel</dt><dd>removed</dd>"},
+      {"<label>Password</label><button>ConnectNow</button><p>Keyboard</p><p>languages</p>",
+       "<label>Password</label><button>ConnectNow</button><p>Keyboard</p><p>languages</p>"},
       {"if (form.password.value == pwd) { check(pass, 1) }",
        "if (form.password.value == pwd) { check(pass, 1) }"},
   };
   for (const auto& [markup, cleaned] : cases) {
-    EXPECT_EQ(CleanedPage(QString::fromUtf8(markup), secrets), QLatin1String(cleaned));
+    EXPECT_EQ(CleanedPage(QString::fromUtf8(markup), secrets), QString::fromUtf8(cleaned));
   }
+}
+
+TEST(SavedPage, ItsFramesLeadToWhatTheyShowed) {
+  const char* const page = R"([{"path": "/", "frames": [
+       {"src": "menu.htm?a=1&b=2", "path": ""}, {"src": "status.htm", "path": "/fw/rules.htm"},
+       {"src": "", "path": "/help.htm"}],
+     "markup":
+       "<script>'<iframe src=\"x\">'</script><frame src=\"menu.htm?a=1&amp;b=2\"><frame name=\"m\" src=\"status.htm\"><iframe></iframe>"}])";
+  const QMap<QString, QByteArray> files =
+      SavedPage(QJsonDocument::fromJson(page).array(), PageSecrets());
+  EXPECT_EQ(files.value(u"index.html"_s),
+            "<script>'<iframe src=\"x\">'</script><frame src=\"menu.htm?a=1&amp;b=2\">"
+            "<frame name=\"m\" src=\"/fw/rules.htm\"><iframe src=\"/help.htm\"></iframe>");
 }
 
 TEST(SavedPage, IsAFolderThatScriptsCanBeTriedOn) {

@@ -22,8 +22,9 @@ TEST(PageFolder, ServesItsOwnFilesAndNoOther) {
   QTemporaryDir outside;
   const QString root = outside.filePath(u"pages"_s);
   ASSERT_TRUE(QDir().mkpath(root + u"/sub"_s));
-  for (const char* name : {"pages/index.html", "pages/sub/a b.asp", "pages/sub/x.js", "secret.txt",
-                           "pages/.hidden", "pages/answers.json", "pages/deep.html"}) {
+  for (const char* name :
+       {"pages/index.html", "pages/sub/a b.asp", "pages/sub/x.js", "secret.txt",
+        "pages/sub/y.js.txt", "pages/.hidden", "pages/answers.json", "pages/deep.html"}) {
     ASSERT_TRUE(testing::WriteBytes(outside.filePath(QLatin1String(name)), "text"));
   }
   ASSERT_TRUE(QFile::link(outside.filePath(u"secret.txt"_s), root + u"/link.txt"_s));
@@ -35,6 +36,8 @@ TEST(PageFolder, ServesItsOwnFilesAndNoOther) {
       {"/deep", "text/html; charset=utf-8"},
       {"/sub/a b.asp", "text/html; charset=utf-8"},
       {"/sub/x.js", "text/javascript; charset=utf-8"},
+      {"/sub/y.js", "text/javascript; charset=utf-8"},
+      {"/link", nullptr},
       {"/sub", nullptr},
       {"/sub/", nullptr},
       {"", nullptr},

@@ -62,7 +62,8 @@ TEST_F(WebTest, APageIsDescribedWithItsFramesAndForms) {
       "<iframe srcdoc='<p id=inner>in</p>'></iframe>");
   Settle();
   const QJsonArray documents = Ask(DescribePage()).toArray();
-  ASSERT_EQ(documents.size(), 2);
+  ASSERT_EQ(documents.size(), 1) << "a document without an address cannot be served";
+  EXPECT_EQ(documents[0]["frames"_L1].toArray().size(), 1);
   const QJsonObject form = documents[0]["forms"_L1][0].toObject();
   EXPECT_EQ(form["action"_L1], u"/apply.cgi"_s);
   EXPECT_EQ(form["method"_L1], u"post"_s);
@@ -77,7 +78,6 @@ TEST_F(WebTest, APageIsDescribedWithItsFramesAndForms) {
   const QJsonObject picture = Ask(FetchPart(server.Address(u"/logo.png"_s).toString())).toObject();
   EXPECT_EQ(picture["type"_L1], u"image/png"_s);
   EXPECT_EQ(QByteArray::fromBase64(picture["bytes"_L1].toString().toLatin1()), bytes);
-  EXPECT_TRUE(documents[1]["markup"_L1].toString().contains(u"id=\"inner\""_s));
 }
 
 }  // namespace

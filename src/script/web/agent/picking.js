@@ -75,6 +75,16 @@ function describeForm(form) {
   };
 }
 
+// What the markup says that the frame shows, and the path of what it does show; an empty path where
+// that is the same, or no page of the router.
+function describeFrame(frame) {
+  const pathOf = (address) => attempt(() => new URL(address, documentOf(frame).baseURI).pathname);
+  const src = attributeOf(frame, 'src') || '';
+  const shown = attempt(() => frame.contentDocument.URL) || '';
+  const path = /^https?:/.test(shown) ? pathOf(shown) : '';
+  return {src, path: src !== '' && path === pathOf(src) ? '' : path};
+}
+
 Object.assign(operations, {
   // The element that a person means with a place of the window, and the number of its frame: 0 is
   // the page itself, and -1 a frame that no script can name.
@@ -107,13 +117,14 @@ Object.assign(operations, {
     return attempt(() => fetchNow(address)) || null;
   },
 
-  // Each document of the page: its address, path, markup, forms and the files it uses.
+  // Each document of the page: its address, path, markup, forms, frames and the files it uses.
   DescribePage() {
-    return documentsBelow(document).map((each) => ({
+    return documentsBelow(document).filter((each) => /^https?:/.test(each.URL)).map((each) => ({
       address: each.URL,
       path: new URL(each.URL).pathname,
       markup: '<!DOCTYPE html>\n' + markupOf(rootOf(each)),
       forms: Array.from(formsOf(each), describeForm),
+      frames: Array.from(queryDocument(each, 'frame,iframe'), describeFrame),
       parts: partsOf(each),
     }));
   },
