@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <QJsonDocument>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -453,7 +454,9 @@ TEST_F(TakeBackTest, WhatAJobAddedThatWasCutShortIsTakenBackOnceItIsSeen) {
 }
 
 TEST_F(TakeBackTest, TheNextJobTakesOverWhatTheOneBeforeHadNoTimeToSee) {
-  after_save_ = [this] { runner_->Leave(); };  // as a window that closes
+  after_save_ = [this] {  // as a window that closes
+    QTimer::singleShot(0, runner_.get(), [this] { runner_->Leave(); });
+  };
   runner_->Open();
   runner_->Run();
   ASSERT_TRUE(RunUntil([this] { return rules_.contains(web_) && !runner_->IsRunning(); }));

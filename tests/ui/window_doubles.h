@@ -100,6 +100,11 @@ class FakePrompts final : public Prompts {
     Note("Open", {question.title});
     Choose(chosen);
   }
+  void AskFolder(QWidget*, const QString& title, const QString&,
+                 std::function<void(const QString& folder)> chosen) override {
+    Note("Folder", {title});
+    Choose(chosen);
+  }
 
  private:
   QPointer<const QObject> asker_;

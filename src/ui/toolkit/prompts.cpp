@@ -185,4 +185,15 @@ void WindowPrompts::AskOpenFile(QWidget* window, const FileQuestion& question,
                  std::move(chosen));
 }
 
+void WindowPrompts::AskFolder(QWidget* window, const QString& title, const QString& start,
+                              std::function<void(const QString& folder)> chosen) {
+  auto* dialog = new QFileDialog(window, title, start);
+  dialog->setFileMode(QFileDialog::Directory);
+  dialog->setOption(QFileDialog::ShowDirsOnly);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  QObject::connect(dialog, &QFileDialog::fileSelected, window, std::move(chosen),
+                   Qt::QueuedConnection);
+  dialog->open();
+}
+
 }  // namespace quayline

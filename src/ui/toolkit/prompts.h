@@ -56,6 +56,10 @@ class Prompts {
                            std::function<void(const QString& file)> chosen) = 0;
   virtual void AskOpenFile(QWidget* window, const FileQuestion& question,
                            std::function<void(const QString& file)> chosen) = 0;
+  // A folder that exists, or that the user makes in the dialog. It opens with `start`, unless that
+  // is empty.
+  virtual void AskFolder(QWidget* window, const QString& title, const QString& start,
+                         std::function<void(const QString& folder)> chosen) = 0;
 };
 
 // The real boxes. They are titled "Quayline" unless the question brings its own title.
@@ -85,6 +89,8 @@ class WindowPrompts final : public Prompts {
                    std::function<void(const QString& file)> chosen) override;
   void AskOpenFile(QWidget* window, const FileQuestion& question,
                    std::function<void(const QString& file)> chosen) override;
+  void AskFolder(QWidget* window, const QString& title, const QString& start,
+                 std::function<void(const QString& folder)> chosen) override;
 
  private:
   const Translator& translator_;

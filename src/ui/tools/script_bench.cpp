@@ -208,15 +208,15 @@ void ScriptBench::ShowElement(const PickedElement& element) {
 }
 
 void ScriptBench::AskForFolder() {
-  prompts_.AskSaveFile(window(),
-                       {.title = Text(message::kSavePageTitle), .filter = {}, .default_suffix = {}},
-                       [this](const QString& folder) { StartSaving(folder); });
+  prompts_.AskFolder(window(), Text(message::kSavePageTitle), folder_,
+                     [this](const QString& folder) { StartSaving(folder); });
 }
 
 void ScriptBench::StartSaving(const QString& folder) {
   if (!IsForSavedPages(folder)) {
     prompts_.Tell(window(), Text(message::kFolderInUse).arg(folder));
   } else if (!saving_.IsRunning()) {
+    folder_ = folder;
     saving_.Start(SavePage(folder));
   }
 }

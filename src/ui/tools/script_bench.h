@@ -71,6 +71,7 @@ class ScriptBench final : public QWidget {
   std::unique_ptr<BenchRunner> runner_;
   QTimer describe_timer_;  // the page is not asked at every movement of the mouse
   QPoint pointer_;         // in the page's view
+  QString folder_;         // of the page that was saved last
   Flow saving_;
 };
 

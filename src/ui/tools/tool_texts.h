@@ -33,7 +33,7 @@ inline constexpr Message kPointAtElement{
     "Point at an element of the page. A click writes the line for it into the script."};
 inline constexpr Message kPicked{"Name: %1   Number: %2   Text: %3"};
 inline constexpr Message kNoLineForIt{"No command works with this element."};
-inline constexpr Message kSavePageTitle{"Save Page in a New Folder"};
+inline constexpr Message kSavePageTitle{"Choose a Folder for the Saved Pages"};
 inline constexpr Message kPageSaved{
     "The page is in the folder %1. Your password, keys and addresses were taken out as far as they "
     "can be recognized: please look through the files before you share them."};
