@@ -55,17 +55,6 @@ TEST(CliArguments, WrongWordsAreNamed) {
   }
 }
 
-TEST(CliArguments, ValuesMayFollowAnEqualsSign) {
-  const auto parsed = ParseCliArguments(
-      Words("update --data=d --list l=1.qyl --router=A=B --type https:// --throttle"));
-  ASSERT_TRUE(parsed);
-  EXPECT_EQ(parsed->update.data_folder, u"d"_s);
-  EXPECT_EQ(parsed->update.list_file, u"l=1.qyl"_s);
-  EXPECT_EQ(parsed->update.router, u"A=B"_s);
-  EXPECT_TRUE(parsed->update.throttle);
-  EXPECT_FALSE(parsed->update.user);
-}
-
 TEST(CliArguments, AnAllowedHostAllowsItsPortOnly) {
   const struct {
     const char* option;

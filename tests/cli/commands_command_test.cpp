@@ -53,14 +53,5 @@ TEST(CommandsCommand, ThePageInTheTreeIsCurrent) {
   }
 }
 
-TEST(CommandsCommand, TakesOneName) {
-  const auto one = ParseCliArguments({u"commands"_s, u"nav"_s});
-  ASSERT_TRUE(one);
-  EXPECT_EQ(one->commands.name, u"nav"_s);
-  EXPECT_TRUE(ParseCliArguments({u"commands"_s, u"--markdown"_s})->commands.as_markdown);
-  EXPECT_FALSE(ParseCliArguments({u"commands"_s, u"--html"_s}));
-  EXPECT_FALSE(ParseCliArguments({u"commands"_s, u"nav"_s, u"nav"_s}));
-}
-
 }  // namespace
 }  // namespace quayline

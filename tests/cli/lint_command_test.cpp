@@ -52,14 +52,5 @@ TEST(LintCommand, TellsTheLinesAndWhetherTheyMatter) {
   EXPECT_EQ(LintFile(folder.filePath(u"gone"_s)).exit_status, 2);
 }
 
-TEST(LintCommand, TakesOneFile) {
-  const auto one = ParseCliArguments({u"lint"_s, u"a b"_s});
-  ASSERT_TRUE(one);
-  EXPECT_EQ(one->command, CliCommand::kLint);
-  EXPECT_EQ(one->lint_file, u"a b"_s);
-  EXPECT_FALSE(ParseCliArguments({u"lint"_s}));
-  EXPECT_FALSE(ParseCliArguments({u"lint"_s, u"a b"_s, u"c"_s}));
-}
-
 }  // namespace
 }  // namespace quayline

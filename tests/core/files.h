@@ -7,7 +7,6 @@
 #include <QTemporaryDir>
 
 #include <csignal>
-#include <ctime>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -26,9 +25,6 @@ inline QByteArray ReadBytes(const QString& path) {
 inline QStringList Names(const QString& folder) {
   return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
-
-// What the process has worked so far; unlike the time of day, the same on a busy machine.
-inline qint64 WorkedMs() { return qint64{std::clock()} * 1000 / CLOCKS_PER_SEC; }
 
 // What `work` gives while no file of this process can grow beyond `bytes`, as on a disk that is
 // full.

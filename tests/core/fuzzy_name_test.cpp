@@ -53,15 +53,5 @@ TEST(FuzzyNames, PassesOverSignsAndCase) {
   }
 }
 
-TEST(FuzzyNames, TheFirstSearchBeginsAfterTheFirstNameAndAWrapNeedsASearchOfItsOwn) {
-  int position = 0;
-  for (const int found : {2, -1, 0, 2, -1}) {
-    EXPECT_EQ(Names().FindNext(QStringLiteral("alpha"), false, position), found);
-  }
-  position = 77;  // of a longer list
-  EXPECT_EQ(Names().FindNext(QStringLiteral("alpha"), false, position), 0);
-  EXPECT_EQ(FuzzyNames().FindNext(QStringLiteral("a"), true, position), -1);
-}
-
 }  // namespace
 }  // namespace quayline

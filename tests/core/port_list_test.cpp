@@ -161,14 +161,6 @@ TEST_F(PortListOnDisk, FilesThatCannotBeAListAreDistinguished) {
   EXPECT_EQ(LoadPortList(path_)->size(), 1);
 }
 
-TEST_F(PortListOnDisk, AMillionRowsLoadWithoutALongWait) {
-  const QByteArray row = "Ftp|192.168.1.10(FrontDesk)|21|21|TCP|A program of some name\r\n";
-  ASSERT_TRUE(WriteBytes(path_, row.repeated(1'000'000)));
-  const qint64 begun = testing::WorkedMs();
-  EXPECT_EQ(LoadPortList(path_)->size(), 1'000'000);
-  EXPECT_LT(testing::WorkedMs() - begun, 5000);
-}
-
 TEST(PortTotals, CountsAsTheListShowsIt) {
   const struct {
     const char* fault;

@@ -237,15 +237,9 @@ TEST_F(RoundTripTest, WhatIsNoWholeJetFileIsNotImported) {
   } cases[] = {
       {"empty", "", u" is not a Jet file."_s},
       {"another database", "SQLite format 3" + QByteArray(4096, '\0'), u" is not a Jet file."_s},
-      {"the head alone", jet.first(64), u": Its content is damaged."_s},
       {"cut within a page", jet.chopped(100), u": Its content is damaged."_s},
-      {"cut at the end of a page", jet.chopped(4096), u": Its content is damaged."_s},
-      {"catalog overwritten", QByteArray(jet).replace(8192, 4096, QByteArray(4096, '\xff')),
-       u": Its content is damaged."_s},
       {"a page of a long text lost",
        QByteArray(jet).replace(9 * 4096, 4096, QByteArray(4096, '\0')),
-       u": Its content is damaged."_s},
-      {"all but the head overwritten", jet.first(4096) + QByteArray(jet.size() - 4096, '\x01'),
        u": Its content is damaged."_s},
   };
   for (const auto& each : cases) {

@@ -198,26 +198,6 @@ TEST_F(DemoRouterTest, FormbackRefusesABadRuleAndKeepsWhatWasTyped) {
   EXPECT_EQ(router_.Saves(), 2);
 }
 
-TEST_F(DemoRouterTest, RowtableKeepsEachRuleInItsRow) {
-  Start(u"rowtable"_s, {.entries = 3});
-  const QByteArray others = RowForm("2", "Two,20,29,both,10.0.0.2") + "enable_2=1&" +
-                            RowForm("3", "Three,30,,udp,10.0.0.3");
-  const Answer page = Post("/forward.htm", RowForm("1", ",0,0,tcp,0.0.0.0") + others);
-  EXPECT_EQ(page.status, 200);
-  EXPECT_TRUE(page.body.contains("name=\"name_1\" value=\"\""));
-  EXPECT_TRUE(page.body.contains("name=\"name_2\" value=\"Two\""));
-  EXPECT_EQ(router_.Rules(), RulesOf("Two both 20 29 10.0.0.2; Three udp 30 30 10.0.0.3 off"));
-
-  // Row 1 is filled after the others: it comes first, and the others stay.
-  Post("/forward.htm", RowForm("1", "One,1,1,TCP,10.0.0.1") + others);
-  EXPECT_EQ(router_.Rules().size(), 3);
-  EXPECT_EQ(router_.Rules().first().name, u"One"_s);
-
-  Post("/forward.htm", RowForm("2", ",,,tcp,"));
-  ASSERT_EQ(router_.Rules().size(), 2) << "rows that were not posted must stay";
-  EXPECT_EQ(router_.Rules().last().name, u"Three"_s);
-}
-
 TEST_F(DemoRouterTest, RowtableSavesAllRowsOrNone) {
   Start(u"rowtable"_s, {.entries = 2});
   const struct {
@@ -290,22 +270,6 @@ TEST_F(DemoRouterTest, ListensOnLoopbackAloneAndSaysWhyItCannot) {
     socket.connectToHost(address, port_);
     EXPECT_FALSE(RunUntil([&] { return socket.state() == QTcpSocket::ConnectedState; }, 100ms));
   }
-}
-
-TEST_F(DemoRouterTest, ThePageOfTheLongListNeverGrows) {
-  Start(u"longlist"_s, {.entries = 3});
-  const auto rows = [this] { return Get("/rules.html").body.count("name=\"mark_"); };
-  EXPECT_EQ(rows(), 3);
-  const Answer saved = Post("/rules.html", RuleForm("Web,80,81,both,192.168.1.2") + "&enabled=1");
-  EXPECT_EQ(saved.status, 302);
-  EXPECT_TRUE(saved.head.contains("Location: /rules.html"));
-  EXPECT_EQ(rows(), 3);
-  const Answer refused = Post("/rules.html", RuleForm("We<b,x,81,both,192.168.1.2"));
-  EXPECT_EQ(refused.status, 200);
-  EXPECT_TRUE(refused.body.contains("value=\"We&lt;b\"")) << "what was typed is gone";
-  Post("/rules.html", RuleForm("Off,90,90,udp,192.168.1.2"));
-  EXPECT_EQ(router_.Rules(), RulesOf("Web both 80 81 192.168.1.2; Off udp 90 90 192.168.1.2 off"))
-      << "the box that is not checked counts";
 }
 
 }  // namespace

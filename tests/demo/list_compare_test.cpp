@@ -74,19 +74,6 @@ TEST(CompareList, OnlyTheSameEnabledRuleMatches) {
   }
 }
 
-TEST(CompareList, TheTableShowsBothSidesAndNoControlCharacter) {
-  const QString text = FormatComparison(
-      CompareList(ReadList("A\x1b[2J|1.1.1.1()|1|2|TCP|\r\nWeb|1.1.1.2()|80|80|UDP|\r\n"),
-                  RulesOf("Web tcp 80 80 1.1.1.2; Old udp 7 9 1.1.1.3 off")));
-  const QStringList lines = text.split(u'\n');
-  EXPECT_FALSE(text.contains(QChar(0x1b)));
-  EXPECT_TRUE(lines[1].startsWith(u"MISSING  A?[2J"_s));
-  EXPECT_EQ(lines[2].simplified(), u"DIFFERS Web 80-80 UDP 1.1.1.2 | Web 80-80 TCP 1.1.1.2 on"_s);
-  EXPECT_EQ(lines[3].simplified(), u"extra | Old 7-9 UDP 1.1.1.3 off"_s);
-  EXPECT_EQ(lines[4], u"0 of 2 entries stand on the router."_s);
-  EXPECT_EQ(lines[2].indexOf(u'|'), lines[1].indexOf(u'|'));
-}
-
 TEST(ReadState, AnAnswerThatIsNoStateIsNotTakenForAnEmptyTable) {
   const QByteArray rule =
       R"({"name":"a","protocol":"TCP","start":1,"end":2,"address":"1.1.1.1","enabled":true})";
@@ -149,26 +136,6 @@ TEST(CompareProgram, TheExitCodeIsWhetherEveryEntryIsThere) {
   EXPECT_TRUE(empty.output.contains(u"0 of 1 entries stand"_s)) << qPrintable(empty.error);
 }
 
-TEST(CompareProgram, AnAnswerFromAnotherServerIsAFailureAndARedirectIsNotFollowed) {
-  DemoRouter router;
-  const QByteArray port = QByteArray::number(router.Start(u"formback"_s, {}).value());
-  const QByteArray no_rules = "Content-Length: 12\r\n\r\n{\"rules\":[]}";
-  for (const QByteArray& reply :
-       {QByteArray(), QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"),
-        "HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:" + port + "/__state\r\n" + no_rules,
-        "HTTP/1.1 500 Oops\r\n" + no_rules}) {
-    ScriptedServer server;
-    server.replies["/__state"] = {reply};
-    CompareCommand command(QStringLiteral(QUAYLINE_SOURCE_DIR "/data/sample-list.qyl"),
-                           static_cast<quint16>(server.Address({}).port()));
-    std::optional<CompareCommand::Outcome> outcome;
-    command.Start([&](const CompareCommand::Outcome& result) { outcome = result; });
-    ASSERT_TRUE(RunUntil([&] { return outcome.has_value(); }));
-    EXPECT_FALSE(outcome->has_every_entry);
-    EXPECT_FALSE(outcome->error.isEmpty()) << reply.constData();
-  }
-}
-
 TEST(CommandLine, NothingIsGuessedFromABadArgument) {
   const struct {
     const char* line;
@@ -207,18 +174,6 @@ TEST(CommandLine, NothingIsGuessedFromABadArgument) {
         ReadCommandLine(QStringList{u"program"_s} + QString::fromLatin1(row.line).split(u' '));
     EXPECT_EQ(command.has_value(), row.word == nullptr) << row.line;
     EXPECT_TRUE(command || command.error().contains(QLatin1String(row.word))) << row.line;
-  }
-}
-
-TEST(CommandLine, ADelayMayBeOneNumberOrTwo) {
-  using std::chrono::milliseconds;
-  const std::tuple<QString, milliseconds, milliseconds> rows[] = {
-      {u"20"_s, milliseconds(20), milliseconds(20)},
-      {u"0-50"_s, milliseconds(0), milliseconds(50)}};
-  for (const auto& [text, least, most] : rows) {
-    const auto delay = ReadCommandLine({QString(), u"--delay"_s, text}).value().options.delay;
-    EXPECT_EQ(delay.least, least);
-    EXPECT_EQ(delay.most, most);
   }
 }
 

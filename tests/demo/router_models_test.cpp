@@ -47,38 +47,6 @@ TEST(RouterModels, EveryPageOfEveryModelIsThere) {
   }
 }
 
-TEST(RouterModels, SelectlistAddsNoRuleTwiceAndChangesNoneThatIsNotThere) {
-  Model model("selectlist");
-  const QByteArray web =
-      "vs_name=%3C/script%3E&vs_from=80&vs_to=&vs_proto=tcp&vs_ip=10.0.0.1&vs_list=";
-  const QByteArray wide = QByteArray(web).replace("vs_to=", "vs_to=90");
-  const QByteArray reversed = QByteArray(web).replace("vs_to=", "vs_to=9");
-  const struct {
-    const char* fault;
-    QByteArray form;
-    const char* shown;
-    int last_port;  // of the first rule; 0: there is none
-  } rows[] = {
-      {"change of nothing", web + "&btn_change=Change", "no rule of this name", 0},
-      {"new", web + "&btn_add=Add", nullptr, 80},
-      {"new again", web + "&btn_add=Add", "this name already", 80},
-      {"change", wide + "&btn_change=Change", nullptr, 90},
-      {"change into a fault", reversed + "&btn_change=Change", "below the start port", 90},
-      {"delete", web + "&btn_delete=Delete", nullptr, 0},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fault);
-    const HttpResponse answer = model.Post(u"/virtual_servers.asp"_s, row.form);
-    EXPECT_EQ(answer.status, row.shown ? 200 : 302);
-    EXPECT_TRUE(!row.shown || answer.body.contains(row.shown));
-    const QList<Rule> rules = model.table.Rules();
-    EXPECT_EQ(rules.isEmpty() ? 0 : rules.first().last, row.last_port);
-    // The rule's name is in the page's script as well.
-    const QByteArray page = model.Get("/virtual_servers.asp").body;
-    EXPECT_EQ(page.count("<script>"), page.count("</script>"));
-  }
-}
-
 TEST(RouterModels, HiddenframeTakesRulesFromItsOwnPagesOnly) {
   Model model("hiddenframe");
   const auto post = [&](const QByteArray& referer) {
@@ -114,19 +82,6 @@ TEST(RouterModels, WebloginKnowsItsUserByTheLatestCookieAlone) {
   const QByteArray second = log_in("pw");
   EXPECT_EQ(model.Get("/pf_list.cgi", first).status, 302);
   EXPECT_EQ(model.Get("/pf_list.cgi", second).status, 200);
-}
-
-TEST(RouterModels, DialogHoldsARuleWhenItIsAppliedAndNotBefore) {
-  Model model("dialog");
-  const QByteArray web = R"({"name":"Web","first":"80","protocol":"Both","address":"10.0.0.1"})";
-  EXPECT_TRUE(model.Post(u"/api/rules"_s, R"({"name":"Web"})").body.contains("fault"));
-  model.Post(u"/api/apply"_s, {});
-  EXPECT_TRUE(model.Post(u"/api/rules"_s, web).body.contains("seconds"));
-  EXPECT_EQ(model.table.Rules(), QList<Rule>());
-  for (int time = 0; time < 2; ++time) {
-    EXPECT_EQ(model.Post(u"/api/apply"_s, {}).body, "{}") << time;
-    EXPECT_EQ(model.table.Rules().size(), 1);
-  }
 }
 
 TEST(RouterModels, SinglepageTakesChangesFromItsUserAloneAndCommitsThemLater) {

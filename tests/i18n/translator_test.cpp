@@ -3,7 +3,6 @@
 
 #include "i18n/translator.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -224,22 +223,6 @@ TEST(Sentences, ValuesAreShownAsTheyAre) {
     EXPECT_EQ(EnglishOf(Sentence{{row.english}, row.values}).toStdString(), row.text);
   }
   EXPECT_EQ(EnglishOf(QList<Sentence>{{{"One."}}, {{"%1."}, {u"Two"_s}}}), u"One. Two."_s);
-}
-
-TEST_F(TranslatorTest, TenThousandRecordsTakeNoVisibleTime) {
-  QStringList lines;
-  for (int i = 0; i < 10000; ++i) {
-    lines.append(u"\"A text of the program, number %1\"|\"Ein Text, Nummer %1\""_s.arg(i));
-  }
-  WriteLanguage(u"German"_s, lines);
-  QElapsedTimer timer;
-  timer.start();
-  translator_.SetLanguage(u"German"_s);
-  for (int i = 0; i < 10000; ++i) {
-    EXPECT_FALSE(translator_.Translate(u"a text of the program, number %1"_s.arg(i)).isEmpty());
-  }
-  // By walking the table this would take half a minute.
-  EXPECT_LT(timer.elapsed(), 2000);
 }
 
 TEST(LanguageLocale, IsFoundByTheLanguagesEnglishName) {

@@ -37,7 +37,7 @@ class JobTest : public ::testing::Test {
 
   void Begin(const QList<PortEntry>& entries);
   // Whether the job came to its end by itself in time.
-  bool Ends(std::chrono::milliseconds limit = std::chrono::seconds(60));
+  bool Ends(std::chrono::milliseconds limit = std::chrono::seconds(180));
   // Both; a job that does not end fails the test with its log.
   const JobOutcome& Run(const QList<PortEntry>& entries);
   QString Log() { return runner_->Log().Text(); }

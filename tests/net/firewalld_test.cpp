@@ -9,7 +9,6 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVirtualObject>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -113,13 +112,10 @@ TEST_F(FirewalldTest, PortsPassAtOnceAndAfterARestartUntilTheyAreRemoved) {
 }
 
 TEST_F(FirewalldTest, EveryPortIsOneRule) {
-  QElapsedTimer time;
-  time.start();
   const FirewallPorts all{1, 65535, kTcpNumber};
   EXPECT_TRUE(Change(true, {all, {1, 65535, kUdpNumber}}).result.has_value());
   EXPECT_TRUE(Look().LetsIn(all));
   EXPECT_TRUE(Passes(SOCK_STREAM, 65000));
-  EXPECT_LT(time.elapsed(), 30'000);
 }
 
 // Answers as firewalld does, with one zone, and fails at one method.

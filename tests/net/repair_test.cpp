@@ -49,7 +49,7 @@ TEST(RepairRunTest, EveryLineRunsWithoutAShellAndASlowOneIsLeftRunning) {
   const QString late = folder.filePath(u"late"_s);
   QList<RepairStep> steps = CommandSteps(
       {u"mkdir \"%1/a  b;c\""_s.arg(folder.path()), u"/nonexistent/regsvr32 a.dll"_s, u"false"_s,
-       u"sh -c \"sleep 4; touch %1\""_s.arg(late), u"mkdir %1/end"_s.arg(folder.path())});
+       u"sh -c \"sleep 8; touch %1\""_s.arg(late), u"mkdir %1/end"_s.arg(folder.path())});
   RepairRun run;
   QStringList lines;
   QStringList errors;

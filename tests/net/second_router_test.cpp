@@ -111,7 +111,7 @@ TEST_F(SecondRouterChainTest, WithoutANetworkOrTheRightItSaysSo) {
     QElapsedTimer timer;
     timer.start();
     EXPECT_EQ(Find(), u"[] silent"_s);
-    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_LT(timer.elapsed(), 20000);
   }
   RouterChain chain({u"192.168.1"_s, u"203.0.113"_s});
   chain.AllowEchoes(false);

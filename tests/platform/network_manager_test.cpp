@@ -126,7 +126,7 @@ TEST_F(ManagedNetwork, DISABLED_AChangeThatIsNotConfirmedIsTakenBack) {
     ADD_FAILURE() << "ended with " << static_cast<int>(result.code);
   };
   flow.Start(change(&setup_, adapter_.index));
-  ASSERT_TRUE(RunUntil([this] { return InKernel().startsWith(u"192.168.77.200"_s); }, 5s));
+  ASSERT_TRUE(RunUntil([this] { return InKernel().startsWith(u"192.168.77.200"_s); }));
   flow.Cancel();  // as the end of the program does
   EXPECT_TRUE(RunUntil([this] { return InKernel() == QLatin1String(kBefore); }, 60s));
 }

@@ -206,42 +206,6 @@ TEST_F(JobRunnerTest, StopsByTheUserAreNotForgiven) {
   EXPECT_EQ(Count("DONE!"), 0);
 }
 
-TEST_F(JobRunnerTest, CanBeStoppedBeforeItsFirstRow) {
-  runner_->Open();
-  runner_->Stop();
-  context_.session.update_script = Lines({"nav(\"x\")"});
-  runner_->Run();
-  ASSERT_TRUE(Ends());
-  EXPECT_TRUE(runner_->Log().Text().endsWith(u"Running Commands...\r\n"_s));
-  EXPECT_TRUE(runner_->Outcome().stopped);
-  EXPECT_EQ(pages_.calls, QStringList());
-}
-
-TEST_F(JobRunnerTest, EndsWithItsWindow) {
-  pages_.On({"nav"}, LoadForEver);
-  Start({"nav(\"x\")", "set_name(\"n,\")"});
-  ASSERT_TRUE(RunUntil([this] { return !pages_.calls.isEmpty(); }));
-  runner_.reset();
-  context_.job_flags.SetPageLoaded(true);
-  EXPECT_FALSE(RunUntil([this] { return pages_.calls.size() > 1; }, 30ms));
-}
-
-TEST_F(JobRunnerTest, DebugButtonLeadsThroughTheLines) {
-  context_.job_options.debug_mode = true;
-  int presses = 0;
-  QSignalSpy buttons(runner_.get(), &JobRunner::proceedEnabled);
-  QObject::connect(&runner_->Log(), &JobLog::appended, runner_.get(), [&](const QString& text) {
-    if (text.contains(u"Proceed To Next"_s)) {
-      ++presses;
-      QMetaObject::invokeMethod(runner_.get(), &JobRunner::ProceedToNextCommand,
-                                Qt::QueuedConnection);
-    }
-  });
-  Run({"one", "two"});
-  ASSERT_EQ(presses, 2) << "the first line is held, too";
-  EXPECT_EQ(buttons.last()[0].toBool(), true) << "the last line arms the next hold";
-}
-
 TEST_F(JobRunnerTest, ShowsAPopupUntilItClosesAndNeverLosesItsOwnPage) {
   pages_.On({"ClickButton"}, OpenPopup);
   pages_.On({"run close()"}, CloseWindow);

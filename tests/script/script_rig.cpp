@@ -17,8 +17,8 @@ QStringList Lines(const Texts& lines) {
   return all;
 }
 
-ScriptRig::ScriptRig()
-    : RunParts(pages.Factory(), {.missing = std::chrono::milliseconds(300)}),
+ScriptRig::ScriptRig(std::chrono::milliseconds missing)
+    : RunParts(pages.Factory(), {.missing = missing}),
       entry{.http_type = u"http://"_s,
             .router_host = u"192.168.1.1"_s,
             .username = u"admin"_s,

@@ -32,7 +32,8 @@ struct RecordedPages {
 // log's steps between what was reported to the window.
 class ScriptRig final : public RecordedPages, public RunParts {
  public:
-  ScriptRig();
+  // `missing`: how long an element is waited for.
+  explicit ScriptRig(std::chrono::milliseconds missing = std::chrono::milliseconds(300));
 
   // Runs the lines to their end. Nothing: they have not ended in time.
   std::optional<RunEnd> Run(const Texts& lines,

@@ -19,7 +19,8 @@ TEST(NavigationStress, NoSaveIsLostAndNoWaitEndsEarlyOrNever) {
   const JobOptions options;
   const Translator translator{QString()};
   QList<WayResult> results;
-  ASSERT_TRUE(testing::RunTask(RunStress(WebPageHosts(options, translator), {}, &results), 200s))
+  ASSERT_TRUE(testing::RunTask(
+      RunStress(WebPageHosts(options, translator), {.steps_per_way = 2}, &results), 1200s))
       << "hung behind " << results.size() << " ways";
   for (const WayResult& result : results) {
     EXPECT_EQ(result.lost, 0) << result.way->name;

@@ -152,9 +152,9 @@ TEST_F(HttpFetchTest, ADestroyedTaskHangsUpAndLeavesTheOthersAlone) {
   Flow second;
   first.Start(Write(Get(u"/half"_s), &stopped));
   second.Start(Write(Get(u"/half"_s), &other));
-  ASSERT_TRUE(RunUntil([&] { return server_.requests.size() == 2; }, 5s));
+  ASSERT_TRUE(RunUntil([&] { return server_.requests.size() == 2; }));
   first.Cancel();
-  EXPECT_TRUE(RunUntil([&] { return server_.open_connections == 1; }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return server_.open_connections == 1; }));
   EXPECT_EQ(Fetched(Get(u"/whole"_s)), "whole");
   EXPECT_TRUE(second.IsRunning());
   EXPECT_EQ(stopped, "untouched");
@@ -185,20 +185,20 @@ TEST_F(HttpFetchTest, AnObjectDestroyedFirstEndsItsFetches) {
   Flow flow;
   flow.Start(Write(Get(u"/"_s), &under_way));
   Task<> later = Write(Get(u"/"_s), &not_begun);
-  ASSERT_TRUE(RunUntil([&] { return server_.requests.size() == 1; }, 5s));
+  ASSERT_TRUE(RunUntil([&] { return server_.requests.size() == 1; }));
   http_.reset();
-  EXPECT_TRUE(RunUntil([&] { return !flow.IsRunning(); }, 2s));
-  EXPECT_TRUE(testing::RunTask(std::move(later), 2s));
+  EXPECT_TRUE(RunUntil([&] { return !flow.IsRunning(); }));
+  EXPECT_TRUE(testing::RunTask(std::move(later)));
   EXPECT_EQ(under_way, "[no connection]");
   EXPECT_EQ(not_begun, "[no connection]");
-  EXPECT_TRUE(RunUntil([&] { return server_.open_connections == 0; }, 2s));
+  EXPECT_TRUE(RunUntil([&] { return server_.open_connections == 0; }));
 }
 
 TEST_F(HttpFetchTest, WaitingForASilentServerCostsNoTime) {
   server_.replies["/"] = kHalf;
   const std::clock_t before = std::clock();
   EXPECT_EQ(Fetched(Get(u"/"_s, {.timeout = 800ms})), "[timeout]");
-  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC * 4 / 10);
+  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC * 6 / 10);
 }
 
 TEST_F(HttpFetchTest, ThirtyFetchesAtOnceEachGetTheirOwnBody) {

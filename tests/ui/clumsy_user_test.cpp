@@ -15,16 +15,6 @@
 namespace quayline::testing {
 namespace {
 
-TEST_F(MainWindowTest, AnUpdateWithoutARouterMakesNoZerosOfThePorts) {
-  folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|90|TCP|x\r\nB|1.1.1.1()|25|25|TCP|x\r\n");
-  Start("routerip=10.0.0.1\r\n");
-  const std::string before = Rows();
-  Click("update_button");
-  EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr("Please Choose A Router.")));
-  EXPECT_TRUE(windows_->jobs.isEmpty());
-  EXPECT_EQ(Rows(), before);
-}
-
 TEST_F(MainWindowTest, TheRouterThatIsShownIsTheOneThatAnUpdateUses) {
   folder_.WriteFile("list.qyl", "A|1.1.1.1()|80|80|TCP|x\r\n");
   Start("router=Alpha 1\r\nrouterip=10.0.0.1\r\n");
@@ -200,38 +190,6 @@ TEST_F(MainWindowTest, WhatDoesNotWorkYetIsHiddenAndHelpIsTheProgramsOwn) {
   EXPECT_THAT(Find("help_view")->property("plainText").toString().toStdString(),
               HasSubstr("Your first update"));
   EXPECT_TRUE(folder_.desktop.opened.isEmpty());
-}
-
-TEST_F(MainWindowTest, EveryButtonHasAnAccessKeyOfItsOwn) {
-  for (const QString& site : {maker_site_, MakerSite().base}) {
-    maker_site_ = site;
-    Start();
-    QMap<QString, QString> owners;
-    const auto note = [&owners](const QKeySequence& key, const QString& owner) {
-      EXPECT_FALSE(owners.contains(key.toString()))
-          << key.toString().toStdString() << ": " << qPrintable(owners.value(key.toString()))
-          << ", " << qPrintable(owner);
-      owners.insert(key.toString(), owner);
-    };
-    for (const auto* button : window_->findChildren<QAbstractButton*>()) {
-      // The window system has keys of its own for what the title's buttons do.
-      const bool is_in_title = qobject_cast<const TitleBar*>(button->parentWidget()) != nullptr;
-      if (button->isVisible() && !is_in_title) {
-        EXPECT_FALSE(button->shortcut().isEmpty()) << qPrintable(button->objectName());
-        note(button->shortcut(), button->objectName());
-      }
-    }
-    for (const auto* label : window_->findChildren<QLabel*>()) {
-      if (label->isVisible() && label->buddy() != nullptr) {
-        note(QKeySequence::mnemonic(label->text()), label->objectName());
-      }
-    }
-    for (const auto* menu : Find<QMenuBar>("menu_bar")->actions()) {
-      if (menu->isVisible()) {
-        note(QKeySequence::mnemonic(menu->text()), menu->text());
-      }
-    }
-  }
 }
 
 TEST_F(MainWindowTest, AScreenReaderHearsLiveTextsAndWholeRows) {

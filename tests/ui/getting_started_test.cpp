@@ -43,7 +43,7 @@ TEST_F(GettingStartedTest, StandsBesideTheMainWindowAtTheStartUnlessItIsUnwanted
   Child<QAbstractButton>(Guide(), "hide_check")->click();
   ExpectStored({{setting::kShowGettingStarted, "1"}});
   Start();
-  EXPECT_FALSE(RunUntil([this] { return GuideIsShown(); }, std::chrono::milliseconds(1500)));
+  EXPECT_FALSE(RunUntil([this] { return GuideIsShown(); }, std::chrono::milliseconds(500)));
   Trigger("getting_started_action");
   ASSERT_TRUE(GuideIsShown());
   Child<QAbstractButton>(Guide(), "hide_check")->click();
@@ -56,12 +56,12 @@ TEST_F(GettingStartedTest, ComesAfterTheMainWindowAndAfterTheQuestionsOfTheStart
   const auto comes = [this](std::chrono::milliseconds limit) {
     return RunUntil([this] { return GuideIsShown(); }, limit);
   };
-  EXPECT_FALSE(comes(std::chrono::milliseconds(1500))) << "under the splash screen";
+  EXPECT_FALSE(comes(std::chrono::milliseconds(500))) << "under the splash screen";
   main_->show();
   AwaitReady();
   QDialog question(main_);
   question.open();
-  EXPECT_FALSE(comes(std::chrono::milliseconds(1500)));
+  EXPECT_FALSE(comes(std::chrono::milliseconds(500)));
   question.close();
   EXPECT_TRUE(comes(std::chrono::seconds(30)));
 }

@@ -133,18 +133,6 @@ TEST_F(LanguageTest, EachCaptionOfAWindowHasAnAccessKeyOfItsOwn) {
   EXPECT_EQ(captions(), "&One &Two &Three &Four Five &Fritz");
 }
 
-TEST_F(LanguageTest, ALanguageFromRightToLeftTurnsTheWindowsRound) {
-  WriteLanguage(u"Arabic"_s, {u"\"Update Router\"|\"تحديث الموجه\""_s});
-  Start("");
-  EXPECT_EQ(main_->layoutDirection(), Qt::LeftToRight);
-  Choose("language_box", 2);
-  EXPECT_EQ(main_->layoutDirection(), Qt::RightToLeft);
-  EXPECT_EQ(Caption("update_button"), "تحديث الموجه");
-  EXPECT_EQ(Caption("check_button"), "Check Router");
-  Choose("language_box", 0);
-  EXPECT_EQ(main_->layoutDirection(), Qt::LeftToRight);
-}
-
 TEST_F(LanguageTest, ControlsOfATurnedWindowKeepAddressesAndNamesInOrder) {
   QApplication::setLayoutDirection(Qt::RightToLeft);
   const struct {

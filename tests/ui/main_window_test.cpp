@@ -323,8 +323,7 @@ TEST_F(MainWindowTest, ARouterThatNamesItselfIsChosenAndOfOthersTheNearestAreOff
     prompts_.shown.clear();
     prompts_.choices = c.choices;
     Click("detect_router_button");
-    ASSERT_TRUE(RunUntil([&] { return !prompts_.shown.empty(); }, std::chrono::seconds(10)))
-        << c.box;
+    ASSERT_TRUE(RunUntil([&] { return !prompts_.shown.empty(); })) << c.box;
     EXPECT_THAT(prompts_.shown, ElementsAre(StartsWith(c.box)));
     EXPECT_EQ(TextOf("router_box"), c.router) << c.box;
     EXPECT_TRUE(Find("router_box")->hasFocus());

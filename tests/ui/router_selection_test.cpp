@@ -60,7 +60,7 @@ class RouterSelectionTest : public WindowTest {
   }
   void Serve(const Reply& picture) { server_.replies["/files/a/b.png"] = picture; }
   bool Comes(const char* order) {
-    return RunUntil([&] { return order_ == QLatin1String(order); }, std::chrono::seconds(5));
+    return RunUntil([&] { return order_ == QLatin1String(order); });
   }
 
   ScriptedServer server_;

@@ -40,10 +40,12 @@ TEST_F(RouterWindowsTest, AnUpdateThatCannotBeginSaysWhyAndPointsThere) {
     Type("router_box", c.router);
     Type("router_ip_edit", c.address);
     prompts_.shown.clear();
+    const std::string before = Rows();
     Find("update_button")->setFocus();
     Click("update_button");
     EXPECT_THAT(prompts_.shown, ElementsAre(HasSubstr(c.message)));
     EXPECT_TRUE(windows_->jobs.isEmpty());
+    EXPECT_EQ(Rows(), before) << "ports were moved, without a router to 0";
     const QWidget* focused = window_->focusWidget();
     EXPECT_TRUE(!c.focus || (focused && focused->objectName() == QLatin1String(c.focus)));
     EXPECT_EQ(Find<HintedList>("port_list_view")->currentIndex().row(), c.row);

@@ -100,42 +100,30 @@ TEST_F(RunWindowTest, AJobOpenedAsTheOneBeforeIsClosedWaitsForItsSave) {
   EXPECT_TRUE(RunUntil([&] { return former.isNull(); }));
 }
 
-TEST_F(RunWindowTest, TryingAgainWaitsForTheSaveOfTheJobBefore) {
+TEST_F(RunWindowTest, TryingAgainWaitsForTheSaveOfTheJobBeforeAndAClosedWindowKeepsIt) {
   context_->job_options.verify_after_update = true;
-  hangs_ = true;
-  OpenJob();
-  ASSERT_TRUE(RunUntil([this] { return page_->Navigation().starts > 0; }));
-  Click("stop_button");
-  ASSERT_TRUE(RunUntil([this] { return Find("again_button")->isVisible(); }));
-  const QPointer<FakePage> saving = page_;
-  hangs_ = false;
-  Click("again_button");
-  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
-  ASSERT_NE(saving, nullptr) << "its save is cut off";
-  EXPECT_EQ(saving->Navigation().starts, 1);
-  EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Adding A")));
-  saving->Arrive();
-  EXPECT_TRUE(ComesToSay("log_edit", "DONE!"));
-  EXPECT_TRUE(RunUntil([&] { return saving.isNull(); }));
-  EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
-}
-
-TEST_F(RunWindowTest, AWindowThatIsClosedKeepsEverySaveOfItsJobs) {
-  context_->job_options.verify_after_update = true;
-  hangs_ = true;
-  OpenJob();
-  ASSERT_TRUE(RunUntil([this] { return page_->Navigation().starts > 0; }));
-  Click("stop_button");
-  ASSERT_TRUE(RunUntil([this] { return Find("again_button")->isVisible(); }));
-  const QPointer<FakePage> saving = page_;
-  hangs_ = false;
-  Click("again_button");
-  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
-  window_->close();
-  EXPECT_FALSE(RunUntil([&] { return saving.isNull(); }, std::chrono::milliseconds(300)));
-  saving->Arrive();
-  EXPECT_TRUE(ComesToItsEnd());
-  EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
+  for (const bool is_closed : {false, true}) {
+    hangs_ = true;
+    OpenJob();
+    ASSERT_TRUE(RunUntil([this] { return page_->Navigation().starts > 0; }));
+    Click("stop_button");
+    ASSERT_TRUE(RunUntil([this] { return Find("again_button")->isVisible(); }));
+    const QPointer<FakePage> saving = page_;
+    hangs_ = false;
+    Click("again_button");
+    ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
+    ASSERT_NE(saving, nullptr) << "its save is cut off";
+    EXPECT_EQ(saving->Navigation().starts, 1);
+    EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Adding A")));
+    if (is_closed) {
+      window_->close();
+      EXPECT_FALSE(RunUntil([&] { return saving.isNull(); }, std::chrono::milliseconds(300)));
+    }
+    saving->Arrive();
+    EXPECT_TRUE(is_closed ? ComesToItsEnd() : ComesToSay("log_edit", "DONE!"));
+    EXPECT_TRUE(RunUntil([&] { return saving.isNull(); }));
+    EXPECT_EQ(context_->job_flags.LeavingRuns(), 0);
+  }
 }
 
 TEST_F(RunWindowTest, RulesThatTheJobAddedAreTakenBack) {
@@ -357,7 +345,6 @@ TEST_F(RunWindowTest, PortsOfThisComputerThatTheFirewallBlocksAreOffered) {
   QObject::connect(job, &JobWindow::firewallWanted, job,
                    [&](const QList<FirewallPorts>& ports) { wanted = ports; });
   ASSERT_TRUE(RunUntil([this] { return Find("firewall_button")->isVisible(); }));
-  ExpectWindowRules();
   const auto* states = Find<QTreeView>("entries_view")->model();
   const auto known = [states](int row) {
     return states->index(row, EntryStates::kListening).data().toString();
@@ -451,12 +438,6 @@ TEST_P(EachRunWindowTest, WhoeverClosesTheWindowOfARunIsAsked) {
   EXPECT_THAT(prompts_.shown, IsEmpty());
 }
 
-TEST_P(EachRunWindowTest, TheWindowKeepsToTheRulesOfAllWindows) {
-  context_->job_options.debug_mode = true;
-  Open();
-  ExpectWindowRules();
-}
-
 TEST_P(EachRunWindowTest, TheWholeLogAndThePageStayInViewAfterTheRun) {
   Open();
   EXPECT_EQ(TextOf("log_edit"), IsJob() ? "\nRouter: Alpha 1\nLoading Commands..." : "");
@@ -518,16 +499,6 @@ TEST_P(EachRunWindowTest, WhatTheUserSavesByHandAfterTheRunIsNotCutOff) {
   page_->Arrive();
   EXPECT_TRUE(ComesToItsEnd());
   EXPECT_TRUE(page_.isNull());
-}
-
-TEST_P(EachRunWindowTest, TheSaveOfAWindowThatIsClosedComesAheadOfTheNextRun) {
-  context_->job_flags.AddLeavingRuns(1);
-  Open();
-  ASSERT_TRUE(ComesToSay("waiting_label", "1.1.1.1"));
-  EXPECT_THAT(TextOf("log_edit"), Not(HasSubstr("Step 01")));
-  context_->job_flags.AddLeavingRuns(-1);
-  EXPECT_TRUE(ComesToSay("headline_label", WordsAtTheEnd()));
-  EXPECT_EQ(TextOf("waiting_label"), "");
 }
 
 TEST_P(EachRunWindowTest, ARunWaitsForAnotherProgramThatWorksOnTheRouter) {

@@ -52,7 +52,6 @@ const QStringList kNames{u"Alpha 1"_s, u"Beta-20"_s, u"Gamma (Alpha)"_s, u"ALPHA
 
 TEST_F(RouterListTest, AnyPartOfANameIsFoundUnlessItsBeginningIsAskedFor) {
   Open(kNames);
-  ExpectWindowRules();
   TypeKeys("20");
   EXPECT_EQ(Selected(), kNames[1]);
 }
@@ -162,19 +161,6 @@ TEST_F(RouterListTest, AnEmptyTableIsNothingToSearchIn) {
   EXPECT_EQ(chosen_, 0);
 }
 
-TEST_F(RouterListTest, TenThousandNamesAreSearchedBetweenTwoKeys) {
-  QStringList names;
-  for (int i = 0; i < 10'000; ++i) {
-    names.append(u"Harbour HB-%1 (rev. B)"_s.arg(i));
-  }
-  Open(names << u"Zulu"_s);
-  EXPECT_EQ(TextOf("router_count_edit"), "Routers Loaded: (10,001)");
-  const qint64 before = WorkedMs();
-  TypeKeys("z*lu");
-  EXPECT_LT(WorkedMs() - before, 4 * 50);
-  EXPECT_EQ(Selected(), u"Zulu"_s);
-}
-
 class ScriptWindowTest : public WindowTest {
  protected:
   ScriptWindowTest() {
@@ -246,7 +232,6 @@ TEST_F(ScriptWindowTest, TheShippedScriptComesBackIntoTheEditorAndCanBeUndone) {
   EXPECT_FALSE(restore->isEnabled()) << "nothing is known of how it was shipped";
   QFile::copy(folder_.Path("routers.mdb"), folder_.Path("routers.mdb.shipped"));
   Open();
-  ExpectWindowRules();
   restore = Find<QAbstractButton>("restore_button");
   EXPECT_FALSE(restore->isEnabled()) << "it is the shipped one";
   update_->setPlainText(u"mine"_s);
@@ -343,7 +328,6 @@ TEST_F(ScriptWindowTest, LinesRunOnAPageBesideTheScript) {
   context_->session.router_ip = u"0.0.0.0"_s;
   Click("bench_button");
   ASSERT_FALSE(page_.isNull());
-  ExpectWindowRules();
   update_->setPlainText(u"set_frame_name(\"f\")\nnav(\"a\")\nnav(\"b\")\nnav(\"c\")"_s);
   update_->moveCursor(QTextCursor::End);
   update_->moveCursor(QTextCursor::Up);

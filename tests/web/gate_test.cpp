@@ -34,10 +34,10 @@ class Client final {
     return heard_.startsWith(accepted) ? heard_.mid(accepted.size()) : QByteArray();
   }
   bool Hears(const QByteArray& part) {
-    return RunUntil([&] { return Answer().contains(part); }, 5s);
+    return RunUntil([&] { return Answer().contains(part); });
   }
   bool Ends() {
-    return RunUntil([&] { return socket_.state() == QAbstractSocket::UnconnectedState; }, 5s);
+    return RunUntil([&] { return socket_.state() == QAbstractSocket::UnconnectedState; });
   }
 
  private:
@@ -141,7 +141,7 @@ TEST_F(GateTest, AWebSocketGoesOn) {
   Client client("127.0.0.1", Port(), kGet);
   EXPECT_TRUE(client.Hears("\r\n\r\n"));
   client.Send(kGet);
-  EXPECT_TRUE(RunUntil([&] { return server.requests.size() == 2; }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return server.requests.size() == 2; }));
 }
 
 TEST_F(GateTest, AnExchangeIsReportedFromItsRequestToItsEnd) {
@@ -198,8 +198,8 @@ TEST_F(GateTest, AChangeIsHeardOutWhenTheBrowserHasGone) {
   for (const char* method : {"GET", "POST"}) {
     auto client = std::make_unique<Client>(
         "127.0.0.1", Port(), QByteArray(method) + " /a HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
-    ASSERT_TRUE(RunUntil([&] { return server.open_connections == 1; }, 5s));
-    ASSERT_TRUE(RunUntil([&] { return gate.ExchangesUnderWay() == 1; }, 5s));
+    ASSERT_TRUE(RunUntil([&] { return server.open_connections == 1; }));
+    ASSERT_TRUE(RunUntil([&] { return gate.ExchangesUnderWay() == 1; }));
     client.reset();
     RunUntil([] { return false; }, 100ms);
     const bool is_kept = server.open_connections == 1;
@@ -249,7 +249,7 @@ TEST_F(GateTest, ASaveDoesNotWaitForRequestsThatAreHeldOpen) {
       for (int i = 0; i < ConnectionLimit::kPlaces; ++i) {
         polls.push_back(std::make_unique<Client>("127.0.0.1", Port(), kGet));
       }
-      ASSERT_TRUE(RunUntil([&] { return std::ssize(server.requests) == std::ssize(polls); }, 5s));
+      ASSERT_TRUE(RunUntil([&] { return std::ssize(server.requests) == std::ssize(polls); }));
       auto save = std::make_unique<Client>("127.0.0.1", Port(),
                                            "POST /save HTTP/1.1\r\nContent-Length: 1\r\n\r\nx");
       if (browser_stays) {
@@ -258,7 +258,7 @@ TEST_F(GateTest, ASaveDoesNotWaitForRequestsThatAreHeldOpen) {
         RunUntil([&] { return server.requests.last().startsWith("POST"); }, 50ms);
         save.reset();
       }
-      EXPECT_TRUE(RunUntil([&] { return server.requests.last().startsWith("POST"); }, 5s));
+      EXPECT_TRUE(RunUntil([&] { return server.requests.last().startsWith("POST"); }));
     }
   }
 }
@@ -270,13 +270,13 @@ TEST_F(GateTest, ARouterThatRefusesForAMomentIsConnectedAgain) {
   const quint16 port = router.serverPort();
   gate.Admit(&owner, {{.scheme = u"http"_s, .host = u"127.0.0.1"_s, .port = port}});
   const Client first("127.0.0.1", port, kGet);
-  ASSERT_TRUE(RunUntil([&] { return router.hasPendingConnections(); }, 5s));
+  ASSERT_TRUE(RunUntil([&] { return router.hasPendingConnections(); }));
   delete router.nextPendingConnection();
   router.close();
   const Client second("127.0.0.1", port, kGet);
   RunUntil([] { return false; }, 30ms);
   ASSERT_TRUE(router.listen(QHostAddress::LocalHost, port));
-  EXPECT_TRUE(RunUntil([&] { return router.hasPendingConnections(); }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return router.hasPendingConnections(); }));
 }
 
 // The engine repeats a request by itself when a connection that it used before ends unanswered.
@@ -323,14 +323,14 @@ TEST_P(SavedOnceTest, ASaveThatIsNotAnsweredArrivesOnce) {
     router->requests.clear();
     Open(page);
     RunInPage("Promise.all([fetch('/small'), fetch('/small')]).then(() => window.ready = 1)");
-    ASSERT_TRUE(RunUntil([&] { return router->requests.size() >= 3; }, 10s));
+    ASSERT_TRUE(RunUntil([&] { return router->requests.size() >= 3; }));
     Pause();
     RunInPage(save);
     const auto saved = [&] {
       return std::ranges::count_if(router->requests,
                                    [](const auto& request) { return request.startsWith("POST"); });
     };
-    EXPECT_TRUE(RunUntil([&] { return saved() > 0; }, 10s));
+    EXPECT_TRUE(RunUntil([&] { return saved() > 0; }));
     Pause();
     Pause();
     EXPECT_EQ(saved(), 1);

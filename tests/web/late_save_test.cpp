@@ -200,7 +200,7 @@ TEST_F(LateSave, NothingIsRequestedAgainAfterAStop) {
   limits_.load_pauses[1] = 500ms;
   Start(
       {u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"click_button(\"go\")"_s, u"nav(\"fine\")"_s});
-  ASSERT_TRUE(RunUntil([&] { return PositionOf("GET /fine") >= 0; }, 10s));
+  ASSERT_TRUE(RunUntil([&] { return PositionOf("GET /fine") >= 0; }));
   runner_->Stop();
   EXPECT_TRUE(Ends(10s));
   const qsizetype requests = server_.requests.size();

@@ -137,8 +137,7 @@ TEST_F(LoginTest, AnUntriedLoginGoesOutWithOneRequestAtATime) {
                    ".filter(f => !f.contentDocument.querySelector('p')).length"),
               u"0/0"_s);
     EXPECT_TRUE(RunUntil(
-        [this] { return Read("typeof missing == 'undefined' || missing <= 0") == u"true"_s; },
-        10s));
+        [this] { return Read("typeof missing == 'undefined' || missing <= 0") == u"true"_s; }));
   }
 }
 

@@ -213,12 +213,12 @@ QByteArrayList Missing(const char* const (&ways)[kCount], const QList<QByteArray
 TEST_F(OtherOriginsTest, EveryWayLeadsToTheRouterItself) {
   const QByteArray seen = server.Address(u"/seen/"_s).toEncoded();
   Leave(All(kResources, seen));
-  EXPECT_TRUE(RunUntil([&] { return Missing(kResources, server.requests).isEmpty(); }, 10s))
+  EXPECT_TRUE(RunUntil([&] { return Missing(kResources, server.requests).isEmpty(); }))
       << Missing(kResources, server.requests).join().toStdString();
   for (const char* way : kNavigations) {
     const char* const one[] = {way};
     Leave(All(one, seen));
-    EXPECT_TRUE(RunUntil([&] { return Missing(one, server.requests).isEmpty(); }, 10s)) << way;
+    EXPECT_TRUE(RunUntil([&] { return Missing(one, server.requests).isEmpty(); })) << way;
   }
 }
 
@@ -254,7 +254,7 @@ TEST_F(OtherOriginsTest, AChannelBesideHttpHasNoName) {
   EXPECT_EQ(Read("typeof WebTransport + typeof RTCPeerConnection"), QLatin1String(expected));
   EXPECT_EQ(Read("typeof frames[0].WebTransport + typeof frames[0].RTCPeerConnection"),
             QLatin1String(expected));
-  EXPECT_TRUE(RunUntil([&] { return Read("told") == QLatin1String(expected); }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return Read("told") == QLatin1String(expected); }));
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ TEST_F(WebTest, WhatAPageAsksTheUserIsAnsweredAtOnceAndTold) {
     Show("<script>var out;</script>");
     RunInPage(row.code);
     EXPECT_TRUE(IsTold(row.told)) << told.join(u'\n').toStdString();
-    EXPECT_TRUE(RunUntil([&] { return Read("out") == QString::fromUtf8(row.outcome); }, 2s))
+    EXPECT_TRUE(RunUntil([&] { return Read("out") == QString::fromUtf8(row.outcome); }))
         << Read("out").toStdString();
     Settle();
     EXPECT_EQ(Read("location.pathname"), u"/page"_s);
@@ -112,7 +112,7 @@ TEST_F(WebTest, AFileThatThePageAsksForIsNotChosen) {
 
 TEST_F(WebTest, FailuresOfThePagesScriptsAreTold) {
   Show("<script>setTimeout(() => broken(), 0)</script>");
-  EXPECT_TRUE(RunUntil([&] { return script_errors.size() == 1; }, 3s));
+  EXPECT_TRUE(RunUntil([&] { return script_errors.size() == 1; }));
   EXPECT_TRUE(script_errors.value(0).contains(u"broken"_s));
   RunInPage("console.error('Uncaught no failure'.substring(9)); console.log('Uncaught neither')");
   EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u""_s);
@@ -137,8 +137,7 @@ class PopupTest : public WebTest {
 
   void WaitFor(PageHost* popup) {
     ASSERT_TRUE(RunUntil(
-        [&] { return !popup->Navigation().busy && EnginePage(popup)->url().path().size() > 1; },
-        5s));
+        [&] { return !popup->Navigation().busy && EnginePage(popup)->url().path().size() > 1; }));
   }
 
   QObject owner;
@@ -154,35 +153,35 @@ TEST_F(PopupTest, APopupIsAPageOfItsOwn) {
     SCOPED_TRACE(way);
     const qsizetype before = popups.size();
     RunInPage(way);
-    ASSERT_TRUE(RunUntil([&] { return popups.size() == before + 1; }, 5s));
+    ASSERT_TRUE(RunUntil([&] { return popups.size() == before + 1; }));
     WaitFor(popups.last());
     std::optional<QJsonValue> value;
     popups.last()->Call(GetElementValue(u"a"_s),
                         [&](const PageAnswer& answer) { value = answer.value; });
-    EXPECT_TRUE(RunUntil([&] { return value.has_value(); }, 5s));
+    EXPECT_TRUE(RunUntil([&] { return value.has_value(); }));
     EXPECT_EQ(value, QJsonValue(u"popup"_s));
     EXPECT_EQ(Ask(GetElementValue(u"a"_s)), u"page"_s);
   }
   host->Navigate2(server.Address(u"/popup"_s).toString(), u"fresh"_s);
-  EXPECT_TRUE(RunUntil([&] { return popups.size() == 5; }, 5s)) << "a frame that is not there";
+  EXPECT_TRUE(RunUntil([&] { return popups.size() == 5; })) << "a frame that is not there";
 }
 
 TEST_F(PopupTest, APopupThatClosesItselfIsTold) {
   Show("page");
   RunInPage("open('/closes')");
-  EXPECT_TRUE(RunUntil([&] { return closings == 1; }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return closings == 1; }));
   RunInPage("var second = open('/popup')");
-  ASSERT_TRUE(RunUntil([&] { return popups.size() == 2; }, 5s));
+  ASSERT_TRUE(RunUntil([&] { return popups.size() == 2; }));
   WaitFor(popups.last());
   RunInPage("second.close()");
-  EXPECT_TRUE(RunUntil([&] { return closings == 2; }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return closings == 2; }));
 }
 
 TEST_F(PopupTest, PopupsThatCloseAreNotCounted) {
   Show("page");
   for (int i = 1; i <= 12; ++i) {
     RunInPage("open('/closes')");
-    ASSERT_TRUE(RunUntil([&] { return closings == i; }, 5s)) << i;
+    ASSERT_TRUE(RunUntil([&] { return closings == i; })) << i;
   }
   EXPECT_EQ(popups.size(), 12);
   EXPECT_EQ(errors, QStringList());
@@ -199,7 +198,7 @@ TEST_F(PopupTest, APopupClosedUnderItsOwnDialogGoesAfterTheAnswer) {
   };
   Show("page");
   RunInPage("open('/asks')");
-  EXPECT_TRUE(RunUntil([&] { return closings == 1; }, 5s));
+  EXPECT_TRUE(RunUntil([&] { return closings == 1; }));
   EXPECT_EQ(closings_meanwhile, 0);
 }
 
@@ -222,7 +221,7 @@ TEST_F(WebTest, APopupThatNobodyTakesIsRefusedAndNotCounted) {
   int offered = 0;
   QObject::connect(host.get(), &PageHost::newWindow, window.get(), [&offered] { ++offered; });
   RunInPage("open('/page')");
-  EXPECT_TRUE(RunUntil([&] { return offered == 1; }, 3s));
+  EXPECT_TRUE(RunUntil([&] { return offered == 1; }));
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ class PageScriptTest : public WebTest {
     host->RunInPage({.code = QString::fromUtf8(code),
                      .entry = {{u"name"_s, u"O'Neil\u2028</script>\"%1"_s}, {u"ip"_s, u"1.2"_s}}},
                     [&error](const QString& text) { error = text; });
-    return RunUntil([&] { return error.has_value(); }, 10s) ? *error : u"[no answer]"_s;
+    return RunUntil([&] { return error.has_value(); }) ? *error : u"[no answer]"_s;
   }
 };
 
@@ -62,7 +62,7 @@ TEST_F(PageScriptTest, APageIsUnchangedUntilSomethingIsDoneToIt) {
   const auto submit = [&](const char* code) {
     const quint64 before = host->Navigation().starts;
     RunInPage(code);
-    ASSERT_TRUE(RunUntil([&] { return host->Navigation().starts != before; }, 5s)) << code;
+    ASSERT_TRUE(RunUntil([&] { return host->Navigation().starts != before; })) << code;
     Settle();
   };
   Open("/list");

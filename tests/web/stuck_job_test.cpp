@@ -111,7 +111,7 @@ TEST_F(StuckJob, AHugePageIsWorkedOn) {
   }
   server_.replies["/page"] = Html("<form><input name=box>" + markup + "<input name=last></form>");
   Start({u"nav(\"page\")"_s, u"set_name(\"box,\")"_s, u"set_name(\"LAST,\")"_s});
-  ASSERT_TRUE(Ends(60s));
+  ASSERT_TRUE(Ends(180s));
   EXPECT_EQ(Log().count(u"\r\n(Successful)\r\n"_s), 2) << Log().toStdString();
 }
 

@@ -137,14 +137,14 @@ void WebTest::GiveLogin(const QString& username, const QString& password) {
 }
 
 void WebTest::Settle() {
-  ASSERT_TRUE(RunUntil([&] { return !host->Navigation().busy; }, 10s));
+  ASSERT_TRUE(RunUntil([&] { return !host->Navigation().busy; }, 60s));
 }
 
 QJsonValue WebTest::Ask(PageCall call, int frame) {
   call.frame = frame;
   std::optional<PageAnswer> got;
   host->Call(call, [&got](PageAnswer answer) { got = std::move(answer); });
-  if (!RunUntil([&] { return got.has_value(); }, 10s) || !got->answered) {
+  if (!RunUntil([&] { return got.has_value(); }) || !got->answered) {
     return kNoAnswer;
   }
   return got->value;
@@ -155,15 +155,15 @@ QString WebTest::Read(const char* expression) {
   EnginePage()->runJavaScript(QStringLiteral("String(%1)").arg(QString::fromUtf8(expression)),
                               QWebEngineScript::MainWorld,
                               [&got](const QVariant& value) { got = value; });
-  return RunUntil([&] { return got.has_value(); }, 10s) ? got->toString()
-                                                        : QStringLiteral("[no answer]");
+  return RunUntil([&] { return got.has_value(); }) ? got->toString()
+                                                   : QStringLiteral("[no answer]");
 }
 
 void WebTest::RunInPage(const char* code) {
   bool done = false;
   host->RunInPage({.code = QString::fromUtf8(code), .entry = {}},
                   [&done](const QString&) { done = true; });
-  ASSERT_TRUE(RunUntil([&] { return done; }, 10s));
+  ASSERT_TRUE(RunUntil([&] { return done; }));
 }
 
 void WebTest::Check(const char* state_script, std::initializer_list<ActionCase> cases) {
@@ -204,7 +204,7 @@ QWebEnginePage* WebTest::EnginePage(PageHost* of) const {
 QString WebTest::FirstError() const { return StatusText(errors.value(0).section(u' ', 0, 0)); }
 
 bool WebTest::IsTold(const char* part) {
-  return RunUntil([&] { return told.filter(QString::fromUtf8(part)).size() > 0; }, 3s);
+  return RunUntil([&] { return told.filter(QString::fromUtf8(part)).size() > 0; });
 }
 
 }  // namespace quayline::testing
