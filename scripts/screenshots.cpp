@@ -49,7 +49,7 @@
 #include "ui/tools/script_dialog.h"
 #include "ui/updates/database_update_dialog.h"
 #include "ui/updates/program_update_window.h"
-#include "window_doubles.h"
+#include "ui/window_doubles.h"
 
 namespace quayline::testing {
 namespace {
