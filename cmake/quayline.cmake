@@ -49,10 +49,34 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_link_options(quayline_hardening INTERFACE -Wl,--build-id)
 endif()
 
-# A precompiled header of the Qt Core types, made once and shared by all targets.
-function(quayline_precompile target)
-  target_precompile_headers(${target} PRIVATE <QtCore/QtCore> <memory> <optional> <expected>
+# What tests take to compile is most of what everything takes, and nothing in them has to be fast.
+add_library(quayline_test_code INTERFACE)
+target_compile_options(quayline_test_code INTERFACE $<$<CONFIG:Release>:-O0>)
+
+# A precompiled header with the types of Qt Core. It can only be used with the flags that it was made
+# with, so there are three: for what users run, for other programs, and for tests.
+function(quayline_make_precompiled kind)
+  set(name quayline_precompiled_${kind})
+  add_library(${name} OBJECT ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
+  set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+  target_link_libraries(${name} PRIVATE quayline_options Qt6::Core ${ARGN})
+  target_precompile_headers(${name} PRIVATE <QtCore/QtCore> <memory> <optional> <expected>
                             <functional> <vector>)
+  target_compile_options(${name} PRIVATE -Xclang -fno-pch-timestamp)
+endfunction()
+
+quayline_make_precompiled(hardened quayline_hardening)
+quayline_make_precompiled(plain)
+quayline_make_precompiled(test quayline_test_code)
+
+# Links what code of this kind is compiled with.
+function(quayline_precompile target kind)
+  if(kind STREQUAL "hardened")
+    target_link_libraries(${target} PRIVATE quayline_hardening)
+  elseif(kind STREQUAL "test")
+    target_link_libraries(${target} PRIVATE quayline_test_code)
+  endif()
+  target_precompile_headers(${target} REUSE_FROM quayline_precompiled_${kind})
   target_compile_options(${target} PRIVATE -Xclang -fno-pch-timestamp)
 endfunction()
 
@@ -61,24 +85,28 @@ function(quayline_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  target_link_libraries(${name} PUBLIC quayline_options ${ARG_LINK} PRIVATE quayline_hardening)
-  quayline_precompile(${name})
+  target_link_libraries(${name} PUBLIC quayline_options ${ARG_LINK})
+  quayline_precompile(${name} hardened)
 endfunction()
 
-# quayline_program(name SOURCES ... LINK ...)
-function(quayline_program name)
+# quayline_executable(kind name SOURCES ... LINK ...): `kind` is that of its precompiled header.
+function(quayline_executable kind name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE quayline_options ${ARG_LINK})
-  quayline_precompile(${name})
+  quayline_precompile(${name} ${kind})
+endfunction()
+
+# quayline_program(name SOURCES ... LINK ...)
+function(quayline_program name)
+  quayline_executable(plain ${name} ${ARGN})
 endfunction()
 
 # quayline_installed_program(name SOURCES ... LINK ...): a program for users. A release has its symbols
 # in bin/.debug, where debuggers find them.
 function(quayline_installed_program name)
-  quayline_program(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE quayline_hardening)
+  quayline_executable(hardened ${name} ${ARGN})
   if(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(symbols ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/.debug/${name}.debug)
     add_custom_command(
@@ -94,7 +122,7 @@ endfunction()
 # quayline_test(name SOURCES ... LINK ...): one GoogleTest binary a folder.
 function(quayline_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
-  quayline_program(${name} SOURCES ${ARG_SOURCES} LINK quayline_test_main ${ARG_LINK})
+  quayline_executable(test ${name} SOURCES ${ARG_SOURCES} LINK quayline_test_main ${ARG_LINK})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE QUAYLINE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   add_test(NAME ${name} COMMAND ${name})
