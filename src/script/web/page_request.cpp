@@ -3,7 +3,6 @@
 
 #include "script/web/page_request.h"
 
-#include <QWebEngineHttpRequest>
 #include <QWebEngineSettings>
 
 #include <chrono>
@@ -41,9 +40,8 @@ void PageRequest::Reload() {
     return;
   }
   // The engine would send the form again, and the router would save twice.
-  QWebEngineHttpRequest request(page_->url());
-  request.setHeader("Cache-Control", "no-cache");
-  page_->load(request);
+  profile_.BypassCacheOnce();
+  page_->load(page_->url());
 }
 
 bool PageRequest::Cancel() {
